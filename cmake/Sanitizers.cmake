@@ -1,0 +1,8 @@
+if(KIVORA_SANITIZE)
+    add_compile_options(-fsanitize=${KIVORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${KIVORA_SANITIZE})
+endif()
+if(KIVORA_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()

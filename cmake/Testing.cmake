@@ -1,0 +1,22 @@
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# kivora_test(<name> SOURCES ... [LEAVES ...] [LINKS ...] [LABELS ...] [TIMEOUT s]): a GoogleTest program on the
+# project's own main, which fails a test on an unexpected log line. Each test in it is one of ctest's. GoogleTest's
+# discovery fails a program that holds no test.
+function(kivora_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LEAVES;LINKS;LABELS")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE kivora_warnings kivora_test_support ${arg_LINKS})
+    foreach(leaf IN LISTS arg_LEAVES)
+        kivora_leaf_target(target ${leaf})
+        target_link_libraries(${name} PRIVATE ${target})
+    endforeach()
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()

@@ -1,0 +1,72 @@
+// The queue that the engine and the arpeggiators write to, and the capture of what leaves it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "libmidi/MIDIEvent.h"
+#include "midi/CMIDIOutputBase.h"
+#include "nk/nk_critical_section.h"
+#include "nk/nk_sleep.h"
+
+namespace LibMidi {
+
+struct SynthEventBase;
+class CaptureStore;
+
+/// An event as captured: milliseconds from the start of the capture, and the message.
+struct CapturedEvent {
+    std::uint32_t time;
+    NK::MIDI::TMIDIMessage message;
+};
+
+/// Ready events in a heap by class, sounding notes with their remaining time, and the captured history. One lock
+/// guards all of it; every operation may be called from any thread. The order of equal classes in the heap is the
+/// standard library's (std::push_heap, std::pop_heap) and is not the order of queueing.
+class MIDIPlayerQueue : public NK::MIDI::CMIDIOutputBase {
+public:
+    explicit MIDIPlayerQueue(NK::CSleeper& sleeper = NK::SystemSleeper());
+    ~MIDIPlayerQueue() override;
+
+    /// `time` is stored, not waited for. A record with status 0 is not queued.
+    void SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) override;
+    /// `duration` in ms; 0 schedules no note-off.
+    void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
+                  std::uint32_t time) override;
+
+    /// Nothing ready and nothing sounding (Empty: nothing ready). A time-out above 0 waits at most 1 ms; 0 not at all.
+    bool WaitUntilIdle(std::uint32_t timeOut);
+    bool WaitUntilEmpty(std::uint32_t timeOut);
+
+    /// One round under one hold of the lock: advances the sounding notes by `elapsedMs`, then takes everything that is
+    /// ready, in heap order, and captures it if a capture runs. Appends to `out`. [player]
+    void AdvanceAndTake(std::uint32_t elapsedMs, std::vector<MIDIEvent>& out);
+    /// Takes the next ready event. Throws CMIDIException "MIDI input queue is empty." [player]
+    MIDIEvent TakeNext();
+    void Advance(std::uint32_t elapsedMs);
+
+    /// While off, queueing drops everything, so that a player that has ended lets no memory grow. On by default.
+    void SetAccepting(bool on);
+    /// Drops what is ready and what sounds.
+    void Clear();
+
+    /// Capture of every event that leaves the queue. Start clears what was captured before.
+    void StartCapture();
+    void StopCapture();
+    bool IsCapturing() const;
+    std::uint32_t GetCaptureTimeMs() const;  ///< length so far; the final length after StopCapture()
+    std::int32_t GetIdleTimeMs() const;      ///< ms since the last captured event (or the start); -1 when not capturing
+    std::uint32_t GetCapturedCount() const;
+    /// Calls `visit` for events from..count-1 in capture order, without the lock held while visiting a chunk already
+    /// written.
+    void VisitCaptured(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const;
+    void ClearCaptured();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace LibMidi

@@ -1,0 +1,65 @@
+// The abstract ports.
+#pragma once
+
+#include <cstdint>
+
+#include "libmidi/MIDIEvent.h"
+#include "nk/nk_string.h"
+
+namespace LibMidi {
+
+/// Result codes of port operations.
+enum Result : int {
+    kSuccess = 0,
+    kAlreadyOpen = 1,
+    kNotOpen = 2,
+    kNoData = 5,
+    kDeviceError = 6,
+    kUnavailable = 7
+};
+
+/// Flags that every port reports.
+enum PortFlags : std::uint32_t { kInput = 1, kOutput = 2, kOpen = 4, kUnavailableFlag = 8 };
+
+/// Receives incoming MIDI on the input port's own thread, with none of the port's locks held. Not owned by the port;
+/// removed before it is destroyed.
+class MIDIPortDataListener {
+public:
+    virtual ~MIDIPortDataListener() = default;
+    /// `count` is 1 or more. [input]
+    virtual void OnMIDIData(const MIDIEvent* events, std::int32_t count) = 0;
+};
+
+/// Base of all ports. Owned by the port set that made it.
+class MIDIPort {
+public:
+    virtual ~MIDIPort() = default;
+    virtual const NK::CString& GetName() const = 0;
+    virtual std::uint32_t GetFlags() const = 0;
+    /// kSuccess, kUnavailable, kAlreadyOpen or kDeviceError.
+    virtual Result Open() = 0;
+    /// kSuccess, kUnavailable or kNotOpen.
+    virtual Result Close() = 0;
+};
+
+class MIDIInPort : public virtual MIDIPort {
+public:
+    /// Appends; duplicates are not checked. May be called while the port is open. [any]
+    virtual void AddListener(MIDIPortDataListener* listener) = 0;
+    /// Removes the first equal entry, if any. On return no call to the listener is in progress, unless this is called
+    /// from inside that very call. The caller must not hold a lock that the listener takes without giving up, see
+    /// IsClosing(). [any]
+    virtual void RemoveListener(MIDIPortDataListener* listener) = 0;
+    /// True from the moment that Close() or RemoveListener() waits for a call in progress: a listener that waits for a
+    /// lock polls this and gives up, so that closing under that lock cannot deadlock. [input]
+    virtual bool IsClosing() const = 0;
+};
+
+class MIDIOutPort : public virtual MIDIPort {
+public:
+    /// kUnavailable, then kNoData for null events, then kNotOpen; a count below 1 is kSuccess. The first failing write
+    /// ends the call with kDeviceError; earlier events stay sent. [any]
+    virtual Result Write(const MIDIEvent* events, std::int32_t count) = 0;
+};
+
+}  // namespace LibMidi

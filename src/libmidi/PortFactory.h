@@ -1,0 +1,53 @@
+// The factory that joins the port sets of all backends.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "libmidi/MIDIPortContainer.h"
+
+namespace LibMidi {
+
+/// The port set of one backend: owns its ports and whatever the backend needs while they exist.
+class MIDIPortsImpl {
+public:
+    virtual ~MIDIPortsImpl() = default;
+    virtual const MIDIPortContainer& GetPorts() const = 0;
+    /// The backend's default ports, or null.
+    virtual MIDIInPort* GetDefaultInput() const = 0;
+    virtual MIDIOutPort* GetDefaultOutput() const = 0;
+};
+
+/// Makes a backend's port set afresh; null, or an exception of the framework's family, when the backend cannot work.
+using BackendCreator = std::function<std::unique_ptr<MIDIPortsImpl>()>;
+
+/// Owns the backends' port sets; destroying it destroys every one. [gui]
+class PortFactory {
+public:
+    /// The creators in the order in which their ports are listed.
+    explicit PortFactory(std::vector<BackendCreator> creators);
+    ~PortFactory();
+    PortFactory(const PortFactory&) = delete;
+    PortFactory& operator=(const PortFactory&) = delete;
+
+    /// Destroys the old port sets and makes every backend's anew. False when every backend failed.
+    bool Refresh();
+    /// Destroys the port sets.
+    void Clear();
+    /// All ports of all backends in order, not owned by the list; null before Refresh() or when it failed. Lives until
+    /// the next Refresh() or Clear().
+    const MIDIPortContainer* GetPortList() const;
+    bool HasPorts() const;
+    /// The first backend's that has one, else null.
+    MIDIInPort* GetDefaultInput() const;
+    MIDIOutPort* GetDefaultOutput() const;
+
+private:
+    class PortView;
+    std::vector<BackendCreator> creators_;
+    std::vector<std::unique_ptr<MIDIPortsImpl>> sets_;
+    std::unique_ptr<PortView> view_;
+};
+
+}  // namespace LibMidi

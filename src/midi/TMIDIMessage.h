@@ -1,0 +1,83 @@
+// The four-byte live MIDI message.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "nk/nk_file.h"
+#include "nk/nk_sortable_array.h"
+
+namespace NK::MIDI {
+
+/// How names of notes are chosen for ToString().
+enum class NoteNameStyle { kSharps, kFlats };
+
+/// A channel or system message with the channel kept apart from the command (MIDI 1.0, table I). A plain record,
+/// passed by value. A status of 0 is no message: an effect has taken it over, and senders skip it.
+struct TMIDIMessage {
+    std::uint8_t status = 0;   ///< channel messages: 0x80..0xE0, channel nibble cleared; system: 0xF0..0xFF
+    std::uint8_t channel = 0;  ///< 1..16; 0 = none
+    std::uint8_t data1 = 0;    ///< note, controller or program number, or the wheel's low 7 bits
+    std::uint8_t data2 = 0;    ///< velocity, value, pressure, or the wheel's high 7 bits
+
+    friend bool operator==(const TMIDIMessage& a, const TMIDIMessage& b) noexcept {
+        return a.ToWord() == b.ToWord();
+    }
+
+    /// The four bytes as one 32-bit word, status lowest.
+    std::uint32_t ToWord() const noexcept {
+        return std::uint32_t{status} | std::uint32_t{channel} << 8 | std::uint32_t{data1} << 16 |
+               std::uint32_t{data2} << 24;
+    }
+    static TMIDIMessage FromWord(std::uint32_t word) noexcept {
+        return {static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8),
+                static_cast<std::uint8_t>(word >> 16), static_cast<std::uint8_t>(word >> 24)};
+    }
+
+    /// Bytes on the wire, 1..3, by the status (a raw status byte goes by its high nibble). 0xC0, 0xD0: 2;
+    /// 0xF8..0xFF: 1; all else 3, also 0xF1..0xF7 where MIDI 1.0 has fewer.
+    static int GetLength(std::uint8_t status) noexcept;
+    int GetLength() const noexcept { return GetLength(status); }
+
+    /// Status with the channel folded in, then the data bytes that the length requires; returns the length.
+    int Pack(std::uint8_t out[3]) const noexcept;
+    /// Writes at most `size` bytes; returns the number written.
+    std::size_t Pack(std::uint8_t* out, std::size_t size) const noexcept;
+    bool Write(CFile& file) const;
+    /// No running status is understood. False, the record unchanged, when the file ends early.
+    bool Read(CFile& file);
+    bool ReadAfterStatus(std::uint8_t firstByte, CFile& file);
+
+    int GetPitchWheel() const noexcept { return (data1 & 0x7F) | (data2 << 7); }  ///< 0..16383
+    /// These set the status and the data, never the channel. Raw is 0..16383, centred -8192..8191, float -1..1.
+    void SetPitchWheel(int raw) noexcept;
+    void SetPitchWheelCentered(int value) noexcept;
+    void SetPitchWheelFloat(float value) noexcept;
+
+    /// "Unknown Command" for a status without a name.
+    static const wchar_t* GetCommandName(std::uint8_t status) noexcept;
+    /// "Unknown Controller" for a number without a name.
+    static const wchar_t* GetControllerName(std::uint8_t number) noexcept;
+
+    /// Greater and less by the note byte (data1) alone.
+    class CNoteSortingComparator : public CSortingComparator<TMIDIMessage> {
+    public:
+        bool IsGreater(const TMIDIMessage& a, const TMIDIMessage& b) const override { return a.data1 > b.data1; }
+        bool IsLess(const TMIDIMessage& a, const TMIDIMessage& b) const override { return a.data1 < b.data1; }
+    };
+};
+
+static_assert(sizeof(TMIDIMessage) == 4);
+
+/// The text of a message in a buffer of `bufferSize` characters, cut and terminated. Throws
+/// CInvalidParameterException "No output buffer in MIDI message to string converter." without a buffer.
+void ToString(const TMIDIMessage& message, wchar_t* buffer, std::size_t bufferSize,
+              NoteNameStyle style = NoteNameStyle::kSharps);
+
+/// "Invalid MIDI channel number."
+class CInvalidMIDIChannelException : public CException {
+public:
+    CInvalidMIDIChannelException() noexcept : CException(L"Invalid MIDI channel number.") {}
+};
+
+}  // namespace NK::MIDI

@@ -1,0 +1,86 @@
+// The framework's wide string.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "nk/nk_array.h"
+
+namespace NK {
+
+/// A wide string held in a CArray whose size counts the terminating zero: an empty string has size 1.
+/// Value semantics; not for use from several threads at once. A null pointer stands for an empty text.
+class CString {
+public:
+    CString();
+    CString(const wchar_t* text);      // NOLINT(google-explicit-constructor): a text is a string
+    CString(std::wstring_view text);   // NOLINT(google-explicit-constructor)
+    explicit CString(const char* latin1);  ///< 8-bit text, Latin-1
+    static CString FromUtf8(std::string_view utf8);  ///< malformed sequences become U+FFFD
+
+    const wchar_t* c_str() const noexcept { return chars_.GetData(); }
+    std::wstring_view View() const noexcept { return {chars_.GetData(), GetLength()}; }
+    std::string ToUtf8() const;
+    std::string ToLatin1() const;  ///< "?" for a character that Latin-1 lacks
+
+    std::uint32_t GetLength() const noexcept { return chars_.GetSize() - 1; }  ///< characters, no terminator
+    std::uint32_t GetSize() const noexcept { return chars_.GetSize(); }        ///< characters with the terminator
+    bool IsEmpty() const noexcept { return GetLength() == 0; }
+    void Clear();
+
+    /// Throws CArrayIndexException outside 0..length (the terminator can be read).
+    wchar_t operator[](std::uint32_t index) const { return chars_[index]; }
+
+    CString& operator+=(std::wstring_view text);
+    CString& operator+=(wchar_t character);
+    friend CString operator+(CString left, std::wstring_view right) { return left += right; }
+    friend CString operator+(CString left, const CString& right) { return left += right.View(); }
+    friend CString operator+(CString left, const wchar_t* right) { return left += std::wstring_view(right); }
+    friend CString operator+(const wchar_t* left, const CString& right) { return CString(left) += right.View(); }
+
+    friend bool operator==(const CString& a, const CString& b) noexcept { return a.View() == b.View(); }
+    friend bool operator==(const CString& a, const wchar_t* b) noexcept {
+        return a.View() == std::wstring_view(b == nullptr ? L"" : b);
+    }
+    friend bool operator<(const CString& a, const CString& b) noexcept { return a.View() < b.View(); }
+
+    /// Below, at or above 0 as this sorts before, equals or sorts after `other`, by code point.
+    int Compare(const CString& other) const noexcept;
+    /// The same with letter case ignored (simple Unicode case mapping of the C.UTF-8 locale, whatever the user's).
+    int CompareNoCase(const CString& other) const noexcept;
+
+    std::int32_t Find(std::wstring_view text, std::uint32_t from = 0) const noexcept;  ///< index or -1
+    std::int32_t FindLast(wchar_t character) const noexcept;                           ///< index or -1
+    CString Mid(std::uint32_t from, std::uint32_t count = UINT32_MAX) const;           ///< cut to what is there
+    CString Left(std::uint32_t count) const { return Mid(0, count); }
+    CString Trimmed() const;  ///< without leading and trailing white space
+    void Replace(wchar_t what, wchar_t with);
+
+    /// printf-like, wide conversions as in the C library ("%ls" is a wide text).
+    static CString Format(const wchar_t* format, ...);
+
+    /// Decimal, and lower-case hexadecimal without prefix.
+    static CString FromInt(std::int64_t value);
+    static CString FromHex(std::uint64_t value);
+    /// The shortest text that reads back as the same double, "." as the decimal separator in every locale.
+    static CString FromDouble(double value);
+    /// As the C library's "%d", "%lx", "%lf" scan: leading blanks, a sign, trailing text ignored; "." in every locale.
+    /// False, `out` unchanged, when no number stands there or it does not fit.
+    bool ToInt(std::int32_t& out) const noexcept;
+    bool ToHex(std::uint32_t& out) const noexcept;
+    bool ToDouble(double& out) const noexcept;
+
+private:
+    CArray<wchar_t> chars_;
+};
+
+/// One string per element; CIniFile keeps one line each.
+using CStringArrayBase = CArray<CString>;
+class CStringArray : public CStringArrayBase {
+public:
+    /// Index of the first equal element, else -1.
+    std::int32_t Find(const CString& value) const noexcept;
+};
+
+}  // namespace NK

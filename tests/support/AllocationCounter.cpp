@@ -1,0 +1,25 @@
+#include "support/AllocationCounter.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+thread_local std::uint64_t allocations = 0;
+
+void* Allocate(std::size_t size) {
+    ++allocations;
+    if (void* block = std::malloc(size == 0 ? 1 : size)) {
+        return block;
+    }
+    throw std::bad_alloc();
+}
+}  // namespace
+
+std::uint64_t KivoraTest::GetAllocationCount() { return allocations; }
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
