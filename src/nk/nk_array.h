@@ -34,7 +34,8 @@ public:
 
     /// Sets the number of elements in use. Never shrinks the block. When a new block is needed its capacity is the
     /// largest of the present capacity, newSize and growBy, where a growBy of 0 means the growth step plus newSize.
-    /// With keepContents the old elements are copied and survive a failed allocation (CMemoryException).
+    /// With keepContents the old elements are taken over and survive a failed allocation (CMemoryException); without
+    /// it the old block is freed first, and a failed allocation leaves the array empty.
     virtual void SetSize(std::uint32_t newSize, bool keepContents = true, std::uint32_t growBy = 0) {
         if (newSize <= capacity_ && data_ && growBy <= capacity_) {
             size_ = newSize;
@@ -44,11 +45,19 @@ public:
             const std::uint32_t step = GetGrowthStep();
             growBy = (step == 0 ? kDefaultGrowthStep : step) + newSize;
         }
-        Reallocate(std::max({capacity_, growBy, newSize}), keepContents);
+        const std::uint32_t newCapacity = std::max({capacity_, growBy, newSize});
+        if (!keepContents) {
+            data_.reset();
+            size_ = 0;
+            capacity_ = 0;
+        }
+        Reallocate(newCapacity, keepContents);
         size_ = newSize;
     }
 
-    /// Gives back what is allocated beyond the largest of the size, `minimum` and the class's minimum block size.
+    /// Gives back what is allocated beyond the largest of the size, `minimum` and the class's minimum block size. The
+    /// size stays; without keepContents the elements are default values afterwards. A failed allocation
+    /// (CMemoryException) leaves everything as it was.
     virtual void FreeExtra(bool keepContents = true, std::uint32_t minimum = 0) {
         if (data_ && size_ < capacity_) {
             Reallocate(std::max({size_, minimum, GetMinimumBlockSize()}), keepContents);
@@ -146,28 +155,26 @@ private:
     }
 
     void AssignFrom(const CArray& other) {
+        if (other.size_ == 0) {
+            size_ = 0;
+            return;
+        }
         SetSize(other.size_, false);
         std::copy(other.begin(), other.end(), begin());
     }
 
     void Reallocate(std::uint32_t newCapacity, bool keepContents) {
+        std::unique_ptr<T[]> block;
         try {
-            if (!keepContents) {
-                data_.reset();
-                capacity_ = 0;
-            }
-            std::unique_ptr<T[]> block(new T[newCapacity]());
-            if (keepContents && data_) {
-                std::move(data_.get(), data_.get() + std::min(size_, newCapacity), block.get());
-            }
-            data_ = std::move(block);
-            capacity_ = newCapacity;
+            block.reset(new T[newCapacity]());
         } catch (const std::bad_alloc&) {
-            if (!data_) {
-                size_ = 0;
-            }
             throw CMemoryException();
         }
+        if (keepContents && data_) {
+            std::move(begin(), end(), block.get());
+        }
+        data_ = std::move(block);
+        capacity_ = newCapacity;
     }
 
     std::unique_ptr<T[]> data_;

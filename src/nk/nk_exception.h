@@ -22,6 +22,8 @@ public:
     const char* what() const noexcept override { return narrowMessage_; }
     /// The wide message; lives as long as this object.
     virtual const wchar_t* GetMessage() const noexcept { return message_; }
+    /// The text of the standard base, which knows nothing of the message.
+    virtual const char* GetStandardText() const noexcept { return std::exception::what(); }
     /// The number given by the thrower; 0 by default, the kind of failure for index exceptions.
     std::int32_t GetCode() const noexcept { return code_; }
 
