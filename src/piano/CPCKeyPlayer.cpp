@@ -1,0 +1,156 @@
+#include "piano/CPCKeyPlayer.h"
+
+#include <utility>
+
+#include "piano/PCKeyTable.h"
+
+namespace NK::Piano {
+namespace {
+using EKind = TPCKeyAction::EKind;
+using EVerdict = CAutoRepeatFilter::EVerdict;
+
+std::optional<EKind> ValueActionOf(int code) noexcept {
+    switch (code) {
+        case TPCKey::kMinus:
+        case TPCKey::kUnderscore:
+            return EKind::kMinus;
+        case TPCKey::kEqual:
+        case TPCKey::kPlus:
+            return EKind::kPlus;
+        default:
+            return std::nullopt;
+    }
+}
+
+bool IsPanic(int code) noexcept {
+    return code == TPCKey::kEscape || code == TPCKey::kDelete;
+}
+
+std::uint64_t IdOf(const TPCKey& key) noexcept {
+    return CPCKeyLedger::KeyId(key.scanCode, key.code);
+}
+}  // namespace
+
+CPCKeyPlayer::CPCKeyPlayer(CCharacterOf characterOf) : characterOf_(std::move(characterOf)) {
+}
+
+bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
+    const bool isRepeat = filter_.Press(key.scanCode, key.timeMs, key.autoRepeat) == EVerdict::kRepeat;
+    if (!filter_.IsWaiting()) {
+        waitingRelease_.reset();  // void: it was the first half of this repeat
+    }
+    Settle(actions);
+
+    if (key.alt) {
+        const std::optional<EKind> action = ValueActionOf(key.code);
+        if (action) {
+            actions.push_back({*action});
+        }
+        return action.has_value();
+    }
+    // A key that is down already repeats without releases in between, which some servers send.
+    if (isRepeat || (key.scanCode != 0 && ledger_.IsDown(IdOf(key)))) {
+        return IsActing(key);
+    }
+    if (key.code == TPCKey::kSpace) {
+        ledger_.Press(IdOf(key), CPCKeyLedger::kNoNote);
+        sustain_ = true;
+        actions.push_back({EKind::kSustainOn});
+        return true;
+    }
+    if (IsPanic(key.code)) {
+        ledger_.Press(IdOf(key), CPCKeyLedger::kNoNote);
+        actions.push_back({EKind::kPanic});
+        return true;
+    }
+    const std::optional<TNote> note = NoteOf(key);
+    if (!note) {
+        return false;
+    }
+    const auto previous = ledger_.Release(IdOf(key));
+    if (previous && *previous != CPCKeyLedger::kNoNote && *previous != note->note) {
+        actions.push_back({EKind::kNoteOff, *previous});
+    }
+    ledger_.Press(IdOf(key), note->note);
+    EVelocityLevel level = note->shifted ? EVelocityLevel::kHigh : EVelocityLevel::kNormal;
+    if (key.ctrl) {
+        level = EVelocityLevel::kLow;
+    }
+    actions.push_back({EKind::kNoteOn, note->note, level});
+    return true;
+}
+
+bool CPCKeyPlayer::Release(const TPCKey& key, CActions& actions) {
+    // A release that waits belongs before this one, whatever this one turns out to be.
+    Settle(actions);
+    switch (filter_.Release(key.scanCode, key.timeMs, key.autoRepeat)) {
+        case EVerdict::kRepeat:
+            break;
+        case EVerdict::kWait:
+            waitingRelease_ = key;
+            break;
+        case EVerdict::kPlay:
+            CarryOutRelease(key, actions);
+            break;
+    }
+    return IsActing(key);
+}
+
+void CPCKeyPlayer::Settle(CActions& actions) {
+    filter_.Settle();
+    if (const std::optional<TPCKey> key = std::exchange(waitingRelease_, std::nullopt)) {
+        CarryOutRelease(*key, actions);
+    }
+}
+
+void CPCKeyPlayer::SetOctaveShift(int semitones, CActions& actions) {
+    if (semitones == octaveShift_) {
+        return;
+    }
+    Settle(actions);
+    for (const std::uint8_t note : ledger_.EndNotes()) {
+        actions.push_back({EKind::kNoteOff, note});
+    }
+    octaveShift_ = semitones;
+}
+
+void CPCKeyPlayer::ReleaseAll(CActions& actions) {
+    Settle(actions);
+    for (const std::uint8_t note : ledger_.EndNotes()) {
+        actions.push_back({EKind::kNoteOff, note});
+    }
+    ledger_.Clear();
+    if (std::exchange(sustain_, false)) {
+        actions.push_back({EKind::kSustainOff});
+    }
+}
+
+std::optional<CPCKeyPlayer::TNote> CPCKeyPlayer::NoteOf(const TPCKey& key) const {
+    const TPCKeyEntry* entry = FindPCKeyEntry(characterOf_(key.code, key.shift), key.shift);
+    if (entry == nullptr || entry->note == TPCKeyEntry::kNone) {
+        return std::nullopt;
+    }
+    return TNote{WrapNoteByOctaves(entry->note + octaveShift_), entry->shifted != 0};
+}
+
+bool CPCKeyPlayer::IsActing(const TPCKey& key) const {
+    return key.code == TPCKey::kSpace || IsPanic(key.code) || NoteOf(key).has_value();
+}
+
+void CPCKeyPlayer::CarryOutRelease(const TPCKey& key, CActions& actions) {
+    const auto begun = ledger_.Release(IdOf(key));
+    if (begun && *begun != CPCKeyLedger::kNoNote) {
+        actions.push_back({EKind::kNoteOff, *begun});
+    }
+    if (key.code == TPCKey::kSpace) {
+        sustain_ = false;
+        actions.push_back({EKind::kSustainOff});
+        return;
+    }
+    const std::optional<TNote> note = key.alt ? std::nullopt : NoteOf(key);
+    if (note && begun != note->note) {
+        actions.push_back({EKind::kNoteOff, note->note});
+    }
+}
+
+}  // namespace NK::Piano
