@@ -16,16 +16,29 @@ public:
     enum Kind : std::uint32_t { kShort = 0, kMeta = 1, kSysEx = 2, kEmpty = 3 };
     /// Meta types (Standard MIDI Files 1.0, "Meta-Events").
     enum MetaType : std::uint8_t {
-        kSequenceNumber = 0x00, kText = 0x01, kCopyright = 0x02, kTrackName = 0x03, kInstrumentName = 0x04,
-        kLyric = 0x05, kMarker = 0x06, kCuePoint = 0x07, kChannelPrefix = 0x20, kPort = 0x21, kEndOfTrack = 0x2F,
-        kTempo = 0x51, kSMPTEOffset = 0x54, kTimeSignature = 0x58, kKeySignature = 0x59, kSequencerSpecific = 0x7F
+        kSequenceNumber = 0x00,
+        kText = 0x01,
+        kCopyright = 0x02,
+        kTrackName = 0x03,
+        kInstrumentName = 0x04,
+        kLyric = 0x05,
+        kMarker = 0x06,
+        kCuePoint = 0x07,
+        kChannelPrefix = 0x20,
+        kPort = 0x21,
+        kEndOfTrack = 0x2F,
+        kTempo = 0x51,
+        kSMPTEOffset = 0x54,
+        kTimeSignature = 0x58,
+        kKeySignature = 0x59,
+        kSequencerSpecific = 0x7F
     };
 
     std::uint32_t kind = kEmpty;
-    TMIDIMessage message;           ///< kind 0
-    CArray<std::uint8_t> data;      ///< meta data (kind 1), or all bytes from 0xF0 to the end (kind 2)
-    std::uint8_t metaType = 0;      ///< kind 1
-    std::int32_t time = -1;         ///< ms from the start of the recording; -1 = none
+    TMIDIMessage message;       ///< kind 0
+    CArray<std::uint8_t> data;  ///< meta data (kind 1), or all bytes from 0xF0 to the end (kind 2)
+    std::uint8_t metaType = 0;  ///< kind 1
+    std::int32_t time = -1;     ///< ms from the start of the recording; -1 = none
 
     CMIDIMessageX() = default;
     CMIDIMessageX(TMIDIMessage shortMessage, std::int32_t timeMs);
@@ -34,11 +47,12 @@ public:
 
     // Builders of meta events: kind 1, the type, the time, the data replaced.
     void SetSequenceNumber(std::uint16_t number, std::int32_t timeMs);
-    /// Types 1..7, at most 127 bytes; a longer text throws CInvalidParameterException.
+    /// Types 1..7, at most 127 bytes of text, null meaning none; anything else throws CInvalidParameterException.
     void SetText(std::uint8_t type, const char* text, std::int32_t timeMs);
     void SetChannelPrefix(std::uint8_t channel, std::int32_t timeMs);
     void SetPort(std::uint8_t port, std::int32_t timeMs);
     void SetEndOfTrack(std::int32_t timeMs);
+    /// Kept in three bytes: a slower tempo than 0xFFFFFF microseconds becomes that.
     void SetTempo(std::uint32_t microsecondsPerQuarter, std::int32_t timeMs);
     /// The time becomes -1 whatever is given. Throws CInvalidParameterException "Cannot set zero tempo." for a tempo
     /// of 0 or below.
@@ -71,9 +85,12 @@ public:
 /// every later event with a time above 0 are shifted. Without a note every time becomes 0.
 void AlignToFirstNote(CMIDIMessageX* events, std::uint32_t count, std::int32_t startTime);
 
+/// A variable-length quantity (Standard MIDI Files 1.0) into at most 5 bytes; returns how many.
+int EncodeVariableLength(std::uint32_t value, std::uint8_t out[5]) noexcept;
 /// A variable-length quantity (Standard MIDI Files 1.0), 1 to 5 bytes; true when all were written.
 bool WriteVariableLength(CFile& file, std::uint32_t value);
-/// 0 with `error` set when the quantity takes more than 5 bytes or the file ends.
+/// 0 with `error` true when the quantity takes more than 5 bytes or the file ends, else `error` is false. Bits above
+/// the 32nd are lost.
 std::uint32_t ReadVariableLength(CFile& file, bool& error);
 
 }  // namespace NK::MIDI

@@ -4,7 +4,10 @@
 #include "midi/CMIDIOutputBase.h"
 #include "midi/MusicalClock.h"
 #include "midi/TMIDIMessage.h"
-#include "nk/nk_ini_file.h"
+
+namespace NK {
+class CIniFile;
+}
 
 namespace NK::MIDI {
 

@@ -21,8 +21,7 @@ struct MusicalClock {
     int ToTick() const {
         const double ticksPerBeat = 4.0 / beatUnit * kTicksPerQuarter;
         const double beats = static_cast<double>(beatsPerBar) * bar + beat;
-        return static_cast<int>(ticksPerBeat * beats + offset / (60 / tempo / timeUnit / ticksPerBeat) +
-                                0.499999999);
+        return static_cast<int>(ticksPerBeat * beats + offset / (60 / tempo / timeUnit / ticksPerBeat) + 0.499999999);
     }
 };
 

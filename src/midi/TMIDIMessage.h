@@ -20,9 +20,7 @@ struct TMIDIMessage {
     std::uint8_t data1 = 0;    ///< note, controller or program number, or the wheel's low 7 bits
     std::uint8_t data2 = 0;    ///< velocity, value, pressure, or the wheel's high 7 bits
 
-    friend bool operator==(const TMIDIMessage& a, const TMIDIMessage& b) noexcept {
-        return a.ToWord() == b.ToWord();
-    }
+    friend bool operator==(const TMIDIMessage& a, const TMIDIMessage& b) noexcept { return a.ToWord() == b.ToWord(); }
 
     /// The four bytes as one 32-bit word, status lowest.
     std::uint32_t ToWord() const noexcept {
