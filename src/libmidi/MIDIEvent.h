@@ -9,8 +9,8 @@ namespace LibMidi {
 
 /// A message of up to three bytes with a time stamp. The subclasses differ in their type only.
 struct MIDIEvent {
-    std::uint32_t time = 0;    ///< 0 for live input
-    std::uint8_t status = 0;   ///< with the channel in its low nibble
+    std::uint32_t time = 0;   ///< 0 for live input
+    std::uint8_t status = 0;  ///< with the channel in its low nibble
     std::uint8_t data1 = 0;
     std::uint8_t data2 = 0;
 

@@ -6,6 +6,7 @@
 
 #include "libmidi/MIDIEvent.h"
 #include "libmidi/MIDIPort.h"
+#include "nk/nk_sleep.h"
 #include "nk/nk_time_source.h"
 
 namespace LibMidi {
@@ -24,7 +25,7 @@ public:
 class MIDIPlayer {
 public:
     virtual ~MIDIPlayer() = default;
-    /// Not owned; before Start(). The unit is a nanosecond.
+    /// Not owned, outlives the player; before Start(). The unit is a nanosecond. The sink's capture is timed by it too.
     virtual void SetTimeSource(NK::CTimeSource* source) = 0;
     /// Where messages are handed in. The caller may keep it beyond the player's life.
     virtual std::shared_ptr<MIDIPlayerQueue> GetSink() = 0;
@@ -32,9 +33,9 @@ public:
     virtual int AttachOutput(MIDIOutPort* port) = 0;
     /// Forgets the output of that binding; on return the player does not write to it any more.
     virtual void DetachOutput(int binding) = 0;
-    /// Both threads run. False when they cannot be started.
+    /// Both threads run. False when they cannot be started, or without a time source. Turns the sink's accepting on.
     virtual bool Start() = 0;
-    /// Ends both threads; Start() works again afterwards.
+    /// Ends both threads; Start() works again afterwards. What is still queued stays queued. Not from a listener.
     virtual void Stop() = 0;
     /// False also once a write has failed: a device was pulled out. [any]
     virtual bool IsRunning() const = 0;
@@ -43,5 +44,8 @@ public:
     virtual void AddListener(MIDIPlayerListener* listener) = 0;     ///< not owned. [any]
     virtual void RemoveListener(MIDIPlayerListener* listener) = 0;  ///< removes the first equal entry. [any]
 };
+
+/// Never null.
+std::unique_ptr<MIDIPlayer> CreateMIDIPlayer(NK::CSleeper& sleeper = NK::SystemSleeper());
 
 }  // namespace LibMidi

@@ -6,20 +6,19 @@
 #include <memory>
 #include <vector>
 
-#include "libmidi/MIDIEvent.h"
+#include "libmidi/CaptureStore.h"
+#include "libmidi/SynthEvents.h"
 #include "midi/CMIDIOutputBase.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_sleep.h"
+#include "nk/nk_time_source.h"
 
 namespace LibMidi {
 
-struct SynthEventBase;
-class CaptureStore;
-
-/// An event as captured: milliseconds from the start of the capture, and the message.
-struct CapturedEvent {
-    std::uint32_t time;
-    NK::MIDI::TMIDIMessage message;
+/// An event that has left the queue.
+struct TakenEvent {
+    SynthEventBase event;
+    std::vector<MIDIEvent> block;  ///< the run of a BlockSynthEvent; empty for a single event
 };
 
 /// Ready events in a heap by class, sounding notes with their remaining time, and the captured history. One lock
@@ -29,12 +28,18 @@ class MIDIPlayerQueue : public NK::MIDI::CMIDIOutputBase {
 public:
     explicit MIDIPlayerQueue(NK::CSleeper& sleeper = NK::SystemSleeper());
     ~MIDIPlayerQueue() override;
+    MIDIPlayerQueue(const MIDIPlayerQueue&) = delete;
+    MIDIPlayerQueue& operator=(const MIDIPlayerQueue&) = delete;
 
     /// `time` is stored, not waited for. A record with status 0 is not queued.
     void SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) override;
     /// `duration` in ms; 0 schedules no note-off.
     void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
                   std::uint32_t time) override;
+    /// What both of the above come to. A note first ends its own sounding instance (same target, channel and note).
+    void Queue(const SynthEventBase& event);
+    /// Not queued when empty. Its notes end no sounding ones.
+    void Queue(BlockSynthEvent block);
 
     /// Nothing ready and nothing sounding (Empty: nothing ready). A time-out above 0 waits at most 1 ms; 0 not at all.
     bool WaitUntilIdle(std::uint32_t timeOut);
@@ -42,15 +47,22 @@ public:
 
     /// One round under one hold of the lock: advances the sounding notes by `elapsedMs`, then takes everything that is
     /// ready, in heap order, and captures it if a capture runs. Appends to `out`. [player]
-    void AdvanceAndTake(std::uint32_t elapsedMs, std::vector<MIDIEvent>& out);
+    void AdvanceAndTake(std::uint32_t elapsedMs, std::vector<TakenEvent>& out);
     /// Takes the next ready event. Throws CMIDIException "MIDI input queue is empty." [player]
-    MIDIEvent TakeNext();
+    TakenEvent TakeNext();
     void Advance(std::uint32_t elapsedMs);
+    /// Whether anything is ready or sounding; takes no lock.
+    bool HasWork() const noexcept;
 
-    /// While off, queueing drops everything, so that a player that has ended lets no memory grow. On by default.
+    /// While off, queueing drops everything, so that a player that has ended lets no memory grow. On by default; the
+    /// player turns it off when a write fails and when it is destroyed, and on when it starts.
     void SetAccepting(bool on);
     /// Drops what is ready and what sounds.
     void Clear();
+
+    /// The clock of the capture, not owned; null is a clock of the queue's own. A running capture goes on at the time
+    /// that it has reached. A clock that goes back counts as standing still.
+    void SetTimeSource(NK::CTimeSource* source);
 
     /// Capture of every event that leaves the queue. Start clears what was captured before.
     void StartCapture();
@@ -59,13 +71,14 @@ public:
     std::uint32_t GetCaptureTimeMs() const;  ///< length so far; the final length after StopCapture()
     std::int32_t GetIdleTimeMs() const;      ///< ms since the last captured event (or the start); -1 when not capturing
     std::uint32_t GetCapturedCount() const;
-    /// Calls `visit` for events from..count-1 in capture order, without the lock held while visiting a chunk already
-    /// written.
+    /// Calls `visit` for events from..count-1 in capture order, with no lock held. Events captured meanwhile are not
+    /// visited.
     void VisitCaptured(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const;
+    /// Forgets what was captured; a running capture goes on.
     void ClearCaptured();
 
 private:
-    struct State;
+    class State;
     std::unique_ptr<State> state_;
 };
 

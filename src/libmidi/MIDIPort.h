@@ -9,14 +9,7 @@
 namespace LibMidi {
 
 /// Result codes of port operations.
-enum Result : int {
-    kSuccess = 0,
-    kAlreadyOpen = 1,
-    kNotOpen = 2,
-    kNoData = 5,
-    kDeviceError = 6,
-    kUnavailable = 7
-};
+enum Result : int { kSuccess = 0, kAlreadyOpen = 1, kNotOpen = 2, kNoData = 5, kDeviceError = 6, kUnavailable = 7 };
 
 /// Flags that every port reports.
 enum PortFlags : std::uint32_t { kInput = 1, kOutput = 2, kOpen = 4, kUnavailableFlag = 8 };
@@ -28,17 +21,22 @@ public:
     virtual ~MIDIPortDataListener() = default;
     /// `count` is 1 or more. [input]
     virtual void OnMIDIData(const MIDIEvent* events, std::int32_t count) = 0;
+    /// Messages were lost between the events given before this call and those given after it: the device's buffer ran
+    /// over `lostCount` times (1 or more), each time for an unknown number of messages. Keys that this port holds down
+    /// may never be released by it. [input]
+    virtual void OnMIDIDataLost(std::uint32_t lostCount) { static_cast<void>(lostCount); }
 };
 
 /// Base of all ports. Owned by the port set that made it.
 class MIDIPort {
 public:
     virtual ~MIDIPort() = default;
-    virtual const NK::CString& GetName() const = 0;
-    virtual std::uint32_t GetFlags() const = 0;
-    /// kSuccess, kUnavailable, kAlreadyOpen or kDeviceError.
+    virtual const NK::CString& GetName() const = 0;  ///< [any]
+    virtual std::uint32_t GetFlags() const = 0;      ///< [any]
+    /// kSuccess, kUnavailable, kAlreadyOpen or kDeviceError. Not for several threads at once. [gui]
     virtual Result Open() = 0;
-    /// kSuccess, kUnavailable or kNotOpen.
+    /// kSuccess, kUnavailable or kNotOpen. Not for several threads at once; an input port's waits for its thread, so
+    /// not from inside a listener's call. [gui]
     virtual Result Close() = 0;
 };
 
@@ -53,6 +51,8 @@ public:
     /// True from the moment that Close() or RemoveListener() waits for a call in progress: a listener that waits for a
     /// lock polls this and gives up, so that closing under that lock cannot deadlock. [input]
     virtual bool IsClosing() const = 0;
+    /// How often messages were lost since the port was opened, see MIDIPortDataListener::OnMIDIDataLost(). [any]
+    virtual std::uint32_t GetLostCount() const { return 0; }
 };
 
 class MIDIOutPort : public virtual MIDIPort {

@@ -32,16 +32,21 @@ public:
     virtual void CloseAll() = 0;
 };
 
-/// Owns its ports.
-class MIDIPortContainerImpl : public MIDIPortContainer {
+/// The finders over whatever list a subclass holds.
+class MIDIPortWalker : public MIDIPortContainer {
 public:
-    std::uint32_t GetCount() const override;
-    MIDIPort* GetPort(std::uint32_t index) const override;
     MIDIInPort* FindFirstInput(bool allowOpen) const override;
     MIDIOutPort* FindFirstOutput(bool allowOpen) const override;
     MIDIInPort* FindInputByName(const NK::CString& name) const override;
     MIDIOutPort* FindOutputByName(const NK::CString& name) const override;
     void CloseAll() override;
+};
+
+/// Owns its ports.
+class MIDIPortContainerImpl : public MIDIPortWalker {
+public:
+    std::uint32_t GetCount() const override;
+    MIDIPort* GetPort(std::uint32_t index) const override;
 
     void Append(std::unique_ptr<MIDIPort> port);
     void Clear();

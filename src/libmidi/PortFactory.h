@@ -17,6 +17,9 @@ public:
     /// The backend's default ports, or null.
     virtual MIDIInPort* GetDefaultInput() const = 0;
     virtual MIDIOutPort* GetDefaultOutput() const = 0;
+    /// Whether its ports never come and go, so that PortFactory::Rescan() leaves the set and its open ports as they
+    /// are.
+    virtual bool IsFixed() const { return false; }
 };
 
 /// Makes a backend's port set afresh; null, or an exception of the framework's family, when the backend cannot work.
@@ -33,10 +36,12 @@ public:
 
     /// Destroys the old port sets and makes every backend's anew. False when every backend failed.
     bool Refresh();
+    /// Looks for devices again: as Refresh(), but fixed sets stay as they are.
+    bool Rescan();
     /// Destroys the port sets.
     void Clear();
     /// All ports of all backends in order, not owned by the list; null before Refresh() or when it failed. Lives until
-    /// the next Refresh() or Clear().
+    /// the next Refresh(), Rescan() or Clear().
     const MIDIPortContainer* GetPortList() const;
     bool HasPorts() const;
     /// The first backend's that has one, else null.
@@ -45,8 +50,10 @@ public:
 
 private:
     class PortView;
+    bool Build();
+
     std::vector<BackendCreator> creators_;
-    std::vector<std::unique_ptr<MIDIPortsImpl>> sets_;
+    std::vector<std::unique_ptr<MIDIPortsImpl>> sets_;  ///< one a creator, null where the backend failed
     std::unique_ptr<PortView> view_;
 };
 

@@ -1,0 +1,42 @@
+// The clock of a capture.
+#pragma once
+
+#include <cstdint>
+
+#include "nk/nk_time_source.h"
+
+namespace LibMidi {
+
+/// Milliseconds since Restart() by a time source that may be replaced meanwhile. A source that goes back counts as
+/// standing still. Not for use from several threads at once.
+class CaptureClock {
+public:
+    /// Not owned; null is a source of the clock's own.
+    void SetSource(NK::CTimeSource* source) {
+        GetMs();
+        source_ = source != nullptr ? source : &own_;
+        previousMs_ = source_->GetTimeMs();
+    }
+
+    void Restart() {
+        elapsedMs_ = 0;
+        previousMs_ = source_->GetTimeMs();
+    }
+
+    std::uint32_t GetMs() {
+        const std::int64_t nowMs = source_->GetTimeMs();
+        if (nowMs > previousMs_) {
+            elapsedMs_ += nowMs - previousMs_;
+        }
+        previousMs_ = nowMs;
+        return static_cast<std::uint32_t>(elapsedMs_);
+    }
+
+private:
+    NK::CSysTimeSource own_;
+    NK::CTimeSource* source_ = &own_;
+    std::int64_t previousMs_ = 0;
+    std::int64_t elapsedMs_ = 0;
+};
+
+}  // namespace LibMidi

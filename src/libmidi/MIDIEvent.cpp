@@ -1,0 +1,16 @@
+#include "libmidi/MIDIEvent.h"
+
+namespace LibMidi {
+
+NK::MIDI::TMIDIMessage MIDIEvent::ToMessage() const noexcept {
+    const bool isChannelMessage = status >= 0x80 && status < 0xF0;
+    return {static_cast<std::uint8_t>(isChannelMessage ? status & 0xF0 : status),
+            static_cast<std::uint8_t>(isChannelMessage ? (status & 0x0F) + 1 : 0), data1, data2};
+}
+
+MIDIEvent MIDIEvent::FromMessage(NK::MIDI::TMIDIMessage message, std::uint32_t timeStamp) noexcept {
+    const int channel = message.channel != 0 ? message.channel - 1 : 0;
+    return {timeStamp, static_cast<std::uint8_t>(message.status | channel), message.data1, message.data2};
+}
+
+}  // namespace LibMidi

@@ -1,0 +1,235 @@
+#include "libmidi/MIDIPlayerImpl.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "nk/nk_logger.h"
+#include "nk/nk_thread.h"
+
+namespace LibMidi {
+
+/// The notes that were written and that the listeners have not been told yet. When it is full the oldest gives way, so
+/// that memory is bounded.
+class MIDIPlayerImpl::NoteRing {
+public:
+    void Append(const MIDIEvent& event) {
+        const CLockGuard guard(lock_);
+        notes_[(first_ + count_) % kSize] = event;
+        if (count_ < kSize) {
+            count_.store(count_ + 1, std::memory_order_release);
+        } else {
+            first_ = (first_ + 1) % kSize;
+        }
+    }
+
+    bool Take(MIDIEvent& event) {
+        if (count_.load(std::memory_order_acquire) == 0) {
+            return false;
+        }
+        const CLockGuard guard(lock_);
+        event = notes_[first_];
+        first_ = (first_ + 1) % kSize;
+        --count_;
+        return true;
+    }
+
+private:
+    static constexpr std::size_t kSize = 4096;
+
+    CCriticalSection lock_;
+    std::array<MIDIEvent, kSize> notes_ NK_GUARDED_BY(lock_);
+    std::size_t first_ NK_GUARDED_BY(lock_) = 0;
+    std::atomic<std::size_t> count_{0};  ///< written under the lock
+};
+
+class MIDIPlayerImpl::PlayerThread : public NK::CThread {
+public:
+    explicit PlayerThread(MIDIPlayerImpl& player) : CThread(true, kLevelHighest), player_(player) {
+        SetName(L"MIDI player");
+    }
+
+private:
+    void Run() override {
+        player_.BeginRounds();
+        player_.sleeper_.Sleep(1);
+        while (!IsStopRequested()) {
+            if (!player_.RunPlayerRound()) {
+                player_.OnWriteFailed();
+                break;
+            }
+            player_.sleeper_.Sleep(1);
+        }
+    }
+
+    MIDIPlayerImpl& player_;
+};
+
+class MIDIPlayerImpl::EventsThread : public NK::CThread {
+public:
+    explicit EventsThread(MIDIPlayerImpl& player) : CThread(true, kLevelHighest), player_(player) {
+        SetName(L"MIDI player events");
+    }
+
+private:
+    void Run() override {
+        while (!IsStopRequested()) {
+            player_.RunEventsRound();
+            player_.sleeper_.Sleep(1);
+        }
+    }
+
+    MIDIPlayerImpl& player_;
+};
+
+MIDIPlayerImpl::MIDIPlayerImpl(NK::CSleeper& sleeper)
+    : sleeper_(sleeper),
+      queue_(std::make_shared<MIDIPlayerQueue>(sleeper)),
+      listeners_(sleeper),
+      played_(std::make_unique<NoteRing>()) {
+}
+
+MIDIPlayerImpl::~MIDIPlayerImpl() {
+    Stop();
+    queue_->SetAccepting(false);
+    queue_->Clear();
+    queue_->SetTimeSource(nullptr);
+}
+
+void MIDIPlayerImpl::SetTimeSource(NK::CTimeSource* source) {
+    timeSource_ = source;
+    queue_->SetTimeSource(source);
+}
+
+int MIDIPlayerImpl::AttachOutput(MIDIOutPort* port) {
+    const CLockGuard guard(outputsLock_);
+    outputs_.push_back({nextBinding_, port});
+    return nextBinding_++;
+}
+
+void MIDIPlayerImpl::DetachOutput(int binding) {
+    const CLockGuard guard(outputsLock_);
+    std::erase_if(outputs_, [binding](const Output& output) { return output.binding == binding; });
+}
+
+bool MIDIPlayerImpl::Start() {
+    if (IsRunning()) {
+        return true;
+    }
+    Stop();
+    if (timeSource_ == nullptr) {
+        return false;
+    }
+    writeFailed_ = false;
+    stopping_ = false;
+    running_ = true;
+    queue_->SetAccepting(true);
+    playerThread_ = std::make_unique<PlayerThread>(*this);
+    eventsThread_ = std::make_unique<EventsThread>(*this);
+    if (!playerThread_->Start() || !eventsThread_->Start()) {
+        Stop();
+        return false;
+    }
+    return true;
+}
+
+void MIDIPlayerImpl::Stop() {
+    stopping_ = true;
+    if (playerThread_ != nullptr) {
+        playerThread_->WaitForExit(-1);
+        playerThread_.reset();
+    }
+    if (eventsThread_ != nullptr) {
+        eventsThread_->WaitForExit(-1);
+        eventsThread_.reset();
+    }
+    running_ = false;
+}
+
+void MIDIPlayerImpl::BeginRounds() {
+    previousNs_ = timeSource_->GetTimeNs();
+}
+
+std::uint32_t MIDIPlayerImpl::TakeElapsedMs() {
+    constexpr std::int64_t kNsPerMs = 1000000;
+    const std::int64_t nowNs = timeSource_->GetTimeNs();
+    const std::int64_t elapsedMs = nowNs > previousNs_ ? (nowNs - previousNs_) / kNsPerMs : 0;
+    previousNs_ = nowNs;
+    return static_cast<std::uint32_t>(std::min<std::int64_t>(elapsedMs, std::numeric_limits<std::uint32_t>::max()));
+}
+
+bool MIDIPlayerImpl::RunPlayerRound() {
+    const std::uint32_t elapsedMs = TakeElapsedMs();
+    if (!queue_->HasWork()) {
+        return true;
+    }
+    const CLockGuard guard(outputsLock_);
+    taken_.clear();
+    queue_->AdvanceAndTake(elapsedMs, taken_);
+    return WriteTaken();
+}
+
+bool MIDIPlayerImpl::WriteTaken() {
+    for (const TakenEvent& taken : taken_) {
+        for (const MIDIEvent& event : taken.block) {
+            if (!WriteEvent(event, taken.event.target)) {
+                return false;
+            }
+        }
+        if (!taken.block.empty()) {
+            continue;
+        }
+        if (!WriteEvent(taken.event.event, taken.event.target)) {
+            return false;
+        }
+        if (taken.event.IsNote()) {
+            played_->Append(taken.event.event);
+        }
+    }
+    return true;
+}
+
+bool MIDIPlayerImpl::WriteEvent(const MIDIEvent& event, int target) {
+    if (target == kAllPorts) {
+        return WriteToAll(event);
+    }
+    std::size_t number = target > 0 ? static_cast<std::size_t>(target) : 0;
+    if (number != 0 && number >= outputs_.size()) {
+        NK::Log(NK::CString(L"Warning: requested MIDI port #") + NK::CString::FromInt(target) + L", number of ports=" +
+                NK::CString::FromInt(static_cast<std::int64_t>(outputs_.size())) + L", falling back to port #0.");
+        number = 0;
+    }
+    return outputs_.empty() || outputs_[number].port->Write(&event, 1) == kSuccess;
+}
+
+bool MIDIPlayerImpl::WriteToAll(const MIDIEvent& event) {
+    for (const Output& output : outputs_) {
+        if (stopping_.load()) {
+            break;
+        }
+        if (output.port->Write(&event, 1) != kSuccess) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void MIDIPlayerImpl::OnWriteFailed() {
+    queue_->SetAccepting(false);
+    queue_->Clear();
+    writeFailed_ = true;
+    running_ = false;
+}
+
+void MIDIPlayerImpl::RunEventsRound() {
+    MIDIEvent event;
+    if (played_->Take(event)) {
+        listeners_.ForEach([&event](MIDIPlayerListener& listener) { listener.OnNotePlayed(event); });
+    }
+}
+
+std::unique_ptr<MIDIPlayer> CreateMIDIPlayer(NK::CSleeper& sleeper) {
+    return std::make_unique<MIDIPlayerImpl>(sleeper);
+}
+
+}  // namespace LibMidi

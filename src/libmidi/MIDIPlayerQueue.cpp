@@ -1,0 +1,291 @@
+#include "libmidi/MIDIPlayerQueue.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+#include "libmidi/CaptureClock.h"
+#include "libmidi/MIDIPortContainer.h"
+
+namespace LibMidi {
+
+namespace {
+
+/// The order in which ready events leave; the smallest first.
+enum EventClass : int { kRetriggeredOff = 0, kOther = 2, kNoteOff = 3, kDurationOff = 4 };
+
+struct ReadyEvent {
+    TakenEvent content;
+    EventClass eventClass;
+    std::uint32_t sequence;  ///< the place in the order of queueing, process-wide
+};
+
+/// Puts the smallest class on top of the heap. Equal classes are never ordered, not by their sequence either.
+bool LeavesLater(const ReadyEvent& a, const ReadyEvent& b) noexcept {
+    return a.eventClass > b.eventClass;
+}
+
+struct SoundingNote {
+    std::uint32_t remainingMs;
+    std::uint8_t channel;  ///< 0..15
+    std::uint8_t note;     ///< 0..127
+    int target;
+};
+
+std::uint32_t TakeSequence() noexcept {
+    static std::atomic<std::uint32_t> counter{0};
+    return counter.fetch_add(1, std::memory_order_relaxed);
+}
+
+}  // namespace
+
+class MIDIPlayerQueue::State {
+public:
+    explicit State(NK::CSleeper& sleeperToUse) : sleeper(sleeperToUse) {}
+
+    void Queue(const SynthEventBase& event) NK_REQUIRES(lock) {
+        if (!accepting || event.event.status == 0) {
+            return;
+        }
+        if (event.IsNote()) {
+            EndSounding(event);
+        }
+        Push({event, {}}, event.IsNoteOff() ? kNoteOff : kOther);
+        if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
+            sounding.push_back(
+                {static_cast<std::uint32_t>(event.duration), ChannelOf(event), NoteOf(event), event.target});
+        }
+        UpdateWork();
+    }
+
+    void Queue(BlockSynthEvent&& block) NK_REQUIRES(lock) {
+        if (accepting && !block.events.empty()) {
+            Push({static_cast<const SynthEventBase&>(block), std::move(block.events)}, kOther);
+            UpdateWork();
+        }
+    }
+
+    void Advance(std::uint32_t elapsedMs) NK_REQUIRES(lock) {
+        if (elapsedMs == 0 && sounding.empty()) {
+            return;
+        }
+        std::size_t kept = 0;
+        for (SoundingNote& note : sounding) {
+            if (note.remainingMs <= elapsedMs) {
+                PushNoteOff(note, 0, kDurationOff);
+            } else {
+                note.remainingMs -= elapsedMs;
+                sounding[kept++] = note;
+            }
+        }
+        sounding.erase(sounding.begin() + static_cast<std::ptrdiff_t>(kept), sounding.end());
+        UpdateWork();
+    }
+
+    TakenEvent Take() NK_REQUIRES(lock) {
+        std::pop_heap(ready.begin(), ready.end(), LeavesLater);
+        TakenEvent taken = std::move(ready.back().content);
+        ready.pop_back();
+        UpdateWork();
+        if (capturing) {
+            Capture(taken);
+        }
+        return taken;
+    }
+
+    bool IsDone(bool readyOnly) const NK_REQUIRES(lock) { return ready.empty() && (readyOnly || sounding.empty()); }
+
+    void UpdateWork() NK_REQUIRES(lock) { hasWork.store(!IsDone(false), std::memory_order_release); }
+
+    bool WaitUntilDone(bool readyOnly, std::uint32_t timeOut) NK_EXCLUDES(lock) {
+        for (std::uint32_t polls = std::min(timeOut, 1U);; --polls) {
+            {
+                const CLockGuard guard(lock);
+                if (IsDone(readyOnly)) {
+                    return true;
+                }
+            }
+            if (polls == 0) {
+                return false;
+            }
+            sleeper.Sleep(1);
+        }
+    }
+
+    CaptureStore::View GetCaptured() const NK_EXCLUDES(lock) {
+        const CLockGuard guard(lock);
+        return captured.GetView();
+    }
+
+    NK::CSleeper& sleeper;
+    mutable CCriticalSection lock;
+    std::atomic<bool> hasWork{false};
+    std::vector<ReadyEvent> ready NK_GUARDED_BY(lock);  ///< a heap under LeavesLater
+    std::vector<SoundingNote> sounding NK_GUARDED_BY(lock);
+    bool accepting NK_GUARDED_BY(lock) = true;
+    bool capturing NK_GUARDED_BY(lock) = false;
+    CaptureStore captured NK_GUARDED_BY(lock);
+    mutable CaptureClock clock NK_GUARDED_BY(lock);
+    std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;   ///< of the capture that was stopped
+    std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;  ///< from the start of the capture
+
+private:
+    static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.status & 0x0F; }
+    static std::uint8_t NoteOf(const SynthEventBase& event) noexcept { return event.event.data1 & 0x7F; }
+
+    void EndSounding(const SynthEventBase& event) NK_REQUIRES(lock) {
+        const auto earlier = std::find_if(sounding.begin(), sounding.end(), [&event](const SoundingNote& note) {
+            return note.target == event.target && note.note == NoteOf(event) && note.channel == ChannelOf(event);
+        });
+        if (earlier != sounding.end()) {
+            PushNoteOff(*earlier, event.event.time, kRetriggeredOff);
+            sounding.erase(earlier);
+        }
+    }
+
+    void PushNoteOff(const SoundingNote& note, std::uint32_t time, EventClass eventClass) NK_REQUIRES(lock) {
+        Push({SynthEventBase(NoteEvent(time, note.channel, note.note, 0, 0x80), note.target), {}}, eventClass);
+    }
+
+    void Push(TakenEvent&& content, EventClass eventClass) NK_REQUIRES(lock) {
+        ready.push_back({std::move(content), eventClass, TakeSequence()});
+        std::push_heap(ready.begin(), ready.end(), LeavesLater);
+    }
+
+    void Capture(const TakenEvent& taken) NK_REQUIRES(lock) {
+        lastCapturedMs = clock.GetMs();
+        if (taken.block.empty()) {
+            captured.Append({lastCapturedMs, taken.event.event.ToMessage()});
+        }
+        for (const MIDIEvent& event : taken.block) {
+            captured.Append({lastCapturedMs, event.ToMessage()});
+        }
+    }
+};
+
+MIDIPlayerQueue::MIDIPlayerQueue(NK::CSleeper& sleeper) : state_(std::make_unique<State>(sleeper)) {
+}
+
+MIDIPlayerQueue::~MIDIPlayerQueue() = default;
+
+void MIDIPlayerQueue::SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) {
+    if (message.status != 0) {
+        Queue(SynthEventBase(MIDIEvent::FromMessage(message, time)));
+    }
+}
+
+void MIDIPlayerQueue::PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
+                               std::uint32_t time) {
+    Queue(NoteSynthEvent(velocity, duration, time, channel, note, kFirstPort, SynthEventBase::kDefaultPriority));
+}
+
+void MIDIPlayerQueue::Queue(const SynthEventBase& event) {
+    const CLockGuard guard(state_->lock);
+    state_->Queue(event);
+}
+
+void MIDIPlayerQueue::Queue(BlockSynthEvent block) {
+    std::erase_if(block.events, [](const MIDIEvent& event) { return event.status == 0; });
+    const CLockGuard guard(state_->lock);
+    state_->Queue(std::move(block));
+}
+
+bool MIDIPlayerQueue::WaitUntilIdle(std::uint32_t timeOut) {
+    return state_->WaitUntilDone(false, timeOut);
+}
+
+bool MIDIPlayerQueue::WaitUntilEmpty(std::uint32_t timeOut) {
+    return state_->WaitUntilDone(true, timeOut);
+}
+
+void MIDIPlayerQueue::AdvanceAndTake(std::uint32_t elapsedMs, std::vector<TakenEvent>& out) {
+    const CLockGuard guard(state_->lock);
+    state_->Advance(elapsedMs);
+    while (!state_->ready.empty()) {
+        out.push_back(state_->Take());
+    }
+}
+
+TakenEvent MIDIPlayerQueue::TakeNext() {
+    const CLockGuard guard(state_->lock);
+    if (state_->ready.empty()) {
+        throw CMIDIException(L"MIDI input queue is empty.");
+    }
+    return state_->Take();
+}
+
+void MIDIPlayerQueue::Advance(std::uint32_t elapsedMs) {
+    const CLockGuard guard(state_->lock);
+    state_->Advance(elapsedMs);
+}
+
+bool MIDIPlayerQueue::HasWork() const noexcept {
+    return state_->hasWork.load(std::memory_order_acquire);
+}
+
+void MIDIPlayerQueue::SetAccepting(bool on) {
+    const CLockGuard guard(state_->lock);
+    state_->accepting = on;
+}
+
+void MIDIPlayerQueue::Clear() {
+    const CLockGuard guard(state_->lock);
+    state_->ready.clear();
+    state_->sounding.clear();
+    state_->UpdateWork();
+}
+
+void MIDIPlayerQueue::SetTimeSource(NK::CTimeSource* source) {
+    const CLockGuard guard(state_->lock);
+    state_->clock.SetSource(source);
+}
+
+void MIDIPlayerQueue::StartCapture() {
+    CaptureStore former;
+    const CLockGuard guard(state_->lock);
+    std::swap(former, state_->captured);
+    state_->capturing = true;
+    state_->lastCapturedMs = 0;
+    state_->clock.Restart();
+}
+
+void MIDIPlayerQueue::StopCapture() {
+    const CLockGuard guard(state_->lock);
+    if (state_->capturing) {
+        state_->captureTimeMs = state_->clock.GetMs();
+        state_->capturing = false;
+    }
+}
+
+bool MIDIPlayerQueue::IsCapturing() const {
+    const CLockGuard guard(state_->lock);
+    return state_->capturing;
+}
+
+std::uint32_t MIDIPlayerQueue::GetCaptureTimeMs() const {
+    const CLockGuard guard(state_->lock);
+    return state_->capturing ? state_->clock.GetMs() : state_->captureTimeMs;
+}
+
+std::int32_t MIDIPlayerQueue::GetIdleTimeMs() const {
+    const CLockGuard guard(state_->lock);
+    return state_->capturing ? static_cast<std::int32_t>(state_->clock.GetMs() - state_->lastCapturedMs) : -1;
+}
+
+std::uint32_t MIDIPlayerQueue::GetCapturedCount() const {
+    const CLockGuard guard(state_->lock);
+    return state_->captured.GetCount();
+}
+
+void MIDIPlayerQueue::VisitCaptured(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const {
+    const CaptureStore::View view = state_->GetCaptured();
+    view.Visit(from, visit);
+}
+
+void MIDIPlayerQueue::ClearCaptured() {
+    CaptureStore former;
+    const CLockGuard guard(state_->lock);
+    std::swap(former, state_->captured);
+}
+
+}  // namespace LibMidi

@@ -1,0 +1,56 @@
+// The events that the player's queue holds.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "libmidi/MIDIEvent.h"
+
+namespace LibMidi {
+
+/// Target port selectors. Any number above 0 is the output attached at that place, 0-based; any other value is the
+/// first output.
+enum TargetPort : int { kAllPorts = -1, kFirstPort = 0 };
+
+/// A message with what the player needs to play it.
+struct SynthEventBase {
+    static constexpr int kDefaultPriority = 100;
+
+    MIDIEvent event;
+    int duration = 0;  ///< ms; above 0 a note-on is followed by its note-off
+    int target = kFirstPort;
+    int priority = kDefaultPriority;
+
+    SynthEventBase() = default;
+    explicit SynthEventBase(const MIDIEvent& message, int targetPort = kFirstPort)
+        : event(message), target(targetPort) {}
+
+    /// A note-off, or a note-on with velocity 0, which means the same (MIDI 1.0).
+    bool IsNoteOff() const noexcept {
+        return (event.status & 0xF0) == 0x80 || ((event.status & 0xF0) == 0x90 && event.data2 == 0);
+    }
+    bool IsNote() const noexcept { return (event.status & 0xF0) == 0x80 || (event.status & 0xF0) == 0x90; }
+};
+
+/// A note-on with a duration, or a note-off where the velocity is 0.
+struct NoteSynthEvent : SynthEventBase {
+    NoteSynthEvent(std::uint8_t velocity, int durationMs, std::uint32_t time, std::uint8_t channel, std::uint8_t note,
+                   int targetPort, int eventPriority)
+        : SynthEventBase(NoteEvent(time, channel, note & 0x7F, velocity & 0x7F,
+                                   static_cast<std::uint8_t>(velocity > 0 ? 0x90 : 0x80)),
+                         targetPort) {
+        duration = durationMs;
+        priority = eventPriority;
+    }
+};
+
+/// A run of messages that are sent together, in order. Its own `event` holds the time stamp only.
+struct BlockSynthEvent : SynthEventBase {
+    std::vector<MIDIEvent> events;
+
+    BlockSynthEvent(std::uint32_t time, std::vector<MIDIEvent> messages, int targetPort)
+        : SynthEventBase(TimeEvent(time), targetPort), events(std::move(messages)) {}
+};
+
+}  // namespace LibMidi
