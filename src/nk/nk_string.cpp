@@ -4,9 +4,9 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdarg>
-#include <cstring>
 #include <cwchar>
 #include <limits>
+#include <utility>
 
 #include "nk/platform/platform_locale.h"
 
@@ -38,9 +38,9 @@ void AppendUtf8(std::string& text, char32_t c) {
     }
 }
 
-/// Decodes the sequence at `at` and moves past it; a malformed one gives U+FFFD for its longest well-begun part
+/// Decodes the sequence at `at` and moves past it; nothing for the longest well-begun part of a malformed one
 /// (Unicode 15.0, table 3-7 and section 3.9).
-char32_t DecodeUtf8(std::string_view text, std::size_t& at) {
+std::optional<char32_t> DecodeUtf8(std::string_view text, std::size_t& at) {
     const auto first = static_cast<unsigned char>(text[at++]);
     if (first < 0x80) {
         return first;
@@ -63,15 +63,15 @@ char32_t DecodeUtf8(std::string_view text, std::size_t& at) {
         lowest = first == 0xF0 ? 0x90 : 0x80;
         highest = first == 0xF4 ? 0x8F : 0xBF;
     } else {
-        return kReplacement;
+        return std::nullopt;
     }
     for (; following > 0; --following) {
         if (at == text.size()) {
-            return kReplacement;
+            return std::nullopt;
         }
         const auto next = static_cast<unsigned char>(text[at]);
         if (next < lowest || next > highest) {
-            return kReplacement;
+            return std::nullopt;
         }
         value = (value << 6) | (next & 0x3FU);
         lowest = 0x80;
@@ -118,27 +118,46 @@ CString::CString(std::wstring_view text) {
     }
 }
 
-CString::CString(const char* latin1) {
-    const std::size_t length = latin1 == nullptr ? 0 : std::strlen(latin1);
-    if (length > 0) {
-        std::transform(latin1, latin1 + length, SetLength(length),
+CString::CString(const char* latin1)
+    : CString(FromLatin1(latin1 == nullptr ? std::string_view() : std::string_view(latin1))) {
+}
+
+CString CString::FromLatin1(std::string_view text) {
+    CString result;
+    if (!text.empty()) {
+        std::transform(text.begin(), text.end(), result.SetLength(text.size()),
                        [](char c) { return static_cast<wchar_t>(static_cast<unsigned char>(c)); });
     }
+    return result;
 }
 
 CString CString::FromUtf8(std::string_view utf8) {
     CString result;
+    result.Decode(utf8);
+    return result;
+}
+
+std::optional<CString> CString::FromStrictUtf8(std::string_view utf8) {
+    CString result;
+    return result.Decode(utf8) ? std::optional<CString>(std::move(result)) : std::nullopt;
+}
+
+bool CString::Decode(std::string_view utf8) {
     if (utf8.empty()) {
-        return result;
+        Clear();
+        return true;
     }
     // No sequence is shorter than what it stands for, so the bytes are room enough.
-    wchar_t* const out = result.SetLength(utf8.size());
+    wchar_t* const out = SetLength(utf8.size());
     std::uint32_t length = 0;
+    bool wellFormed = true;
     for (std::size_t at = 0; at < utf8.size();) {
-        out[length++] = static_cast<wchar_t>(DecodeUtf8(utf8, at));
+        const std::optional<char32_t> character = DecodeUtf8(utf8, at);
+        wellFormed = wellFormed && character;
+        out[length++] = static_cast<wchar_t>(character.value_or(kReplacement));
     }
-    result.SetLength(length);
-    return result;
+    SetLength(length);
+    return wellFormed;
 }
 
 std::string CString::ToUtf8() const {
@@ -203,18 +222,16 @@ int CString::Compare(const CString& other) const noexcept {
     return View().compare(other.View());
 }
 
-int CString::CompareNoCase(const CString& other) const noexcept {
-    const std::uint32_t common = std::min(GetLength(), other.GetLength());
-    const wchar_t* const a = c_str();
-    const wchar_t* const b = other.c_str();
-    for (std::uint32_t i = 0; i < common; ++i) {
+int CString::CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept {
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
         const wchar_t left = FoldCase(a[i]);
         const wchar_t right = FoldCase(b[i]);
         if (left != right) {
             return left < right ? -1 : 1;
         }
     }
-    return GetLength() == other.GetLength() ? 0 : GetLength() < other.GetLength() ? -1 : 1;
+    return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
 std::int32_t CString::Find(std::wstring_view text, std::uint32_t from) const noexcept {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,10 +16,13 @@ namespace NK {
 class CString {
 public:
     CString() noexcept = default;
-    CString(const wchar_t* text);                    // NOLINT(google-explicit-constructor): a text is a string
-    CString(std::wstring_view text);                 // NOLINT(google-explicit-constructor)
-    explicit CString(const char* latin1);            ///< 8-bit text, Latin-1
+    CString(const wchar_t* text);          // NOLINT(google-explicit-constructor): a text is a string
+    CString(std::wstring_view text);       // NOLINT(google-explicit-constructor)
+    explicit CString(const char* latin1);  ///< 8-bit text, Latin-1
+    static CString FromLatin1(std::string_view text);
     static CString FromUtf8(std::string_view utf8);  ///< malformed sequences become U+FFFD
+    /// Nothing when a sequence is malformed.
+    static std::optional<CString> FromStrictUtf8(std::string_view utf8);
 
     const wchar_t* c_str() const noexcept { return chars_.IsEmpty() ? L"" : chars_.GetData(); }
     std::wstring_view View() const noexcept { return {c_str(), GetLength()}; }
@@ -50,7 +54,8 @@ public:
     /// Below, at or above 0 as this sorts before, equals or sorts after `other`, by code point.
     int Compare(const CString& other) const noexcept;
     /// The same with letter case ignored (simple Unicode case mapping of the C.UTF-8 locale, whatever the user's).
-    int CompareNoCase(const CString& other) const noexcept;
+    int CompareNoCase(const CString& other) const noexcept { return CompareNoCase(View(), other.View()); }
+    static int CompareNoCase(std::wstring_view a, std::wstring_view b) noexcept;
 
     std::int32_t Find(std::wstring_view text, std::uint32_t from = 0) const noexcept;  ///< index or -1
     std::int32_t FindLast(wchar_t character) const noexcept;                           ///< index or -1
@@ -85,6 +90,8 @@ private:
     }
     /// Makes room for `length` characters and the terminator, which is written; exactly that much in a new block.
     wchar_t* SetLength(std::size_t length);
+    /// Whether the text was well formed; if not, U+FFFD stands for what was not.
+    bool Decode(std::string_view utf8);
 
     CArray<wchar_t> chars_;
 };

@@ -1,0 +1,142 @@
+#include "nk/platform/platform_files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace NK::Platform {
+
+namespace {
+
+std::string FolderOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+PathKind KindOf(const char* path) {
+    struct stat status {};
+    if (stat(path, &status) != 0) {
+        return errno == ENOENT || errno == ENOTDIR ? PathKind::kAbsent : PathKind::kUnknown;
+    }
+    return S_ISREG(status.st_mode) ? PathKind::kFile : S_ISDIR(status.st_mode) ? PathKind::kFolder : PathKind::kOther;
+}
+
+bool FlushToDisk(const char* path, int flags) {
+    const int descriptor = open(path, flags | O_CLOEXEC);
+    if (descriptor < 0) {
+        return false;
+    }
+    const bool flushed = fsync(descriptor) == 0;
+    close(descriptor);
+    return flushed;
+}
+
+}  // namespace
+
+PathKind GetPathKind(const CString& path) {
+    return KindOf(path.ToUtf8().c_str());
+}
+
+std::FILE* OpenFile(const CString& path, const wchar_t* mode) {
+    std::FILE* const stream = std::fopen(path.ToUtf8().c_str(), (CString(mode).ToLatin1() + "e").c_str());
+    struct stat status {};
+    // The C library opens folders for reading.
+    if (stream != nullptr && fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) {
+        std::fclose(stream);
+        return nullptr;
+    }
+    return stream;
+}
+
+int SeekFile(std::FILE* stream, std::int64_t offset, int origin) {
+    return fseeko(stream, offset, origin);
+}
+
+std::int64_t TellFile(std::FILE* stream) {
+    return ftello(stream);
+}
+
+CString CreateFileBeside(const CString& path) {
+    static std::atomic<unsigned> counter{0};
+    constexpr int kAttempts = 100;
+    const std::string target = path.ToUtf8();
+    struct stat status {};
+    const bool replaces = stat(target.c_str(), &status) == 0;
+    if (replaces && access(target.c_str(), W_OK) != 0) {
+        return CString();
+    }
+    const std::string begin = FolderOf(target) + "/.saving-" + std::to_string(getpid()) + "-";
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        // A name of its own length, so that a target with the longest name that a folder takes can be saved too.
+        const std::string name = begin + std::to_string(counter++) + ".tmp";
+        const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0664);
+        if (descriptor >= 0) {
+            if (replaces) {
+                // Best effort: some file systems keep no permissions.
+                static_cast<void>(!fchmod(descriptor, status.st_mode & 0777));
+            }
+            close(descriptor);
+            return CString::FromUtf8(name);
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    return CString();
+}
+
+CString ResolveLinks(const CString& path) {
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.ToUtf8().c_str(), nullptr), &std::free);
+    return resolved ? CString::FromUtf8(resolved.get()) : path;
+}
+
+bool FlushFileToDisk(const CString& path) {
+    return FlushToDisk(path.ToUtf8().c_str(), O_RDONLY);
+}
+
+bool FlushFolderOf(const CString& path) {
+    return FlushToDisk(FolderOf(path.ToUtf8()).c_str(), O_RDONLY | O_DIRECTORY);
+}
+
+bool RenamePath(const CString& from, const CString& to) {
+    return std::rename(from.ToUtf8().c_str(), to.ToUtf8().c_str()) == 0;
+}
+
+bool RemoveFile(const CString& path) {
+    return unlink(path.ToUtf8().c_str()) == 0;
+}
+
+bool CreateFolder(const CString& path) {
+    return mkdir(path.ToUtf8().c_str(), 0755) == 0;
+}
+
+bool ListFiles(const CString& folder, CStringArray& names) {
+    const std::string folderPath = folder.ToUtf8();
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folderPath.c_str()), &closedir);
+    if (!stream) {
+        return false;
+    }
+    errno = 0;
+    while (const dirent* const entry = readdir(stream.get())) {
+        const bool isFile =
+            entry->d_type == DT_REG || ((entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) &&
+                                        KindOf((folderPath + "/" + entry->d_name).c_str()) == PathKind::kFile);
+        if (isFile) {
+            names.Push(CString::FromUtf8(entry->d_name));
+        }
+        errno = 0;
+    }
+    return errno == 0;
+}
+
+}  // namespace NK::Platform

@@ -1,0 +1,43 @@
+// The system's files and folders. Paths cross to the system as UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "nk/nk_string.h"
+
+namespace NK::Platform {
+
+/// What stands at a path, links followed. kUnknown: the system does not tell, for example for want of a permission.
+enum class PathKind { kAbsent, kFile, kFolder, kOther, kUnknown };
+
+PathKind GetPathKind(const CString& path);
+
+/// As the C library's fopen(); null when that fails and for a folder. Not handed on to started programs.
+std::FILE* OpenFile(const CString& path, const wchar_t* mode);
+/// 0 on success; the origin is the C library's SEEK_SET, SEEK_CUR or SEEK_END.
+int SeekFile(std::FILE* stream, std::int64_t offset, int origin);
+std::int64_t TellFile(std::FILE* stream);
+
+/// Creates an empty file beside `path`, with the permissions of the file at `path` where there is one, else 0664 less
+/// what the user's mask takes away. Returns its path; empty when none can be created, or when the
+/// user may not write the file at `path`.
+CString CreateFileBeside(const CString& path);
+/// The path with every link followed; the path itself when nothing stands there.
+CString ResolveLinks(const CString& path);
+/// Returns once the content has reached the disk; false on failure.
+bool FlushFileToDisk(const CString& path);
+/// The same for the entries of the folder that holds `path`.
+bool FlushFolderOf(const CString& path);
+
+/// Replaces the target where there is one. All of these are true on success.
+bool RenamePath(const CString& from, const CString& to);
+/// Removes a file, not a folder.
+bool RemoveFile(const CString& path);
+/// One level; permission bits 0755 less what the user's mask takes away.
+bool CreateFolder(const CString& path);
+
+/// Appends the names (without folder) of the files in `folder` in the system's order; false when it cannot be read.
+bool ListFiles(const CString& folder, CStringArray& names);
+
+}  // namespace NK::Platform
