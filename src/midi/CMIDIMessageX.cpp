@@ -30,7 +30,8 @@ bool AreEqual(const CArray<std::uint8_t>& a, const CArray<std::uint8_t>& b) {
 }
 
 bool IsNote(const CMIDIMessageX& event) {
-    return event.kind == CMIDIMessageX::kShort && (event.message.status == 0x80 || event.message.status == 0x90);
+    return event.kind == CMIDIMessageX::kShort &&
+           (event.message.status == TMIDIMessage::kNoteOff || event.message.status == TMIDIMessage::kNoteOn);
 }
 
 }  // namespace

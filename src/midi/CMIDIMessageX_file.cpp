@@ -73,7 +73,7 @@ bool CMIDIMessageX::Read(CFile& file) {
         metaType = head[0];
         return true;
     }
-    if (first >= 0xF0 && first <= kSysExEnd) {
+    if (first >= TMIDIMessage::kFirstSystemStatus && first <= kSysExEnd) {
         std::vector<std::uint8_t> bytes;
         if (!ReadSysEx(file, first, bytes)) {
             return false;

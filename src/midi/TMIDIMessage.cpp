@@ -6,8 +6,6 @@
 namespace NK::MIDI {
 
 namespace {
-constexpr std::uint8_t kFirstSystemStatus = 0xF0;
-constexpr std::uint8_t kFirstRealTimeStatus = 0xF8;
 constexpr int kWheelCentre = 8192;
 constexpr int kWheelMaximum = 16383;
 }  // namespace
@@ -17,7 +15,7 @@ int TMIDIMessage::GetLength(std::uint8_t status) noexcept {
         return 1;
     }
     const int command = status & 0xF0;
-    return command == 0xC0 || command == 0xD0 ? 2 : 3;
+    return command == kProgramChange || command == kChannelPressure ? 2 : 3;
 }
 
 int TMIDIMessage::Pack(std::uint8_t out[3]) const noexcept {
@@ -65,7 +63,7 @@ bool TMIDIMessage::ReadAfterStatus(std::uint8_t firstByte, CFile& file) {
 }
 
 void TMIDIMessage::SetPitchWheel(int raw) noexcept {
-    status = 0xE0;
+    status = kPitchWheel;
     data1 = static_cast<std::uint8_t>(raw & 0x7F);
     data2 = static_cast<std::uint8_t>((raw >> 7) & 0x7F);
 }

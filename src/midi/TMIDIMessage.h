@@ -15,6 +15,18 @@ enum class NoteNameStyle { kSharps, kFlats };
 /// A channel or system message with the channel kept apart from the command (MIDI 1.0, table I). A plain record,
 /// passed by value. A status of 0 is no message: an effect has taken it over, and senders skip it.
 struct TMIDIMessage {
+    // Commands of channel messages, and the first system status (MIDI 1.0, table I).
+    static constexpr std::uint8_t kNoteOff = 0x80;
+    static constexpr std::uint8_t kNoteOn = 0x90;
+    static constexpr std::uint8_t kKeyPressure = 0xA0;
+    static constexpr std::uint8_t kControlChange = 0xB0;
+    static constexpr std::uint8_t kProgramChange = 0xC0;
+    static constexpr std::uint8_t kChannelPressure = 0xD0;
+    static constexpr std::uint8_t kPitchWheel = 0xE0;
+    static constexpr std::uint8_t kFirstSystemStatus = 0xF0;
+    static constexpr std::uint8_t kFirstRealTimeStatus = 0xF8;
+    static constexpr std::uint8_t kSystemReset = 0xFF;
+
     std::uint8_t status = 0;   ///< channel messages: 0x80..0xE0, channel nibble cleared; system: 0xF0..0xFF
     std::uint8_t channel = 0;  ///< 1..16; 0 = none
     std::uint8_t data1 = 0;    ///< note, controller or program number, or the wheel's low 7 bits

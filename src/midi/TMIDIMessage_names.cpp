@@ -80,17 +80,17 @@ CString FormatMessage(const TMIDIMessage& message, NoteNameStyle style) {
         return CString::Format(L"%ls %ls", what, name.c_str());
     };
     switch (message.status) {
-        case 0x90:
+        case TMIDIMessage::kNoteOn:
             return noteText(message.data2 > 0 ? L"Note ON" : L"Note OFF");
-        case 0x80:
+        case TMIDIMessage::kNoteOff:
             return noteText(L"Note OFF");
-        case 0xE0: {
+        case TMIDIMessage::kPitchWheel: {
             const int raw = message.GetPitchWheel();
             return CString::Format(L"Pitch Bend: %d (%+0.02f)", raw, (raw - 8192) / 8192.0);
         }
-        case 0xC0:
+        case TMIDIMessage::kProgramChange:
             return CString::Format(L"Program #%d", message.data1);
-        case 0xB0:
+        case TMIDIMessage::kControlChange:
             if (message.data1 == kSustainController) {
                 return message.data2 != 0 ? L"Sustain ON" : L"Sustain OFF";
             }

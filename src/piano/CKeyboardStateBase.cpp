@@ -41,17 +41,17 @@ void CKeyboardStateBase::ReleaseKey(std::uint8_t note) {
 
 void CKeyboardStateBase::ProcessMessage(const MIDI::TMIDIMessage& message) {
     switch (message.status) {
-        case 0x90:
+        case MIDI::TMIDIMessage::kNoteOn:
             if (message.data2 > 0) {
                 PressKey(message.data1);
             } else {
                 ReleaseKey(message.data1);
             }
             break;
-        case 0x80:
+        case MIDI::TMIDIMessage::kNoteOff:
             ReleaseKey(message.data1);
             break;
-        case 0xFF:
+        case MIDI::TMIDIMessage::kSystemReset:
             ReleaseAll();
             break;
         default:

@@ -1,0 +1,100 @@
+#include "midi/SMFWriter.h"
+
+#include <algorithm>
+
+#include "nk/nk_disk_file.h"
+
+namespace NK::MIDI {
+
+namespace {
+
+constexpr std::uint8_t kHeader[12] = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1};
+constexpr std::uint16_t kDefaultDivision = 500;
+constexpr std::uint8_t kEmptySlotStatus = 0xFF;
+constexpr std::int64_t kTrackHeaderSize = 8;
+constexpr std::int64_t kTrackLengthOffset = 4;
+
+bool IsSkipped(const CMIDIMessageX& event) {
+    return event.kind == CMIDIMessageX::kShort && event.message.status == kEmptySlotStatus;
+}
+
+/// A short message goes out with its delta time in one write.
+bool WriteEvent(CFile& file, std::uint32_t delta, const CMIDIMessageX& event) {
+    if (event.kind != CMIDIMessageX::kShort) {
+        return WriteVariableLength(file, delta) && event.Write(file);
+    }
+    std::uint8_t bytes[8];
+    int size = EncodeVariableLength(delta, bytes);
+    size += event.message.Pack(bytes + size);
+    return file.Write(bytes, 1, static_cast<std::size_t>(size)) == static_cast<std::size_t>(size);
+}
+
+bool WriteEvents(CFile& file, const CMIDIMessageX* events, std::uint32_t count) {
+    std::int32_t now = count > 0 ? std::max(events[0].time, 0) : 0;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const CMIDIMessageX& event = events[i];
+        if (IsSkipped(event)) {
+            continue;
+        }
+        const std::int32_t previous = now;
+        now = std::max(now, event.time);
+        if (!WriteEvent(file, static_cast<std::uint32_t>(now - previous), event)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool WriteTempo(CFile& file, int tempo) {
+    CMIDIMessageX event;
+    event.SetTempoBPM(tempo, -1);
+    return WriteEvent(file, 0, event);
+}
+
+bool WriteEndOfTrack(CFile& file) {
+    CMIDIMessageX event;
+    event.SetEndOfTrack(-1);
+    return WriteEvent(file, 0, event);
+}
+
+bool WriteTrackLength(CFile& file, std::int64_t start) {
+    const std::int64_t end = file.GetPosition();
+    return end >= start + kTrackHeaderSize && file.SetPosition(start + kTrackLengthOffset) &&
+           WriteUInt32(file, static_cast<std::uint32_t>(end - start - kTrackHeaderSize)) && file.SetPosition(end);
+}
+
+}  // namespace
+
+bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
+    const std::int64_t start = file.GetPosition();
+    // A failure of these two shows up at the next write.
+    static_cast<void>(WriteTag(file, "MTrk"));
+    static_cast<void>(WriteUInt32(file, 0));
+    return (tempo == 0 || WriteTempo(file, tempo)) && WriteEvents(file, events, count) && WriteEndOfTrack(file) &&
+           WriteTrackLength(file, start);
+}
+
+bool WriteMIDIStream(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
+    const auto division = tempo < 1 ? kDefaultDivision : static_cast<std::uint16_t>(60000.0 / tempo);
+    return file.Write(kHeader, 1, sizeof(kHeader)) == sizeof(kHeader) && WriteUInt16(file, division) &&
+           WriteMIDITrack(file, events, count, tempo);
+}
+
+bool WriteMIDIFile(const CString& fileName, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
+    CDiskFile file(fileName, CDiskFile::kWrite, 0664);
+    return file.IsOpen() && WriteMIDIStream(file, events, count, tempo);
+}
+
+bool WriteMIDITrack(CFile& file, const CArray<CMIDIMessageX>& events, int tempo) {
+    return WriteMIDITrack(file, events.GetData(), events.GetSize(), tempo);
+}
+
+bool WriteMIDIStream(CFile& file, const CArray<CMIDIMessageX>& events, int tempo) {
+    return WriteMIDIStream(file, events.GetData(), events.GetSize(), tempo);
+}
+
+bool WriteMIDIFile(const CString& fileName, const CArray<CMIDIMessageX>& events, int tempo) {
+    return WriteMIDIFile(fileName, events.GetData(), events.GetSize(), tempo);
+}
+
+}  // namespace NK::MIDI
