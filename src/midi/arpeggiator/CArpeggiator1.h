@@ -1,0 +1,77 @@
+// The arpeggiator: plays held chords as patterns on the grid of the musical clock.
+#pragma once
+
+#include <functional>
+
+#include "midi/arpeggiator/ArpeggiatorSettings.h"
+#include "midi/arpeggiator/CArpeggioNotes.h"
+#include "midi/CMIDIProcessor.h"
+#include "nk/nk_random.h"
+
+namespace NK::MIDI {
+
+/// Tracks the keys held on its input channel and plays one note of them at each grid step. While it is not bypassed it
+/// takes over the notes and key pressures that it hears. Not for use from several threads at once: whoever shares one
+/// holds the engine's lock for every call. Process() allocates nothing once warm.
+class CArpeggiator1 : public CMIDIProcessor {
+public:
+    /// Results 0..32767, as NK::Random().
+    using RandomFunction = std::function<int()>;
+
+    explicit CArpeggiator1(RandomFunction random = &Random);
+
+    /// Every setting to its default but the extension and the bypass, which stay; then Reset().
+    void SetDefaults() override;
+    void Reset() override;
+    void SyncToTime(const MusicalClock* position) override;
+    /// True.
+    bool SaveSettings(CIniFile& section) override;
+    /// Missing keys take their defaults. Everything is checked first: throws as the setters do, or
+    /// CInvalidMIDIChannelException for a channel that is 0 or above 16, and then nothing has changed. True.
+    bool LoadSettings(CIniFile& section) override;
+    /// Never throws for what the messages hold: notes and velocities out of range are clamped. Notes are played through
+    /// PlayNote() at time 0 with durations in clock units; an entry without a channel plays on channel 255.
+    void Process(TMIDIMessage* messages, int count, const MusicalClock& position, CMIDIOutputBase& output) override;
+
+    const ArpeggiatorSettings& GetSettings() const { return settings_; }
+    int GetDirection() const { return settings_.direction; }
+    int GetVelocityMode() const { return settings_.velocityMode; }
+    int GetExtension() const { return settings_.extension; }
+    int GetMultiplication() const { return settings_.multiplication; }
+    int GetNoteStep() const { return settings_.noteStep; }
+    double GetDurationPercent() const { return settings_.GetDurationPercent(); }
+    bool GetRepeat() const { return settings_.repeat; }
+
+    // These throw CInvalidParameterException and then change nothing. All but SetExtension() take effect on the note
+    // list at the next message.
+    void SetDirection(int direction);        ///< 0..8, "Invalid arpeggiator direction."
+    void SetVelocityMode(int velocityMode);  ///< 0..3, "Invalid arpeggiator velocity mode."
+    /// 0..3, "Invalid arpeggiator range extension mode."; the pattern starts anew.
+    void SetExtension(int extension);
+    void SetMultiplication(int multiplication);  ///< 0..3, "Invalid arpeggiator multiplication mode."
+    /// Ticks (192 to a quarter note), 1 or more, "Note step must be positive."; and the gate as SetDurationPercent().
+    void SetNoteStep(int step, double durationPercent);
+    /// In percent of the step, "Note length cannot be negative."
+    void SetDurationPercent(double percent);
+    void SetRepeat(bool repeat) { settings_.repeat = repeat; }
+
+private:
+    void TakeMessages(TMIDIMessage* messages, int count);
+    void Take(const TMIDIMessage& message);
+    void RestartPattern();
+    TMIDIMessage TakeNextNote();
+    void Bounce(int count);
+    int DrawIndex();
+    void PlayStep(const TMIDIMessage& entry, const MusicalClock& position, CMIDIOutputBase& output) const;
+    int GetDuration(const MusicalClock& position) const;
+
+    ArpeggiatorSettings settings_;
+    HeldChord chord_;
+    CArpeggioNotes notes_;
+    RandomFunction random_;
+    int index_ = 0;  ///< into the notes; may lie outside until the next step
+    bool movingUp_ = true;
+    int lastStepTick_ = -1000000;
+};
+
+}  // namespace NK::MIDI
