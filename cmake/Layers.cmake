@@ -26,7 +26,7 @@ list(REMOVE_ITEM KIVORA_LAYER_app app)
 
 set(KIVORA_EXTERNAL_nk Threads::Threads PkgConfig::KeyboardLayout PkgConfig::DBus)
 set(KIVORA_EXTERNAL_nk_qt Qt6::Core)
-set(KIVORA_EXTERNAL_libmidi_portmidi PkgConfig::PortMidi)
+set(KIVORA_EXTERNAL_libmidi_portmidi PortMidi::PortMidi)
 set(KIVORA_EXTERNAL_libmidi_synth PkgConfig::FluidSynth)
 set(KIVORA_EXTERNAL_engine Qt6::Core Qt6::Gui)
 set(KIVORA_EXTERNAL_QtWidgets_skin Qt6::Widgets)

@@ -4,8 +4,8 @@
 #include <array>
 #include <limits>
 
+#include "libmidi/RoundThread.h"
 #include "nk/nk_logger.h"
-#include "nk/nk_thread.h"
 
 namespace LibMidi {
 
@@ -43,14 +43,12 @@ private:
     std::atomic<std::size_t> count_{0};  ///< written under the lock
 };
 
-class MIDIPlayerImpl::PlayerThread : public NK::CThread {
+class MIDIPlayerImpl::PlayerThread : public RoundThread {
 public:
-    explicit PlayerThread(MIDIPlayerImpl& player) : CThread(true, kLevelHighest), player_(player) {
-        SetName(L"MIDI player");
-    }
+    explicit PlayerThread(MIDIPlayerImpl& player) : RoundThread(kLevelHighest, L"MIDI player"), player_(player) {}
 
 private:
-    void Run() override {
+    void RunRounds() override {
         player_.BeginRounds();
         player_.sleeper_.Sleep(1);
         while (!IsStopRequested()) {
@@ -65,14 +63,13 @@ private:
     MIDIPlayerImpl& player_;
 };
 
-class MIDIPlayerImpl::EventsThread : public NK::CThread {
+class MIDIPlayerImpl::EventsThread : public RoundThread {
 public:
-    explicit EventsThread(MIDIPlayerImpl& player) : CThread(true, kLevelHighest), player_(player) {
-        SetName(L"MIDI player events");
-    }
+    explicit EventsThread(MIDIPlayerImpl& player)
+        : RoundThread(kLevelHighest, L"MIDI player events"), player_(player) {}
 
 private:
-    void Run() override {
+    void RunRounds() override {
         while (!IsStopRequested()) {
             player_.RunEventsRound();
             player_.sleeper_.Sleep(1);
@@ -126,7 +123,7 @@ bool MIDIPlayerImpl::Start() {
     queue_->SetAccepting(true);
     playerThread_ = std::make_unique<PlayerThread>(*this);
     eventsThread_ = std::make_unique<EventsThread>(*this);
-    if (!playerThread_->Start() || !eventsThread_->Start()) {
+    if (!playerThread_->Begin() || !eventsThread_->Begin()) {
         Stop();
         return false;
     }
@@ -136,11 +133,11 @@ bool MIDIPlayerImpl::Start() {
 void MIDIPlayerImpl::Stop() {
     stopping_ = true;
     if (playerThread_ != nullptr) {
-        playerThread_->WaitForExit(-1);
+        playerThread_->End();
         playerThread_.reset();
     }
     if (eventsThread_ != nullptr) {
-        eventsThread_->WaitForExit(-1);
+        eventsThread_->End();
         eventsThread_.reset();
     }
     running_ = false;

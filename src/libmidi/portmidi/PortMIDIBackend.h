@@ -1,0 +1,11 @@
+// PortMidi as a backend of the port factory.
+#pragma once
+
+#include "libmidi/PortFactory.h"
+
+namespace LibMidi {
+
+/// Makes the port set of the PortMidi library.
+BackendCreator PortMIDIBackend();
+
+}  // namespace LibMidi

@@ -1,0 +1,104 @@
+#include "libmidi/portmidi/PortMIDIImpl.h"
+
+#include <string_view>
+#include <utility>
+
+#include "libmidi/portmidi/PortMIDIInPort.h"
+#include "libmidi/portmidi/PortMIDIOutPort.h"
+#include "libmidi/portmidi/TickCounter.h"
+
+namespace LibMidi {
+
+namespace {
+// What the ALSA sequencer's own loop-back client calls its ports.
+constexpr std::string_view kLoopBackName = "Midi Through";
+
+bool IsLoopBack(std::string_view name) {
+    return name.starts_with(kLoopBackName);
+}
+}  // namespace
+
+/// Runs a round of input after each sleep of a millisecond.
+class PortMIDIImpl::InputTimer : public RoundThread {
+public:
+    explicit InputTimer(PortMIDIImpl& implementation)
+        : RoundThread(kLevelTimeCritical, L"MIDI input timer"), implementation_(implementation) {}
+
+private:
+    void RunRounds() override {
+        for (;;) {
+            implementation_.GetSleeper().Sleep(1);
+            if (IsStopRequested()) {
+                return;
+            }
+            implementation_.RunInputRound();
+        }
+    }
+
+    PortMIDIImpl& implementation_;
+};
+
+PortMIDIImpl::PortMIDIImpl(PortMidiApi& api, NK::CSleeper& sleeper, Threads threads)
+    : api_(api), sleeper_(sleeper), threads_(threads) {
+    initialized_ = api_.Initialize() == pmNoError;
+    if (!initialized_) {
+        return;
+    }
+    AddPorts(false);
+    AddPorts(true);
+    if (RunsThreads() && ports_.GetCount() != 0) {
+        timer_ = std::make_unique<InputTimer>(*this);
+        timer_->Begin();
+    }
+}
+
+PortMIDIImpl::~PortMIDIImpl() {
+    if (timer_ != nullptr) {
+        timer_->End();
+    }
+    inputs_.clear();
+    ports_.CloseAll();
+    ports_.Clear();
+    if (initialized_) {
+        api_.Terminate();
+    }
+}
+
+void PortMIDIImpl::AddPorts(bool loopBack) {
+    const int count = api_.CountDevices();
+    for (PmDeviceID device = 0; device < count; ++device) {
+        const PmDeviceInfo* info = api_.GetDeviceInfo(device);
+        if (info != nullptr && info->name != nullptr && IsLoopBack(info->name) == loopBack) {
+            AddPort(device, *info);
+        }
+    }
+}
+
+void PortMIDIImpl::AddPort(PmDeviceID device, const PmDeviceInfo& info) {
+    const NK::CString name = NK::CString::FromUtf8(info.name);
+    if (info.input != 0) {
+        auto port = std::make_unique<PortMIDIInPort>(*this, device, name);
+        inputs_.push_back(port.get());
+        ports_.Append(std::move(port));
+    } else if (info.output != 0) {
+        ports_.Append(std::make_unique<PortMIDIOutPort>(*this, device, name));
+    }
+}
+
+MIDIInPort* PortMIDIImpl::GetDefaultInput() const {
+    MIDIInPort* port = ports_.FindFirstInput(true);
+    return port != nullptr && !IsLoopBack(port->GetName().ToUtf8()) ? port : nullptr;
+}
+
+MIDIOutPort* PortMIDIImpl::GetDefaultOutput() const {
+    return ports_.FindFirstOutput(true);
+}
+
+void PortMIDIImpl::RunInputRound() {
+    TickCounter::Advance();
+    for (MIDIPortContext* input : inputs_) {
+        input->ReceiveRound();
+    }
+}
+
+}  // namespace LibMidi

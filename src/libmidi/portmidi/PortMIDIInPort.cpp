@@ -1,0 +1,169 @@
+#include "libmidi/portmidi/PortMIDIInPort.h"
+
+#include <utility>
+
+#include "libmidi/EventLog.h"
+#include "libmidi/portmidi/InputEvents.h"
+#include "libmidi/portmidi/PortMIDIImpl.h"
+#include "libmidi/portmidi/TickCounter.h"
+#include "nk/nk_logger.h"
+
+namespace LibMidi {
+
+PortMIDIInPort::PortMIDIInPort(PortMIDIImpl& implementation, PmDeviceID device, const NK::CString& name)
+    : MIDIPortImpl(device, name, kInput), MIDIInPortImpl(implementation.GetSleeper()), PortMIDIPort(implementation) {
+}
+
+PortMIDIInPort::~PortMIDIInPort() {
+    Close();
+}
+
+bool PortMIDIInPort::OpenDevice() {
+    constexpr std::int32_t kDefaultBufferSize = 0;
+    if (GetApi().OpenInput(&stream_, GetDevice(), nullptr, kDefaultBufferSize, &TickCounter::TimeProcedure, nullptr) !=
+        pmNoError) {
+        stream_ = nullptr;
+        return false;
+    }
+    quietRounds_ = 0;
+    SetLostCount(0);
+    SetClosing(false);
+    return true;
+}
+
+bool PortMIDIInPort::OnOpened() {
+    if (!GetImplementation().RunsThreads()) {
+        return true;
+    }
+    thread_ = std::make_unique<InPortThread>(this, &GetImplementation());
+    if (!thread_->Begin()) {
+        thread_.reset();
+        return false;
+    }
+    return true;
+}
+
+void PortMIDIInPort::OnClosing() {
+    SetClosing(true);
+    if (thread_ != nullptr) {
+        thread_->End();
+        thread_.reset();
+    }
+}
+
+void PortMIDIInPort::CloseDevice() {
+    ClearQueue();
+    PortMIDIPort::CloseDevice();
+}
+
+bool PortMIDIInPort::IsReadDue() {
+    if (GetApi().Poll(stream_) > 0) {
+        quietRounds_ = 0;
+        return true;
+    }
+    ++quietRounds_;
+    return quietRounds_ % kProbeRounds == 1;
+}
+
+void PortMIDIInPort::ReceiveRound() {
+    if (!IsOpen()) {
+        return;
+    }
+    const CLockGuard guard(deviceLock_);
+    if (!IsOpen() || !IsReadDue()) {
+        return;
+    }
+    PmEvent event{};
+    const int result = GetApi().Read(stream_, &event, 1);
+    if (result > 0) {
+        QueueMessage(event.message);
+    } else if (result == pmBufferOverflow) {
+        QueueLoss();
+    }
+}
+
+void PortMIDIInPort::QueueMessage(PmMessage message) {
+    const CLockGuard guard(queueLock_);
+    if (const std::optional<MIDIEvent> event = ToInputEvent(message)) {
+        queue_.push_back(*event);
+        hasQueued_.store(true, std::memory_order_release);
+        LogEvent(L"MIDI in", GetName(), *event);
+    }
+}
+
+void PortMIDIInPort::QueueLoss() {
+    const CLockGuard guard(queueLock_);
+    ++lost_;
+    lostAfter_ = queue_.size();
+    hasQueued_.store(true, std::memory_order_release);
+    SetLostCount(GetLostCount() + 1);
+}
+
+void PortMIDIInPort::ClearQueue() {
+    const CLockGuard guard(queueLock_);
+    queue_.clear();
+    lost_ = 0;
+    hasQueued_.store(false, std::memory_order_release);
+}
+
+bool PortMIDIInPort::TakeQueue(std::uint32_t& lost, std::size_t& lostAfter) {
+    const CLockGuard guard(queueLock_);
+    if (GetQueueSize() > kMaxQueueSize) {
+        if (NK::IsEventLogEnabled()) {
+            NK::Log(L"WARNING: MIDI input port thread - bogus queue size detected / " + GetName());
+        }
+        GetImplementation().GetSleeper().Sleep(200);
+        return false;
+    }
+    batch_.clear();
+    batch_.swap(queue_);
+    lost = std::exchange(lost_, 0);
+    lostAfter = lostAfter_;
+    hasQueued_.store(false, std::memory_order_release);
+    return true;
+}
+
+void PortMIDIInPort::DeliverRound() {
+    std::uint32_t lost = 0;
+    std::size_t lostAfter = 0;
+    if (!hasQueued_.load(std::memory_order_acquire) || !TakeQueue(lost, lostAfter)) {
+        return;
+    }
+    if (lost != 0) {
+        Notify(0, lostAfter);
+        NotifyDataLost(lost);
+        Notify(lostAfter, batch_.size());
+    } else {
+        Notify(0, batch_.size());
+    }
+}
+
+void PortMIDIInPort::Notify(std::size_t from, std::size_t to) {
+    if (from < to) {
+        NotifyData(batch_.data() + from, static_cast<std::int32_t>(to - from));
+    }
+}
+
+PortMIDIInPort::InPortThread::InPortThread(PortMIDIInPort* port, PortMIDIImpl* implementation)
+    : RoundThread(kLevelHighest, L"MIDI input port"), port_(port), implementation_(implementation) {
+}
+
+void PortMIDIInPort::InPortThread::RunRounds() {
+    if (port_ == nullptr) {
+        NK::Log(L"WARNING: MIDI input port thread: NULL port address.");
+        return;
+    }
+    if (implementation_ == nullptr) {
+        NK::Log(L"WARNING: MIDI input port thread: NULL port implementation address.");
+        return;
+    }
+    for (;;) {
+        implementation_->GetSleeper().Sleep(1);
+        if (IsStopRequested()) {
+            return;
+        }
+        port_->DeliverRound();
+    }
+}
+
+}  // namespace LibMidi

@@ -1,0 +1,20 @@
+// PortMidi's output port.
+#pragma once
+
+#include "libmidi/MIDIOutPortImpl.h"
+#include "libmidi/portmidi/PortMIDIPort.h"
+
+namespace LibMidi {
+
+/// Writes straight to PortMidi on the caller's thread; with latency 0 every message goes out at once.
+class PortMIDIOutPort final : public PortMIDIPort, public MIDIOutPortImpl {
+public:
+    PortMIDIOutPort(PortMIDIImpl& implementation, PmDeviceID device, const NK::CString& name);
+    ~PortMIDIOutPort() override;
+
+private:
+    bool OpenDevice() override NK_REQUIRES(deviceLock_);
+    bool WriteEvent(const MIDIEvent& event) override NK_REQUIRES(deviceLock_);
+};
+
+}  // namespace LibMidi

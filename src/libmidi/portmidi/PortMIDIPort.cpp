@@ -1,0 +1,16 @@
+#include "libmidi/portmidi/PortMIDIPort.h"
+
+#include "libmidi/portmidi/PortMIDIImpl.h"
+
+namespace LibMidi {
+
+PortMIDIPort::PortMIDIPort(PortMIDIImpl& implementation)
+    : implementation_(implementation), api_(implementation.GetApi()) {
+}
+
+void PortMIDIPort::CloseDevice() {
+    api_.Close(stream_);
+    stream_ = nullptr;
+}
+
+}  // namespace LibMidi

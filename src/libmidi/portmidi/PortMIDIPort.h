@@ -1,0 +1,27 @@
+// What PortMidi's input and output ports share.
+#pragma once
+
+#include "libmidi/MIDIPortImpl.h"
+#include "libmidi/portmidi/PortMidiApi.h"
+
+namespace LibMidi {
+
+class PortMIDIImpl;
+
+/// A port of one of PortMidi's devices. The implementation that made it outlives it.
+class PortMIDIPort : public virtual MIDIPortImpl {
+protected:
+    explicit PortMIDIPort(PortMIDIImpl& implementation);
+
+    void CloseDevice() override NK_REQUIRES(deviceLock_);
+    PortMIDIImpl& GetImplementation() const { return implementation_; }
+    PortMidiApi& GetApi() const { return api_; }
+
+    PortMidiStream* stream_ NK_GUARDED_BY(deviceLock_) = nullptr;
+
+private:
+    PortMIDIImpl& implementation_;
+    PortMidiApi& api_;
+};
+
+}  // namespace LibMidi
