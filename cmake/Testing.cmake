@@ -3,11 +3,16 @@ include(GoogleTest)
 
 # kivora_test(<name> SOURCES ... [LEAVES ...] [LINKS ...] [LABELS ...] [TIMEOUT s]): a GoogleTest program on the
 # project's own main, which fails a test on an unexpected log line. Each test in it is one of ctest's. GoogleTest's
-# discovery fails a program that holds no test.
+# discovery fails a program that holds no test. Windows are Qt's offscreen ones; a program labelled x11 gets the display
+# that DISPLAY names.
 function(kivora_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LEAVES;LINKS;LABELS")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+    endif()
+    set(platform offscreen)
+    if(x11 IN_LIST arg_LABELS)
+        set(platform xcb)
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
@@ -18,5 +23,5 @@ function(kivora_test name)
     endforeach()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ENVIRONMENT QT_QPA_PLATFORM=${platform})
 endfunction()

@@ -1,0 +1,12 @@
+# kivora_fuzz(<name> SOURCES ... [LEAVES ...]): a libFuzzer program in <build>/fuzz. Clang only.
+function(kivora_fuzz name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LEAVES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE kivora_warnings)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    foreach(leaf IN LISTS arg_LEAVES)
+        kivora_leaf_target(target ${leaf})
+        target_link_libraries(${name} PRIVATE ${target})
+    endforeach()
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz)
+endfunction()

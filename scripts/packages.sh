@@ -1,0 +1,63 @@
+# shellcheck shell=bash
+# What Debian 12 has to have for each command, and how it gets it. Sourced by ./run, ./test and .ci/run.
+
+# Building and playing.
+export KIVORA_RUN_PACKAGES=(
+    g++ cmake ninja-build ccache pkg-config
+    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n qt6-wayland libgl-dev
+    libportmidi-dev libfluidsynth-dev timgm6mb-soundfont
+    libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libdbus-1-dev
+    librsvg2-bin fonts-inter fonts-play fonts-liberation
+)
+
+# A display where there is none.
+export KIVORA_DISPLAY_PACKAGES=(xvfb)
+
+# Testing, on top of both lists above.
+export KIVORA_TEST_PACKAGES=(
+    libgtest-dev libgmock-dev libbenchmark-dev
+    xdotool x11-xkb-utils x11-utils xkb-data dbus alsa-utils
+    pulseaudio pulseaudio-utils
+)
+
+# The further checks of .ci/run, on top of all lists above.
+export KIVORA_CHECK_PACKAGES=(clang clang-format libclang-rt-14-dev shellcheck)
+
+# is_installed <package>
+is_installed() {
+    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# install_packages <what for> <package>...: installs those that are missing and says so; does nothing, and needs no
+# network, when all are there. It never removes a package, and leaves a PipeWire desktop without PulseAudio's server,
+# whose place PipeWire takes. Returns 1, with what to do, when something cannot be installed.
+install_packages() {
+    local purpose=$1 package missing=() administrator=()
+    shift
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This is no Debian system: nothing is installed. Needed for $purpose (Debian's names): $*" >&2
+        return 0
+    fi
+    for package in "$@"; do
+        if [ "$package" = pulseaudio ] && is_installed pipewire-pulse; then
+            continue
+        fi
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        administrator=(sudo)
+        if ! command -v sudo >/dev/null; then
+            echo "Missing for $purpose, and neither root nor sudo to install it. As root:" >&2
+            echo "    apt-get install --no-install-recommends --no-remove ${missing[*]}" >&2
+            return 1
+        fi
+    fi
+    echo "Installing for $purpose: ${missing[*]}"
+    local apt=("${administrator[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300)
+    "${apt[@]}" update -q || echo "The package lists could not be renewed; trying with those that are here." >&2
+    "${apt[@]}" install -q -y --no-install-recommends --no-remove "${missing[@]}" || {
+        echo "Not everything could be installed; what failed stands above." >&2
+        return 1
+    }
+}
