@@ -2,6 +2,7 @@
 #
 # KIVORA_LEAVES lists every leaf as its folder under src/. KIVORA_LAYER_<leaf> lists the leaves that it may use, with
 # "/" written "_" in the variable's name. KIVORA_EXTERNAL_<leaf> lists the CMake targets from outside that it may link.
+# KIVORA_ONLY_<leaf>_<used leaf> is an expression for the only headers that <leaf> may include of the used one.
 
 set(KIVORA_LEAVES
     nk nk/qt midi piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine
@@ -23,6 +24,8 @@ set(KIVORA_LAYER_locale nk piano)
 set(KIVORA_LAYER_ui engine locale QtWidgets/skin QtWidgets/piano midi midi/arpeggiator piano nk)
 set(KIVORA_LAYER_app ${KIVORA_LEAVES})
 list(REMOVE_ITEM KIVORA_LAYER_app app)
+
+set(KIVORA_ONLY_midi_arpeggiator_piano "piano/CKeyboardState[A-Za-z]*\\.h")
 
 set(KIVORA_EXTERNAL_nk Threads::Threads PkgConfig::KeyboardLayout PkgConfig::DBus)
 set(KIVORA_EXTERNAL_nk_qt Qt6::Core)

@@ -54,7 +54,7 @@ install_packages() {
         fi
     fi
     echo "Installing for $purpose: ${missing[*]}"
-    local apt=("${administrator[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300)
+    local apt=("${administrator[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 -o Dpkg::Use-Pty=0)
     "${apt[@]}" update -q || echo "The package lists could not be renewed; trying with those that are here." >&2
     "${apt[@]}" install -q -y --no-install-recommends --no-remove "${missing[@]}" || {
         echo "Not everything could be installed; what failed stands above." >&2
