@@ -1,12 +1,16 @@
 // Writing lines of text to the process's current logger.
 #pragma once
 
+#include <cstdint>
+
 #include "nk/nk_critical_section.h"
 #include "nk/nk_string.h"
 
 namespace NK {
 
 /// Base of the loggers; serialises its output. [any]
+/// A class that other threads may be logging through calls ResetCurrentLogger(this) in its own destructor: the base's
+/// comes too late for an Output() in progress.
 class CLogger {
 public:
     CLogger() = default;
@@ -18,6 +22,7 @@ public:
     virtual bool IsShortTimestamp() const;
     virtual void SetShortTimestamp(bool on);
     /// Short: "<MM/DD hh:mm:ss>" in local time. Long: the C library's ctime() text in angle brackets.
+    /// A time that the calendar cannot hold gives "NULL \"tm\"" and "<>".
     virtual void FormatTimestamp(CString& text) const;
     /// Takes the lock, stamps the line and outputs it, so that lines stand in the order of their time stamps.
     void Write(const CString& message);
@@ -25,6 +30,8 @@ public:
 protected:
     /// Writes one line; called with the logger's lock held.
     virtual void Output(const CString& timestamp, const CString& message) = 0;
+    /// The time that the next line is stamped with: seconds since 1970-01-01 UTC.
+    virtual std::int64_t GetNow() const;
 
     mutable CCriticalSection lock_{1, 100, 100};
 
@@ -38,11 +45,14 @@ protected:
     void Output(const CString& timestamp, const CString& message) override;
 };
 
-void SetCurrentLogger(CLogger* logger);    ///< not owned
+/// [any] These wait for a line that another thread is writing with Log(): once they return, a logger that they replaced
+/// is out of use. An Output() may log and may call them itself.
+void SetCurrentLogger(CLogger* logger);    ///< not owned; null for none
 void ResetCurrentLogger(CLogger* logger);  ///< none, if it is `logger`
 /// The current logger, else the default console logger (created on first use; it does not become current).
 CLogger& GetCurrentLogger();
 
+/// Writes a line through the current logger. [any]
 void Log(const CString& message);
 void Log(const wchar_t* message);
 void Log(const char* message);

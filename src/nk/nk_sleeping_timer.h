@@ -17,7 +17,7 @@ public:
 
 /// Calls its listener every `periodMs` sleeps of 1 ms while enabled; a period of 0 calls in a tight loop. Ticks are
 /// counted by sleeps, not against a clock. The first tick after any change of `enabled` is swallowed.
-/// The destructor waits, without limit, for a call in progress.
+/// The destructor waits, without limit, for a call in progress; a listener may also delete its timer from OnTimer().
 class CThreadSleepingTimer : private CThread {
 public:
     /// Starts at once. The listener is not owned and may be null. Level as in CThread.
@@ -25,6 +25,7 @@ public:
                          int level);
     ~CThreadSleepingTimer() override;
 
+    /// A call in progress goes on. [any]
     void SetEnabled(bool enabled);
     using CThread::IsRunning;
     using CThread::SetName;

@@ -5,6 +5,11 @@
 
 namespace NK {
 
+/// Reads "now" as wall-clock nanoseconds since 1970-01-01 UTC.
+using NowFunction = std::int64_t (*)();
+/// The system's wall clock, truncated to a millisecond. [any]
+std::int64_t GetSystemNowNs();
+
 /// An abstract clock. Operations may be called from any thread as long as nobody changes the rate meanwhile.
 class CTimeSource {
 public:
@@ -32,23 +37,27 @@ protected:
 /// Wall-clock time since construction or the last Reset(), with millisecond resolution.
 class CSysTimeSource : public CTimeSource {
 public:
-    CSysTimeSource() { ResetToNow(); }
-    void Reset() override { ResetToNow(); }
-    std::int64_t GetTimeNs() override;
+    explicit CSysTimeSource(NowFunction now = &GetSystemNowNs) : now_(now), startNs_(now()) {}
+    void Reset() override { startNs_ = now_(); }
+    std::int64_t GetTimeNs() override { return now_() - startNs_; }
 
 private:
-    void ResetToNow();
-    std::int64_t startNs_ = 0;
+    NowFunction now_;
+    std::int64_t startNs_;
 };
 
 /// Wall-clock time since 1970-01-01 UTC, with millisecond resolution.
 class CWorldClockSource : public CTimeSource {
 public:
-    std::int64_t GetTimeNs() override;
+    explicit CWorldClockSource(NowFunction now = &GetSystemNowNs) : now_(now) {}
+    std::int64_t GetTimeNs() override { return now_(); }
     /// Accepts the present rate; any other throws CCoderException "Cannot change frame rate of World Clock."
     virtual void SetFrameRate(double rate);
     /// The process's one shared instance, created on first use.
     static CWorldClockSource& Instance();
+
+private:
+    NowFunction now_;
 };
 
 /// A clock that its owner moves by counting frames.

@@ -1,0 +1,13 @@
+// The scheduling of a thread by the framework's priority levels.
+#pragma once
+
+#include <cstdint>
+
+namespace NK::Platform {
+
+/// Gives thread `tid` of this process the level 0..6; any other is taken as 3. Levels 0..4 are nice values 19, 10, 5, 0
+/// and -5; levels 5 and 6 are round-robin real-time with the priorities 10 and 15, asked from the system and, where the
+/// process may not, from RealtimeKit. Whether the system agreed. Takes at most about 100 ms. [any]
+bool SetThreadPriority(std::int32_t tid, int level);
+
+}  // namespace NK::Platform

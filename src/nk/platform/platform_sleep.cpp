@@ -1,0 +1,63 @@
+#include "nk/platform/platform_sleep.h"
+
+#include <sched.h>
+#include <sys/prctl.h>
+#include <time.h>
+
+#include <atomic>
+#include <cerrno>
+
+#include "nk/nk_sleep.h"
+
+namespace NK::Platform {
+namespace {
+
+// Written by its thread, read by a signal handler on that thread.
+constinit thread_local std::atomic<bool> insideSleep{false};
+
+class CSystemSleeper : public CSleeper {
+public:
+    void Sleep(std::uint32_t milliseconds) override { Platform::Sleep(milliseconds); }
+};
+
+}  // namespace
+
+void Sleep(std::uint32_t milliseconds) noexcept {
+    if (milliseconds == 0) {
+        sched_yield();
+        return;
+    }
+    constexpr long kNsPerMs = 1'000'000;
+    constexpr long kNsPerSecond = 1'000'000'000;
+    timespec until{};
+    clock_gettime(CLOCK_MONOTONIC, &until);
+    until.tv_sec += static_cast<time_t>(milliseconds / 1000);
+    until.tv_nsec += static_cast<long>(milliseconds % 1000) * kNsPerMs;
+    if (until.tv_nsec >= kNsPerSecond) {
+        until.tv_nsec -= kNsPerSecond;
+        ++until.tv_sec;
+    }
+    insideSleep.store(true);
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+    }
+    insideSleep.store(false);
+}
+
+bool IsInsideSleep() noexcept {
+    return insideSleep.load();
+}
+
+void SetSmallestTimerSlack() noexcept {
+    prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+}
+
+}  // namespace NK::Platform
+
+namespace NK {
+
+CSleeper& SystemSleeper() {
+    static Platform::CSystemSleeper sleeper;
+    return sleeper;
+}
+
+}  // namespace NK

@@ -1,0 +1,17 @@
+// The operating system's sleep.
+#pragma once
+
+#include <cstdint>
+
+namespace NK::Platform {
+
+/// Sleeps at least `milliseconds`; a signal does not shorten it. 0 gives the processor away once. [any]
+void Sleep(std::uint32_t milliseconds) noexcept;
+
+/// Whether the calling thread is inside Sleep(), where it holds nothing of the C library. Safe in a signal handler.
+bool IsInsideSleep() noexcept;
+
+/// Lets the calling thread's sleeps end as close to their time as the system can. Inherited by nobody.
+void SetSmallestTimerSlack() noexcept;
+
+}  // namespace NK::Platform
