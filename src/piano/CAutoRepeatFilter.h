@@ -3,36 +3,67 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace NK::Piano {
 
+/// What a key event turned out to be.
+enum class EKeyVerdict {
+    kPlay,    ///< a press or release of the key itself
+    kRepeat,  ///< to be ignored
+    kWait,    ///< a release that is not judged yet
+};
+
+/// Both events of a repeat are sent together, but may be read apart: how long a release waits for its press, in ms.
+inline constexpr int kRepeatSettleMs = 10;
+
 /// The repeat flag of a key event is unreliable on X11, where a held key repeats as a release and a press with one time
 /// stamp. So an unflagged release waits: a press of the same key with the same time stamp makes both a repeat; any
-/// other event, or kSettleMs without one, makes it a release. At most one release waits. [gui]
+/// other event, or kRepeatSettleMs without one, makes it a release. At most one release waits, as a copy of TEvent.
+/// Before it carries out any event, the caller takes the one that waits and carries that out. [gui]
+///
+/// Scan codes are native, times are the events' in ms; 0 is unknown, and events with an unknown scan code or time are
+/// judged by the flag alone.
+template <class TEvent>
 class CAutoRepeatFilter {
 public:
-    /// Both events of a repeat are sent together, but may be read apart.
-    static constexpr int kSettleMs = 10;
+    EKeyVerdict Press(std::uint32_t scanCode, std::uint64_t timeMs, bool autoRepeat) {
+        const bool pairs = waiting_ && waiting_->scanCode == scanCode && (autoRepeat || waiting_->timeMs == timeMs);
+        if (pairs) {
+            waiting_.reset();
+        }
+        return pairs || autoRepeat ? EKeyVerdict::kRepeat : EKeyVerdict::kPlay;
+    }
 
-    enum class EVerdict {
-        kPlay,    ///< a press or release of the key itself; a release that waited comes before it
-        kRepeat,  ///< to be ignored; a release of the same key that waited is void
-        kWait,    ///< a release whose verdict is not known yet; one that waited before comes before it
-    };
-
-    /// The native scan code and the event's time in ms; 0 is unknown, and events with an unknown scan code or time are
-    /// judged by the flag alone.
-    EVerdict Press(std::uint32_t scanCode, std::uint64_t timeMs, bool autoRepeat) noexcept;
-    EVerdict Release(std::uint32_t scanCode, std::uint64_t timeMs, bool autoRepeat) noexcept;
+    /// To be called with nothing waiting.
+    EKeyVerdict Release(std::uint32_t scanCode, std::uint64_t timeMs, bool autoRepeat, const TEvent& event) {
+        if (autoRepeat) {
+            return EKeyVerdict::kRepeat;
+        }
+        if (scanCode == 0 || timeMs == 0) {
+            return EKeyVerdict::kPlay;
+        }
+        waiting_.emplace(TWaiting{scanCode, timeMs, event});
+        return EKeyVerdict::kWait;
+    }
 
     bool IsWaiting() const noexcept { return waiting_.has_value(); }
-    /// The caller has carried out the waiting release, or dropped it.
-    void Settle() noexcept { waiting_.reset(); }
+
+    /// The release that waits, which is one now; nothing when none waits.
+    std::optional<TEvent> TakeWaiting() {
+        std::optional<TEvent> event;
+        if (waiting_) {
+            event = std::move(waiting_->event);
+            waiting_.reset();
+        }
+        return event;
+    }
 
 private:
     struct TWaiting {
         std::uint32_t scanCode;
         std::uint64_t timeMs;
+        TEvent event;
     };
     std::optional<TWaiting> waiting_;
 };

@@ -7,7 +7,6 @@
 namespace NK::Piano {
 namespace {
 using EKind = TPCKeyAction::EKind;
-using EVerdict = CAutoRepeatFilter::EVerdict;
 
 std::optional<EKind> ValueActionOf(int code) noexcept {
     switch (code) {
@@ -35,10 +34,7 @@ CPCKeyPlayer::CPCKeyPlayer(CCharacterOf characterOf) : characterOf_(std::move(ch
 }
 
 bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
-    const bool isRepeat = filter_.Press(key.scanCode, key.timeMs, key.autoRepeat) == EVerdict::kRepeat;
-    if (!filter_.IsWaiting()) {
-        waitingRelease_.reset();  // void: it was the first half of this repeat
-    }
+    const bool isRepeat = filter_.Press(key.scanCode, key.timeMs, key.autoRepeat) == EKeyVerdict::kRepeat;
     Settle(actions);
 
     if (key.alt) {
@@ -83,13 +79,11 @@ bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
 bool CPCKeyPlayer::Release(const TPCKey& key, CActions& actions) {
     // A release that waits belongs before this one, whatever this one turns out to be.
     Settle(actions);
-    switch (filter_.Release(key.scanCode, key.timeMs, key.autoRepeat)) {
-        case EVerdict::kRepeat:
+    switch (filter_.Release(key.scanCode, key.timeMs, key.autoRepeat, key)) {
+        case EKeyVerdict::kRepeat:
+        case EKeyVerdict::kWait:
             break;
-        case EVerdict::kWait:
-            waitingRelease_ = key;
-            break;
-        case EVerdict::kPlay:
+        case EKeyVerdict::kPlay:
             CarryOutRelease(key, actions);
             break;
     }
@@ -97,8 +91,7 @@ bool CPCKeyPlayer::Release(const TPCKey& key, CActions& actions) {
 }
 
 void CPCKeyPlayer::Settle(CActions& actions) {
-    filter_.Settle();
-    if (const std::optional<TPCKey> key = std::exchange(waitingRelease_, std::nullopt)) {
+    if (const std::optional<TPCKey> key = filter_.TakeWaiting()) {
         CarryOutRelease(*key, actions);
     }
 }

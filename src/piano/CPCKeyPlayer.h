@@ -61,7 +61,7 @@ public:
 
     /// True when the key is one that acts, a repeat included; else it is another receiver's.
     bool Press(const TPCKey& key, CActions& actions);
-    /// After it IsReleaseWaiting() may be true: then Settle() is due after CAutoRepeatFilter::kSettleMs.
+    /// After it IsReleaseWaiting() may be true: then Settle() is due after kRepeatSettleMs.
     bool Release(const TPCKey& key, CActions& actions);
     bool IsReleaseWaiting() const noexcept { return filter_.IsWaiting(); }
     /// Carries out the release that waits, if any.
@@ -86,8 +86,7 @@ private:
     CCharacterOf characterOf_;
     int octaveShift_ = 0;
     bool sustain_ = false;
-    CAutoRepeatFilter filter_;
-    std::optional<TPCKey> waitingRelease_;
+    CAutoRepeatFilter<TPCKey> filter_;
     CPCKeyLedger ledger_;
 };
 
