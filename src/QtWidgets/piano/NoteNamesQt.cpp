@@ -1,0 +1,40 @@
+#include "QtWidgets/piano/NoteNamesQt.h"
+
+#include <QCoreApplication>
+
+#include "midi/GMNames.h"
+#include "midi/NoteNames.h"
+
+namespace {
+constexpr int kNotes = 128;
+constexpr int kOctave = 12;
+
+bool isNote(int note) {
+    return note >= 0 && note < kNotes;
+}
+}  // namespace
+
+QString NoteName(int note, bool oneLetter, bool flats) {
+    if (!isNote(note)) {
+        return QStringLiteral("INVALID NOTE NUMBER: %1").arg(note);
+    }
+    return QCoreApplication::translate(oneLetter ? NK::MIDI::kOneLetterNoteNameContext : NK::MIDI::kNoteNameContext,
+                                       NK::MIDI::GetPitchClassText(note % kOctave, flats));
+}
+
+QString NoteNameWithOctave(int note, bool oneLetter, int octaveBase, bool flats) {
+    const QString name = NoteName(note, oneLetter, flats);
+    return isNote(note) ? name + QString::number(note / kOctave + octaveBase) : name;
+}
+
+QString GMProgramName(int program) {
+    const char* text = NK::MIDI::GetGMProgramText(program);
+    if (text == nullptr) {
+        return QStringLiteral("INVALID PATCH NUMBER: %1").arg(program);
+    }
+    return QCoreApplication::translate(NK::MIDI::kGMContext, text);
+}
+
+QString GMDrumKitName() {
+    return QCoreApplication::translate(NK::MIDI::kGMContext, NK::MIDI::GetDrumKitText());
+}

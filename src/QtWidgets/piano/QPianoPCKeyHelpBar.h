@@ -1,0 +1,54 @@
+// The strip that shows under which computer key each note lies.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QWidget>
+
+#include <array>
+
+#include "QtWidgets/piano/PianoTypes.h"
+
+/// One cell a note from the left, all of the same width, whatever the keys below look like. [gui]
+class QPianoPCKeyHelpBar : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(int octaveShift READ octaveShift WRITE setOctaveShift)
+    Q_PROPERTY(bool translateKeyNames READ translateKeyNames WRITE setTranslateKeyNames)
+    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor)
+
+public:
+    /// Notes 36..96.
+    explicit QPianoPCKeyHelpBar(QWidget* parent = nullptr);
+
+    BYTE firstNote() const { return firstNote_; }
+    BYTE keyCount() const { return keyCount_; }
+    void setRange(BYTE first, BYTE count);
+    /// Semitones that a computer key's note is raised by.
+    int octaveShift() const { return octaveShift_; }
+    void setOctaveShift(int semitones);
+    /// Whether hints are shown as the letters of the localized keyboard.
+    bool translateKeyNames() const { return translateKeyNames_; }
+    void setTranslateKeyNames(bool on);
+    QColor textColor() const { return textColor_; }
+    void setTextColor(const QColor& color);
+
+    /// The hint of a note 0..127; empty where no key plays it.
+    QString label(BYTE note) const { return labels_.at(note); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void rebuildLabels();
+
+    BYTE firstNote_ = 36;
+    BYTE keyCount_ = 61;
+    std::array<QString, 128> labels_;
+    int octaveShift_ = 0;
+    bool translateKeyNames_ = true;
+    QColor textColor_ = Qt::white;
+};
+
+/// How a hint character is shown to the user of a localized keyboard.
+QString PCKeyHintText(char hint);
