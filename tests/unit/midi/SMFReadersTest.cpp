@@ -109,5 +109,5 @@ TEST_F(SMFReaders, MidoReadsEveryEvent) {
         expected << '\n';
     }
     expected << "end " << events_[events_.GetSize() - 1].time << '\n';
-    EXPECT_EQ(Run("python3 '" KIVORA_SMF_READER "'"), expected.str());
+    EXPECT_EQ(Run(KIVORA_SMF_READER), expected.str());
 }
