@@ -41,34 +41,35 @@ public:
     /// Quicksort, ascending; elements that compare equal keep no particular order. Needs O(log n) stack.
     void Sort(const CSortingComparator<T>& comparator) {
         if (this->GetSize() > 1) {
-            SortRange(this->begin(), this->end(), comparator);
+            SortRange(this->GetData(), 0, static_cast<std::int64_t>(this->GetSize()) - 1, comparator);
         }
     }
 
 private:
-    static void SortRange(T* first, T* last, const CSortingComparator<T>& comparator) {
-        while (last - first > 1) {
-            const T pivot = first[(last - first) / 2];
-            T* low = first;
-            T* high = last - 1;
+    /// Sorts data[first..last], both included.
+    static void SortRange(T* data, std::int64_t first, std::int64_t last, const CSortingComparator<T>& comparator) {
+        while (first < last) {
+            const T pivot = data[first + (last - first) / 2];
+            std::int64_t low = first;
+            std::int64_t high = last;
             while (low <= high) {
-                while (comparator.IsLess(*low, pivot)) {
+                while (comparator.IsLess(data[low], pivot)) {
                     ++low;
                 }
-                while (comparator.IsGreater(*high, pivot)) {
+                while (comparator.IsGreater(data[high], pivot)) {
                     --high;
                 }
                 if (low <= high) {
-                    std::swap(*low++, *high--);
+                    std::swap(data[low++], data[high--]);
                 }
             }
             // Recurse into the smaller side, go on with the larger one.
-            if (high + 1 - first < last - low) {
-                SortRange(first, high + 1, comparator);
+            if (high - first < last - low) {
+                SortRange(data, first, high, comparator);
                 first = low;
             } else {
-                SortRange(low, last, comparator);
-                last = high + 1;
+                SortRange(data, low, last, comparator);
+                last = high;
             }
         }
     }
