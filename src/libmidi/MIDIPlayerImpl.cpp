@@ -132,6 +132,7 @@ bool MIDIPlayerImpl::Start() {
 
 void MIDIPlayerImpl::Stop() {
     stopping_ = true;
+    running_ = false;
     if (playerThread_ != nullptr) {
         playerThread_->End();
         playerThread_.reset();
@@ -140,7 +141,6 @@ void MIDIPlayerImpl::Stop() {
         eventsThread_->End();
         eventsThread_.reset();
     }
-    running_ = false;
 }
 
 void MIDIPlayerImpl::BeginRounds() {
