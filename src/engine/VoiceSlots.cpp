@@ -22,7 +22,9 @@ void VoiceSlots::CheckSlot(int slot) {
     }
 }
 
-int VoiceSlots::GetChannel(int slot) const { return At(patch, slot) < 0 ? kPercussionChannel : slot; }
+int VoiceSlots::GetChannel(int slot) const {
+    return At(patch, slot) < 0 ? kPercussionChannel : slot;
+}
 
 std::uint8_t VoiceSlots::Transpose(std::uint8_t note, int slot) const {
     return static_cast<std::uint8_t>(FoldNote(At(transpose, slot) + note));

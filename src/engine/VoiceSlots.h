@@ -11,9 +11,9 @@ namespace Kivora {
 class VoiceSlots {
 public:
     static constexpr int kCount = 3;
-    static constexpr int kSplitPoint = 60;         ///< notes below it belong to the bass
-    static constexpr int kPercussionPatch = -1;    ///< selects the percussion kit
-    static constexpr int kPercussionChannel = 9;   ///< 0-based (General MIDI system level 1)
+    static constexpr int kSplitPoint = 60;        ///< notes below it belong to the bass
+    static constexpr int kPercussionPatch = -1;   ///< selects the percussion kit
+    static constexpr int kPercussionChannel = 9;  ///< 0-based (General MIDI system level 1)
     static constexpr int kLastPatch = 127;
 
     /// 0-based: the percussion channel for a negative patch, else the slot's number.
@@ -34,10 +34,10 @@ public:
 
     static void CheckSlot(int slot);
 
-    std::array<int, kCount> patch{0, 40, 32};                    ///< General MIDI program 0..127, or -1
-    std::array<int, kCount> transpose{0, 0, 0};                  ///< semitones, -120..120
-    std::array<int, kCount> velocityPercent{100, 100, 100};      ///< 1..200; kept, and part of no computation
-    std::array<int, kCount> volume{100, 100, 100};               ///< 0..127; channel volume and velocity percentage
+    std::array<int, kCount> patch{0, 40, 32};                ///< General MIDI program 0..127, or -1
+    std::array<int, kCount> transpose{0, 0, 0};              ///< semitones, -120..120
+    std::array<int, kCount> velocityPercent{100, 100, 100};  ///< 1..200; kept, and part of no computation
+    std::array<int, kCount> volume{100, 100, 100};           ///< 0..127; channel volume and velocity percentage
     bool dual = false;
     bool split = false;
 };

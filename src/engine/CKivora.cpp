@@ -1,0 +1,34 @@
+#include "engine/CKivora.h"
+
+#include <utility>
+
+#include "nk/nk_exception.h"
+
+namespace Kivora {
+
+CKivora::CKivora(EngineDependencies dependencies) : dependencies_(std::move(dependencies)) {
+    if (dependencies_.runTickTimer) {
+        tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
+    }
+    InitMidi();
+    connect(&indicatorTimer_, &QTimer::timeout, this, &CKivora::onMetronomeTimer);
+    SetUIColor(GetDefaultUIColor());
+    RestartClock();
+    if (tickTimer_) {
+        tickTimer_->SetEnabled(true);
+    }
+}
+
+CKivora::~CKivora() {
+    {
+        const CLockGuard guard(lock_);
+        closed_ = true;
+    }
+    ShutdownMidi();
+}
+
+void CKivora::Fail(const QString& message) {
+    throw NK::CException(message.toStdWString().c_str());
+}
+
+}  // namespace Kivora

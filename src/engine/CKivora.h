@@ -1,0 +1,313 @@
+// The performance engine.
+#pragma once
+
+#include <QColor>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "engine/EngineDependencies.h"
+#include "engine/HeldKeys.h"
+#include "engine/VoiceSlots.h"
+#include "libmidi/MIDIPlayer.h"
+#include "libmidi/MIDIPlayerQueue.h"
+#include "libmidi/MIDIPort.h"
+#include "libmidi/PortFactory.h"
+#include "midi/arpeggiator/CArpeggiator1.h"
+#include "midi/MusicalClock.h"
+#include "midi/TMIDIMessage.h"
+#include "nk/nk_critical_section.h"
+#include "nk/nk_sleeping_timer.h"
+#include "nk/nk_string.h"
+#include "nk/nk_time_source.h"
+
+namespace Kivora {
+
+/// Owns the ports, the voices, the arpeggiators and the musical clock, and turns key events into MIDI.
+///
+/// One recursive lock is held by every operation for its whole run; the player's queue has a lock of its own that is
+/// taken inside it. Operations may be called from any thread unless a line says otherwise, but those that open and
+/// close ports or run the indicator belong to the GUI thread. Signals are emitted with the lock held, except
+/// TempoChanged(), MetronomeChanged(), Bar(), Beat(), OutputLost() and InputLost(); a slot of another thread is to be
+/// connected by Qt::QueuedConnection or must not wait for anything. Channels are 0-based. "Ready" means that an output
+/// port, the player and its sink exist. A slot number outside 0..2 throws NK::CBadIndexException.
+class CKivora : public QObject, public LibMidi::MIDIPortDataListener, public NK::CTimerListener {
+    Q_OBJECT
+
+public:
+    static constexpr int kSlotCount = VoiceSlots::kCount;
+    static constexpr int kArpeggiatorCount = 2;
+    static constexpr int kMinTempo = 40;   ///< beats per minute
+    static constexpr int kMaxTempo = 220;  ///< beats per minute
+    static constexpr int kTickPeriodMs = 1;
+    static constexpr int kIndicatorPeriodMs = 5;
+
+    /// Lists the ports and makes the player; opens no port. Throws what InitMidi() throws. [gui]
+    explicit CKivora(EngineDependencies dependencies);
+    /// Closes all MIDI and waits for a running tick. Sends nothing. [gui]
+    ~CKivora() override;
+    CKivora(const CKivora&) = delete;
+    CKivora& operator=(const CKivora&) = delete;
+
+    // Playing. A note's slot is 2 in split mode below note 60, else 0, by the untransposed note. What is played is
+    // emitted untransposed and unscaled on the slot's channel as OnMIDIEvent; what is delivered, if ready, is
+    // transposed, folded into 0..127 and scaled, and goes through the slot's arpeggiator. In dual mode slot 0's notes
+    // are delivered for slot 1 too.
+    void PlayNoteOn(std::uint8_t note, std::uint8_t velocity);
+    void PlayNoteOff(std::uint8_t note);
+    void PlayAfterTouch(std::uint8_t note, std::uint8_t pressure);
+    /// Level 0 is the low velocity, 2 the high one, any other the normal one.
+    void PlayPcKey(std::uint8_t note, int level);
+    /// Controller 64, 127 or 0, on every slot's channel; needs the sink only.
+    void SetSustain(bool on);
+    /// Each stores the flag, changed or not, then AllNotesOff().
+    void SetDual(bool on);
+    void SetSplit(bool on);
+    /// When the value changes: stores it, AllNotesOff(), ArpeggiatingChanged().
+    void SetArpeggiating(bool on);
+
+    // Voices.
+    /// Stores any patch (negative is the percussion kit), then SendPatches(); the wire carries its low 7 bits.
+    void SetPatch(int patch, int slot);
+    void NextPatch(int slot);  ///< -1, 0 .. 127 and back to -1, then SendPatches()
+    void PrevPatch(int slot);
+    void VolumeUp(int slot);  ///< by 3, within 1..127; sends that slot's volume
+    void VolumeDown(int slot);
+    void TransposeUp(int slot);  ///< AllNotesOff(), then by 1 within -120..120
+    void TransposeDown(int slot);
+    void SetVelocityLow(int velocity);  ///< kept in 1..127
+    void SetVelocityNormal(int velocity);
+    void SetVelocityHigh(int velocity);
+    void SendPatches();  ///< a program change for each slot; needs the sink only
+    void SendVolumes();  ///< controller 7 for each slot, if ready
+    int GetPatch(int slot) const;
+    int GetTranspose(int slot) const;        ///< semitones
+    int GetVelocityPercent(int slot) const;  ///< kept, and part of no computation
+    int GetVolume(int slot) const;           ///< 0..127
+    int VoiceChannel(int slot) const;        ///< 9 for a negative patch, else the slot
+    bool IsDual() const;
+    bool IsSplit() const;
+    bool IsArpeggiating() const;
+    std::uint8_t GetVelocityLow() const;
+    std::uint8_t GetVelocityNormal() const;
+    std::uint8_t GetVelocityHigh() const;
+
+    /// Calls `action` with the engine's lock held and returns its result.
+    template <class Action>
+    decltype(auto) WithLock(Action&& action) {
+        const CLockGuard guard(lock_);
+        return std::forward<Action>(action)();
+    }
+    /// Calls `action` with arpeggiator 0 (slot 0) or 1 (slots 1 and 2) under the engine's lock and returns its result,
+    /// which must not refer to the arpeggiator. Throws NK::CBadIndexException for another index.
+    template <class Action>
+    decltype(auto) WithArpeggiator(int index, Action&& action) {
+        const CLockGuard guard(lock_);
+        return std::forward<Action>(action)(ArpeggiatorAt(index));
+    }
+
+    // MIDI input. Not channel messages: sent on unchanged. Notes and key pressure: as played, with the velocity scaled,
+    // on the slot's channel. Any other channel message: sent once on the channel of every slot, shown once.
+    /// Gives up without sending when the port is being closed; waits for the lock otherwise. [input]
+    void OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) override;
+    /// Ends the keys and the pedal that the input holds, then InputLost(). [input]
+    void OnMIDIDataLost(std::uint32_t lostCount) override;
+    /// Sends note-offs, velocity 0, for the keys that the input port holds, and lifts its pedal.
+    void ReleaseInputKeys();
+    std::uint32_t GetInputLostCount() const;  ///< losses since the input port was opened; 0 without one
+
+    // Ports. Failures throw NK::CException with a translated text. [gui]
+    /// ShutdownMidi(), then lists the ports and makes the player and its sink. Throws
+    /// "MIDI engine initalization failed (PortMIDI interface couldn't be created).",
+    /// "MIDI engine initalization failed (error listing MIDI ports).", "No MIDI ports found.",
+    /// "MIDI engine initalization failed (error creating MIDI player)." or
+    /// "MIDI engine initalization failed (NULL port address).".
+    void InitMidi();
+    void ShutdownMidi();
+    /// Closes the old output, which resets it, and opens this one. Takes about 300 ms by design. Throws
+    /// "Attempt to set a NULL port as out." (the old output stays open), "Failed to open output MIDI port." (none is
+    /// open) or "Failed to start MIDI player." (open and attached, and nothing is queued to it).
+    void SetOutputPort(LibMidi::MIDIOutPort* port);
+    /// Nothing for the port that is open already. Throws "NULL input port." or
+    /// "Failed to open input MIDI port:" with the port's name; then no input is open.
+    void SetInputPort(LibMidi::MIDIInPort* port);
+    /// False when no port has that name; true when it was opened. They throw as the operations above.
+    bool SetOutputPortByName(const NK::CString& name);
+    bool SetInputPortByName(const NK::CString& name);
+    bool SetOutputPortByIndex(int index);  ///< in GetOutputPortNames(); false outside it
+    bool SetInputPortByIndex(int index);   ///< in GetInputPortNames(); false outside it
+    void CloseOutputPort();                ///< ResetSynth() first
+    void CloseInputPort();
+    /// Index of the preferred software synthesizer by name, else of the system's default output, else -1.
+    int FindDefaultOutputPort() const;
+    /// Throws "No default output MIDI port found.".
+    NK::CString GetDefaultOutputPortName() const;
+    /// Opens the saved ports, or the default ones where none is saved.
+    void OpenPorts();
+    /// Looks for devices again. The selected ports are opened again by name where they are there; ports of a fixed set
+    /// stay open untouched. False while recording (nothing is done) and when no port was found. Throws as the setters
+    /// of the ports do, when everything else is done.
+    bool RescanPorts();
+    NK::CStringArray GetInputPortNames() const;
+    NK::CStringArray GetOutputPortNames() const;
+    NK::CString GetInputPortName() const;  ///< selected or saved; empty for none
+    NK::CString GetOutputPortName() const;
+    void SetSavedInputPortName(const NK::CString& name);  ///< what OpenPorts() opens; opens nothing itself
+    void SetSavedOutputPortName(const NK::CString& name);
+    int GetInputPortIndex() const;  ///< -1 when none is open
+    int GetOutputPortIndex() const;
+    bool IsOutputReady() const;
+    /// Whether the open output has failed: nothing is queued until a port is opened again.
+    bool IsOutputLost() const;
+    /// Waits until everything queued has been taken by the player, at most kSettleLimitMs; at once when no player
+    /// runs. True when nothing is left. [gui]
+    bool SettleOutput();
+    static constexpr int kSettleLimitMs = 50;
+    /// Queues the note-offs of all notes that sound with a duration.
+    void EndTimedNotes();
+
+    // Metronome and tempo. [gui]
+    void SetTempo(int beatsPerMinute);  ///< clamped to 40..220; nothing when that is the tempo
+    void TempoUp();
+    void TempoDown();
+    int GetTempo() const;  ///< beats per minute
+    void SetMetronome(bool on);
+    bool IsMetronomeOn() const;
+    void RestartClock();
+    NK::MIDI::MusicalClock GetMusicalClock() const;
+    /// Advances the clock and the arpeggiators. A run of more than 24 days restarts the clock. [tick]
+    void OnTimer(std::uint32_t timerId) override;
+
+    // Recording. [gui]
+    bool StartRecording();  ///< false when recording already or without a sink
+    bool StopRecording();   ///< false when not recording or without a sink
+    bool IsRecording() const;
+    int GetRecordingTime() const;  ///< ms; 0 without a sink
+    int GetIdleTime() const;       ///< ms since the last captured event; -1 without a sink or when not recording
+    int GetRecordedCount() const;
+
+    // Interface settings: kept here, used by the panel. The first four setters emit on every call.
+    void SetTranslatePatchNames(bool on);    ///< PatchChanged()
+    void SetTranslateKeyNames(bool on);      ///< KeyTranslationSettingChanged()
+    void SetShowNoteNames(bool on);          ///< KeyboardDisplayChanged()
+    void SetKeyboardColoring(int coloring);  ///< 0 none, 1 rainbow, 2 Scriabin; KeyboardDisplayChanged()
+    void SetUIColor(const QColor& color);    ///< these four: UISkinChanged() when the value differs
+    void SetUIDisplayColor(const QColor& color);
+    void SetUIDisplay2Color(const QColor& color);
+    void SetWallpaper(const QString& path);
+    bool GetTranslatePatchNames() const;
+    bool GetTranslateKeyNames() const;
+    bool GetShowNoteNames() const;
+    int GetKeyboardColoring() const;
+    QColor GetUIColor() const;
+    QColor GetUIDisplayColor() const;
+    QColor GetUIDisplay2Color() const;
+    QString GetWallpaper() const;
+    static QColor GetDefaultUIColor() { return {110, 112, 93}; }
+    static QColor GetDefaultUIDisplayColor() { return {83, 149, 255}; }
+    static QColor GetDefaultUIDisplay2Color() { return {83, 255, 149}; }
+    NK::CString GetPresetName() const;  ///< empty for none
+
+signals:
+    void OnMIDIEvent(int message);  ///< the record's four bytes, status lowest; emitted on the playing thread
+    void SynthSet();                ///< an output was opened, or the synthesizer reset
+    void PatchChanged();            ///< program changes were sent, or patch names are to be shown anew
+    void RecordingStateChanged();
+    void VoiceSettingsChanged();  ///< volume or transposition stepped
+    void KeyTranslationSettingChanged();
+    void KeyboardDisplayChanged();
+    void PresetChanged();
+    void UISkinChanged();
+    void TempoChanged();
+    void MetronomeChanged();
+    void ArpeggiatingChanged();
+    void Bar();
+    void Beat();
+    void OutputLost();  ///< once when a write to the output has failed; emitted on the tick's thread
+    void InputLost();   ///< the input device's buffer ran over; emitted on the input port's thread
+
+public slots:
+    /// Silence, System Reset, patches and volumes, with waits of about 150 ms in all; ends a recording. Needs the sink
+    /// only.
+    void ResetSynth();
+    /// Resets the arpeggiators and sends controller 123 on every slot's channel. Needs the sink only.
+    void AllNotesOff();
+    /// Looks at the clock for a new bar or beat. [gui]
+    void onMetronomeTimer();
+
+private:
+    static constexpr int kPlayedOut = 1000;  ///< the time-out given to the sink's waits, which reduces it to 1 ms
+
+    [[noreturn]] static void Fail(const QString& message);
+    bool IsReady() const NK_REQUIRES(lock_) { return outputPort_ != nullptr && player_ && sink_; }
+    void Show(NK::MIDI::TMIDIMessage message) { emit OnMIDIEvent(static_cast<int>(message.ToWord())); }
+    void Send(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_) { sink_->SendMessage(message, 0); }
+    /// A message on the channel of a slot.
+    NK::MIDI::TMIDIMessage OnSlot(int slot, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) const
+        NK_REQUIRES(lock_);
+    void SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) NK_REQUIRES(lock_);
+    void DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) NK_REQUIRES(lock_);
+    void SendController(std::uint8_t controller, std::uint8_t value) NK_REQUIRES(lock_);
+    void SendPatch(int slot) NK_REQUIRES(lock_);
+    void SendVolume(int slot) NK_REQUIRES(lock_);
+    void ResetArpeggiators() NK_REQUIRES(lock_);
+    NK::MIDI::CArpeggiator1& ArpeggiatorAt(int index) NK_REQUIRES(lock_);
+    void SleepAndPlayOut(std::uint32_t milliseconds) NK_REQUIRES(lock_);
+
+    bool LockForInput() NK_TRY_ACQUIRE(true, lock_);
+    void ProcessInput(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_);
+
+    void ListPortNames() NK_REQUIRES(lock_);
+    bool LoseOutput() NK_REQUIRES(lock_);
+    void AdvanceClock() NK_REQUIRES(lock_);
+
+    const EngineDependencies dependencies_;
+    mutable NK::CCriticalSection lock_{1, 1, 100};
+    bool closed_ NK_GUARDED_BY(lock_) = false;  ///< the destructor has begun: ticks do nothing
+    std::optional<NK::CThreadSleepingTimer> tickTimer_;
+    QTimer indicatorTimer_;
+    std::int64_t clockStartMs_ NK_GUARDED_BY(lock_) = 0;  ///< wall clock at bar 0
+    NK::MIDI::MusicalClock clock_ NK_GUARDED_BY(lock_);
+    std::array<NK::MIDI::CArpeggiator1, kArpeggiatorCount> arpeggiators_ NK_GUARDED_BY(lock_);
+    bool arpeggiating_ NK_GUARDED_BY(lock_) = false;
+    int lastBarSeen_ NK_GUARDED_BY(lock_) = -1;
+    int lastBeatSeen_ NK_GUARDED_BY(lock_) = -1;
+    std::uint8_t velocityLow_ NK_GUARDED_BY(lock_) = 40;
+    std::uint8_t velocityNormal_ NK_GUARDED_BY(lock_) = 80;
+    std::uint8_t velocityHigh_ NK_GUARDED_BY(lock_) = 127;
+    int tempo_ NK_GUARDED_BY(lock_) = 120;
+    bool translatePatchNames_ NK_GUARDED_BY(lock_) = true;
+    bool translateKeyNames_ NK_GUARDED_BY(lock_) = true;
+    bool showNoteNames_ NK_GUARDED_BY(lock_) = false;
+    NK::CString presetName_ NK_GUARDED_BY(lock_);
+    int keyboardColoring_ NK_GUARDED_BY(lock_) = 0;
+    QColor uiColor_ NK_GUARDED_BY(lock_){192, 192, 192};
+    QColor uiDisplayColor_ NK_GUARDED_BY(lock_){200, 200, 255};
+    QColor uiDisplay2Color_ NK_GUARDED_BY(lock_){200, 255, 200};
+    QString wallpaper_ NK_GUARDED_BY(lock_);
+    NK::CStringArray inputNames_ NK_GUARDED_BY(lock_);
+    NK::CStringArray outputNames_ NK_GUARDED_BY(lock_);
+    NK::CString inputPortName_ NK_GUARDED_BY(lock_);
+    NK::CString outputPortName_ NK_GUARDED_BY(lock_);
+    NK::CSysTimeSource timeSource_;
+    std::unique_ptr<LibMidi::PortFactory> factory_ NK_GUARDED_BY(lock_);
+    std::unique_ptr<LibMidi::MIDIPlayer> player_ NK_GUARDED_BY(lock_);
+    std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
+    LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
+    std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
+    int outputBinding_ NK_GUARDED_BY(lock_) = -1;
+    int inputIndex_ NK_GUARDED_BY(lock_) = -1;
+    int outputIndex_ NK_GUARDED_BY(lock_) = -1;
+    bool outputLost_ NK_GUARDED_BY(lock_) = false;
+    HeldKeys inputKeys_ NK_GUARDED_BY(lock_);
+    VoiceSlots voices_ NK_GUARDED_BY(lock_);
+};
+
+}  // namespace Kivora

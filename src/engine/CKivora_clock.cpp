@@ -1,0 +1,129 @@
+// Tempo, the musical clock and its tick.
+#include <algorithm>
+
+#include "engine/CKivora.h"
+#include "engine/ClockPosition.h"
+
+namespace Kivora {
+
+namespace {
+/// Below this the position in ticks fits an int at every tempo.
+constexpr std::int64_t kLongestRunMs = std::int64_t{24} * 24 * 60 * 60 * 1000;
+}  // namespace
+
+void CKivora::SetTempo(int beatsPerMinute) {
+    {
+        const CLockGuard guard(lock_);
+        const int clamped = std::clamp(beatsPerMinute, kMinTempo, kMaxTempo);
+        if (clamped == tempo_) {
+            return;
+        }
+        tempo_ = clamped;
+        clock_.tempo = clamped;
+        RestartClock();
+    }
+    emit TempoChanged();
+}
+
+void CKivora::TempoUp() {
+    SetTempo(GetTempo() + 1);
+}
+
+void CKivora::TempoDown() {
+    SetTempo(GetTempo() - 1);
+}
+
+int CKivora::GetTempo() const {
+    const CLockGuard guard(lock_);
+    return tempo_;
+}
+
+void CKivora::SetMetronome(bool on) {
+    {
+        const CLockGuard guard(lock_);
+        if (on) {
+            indicatorTimer_.start(kIndicatorPeriodMs);
+        } else {
+            indicatorTimer_.stop();
+        }
+    }
+    emit MetronomeChanged();
+}
+
+bool CKivora::IsMetronomeOn() const {
+    const CLockGuard guard(lock_);
+    return indicatorTimer_.isActive();
+}
+
+void CKivora::RestartClock() {
+    const CLockGuard guard(lock_);
+    clockStartMs_ = dependencies_.wallClockMs();
+    lastBarSeen_ = -1;
+    lastBeatSeen_ = -1;
+    clock_.bar = 0;
+    clock_.beat = 0;
+    clock_.offset = 0;
+    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
+        arpeggiator.SyncToTime(&clock_);
+    }
+}
+
+NK::MIDI::MusicalClock CKivora::GetMusicalClock() const {
+    const CLockGuard guard(lock_);
+    return clock_;
+}
+
+void CKivora::AdvanceClock() {
+    const std::int64_t now = dependencies_.wallClockMs();
+    std::int64_t elapsed = now - clockStartMs_;
+    if (elapsed < 0) {
+        clockStartMs_ = now;
+        elapsed = 0;
+    }
+    if (elapsed > kLongestRunMs) {
+        RestartClock();
+        elapsed = 0;
+    }
+    SetClockPosition(clock_, elapsed);
+}
+
+void CKivora::OnTimer(std::uint32_t) {
+    bool lost = false;
+    {
+        const CLockGuard guard(lock_);
+        if (closed_) {
+            return;
+        }
+        AdvanceClock();
+        if (IsReady()) {
+            lost = LoseOutput();
+            sink_->WaitUntilEmpty(kPlayedOut);
+            for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
+                arpeggiator.Process(nullptr, 0, clock_, *sink_);
+            }
+        }
+    }
+    if (lost) {
+        emit OutputLost();
+    }
+}
+
+void CKivora::onMetronomeTimer() {
+    bool newBar = false;
+    bool newBeat = false;
+    {
+        const CLockGuard guard(lock_);
+        newBar = clock_.bar != lastBarSeen_;
+        newBeat = newBar || clock_.beat != lastBeatSeen_;
+        lastBarSeen_ = clock_.bar;
+        lastBeatSeen_ = clock_.beat;
+    }
+    if (newBar) {
+        emit Bar();
+    }
+    if (newBeat) {
+        emit Beat();
+    }
+}
+
+}  // namespace Kivora

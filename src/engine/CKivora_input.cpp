@@ -1,0 +1,100 @@
+// What arrives from the input port.
+#include "engine/CKivora.h"
+
+namespace Kivora {
+
+namespace {
+constexpr std::uint8_t kNoteOff = 0x80;
+constexpr std::uint8_t kNoteOn = 0x90;
+constexpr std::uint8_t kKeyPressure = 0xA0;
+constexpr std::uint8_t kController = 0xB0;
+
+/// Whether a message holds notes beyond their keys (MIDI 1.0, table III): what of these is written last decides what
+/// goes on sounding, and messages that wait together in the sink do not keep their order.
+bool IsPedal(NK::MIDI::TMIDIMessage message) {
+    constexpr std::uint8_t kSostenuto = 66;
+    constexpr std::uint8_t kHold2 = 69;
+    return message.status == kController &&
+           (message.data1 == HeldKeys::kSustainController || message.data1 == kSostenuto || message.data1 == kHold2);
+}
+}  // namespace
+
+bool CKivora::LockForInput() {
+    while (!lock_.TryLock()) {
+        const LibMidi::MIDIInPort* port = inputPort_.load();
+        if (port != nullptr && port->IsClosing()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
+    if (count < 1 || !LockForInput()) {
+        return;
+    }
+    for (std::int32_t i = 0; i < count; ++i) {
+        ProcessInput(events[i].ToMessage());
+    }
+    lock_.Unlock();
+}
+
+void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
+    inputKeys_.Follow(message);
+    switch (message.status) {
+        case kNoteOff:
+        case kNoteOn:
+        case kKeyPressure: {
+            const bool released = message.status == kNoteOn && message.data2 == 0;
+            SendVoiceNote(released ? kNoteOff : message.status, message.data1, message.data2,
+                          voices_.GetSlotOfNote(message.data1));
+            return;
+        }
+        default:
+            break;
+    }
+    if (IsReady()) {
+        if (IsPedal(message)) {
+            SettleOutput();
+        }
+        if (message.status < 0x80 || message.status > 0xEF) {
+            Send(message);
+        } else {
+            for (int slot = 0; slot < kSlotCount; ++slot) {
+                Send(OnSlot(slot, message.status, message.data1, message.data2));
+            }
+        }
+    }
+    Show(message);
+}
+
+void CKivora::OnMIDIDataLost(std::uint32_t lostCount) {
+    if (lostCount == 0 || !LockForInput()) {
+        return;
+    }
+    ReleaseInputKeys();
+    lock_.Unlock();
+    emit InputLost();
+}
+
+void CKivora::ReleaseInputKeys() {
+    const CLockGuard guard(lock_);
+    for (std::uint8_t note = 0; note < 128; ++note) {
+        if (inputKeys_.IsHeld(note)) {
+            SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
+        }
+    }
+    if (inputKeys_.IsPedalDown()) {
+        SettleOutput();
+        SetSustain(false);
+    }
+    inputKeys_.Clear();
+}
+
+std::uint32_t CKivora::GetInputLostCount() const {
+    const CLockGuard guard(lock_);
+    const LibMidi::MIDIInPort* port = inputPort_.load();
+    return port == nullptr ? 0 : port->GetLostCount();
+}
+
+}  // namespace Kivora

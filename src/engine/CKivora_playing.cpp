@@ -1,0 +1,139 @@
+// What a key press becomes on its way to the sink.
+#include "engine/CKivora.h"
+
+namespace Kivora {
+
+namespace {
+constexpr std::uint8_t kNoteOff = 0x80;
+constexpr std::uint8_t kNoteOn = 0x90;
+constexpr std::uint8_t kKeyPressure = 0xA0;
+constexpr std::uint8_t kController = 0xB0;
+constexpr std::uint8_t kSystemReset = 0xFF;
+constexpr std::uint8_t kAllNotesOff = 123;
+
+constexpr int kMainSlot = 0;
+constexpr int kLayerSlot = 1;
+}  // namespace
+
+NK::MIDI::TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) const {
+    return {status, static_cast<std::uint8_t>(voices_.GetChannel(slot) + 1), data1, data2};
+}
+
+void CKivora::PlayNoteOn(std::uint8_t note, std::uint8_t velocity) {
+    const CLockGuard guard(lock_);
+    SendVoiceNote(kNoteOn, note, velocity, voices_.GetSlotOfNote(note));
+}
+
+void CKivora::PlayNoteOff(std::uint8_t note) {
+    const CLockGuard guard(lock_);
+    SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
+}
+
+void CKivora::PlayAfterTouch(std::uint8_t note, std::uint8_t pressure) {
+    const CLockGuard guard(lock_);
+    SendVoiceNote(kKeyPressure, note, pressure, voices_.GetSlotOfNote(note));
+}
+
+void CKivora::PlayPcKey(std::uint8_t note, int level) {
+    const CLockGuard guard(lock_);
+    PlayNoteOn(note, level == 0 ? velocityLow_ : level == 2 ? velocityHigh_ : velocityNormal_);
+}
+
+void CKivora::SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {
+    Show(OnSlot(slot, status, note, velocity));
+    if (!IsReady()) {
+        return;
+    }
+    DeliverNote(status, note, velocity, slot);
+    if (slot == kMainSlot && voices_.dual) {
+        DeliverNote(status, note, velocity, kLayerSlot);
+    }
+}
+
+void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {
+    NK::MIDI::TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
+    NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_[slot == kMainSlot ? 0 : 1];
+    if (arpeggiating_ && !arpeggiator.IsBypassed()) {
+        arpeggiator.Process(&message, 1, clock_, *sink_);
+    }
+    if (message.status != 0) {
+        Send(message);
+    }
+}
+
+void CKivora::SendController(std::uint8_t controller, std::uint8_t value) {
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const NK::MIDI::TMIDIMessage message = OnSlot(slot, kController, controller, value);
+        Send(message);
+        Show(message);
+    }
+}
+
+void CKivora::SetSustain(bool on) {
+    const CLockGuard guard(lock_);
+    if (sink_) {
+        SendController(HeldKeys::kSustainController, on ? 127 : 0);
+    }
+}
+
+void CKivora::AllNotesOff() {
+    const CLockGuard guard(lock_);
+    if (!sink_) {
+        return;
+    }
+    ResetArpeggiators();
+    SendController(kAllNotesOff, 0);
+}
+
+void CKivora::ResetArpeggiators() {
+    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
+        arpeggiator.Reset();
+    }
+}
+
+void CKivora::ResetSynth() {
+    const CLockGuard guard(lock_);
+    if (!sink_) {
+        return;
+    }
+    ResetArpeggiators();
+    AllNotesOff();
+    StopRecording();
+    const NK::MIDI::TMIDIMessage reset{kSystemReset, 0, 0, 0};
+    Send(reset);
+    Show(reset);
+    emit SynthSet();
+    SleepAndPlayOut(100);
+    SendPatches();
+    SendVolumes();
+    SleepAndPlayOut(50);
+}
+
+void CKivora::SleepAndPlayOut(std::uint32_t milliseconds) {
+    dependencies_.sleeper.Sleep(milliseconds);
+    if (sink_) {
+        sink_->WaitUntilIdle(kPlayedOut);
+    }
+}
+
+void CKivora::EndTimedNotes() {
+    const CLockGuard guard(lock_);
+    if (sink_) {
+        sink_->Advance(UINT32_MAX);
+    }
+}
+
+bool CKivora::SettleOutput() {
+    const CLockGuard guard(lock_);
+    if (!sink_ || !player_ || !player_->IsRunning()) {
+        return sink_ == nullptr || sink_->WaitUntilEmpty(0);
+    }
+    for (int waitedMs = 0; waitedMs < kSettleLimitMs; ++waitedMs) {
+        if (sink_->WaitUntilEmpty(kPlayedOut)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace Kivora

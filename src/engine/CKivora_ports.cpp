@@ -1,0 +1,336 @@
+// Listing, opening and closing the ports.
+#include <exception>
+
+#include "engine/CKivora.h"
+#include "engine/PortSelection.h"
+#include "nk/nk_exception.h"
+
+namespace Kivora {
+
+namespace {
+/// The creators, such that `threw` tells afterwards whether one of them ended with an exception.
+std::vector<LibMidi::BackendCreator> Watch(const std::vector<LibMidi::BackendCreator>& backends,
+                                           const std::shared_ptr<bool>& threw) {
+    std::vector<LibMidi::BackendCreator> watched;
+    for (const LibMidi::BackendCreator& create : backends) {
+        watched.emplace_back([create, threw] {
+            try {
+                return create();
+            } catch (const NK::CException&) {
+                *threw = true;
+                throw;
+            }
+        });
+    }
+    return watched;
+}
+}  // namespace
+
+void CKivora::InitMidi() {
+    const CLockGuard guard(lock_);
+    ShutdownMidi();
+    const auto threw = std::make_shared<bool>(false);
+    factory_ = std::make_unique<LibMidi::PortFactory>(Watch(dependencies_.backends, threw));
+    if (!factory_->Refresh()) {
+        if (!*threw) {
+            factory_.reset();
+            Fail(tr("MIDI engine initalization failed (PortMIDI interface couldn't be created)."));
+        }
+        Fail(tr("MIDI engine initalization failed (error listing MIDI ports)."));
+    }
+    if (!factory_->HasPorts()) {
+        Fail(tr("No MIDI ports found."));
+    }
+    player_ = dependencies_.createPlayer ? dependencies_.createPlayer() : nullptr;
+    if (!player_) {
+        Fail(tr("MIDI engine initalization failed (error creating MIDI player)."));
+    }
+    player_->SetTimeSource(&timeSource_);
+    sink_ = player_->GetSink();
+    ListPortNames();
+}
+
+void CKivora::ListPortNames() {
+    inputNames_.Clear();
+    outputNames_.Clear();
+    const LibMidi::MIDIPortContainer* ports = factory_->GetPortList();
+    if (ports == nullptr) {
+        return;
+    }
+    for (LibMidi::MIDIPortIterator next(ports); next.HasNext();) {
+        const LibMidi::MIDIPort* port = next.Next();
+        if (port == nullptr) {
+            Fail(tr("MIDI engine initalization failed (NULL port address)."));
+        }
+        const std::uint32_t flags = port->GetFlags();
+        if ((flags & LibMidi::kUnavailableFlag) != 0) {
+            continue;
+        }
+        if ((flags & LibMidi::kInput) != 0) {
+            inputNames_.Push(port->GetName());
+        }
+        if ((flags & LibMidi::kOutput) != 0) {
+            outputNames_.Push(port->GetName());
+        }
+    }
+}
+
+void CKivora::ShutdownMidi() {
+    const CLockGuard guard(lock_);
+    StopRecording();
+    player_.reset();
+    sink_.reset();
+    CloseInputPort();
+    CloseOutputPort();
+    factory_.reset();
+    inputNames_.Clear();
+    outputNames_.Clear();
+}
+
+void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
+    const CLockGuard guard(lock_);
+    if (port == nullptr) {
+        Fail(tr("Attempt to set a NULL port as out."));
+    }
+    CloseOutputPort();
+    if (!player_ || port->Open() != LibMidi::kSuccess) {
+        Fail(tr("Failed to open output MIDI port."));
+    }
+    outputBinding_ = player_->AttachOutput(port);
+    outputPort_ = port;
+    outputPortName_ = port->GetName();
+    outputIndex_ = outputNames_.Find(outputPortName_);
+    if (!player_->IsRunning() && !player_->Start()) {
+        sink_->SetAccepting(false);
+        Fail(tr("Failed to start MIDI player."));
+    }
+    sink_->SetAccepting(true);
+    ResetSynth();
+    emit SynthSet();
+    SendPatches();
+}
+
+void CKivora::CloseOutputPort() {
+    const CLockGuard guard(lock_);
+    ResetSynth();
+    if (player_) {
+        player_->Stop();
+        if (outputBinding_ >= 0) {
+            player_->DetachOutput(outputBinding_);
+        }
+        if (player_->HasWriteFailed()) {
+            sink_->Clear();
+        }
+    }
+    if (outputPort_ != nullptr) {
+        outputPort_->Close();
+        outputPort_ = nullptr;
+    }
+    outputBinding_ = -1;
+    outputIndex_ = -1;
+    outputLost_ = false;
+}
+
+bool CKivora::LoseOutput() {
+    if (outputLost_ || !player_->HasWriteFailed()) {
+        return false;
+    }
+    outputLost_ = true;
+    sink_->SetAccepting(false);
+    sink_->Clear();
+    return true;
+}
+
+void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
+    const CLockGuard guard(lock_);
+    if (port != nullptr && port == inputPort_.load()) {
+        return;
+    }
+    CloseInputPort();
+    if (port == nullptr) {
+        Fail(tr("NULL input port."));
+    }
+    if (port->Open() != LibMidi::kSuccess) {
+        Fail(tr("Failed to open input MIDI port:") + ' ' +
+             QString::fromStdWString(std::wstring(port->GetName().View())));
+    }
+    inputKeys_.Clear();
+    inputPort_.store(port);
+    port->AddListener(this);
+    inputPortName_ = port->GetName();
+    inputIndex_ = inputNames_.Find(inputPortName_);
+}
+
+void CKivora::CloseInputPort() {
+    const CLockGuard guard(lock_);
+    if (LibMidi::MIDIInPort* port = inputPort_.load()) {
+        port->RemoveListener(this);
+        port->Close();
+        inputPort_.store(nullptr);
+    }
+    inputIndex_ = -1;
+}
+
+bool CKivora::SetOutputPortByName(const NK::CString& name) {
+    const CLockGuard guard(lock_);
+    const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
+    LibMidi::MIDIOutPort* port = ports == nullptr ? nullptr : ports->FindOutputByName(name);
+    if (port == nullptr) {
+        return false;
+    }
+    SetOutputPort(port);
+    return true;
+}
+
+bool CKivora::SetInputPortByName(const NK::CString& name) {
+    const CLockGuard guard(lock_);
+    const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
+    LibMidi::MIDIInPort* port = ports == nullptr ? nullptr : ports->FindInputByName(name);
+    if (port == nullptr) {
+        return false;
+    }
+    SetInputPort(port);
+    return true;
+}
+
+bool CKivora::SetOutputPortByIndex(int index) {
+    const CLockGuard guard(lock_);
+    return index >= 0 && index < static_cast<int>(outputNames_.GetSize()) &&
+           SetOutputPortByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]));
+}
+
+bool CKivora::SetInputPortByIndex(int index) {
+    const CLockGuard guard(lock_);
+    return index >= 0 && index < static_cast<int>(inputNames_.GetSize()) &&
+           SetInputPortByName(NK::CString(inputNames_[static_cast<std::uint32_t>(index)]));
+}
+
+int CKivora::FindDefaultOutputPort() const {
+    const CLockGuard guard(lock_);
+    const int index = FindByCandidates(
+        {L"Программный синтезатор звуковой", L"Программный синтезатор", L"Microsoft Synthesizer",
+         L"Microsoft synthesizer", L"Microsoft GS Wavetable Synth", L"Software synthesizer",
+         NK::CString(tr("Microsoft Synthesizer", "System software synthesizer name for the locale").toStdWString())},
+        outputNames_);
+    if (index >= 0) {
+        return index;
+    }
+    const LibMidi::MIDIOutPort* port = factory_ ? factory_->GetDefaultOutput() : nullptr;
+    return port == nullptr ? -1 : outputNames_.Find(port->GetName());
+}
+
+NK::CString CKivora::GetDefaultOutputPortName() const {
+    const CLockGuard guard(lock_);
+    const int index = FindDefaultOutputPort();
+    if (index < 0) {
+        Fail(tr("No default output MIDI port found."));
+    }
+    return outputNames_[static_cast<std::uint32_t>(index)];
+}
+
+void CKivora::OpenPorts() {
+    const CLockGuard guard(lock_);
+    const bool outputSaved = !outputPortName_.IsEmpty();
+    if (outputSaved) {
+        SetOutputPortByName(NK::CString(outputPortName_));
+    }
+    if (!inputPortName_.IsEmpty()) {
+        SetInputPortByName(NK::CString(inputPortName_));
+    } else if (factory_ && factory_->GetDefaultInput() != nullptr) {
+        SetInputPortByIndex(0);
+    }
+    if (!outputSaved) {
+        SetOutputPortByName(GetDefaultOutputPortName());
+    }
+}
+
+bool CKivora::RescanPorts() {
+    const CLockGuard guard(lock_);
+    if (!factory_ || IsRecording()) {
+        return false;
+    }
+    const bool outputStays = outputPort_ != nullptr && !player_->HasWriteFailed() && factory_->IsFixed(outputPort_);
+    const bool inputStays = inputPort_.load() != nullptr && factory_->IsFixed(inputPort_.load());
+    if (!inputStays) {
+        CloseInputPort();
+    }
+    if (!outputStays && outputPort_ != nullptr) {
+        CloseOutputPort();
+    }
+    const bool found = factory_->Rescan() && factory_->HasPorts();
+    ListPortNames();
+    std::exception_ptr failure;
+    const auto attempt = [&failure](auto open) {
+        try {
+            open();
+        } catch (const NK::CException&) {
+            failure = failure ? failure : std::current_exception();
+        }
+    };
+    if (outputStays) {
+        outputIndex_ = outputNames_.Find(outputPortName_);
+    } else if (!outputPortName_.IsEmpty()) {
+        attempt([this] { SetOutputPortByName(NK::CString(GetOutputPortName())); });
+    }
+    if (inputStays) {
+        inputIndex_ = inputNames_.Find(inputPortName_);
+    } else if (!inputPortName_.IsEmpty()) {
+        attempt([this] { SetInputPortByName(NK::CString(GetInputPortName())); });
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    return found;
+}
+
+NK::CStringArray CKivora::GetInputPortNames() const {
+    const CLockGuard guard(lock_);
+    return inputNames_;
+}
+
+NK::CStringArray CKivora::GetOutputPortNames() const {
+    const CLockGuard guard(lock_);
+    return outputNames_;
+}
+
+NK::CString CKivora::GetInputPortName() const {
+    const CLockGuard guard(lock_);
+    return inputPortName_;
+}
+
+NK::CString CKivora::GetOutputPortName() const {
+    const CLockGuard guard(lock_);
+    return outputPortName_;
+}
+
+void CKivora::SetSavedInputPortName(const NK::CString& name) {
+    const CLockGuard guard(lock_);
+    inputPortName_ = name;
+}
+
+void CKivora::SetSavedOutputPortName(const NK::CString& name) {
+    const CLockGuard guard(lock_);
+    outputPortName_ = name;
+}
+
+int CKivora::GetInputPortIndex() const {
+    const CLockGuard guard(lock_);
+    return inputIndex_;
+}
+
+int CKivora::GetOutputPortIndex() const {
+    const CLockGuard guard(lock_);
+    return outputIndex_;
+}
+
+bool CKivora::IsOutputReady() const {
+    const CLockGuard guard(lock_);
+    return IsReady();
+}
+
+bool CKivora::IsOutputLost() const {
+    const CLockGuard guard(lock_);
+    return outputLost_;
+}
+
+}  // namespace Kivora

@@ -1,0 +1,51 @@
+// The capture of what is played.
+#include "engine/CKivora.h"
+
+namespace Kivora {
+
+bool CKivora::StartRecording() {
+    const CLockGuard guard(lock_);
+    if (!sink_ || sink_->IsCapturing()) {
+        return false;
+    }
+    ResetSynth();
+    SleepAndPlayOut(100);
+    sink_->StartCapture();
+    SendPatches();
+    SendVolumes();
+    emit RecordingStateChanged();
+    return true;
+}
+
+bool CKivora::StopRecording() {
+    const CLockGuard guard(lock_);
+    if (!sink_ || !sink_->IsCapturing()) {
+        return false;
+    }
+    sink_->StopCapture();
+    SleepAndPlayOut(100);
+    emit RecordingStateChanged();
+    return true;
+}
+
+bool CKivora::IsRecording() const {
+    const CLockGuard guard(lock_);
+    return sink_ && sink_->IsCapturing();
+}
+
+int CKivora::GetRecordingTime() const {
+    const CLockGuard guard(lock_);
+    return sink_ ? static_cast<int>(sink_->GetCaptureTimeMs()) : 0;
+}
+
+int CKivora::GetIdleTime() const {
+    const CLockGuard guard(lock_);
+    return sink_ ? sink_->GetIdleTimeMs() : -1;
+}
+
+int CKivora::GetRecordedCount() const {
+    const CLockGuard guard(lock_);
+    return sink_ ? static_cast<int>(sink_->GetCapturedCount()) : 0;
+}
+
+}  // namespace Kivora

@@ -1,0 +1,207 @@
+// The settings of the voices and what they send.
+#include <algorithm>
+
+#include "engine/CKivora.h"
+#include "nk/nk_exception.h"
+
+namespace Kivora {
+
+namespace {
+constexpr std::uint8_t kController = 0xB0;
+constexpr std::uint8_t kProgramChange = 0xC0;
+constexpr std::uint8_t kChannelVolume = 7;
+constexpr int kVolumeStep = 3;
+
+std::uint8_t ClampVelocity(int velocity) {
+    return static_cast<std::uint8_t>(std::clamp(velocity, 1, 127));
+}
+
+template <class Settings>
+auto& OfSlot(Settings& settings, int slot) {
+    VoiceSlots::CheckSlot(slot);
+    return settings[static_cast<std::size_t>(slot)];
+}
+}  // namespace
+
+void CKivora::SetDual(bool on) {
+    const CLockGuard guard(lock_);
+    voices_.dual = on;
+    AllNotesOff();
+}
+
+void CKivora::SetSplit(bool on) {
+    const CLockGuard guard(lock_);
+    voices_.split = on;
+    AllNotesOff();
+}
+
+void CKivora::SetArpeggiating(bool on) {
+    const CLockGuard guard(lock_);
+    if (on == arpeggiating_) {
+        return;
+    }
+    arpeggiating_ = on;
+    AllNotesOff();
+    emit ArpeggiatingChanged();
+}
+
+void CKivora::SetPatch(int patch, int slot) {
+    const CLockGuard guard(lock_);
+    OfSlot(voices_.patch, slot) = patch;
+    SendPatches();
+}
+
+void CKivora::NextPatch(int slot) {
+    const CLockGuard guard(lock_);
+    SetPatch(VoiceSlots::GetNextPatch(OfSlot(voices_.patch, slot)), slot);
+}
+
+void CKivora::PrevPatch(int slot) {
+    const CLockGuard guard(lock_);
+    SetPatch(VoiceSlots::GetPreviousPatch(OfSlot(voices_.patch, slot)), slot);
+}
+
+void CKivora::VolumeUp(int slot) {
+    const CLockGuard guard(lock_);
+    voices_.StepVolume(slot, kVolumeStep);
+    SendVolume(slot);
+    emit VoiceSettingsChanged();
+}
+
+void CKivora::VolumeDown(int slot) {
+    const CLockGuard guard(lock_);
+    voices_.StepVolume(slot, -kVolumeStep);
+    SendVolume(slot);
+    emit VoiceSettingsChanged();
+}
+
+void CKivora::TransposeUp(int slot) {
+    const CLockGuard guard(lock_);
+    VoiceSlots::CheckSlot(slot);
+    AllNotesOff();
+    voices_.StepTranspose(slot, 1);
+    emit VoiceSettingsChanged();
+}
+
+void CKivora::TransposeDown(int slot) {
+    const CLockGuard guard(lock_);
+    VoiceSlots::CheckSlot(slot);
+    AllNotesOff();
+    voices_.StepTranspose(slot, -1);
+    emit VoiceSettingsChanged();
+}
+
+void CKivora::SetVelocityLow(int velocity) {
+    const CLockGuard guard(lock_);
+    velocityLow_ = ClampVelocity(velocity);
+}
+
+void CKivora::SetVelocityNormal(int velocity) {
+    const CLockGuard guard(lock_);
+    velocityNormal_ = ClampVelocity(velocity);
+}
+
+void CKivora::SetVelocityHigh(int velocity) {
+    const CLockGuard guard(lock_);
+    velocityHigh_ = ClampVelocity(velocity);
+}
+
+void CKivora::SendPatch(int slot) {
+    const int patch = OfSlot(voices_.patch, slot);
+    const NK::MIDI::TMIDIMessage message =
+        OnSlot(slot, kProgramChange, patch < 0 ? std::uint8_t{0} : static_cast<std::uint8_t>(patch & 0x7F), 0);
+    Send(message);
+    Show(message);
+}
+
+void CKivora::SendPatches() {
+    const CLockGuard guard(lock_);
+    if (!sink_) {
+        return;
+    }
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        SendPatch(slot);
+    }
+    emit PatchChanged();
+}
+
+void CKivora::SendVolume(int slot) {
+    if (!IsReady()) {
+        return;
+    }
+    const NK::MIDI::TMIDIMessage message =
+        OnSlot(slot, kController, kChannelVolume, static_cast<std::uint8_t>(OfSlot(voices_.volume, slot)));
+    Send(message);
+    Show(message);
+}
+
+void CKivora::SendVolumes() {
+    const CLockGuard guard(lock_);
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        SendVolume(slot);
+    }
+}
+
+int CKivora::GetPatch(int slot) const {
+    const CLockGuard guard(lock_);
+    return OfSlot(voices_.patch, slot);
+}
+
+int CKivora::GetTranspose(int slot) const {
+    const CLockGuard guard(lock_);
+    return OfSlot(voices_.transpose, slot);
+}
+
+int CKivora::GetVelocityPercent(int slot) const {
+    const CLockGuard guard(lock_);
+    return OfSlot(voices_.velocityPercent, slot);
+}
+
+int CKivora::GetVolume(int slot) const {
+    const CLockGuard guard(lock_);
+    return OfSlot(voices_.volume, slot);
+}
+
+int CKivora::VoiceChannel(int slot) const {
+    const CLockGuard guard(lock_);
+    return voices_.GetChannel(slot);
+}
+
+bool CKivora::IsDual() const {
+    const CLockGuard guard(lock_);
+    return voices_.dual;
+}
+
+bool CKivora::IsSplit() const {
+    const CLockGuard guard(lock_);
+    return voices_.split;
+}
+
+bool CKivora::IsArpeggiating() const {
+    const CLockGuard guard(lock_);
+    return arpeggiating_;
+}
+
+std::uint8_t CKivora::GetVelocityLow() const {
+    const CLockGuard guard(lock_);
+    return velocityLow_;
+}
+
+std::uint8_t CKivora::GetVelocityNormal() const {
+    const CLockGuard guard(lock_);
+    return velocityNormal_;
+}
+
+std::uint8_t CKivora::GetVelocityHigh() const {
+    const CLockGuard guard(lock_);
+    return velocityHigh_;
+}
+
+NK::MIDI::CArpeggiator1& CKivora::ArpeggiatorAt(int index) {
+    if (index < 0 || index >= kArpeggiatorCount) {
+        throw NK::CBadIndexException();
+    }
+    return arpeggiators_[static_cast<std::size_t>(index)];
+}
+
+}  // namespace Kivora
