@@ -78,6 +78,20 @@ bool PortFactory::HasPorts() const {
     return view_ != nullptr && view_->GetCount() != 0;
 }
 
+bool PortFactory::IsFixed(const MIDIPort* port) const {
+    return port != nullptr && std::any_of(sets_.begin(), sets_.end(), [port](const auto& set) {
+        if (set == nullptr || !set->IsFixed()) {
+            return false;
+        }
+        for (MIDIPortIterator iterator(&set->GetPorts()); iterator.HasNext();) {
+            if (iterator.Next() == port) {
+                return true;
+            }
+        }
+        return false;
+    });
+}
+
 MIDIInPort* PortFactory::GetDefaultInput() const {
     for (const auto& set : sets_) {
         if (MIDIInPort* port = set != nullptr ? set->GetDefaultInput() : nullptr) {

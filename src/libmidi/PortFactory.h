@@ -44,6 +44,8 @@ public:
     /// the next Refresh(), Rescan() or Clear().
     const MIDIPortContainer* GetPortList() const;
     bool HasPorts() const;
+    /// Whether `port` belongs to a fixed set, so that it lives on through Rescan(). Null belongs to none.
+    bool IsFixed(const MIDIPort* port) const;
     /// The first backend's that has one, else null.
     MIDIInPort* GetDefaultInput() const;
     MIDIOutPort* GetDefaultOutput() const;
