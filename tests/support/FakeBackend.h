@@ -1,0 +1,238 @@
+// A MIDI backend without devices: its ports do what the test says and remember what was written.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "libmidi/MIDIInPortImpl.h"
+#include "libmidi/MIDIOutPortImpl.h"
+#include "libmidi/PortFactory.h"
+#include "nk/nk_exception.h"
+#include "nk/nk_sleep.h"
+
+namespace KivoraTest {
+
+/// A message as text: its bytes in hexadecimal, such as "90 3c 64"; only as many as it has on the wire.
+inline std::string ToText(const LibMidi::MIDIEvent& event) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    const std::uint8_t bytes[] = {event.status, event.data1, event.data2};
+    std::string text;
+    for (int i = 0; i < NK::MIDI::TMIDIMessage::GetLength(event.status); ++i) {
+        text += i == 0 ? "" : " ";
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 15];
+    }
+    return text;
+}
+
+/// What one device can do, and what has been written to it; lives longer than the ports that are made for it. [any]
+class FakeDevice {
+public:
+    FakeDevice(std::wstring deviceName, std::uint32_t portFlags) : name(std::move(deviceName)), flags(portFlags) {}
+
+    bool Write(const LibMidi::MIDIEvent& event) {
+        const std::lock_guard guard(mutex_);
+        if (failsToWrite) {
+            return false;
+        }
+        written_.push_back(event);
+        if (onWrite) {
+            onWrite(event);
+        }
+        return true;
+    }
+    /// What has been written since the last call.
+    std::vector<std::string> TakeWritten() {
+        const std::lock_guard guard(mutex_);
+        std::vector<std::string> texts;
+        for (const LibMidi::MIDIEvent& event : written_) {
+            texts.push_back(ToText(event));
+        }
+        written_.clear();
+        return texts;
+    }
+
+    const std::wstring name;
+    const std::uint32_t flags;
+    bool failsToOpen = false;
+    bool failsToWrite = false;
+    /// Called with each message written, on the writing thread.
+    std::function<void(const LibMidi::MIDIEvent&)> onWrite;
+    int openCount = 0;
+    bool isOpen = false;
+
+private:
+    std::mutex mutex_;
+    std::vector<LibMidi::MIDIEvent> written_;
+};
+
+using FakeLog = std::function<void(const std::string&)>;
+
+class FakeOutPort : public LibMidi::MIDIOutPortImpl {
+public:
+    FakeOutPort(int number, FakeDevice& device, FakeLog log)
+        : MIDIPortImpl(number, device.name, device.flags), device_(device), log_(std::move(log)) {}
+    ~FakeOutPort() override { Close(); }
+
+protected:
+    bool OpenDevice() override {
+        if (device_.failsToOpen) {
+            return false;
+        }
+        log_("output opened");
+        ++device_.openCount;
+        device_.isOpen = true;
+        return true;
+    }
+    void CloseDevice() override {
+        log_("output closed");
+        device_.isOpen = false;
+    }
+    bool WriteEvent(const LibMidi::MIDIEvent& event) override { return device_.Write(event); }
+
+private:
+    FakeDevice& device_;
+    FakeLog log_;
+};
+
+class FakeInPort : public LibMidi::MIDIInPortImpl {
+public:
+    FakeInPort(int number, FakeDevice& device, FakeLog log)
+        : MIDIPortImpl(number, device.name, device.flags),
+          MIDIInPortImpl(NK::SystemSleeper()),
+          device_(device),
+          log_(std::move(log)) {}
+    ~FakeInPort() override { Close(); }
+
+    /// Tells the listeners on the calling thread, which plays the part of the port's own.
+    void Deliver(std::vector<LibMidi::MIDIEvent> events) {
+        NotifyData(events.data(), static_cast<std::int32_t>(events.size()));
+    }
+    void Deliver(std::uint8_t status, std::uint8_t data1, std::uint8_t data2 = 0) {
+        Deliver({LibMidi::MIDIEvent(0, status, data1, data2)});
+    }
+    void Lose(std::uint32_t count) {
+        SetLostCount(GetLostCount() + count);
+        NotifyDataLost(count);
+    }
+    using MIDIInPortImpl::SetClosing;
+
+    /// Called when the port is about to be closed.
+    std::function<void()> onClosing;
+
+protected:
+    bool OpenDevice() override {
+        if (device_.failsToOpen) {
+            return false;
+        }
+        log_("input opened");
+        ++device_.openCount;
+        device_.isOpen = true;
+        return true;
+    }
+    void OnClosing() override {
+        if (onClosing) {
+            onClosing();
+        }
+    }
+    void CloseDevice() override {
+        log_("input closed");
+        device_.isOpen = false;
+    }
+
+private:
+    FakeDevice& device_;
+    FakeLog log_;
+};
+
+/// Makes a port for each device that is plugged in whenever the port factory asks.
+class FakeBackend {
+public:
+    enum class Creation { kWorks, kNone, kThrows };
+
+    FakeDevice& Plug(const std::wstring& name, std::uint32_t flags) {
+        devices.push_back(std::make_shared<FakeDevice>(name, flags));
+        return *devices.back();
+    }
+    void Unplug(const std::wstring& name) {
+        std::erase_if(devices, [&](const auto& device) { return device->name == name; });
+    }
+
+    LibMidi::BackendCreator GetCreator() {
+        return [this]() -> std::unique_ptr<LibMidi::MIDIPortsImpl> {
+            if (creation == Creation::kThrows) {
+                throw NK::CException(L"no devices");
+            }
+            return creation == Creation::kNone ? nullptr : std::make_unique<Ports>(*this);
+        };
+    }
+
+    /// The live port of that name, or null.
+    FakeOutPort* GetOut(const std::wstring& name) { return Find(outs_, name); }
+    FakeInPort* GetIn(const std::wstring& name) { return Find(ins_, name); }
+
+    std::vector<std::shared_ptr<FakeDevice>> devices;  ///< a null entry makes a null port
+    Creation creation = Creation::kWorks;
+    bool fixed = false;
+    std::wstring defaultInput;  ///< empty for none
+    std::wstring defaultOutput;
+    int created = 0;
+    FakeLog log = [](const std::string&) {};
+
+private:
+    class Ports : public LibMidi::MIDIPortsImpl {
+    public:
+        explicit Ports(FakeBackend& backend) : backend_(backend), devices_(backend.devices) {
+            ++backend_.created;
+            int number = 0;
+            for (const auto& device : devices_) {
+                if (device == nullptr) {
+                    ports_.Append(nullptr);
+                } else if ((device->flags & LibMidi::kInput) != 0) {
+                    auto port = std::make_unique<FakeInPort>(number++, *device, backend_.log);
+                    backend_.ins_[device->name] = port.get();
+                    ports_.Append(std::move(port));
+                } else {
+                    auto port = std::make_unique<FakeOutPort>(number++, *device, backend_.log);
+                    backend_.outs_[device->name] = port.get();
+                    ports_.Append(std::move(port));
+                }
+            }
+        }
+        ~Ports() override {
+            backend_.ins_.clear();
+            backend_.outs_.clear();
+            backend_.log("ports destroyed");
+        }
+
+        const LibMidi::MIDIPortContainer& GetPorts() const override { return ports_; }
+        LibMidi::MIDIInPort* GetDefaultInput() const override { return ports_.FindInputByName(backend_.defaultInput); }
+        LibMidi::MIDIOutPort* GetDefaultOutput() const override {
+            return ports_.FindOutputByName(backend_.defaultOutput);
+        }
+        bool IsFixed() const override { return backend_.fixed; }
+
+    private:
+        FakeBackend& backend_;
+        std::vector<std::shared_ptr<FakeDevice>> devices_;
+        LibMidi::MIDIPortContainerImpl ports_;
+    };
+
+    template <class Port>
+    static Port* Find(const std::map<std::wstring, Port*>& ports, const std::wstring& name) {
+        const auto found = ports.find(name);
+        return found == ports.end() ? nullptr : found->second;
+    }
+
+    std::map<std::wstring, FakeOutPort*> outs_;
+    std::map<std::wstring, FakeInPort*> ins_;
+};
+
+}  // namespace KivoraTest
