@@ -78,7 +78,9 @@ using FakeLog = std::function<void(const std::string&)>;
 class FakeOutPort : public LibMidi::MIDIOutPortImpl {
 public:
     FakeOutPort(int number, FakeDevice& device, FakeLog log)
-        : MIDIPortImpl(number, device.name, device.flags), device_(device), log_(std::move(log)) {}
+        : MIDIPortImpl(number, NK::CString(std::wstring_view(device.name)), device.flags),
+          device_(device),
+          log_(std::move(log)) {}
     ~FakeOutPort() override { Close(); }
 
 protected:
@@ -105,7 +107,7 @@ private:
 class FakeInPort : public LibMidi::MIDIInPortImpl {
 public:
     FakeInPort(int number, FakeDevice& device, FakeLog log)
-        : MIDIPortImpl(number, device.name, device.flags),
+        : MIDIPortImpl(number, NK::CString(std::wstring_view(device.name)), device.flags),
           MIDIInPortImpl(NK::SystemSleeper()),
           device_(device),
           log_(std::move(log)) {}
@@ -213,9 +215,11 @@ private:
         }
 
         const LibMidi::MIDIPortContainer& GetPorts() const override { return ports_; }
-        LibMidi::MIDIInPort* GetDefaultInput() const override { return ports_.FindInputByName(backend_.defaultInput); }
+        LibMidi::MIDIInPort* GetDefaultInput() const override {
+            return ports_.FindInputByName(backend_.defaultInput.c_str());
+        }
         LibMidi::MIDIOutPort* GetDefaultOutput() const override {
-            return ports_.FindOutputByName(backend_.defaultOutput);
+            return ports_.FindOutputByName(backend_.defaultOutput.c_str());
         }
         bool IsFixed() const override { return backend_.fixed; }
 

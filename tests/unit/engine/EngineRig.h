@@ -14,10 +14,10 @@
 
 namespace KivoraTest {
 
-inline const std::wstring kSynth = L"Software synthesizer";
-inline const std::wstring kOtherSynth = L"Other synthesizer";
-inline const std::wstring kKeyboard = L"Keyboard";
-inline const std::wstring kOtherKeyboard = L"Other keyboard";
+inline constexpr const wchar_t* kSynth = L"Software synthesizer";
+inline constexpr const wchar_t* kOtherSynth = L"Other synthesizer";
+inline constexpr const wchar_t* kKeyboard = L"Keyboard";
+inline constexpr const wchar_t* kOtherKeyboard = L"Other keyboard";
 
 /// By default two outputs and two inputs, none of them open. Whoever sleeps lets the player run a round.
 class EngineRig {

@@ -14,10 +14,10 @@ class Playing : public testing::Test {
 protected:
     EngineRig rig;
     Kivora::CKivora& engine = rig.CreateOpen();
-    SignalLog signals{engine};
+    SignalLog signalLog{engine};
 
     std::vector<std::string> Written() { return rig.TakeWritten(); }
-    std::vector<std::string> Shown() { return signals.TakeMessages(); }
+    std::vector<std::string> Shown() { return signalLog.TakeMessages(); }
     void SetVolume(int slot, int volume) {
         while (engine.GetVolume(slot) > volume) {
             engine.VolumeDown(slot);
@@ -39,7 +39,7 @@ protected:
     void Forget() {
         Written();
         Shown();
-        signals.Take();
+        signalLog.Take();
     }
 };
 }  // namespace
@@ -165,7 +165,7 @@ TEST_F(Playing, VelocityLevelsAreKeptIn1To127WithoutASignal) {
     EXPECT_EQ(engine.GetVelocityLow(), 1);
     EXPECT_EQ(engine.GetVelocityNormal(), 64);
     EXPECT_EQ(engine.GetVelocityHigh(), 127);
-    EXPECT_THAT(signals.Take(), IsEmpty());
+    EXPECT_THAT(signalLog.Take(), IsEmpty());
 }
 
 TEST_F(Playing, TheSustainPedalGoesToAllThreeChannelsWhateverTheMode) {
@@ -188,6 +188,7 @@ TEST_F(Playing, AllNotesOffForgetsWhatTheArpeggiatorsHold) {
     engine.SetArpeggiating(true);
     engine.PlayNoteOn(60, 100);
     engine.AllNotesOff();
+    engine.EndTimedNotes();
     Forget();
     rig.Run(1000);
     EXPECT_THAT(Written(), IsEmpty());
@@ -205,7 +206,7 @@ TEST_F(Playing, TransposeUpAt120StaysAndStillSendsAllNotesOff) {
     engine.TransposeUp(0);
     EXPECT_EQ(engine.GetTranspose(0), 120);
     EXPECT_THAT(Shown(), ElementsAre("b0 7b 00", "b1 7b 00", "b2 7b 00"));
-    EXPECT_THAT(signals.Take(), ElementsAre("VoiceSettingsChanged"));
+    EXPECT_THAT(signalLog.Take(), ElementsAre("VoiceSettingsChanged"));
 }
 
 TEST_F(Playing, PrevPatchFrom0GivesPercussionAndFromThere127) {
@@ -224,7 +225,7 @@ TEST_F(Playing, APatchIsStoredAsGivenAndGoesOutIn7Bits) {
     engine.SetPatch(200, 0);
     EXPECT_EQ(engine.GetPatch(0), 200);
     EXPECT_THAT(Shown(), ElementsAre("c0 48", "c1 28", "c2 20"));
-    EXPECT_THAT(signals.Take(), ElementsAre("PatchChanged"));
+    EXPECT_THAT(signalLog.Take(), ElementsAre("PatchChanged"));
 }
 
 TEST_F(Playing, VolumeStepsBy3WithinItsRangeAndSendsTheSlotsVolume) {
@@ -232,7 +233,7 @@ TEST_F(Playing, VolumeStepsBy3WithinItsRangeAndSendsTheSlotsVolume) {
     EXPECT_EQ(engine.GetVolume(1), 103);
     EXPECT_THAT(Shown(), ElementsAre("b1 07 67"));
     EXPECT_THAT(Written(), ElementsAre("b1 07 67"));
-    EXPECT_THAT(signals.Take(), ElementsAre("VoiceSettingsChanged"));
+    EXPECT_THAT(signalLog.Take(), ElementsAre("VoiceSettingsChanged"));
     for (int i = 0; i < 20; ++i) {
         engine.VolumeUp(1);
     }
@@ -257,14 +258,15 @@ TEST_F(Playing, SendVolumesNeedsAnOutput) {
 TEST_F(Playing, SetArpeggiatingDoesNothingWhenTheValueStays) {
     engine.SetArpeggiating(false);
     EXPECT_THAT(Shown(), IsEmpty());
-    EXPECT_THAT(signals.Take(), IsEmpty());
+    EXPECT_THAT(signalLog.Take(), IsEmpty());
     engine.SetArpeggiating(true);
     EXPECT_THAT(Shown(), ElementsAre("b0 7b 00", "b1 7b 00", "b2 7b 00"));
-    EXPECT_THAT(signals.Take(), ElementsAre("ArpeggiatingChanged"));
+    EXPECT_THAT(signalLog.Take(), ElementsAre("ArpeggiatingChanged"));
 }
 
 TEST_F(Playing, AnArpeggiatorTakesItsVoicesNotesOver) {
     engine.SetArpeggiating(true);
+    rig.Run(1);
     Forget();
     engine.PlayNoteOn(60, 100);
     EXPECT_THAT(Shown(), ElementsAre("90 3c 64"));
@@ -277,6 +279,7 @@ TEST_F(Playing, ABypassedArpeggiatorLetsItsVoicesNotesThrough) {
     engine.SetArpeggiating(true);
     engine.SetDual(true);
     engine.WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    rig.Run(1);
     Forget();
     engine.PlayNoteOn(60, 100);
     EXPECT_THAT(Written(), ElementsAre("90 3c 64"));
@@ -286,6 +289,7 @@ TEST_F(Playing, Slots1And2ShareArpeggiator1) {
     engine.SetArpeggiating(true);
     engine.SetSplit(true);
     engine.WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    rig.Run(1);
     Forget();
     engine.PlayNoteOn(50, 100);
     EXPECT_THAT(Written(), IsEmpty());
@@ -325,11 +329,11 @@ TEST_F(Playing, AHeldChordIsPlayedOnTheGridOfTheClock) {
 }
 
 TEST_F(Playing, ResetSynthSilencesResetsAndSendsPatchesAndVolumesWithItsWaits) {
-    signals.withMessages = true;
+    signalLog.withMessages = true;
     const std::uint64_t before = rig.time.GetSleptMs();
     engine.ResetSynth();
-    EXPECT_THAT(signals.Take(), ElementsAre("b0 7b 00", "b1 7b 00", "b2 7b 00", "ff", "SynthSet", "c0 00", "c1 28",
-                                            "c2 20", "PatchChanged", "b0 07 64", "b1 07 64", "b2 07 64"));
+    EXPECT_THAT(signalLog.Take(), ElementsAre("b0 7b 00", "b1 7b 00", "b2 7b 00", "ff", "SynthSet", "c0 00", "c1 28",
+                                              "c2 20", "PatchChanged", "b0 07 64", "b1 07 64", "b2 07 64"));
     EXPECT_EQ(rig.time.GetSleptMs() - before, 150U);
 }
 
