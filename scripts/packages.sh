@@ -4,7 +4,7 @@
 # Building and playing.
 export KIVORA_RUN_PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n qt6-wayland libgl-dev
+    qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n qt6-wayland
     libportmidi-dev libfluidsynth-dev timgm6mb-soundfont
     libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libdbus-1-dev
     librsvg2-bin fonts-inter fonts-play fonts-liberation
@@ -16,7 +16,7 @@ export KIVORA_DISPLAY_PACKAGES=(xvfb)
 # Testing, on top of both lists above.
 export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev
-    xdotool x11-xkb-utils x11-utils xkb-data dbus alsa-utils
+    xdotool x11-xkb-utils dbus alsa-utils
     pulseaudio pulseaudio-utils
 )
 
