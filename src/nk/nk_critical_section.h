@@ -52,4 +52,13 @@ using ::CLockGuard;
 /// The one framework-wide lock.
 void GlobalLock();
 void GlobalUnlock();
+
+/// Holds the framework-wide lock for a scope.
+class CGlobalLockGuard {
+public:
+    CGlobalLockGuard() { GlobalLock(); }
+    ~CGlobalLockGuard() { GlobalUnlock(); }
+    CGlobalLockGuard(const CGlobalLockGuard&) = delete;
+    CGlobalLockGuard& operator=(const CGlobalLockGuard&) = delete;
+};
 }  // namespace NK

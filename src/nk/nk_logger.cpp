@@ -12,15 +12,6 @@
 namespace NK {
 namespace {
 
-/// Holds the framework-wide lock for a scope.
-class CGlobalLockScope {
-public:
-    CGlobalLockScope() { GlobalLock(); }
-    ~CGlobalLockScope() { GlobalUnlock(); }
-    CGlobalLockScope(const CGlobalLockScope&) = delete;
-    CGlobalLockScope& operator=(const CGlobalLockScope&) = delete;
-};
-
 // Read and written with the framework-wide lock held.
 CLogger* currentLogger = nullptr;
 
@@ -92,25 +83,25 @@ void CConsoleLogger::Output(const CString& timestamp, const CString& message) {
 }
 
 void SetCurrentLogger(CLogger* logger) {
-    const CGlobalLockScope scope;
+    const CGlobalLockGuard guard;
     currentLogger = logger;
 }
 
 void ResetCurrentLogger(CLogger* logger) {
-    const CGlobalLockScope scope;
+    const CGlobalLockGuard guard;
     if (currentLogger == logger) {
         currentLogger = nullptr;
     }
 }
 
 CLogger& GetCurrentLogger() {
-    const CGlobalLockScope scope;
+    const CGlobalLockGuard guard;
     return currentLogger != nullptr ? *currentLogger : DefaultLogger();
 }
 
 void Log(const CString& message) {
     // Held while the line is written, so that nobody can take the logger away from under it.
-    const CGlobalLockScope scope;
+    const CGlobalLockGuard guard;
     GetCurrentLogger().Write(message);
 }
 

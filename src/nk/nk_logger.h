@@ -29,20 +29,20 @@ public:
 
 protected:
     /// Writes one line; called with the logger's lock held.
-    virtual void Output(const CString& timestamp, const CString& message) = 0;
+    virtual void Output(const CString& timestamp, const CString& message) NK_REQUIRES(lock_) = 0;
     /// The time that the next line is stamped with: seconds since 1970-01-01 UTC.
     virtual std::int64_t GetNow() const;
 
     mutable CCriticalSection lock_{1, 100, 100};
 
 private:
-    bool shortTimestamp_ = false;
+    bool shortTimestamp_ NK_GUARDED_BY(lock_) = false;
 };
 
 /// Prints "%s %s\n" (time stamp, message) as UTF-8 on the standard output.
 class CConsoleLogger : public CLogger {
 protected:
-    void Output(const CString& timestamp, const CString& message) override;
+    void Output(const CString& timestamp, const CString& message) override NK_REQUIRES(lock_);
 };
 
 /// [any] These wait for a line that another thread is writing with Log(): once they return, a logger that they replaced

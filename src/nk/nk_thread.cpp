@@ -67,8 +67,8 @@ void CThread::ThreadProcedure(void* object) {
         self->handle_.reset();
         if (self->deleteOnExit_ && !self->destroying_) {
             self->stopping_ = true;
-            self->deletionDue_ = true;
             deleteNow = self->waiters_ == 0;
+            self->deletionDue_ = !deleteNow;
         }
         self->running_ = false;
     }
@@ -207,6 +207,7 @@ void CThread::Leave() {
         if (!deletionDue_ || waiters_ > 0) {
             return;
         }
+        deletionDue_ = false;
         destroying_ = true;
     }
     delete this;
