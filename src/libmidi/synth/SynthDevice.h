@@ -1,0 +1,67 @@
+// One FluidSynth synthesizer with its sound font and its audio driver.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "libmidi/MIDIEvent.h"
+#include "libmidi/synth/PeakLimiter.h"
+#include "libmidi/synth/SynthApi.h"
+#include "nk/nk_string.h"
+
+namespace LibMidi {
+
+/// What a synthesizer plays and where. Text is in the system's 8-bit form.
+struct SynthDeviceConfig {
+    std::string soundFont;    ///< path
+    std::string audioDriver;  ///< FluidSynth's name
+    std::string audioFile;    ///< path, for the driver "file" only
+    std::uint32_t latencyFrames = 0;
+    double gain = 0;
+    bool reverb = true;
+    bool chorus = true;
+};
+
+/// Owns the FluidSynth objects. Samples are loaded when a program first needs them. Send() may be called from any one
+/// thread at a time while the audio driver runs; everything else from one thread. No operation throws, except where a
+/// line says so.
+class SynthDevice {
+public:
+    static constexpr double kSampleRate = 48000.0;
+
+    /// Throws CMIDIException when FluidSynth cannot make a synthesizer. No font is loaded and no driver runs.
+    explicit SynthDevice(SynthApi& api);
+    /// Silences and frees everything.
+    ~SynthDevice();
+    SynthDevice(const SynthDevice&) = delete;
+    SynthDevice& operator=(const SynthDevice&) = delete;
+
+    /// Sets gain, reverb and chorus.
+    void SetSound(const SynthDeviceConfig& config);
+    /// Starts the audio driver in place of the one that runs. False, `reason` in words, when it does not start: then
+    /// none runs.
+    bool StartDriver(const SynthDeviceConfig& config, NK::CString& reason);
+    /// Loads the font in place of the present one; the channels keep their programs. False, `reason` in words, when it
+    /// cannot be loaded: then the present one stays.
+    bool LoadFont(const std::string& path, NK::CString& reason);
+    void Send(const MIDIEvent& event);
+    /// Overwrites both sides with the next frames of sound, limited. Only where no audio driver runs.
+    void Render(float* left, float* right, int frames) noexcept;
+
+    /// The audio drivers that the installed FluidSynth has.
+    static std::vector<std::string> ListDrivers(SynthApi& api);
+
+private:
+    static int OnAudio(void* self, int frames, int effectCount, float* effects[], int outCount, float* out[]);
+    void StopDriver();
+
+    SynthApi& api_;
+    fluid_settings_t* settings_ = nullptr;
+    fluid_synth_t* synth_ = nullptr;
+    fluid_audio_driver_t* driver_ = nullptr;
+    int font_ = FLUID_FAILED;
+    PeakLimiter limiter_{static_cast<float>(kSampleRate)};
+};
+
+}  // namespace LibMidi

@@ -1,0 +1,28 @@
+// The port set of the built-in synthesizer.
+#pragma once
+
+#include <memory>
+
+#include "libmidi/PortFactory.h"
+#include "libmidi/synth/Synthesizer.h"
+
+namespace LibMidi {
+
+/// One output port where a sound font is found, else no port.
+class SynthImpl : public MIDIPortsImpl {
+public:
+    explicit SynthImpl(const std::shared_ptr<Synthesizer>& synthesizer);
+
+    const MIDIPortContainer& GetPorts() const override { return ports_; }
+    MIDIInPort* GetDefaultInput() const override { return nullptr; }
+    MIDIOutPort* GetDefaultOutput() const override { return ports_.FindFirstOutput(true); }
+    bool IsFixed() const override { return true; }
+
+private:
+    MIDIPortContainerImpl ports_;
+};
+
+/// For the port factory. The synthesizer is shared with whoever shows its settings.
+BackendCreator MakeSynthBackend(std::shared_ptr<Synthesizer> synthesizer);
+
+}  // namespace LibMidi

@@ -1,0 +1,256 @@
+#include "libmidi/synth/Synthesizer.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "libmidi/synth/SoundFontFile.h"
+#include "libmidi/synth/SynthApi.h"
+#include "libmidi/synth/SynthSession.h"
+#include "nk/nk_logger.h"
+#include "nk/nk_translate.h"
+
+namespace LibMidi {
+
+namespace {
+
+constexpr const char* kContext = "Synthesizer";
+constexpr const char* kDriverOrder[] = {"pipewire", "jack", "pulseaudio", "alsa"};
+constexpr std::uint32_t kBlockFrames = 64;
+
+bool Contains(const std::vector<std::string>& list, const std::string& value) {
+    return std::find(list.begin(), list.end(), value) != list.end();
+}
+
+SynthSettings Clamped(SynthSettings settings) {
+    settings.latencyFrames =
+        std::clamp(settings.latencyFrames, SynthSettings::kMinLatencyFrames, SynthSettings::kMaxLatencyFrames) /
+        kBlockFrames * kBlockFrames;
+    // Written so that a gain that is no number becomes 0.
+    settings.gain = settings.gain > 0.0 ? std::min(settings.gain, SynthSettings::kMaxGain) : 0.0;
+    return settings;
+}
+
+SynthEnvironment PreparedEnvironment() {
+    PrepareAudioEnvironment();
+    return SynthEnvironment::FromProcess();
+}
+
+}  // namespace
+
+Synthesizer::Synthesizer() : Synthesizer(SystemSynthApi(), PreparedEnvironment(), Limits()) {
+}
+
+Synthesizer::Synthesizer(SynthApi& api, SynthEnvironment environment, Limits limits)
+    : api_(api),
+      environment_(std::move(environment)),
+      limits_(limits),
+      installedDrivers_(SynthDevice::ListDrivers(api)) {
+}
+
+Synthesizer::~Synthesizer() {
+    EndSession(testSession_);
+    Close();
+}
+
+bool Synthesizer::Open() {
+    if (session_ != nullptr) {
+        return true;
+    }
+    EndSession(testSession_);
+    NK::CString reason;
+    session_ = StartSession(reason);
+    SetLastError(reason);
+    return session_ != nullptr;
+}
+
+void Synthesizer::Close() {
+    EndSession(session_);
+    activeDriver_.clear();
+}
+
+bool Synthesizer::Write(const MIDIEvent& event) {
+    if (session_->Write(event)) {
+        return true;
+    }
+    SetLastError(session_->GetReason());
+    return false;
+}
+
+std::vector<NK::CString> Synthesizer::GetAudioDrivers() const {
+    std::vector<NK::CString> drivers;
+    for (const char* driver : kDriverOrder) {
+        if (Contains(installedDrivers_, driver)) {
+            drivers.push_back(NK::CString::FromUtf8(driver));
+        }
+    }
+    return drivers;
+}
+
+Result Synthesizer::ApplySettings(const SynthSettings& settings) {
+    const SynthSettings target = Clamped(settings);
+    const SynthSettings former = std::exchange(settings_, target);
+    NK::CString reason;
+    if (!target.soundFont.IsEmpty() && target.soundFont != former.soundFont) {
+        reason = CheckSoundFont(FindFont());
+    }
+    if (reason.IsEmpty() && session_ != nullptr) {
+        SynthDeviceConfig config = MakeConfig(target);
+        const std::string forced = GetForcedDriver(target);
+        config.audioDriver = forced.empty() ? activeDriver_ : forced;
+        reason = FindObstacle(config.audioDriver, !forced.empty());
+        if (reason.IsEmpty() && session_->Apply(config, limits_.apply, reason)) {
+            activeDriver_ = config.audioDriver;
+        }
+    }
+    if (!reason.IsEmpty()) {
+        settings_ = former;
+    }
+    SetLastError(reason);
+    return reason.IsEmpty() ? kSuccess : kDeviceError;
+}
+
+double Synthesizer::GetLatencyMs(std::uint32_t latencyFrames) const {
+    return 1000.0 * latencyFrames / SynthDevice::kSampleRate;
+}
+
+NK::CString Synthesizer::GetSoundFontPath() const {
+    return NK::CString::FromUtf8(FindFont().native());
+}
+
+NK::CString Synthesizer::Test() {
+    NK::CString reason;
+    if (session_ != nullptr) {
+        reason = session_->GetReason();
+        if (reason.IsEmpty()) {
+            session_->PlayTestNote(false);
+        }
+    } else {
+        EndSession(testSession_);
+        testSession_ = StartSession(reason);
+        activeDriver_.clear();
+        if (testSession_ != nullptr) {
+            testSession_->PlayTestNote(true);
+        }
+    }
+    SetLastError(reason);
+    return reason;
+}
+
+NK::CString Synthesizer::GetLastError() const {
+    const CLockGuard guard(errorLock_);
+    return lastError_;
+}
+
+std::filesystem::path Synthesizer::FindFont() const {
+    return settings_.soundFont.IsEmpty() ? FindSoundFont(environment_)
+                                         : std::filesystem::path(settings_.soundFont.ToUtf8());
+}
+
+std::string Synthesizer::GetForcedDriver(const SynthSettings& settings) const {
+    return environment_.audioDriver.empty() ? settings.audioDriver.ToUtf8() : environment_.audioDriver;
+}
+
+SynthDeviceConfig Synthesizer::MakeConfig(const SynthSettings& settings) const {
+    return {.soundFont = FindFont().native(),
+            .audioDriver = {},
+            .audioFile = environment_.audioFile,
+            .latencyFrames = settings.latencyFrames,
+            .gain = settings.gain,
+            .reverb = settings.reverb,
+            .chorus = settings.chorus};
+}
+
+NK::CString Synthesizer::FindObstacle(const std::string& driver, bool isForced) const {
+    if (!Contains(installedDrivers_, driver)) {
+        return NK::Translate(kContext, "FluidSynth has no such audio driver here.");
+    }
+    if (driver == "file" && environment_.audioFile.empty()) {
+        return NK::Translate(kContext, "KIVORA_AUDIO_FILE names no file to write.");
+    }
+    if (!isForced && driver == "jack" && !IsJackServerLikely(environment_)) {
+        return NK::Translate(kContext, "No JACK server runs.");
+    }
+    if (!isForced && driver == "alsa" && !HasSoundDevices(environment_)) {
+        return NK::Translate(kContext, "There is no sound card.");
+    }
+    return IsStuck(driver) ? NK::Translate(kContext, "The audio system does not answer.") : NK::CString();
+}
+
+std::unique_ptr<SynthSession> Synthesizer::StartSession(NK::CString& reason) {
+    const std::filesystem::path font = FindFont();
+    reason = font.empty() ? NK::Translate(kContext, "No sound font is found.") : CheckSoundFont(font);
+    std::unique_ptr<SynthSession> session;
+    if (reason.IsEmpty()) {
+        const std::string forced = GetForcedDriver(settings_);
+        std::vector<std::string> drivers(std::begin(kDriverOrder), std::end(kDriverOrder));
+        if (forced.empty()) {
+            std::erase_if(drivers, [this](const std::string& driver) { return !Contains(installedDrivers_, driver); });
+        } else {
+            drivers = {forced};
+        }
+        NK::CString reasons;
+        for (const std::string& driver : drivers) {
+            NK::CString why;
+            session = TryDriver(driver, !forced.empty(), why);
+            if (session != nullptr) {
+                break;
+            }
+            reasons += reasons.IsEmpty() ? L"" : L"\n";
+            reasons += NK::CString::FromUtf8(driver) + L": " + why;
+        }
+        if (session == nullptr) {
+            reason = NK::Translate(kContext, "No sound can be played.") + L"\n" + reasons;
+        }
+    }
+    if (session == nullptr) {
+        NK::Log(L"Software synthesizer: " + reason);
+    }
+    return session;
+}
+
+std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, bool isForced, NK::CString& reason) {
+    reason = FindObstacle(driver, isForced);
+    if (!reason.IsEmpty()) {
+        return nullptr;
+    }
+    SynthDeviceConfig config = MakeConfig(settings_);
+    config.audioDriver = driver;
+    try {
+        auto session = std::make_unique<SynthSession>(api_, config);
+        SynthSession::Phase phase = session->WaitForDriver(limits_.driverStart);
+        if (phase == SynthSession::Phase::kLoading) {
+            phase = session->WaitForFont(limits_.fontLoad);
+        }
+        activeDriver_ = driver;
+        if (phase == SynthSession::Phase::kReady || phase == SynthSession::Phase::kLoading) {
+            return session;
+        }
+        reason = phase == SynthSession::Phase::kFailed ? session->GetReason()
+                                                       : NK::Translate(kContext, "The audio system does not answer.");
+        EndSession(session);
+    } catch (const std::exception& failure) {
+        reason = NK::CString::FromUtf8(failure.what());
+    }
+    activeDriver_.clear();
+    return nullptr;
+}
+
+void Synthesizer::EndSession(std::unique_ptr<SynthSession>& session) {
+    if (session != nullptr && !session->End(limits_.close)) {
+        stuck_.emplace_back(activeDriver_, session->GetLife());
+    }
+    session.reset();
+    std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
+}
+
+bool Synthesizer::IsStuck(const std::string& driver) const {
+    return std::any_of(stuck_.begin(), stuck_.end(),
+                       [&](const StuckThread& thread) { return thread.first == driver && !thread.second.expired(); });
+}
+
+void Synthesizer::SetLastError(const NK::CString& reason) {
+    const CLockGuard guard(errorLock_);
+    lastError_ = reason;
+}
+
+}  // namespace LibMidi

@@ -1,0 +1,88 @@
+// The built-in synthesizer: its settings, the choice of the audio driver and the font, and the open session.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "libmidi/MIDIEvent.h"
+#include "libmidi/synth/SynthEnvironment.h"
+#include "libmidi/SynthSettings.h"
+#include "nk/nk_critical_section.h"
+
+namespace LibMidi {
+
+class SynthApi;
+class SynthSession;
+struct SynthDeviceConfig;
+
+/// Outlives the port sets that play through it, so that the settings survive a new set. Open(), Close() and the
+/// settings are for one thread [gui]; Write() excludes Open() and Close() by the caller's lock.
+class Synthesizer : public SynthControl {
+public:
+    /// How long the caller of an operation is held up at most, one by one.
+    struct Limits {
+        std::chrono::milliseconds driverStart{2500};  ///< each driver; then the audio system counts as hanging
+        std::chrono::milliseconds fontLoad{150};      ///< a slower font goes on loading while the port is open
+        std::chrono::milliseconds apply{5000};
+        std::chrono::milliseconds close{2000};
+    };
+
+    /// With the installed FluidSynth and the process's environment; calls PrepareAudioEnvironment().
+    Synthesizer();
+    /// The API object outlives this and every thread that hangs in it.
+    Synthesizer(SynthApi& api, SynthEnvironment environment, Limits limits);
+    ~Synthesizer() override;
+    Synthesizer(const Synthesizer&) = delete;
+    Synthesizer& operator=(const Synthesizer&) = delete;
+
+    bool HasSoundFont() const { return !FindFont().empty(); }
+    /// Starts the audio system and loads the font. The drivers are tried in the order pipewire, jack, pulseaudio, alsa,
+    /// unless the environment or the settings name one. False, with the reason in GetLastError(), when nothing can
+    /// sound.
+    bool Open();
+    void Close();
+    bool IsOpen() const { return session_ != nullptr; }
+    /// False when the session has failed, with the reason in GetLastError(). [any]
+    bool Write(const MIDIEvent& event);
+    /// FluidSynth's name of the driver that plays; empty while closed.
+    const std::string& GetActiveDriver() const { return activeDriver_; }
+
+    std::vector<NK::CString> GetAudioDrivers() const override;
+    SynthSettings GetSettings() const override { return settings_; }
+    Result ApplySettings(const SynthSettings& settings) override;
+    double GetLatencyMs(std::uint32_t latencyFrames) const override;
+    NK::CString GetSoundFontPath() const override;
+    NK::CString Test() override;
+    NK::CString GetLastError() const override;
+
+private:
+    using StuckThread = std::pair<std::string, std::weak_ptr<const void>>;
+
+    std::filesystem::path FindFont() const;
+    std::string GetForcedDriver(const SynthSettings& settings) const;
+    SynthDeviceConfig MakeConfig(const SynthSettings& settings) const;
+    /// Why the driver is not worth a try; empty if it is.
+    NK::CString FindObstacle(const std::string& driver, bool isForced) const;
+    std::unique_ptr<SynthSession> StartSession(NK::CString& reason);
+    std::unique_ptr<SynthSession> TryDriver(const std::string& driver, bool isForced, NK::CString& reason);
+    void EndSession(std::unique_ptr<SynthSession>& session);
+    bool IsStuck(const std::string& driver) const;
+    void SetLastError(const NK::CString& reason);
+
+    SynthApi& api_;
+    const SynthEnvironment environment_;
+    const Limits limits_;
+    const std::vector<std::string> installedDrivers_;
+    SynthSettings settings_;
+    std::string activeDriver_;
+    std::unique_ptr<SynthSession> session_;
+    std::unique_ptr<SynthSession> testSession_;
+    std::vector<StuckThread> stuck_;  ///< the driver that each hangs in
+    mutable CCriticalSection errorLock_;
+    NK::CString lastError_ NK_GUARDED_BY(errorLock_);
+};
+
+}  // namespace LibMidi
