@@ -16,7 +16,7 @@ export KIVORA_DISPLAY_PACKAGES=(xvfb)
 # Testing, on top of both lists above.
 export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev
-    xdotool x11-xkb-utils dbus alsa-utils
+    xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
 )
 
