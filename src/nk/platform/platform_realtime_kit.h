@@ -1,0 +1,33 @@
+// Real-time scheduling from the desktop's RealtimeKit service.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "nk/nk_critical_section.h"
+
+namespace NK::Platform {
+
+/// Asks org.freedesktop.RealtimeKit1 on a D-Bus message bus. Once the bus is missing, the service is missing, or three
+/// requests have timed out, it asks no more.
+class CRealtimeKit {
+public:
+    /// The address in D-Bus's notation, for example "unix:path=/run/dbus/system_bus_socket".
+    explicit CRealtimeKit(std::string busAddress) : busAddress_(std::move(busAddress)) {}
+    /// The one of the process, on the system's bus.
+    static CRealtimeKit& Instance();
+
+    /// Asks for round-robin scheduling of thread `tid` of this process with `priority`. Whether the service agreed.
+    /// Each answer is awaited for at most 50 ms, twice. [any]
+    bool MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) NK_EXCLUDES(lock_);
+
+private:
+    enum class Outcome { granted, refused, noAnswer, noService };
+    Outcome Ask(std::int32_t tid, std::uint32_t priority) const;
+
+    const std::string busAddress_;
+    CCriticalSection lock_;
+    int chancesLeft_ NK_GUARDED_BY(lock_) = 3;
+};
+
+}  // namespace NK::Platform
