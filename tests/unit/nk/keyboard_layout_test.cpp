@@ -54,6 +54,7 @@ TEST(KeyboardLanguage, IsUnknownWithoutADisplay) {
 }
 
 TEST(KeyboardLanguage, IsUnknownWhereNoServerAnswers) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(
         {
             unsetenv("WAYLAND_DISPLAY");

@@ -193,6 +193,7 @@ TEST_F(Logger, IsReplacedAndDestroyedWhileOthersLog) {
 }
 
 TEST_F(Logger, EventLinesAreOffUnlessAskedFor) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
     EXPECT_EXIT(
         {
             unsetenv("KIVORA_LOG");
