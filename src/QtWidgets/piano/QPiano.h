@@ -302,7 +302,8 @@ private:
     const NK::Piano::CPianoColors* colors_ = nullptr;
     QTimer fadeTimer_;
 
-    CKeySet shownPressed_;  ///< as last scheduled for painting
+    CKeySet shownPressed_;    ///< as last scheduled for painting
+    qreal paintRatio_ = 1.0;  ///< device pixels a logical pixel at the latest painting
     PianoKeySkin skin_;
     QPixmap unpressed_;  ///< the keyboard with every key up; null when to be drawn anew
 };

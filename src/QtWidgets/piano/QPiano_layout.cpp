@@ -14,6 +14,8 @@ constexpr qreal kBlackLabelLeft = 0.2;
 constexpr qreal kBlackLabelWidth = 0.75;
 constexpr qreal kBlackLabelTop = 0.1;
 constexpr qreal kBlackLabelBottom = 0.87;
+// The tip of a black key is round below this.
+constexpr qreal kSolidBlackPart = 0.97;
 
 // Rectangles are half-open, unlike QRectF::contains().
 bool holds(const QRectF& rect, const QPointF& point) {
@@ -98,7 +100,7 @@ QRegion QPiano::keyArea(BYTE note) const {
         }
         // A black key that goes down takes its shadow along.
         const TKeyPlace place = placeOf(note);
-        const qreal ratio = devicePixelRatioF();
+        const qreal ratio = paintRatio_;
         const QPointF shadow = QPointF(place.left + skin_.blackShadowOffset(place.width).x(), 0.0) / ratio;
         return pixels(key | QRectF(shadow, QSizeF(skin_.blackShadowSize(place.width)) / ratio));
     }
@@ -106,9 +108,11 @@ QRegion QPiano::keyArea(BYTE note) const {
     QRegion area = pixels(key);
     const auto cut = [&](int whiteNeighbour) {
         if (whiteNeighbour >= 0 && qAbs(whiteNeighbour - note) == 2) {
-            const QRectF black = toWidget(keyRects_[static_cast<std::size_t>((whiteNeighbour + note) / 2)]);
+            QRectF black = keyRects_[static_cast<std::size_t>((whiteNeighbour + note) / 2)];
+            black.setHeight(black.height() * kSolidBlackPart);
+            black = toWidget(black);
             area -= QRect(QPoint(qCeil(black.left()), qCeil(black.top())),
-                          QPoint(qFloor(black.right()) - 1, qFloor(black.bottom()) - 4));
+                          QPoint(qFloor(black.right()) - 1, qFloor(black.bottom()) - 1));
         }
     };
     cut(GetPrevWhiteKey(note));

@@ -22,6 +22,13 @@ constexpr qreal kNamePatchWidth = 20.0;
 constexpr qreal kNamePatchRadius = 4.0;
 constexpr QPointF kPressedTextShift(0.2, 1.0);
 
+// Device pixels a logical pixel, also where a picture finer than the screen is painted on.
+qreal deviceRatioOf(const QPainter& painter) {
+    const QTransform transform = painter.deviceTransform();
+    const bool scalesOnly = transform.type() <= QTransform::TxScale && transform.m11() > 0.0;
+    return scalesOnly ? transform.m11() : painter.device()->devicePixelRatioF();
+}
+
 QColor withAlpha(QRgb rgb, float alpha) {
     QColor color = QColor::fromRgb(rgb);
     color.setAlphaF(alpha);
@@ -30,7 +37,7 @@ QColor withAlpha(QRgb rgb, float alpha) {
 }  // namespace
 
 QPiano::TKeyPlace QPiano::placeOf(BYTE note) const {
-    const qreal ratio = devicePixelRatioF();
+    const qreal ratio = paintRatio_;
     const QRectF& rect = keyRects_[note];
     const int left = qRound(rect.left() * ratio);
     int width = qRound(rect.right() * ratio) - left;
@@ -64,8 +71,9 @@ QColor QPiano::keyColor(BYTE note, bool cursor) const {
 }
 
 void QPiano::paintEvent(QPaintEvent* event) {
-    prepareUnpressed();
     QPainter painter(this);
+    paintRatio_ = deviceRatioOf(painter);
+    prepareUnpressed();
     painter.drawPixmap(0, 0, unpressed_);
     for (int key = GetFirstNote(); key <= lastNote(); ++key) {
         const auto note = static_cast<BYTE>(key);
@@ -84,7 +92,7 @@ void QPiano::paintEvent(QPaintEvent* event) {
 }
 
 void QPiano::prepareUnpressed() {
-    const qreal ratio = devicePixelRatioF();
+    const qreal ratio = paintRatio_;
     skin_.setMetrics({ratio, qreal(lengthAcrossKeys()), blackKeyLength(), vertical_, leftLight_, pressedKeyDarkener_});
     const QSize size(static_cast<int>(std::ceil(width() * ratio)), static_cast<int>(std::ceil(height() * ratio)));
     if (!unpressed_.isNull() && unpressed_.size() == size && unpressed_.devicePixelRatio() == ratio) {
@@ -146,7 +154,7 @@ void QPiano::drawKey(QPainter& painter, BYTE note, const TKeyLight& light) {
 
 void QPiano::drawPicture(QPainter& painter, const QPoint& framePosition, const QPixmap& picture) const {
     const QPoint position = vertical_ ? framePosition.transposed() : framePosition;
-    painter.drawPixmap(QPointF(position) / devicePixelRatioF(), picture);
+    painter.drawPixmap(QPointF(position) / paintRatio_, picture);
 }
 
 void QPiano::drawTexts(QPainter& painter, BYTE note, const TKeyLight& light) const {
