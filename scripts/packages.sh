@@ -4,23 +4,26 @@
 # Building and playing.
 export KIVORA_RUN_PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n qt6-wayland
+    qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
     libportmidi-dev libfluidsynth-dev timgm6mb-soundfont
     libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libdbus-1-dev
     librsvg2-bin fonts-inter fonts-play fonts-liberation
 )
 
+# Playing on a Wayland desktop, on top.
+export KIVORA_WAYLAND_PACKAGES=(qt6-wayland)
+
 # A display where there is none.
 export KIVORA_DISPLAY_PACKAGES=(xvfb)
 
-# Testing, on top of both lists above.
+# Testing, on top of what building needs and of the display.
 export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev
     xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
 )
 
-# The further checks of .ci/run, on top of all lists above.
+# The further checks of .ci/run, on top of what testing needs.
 export KIVORA_CHECK_PACKAGES=(clang clang-format libclang-rt-14-dev shellcheck)
 
 # is_installed <package>
