@@ -104,7 +104,7 @@ CIniFile::LoadResult CIniFile::ReadLines(CFile& file) {
 
 bool CIniFile::SetLines(std::string_view text) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(kByteOrderMark)) {
+    while (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
     }
     if (text.empty()) {
@@ -122,7 +122,7 @@ bool CIniFile::SetLines(std::string_view text) {
         const std::size_t end = text.find('\n');
         std::string_view content = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (end != std::string_view::npos && content.ends_with('\r')) {
+        while (content.ends_with('\r')) {
             content.remove_suffix(1);
         }
         line = DecodeLine(content);
@@ -139,10 +139,12 @@ bool CIniFile::Save(const CString& fileName) {
 }
 
 bool CIniFile::Write(CFile& file) const {
-    return std::all_of(begin(), end(), [&file](const CString& line) {
-        const std::string text = line.ToUtf8() + '\n';
-        return file.Write(text.data(), 1, text.size()) == text.size();
-    });
+    std::int64_t left = kMaxBytes;
+    return GetSize() <= kMaxLines && std::all_of(begin(), end(), [&file, &left](const CString& line) {
+               const std::string text = line.ToUtf8() + '\n';
+               left -= static_cast<std::int64_t>(text.size());
+               return left >= 0 && file.Write(text.data(), 1, text.size()) == text.size();
+           });
 }
 
 bool CIniFile::FindHeader(const CString& name, std::uint32_t from, bool caseSensitive) {

@@ -18,8 +18,8 @@ namespace NK {
 /// the value up to the line's end. All other lines are kept and ignored. While no section is selected the getters look
 /// at the lines before the first header.
 ///
-/// On disk: UTF-8 with LF. Reading accepts a byte-order mark and CR LF as well, and takes a line that is not UTF-8 as
-/// Latin-1, so that nothing is lost when the file is saved again.
+/// On disk: UTF-8 with LF. Reading accepts a byte-order mark and CR LF as well (no line ends in a carriage return), and
+/// takes a line that is not UTF-8 as Latin-1, so that nothing is lost when the file is saved again.
 class CIniFile : public CStringArray {
 public:
     static constexpr std::int64_t kMaxBytes = 1024 * 1024;
@@ -41,9 +41,9 @@ public:
     LoadResult GetLoadResult() const noexcept { return loadResult_; }
 
     /// Replaces the file as a whole (see SaveAtomically()) and remembers the name. On failure false: the file and the
-    /// name are as they were.
+    /// name are as they were. More than Load() would take is a failure.
     bool Save(const CString& fileName);
-    /// Writes the lines at the file's present position; true when all of it was written.
+    /// Writes the lines at the file's present position; true when all of it was written, false at the limit of Load().
     bool Write(CFile& file) const;
 
     /// The file last loaded or saved.

@@ -126,10 +126,10 @@ TEST_F(IniOnDisk, ReadsAByteOrderMarkAndCarriageReturns) {
     ASSERT_TRUE(ini.Load(Path("dos")));
     ASSERT_TRUE(ini.SelectSection(L"S"));
     EXPECT_EQ(ini.GetString(L"A"), CString(L"1"));
-    EXPECT_EQ(ini.GetString(L"B"), CString(L"\u00E9\r"));
+    EXPECT_EQ(ini.GetString(L"B"), CString(L"\u00E9"));
     EXPECT_EQ(ini.GetInt(L"last", 0), 2);
     EXPECT_TRUE(ini.Save(Path("unix")));
-    EXPECT_EQ(ReadBytes("unix"), "[S]\nA=1\nB=\xC3\xA9\r\nlast=2\n");
+    EXPECT_EQ(ReadBytes("unix"), "[S]\nA=1\nB=\xC3\xA9\nlast=2\n");
 }
 
 TEST_F(IniOnDisk, ALineThatIsNotUtf8IsReadAsLatin1) {
@@ -187,6 +187,26 @@ TEST_F(IniOnDisk, AFailedSaveLeavesTheOldFileAndTheName) {
     EXPECT_FALSE(ini.Save(Path("none/b.ini")));
     EXPECT_EQ(ini.GetFileName(), Path("a.ini"));
     EXPECT_EQ(ini.GetSize(), 1002U);
+}
+
+TEST_F(IniOnDisk, WhatCouldNotBeLoadedAgainIsNotSaved) {
+    WriteBytes("a.ini", "[S]\n");
+    CIniFile ini;
+    ASSERT_TRUE(ini.Load(Path("a.ini")));
+    ASSERT_TRUE(ini.SelectSection(L"S"));
+    const std::wstring value(1024 * 1024 - 4 - 3, L'x');  // less the header, and "A=" with its line feed
+    ini.SetString(L"A", (value + L"x").c_str());
+    EXPECT_FALSE(ini.Save(Path("a.ini")));
+    EXPECT_EQ(ReadBytes("a.ini"), "[S]\n");
+    ini.SetString(L"A", value.c_str());
+    EXPECT_TRUE(ini.Save(Path("a.ini")));
+    EXPECT_TRUE(ini.Load(Path("a.ini")));
+    ini.SetSize(50001, false);
+    EXPECT_FALSE(ini.Save(Path("a.ini")));
+    ini.SetSize(50000);
+    EXPECT_TRUE(ini.Save(Path("a.ini")));
+    EXPECT_TRUE(ini.Load(Path("a.ini")));
+    EXPECT_EQ(ini.GetSize(), 50000U);
 }
 
 TEST_F(IniOnDisk, LoadingAllocatesInProportionToTheLines) {
