@@ -225,8 +225,13 @@ std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, 
         if (phase == SynthSession::Phase::kReady || phase == SynthSession::Phase::kLoading) {
             return session;
         }
-        reason = phase == SynthSession::Phase::kFailed ? session->GetReason()
-                                                       : NK::Translate(kContext, "The audio system does not answer.");
+        if (phase == SynthSession::Phase::kFailed) {
+            reason = session->GetReason();
+        } else {
+            reason = NK::Translate(kContext, "The audio system does not answer.");
+            std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
+            stuck_.emplace_back(driver, session->GetLife());
+        }
         EndSession(session);
     } catch (const std::exception& failure) {
         reason = NK::CString::FromUtf8(failure.what());
@@ -236,11 +241,10 @@ std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, 
 }
 
 void Synthesizer::EndSession(std::unique_ptr<SynthSession>& session) {
-    if (session != nullptr && !session->End(limits_.close)) {
-        stuck_.emplace_back(activeDriver_, session->GetLife());
+    if (session != nullptr) {
+        session->End(limits_.close);
+        session.reset();
     }
-    session.reset();
-    std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
 }
 
 bool Synthesizer::IsStuck(const std::string& driver) const {

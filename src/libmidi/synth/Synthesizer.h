@@ -27,7 +27,7 @@ public:
         std::chrono::milliseconds driverStart{2500};  ///< each driver; then the audio system counts as hanging
         std::chrono::milliseconds fontLoad{150};      ///< a slower font goes on loading while the port is open
         std::chrono::milliseconds apply{5000};
-        std::chrono::milliseconds close{2000};
+        std::chrono::milliseconds close{250};  ///< then the thread frees the rest in its own time
     };
 
     /// With the installed FluidSynth and the process's environment; calls PrepareAudioEnvironment().
@@ -43,6 +43,7 @@ public:
     /// unless the environment or the settings name one. False, with the reason in GetLastError(), when nothing can
     /// sound.
     bool Open();
+    /// Silences at once and frees everything; an audio system that is slow to let go does so behind the caller's back.
     void Close();
     bool IsOpen() const { return session_ != nullptr; }
     /// False when the session has failed, with the reason in GetLastError(). [any]
@@ -80,7 +81,7 @@ private:
     std::string activeDriver_;
     std::unique_ptr<SynthSession> session_;
     std::unique_ptr<SynthSession> testSession_;
-    std::vector<StuckThread> stuck_;  ///< the driver that each hangs in
+    std::vector<StuckThread> stuck_;  ///< the driver in whose start each hangs
     mutable CCriticalSection errorLock_;
     NK::CString lastError_ NK_GUARDED_BY(errorLock_);
 };

@@ -181,6 +181,7 @@ TEST_F(HangingAudioTest, AnAudioServerThatNeverAnswersFailsTheOpening) {
         Synthesizer synthesizer(api_, environment_, limits_);
         api_.driverStart.Shut();
         EXPECT_FALSE(synthesizer.Open());
+        api_.driverStart.WaitUntilReached();
         EXPECT_EQ(synthesizer.GetLastError(),
                   L"No sound can be played.\npulseaudio: The audio system does not answer.");
     }
@@ -194,6 +195,7 @@ TEST_F(HangingAudioTest, NoSecondThreadIsSentIntoAServerThatHangs) {
     Synthesizer synthesizer(api_, environment_, limits_);
     api_.driverStart.Shut();
     EXPECT_FALSE(synthesizer.Open());
+    api_.driverStart.WaitUntilReached();
     EXPECT_FALSE(synthesizer.Open());
     EXPECT_NE(synthesizer.Test(), L"");
     EXPECT_EQ(api_.GetLive(), 2);
@@ -220,10 +222,14 @@ TEST_F(HangingAudioTest, AServerThatHangsWhileThePortClosesDoesNotHoldItUp) {
     api_.driverEnd.Shut();
     synthesizer.Close();
     EXPECT_FALSE(synthesizer.IsOpen());
-    EXPECT_GT(api_.GetLive(), 0);
+    api_.driverEnd.WaitUntilReached();
+    EXPECT_EQ(api_.GetTexts().back(), "delete driver");
+    EXPECT_TRUE(api_.Has("sounds off -1"));
+    EXPECT_TRUE(synthesizer.Open()) << "while the former session is still being freed";
+    EXPECT_EQ(api_.GetLive(), 6);
     api_.driverEnd.Open();
+    synthesizer.Close();
     api_.WaitUntilFreed();
-    EXPECT_TRUE(synthesizer.Open());
 }
 
 TEST_F(HangingAudioTest, SettingsThatHangAreGivenUp) {
@@ -235,6 +241,7 @@ TEST_F(HangingAudioTest, SettingsThatHangAreGivenUp) {
     settings.latencyFrames = 1024;
     EXPECT_EQ(synthesizer.ApplySettings(settings), kDeviceError);
     EXPECT_EQ(synthesizer.GetLastError(), L"The audio system does not answer.");
+    api_.driverStart.WaitUntilReached();
     api_.driverStart.Open();
     synthesizer.Close();
     api_.WaitUntilFreed();
