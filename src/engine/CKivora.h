@@ -192,6 +192,10 @@ public:
     int GetRecordingTime() const;  ///< ms; 0 without a sink
     int GetIdleTime() const;       ///< ms since the last captured event; -1 without a sink or when not recording
     int GetRecordedCount() const;
+    /// Stops a running recording and writes what was captured as a MIDI file; the captured events stay. False without
+    /// captured events and when the file could not be written: then an older file of that name is as it was. The
+    /// writing holds no lock.
+    bool SaveRecording(const NK::CString& path);
 
     // Interface settings: kept here, used by the panel. The first four setters emit on every call.
     void SetTranslatePatchNames(bool on);    ///< PatchChanged()

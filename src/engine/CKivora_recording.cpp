@@ -1,5 +1,8 @@
 // The capture of what is played.
 #include "engine/CKivora.h"
+#include "engine/RecordedTrack.h"
+#include "midi/SMFWriter.h"
+#include "nk/nk_atomic_save.h"
 
 namespace Kivora {
 
@@ -46,6 +49,20 @@ int CKivora::GetIdleTime() const {
 int CKivora::GetRecordedCount() const {
     const CLockGuard guard(lock_);
     return sink_ ? static_cast<int>(sink_->GetCapturedCount()) : 0;
+}
+
+bool CKivora::SaveRecording(const NK::CString& path) {
+    std::shared_ptr<LibMidi::MIDIPlayerQueue> sink;
+    {
+        const CLockGuard guard(lock_);
+        if (!sink_ || (sink_->IsCapturing() && !StopRecording()) || sink_->GetCapturedCount() == 0) {
+            return false;
+        }
+        sink = sink_;
+    }
+    const NK::CArray<NK::MIDI::CMIDIMessageX> track = BuildRecordedTrack(*sink);
+    return NK::SaveAtomically(
+        path, [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
 }
 
 }  // namespace Kivora

@@ -1,0 +1,138 @@
+// What a saved recording holds.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "engine/RecordedTrack.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+using NK::MIDI::CMIDIMessageX;
+using NK::MIDI::TMIDIMessage;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+class SaveRecording : public testing::Test {
+protected:
+    SaveRecording() {
+        char name[] = "/tmp/kivora-take-XXXXXX";
+        dir = mkdtemp(name);
+    }
+    ~SaveRecording() override { std::filesystem::remove_all(dir); }
+
+    NK::CString Path(const char* name) const { return NK::CString::FromUtf8((dir / name).string()); }
+    std::string Bytes(const char* name) const {
+        std::ifstream file(dir / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    NK::CArray<CMIDIMessageX> Track() { return Kivora::BuildRecordedTrack(*rig.player->GetSink()); }
+
+    std::filesystem::path dir;
+    EngineRig rig;
+    Kivora::CKivora& engine = rig.CreateOpen();
+};
+
+}  // namespace
+
+TEST_F(SaveRecording, FourTextsStandFirstWithoutATime) {
+    engine.StartRecording();
+    rig.RunPlayer();
+    engine.StopRecording();
+    const NK::CArray<CMIDIMessageX> track = Track();
+    ASSERT_EQ(track.GetSize(), 4U + 6U + 1U);
+    EXPECT_EQ(track[0].GetText(), L"File created using Kivora LX 1.2");
+    EXPECT_EQ(track[1].GetText(), L"https://brennholt.example/kivora/en/");
+    EXPECT_EQ(track[2].GetText(), L"Copyright (C) 2010 Brennholt. All rights reserved.");
+    EXPECT_EQ(track[3].GetText(), L"https://brennholt.example/kivora/ru/");
+    for (std::uint32_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(track[i].kind, CMIDIMessageX::kMeta);
+        EXPECT_EQ(track[i].metaType, CMIDIMessageX::kText);
+        EXPECT_EQ(track[i].time, -1);
+    }
+}
+
+TEST_F(SaveRecording, AFirstNoteAfterFiveSecondsStandsAt100AndTheSetUpAt0) {
+    engine.StartRecording();
+    rig.RunPlayer();
+    rig.Run(5000);
+    engine.PlayNoteOn(60, 100);
+    rig.RunPlayer();
+    rig.Run(250);
+    engine.PlayNoteOff(60);
+    rig.RunPlayer();
+    engine.StopRecording();
+    const NK::CArray<CMIDIMessageX> track = Track();
+    ASSERT_EQ(track.GetSize(), 4U + 6U + 2U + 1U);
+    for (std::uint32_t i = 0; i < 10; ++i) {
+        EXPECT_EQ(track[i].time, 0) << i;
+    }
+    std::vector<std::uint32_t> setUp;  // messages of one round leave the queue in its heap's order
+    for (std::uint32_t i = 4; i < 10; ++i) {
+        setUp.push_back(track[i].message.ToWord());
+    }
+    const auto word = [](TMIDIMessage message) { return message.ToWord(); };
+    EXPECT_THAT(setUp, UnorderedElementsAre(word({0xC0, 1, 0, 0}), word({0xC0, 2, 40, 0}), word({0xC0, 3, 32, 0}),
+                                            word({0xB0, 1, 7, 100}), word({0xB0, 2, 7, 100}), word({0xB0, 3, 7, 100})));
+    EXPECT_EQ(track[10].message, (TMIDIMessage{0x90, 1, 60, 100}));
+    EXPECT_EQ(track[10].time, 100);
+    EXPECT_EQ(track[11].message, (TMIDIMessage{0x80, 1, 60, 0}));
+    EXPECT_EQ(track[11].time, 350);
+}
+
+TEST_F(SaveRecording, AllNotesOffClosesTheTrackAtTheLastEventsTime) {
+    engine.StartRecording();
+    rig.RunPlayer();
+    engine.PlayNoteOn(60, 100);
+    rig.RunPlayer();
+    rig.Run(400);
+    engine.SetSustain(true);
+    rig.RunPlayer();
+    engine.StopRecording();
+    const NK::CArray<CMIDIMessageX> track = Track();
+    const CMIDIMessageX& last = track[track.GetSize() - 1];
+    EXPECT_EQ(last.message, (TMIDIMessage{0xB0, 1, 123, 0}));
+    EXPECT_EQ(last.time, 500);
+}
+
+TEST_F(SaveRecording, ATrackWithoutNotesKeepsItsTimes) {
+    engine.StartRecording();
+    rig.RunPlayer();
+    rig.Run(700);
+    engine.SetSustain(true);
+    rig.RunPlayer();
+    engine.StopRecording();
+    const NK::CArray<CMIDIMessageX> track = Track();
+    EXPECT_EQ(track[0].time, -1);
+    EXPECT_EQ(track[track.GetSize() - 1].time, 700);
+}
+
+TEST_F(SaveRecording, WithoutCapturedEventsNothingIsWritten) {
+    EXPECT_FALSE(engine.SaveRecording(Path("take.mid")));
+    EXPECT_TRUE(std::filesystem::is_empty(dir));
+}
+
+TEST_F(SaveRecording, SavingWhileRecordingStopsTheRecordingFirst) {
+    engine.StartRecording();
+    engine.PlayNoteOn(60, 100);
+    rig.RunPlayer();
+    EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
+    EXPECT_FALSE(engine.IsRecording());
+    const std::string bytes = Bytes("take.mid");
+    EXPECT_EQ(bytes.substr(0, 14), std::string("MThd\0\0\0\6\0\0\0\1\x01\xF4", 14));
+    EXPECT_EQ(bytes.substr(bytes.size() - 4), std::string("\0\xFF\x2F\0", 4));
+}
+
+TEST_F(SaveRecording, AfterAFailedWriteTheTakeIsStillThereToSaveElsewhere) {
+    engine.StartRecording();
+    engine.PlayNoteOn(60, 100);
+    rig.RunPlayer();
+    engine.StopRecording();
+    EXPECT_FALSE(engine.SaveRecording(Path("no such folder/take.mid")));
+    EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
+    EXPECT_FALSE(Bytes("take.mid").empty());
+}
