@@ -1,0 +1,104 @@
+// What the computer keys do on the panel.
+#include <QKeyEvent>
+
+#include "engine/CKivora.h"
+#include "ui/KivoraWidget.h"
+
+using NK::Piano::CPCKeyPlayer;
+using NK::Piano::EVelocityLevel;
+using NK::Piano::TPCKey;
+using NK::Piano::TPCKeyAction;
+
+namespace {
+
+TPCKey KeyOf(const QKeyEvent& event) {
+    TPCKey key;
+    key.code = event.key();
+    key.scanCode = event.nativeScanCode();
+    key.timeMs = event.timestamp();
+    key.shift = event.modifiers().testFlag(Qt::ShiftModifier);
+    key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
+    key.alt = event.modifiers().testFlag(Qt::AltModifier);
+    key.autoRepeat = event.isAutoRepeat();
+    return key;
+}
+
+/// The level as the engine counts them.
+int LevelOf(EVelocityLevel level) {
+    switch (level) {
+        case EVelocityLevel::kLow:
+            return 0;
+        case EVelocityLevel::kHigh:
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+}  // namespace
+
+bool KivoraWidget::isPlayable() const {
+    return engine_ != nullptr && isActiveWindow();
+}
+
+void KivoraWidget::keyPressEvent(QKeyEvent* event) {
+    CPCKeyPlayer::CActions actions;
+    const bool acts = isPlayable() && keys_.Press(KeyOf(*event), actions);
+    carryOut(actions);
+    event->setAccepted(acts);
+}
+
+void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
+    CPCKeyPlayer::CActions actions;
+    const bool acts = engine_ != nullptr && keys_.Release(KeyOf(*event), actions);
+    carryOut(actions);
+    if (keys_.IsReleaseWaiting()) {
+        keySettleTimer_.start(NK::Piano::kRepeatSettleMs, Qt::PreciseTimer, this);
+    }
+    event->setAccepted(acts);
+}
+
+void KivoraWidget::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != keySettleTimer_.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    keySettleTimer_.stop();
+    CPCKeyPlayer::CActions actions;
+    keys_.Settle(actions);
+    carryOut(actions);
+}
+
+void KivoraWidget::releaseComputerKeys() {
+    CPCKeyPlayer::CActions actions;
+    keys_.ReleaseAll(actions);
+    carryOut(actions);
+}
+
+void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
+    if (engine_ == nullptr) {
+        return;
+    }
+    for (const TPCKeyAction& action : actions) {
+        switch (action.kind) {
+            case TPCKeyAction::EKind::kNoteOn:
+                engine_->PlayPcKey(action.note, LevelOf(action.level));
+                break;
+            case TPCKeyAction::EKind::kNoteOff:
+                engine_->PlayNoteOff(action.note);
+                break;
+            case TPCKeyAction::EKind::kSustainOn:
+                engine_->SetSustain(true);
+                break;
+            case TPCKeyAction::EKind::kSustainOff:
+                engine_->SetSustain(false);
+                break;
+            case TPCKeyAction::EKind::kPanic:
+                engine_->ResetSynth();
+                break;
+            case TPCKeyAction::EKind::kPlus:
+            case TPCKeyAction::EKind::kMinus:
+                break;
+        }
+    }
+}

@@ -1,0 +1,89 @@
+#include "ui/MIDIEventRelay.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+const QEvent::Type kWakeUp = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+int Packed(TMIDIMessage message) {
+    return static_cast<int>(message.ToWord());
+}
+
+bool IsStrike(TMIDIMessage message) {
+    return message.status == 0x90 && message.data2 > 0;
+}
+}  // namespace
+
+void MIDIEventRelay::Put(int packedMessage) {
+    const TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
+    const CLockGuard guard(lock_);
+    const std::size_t number = message.data1 & 0x7F;
+    switch (message.status) {
+        case 0x80:
+        case 0x90:
+            pending_.changed.set(number);
+            pending_.last[number] = message;
+            if (IsStrike(message)) {
+                pending_.struck.set(number);
+                pending_.strike[number] = message;
+            }
+            break;
+        case 0xB0:
+            pending_.controllerChanged.set(number);
+            pending_.controller[number] = message;
+            break;
+        case 0xFF:
+            pending_ = Pending{};
+            pending_.reset = true;
+            break;
+        default:
+            pending_.other = message;
+            break;
+    }
+    if (!posted_) {
+        posted_ = true;
+        QCoreApplication::postEvent(this, new QEvent(kWakeUp));
+    }
+}
+
+bool MIDIEventRelay::event(QEvent* event) {
+    if (event->type() == kWakeUp) {
+        Deliver();
+        return true;
+    }
+    return QObject::event(event);
+}
+
+void MIDIEventRelay::Deliver() {
+    Pending taken;
+    {
+        const CLockGuard guard(lock_);
+        taken = pending_;
+        pending_ = Pending{};
+        posted_ = false;
+    }
+    if (taken.reset) {
+        emit MIDIMessageReady(Packed(TMIDIMessage{0xFF, 0, 0, 0}));
+    }
+    for (std::size_t note = 0; note < taken.changed.size(); ++note) {
+        if (!taken.changed[note]) {
+            continue;
+        }
+        if (taken.struck[note] && !IsStrike(taken.last[note])) {
+            emit MIDIMessageReady(Packed(taken.strike[note]));
+        }
+        emit MIDIMessageReady(Packed(taken.last[note]));
+    }
+    for (std::size_t number = 0; number < taken.controllerChanged.size(); ++number) {
+        if (taken.controllerChanged[number]) {
+            emit MIDIMessageReady(Packed(taken.controller[number]));
+        }
+    }
+    if (taken.other.status != 0) {
+        emit MIDIMessageReady(Packed(taken.other));
+    }
+    emit BatchDone();
+}
