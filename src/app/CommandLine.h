@@ -1,0 +1,16 @@
+// What the program can be told on its command line.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace Kivora {
+
+struct CommandLine {
+    QString demonstrationDir;  ///< empty: play as usual
+
+    /// Ends the process for --help, --version and for arguments that it does not know, with a text that says why.
+    static CommandLine Parse(const QStringList& arguments);
+};
+
+}  // namespace Kivora
