@@ -1,0 +1,155 @@
+#include "e2e/InstrumentProcess.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcessEnvironment>
+#include <QThread>
+
+bool WaitFor(const std::function<bool()>& condition, int limitMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.hasExpired(limitMs)) {
+            return false;
+        }
+        QThread::msleep(10);
+    }
+    return true;
+}
+
+InstrumentProcess::InstrumentProcess() = default;
+
+InstrumentProcess::~InstrumentProcess() {
+    for (QProcess* process : {&program_, &server_}) {
+        if (process->state() != QProcess::NotRunning) {
+            process->terminate();
+            if (!process->waitForFinished(kLimitMs)) {
+                process->kill();
+                process->waitForFinished(kLimitMs);
+            }
+        }
+    }
+}
+
+bool InstrumentProcess::StartServer() {
+    server_.setProcessChannelMode(QProcess::SeparateChannels);
+    server_.setStandardErrorFile(QProcess::nullDevice());
+    server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1366x768x24", "-nolisten", "tcp", "-noreset"});
+    if (!server_.waitForStarted(kLimitMs)) {
+        std::cerr << "Xvfb did not start: " << server_.errorString().toStdString() << "\n";
+        return false;
+    }
+    QByteArray number;
+    WaitFor([&] {
+        server_.waitForReadyRead(10);
+        number += server_.readAllStandardOutput();
+        return number.endsWith('\n') || server_.state() == QProcess::NotRunning;
+    });
+    display_ = ":" + QString::fromLatin1(number.trimmed());
+    return number.endsWith('\n');
+}
+
+bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment) {
+    if (!StartServer()) {
+        return false;
+    }
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS", "PULSE_SERVER"}) {
+        variables.remove(unwanted);
+    }
+    variables.insert("DISPLAY", display_);
+    variables.insert("XDG_DATA_HOME", dir_.filePath("data"));
+    variables.insert("HOME", dir_.path());
+    variables.insert("LANG", "C.UTF-8");
+    variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
+    variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
+    for (const QString& variable : environment) {
+        variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
+    }
+    program_.setProcessEnvironment(variables);
+    program_.setProcessChannelMode(QProcess::ForwardedChannels);
+    program_.start(KIVORA_PROGRAM, arguments);
+    if (!program_.waitForStarted(kLimitMs)) {
+        std::cerr << "the program did not start: " << program_.errorString().toStdString() << "\n";
+        return false;
+    }
+    const bool found = WaitFor([&] {
+        bool ok = false;
+        window_ = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "^Kivora LX$"}, &ok)
+                      .section('\n', 0, 0)
+                      .trimmed();
+        return ok && !window_.isEmpty();
+    });
+    if (!found) {
+        std::cerr << "the program's window did not appear\n";
+        return false;
+    }
+    return WaitFor([&] {
+        Xdotool({"windowfocus", window_});
+        return RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
+    });
+}
+
+QString InstrumentProcess::RunOnDisplay(const QString& program, const QStringList& arguments, bool* ok) {
+    QProcess process;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.insert("DISPLAY", display_);
+    process.setProcessEnvironment(variables);
+    process.start(program, arguments);
+    const bool finished = process.waitForFinished(kLimitMs);
+    if (ok != nullptr) {
+        *ok = finished && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+bool InstrumentProcess::Xdotool(const QStringList& arguments) {
+    bool ok = false;
+    RunOnDisplay("xdotool", arguments, &ok);
+    return ok;
+}
+
+std::vector<std::string> InstrumentProcess::GetNoteMessages() const {
+    std::vector<std::string> messages;
+    std::ifstream log(dir_.filePath("midi.log").toStdString());
+    for (std::string line; std::getline(log, line);) {
+        if (line[0] == '8' || line[0] == '9' || line[0] == 'A') {
+            messages.push_back(line.substr(0, 8));
+        }
+    }
+    return messages;
+}
+
+bool InstrumentProcess::WaitForNoteMessages(std::size_t count) const {
+    return WaitFor([&] { return GetNoteMessages().size() >= count; });
+}
+
+int InstrumentProcess::Close() {
+    // There is no window manager that would ask the window to close, so its message is sent from here (ICCCM, 4.2.8.1).
+    xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
+    const auto atom = [&](const char* name) {
+        const auto cookie = xcb_intern_atom(server, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(server, cookie, nullptr), &std::free);
+        return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    };
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window_.toUInt();
+    message.type = atom("WM_PROTOCOLS");
+    message.data.data32[0] = atom("WM_DELETE_WINDOW");
+    xcb_send_event(server, 0, message.window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
+    xcb_flush(server);
+    const bool finished = program_.waitForFinished(kLimitMs);
+    xcb_disconnect(server);
+    return finished && program_.exitStatus() == QProcess::NormalExit ? program_.exitCode() : -1;
+}

@@ -1,0 +1,46 @@
+// The built program in a window of a virtual X server of its own, playing to the stand-in for PortMidi.
+#pragma once
+
+#include <functional>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <string>
+#include <vector>
+
+/// Starts the server and the program, and ends both. All waits have a limit of `kLimitMs`.
+class InstrumentProcess {
+public:
+    static constexpr int kLimitMs = 60000;
+
+    InstrumentProcess();
+    ~InstrumentProcess();
+
+    /// True once the program's main window is there and has the focus; says what failed otherwise.
+    bool Start(const QStringList& arguments = {}, const QStringList& environment = {});
+    /// Runs xdotool on the program's display; true when it succeeded.
+    bool Xdotool(const QStringList& arguments);
+    /// Runs any program on the program's display and returns what it printed.
+    QString RunOnDisplay(const QString& program, const QStringList& arguments, bool* ok = nullptr);
+    /// Messages written so far, each as "90 3C 50", without system, program and controller messages.
+    std::vector<std::string> GetNoteMessages() const;
+    /// Waits until at least `count` note messages were written.
+    bool WaitForNoteMessages(std::size_t count) const;
+    /// Closes the window as a person does and waits for the program's end; its exit code, or -1.
+    int Close();
+    QString GetWindow() const { return window_; }
+    QString GetDataDir() const { return dir_.path(); }
+
+private:
+    bool StartServer();
+
+    QTemporaryDir dir_;
+    QProcess server_;
+    QProcess program_;
+    QString display_;
+    QString window_;
+};
+
+/// Polls `condition` until it holds or the limit has passed.
+bool WaitFor(const std::function<bool()>& condition, int limitMs = InstrumentProcess::kLimitMs);
