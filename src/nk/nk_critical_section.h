@@ -30,7 +30,7 @@ private:
     std::unique_ptr<NK::Platform::CRecursiveMutex> section_;
     std::uint32_t tryAttempts_;
     std::uint32_t trySleepMs_;
-    std::uint32_t reserve_;
+    [[maybe_unused]] std::uint32_t reserve_;
 };
 
 /// Holds a CCriticalSection for a scope.
