@@ -19,6 +19,8 @@ namespace fs = std::filesystem;
 constexpr std::uint64_t kChunkHeaderSize = 8;
 constexpr std::uint64_t kFormTypeSize = 4;
 constexpr std::uint64_t kVersionSize = 4;
+constexpr std::uint32_t kInstrumentGenerator = 41;
+constexpr std::uint32_t kSampleGenerator = 53;
 
 /// A chunk of the file: four letters and where its data stand.
 struct Chunk {
@@ -183,6 +185,20 @@ private:
         for (const Link& link : kLinks) {
             if (!CheckLink(contents[link.from], kTables[link.from].recordSize, link.offset,
                            contents[link.to].size() / kTables[link.to].recordSize)) {
+                return false;
+            }
+        }
+        // The last record of each table only ends it.
+        const std::size_t instruments = contents[kInst].size() / kTables[kInst].recordSize - 1;
+        const std::size_t samples = contents[kShdr].size() / kTables[kShdr].recordSize - 1;
+        return CheckReferences(contents[kPgen], kInstrumentGenerator, instruments) &&
+               CheckReferences(contents[kIgen], kSampleGenerator, samples);
+    }
+
+    /// Generator records are pairs of 16 bits: a number and, for those that refer, an index below `count`.
+    static bool CheckReferences(const std::vector<char>& generators, std::uint32_t number, std::size_t count) {
+        for (std::size_t at = 0; at < generators.size(); at += 4) {
+            if (ReadUint16(generators.data() + at) == number && ReadUint16(generators.data() + at + 2) >= count) {
                 return false;
             }
         }

@@ -107,6 +107,14 @@ TEST_F(SoundFontFileTest, ATableThatCountsPastItsNeighbourIsRefused) {
     EXPECT_EQ(Check(bytes), kDamaged);
 }
 
+TEST_F(SoundFontFileTest, AReferenceToASampleOrInstrumentThatIsNotThereIsRefused) {
+    for (const auto& [table, reference] : {std::pair("igen", 6), std::pair("pgen", 2)}) {
+        std::string bytes = font_;
+        bytes[bytes.find(table) + 8 + static_cast<std::size_t>(reference)] = 1;
+        EXPECT_EQ(Check(bytes), kDamaged) << table;
+    }
+}
+
 // Every byte outside the samples takes four other values; what still passes the check is loaded and played.
 TEST_F(SoundFontFileTest, AFontWithAnyByteOfItsTablesChangedNeverCrashes) {
     std::mt19937 random(3);
