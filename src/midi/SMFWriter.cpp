@@ -1,6 +1,7 @@
 #include "midi/SMFWriter.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "nk/nk_disk_file.h"
 
@@ -8,7 +9,8 @@ namespace NK::MIDI {
 
 namespace {
 
-constexpr std::uint8_t kHeader[12] = {'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 0, 0, 1};
+/// The tag, the header's length, format 0, one track.
+constexpr std::string_view kHeader("MThd\0\0\0\6\0\0\0\1", 12);
 constexpr std::uint16_t kDefaultDivision = 500;
 constexpr std::uint8_t kEmptySlotStatus = 0xFF;
 constexpr std::int64_t kTrackHeaderSize = 8;
@@ -76,7 +78,7 @@ bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t coun
 
 bool WriteMIDIStream(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
     const auto division = tempo < 1 ? kDefaultDivision : static_cast<std::uint16_t>(60000.0 / tempo);
-    return file.Write(kHeader, 1, sizeof(kHeader)) == sizeof(kHeader) && WriteUInt16(file, division) &&
+    return file.Write(kHeader.data(), 1, kHeader.size()) == kHeader.size() && WriteUInt16(file, division) &&
            WriteMIDITrack(file, events, count, tempo);
 }
 

@@ -159,8 +159,8 @@ TEST_F(ArpeggiatorSettingsTest, ARefusedSectionChangesNothing) {
         {L"Extension", L"4", L"Invalid arpeggiator range extension mode."},
         {L"VelocityMode", L"4", L"Invalid arpeggiator velocity mode."},
     };
-    for (const auto& [key, value, text] : refused) {
-        ExpectThrow<CInvalidParameterException>(text, [&] { refuse(key, value); });
+    for (const auto& wrong : refused) {
+        ExpectThrow<CInvalidParameterException>(wrong.text, [&] { refuse(wrong.key, wrong.value); });
     }
     EXPECT_EQ(SavedLines(), before);
     EXPECT_EQ(Steps(2), (Notes{60, 72}));  // the key is still held, the list and the position are as they were
