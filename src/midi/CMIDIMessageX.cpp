@@ -107,7 +107,7 @@ void CMIDIMessageX::SetSequencerSpecific(std::uint32_t size, const std::uint8_t*
 }
 
 void CMIDIMessageX::SetMeta(std::uint8_t type, std::int32_t timeMs, int b0, int b1, int b2, int b3, int b4) {
-    std::uint8_t bytes[5];
+    std::uint8_t bytes[5] = {};
     std::uint32_t size = 0;
     for (const int value : {b0, b1, b2, b3, b4}) {
         if (value < 0) {
