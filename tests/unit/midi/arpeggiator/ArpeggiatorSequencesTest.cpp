@@ -264,6 +264,19 @@ TEST_F(ArpeggiatorSequence, TheFirstKeyIsForgottenOnceItIsReleased) {
     EXPECT_EQ(Steps(2), (Notes{67, 67}));
 }
 
+TEST_F(ArpeggiatorSequence, AKeyPressedIntoAListIsNotTheFirst) {
+    Set({ArpeggiatorSettings::kFirstNote, 0, false, {}});
+    Press(64);
+    Press(60);
+    Release(64);  // the list is empty: the next batch forgets the first key
+    arpeggiator.SetDirection(ArpeggiatorSettings::kUp);
+    Send({{0xA0, 1, 60, 100}});
+    Press(67);  // 60 is in the list
+    arpeggiator.SetDirection(ArpeggiatorSettings::kFirstNote);
+    Send({{0xA0, 1, 60, 100}});
+    EXPECT_EQ(Step(), Notes{});
+}
+
 // 60 gives 72 as well, which is held with a velocity of its own; 84 is the copy of 72.
 TEST_F(ArpeggiatorSequence, ACopyWhoseNoteIsThereAlreadyIsNotAdded) {
     Set({ArpeggiatorSettings::kUp, 1, false, {}});

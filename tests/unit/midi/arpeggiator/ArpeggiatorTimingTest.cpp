@@ -158,6 +158,12 @@ TEST_F(ArpeggiatorTiming, TheBorderOf101) {
     EXPECT_EQ(Duration(40, 90, 1), 94);
 }
 
+// At tempo 150 a step of 12 ticks takes 25 ms; its 98 percent, 24.5, round down.
+TEST_F(ArpeggiatorTiming, HalvesRoundDown) {
+    clock.tempo = 150;
+    EXPECT_EQ(Duration(12, 1000, 1), 24);
+}
+
 // In 4/8 a beat of 500 ms is an eighth: a quarter takes 1000 ms, the step of 96 ticks 500 ms.
 TEST_F(ArpeggiatorTiming, DurationsCountQuartersNotBeats) {
     clock.beatUnit = 8;
@@ -178,6 +184,19 @@ TEST_F(ArpeggiatorTiming, NotesArePlayedAtTimeZero) {
     RunTo(250);
     ASSERT_EQ(output.played.size(), 1U);
     EXPECT_EQ(output.played[0].time, 0U);
+}
+
+TEST_F(ArpeggiatorTiming, TheFirst64NotesAllocateNothing) {
+    output.played.reserve(100);
+    std::vector<Message> keys;
+    for (int note = 0; note < 64; ++note) {
+        keys.push_back({0x90, 1, static_cast<std::uint8_t>(note), 100});
+    }
+    MoveClock(250);
+    const std::uint64_t before = GetAllocationCount();
+    arpeggiator.Process(keys.data(), 64, clock, output);
+    EXPECT_EQ(GetAllocationCount(), before);
+    EXPECT_EQ(output.TakeNotes(), Notes{0});
 }
 
 TEST_F(ArpeggiatorTiming, NothingIsAllocatedOnceWarm) {
