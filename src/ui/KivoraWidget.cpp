@@ -7,6 +7,7 @@
 
 #include "engine/CKivora.h"
 #include "midi/TMIDIMessage.h"
+#include "nk/nk_keyboard_layout.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -22,11 +23,6 @@ constexpr QColor kInk(3, 10, 26);
 constexpr BYTE kFirstNote = 36;
 constexpr BYTE kKeyCount = 61;
 
-/// A US layout: the key's own code is the character.
-int CharacterOf(int code, bool) {
-    return code;
-}
-
 QFont DisplayFont(int pixels) {
     QFont font;
     font.setFamilies({"Play", "Inter", "Liberation Sans"});
@@ -38,7 +34,10 @@ QFont DisplayFont(int pixels) {
 }  // namespace
 
 KivoraWidget::KivoraWidget(Kivora::CKivora* engine, QWidget* parent)
-    : QWidget(parent), engine_(engine), relay_(std::make_unique<MIDIEventRelay>()), keys_(CharacterOf) {
+    : QWidget(parent), engine_(engine), relay_(std::make_unique<MIDIEventRelay>()), keys_([this](int code, bool shift) {
+          return Kivora::PlayingKeyToCharacter(keyMap_, code, shift, NK::GetKeyboardLanguage());
+      }) {
+    keyMap_.Build();
     setFocusPolicy(Qt::StrongFocus);
     createWidgets();
     updateSkin();

@@ -5,6 +5,7 @@
 #include <QBasicTimer>
 #include <QWidget>
 
+#include "locale/LocalizedKeyMap.h"
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
 #include "ui/PanelSkin.h"
@@ -66,6 +67,7 @@ private:
     QPiano* piano_ = nullptr;  // Qt's parent owns these
     QPianoPCKeyHelpBar* hintBar_ = nullptr;
     QBlinkingLed* midiLamp_ = nullptr;
+    Kivora::CLocalizedKeyMap keyMap_;
     NK::Piano::CPCKeyPlayer keys_;
     QBasicTimer keySettleTimer_;
 };
