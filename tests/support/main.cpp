@@ -24,9 +24,11 @@ std::vector<std::wstring> CFatalLog::GetLines() const {
 }
 
 void CFatalLog::BeginTest() {
-    const std::lock_guard guard(mutex_);
-    lines_.clear();
-    expected_.clear();
+    {
+        const std::lock_guard guard(mutex_);
+        lines_.clear();
+        expected_.clear();
+    }
     NK::SetCurrentLogger(this);
 }
 
