@@ -31,7 +31,7 @@ void ReadEverything(CIniFile& ini, const CString& key) {
 
 /// Reads each line's text before "=" as a key in each section, up to a number of lines that keeps this quick.
 void ReadEverySection(CIniFile& ini) {
-    constexpr std::uint32_t kLines = 32;
+    constexpr std::uint32_t kLines = 8;
     for (std::uint32_t i = 0; i < ini.GetSize() && i < kLines; ++i) {
         const CString line = ini[i];
         const std::uint32_t length = line.GetLength();
