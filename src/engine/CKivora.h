@@ -170,6 +170,8 @@ public:
     /// runs. True when nothing is left. [gui]
     bool SettleOutput();
     static constexpr int kSettleLimitMs = 50;
+    /// Forgets what is queued and not yet written.
+    void DiscardQueued();
     /// Queues the note-offs of all notes that sound with a duration.
     void EndTimedNotes();
 

@@ -123,6 +123,13 @@ void CKivora::EndTimedNotes() {
     }
 }
 
+void CKivora::DiscardQueued() {
+    const CLockGuard guard(lock_);
+    if (sink_) {
+        sink_->Clear();
+    }
+}
+
 bool CKivora::SettleOutput() {
     const CLockGuard guard(lock_);
     if (!sink_ || !player_ || !player_->IsRunning()) {

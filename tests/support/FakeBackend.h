@@ -42,7 +42,9 @@ public:
         if (failsToWrite) {
             return false;
         }
-        written_.push_back(event);
+        if (keepsWritten) {
+            written_.push_back(event);
+        }
         if (onWrite) {
             onWrite(event);
         }
@@ -63,6 +65,7 @@ public:
     const std::uint32_t flags;
     bool failsToOpen = false;
     bool failsToWrite = false;
+    bool keepsWritten = true;  ///< whether TakeWritten() has anything to give
     /// Called with each message written, on the writing thread.
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;
     int openCount = 0;

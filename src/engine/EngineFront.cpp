@@ -1,0 +1,207 @@
+#include "engine/EngineFront.h"
+
+namespace Kivora {
+
+EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
+    connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
+        const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
+        if (message.status == 0xB0 && message.data1 == HeldKeys::kSustainController) {
+            pedalDown_ = message.data2 != 0;
+        }
+    });
+}
+
+EngineFront::~EngineFront() {
+    // Under the lock, with which every message is emitted: none is being told to this object.
+    engine_.WithLock([this] { QObject::disconnect(connection_); });
+}
+
+void EngineFront::Silence() {
+    engine_.SettleOutput();
+    if (pedalDown_) {
+        engine_.SetSustain(false);
+    }
+    engine_.AllNotesOff();
+    engine_.EndTimedNotes();
+    engine_.SettleOutput();
+}
+
+void EngineFront::RestorePedal(bool down) {
+    if (down) {
+        engine_.SettleOutput();
+        engine_.SetSustain(true);
+    }
+}
+
+void EngineFront::SetSustain(bool on) {
+    engine_.WithLock([&] {
+        engine_.SettleOutput();
+        engine_.SetSustain(on);
+    });
+}
+
+void EngineFront::AllNotesOff() {
+    engine_.WithLock([&] {
+        const bool pedal = pedalDown_;
+        Silence();
+        RestorePedal(pedal);
+    });
+}
+
+void EngineFront::Panic() {
+    engine_.WithLock([&] {
+        Silence();
+        engine_.ResetSynth();
+    });
+}
+
+void EngineFront::SetVoiceMode(bool dual, bool split) {
+    engine_.WithLock([&] {
+        engine_.SettleOutput();
+        engine_.SetDual(dual);
+        engine_.SetSplit(split);
+    });
+}
+
+void EngineFront::ChangePatch(int slot, int patch) {
+    const bool crosses = (patch < 0) != (engine_.GetPatch(slot) < 0);
+    const bool pedal = pedalDown_;
+    if (crosses) {
+        Silence();
+    }
+    engine_.SetPatch(patch, slot);
+    if (crosses) {
+        RestorePedal(pedal);
+    }
+}
+
+void EngineFront::SetPatch(int patch, int slot) {
+    engine_.WithLock([&] { ChangePatch(slot, patch); });
+}
+
+void EngineFront::NextPatch(int slot) {
+    engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetNextPatch(engine_.GetPatch(slot))); });
+}
+
+void EngineFront::PrevPatch(int slot) {
+    engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
+}
+
+void EngineFront::TransposeUp(int slot) {
+    engine_.WithLock([&] {
+        engine_.SettleOutput();
+        engine_.TransposeUp(slot);
+    });
+}
+
+void EngineFront::TransposeDown(int slot) {
+    engine_.WithLock([&] {
+        engine_.SettleOutput();
+        engine_.TransposeDown(slot);
+    });
+}
+
+void EngineFront::SetArpeggiating(bool on) {
+    engine_.WithLock([&] {
+        engine_.SettleOutput();
+        engine_.SetArpeggiating(on);
+    });
+}
+
+void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
+    engine_.WithArpeggiator(index, [&](NK::MIDI::CArpeggiator1& arpeggiator) {
+        const auto hears = [&arpeggiator] {
+            return std::pair(arpeggiator.IsBypassed(), arpeggiator.GetSettings().inChannel);
+        };
+        const auto before = hears();
+        change(arpeggiator);
+        if (hears() != before) {
+            engine_.SettleOutput();
+            engine_.AllNotesOff();
+        }
+        RaiseGates();
+    });
+}
+
+void EngineFront::RaiseGates() {
+    for (int index = 0; index < CKivora::kArpeggiatorCount; ++index) {
+        engine_.WithArpeggiator(index, [](NK::MIDI::CArpeggiator1& arpeggiator) {
+            if (!(arpeggiator.GetDurationPercent() > 0)) {
+                arpeggiator.SetDurationPercent(kSmallestGatePercent);
+            }
+        });
+    }
+}
+
+bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
+    return engine_.WithLock([&] {
+        const bool pedal = pedalDown_;
+        Silence();
+        const bool loaded = load();
+        RaiseGates();
+        engine_.SendVolumes();
+        RestorePedal(pedal);
+        return loaded;
+    });
+}
+
+bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
+    const bool pedal = pedalDown_;
+    Silence();
+    if (!engine_.IsOutputReady()) {
+        engine_.DiscardQueued();
+    }
+    const bool changed = change();
+    RestorePedal(pedal);
+    return changed;
+}
+
+bool EngineFront::SetOutputPortByIndex(int index) {
+    return engine_.WithLock([&] { return ChangeOutput([&] { return engine_.SetOutputPortByIndex(index); }); });
+}
+
+bool EngineFront::SetInputPortByIndex(int index) {
+    return engine_.WithLock([&] {
+        if (index != engine_.GetInputPortIndex()) {
+            engine_.ReleaseInputKeys();
+        }
+        return engine_.SetInputPortByIndex(index);
+    });
+}
+
+void EngineFront::OpenPorts() {
+    engine_.WithLock([&] {
+        engine_.ReleaseInputKeys();
+        ChangeOutput([&] {
+            engine_.OpenPorts();
+            return true;
+        });
+    });
+}
+
+bool EngineFront::RescanPorts() {
+    return engine_.WithLock([&] {
+        if (engine_.IsRecording()) {
+            return false;
+        }
+        engine_.ReleaseInputKeys();
+        return ChangeOutput([&] { return engine_.RescanPorts(); });
+    });
+}
+
+bool EngineFront::StartRecording() {
+    return engine_.WithLock([&] {
+        engine_.SettleOutput();
+        return engine_.StartRecording();
+    });
+}
+
+void EngineFront::Close() {
+    engine_.WithLock([&] {
+        engine_.ReleaseInputKeys();
+        engine_.CloseInputPort();
+        Silence();
+    });
+}
+
+}  // namespace Kivora

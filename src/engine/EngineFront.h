@@ -1,0 +1,78 @@
+// The engine's operations as the user's controls need them: no note is left hanging.
+#pragma once
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+
+#include "engine/CKivora.h"
+
+namespace Kivora {
+
+/// Stands between the controls and the engine wherever an operation of the engine, which sends what its rules say and
+/// nothing else, could leave a note sounding whose key is up; docs/hung-notes.md lists the places. What is not here is
+/// called on the engine itself.
+///
+/// Two things happen around an operation. Settling: everything queued is let out first, because what waits together
+/// leaves in no particular order. Silence: the pedal is lifted, all notes are ended, those that sound with a duration
+/// included; a pedal that was down goes down again afterwards. Both and the operation run under one hold of the
+/// engine's lock, so that nothing played meanwhile slips between. [gui]
+class EngineFront {
+public:
+    /// The gate that replaces one of 0, with which notes never end.
+    static constexpr double kSmallestGatePercent = 10.0;
+
+    /// The engine outlives the front and is not owned.
+    explicit EngineFront(CKivora& engine);
+    ~EngineFront();
+    EngineFront(const EngineFront&) = delete;
+    EngineFront& operator=(const EngineFront&) = delete;
+
+    CKivora& GetEngine() const { return engine_; }
+
+    void SetSustain(bool on);
+    /// Ends every note; the pedal stays as it is.
+    void AllNotesOff();
+    /// Ends every note, lifts the pedal for good and resets the synthesizer, which takes about 150 ms.
+    void Panic();
+
+    void SetVoiceMode(bool dual, bool split);
+    void SetPatch(int patch, int slot);
+    void NextPatch(int slot);
+    void PrevPatch(int slot);
+    void TransposeUp(int slot);
+    void TransposeDown(int slot);
+    void SetArpeggiating(bool on);
+    /// Calls `change` with the arpeggiator under the engine's lock. Afterwards notes are ended if it is bypassed or
+    /// listens otherwise than before, and a gate of 0 is raised. Throws what `change` and CKivora::WithArpeggiator()
+    /// throw.
+    void ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change);
+
+    /// Silence, then `load`, which replaces settings of voices and arpeggiators and returns whether it did; then gates
+    /// of 0 are raised and the volumes sent. Returns the result of `load`.
+    bool ReplaceVoices(const std::function<bool()>& load);
+
+    // These throw as the engine's operations do.
+    bool SetOutputPortByIndex(int index);
+    bool SetInputPortByIndex(int index);
+    void OpenPorts();
+    bool RescanPorts();
+    bool StartRecording();
+
+    /// Closes the input, ends every note and lets the player write it. Before the engine is destroyed.
+    void Close();
+
+private:
+    void Silence();
+    void RestorePedal(bool down);
+    bool ChangeOutput(const std::function<bool()>& change);
+    void ChangePatch(int slot, int patch);
+    void RaiseGates();
+
+    CKivora& engine_;
+    std::atomic<bool> pedalDown_{false};  ///< as the last message of the sustain pedal said, whatever its source
+    QMetaObject::Connection connection_;
+};
+
+}  // namespace Kivora

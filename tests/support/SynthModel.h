@@ -1,0 +1,90 @@
+// What a strict synthesizer would be sounding.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+
+#include "libmidi/MIDIEvent.h"
+
+namespace KivoraTest {
+
+/// Follows notes, the sustain pedal and controller 123 per channel, as MIDI 1.0 has them: a pedal holds what is
+/// released under it, controller 123 included. A System Reset changes nothing, as on many devices.
+class SynthModel {
+public:
+    static constexpr int kChannels = 16;
+
+    void Play(const LibMidi::MIDIEvent& event) {
+        Channel& channel = channels_[event.status & 0x0F];
+        switch (event.status & 0xF0) {
+            case 0x80:
+                Release(channel, event.data1);
+                break;
+            case 0x90:
+                if (event.data2 == 0) {
+                    Release(channel, event.data1);
+                } else {
+                    channel.pressed.set(event.data1);
+                    channel.sustained.reset(event.data1);
+                }
+                break;
+            case 0xB0:
+                if (event.data1 == 64) {
+                    channel.pedal = event.data2 != 0;
+                    if (!channel.pedal) {
+                        channel.sustained.reset();
+                    }
+                } else if (event.data1 == 123) {
+                    if (channel.pedal) {
+                        channel.sustained |= channel.pressed;
+                    }
+                    channel.pressed.reset();
+                }
+                break;
+            default:
+                break;
+        }
+    }
+    void Clear() { channels_ = {}; }
+
+    bool IsPressed(int channel, int note) const { return Get(channel).pressed[static_cast<std::size_t>(note)]; }
+    /// Notes whose note-off has not come.
+    const std::bitset<128>& GetPressed(int channel) const { return Get(channel).pressed; }
+    bool IsPedalDown(int channel) const { return Get(channel).pedal; }
+    bool IsPedalDown() const {
+        for (const Channel& channel : channels_) {
+            if (channel.pedal) {
+                return true;
+            }
+        }
+        return false;
+    }
+    bool IsSounding() const {
+        for (const Channel& channel : channels_) {
+            if (channel.pressed.any() || channel.sustained.any()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    struct Channel {
+        std::bitset<128> pressed;
+        std::bitset<128> sustained;
+        bool pedal = false;
+    };
+
+    static void Release(Channel& channel, std::uint8_t note) {
+        if (channel.pedal && channel.pressed[note]) {
+            channel.sustained.set(note);
+        }
+        channel.pressed.reset(note);
+    }
+    const Channel& Get(int channel) const { return channels_[static_cast<std::size_t>(channel)]; }
+
+    std::array<Channel, kChannels> channels_;
+};
+
+}  // namespace KivoraTest

@@ -1,0 +1,309 @@
+// The places where a note could be left hanging, one by one.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "engine/EngineFront.h"
+#include "support/SynthModel.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+class Front : public testing::Test {
+protected:
+    Front() {
+        Listen(kSynth, synth);
+        Listen(kOtherSynth, otherSynth);
+        engine.SetInputPortByName(kKeyboard);
+    }
+    void Listen(const wchar_t* name, SynthModel& model) {
+        rig.GetDevice(name).onWrite = [&model](const LibMidi::MIDIEvent& event) { model.Play(event); };
+    }
+    bool IsSounding() {
+        rig.RunPlayer();
+        return synth.IsSounding();
+    }
+
+    EngineRig rig;
+    SynthModel synth;
+    SynthModel otherSynth;
+    Kivora::CKivora& engine = rig.CreateOpen();
+    Kivora::EngineFront front{engine};
+};
+}  // namespace
+
+TEST_F(Front, APatchChangeAcrossThePercussionBorderWithAKeyHeldLeavesNoNote) {
+    for (const bool toPercussion : {true, false}) {
+        engine.PlayNoteOn(60, 100);
+        EXPECT_TRUE(IsSounding());
+        front.SetPatch(toPercussion ? -1 : 5, 0);
+        EXPECT_FALSE(IsSounding());
+        engine.PlayNoteOff(60);
+        EXPECT_FALSE(IsSounding());
+    }
+}
+
+TEST_F(Front, SteppingThePatchAcrossThePercussionBorderLeavesNoNote) {
+    engine.PlayNoteOn(60, 100);
+    front.PrevPatch(0);
+    EXPECT_EQ(engine.GetPatch(0), -1);
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding());
+    engine.PlayNoteOn(60, 100);
+    front.NextPatch(0);
+    EXPECT_EQ(engine.GetPatch(0), 0);
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, APatchChangeAcrossThePercussionBorderWithThePedalHeldTakesThePedalAlong) {
+    front.SetSustain(true);
+    engine.PlayNoteOn(60, 100);
+    engine.PlayNoteOff(60);
+    EXPECT_TRUE(IsSounding());
+    front.SetPatch(-1, 0);
+    EXPECT_FALSE(IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown(0));
+    EXPECT_TRUE(synth.IsPedalDown(9));
+    front.SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown());
+}
+
+TEST_F(Front, APatchChangeThatStaysOnItsSideOfTheBorderLeavesTheNotesAlone) {
+    engine.PlayNoteOn(60, 100);
+    front.SetPatch(5, 0);
+    front.NextPatch(0);
+    EXPECT_TRUE(IsSounding());
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, ReplacingTheVoicesWithKeysHeldLeavesNoNote) {
+    engine.PlayNoteOn(60, 100);
+    rig.GetKeyboard().Deliver(0x90, 50, 100);
+    EXPECT_TRUE(front.ReplaceVoices([this] {
+        EXPECT_FALSE(IsSounding()) << "silence comes first";
+        engine.SetPatch(-1, 0);
+        return true;
+    }));
+    rig.TakeWritten();
+    engine.PlayNoteOff(60);
+    rig.GetKeyboard().Deliver(0x80, 50, 0);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, ReplacingTheVoicesSendsTheVolumesAfterwardsAndPassesTheResultOn) {
+    SignalLog shown(engine);
+    EXPECT_FALSE(front.ReplaceVoices([] { return false; }));
+    const std::vector<std::string> messages = shown.TakeMessages();
+    ASSERT_GE(messages.size(), 3U);
+    EXPECT_THAT(std::vector<std::string>(messages.end() - 3, messages.end()),
+                ElementsAre("b0 07 64", "b1 07 64", "b2 07 64"));
+}
+
+TEST_F(Front, AGateOf0PercentFromAFileIsRaised) {
+    front.SetArpeggiating(true);
+    front.ReplaceVoices([this] {
+        engine.WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetDurationPercent(0); });
+        return true;
+    });
+    engine.PlayNoteOn(60, 100);
+    rig.Run(600);
+    engine.PlayNoteOff(60);
+    rig.Run(300);
+    EXPECT_FALSE(IsSounding());
+    EXPECT_EQ(engine.WithArpeggiator(0, [](auto& arpeggiator) { return arpeggiator.GetDurationPercent(); }),
+              Kivora::EngineFront::kSmallestGatePercent);
+    EXPECT_EQ(engine.WithArpeggiator(1, [](auto& arpeggiator) { return arpeggiator.GetDurationPercent(); }), 200.0);
+}
+
+TEST_F(Front, SwitchingAnArpeggiatorOnOrOffWithKeysHeldLeavesNoNote) {
+    front.SetArpeggiating(true);
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    engine.PlayNoteOn(60, 100);
+    EXPECT_TRUE(IsSounding());
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(false); });
+    EXPECT_FALSE(IsSounding());
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding()) << "the arpeggiator has taken the note-off over";
+    engine.PlayNoteOn(60, 100);
+    rig.Run(300);
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    rig.Run(1000);
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, OtherChangesOfAnArpeggiatorLeaveTheNotesAlone) {
+    engine.PlayNoteOn(60, 100);
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetDirection(3); });
+    EXPECT_TRUE(IsSounding());
+}
+
+TEST_F(Front, AnOutputPortChangeWithKeysHeldLeavesNoNoteOnEitherPort) {
+    engine.PlayNoteOn(60, 100);
+    rig.GetKeyboard().Deliver(0x90, 50, 100);
+    EXPECT_TRUE(IsSounding());
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_FALSE(synth.IsSounding());
+    engine.PlayNoteOff(60);
+    rig.RunPlayer();
+    EXPECT_FALSE(otherSynth.IsSounding());
+}
+
+TEST_F(Front, AnOutputPortChangeWithThePedalHeldLiftsItOnTheOldPort) {
+    front.SetSustain(true);
+    engine.PlayNoteOn(60, 100);
+    front.SetOutputPortByIndex(1);
+    EXPECT_FALSE(synth.IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown());
+    rig.RunPlayer();
+    EXPECT_TRUE(otherSynth.IsPedalDown());
+    front.SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(otherSynth.IsPedalDown());
+}
+
+TEST_F(Front, ThePedalPressedAndLiftedWithoutAnOutputIsUpOnTheNextOne) {
+    engine.CloseOutputPort();
+    for (int i = 0; i < 10; ++i) {
+        front.SetSustain(true);
+        front.SetSustain(false);
+    }
+    front.SetOutputPortByIndex(1);
+    rig.RunPlayer();
+    EXPECT_FALSE(otherSynth.IsPedalDown());
+}
+
+TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
+    front.SetArpeggiating(true);
+    rig.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
+        // A channel that no voice has, which controller 123 does not reach.
+        LibMidi::MIDIEvent moved = event;
+        if ((event.status & 0xF0) == 0x90 || (event.status & 0xF0) == 0x80) {
+            moved.status = static_cast<std::uint8_t>((event.status & 0xF0) | 5);
+        }
+        synth.Play(moved);
+    };
+    engine.PlayNoteOn(60, 100);
+    rig.Run(300);
+    EXPECT_TRUE(synth.IsSounding());
+    front.SetOutputPortByIndex(1);
+    EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Front, AnInputPortChangeEndsTheKeysThatTheOldInputHolds) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    engine.PlayNoteOn(70, 100);
+    EXPECT_TRUE(front.SetInputPortByIndex(1));
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPressed(0, 60));
+    EXPECT_FALSE(synth.IsPedalDown());
+    EXPECT_TRUE(synth.IsPressed(0, 70)) << "the keys of other sources go on";
+}
+
+TEST_F(Front, ChoosingTheSameInputLeavesItsKeysAlone) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    EXPECT_TRUE(front.SetInputPortByIndex(0));
+    EXPECT_TRUE(IsSounding());
+}
+
+TEST_F(Front, ARescanWithKeysHeldLeavesNoNote) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    engine.PlayNoteOn(70, 100);
+    EXPECT_TRUE(front.RescanPorts());
+    EXPECT_FALSE(IsSounding());
+    EXPECT_TRUE(engine.IsOutputReady());
+}
+
+TEST_F(Front, ARescanWhileRecordingIsRefusedAndSilencesNothing) {
+    front.StartRecording();
+    engine.PlayNoteOn(70, 100);
+    EXPECT_FALSE(front.RescanPorts());
+    EXPECT_TRUE(IsSounding());
+}
+
+TEST_F(Front, ClosingSilencesFirstAndLetsThePlayerWriteIt) {
+    engine.PlayNoteOn(60, 100);
+    front.SetSustain(true);
+    rig.GetKeyboard().Deliver(0x90, 50, 100);
+    EXPECT_TRUE(IsSounding());
+    front.Close();
+    EXPECT_FALSE(synth.IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown());
+    EXPECT_FALSE(rig.GetDevice(kKeyboard).isOpen);
+}
+
+TEST_F(Front, NoNoteOnIsOvertakenByAController123QueuedAfterIt) {
+    for (const bool split : {true, false}) {
+        for (int note = 40; note < 60; ++note) {
+            engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
+        }
+        front.SetVoiceMode(false, split);
+        EXPECT_FALSE(IsSounding());
+    }
+    for (int note = 40; note < 80; ++note) {
+        engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
+    }
+    front.TransposeUp(0);
+    EXPECT_FALSE(IsSounding());
+    for (int note = 40; note < 80; ++note) {
+        engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
+    }
+    front.SetArpeggiating(true);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, QuickPedalMovementsKeepTheirOrder) {
+    for (int i = 0; i < 20; ++i) {
+        front.SetSustain(true);
+        front.SetSustain(false);
+    }
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown());
+}
+
+TEST_F(Front, AfterAPanicNothingSoundsAndThePedalIsUp) {
+    front.SetSustain(true);
+    front.SetArpeggiating(true);
+    engine.PlayNoteOn(60, 100);
+    rig.Run(300);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    EXPECT_TRUE(synth.IsSounding());
+    front.Panic();
+    EXPECT_FALSE(IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown());
+    rig.Run(1000);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(Front, AllNotesOffEndsWhatThePedalHoldsAndKeepsThePedal) {
+    front.SetSustain(true);
+    engine.PlayNoteOn(60, 100);
+    front.AllNotesOff();
+    EXPECT_FALSE(IsSounding());
+    EXPECT_TRUE(synth.IsPedalDown());
+}
+
+TEST_F(Front, NothingWaitsWhenNothingIsQueued) {
+    rig.RunPlayer();
+    const std::uint64_t before = rig.time.GetSleptMs();
+    front.SetSustain(true);
+    rig.RunPlayer();
+    front.SetVoiceMode(true, false);
+    rig.RunPlayer();
+    front.TransposeUp(0);
+    EXPECT_EQ(rig.time.GetSleptMs(), before);
+}
+
+TEST_F(Front, SettlingGivesUpWhenThePlayerStandsStill) {
+    rig.time.onSleep = nullptr;
+    engine.PlayNoteOn(60, 100);
+    const std::uint64_t before = rig.time.GetSleptMs();
+    EXPECT_FALSE(engine.SettleOutput());
+    EXPECT_EQ(rig.time.GetSleptMs() - before, static_cast<std::uint64_t>(Kivora::CKivora::kSettleLimitMs));
+}

@@ -1,0 +1,439 @@
+// Random playing: no note is ever left hanging.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <random>
+#include <string>
+#include <utility>
+
+#include "engine/EngineFront.h"
+#include "engine/NoteFolding.h"
+#include "nk/nk_ini_file.h"
+#include "support/SynthModel.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+
+namespace {
+
+constexpr int kActions = KIVORA_HUNG_NOTE_ACTIONS;
+
+using Keys = std::bitset<128>;
+
+/// Plays an instrument at random and knows which keys and pedals are down.
+class Musician {
+public:
+    explicit Musician(std::uint32_t seed) : random_(seed) {
+        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
+            GetOutput(i).keepsWritten = false;
+            GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
+        }
+        Begin();
+    }
+
+    /// One action. Sets what GetFailure() returns when a check has failed.
+    void Act() {
+        ++actions_;
+        const int choice = Draw(100);
+        if (choice < 60) {
+            Play();
+        } else if (choice < 63) {
+            MovePedal();
+        } else if (choice < 78) {
+            ChangeSettings();
+        } else if (choice < 90) {
+            Name("time");
+            rig_.Run(1 + Draw(20));
+        } else if (choice < 95) {
+            CheckAtRest();
+        } else if (Draw(10) == 0) {
+            ActRarely();
+        }
+    }
+
+    const std::string& GetFailure() const { return failure_; }
+    std::string Describe() const {
+        std::string text = "action " + std::to_string(actions_) + ": " + failure_ + "; the last ones:";
+        for (const std::string& name : last_) {
+            text += ' ' + name + ',';
+        }
+        return text;
+    }
+
+private:
+    static constexpr std::array<const wchar_t*, 2> kOutputs{kSynth, kOtherSynth};
+    static constexpr std::array<const wchar_t*, 2> kInputs{kKeyboard, kOtherKeyboard};
+
+    FakeDevice& GetOutput(std::size_t index) { return rig_.GetDevice(kOutputs[index]); }
+    Kivora::CKivora& GetEngine() { return *rig_.engine; }
+    int Draw(int below) { return static_cast<int>(random_() % static_cast<std::uint32_t>(below)); }
+    bool Toss() { return Draw(2) != 0; }
+    std::uint8_t DrawNote() { return static_cast<std::uint8_t>(Draw(8) == 0 ? Draw(128) : 48 + Draw(24)); }
+    std::uint8_t DrawVelocity() { return static_cast<std::uint8_t>(1 + Draw(127)); }
+
+    void Name(const char* name, int detail = -1) {
+        last_.push_back(detail < 0 ? name : name + (' ' + std::to_string(detail)));
+        if (last_.size() > 40) {
+            last_.pop_front();
+        }
+    }
+    void Fail(const std::string& what) {
+        if (failure_.empty()) {
+            failure_ = what;
+        }
+    }
+
+    void Begin() {
+        rig_.Create();
+        front_ = std::make_unique<Kivora::EngineFront>(GetEngine());
+        rig_.backend.defaultInput = kKeyboard;
+        front_->OpenPorts();
+        screen_.reset();
+        computer_.reset();
+        space_ = false;
+        ForgetInput();
+    }
+
+    void ForgetInput() {
+        external_.reset();
+        externalPedal_ = false;
+    }
+
+    FakeInPort* GetInput() {
+        const int index = GetEngine().GetInputPortIndex();
+        return index < 0 ? nullptr : rig_.backend.GetIn(kInputs[static_cast<std::size_t>(index)]);
+    }
+
+    /// A key that is down, searched from a random one on; false when none is.
+    bool DrawHeld(const Keys& keys, std::uint8_t& note) {
+        const int start = Draw(128);
+        for (int i = 0; i < 128; ++i) {
+            note = static_cast<std::uint8_t>((start + i) % 128);
+            if (keys[note]) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void Play() {
+        switch (Draw(3)) {
+            case 0:
+                return PlayOnScreen();
+            case 1:
+                return PlayOnComputer();
+            default:
+                return PlayExternally();
+        }
+    }
+
+    void PlayOnScreen() {
+        std::uint8_t note = DrawNote();
+        if (Toss() && !screen_[note]) {
+            Name("screen on", note);
+            screen_.set(note);
+            GetEngine().PlayNoteOn(note, DrawVelocity());
+        } else if (DrawHeld(screen_, note)) {
+            if (Draw(8) == 0) {
+                GetEngine().PlayAfterTouch(note, DrawVelocity());
+                return;
+            }
+            Name("screen off", note);
+            screen_.reset(note);
+            GetEngine().PlayNoteOff(note);
+        }
+    }
+
+    void PlayOnComputer() {
+        std::uint8_t note = DrawNote();
+        if (Toss() && !computer_[note]) {
+            Name("computer on", note);
+            computer_.set(note);
+            GetEngine().PlayPcKey(note, Draw(3));
+        } else if (DrawHeld(computer_, note)) {
+            Name("computer off", note);
+            computer_.reset(note);
+            GetEngine().PlayNoteOff(note);
+        }
+    }
+
+    void PlayExternally() {
+        FakeInPort* input = GetInput();
+        if (input == nullptr) {
+            return;
+        }
+        std::vector<LibMidi::MIDIEvent> events;
+        const auto channel = static_cast<std::uint8_t>(Draw(16));
+        for (int i = 1 + Draw(4); i > 0; --i) {
+            std::uint8_t note = DrawNote();
+            if (Toss()) {
+                Name("external on", note);
+                external_.set(note);
+                events.emplace_back(0U, static_cast<std::uint8_t>(0x90 | channel), note, DrawVelocity());
+            } else if (DrawHeld(external_, note)) {
+                Name("external off", note);
+                external_.reset(note);
+                events.emplace_back(0U, static_cast<std::uint8_t>((Toss() ? 0x80 : 0x90) | channel), note,
+                                    std::uint8_t{0});
+            } else {
+                static constexpr std::uint8_t kOthers[] = {0xA0, 0xC0, 0xD0, 0xE0};
+                events.emplace_back(0U, static_cast<std::uint8_t>(kOthers[Draw(4)] | channel), note, DrawVelocity());
+            }
+        }
+        if (!events.empty()) {
+            input->Deliver(std::move(events));
+        }
+    }
+
+    void MovePedal() {
+        FakeInPort* input = GetInput();
+        if (Toss() || input == nullptr) {
+            space_ = !space_;
+            Name("space", space_ ? 1 : 0);
+            front_->SetSustain(space_);
+        } else {
+            externalPedal_ = !externalPedal_;
+            Name("pedal", externalPedal_ ? 1 : 0);
+            input->Deliver(0xB3, 64, externalPedal_ ? 127 : 0);
+        }
+    }
+
+    void ChangeSettings() {
+        const int slot = Draw(3);
+        const int choice = Draw(10);
+        Name("setting", choice);
+        switch (choice) {
+            case 0:
+                return front_->SetVoiceMode(Toss(), Draw(3) == 0);
+            case 1:
+                return front_->TransposeUp(slot);
+            case 2:
+                return front_->TransposeDown(slot);
+            case 3:
+                return Toss() ? front_->NextPatch(slot) : front_->PrevPatch(slot);
+            case 4:
+                return front_->SetPatch(Draw(3) == 0 ? -1 : Draw(128), slot);
+            case 5:
+                return front_->SetArpeggiating(Toss());
+            case 6:
+                return front_->ChangeArpeggiator(Draw(2),
+                                                 [this](auto& arpeggiator) { arpeggiator.SetBypassed(Toss()); });
+            case 7:
+                return front_->ChangeArpeggiator(Draw(2), [this](auto& arpeggiator) {
+                    arpeggiator.SetDirection(Draw(9));
+                    arpeggiator.SetExtension(Draw(4));
+                    arpeggiator.SetNoteStep(16 + Draw(384), 10 + Draw(200));
+                });
+            case 8:
+                return GetEngine().SetTempo(40 + Draw(181));
+            default:
+                return Toss() ? GetEngine().VolumeUp(slot) : GetEngine().VolumeDown(slot);
+        }
+    }
+
+    void ActRarely() {
+        const int choice = Draw(60);
+        if (choice < 10) {
+            Name("preset");
+            front_->ReplaceVoices([this] { return LoadPreset(); });
+        } else if (choice < 20) {
+            Panic();
+        } else if (choice < 26) {
+            SetOutput();
+        } else if (choice < 36) {
+            SetInput();
+        } else if (choice < 40) {
+            Unplug();
+        } else if (choice < 44) {
+            Rescan();
+        } else if (choice < 47) {
+            Name("record");
+            front_->StartRecording();
+        } else if (choice < 50) {
+            Name("stop recording");
+            GetEngine().StopRecording();
+        } else if (choice < 55) {
+            Name("all notes off");
+            front_->AllNotesOff();
+        } else if (choice < 59) {
+            if (FakeInPort* input = GetInput()) {
+                Name("input lost");
+                ForgetInput();
+                input->Lose(1);
+            }
+        } else {
+            Close();
+        }
+    }
+
+    bool LoadPreset() {
+        GetEngine().SetDual(Toss());
+        GetEngine().SetSplit(Toss());
+        for (int slot = 0; slot < 3; ++slot) {
+            GetEngine().SetPatch(Draw(4) == 0 ? -1 : Draw(128), slot);
+        }
+        GetEngine().SetArpeggiating(Toss());
+        for (int index = 0; index < 2; ++index) {
+            NK::CIniFile file;
+            file.SelectOrAddSection(L"Arpeggiator");
+            file.SetInt(L"Bypass", Draw(3) == 0 ? 1 : 0);
+            file.SetInt(L"InChannel", Draw(3) == 0 ? 1 + Draw(4) : -1);
+            file.SetInt(L"OutChannel", Draw(3) == 0 ? 1 + Draw(16) : -1);
+            file.SetDouble(L"NoteLength", Draw(3) == 0 ? 0.0 : Draw(64));
+            file.SetInt(L"NoteStep", 16 + Draw(384));
+            file.SetInt(L"Direction", Draw(9));
+            file.SetInt(L"Multiplication", Draw(4));
+            file.SetInt(L"Extension", Draw(4));
+            GetEngine().WithArpeggiator(index, [&file](auto& arpeggiator) { arpeggiator.LoadSettings(file); });
+        }
+        return true;
+    }
+
+    void Panic() {
+        Name("panic");
+        front_->Panic();
+        rig_.RunPlayer();
+        for (const SynthModel& synth : synths_) {
+            if (synth.IsSounding() || synth.IsPedalDown()) {
+                Fail("something sounds after a panic");
+            }
+        }
+    }
+
+    void SetOutput() {
+        Name("output");
+        const auto index = static_cast<std::size_t>(Draw(2));
+        if (GetOutput(index).failsToWrite && Toss()) {
+            GetOutput(index).failsToWrite = false;
+        }
+        GetOutput(index).failsToOpen = Draw(5) == 0;
+        try {
+            front_->SetOutputPortByIndex(static_cast<int>(index));
+        } catch (const NK::CException&) {
+            Name("failed");
+        }
+    }
+
+    void SetInput() {
+        Name("input");
+        const int index = Draw(2);
+        const bool changes = index != GetEngine().GetInputPortIndex();
+        front_->SetInputPortByIndex(index);
+        if (changes) {
+            ForgetInput();
+        }
+    }
+
+    void Unplug() {
+        Name("unplug");
+        const int index = GetEngine().GetOutputPortIndex();
+        if (index >= 0) {
+            GetOutput(static_cast<std::size_t>(index)).failsToWrite = true;
+            synths_[static_cast<std::size_t>(index)].Clear();
+        }
+    }
+
+    void Rescan() {
+        Name("rescan");
+        const bool refused = GetEngine().IsRecording();
+        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
+            GetOutput(i).failsToWrite = false;
+            GetOutput(i).failsToOpen = false;
+        }
+        front_->RescanPorts();
+        if (!refused) {
+            ForgetInput();
+        }
+    }
+
+    void Close() {
+        Name("close");
+        front_->Close();
+        front_.reset();
+        rig_.engine.reset();
+        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
+            if (synths_[i].IsSounding() || synths_[i].IsPedalDown()) {
+                Fail("something sounds when the instrument is closed");
+            }
+            GetOutput(i).failsToWrite = false;
+            GetOutput(i).failsToOpen = false;
+        }
+        Begin();
+    }
+
+    /// What a key that is down may sound: per channel its notes.
+    std::array<Keys, SynthModel::kChannels> GetAllowed() {
+        std::array<Keys, SynthModel::kChannels> allowed{};
+        const Keys held = screen_ | computer_ | external_;
+        const auto allow = [&](int note, int slot) {
+            allowed[static_cast<std::size_t>(GetEngine().VoiceChannel(slot))].set(
+                static_cast<std::size_t>(Kivora::FoldNote(note + GetEngine().GetTranspose(slot))));
+        };
+        for (int note = 0; note < 128; ++note) {
+            if (!held[static_cast<std::size_t>(note)]) {
+                continue;
+            }
+            const int slot = GetEngine().IsSplit() && note < 60 ? 2 : 0;
+            allow(note, slot);
+            if (slot == 0 && GetEngine().IsDual()) {
+                allow(note, 1);
+            }
+        }
+        return allowed;
+    }
+
+    /// Once everything is written and what the arpeggiators play has ended, only what is held sounds.
+    void CheckAtRest() {
+        Name("rest");
+        rig_.Run(2);
+        GetEngine().EndTimedNotes();
+        rig_.RunPlayer();
+        const std::array<Keys, SynthModel::kChannels> allowed = GetAllowed();
+        const int open = GetEngine().GetOutputPortIndex();
+        for (int i = 0; i < 2; ++i) {
+            const SynthModel& synth = synths_[static_cast<std::size_t>(i)];
+            if (i != open && (synth.IsSounding() || synth.IsPedalDown())) {
+                Fail("something sounds on a port that is not open");
+            }
+            for (int channel = 0; channel < SynthModel::kChannels; ++channel) {
+                const Keys hung = synth.GetPressed(channel) & ~allowed[static_cast<std::size_t>(channel)];
+                if (hung.any()) {
+                    Fail("a note hangs on channel " + std::to_string(channel) + ": " + hung.to_string());
+                }
+            }
+            if (synth.IsPedalDown() && !space_ && !externalPedal_) {
+                Fail("the pedal hangs");
+            }
+        }
+    }
+
+    std::mt19937 random_;
+    EngineRig rig_;
+    std::array<SynthModel, 2> synths_;
+    std::unique_ptr<Kivora::EngineFront> front_;
+    Keys screen_;
+    Keys computer_;
+    Keys external_;
+    bool space_ = false;
+    bool externalPedal_ = false;
+    int actions_ = 0;
+    std::deque<std::string> last_;
+    std::string failure_;
+};
+
+}  // namespace
+
+TEST(HungNotes, WhateverSoundsIsHeldOrArpeggiatedAndAfterAPanicNothingSounds) {
+    constexpr int kSeeds = 10;
+    for (std::uint32_t seed = 1; seed <= kSeeds; ++seed) {
+        Musician musician(seed);
+        for (int i = 0; i < kActions / kSeeds; ++i) {
+            musician.Act();
+            ASSERT_EQ(musician.GetFailure(), "") << "seed " << seed << ", " << musician.Describe();
+        }
+    }
+}
