@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -64,7 +65,7 @@ public:
     const std::wstring name;
     const std::uint32_t flags;
     bool failsToOpen = false;
-    bool failsToWrite = false;
+    std::atomic<bool> failsToWrite = false;
     bool keepsWritten = true;  ///< whether TakeWritten() has anything to give
     /// Called with each message written, on the writing thread.
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;

@@ -1,0 +1,161 @@
+// Flood, tick, GUI and player at once, and ports that close under a flood.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <thread>
+
+#include "engine/EngineFront.h"
+#include "libmidi/MIDIPlayer.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+
+namespace {
+
+/// An engine with its own tick thread and the real player; only the ports are fakes.
+class Threads : public testing::Test {
+protected:
+    Threads() {
+        backend.Plug(kSynth, LibMidi::kOutput).keepsWritten = false;
+        backend.Plug(kOtherSynth, LibMidi::kOutput).keepsWritten = false;
+        backend.Plug(kKeyboard, LibMidi::kInput);
+        backend.Plug(kOtherKeyboard, LibMidi::kInput);
+        backend.defaultInput = kKeyboard;
+        for (const auto& device : backend.devices) {
+            device->onWrite = [this](const LibMidi::MIDIEvent&) { ++written; };
+        }
+        Create();
+    }
+    ~Threads() override { StopFlood(); }
+
+    void Create() {
+        engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
+            .backends = {backend.GetCreator()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
+        front = std::make_unique<Kivora::EngineFront>(*engine);
+        QObject::connect(engine.get(), &Kivora::CKivora::OnMIDIEvent, [this](int) { ++shown; });
+        front->OpenPorts();
+    }
+    /// Delivers to the port until StopFlood(), as the port's own thread does.
+    void StartFlood(FakeInPort& port) {
+        flood = std::thread([this, &port] {
+            std::uint8_t note = 0;
+            while (!stop) {
+                note = static_cast<std::uint8_t>((note + 1) % 128);
+                port.Deliver({{0, 0x90, note, 100}, {0, 0xB0, 1, note}, {0, 0xB0, 64, note}, {0, 0x80, note, 0}});
+                ++delivered;
+                std::this_thread::yield();
+            }
+        });
+    }
+    void StopFlood() {
+        stop = true;
+        if (flood.joinable()) {
+            flood.join();
+        }
+        stop = false;
+    }
+    /// Waits until the flood has delivered that many batches more.
+    void WaitForFlood(int batches) {
+        const int until = delivered + batches;
+        while (delivered < until) {
+            std::this_thread::yield();
+        }
+    }
+
+    FakeBackend backend;
+    std::atomic<int> written{0};
+    std::atomic<int> shown{0};
+    std::atomic<int> delivered{0};
+    std::atomic<bool> stop{false};
+    std::thread flood;
+    std::unique_ptr<Kivora::CKivora> engine;
+    std::unique_ptr<Kivora::EngineFront> front;
+};
+
+}  // namespace
+
+TEST_F(Threads, FloodTickGuiAndPlayerLiveTogether) {
+    engine->SetArpeggiating(true);
+    engine->SetMetronome(true);
+    StartFlood(*backend.GetIn(kKeyboard));
+    for (int i = 0; i < 40; ++i) {
+        engine->PlayNoteOn(static_cast<std::uint8_t>(40 + i), 100);
+        front->SetVoiceMode(i % 2 == 0, i % 3 == 0);
+        front->SetPatch(i % 5 == 0 ? -1 : i, i % 3);
+        front->SetArpeggiating(i % 2 == 0);
+        engine->SetTempo(100 + i);
+        front->TransposeUp(i % 3);
+        front->SetSustain(i % 2 == 0);
+        engine->onMetronomeTimer();
+        engine->PlayNoteOff(static_cast<std::uint8_t>(40 + i));
+        QCoreApplication::processEvents();
+        WaitForFlood(1);
+    }
+    const int before = written;
+    WaitForFlood(50);
+    while (written == before) {
+        std::this_thread::yield();
+    }
+    StopFlood();
+    EXPECT_GT(shown, 0);
+    EXPECT_FALSE(engine->IsOutputLost());
+}
+
+TEST_F(Threads, ClosingAndReopeningTheInputUnderAFloodNeverDeadlocks) {
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(engine->SetInputPortByName(kKeyboard));
+        StartFlood(*backend.GetIn(kKeyboard));
+        WaitForFlood(3);
+        // Under the engine's lock, as every operation closes it.
+        engine->WithLock([this] { engine->CloseInputPort(); });
+        StopFlood();
+    }
+    EXPECT_EQ(engine->GetInputPortIndex(), -1);
+}
+
+TEST_F(Threads, ChangingTheOutputUnderAFloodNeverDeadlocks) {
+    StartFlood(*backend.GetIn(kKeyboard));
+    for (int i = 0; i < 4; ++i) {
+        WaitForFlood(3);
+        EXPECT_TRUE(front->SetOutputPortByIndex(i % 2));
+    }
+    StopFlood();
+    EXPECT_TRUE(engine->IsOutputReady());
+}
+
+TEST_F(Threads, QuittingUnderAFloodNeverDeadlocks) {
+    for (int i = 0; i < 3; ++i) {
+        // The port's thread ends with the port, so the flood ends when the port is about to be closed.
+        FakeInPort& port = *backend.GetIn(kKeyboard);
+        port.onClosing = [this] { StopFlood(); };
+        StartFlood(port);
+        WaitForFlood(5);
+        front->Close();
+        front.reset();
+        engine.reset();
+        Create();
+    }
+    EXPECT_TRUE(engine->IsOutputReady());
+}
+
+TEST_F(Threads, APulledOutOutputUnderAFloodIsToldOnceAndAnotherIsOpened) {
+    std::atomic<int> told{0};
+    QObject::connect(engine.get(), &Kivora::CKivora::OutputLost, [&told] { ++told; });
+    StartFlood(*backend.GetIn(kKeyboard));
+    WaitForFlood(5);
+    backend.devices[0]->failsToWrite = true;
+    while (told == 0) {
+        std::this_thread::yield();
+    }
+    WaitForFlood(20);
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(front->SetOutputPortByIndex(1));
+    const int before = written;
+    while (written == before) {
+        std::this_thread::yield();
+    }
+    StopFlood();
+    EXPECT_EQ(told, 1);
+}
