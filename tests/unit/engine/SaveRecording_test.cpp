@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <iterator>
 
 #include "engine/RecordedTrack.h"
@@ -28,7 +29,9 @@ protected:
     NK::CString Path(const char* name) const { return NK::CString::FromUtf8((dir / name).string()); }
     std::string Bytes(const char* name) const {
         std::ifstream file(dir / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
+        std::ostringstream bytes;
+        bytes << file.rdbuf();
+        return bytes.str();
     }
     NK::CArray<CMIDIMessageX> Track() { return Kivora::BuildRecordedTrack(*rig.player->GetSink()); }
 
