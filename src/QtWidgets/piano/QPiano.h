@@ -219,7 +219,7 @@ private:
     QRectF toWidget(const QRectF& rect) const;
     void rebuildRects();
     void layoutKeys();
-    QRegion keyArea(BYTE note) const;
+    QRect keyArea(BYTE note) const;  ///< on the widget: all that changes with the key
 
     // QPiano.cpp
     void updateKey(BYTE note);

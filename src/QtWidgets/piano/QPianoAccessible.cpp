@@ -13,18 +13,24 @@ int visibleKeyCount(const QPiano& piano) {
     return std::max(0, std::min<int>(piano.GetLastNote(), NK::Piano::kNoteCount - 1) - piano.GetFirstNote() + 1);
 }
 
-/// One visible key: its name is the note's, it can be pressed, and it is in the state "pressed" while it is lit.
+bool isVisibleKey(const QPiano& piano, BYTE note) {
+    return note >= piano.GetFirstNote() && note - piano.GetFirstNote() < visibleKeyCount(piano);
+}
+
+/// One visible key: its name is the note's, it can be pressed, and it is in the state "pressed" while it is lit. It
+/// becomes invalid when the piano shows other keys or is gone.
 class KeyAccessible : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
     KeyAccessible(QPiano* piano, BYTE note) : piano_(piano), note_(note) {}
 
     BYTE note() const { return note_; }
 
-    bool isValid() const override {
-        return piano_ && note_ >= piano_->GetFirstNote() && note_ - piano_->GetFirstNote() < visibleKeyCount(*piano_);
-    }
+    bool isValid() const override { return shownOn() != nullptr; }
     QObject* object() const override { return nullptr; }
-    QWindow* window() const override { return isValid() ? parent()->window() : nullptr; }
+    QWindow* window() const override {
+        const QAccessibleInterface* piano = parent();
+        return piano != nullptr ? piano->window() : nullptr;
+    }
     QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(piano_.data()); }
     QAccessibleInterface* child(int) const override { return nullptr; }
     QAccessibleInterface* childAt(int, int) const override { return nullptr; }
@@ -33,33 +39,35 @@ public:
     QAccessible::Role role() const override { return QAccessible::Button; }
 
     QRect rect() const override {
-        if (!isValid()) {
+        const QPiano* piano = shownOn();
+        if (piano == nullptr) {
             return {};
         }
-        const QRect area = piano_->keyRect(note_).toAlignedRect();
-        return {piano_->mapToGlobal(area.topLeft()), area.size()};
+        const QRect area = piano->keyRect(note_).toAlignedRect();
+        return {piano->mapToGlobal(area.topLeft()), area.size()};
     }
 
     QString text(QAccessible::Text kind) const override {
-        if (kind != QAccessible::Name || !isValid()) {
+        const QPiano* piano = shownOn();
+        if (kind != QAccessible::Name || piano == nullptr) {
             return {};
         }
-        return NoteNameWithOctave(note_, false, piano_->octaves_0_11() ? 0 : -1, false);
+        return NoteNameWithOctave(note_, false, piano->octaves_0_11() ? 0 : -1, false);
     }
     void setText(QAccessible::Text, const QString&) override {}
 
     QAccessible::State state() const override {
         QAccessible::State state;
-        if (!isValid()) {
+        const QPiano* piano = shownOn();
+        if (piano == nullptr) {
             state.invalid = true;
             return state;
         }
-        const bool cursorCanCome = piano_->isCursorEnabled() && piano_->focusPolicy() != Qt::NoFocus;
-        state.pressed = piano_->IsPressed(note_);
-        state.disabled = !piano_->isEnabled();
-        state.invisible = !piano_->isVisible();
-        state.focusable = cursorCanCome;
-        state.focused = piano_->isCursorShown() && piano_->cursorNote() == note_;
+        state.pressed = piano->IsPressed(note_);
+        state.disabled = !piano->isEnabled();
+        state.invisible = !piano->isVisible();
+        state.focusable = piano->isCursorEnabled() && piano->focusPolicy() != Qt::NoFocus;
+        state.focused = piano->isCursorShown() && piano->cursorNote() == note_;
         return state;
     }
 
@@ -68,13 +76,19 @@ public:
     }
     QStringList actionNames() const override { return {pressAction()}; }
     void doAction(const QString& name) override {
-        if (name == pressAction() && isValid()) {
-            piano_->playBriefly(note_);
+        QPiano* piano = shownOn();
+        if (name == pressAction() && piano != nullptr) {
+            piano->playBriefly(note_);
         }
     }
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
 private:
+    QPiano* shownOn() const {
+        QPiano* piano = piano_.data();
+        return piano != nullptr && isVisibleKey(*piano, note_) ? piano : nullptr;
+    }
+
     QPointer<QPiano> piano_;
     BYTE note_;
 };
@@ -127,37 +141,50 @@ QPiano* QPianoAccessible::piano() const {
 }
 
 int QPianoAccessible::childCount() const {
-    return visibleKeyCount(*piano());
+    const QPiano* keyboard = piano();
+    return keyboard != nullptr ? visibleKeyCount(*keyboard) : 0;
 }
 
-QAccessibleInterface* QPianoAccessible::child(int index) const {
-    if (index < 0 || index >= childCount()) {
+QAccessibleInterface* QPianoAccessible::keyOf(std::uint8_t note) const {
+    QPiano* keyboard = piano();
+    if (keyboard == nullptr || !isVisibleKey(*keyboard, note)) {
         return nullptr;
     }
-    const auto note = static_cast<std::uint8_t>(piano()->GetFirstNote() + index);
     const auto known = keys_.find(note);
     if (known != keys_.end()) {
         return QAccessible::accessibleInterface(known->second);
     }
-    auto* key = new KeyAccessible(piano(), note);
+    auto* key = new KeyAccessible(keyboard, note);
     keys_[note] = QAccessible::registerAccessibleInterface(key);
     return key;
 }
 
+QAccessibleInterface* QPianoAccessible::child(int index) const {
+    const QPiano* keyboard = piano();
+    if (keyboard == nullptr || index < 0 || index >= visibleKeyCount(*keyboard)) {
+        return nullptr;
+    }
+    return keyOf(static_cast<std::uint8_t>(keyboard->GetFirstNote() + index));
+}
+
 int QPianoAccessible::indexOfChild(const QAccessibleInterface* child) const {
     const auto* key = dynamic_cast<const KeyAccessible*>(child);
-    return key != nullptr && key->isValid() && key->parent() == this ? key->note() - piano()->GetFirstNote() : -1;
+    const QPiano* keyboard = piano();
+    if (key == nullptr || keyboard == nullptr || !key->isValid() || key->parent() != this) {
+        return -1;
+    }
+    return key->note() - keyboard->GetFirstNote();
 }
 
 QAccessibleInterface* QPianoAccessible::childAt(int x, int y) const {
-    const BYTE note = piano()->keyAt(piano()->mapFromGlobal(QPoint(x, y)));
-    return note == QPiano::kNoKey ? nullptr : child(note - piano()->GetFirstNote());
+    const QPiano* keyboard = piano();
+    return keyboard != nullptr ? keyOf(keyboard->keyAt(keyboard->mapFromGlobal(QPoint(x, y)))) : nullptr;
 }
 
 QAccessibleInterface* QPianoAccessible::focusChild() const {
-    return piano()->isCursorShown() && piano()->cursorNote() != QPiano::kNoKey
-               ? child(piano()->cursorNote() - piano()->GetFirstNote())
-               : QAccessibleWidget::focusChild();
+    const QPiano* keyboard = piano();
+    return keyboard != nullptr && keyboard->isCursorShown() ? keyOf(keyboard->cursorNote())
+                                                            : QAccessibleWidget::focusChild();
 }
 
 QString QPianoAccessible::text(QAccessible::Text kind) const {

@@ -28,7 +28,8 @@ public:
     QString text(QAccessible::Text kind) const override;
 
 private:
-    QPiano* piano() const;
+    QPiano* piano() const;  ///< null once it is being destroyed
+    QAccessibleInterface* keyOf(std::uint8_t note) const;
 
     mutable std::map<std::uint8_t, QAccessible::Id> keys_;  ///< the interfaces made so far, by note
 };

@@ -1,6 +1,4 @@
 // Where the keys of the piano lie.
-#include <QRegion>
-
 #include <algorithm>
 
 #include "QtWidgets/piano/QPiano.h"
@@ -14,8 +12,6 @@ constexpr qreal kBlackLabelLeft = 0.2;
 constexpr qreal kBlackLabelWidth = 0.75;
 constexpr qreal kBlackLabelTop = 0.1;
 constexpr qreal kBlackLabelBottom = 0.87;
-// The tip of a black key is round below this.
-constexpr qreal kSolidBlackPart = 0.97;
 
 // Rectangles are half-open, unlike QRectF::contains().
 bool holds(const QRectF& rect, const QPointF& point) {
@@ -91,31 +87,13 @@ BYTE QPiano::velocityAt(BYTE note, const QPointF& position) const {
     return static_cast<BYTE>(std::clamp(static_cast<int>(part * kSteps + kOffset), 1, 127));
 }
 
-QRegion QPiano::keyArea(BYTE note) const {
-    const auto pixels = [this](const QRectF& rect) { return toWidget(rect).toAlignedRect(); };
-    const QRectF& key = keyRects_[note];
-    if (!IsWhiteKey(note)) {
-        if (!shadows_) {
-            return pixels(key);
-        }
+QRect QPiano::keyArea(BYTE note) const {
+    QRectF area = keyRects_[note];
+    if (!IsWhiteKey(note) && shadows_) {
         // A black key that goes down takes its shadow along.
         const TKeyPlace place = placeOf(note);
-        const qreal ratio = paintRatio_;
-        const QPointF shadow = QPointF(place.left + skin_.blackShadowOffset(place.width).x(), 0.0) / ratio;
-        return pixels(key | QRectF(shadow, QSizeF(skin_.blackShadowSize(place.width)) / ratio));
+        const QPointF shadow(place.left + skin_.blackShadowOffset(place.width).x(), 0.0);
+        area |= QRectF(shadow / paintRatio_, QSizeF(skin_.blackShadowSize(place.width)) / paintRatio_);
     }
-    // The black keys towards the white neighbours lie on top and do not change with this one.
-    QRegion area = pixels(key);
-    const auto cut = [&](int whiteNeighbour) {
-        if (whiteNeighbour >= 0 && qAbs(whiteNeighbour - note) == 2) {
-            QRectF black = keyRects_[static_cast<std::size_t>((whiteNeighbour + note) / 2)];
-            black.setHeight(black.height() * kSolidBlackPart);
-            black = toWidget(black);
-            area -= QRect(QPoint(qCeil(black.left()), qCeil(black.top())),
-                          QPoint(qFloor(black.right()) - 1, qFloor(black.bottom()) - 1));
-        }
-    };
-    cut(GetPrevWhiteKey(note));
-    cut(GetNextWhiteKey(note));
-    return area;
+    return toWidget(area).toAlignedRect();
 }

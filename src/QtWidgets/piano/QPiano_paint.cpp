@@ -81,12 +81,10 @@ void QPiano::paintEvent(QPaintEvent* event) {
         if (!light.pressed && !light.cursor) {
             continue;
         }
-        const QRegion area = keyArea(note) & event->region();
-        if (!area.isEmpty()) {
-            painter.save();
-            painter.setClipRegion(area);
-            drawKeys(painter, toWidget(area.boundingRect()), false);
-            painter.restore();
+        const QRect area = keyArea(note);
+        if (event->region().intersects(area)) {
+            painter.setClipRect(area);
+            drawKeys(painter, toWidget(area), false);
         }
     }
 }
@@ -109,8 +107,8 @@ void QPiano::drawKeys(QPainter& painter, const QRectF& frame, bool unpressed) {
     std::size_t count = 0;
     for (int key = GetFirstNote(); key <= lastNote(); ++key) {
         const auto note = static_cast<BYTE>(key);
-        // Shadows reach out of their key.
-        const qreal reach = GetWhiteKeyWidth() / 2;
+        // Shadows reach out of the black keys.
+        const qreal reach = IsWhiteKey(note) ? 0.0 : GetWhiteKeyWidth() / 2;
         if (keyRects_[note].adjusted(-reach, 0.0, reach, 0.0).intersects(frame)) {
             notes[count++] = note;
         }
