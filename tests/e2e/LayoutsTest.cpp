@@ -1,0 +1,111 @@
+// What every physical key plays on the keyboard layouts of several countries.
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "e2e/InstrumentProcess.h"
+
+namespace {
+
+/// The rows of a PC keyboard from its top left, by key code: digits, upper letters, home row with the key left of
+/// Enter, lower letters with the key right of the left SHIFT first.
+const std::vector<int> kDigitRow = {10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21};
+const std::vector<int> kUpperRow = {24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35};
+const std::vector<int> kHomeRow = {38, 39, 40, 41, 42, 43, 44, 45, 46, 47, 48, 51};
+const std::vector<int> kLowerRow = {94, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61};
+
+constexpr int kSilent = 0;
+constexpr int kHigh = 1000;  ///< added to a note that plays at the high level, since its character is a shifted one
+
+struct TLayout {
+    const char* name;
+    std::vector<int> digitRow;
+    std::vector<int> upperRow;
+    std::vector<int> homeRow;
+    std::vector<int> lowerRow;
+};
+
+std::ostream& operator<<(std::ostream& out, const TLayout& layout) {
+    return out << layout.name;
+}
+
+const std::vector<int> kUSDigits = {0, 73, 75, 0, 78, 80, 82, 0, 85, 87, 0, 90};
+const std::vector<int> kUSUpper = {72, 74, 76, 77, 79, 81, 83, 84, 86, 88, 89, 91};
+const std::vector<int> kUSHome = {0, 61, 63, 0, 66, 68, 70, 0, 73, 75, 0, 0};
+
+const TLayout kLayouts[] = {
+    {"us", kUSDigits, kUSUpper, kUSHome, {kHigh + 72, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76}},
+    // '#' lies left of Enter, '\' right of SHIFT.
+    {"gb",
+     kUSDigits,
+     kUSUpper,
+     {0, 61, 63, 0, 66, 68, 70, 0, 73, 75, 0, kHigh + 75},
+     {kSilent, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76}},
+    // Y and Z change places; the keys of the umlauts, sharp s and the dead accents play nothing.
+    {"de",
+     {0, 73, 75, 0, 78, 80, 82, 0, 85, 87, kSilent, kSilent},
+     {72, 74, 76, 77, 79, 60, 83, 84, 86, 88, kSilent, kHigh + 90},
+     {0, 61, 63, 0, 66, 68, 70, 0, 73, kSilent, kSilent, kHigh + 75},
+     {kHigh + 72, 81, 62, 64, 65, 67, 69, 71, 72, 74, kSilent}},
+    // The digits are typed with SHIFT.
+    {"fr",
+     {kHigh + 82, kSilent, kHigh + 73, 0, kHigh + 85, 0, kSilent, 0, kSilent, kSilent, kHigh + 87, 90},
+     {0, 60, 76, 77, 79, 81, 83, 84, 86, 88, kSilent, kSilent},
+     {72, 61, 63, 0, 66, 68, 70, 0, 73, 71, kSilent, kSilent},
+     {kHigh + 72, 74, 62, 64, 65, 67, 69, 72, 75, kHigh + 75, kSilent}},
+};
+
+class Layouts : public testing::TestWithParam<TLayout> {
+protected:
+    void SetUp() override { ASSERT_TRUE(instrument.Start()); }
+    void TearDown() override { EXPECT_EQ(instrument.Close(), 0); }
+
+    /// Presses the keys one after another, which must play these notes and nothing else.
+    void ExpectRow(const std::vector<int>& keys, const std::vector<int>& notes) {
+        ASSERT_EQ(keys.size(), notes.size());
+        std::vector<std::string> expected;
+        QStringList command = {"key", "--delay", "30"};
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            command << QString::number(keys[i]);
+            if (notes[i] != kSilent) {
+                AddNote(expected, notes[i]);
+            }
+        }
+        ASSERT_TRUE(instrument.Xdotool(command));
+        ASSERT_TRUE(instrument.WaitForNoteMessages(seen_ + expected.size()));
+        std::vector<std::string> played = instrument.GetNoteMessages();
+        played.erase(played.begin(), played.begin() + static_cast<std::ptrdiff_t>(seen_));
+        EXPECT_EQ(played, expected);
+        seen_ += played.size();
+    }
+
+    InstrumentProcess instrument;
+
+private:
+    static void AddNote(std::vector<std::string>& messages, int note) {
+        const std::string data = QString::number(note % kHigh, 16).toUpper().toStdString();
+        messages.push_back("90 " + data + (note > kHigh ? " 7F" : " 50"));
+        messages.push_back("80 " + data + " 00");
+    }
+
+    std::size_t seen_ = 0;
+};
+
+TEST_P(Layouts, EveryPhysicalKeyPlaysWhatTheTableSays) {
+    const TLayout& layout = GetParam();
+    bool ok = false;
+    instrument.RunOnDisplay("setxkbmap", {layout.name}, &ok);
+    ASSERT_TRUE(ok);
+    ExpectRow(kDigitRow, layout.digitRow);
+    ExpectRow(kUpperRow, layout.upperRow);
+    ExpectRow(kHomeRow, layout.homeRow);
+    ExpectRow(kLowerRow, layout.lowerRow);
+    ExpectRow({53}, {62});  // whatever the silent keys had played would stand before this
+}
+
+INSTANTIATE_TEST_SUITE_P(Countries, Layouts, testing::ValuesIn(kLayouts),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+}  // namespace
