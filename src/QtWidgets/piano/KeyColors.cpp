@@ -1,5 +1,7 @@
 #include "QtWidgets/piano/KeyColors.h"
 
+#include <algorithm>
+
 namespace KeyColors {
 namespace {
 constexpr qreal kMainSaturation = 0.8;
@@ -10,15 +12,13 @@ constexpr qreal kBassBaseWeight = 0.5;
 
 QColor Blend(const QColor& color, qreal weight, qreal saturation, const QColor& second) {
     // With hue and value kept, scaling the saturation moves each component towards the largest one.
-    const qreal red = color.redF();
-    const qreal green = color.greenF();
-    const qreal blue = color.blueF();
-    const qreal value = qMax(red, qMax(green, blue));
-    const auto component = [&](qreal first, qreal other) {
-        const qreal desaturated = qBound(0.0, value - (value - first) * saturation, 1.0);
-        return qRound(((1.0 - weight) * desaturated + weight * other) * 255.0);
+    const int value = std::max({color.red(), color.green(), color.blue()});
+    const auto component = [&](int first, int other) {
+        const qreal desaturated = value - (value - first) * saturation;
+        return std::clamp(qRound((1.0 - weight) * desaturated + weight * other), 0, 255);
     };
-    return {component(red, second.redF()), component(green, second.greenF()), component(blue, second.blueF())};
+    return {component(color.red(), second.red()), component(color.green(), second.green()),
+            component(color.blue(), second.blue())};
 }
 
 QColor Tint(const NK::Piano::TKeyColor& schemeColor, bool blackKey, bool bassPart) {
