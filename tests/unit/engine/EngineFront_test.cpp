@@ -180,6 +180,9 @@ TEST_F(Front, ThePedalPressedAndLiftedWithoutAnOutputIsUpOnTheNextOne) {
 
 TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
     front.SetArpeggiating(true);
+    // A half note at 40 beats per minute: longer than all waits of a port change.
+    engine.SetTempo(40);
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(384, 100); });
     rig.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
         // A channel that no voice has, which controller 123 does not reach.
         LibMidi::MIDIEvent moved = event;
@@ -189,7 +192,7 @@ TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
         synth.Play(moved);
     };
     engine.PlayNoteOn(60, 100);
-    rig.Run(300);
+    rig.Run(3100);
     EXPECT_TRUE(synth.IsSounding());
     front.SetOutputPortByIndex(1);
     EXPECT_FALSE(synth.IsSounding());

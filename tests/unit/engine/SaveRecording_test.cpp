@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <iterator>
+#include <sstream>
 
 #include "engine/RecordedTrack.h"
 #include "unit/engine/EngineRig.h"
