@@ -9,6 +9,7 @@
 
 #include "app/MainWindow.h"
 #include "engine/CKivora.h"
+#include "engine/EngineFront.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
@@ -54,10 +55,10 @@ void Demonstration::Start(MainWindow& window) {
 }
 
 void Demonstration::WaitForFocus(int triesLeft) {
-    if (window_->GetEngine() == nullptr) {
+    if (window_->GetFront() == nullptr) {
         Fail("there is no engine");
     } else if (window_->isActiveWindow()) {
-        if (window_->GetEngine()->StartRecording()) {
+        if (window_->GetFront()->StartRecording()) {
             Play(0);
         } else {
             Fail("the recording did not start");
@@ -97,7 +98,7 @@ void Demonstration::SendKey(const Step& step) {
 }
 
 void Demonstration::Finish() {
-    CKivora& engine = *window_->GetEngine();
+    CKivora& engine = window_->GetFront()->GetEngine();
     if (!engine.StopRecording() || !engine.SaveRecording(NK::CString((dir_ + "/demo.mid").toStdWString()))) {
         Fail("the MIDI file could not be written");
         return;

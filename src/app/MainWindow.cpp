@@ -7,6 +7,7 @@
 
 #include "app/Backends.h"
 #include "engine/CKivora.h"
+#include "engine/EngineFront.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
@@ -16,14 +17,17 @@ MainWindow::MainWindow() {
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
     CreateEngine();
-    panel_ = new KivoraWidget(engine_.get(), this);
+    panel_ = new KivoraWidget(front_.get(), this);
     setCentralWidget(panel_);
     FitAndCentre();
 }
 
 MainWindow::~MainWindow() {
-    // The panel goes first: it holds a pointer to the engine.
+    // The panel goes first: it ends what its keys hold and refers to the engine.
     delete panel_;
+    if (front_) {
+        front_->Close();
+    }
 }
 
 void MainWindow::CreateEngine() {
@@ -32,6 +36,7 @@ void MainWindow::CreateEngine() {
     };
     try {
         engine_ = std::make_unique<CKivora>(CreateEngineDependencies());
+        front_ = std::make_unique<EngineFront>(*engine_);
     } catch (const NK::CException& error) {
         showFatal(QString::fromWCharArray(error.GetMessage()));
     } catch (...) {

@@ -9,6 +9,7 @@ class KivoraWidget;
 namespace Kivora {
 
 class CKivora;
+class EngineFront;
 
 /// Creates the engine, says in a box why it could not, and goes on without one. Cannot be resized. [gui]
 class MainWindow : public QMainWindow {
@@ -19,7 +20,7 @@ public:
     ~MainWindow() override;
 
     /// Null when the engine could not be created.
-    CKivora* GetEngine() const { return engine_.get(); }
+    EngineFront* GetFront() const { return front_.get(); }
     KivoraWidget* GetPanel() const { return panel_; }
 
 private:
@@ -27,6 +28,7 @@ private:
     void FitAndCentre();
 
     std::unique_ptr<CKivora> engine_;
+    std::unique_ptr<EngineFront> front_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
 };
 

@@ -6,6 +6,7 @@
 #include <QPaintEvent>
 
 #include "engine/CKivora.h"
+#include "engine/EngineFront.h"
 #include "midi/TMIDIMessage.h"
 #include "nk/nk_keyboard_layout.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
@@ -33,8 +34,12 @@ QFont DisplayFont(int pixels) {
 
 }  // namespace
 
-KivoraWidget::KivoraWidget(Kivora::CKivora* engine, QWidget* parent)
-    : QWidget(parent), engine_(engine), relay_(std::make_unique<MIDIEventRelay>()), keys_([this](int code, bool shift) {
+KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
+    : QWidget(parent),
+      front_(front),
+      engine_(front != nullptr ? &front->GetEngine() : nullptr),
+      relay_(std::make_unique<MIDIEventRelay>()),
+      keys_([this](int code, bool shift) {
           return Kivora::PlayingKeyToCharacter(keyMap_, code, shift, NK::GetKeyboardLanguage());
       }) {
     keyMap_.Build();
@@ -48,6 +53,7 @@ KivoraWidget::KivoraWidget(Kivora::CKivora* engine, QWidget* parent)
 }
 
 KivoraWidget::~KivoraWidget() {
+    releaseComputerKeys();
     if (engine_ != nullptr) {
         engine_->disconnect(relay_.get());
     }
@@ -83,12 +89,13 @@ void KivoraWidget::connectEngine() {
     connect(engine_, &Kivora::CKivora::PatchChanged, this, &KivoraWidget::patchChanged);
     connect(engine_, &Kivora::CKivora::SynthSet, this, &KivoraWidget::patchChanged);
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin);
+    connect(engine_, &Kivora::CKivora::OutputLost, this, &KivoraWidget::outputLost, Qt::QueuedConnection);
 }
 
 void KivoraWidget::openPorts() {
     const auto showError = [this](const QString& text) { QMessageBox::critical(this, tr("MIDI Engine Error"), text); };
     try {
-        engine_->OpenPorts();
+        front_->OpenPorts();
     } catch (const NK::CException& error) {
         showError(QString::fromWCharArray(error.GetMessage()));
     } catch (...) {
@@ -151,6 +158,12 @@ void KivoraWidget::updateSkin() {
 
 void KivoraWidget::patchChanged() {
     update(PanelGeometry::kMainDisplay);
+}
+
+void KivoraWidget::outputLost() {
+    QMessageBox::warning(this, tr("MIDI Engine Error"),
+                         tr("The connection to the MIDI synthesizer was lost: %1")
+                             .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
 }
 
 void KivoraWidget::MIDIMessageSent(int packedMessage) {

@@ -17,17 +17,18 @@ class QPianoPCKeyHelpBar;
 
 namespace Kivora {
 class CKivora;
-}
+class EngineFront;
+}  // namespace Kivora
 
-/// Joins the piano, the computer keys and the displays to the engine. The engine may be null: then nothing sounds and
-/// the display says so. [gui]
+/// Joins the piano, the computer keys and the displays to the engine. Without one nothing sounds and the display says
+/// so. [gui]
 class KivoraWidget : public QWidget {
     Q_OBJECT
 
 public:
-    /// The engine is not owned and outlives the panel. Opens the ports; a box titled "MIDI Engine Error" says why one
-    /// could not be opened.
-    explicit KivoraWidget(Kivora::CKivora* engine, QWidget* parent = nullptr);
+    /// The front is not owned and outlives the panel; null where there is no engine. Opens the ports; a box titled
+    /// "MIDI Engine Error" says why one could not be opened.
+    explicit KivoraWidget(Kivora::EngineFront* front, QWidget* parent = nullptr);
     ~KivoraWidget() override;
 
     QSize sizeHint() const override;
@@ -44,6 +45,7 @@ private slots:
     void MIDIMessageSent(int packedMessage);
     void patchChanged();
     void updateSkin();
+    void outputLost();
     void UIKeyPressed(BYTE note, BYTE velocity);
     void UIKeyReleased(BYTE note);
     void UIAfterTouch(BYTE note, BYTE pressure);
@@ -61,6 +63,7 @@ private:
     /// Ends what held computer keys have begun, for when their releases will go elsewhere.
     void releaseComputerKeys();
 
+    Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
     std::unique_ptr<MIDIEventRelay> relay_;
     PanelSkin skin_;

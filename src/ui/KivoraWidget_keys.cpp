@@ -2,6 +2,7 @@
 #include <QKeyEvent>
 
 #include "engine/CKivora.h"
+#include "engine/EngineFront.h"
 #include "ui/KivoraWidget.h"
 
 using NK::Piano::CPCKeyPlayer;
@@ -76,7 +77,7 @@ void KivoraWidget::releaseComputerKeys() {
 }
 
 void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
-    if (engine_ == nullptr) {
+    if (front_ == nullptr) {
         return;
     }
     for (const TPCKeyAction& action : actions) {
@@ -88,13 +89,13 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
                 engine_->PlayNoteOff(action.note);
                 break;
             case TPCKeyAction::EKind::kSustainOn:
-                engine_->SetSustain(true);
+                front_->SetSustain(true);
                 break;
             case TPCKeyAction::EKind::kSustainOff:
-                engine_->SetSustain(false);
+                front_->SetSustain(false);
                 break;
             case TPCKeyAction::EKind::kPanic:
-                engine_->ResetSynth();
+                front_->Panic();
                 break;
             case TPCKeyAction::EKind::kPlus:
             case TPCKeyAction::EKind::kMinus:
