@@ -61,8 +61,8 @@ bool CKivora::SaveRecording(const NK::CString& path) {
         sink = sink_;
     }
     const NK::CArray<NK::MIDI::CMIDIMessageX> track = BuildRecordedTrack(*sink);
-    return NK::SaveAtomically(
-        path, [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
+    return NK::SaveAtomically(path,
+                              [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
 }
 
 }  // namespace Kivora

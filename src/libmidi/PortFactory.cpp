@@ -80,16 +80,16 @@ bool PortFactory::HasPorts() const {
 
 bool PortFactory::IsFixed(const MIDIPort* port) const {
     return port != nullptr && std::any_of(sets_.begin(), sets_.end(), [port](const auto& set) {
-        if (set == nullptr || !set->IsFixed()) {
-            return false;
-        }
-        for (MIDIPortIterator iterator(&set->GetPorts()); iterator.HasNext();) {
-            if (iterator.Next() == port) {
-                return true;
-            }
-        }
-        return false;
-    });
+               if (set == nullptr || !set->IsFixed()) {
+                   return false;
+               }
+               for (MIDIPortIterator iterator(&set->GetPorts()); iterator.HasNext();) {
+                   if (iterator.Next() == port) {
+                       return true;
+                   }
+               }
+               return false;
+           });
 }
 
 MIDIInPort* PortFactory::GetDefaultInput() const {

@@ -70,4 +70,6 @@ int KivoraTestMain(int argc, char** argv) {
     return RUN_ALL_TESTS();
 }
 
-__attribute__((weak)) int main(int argc, char** argv) { return KivoraTestMain(argc, argv); }
+__attribute__((weak)) int main(int argc, char** argv) {
+    return KivoraTestMain(argc, argv);
+}
