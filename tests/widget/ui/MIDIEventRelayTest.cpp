@@ -2,10 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <QCoreApplication>
 #include <QSignalSpy>
-#include <QThread>
+#include <thread>
 #include <vector>
 
 #include "midi/TMIDIMessage.h"
@@ -83,14 +82,13 @@ TEST_F(Relay, AResetForgetsWhatCameBeforeIt) {
 
 TEST_F(Relay, ABurstFromAnotherThreadCostsOneWakeUp) {
     const QSignalSpy batches(&relay, &MIDIEventRelay::BatchDone);
-    const std::unique_ptr<QThread> player(QThread::create([this] {
+    std::thread player([this] {
         for (int i = 0; i < 3000; ++i) {
             Put(NoteOn(static_cast<std::uint8_t>(36 + i % 61), 64));
             Put(NoteOff(static_cast<std::uint8_t>(36 + i % 61)));
         }
-    }));
-    player->start();
-    ASSERT_TRUE(player->wait());
+    });
+    player.join();
     QCoreApplication::processEvents();
     EXPECT_EQ(batches.count(), 1);
     EXPECT_EQ(shown.size(), 2U * 61U);
