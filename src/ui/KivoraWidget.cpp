@@ -148,7 +148,11 @@ void KivoraWidget::drawDisplay(QPainter& painter) const {
 
 void KivoraWidget::composeSkin() {
     const QColor body = engine_ != nullptr ? engine_->GetUIColor() : Kivora::CKivora::GetDefaultUIColor();
-    skin_.Compose(body, Kivora::CKivora::GetDefaultUIDisplayColor(), devicePixelRatio());
+    skin_.Compose({body,
+                   Kivora::CKivora::GetDefaultUIDisplayColor(),
+                   Kivora::CKivora::GetDefaultUIDisplay2Color(),
+                   {},
+                   devicePixelRatio()});
 }
 
 void KivoraWidget::updateSkin() {

@@ -1,0 +1,60 @@
+#include "ui/PanelLabel.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace {
+constexpr double kShadowInk = 0.15;
+}
+
+PanelLabel::PanelLabel(const PanelTextStyle& style, QWidget* parent) : QLabel(parent), style_(style) {
+    setTextFormat(Qt::PlainText);
+    setFont(style_.Font());
+}
+
+void PanelLabel::setTextStyle(const PanelTextStyle& style) {
+    style_ = style;
+    setFont(style_.Font());
+    update();
+}
+
+void PanelLabel::setTextColor(const QColor& color) {
+    style_.color = color;
+    update();
+}
+
+void PanelLabel::setBaseline(double y) {
+    baseline_ = y;
+    update();
+}
+
+void PanelLabel::setGlass(const QPixmap* glass) {
+    glass_ = glass;
+    update();
+}
+
+void PanelLabel::setShadow(bool on) {
+    shadow_ = on;
+    update();
+}
+
+void PanelLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    if (glass_ != nullptr) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(rect(), *glass_);
+    }
+    double x = 0.0;
+    if (alignment().testFlag(Qt::AlignRight)) {
+        x = width();
+    } else if (alignment().testFlag(Qt::AlignHCenter)) {
+        x = width() / 2.0;
+    }
+    const double y = baseline_ ? *baseline_ : (height() + QFontMetricsF(style_.Font()).capHeight()) / 2.0;
+    if (shadow_) {
+        painter.setOpacity(kShadowInk);
+        PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), width());
+        painter.setOpacity(1.0);
+    }
+    PanelText::Draw(painter, style_, text(), {x, y}, alignment(), width());
+}
