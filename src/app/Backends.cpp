@@ -7,8 +7,9 @@ namespace Kivora {
 
 EngineDependencies CreateEngineDependencies() {
     EngineDependencies dependencies;
-    dependencies.backends = {LibMidi::PortMIDIBackend(),
-                             LibMidi::MakeSynthBackend(std::make_shared<LibMidi::Synthesizer>())};
+    const auto synthesizer = std::make_shared<LibMidi::Synthesizer>();
+    dependencies.synth = synthesizer;
+    dependencies.backends = {LibMidi::PortMIDIBackend(), LibMidi::MakeSynthBackend(synthesizer)};
     dependencies.createPlayer = [] { return LibMidi::CreateMIDIPlayer(); };
     return dependencies;
 }

@@ -174,6 +174,8 @@ public:
     void DiscardQueued();
     /// Queues the note-offs of all notes that sound with a duration.
     void EndTimedNotes();
+    /// What can be set on the built-in synthesizer; null where the program has none. Lives as long as the engine. [gui]
+    LibMidi::SynthControl* GetSynth() const { return dependencies_.synth.get(); }
 
     // Metronome and tempo. [gui]
     void SetTempo(int beatsPerMinute);  ///< clamped to 40..220; nothing when that is the tempo

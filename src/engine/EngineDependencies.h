@@ -8,6 +8,7 @@
 
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/PortFactory.h"
+#include "libmidi/SynthSettings.h"
 #include "nk/nk_sleep.h"
 #include "nk/nk_time_source.h"
 
@@ -20,6 +21,8 @@ struct EngineDependencies {
     std::vector<LibMidi::BackendCreator> backends;
     /// Makes the player; null when there is none to be had.
     std::function<std::unique_ptr<LibMidi::MIDIPlayer>()> createPlayer;
+    /// The settings of the built-in synthesizer; null where the program has none.
+    std::shared_ptr<LibMidi::SynthControl> synth = nullptr;
     /// The time of day in milliseconds. [any]
     std::function<std::int64_t()> wallClockMs = [] { return NK::CWorldClockSource::Instance().GetTimeMs(); };
     /// For the waits that the engine's operations are made of.
