@@ -6,6 +6,7 @@
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
 #include "app/MainWindow.h"
+#include "nk/nk_thread_role.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ void SetStyle() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    NK_REGISTER_THREAD_ROLE(gui);
     QApplication application(argc, argv);
     QApplication::setApplicationName("Kivora LX");
     QApplication::setApplicationVersion(KIVORA_VERSION);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "nk/nk_exception.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -20,6 +21,7 @@ CKivora::CKivora(EngineDependencies dependencies) : dependencies_(std::move(depe
 }
 
 CKivora::~CKivora() {
+    NK_ASSERT_THREAD_ROLE(gui);
     {
         const CLockGuard guard(lock_);
         closed_ = true;

@@ -167,7 +167,7 @@ public:
     /// Whether the open output has failed: nothing is queued until a port is opened again.
     bool IsOutputLost() const;
     /// Waits until everything queued has been taken by the player, at most kSettleLimitMs; at once when no player
-    /// runs. True when nothing is left. [gui]
+    /// runs. True when nothing is left. [gui] [input]
     bool SettleOutput();
     static constexpr int kSettleLimitMs = 50;
     /// Forgets what is queued and not yet written.

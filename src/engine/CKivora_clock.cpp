@@ -3,6 +3,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/ClockPosition.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -12,6 +13,7 @@ constexpr std::int64_t kLongestRunMs = std::int64_t{24} * 24 * 60 * 60 * 1000;
 }  // namespace
 
 void CKivora::SetTempo(int beatsPerMinute) {
+    NK_ASSERT_THREAD_ROLE(gui);
     {
         const CLockGuard guard(lock_);
         const int clamped = std::clamp(beatsPerMinute, kMinTempo, kMaxTempo);
@@ -39,6 +41,7 @@ int CKivora::GetTempo() const {
 }
 
 void CKivora::SetMetronome(bool on) {
+    NK_ASSERT_THREAD_ROLE(gui);
     {
         const CLockGuard guard(lock_);
         if (on) {
@@ -88,6 +91,10 @@ void CKivora::AdvanceClock() {
 }
 
 void CKivora::OnTimer(std::uint32_t) {
+    if (tickTimer_) {
+        NK_REGISTER_THREAD_ROLE(tick);
+    }
+    NK_ASSERT_THREAD_ROLE(tick);
     bool lost = false;
     {
         const CLockGuard guard(lock_);
@@ -109,6 +116,7 @@ void CKivora::OnTimer(std::uint32_t) {
 }
 
 void CKivora::onMetronomeTimer() {
+    NK_ASSERT_THREAD_ROLE(gui);
     bool newBar = false;
     bool newBeat = false;
     {

@@ -1,5 +1,6 @@
 // What arrives from the input port.
 #include "engine/CKivora.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -30,6 +31,7 @@ bool CKivora::LockForInput() {
 }
 
 void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
+    NK_ASSERT_THREAD_ROLE(input);
     if (count < 1 || !LockForInput()) {
         return;
     }
@@ -69,6 +71,7 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
 }
 
 void CKivora::OnMIDIDataLost(std::uint32_t lostCount) {
+    NK_ASSERT_THREAD_ROLE(input);
     if (lostCount == 0 || !LockForInput()) {
         return;
     }

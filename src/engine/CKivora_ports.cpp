@@ -4,6 +4,7 @@
 #include "engine/CKivora.h"
 #include "engine/PortSelection.h"
 #include "nk/nk_exception.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -27,6 +28,7 @@ std::vector<LibMidi::BackendCreator> Watch(const std::vector<LibMidi::BackendCre
 }  // namespace
 
 void CKivora::InitMidi() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     ShutdownMidi();
     const auto threw = std::make_shared<bool>(false);
@@ -76,6 +78,7 @@ void CKivora::ListPortNames() {
 }
 
 void CKivora::ShutdownMidi() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     StopRecording();
     player_.reset();
@@ -88,6 +91,7 @@ void CKivora::ShutdownMidi() {
 }
 
 void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (port == nullptr) {
         Fail(tr("Attempt to set a NULL port as out."));
@@ -111,6 +115,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
 }
 
 void CKivora::CloseOutputPort() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     ResetSynth();
     if (player_) {
@@ -142,6 +147,7 @@ bool CKivora::LoseOutput() {
 }
 
 void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (port != nullptr && port == inputPort_.load()) {
         return;
@@ -162,6 +168,7 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
 }
 
 void CKivora::CloseInputPort() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (LibMidi::MIDIInPort* port = inputPort_.load()) {
         port->RemoveListener(this);
@@ -229,6 +236,7 @@ NK::CString CKivora::GetDefaultOutputPortName() const {
 }
 
 void CKivora::OpenPorts() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     const bool outputSaved = !outputPortName_.IsEmpty();
     if (outputSaved) {
@@ -245,6 +253,7 @@ void CKivora::OpenPorts() {
 }
 
 bool CKivora::RescanPorts() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (!factory_ || IsRecording()) {
         return false;

@@ -3,10 +3,12 @@
 #include "engine/RecordedTrack.h"
 #include "midi/SMFWriter.h"
 #include "nk/nk_atomic_save.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
 bool CKivora::StartRecording() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (!sink_ || sink_->IsCapturing()) {
         return false;
@@ -21,6 +23,7 @@ bool CKivora::StartRecording() {
 }
 
 bool CKivora::StopRecording() {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (!sink_ || !sink_->IsCapturing()) {
         return false;
@@ -52,6 +55,7 @@ int CKivora::GetRecordedCount() const {
 }
 
 bool CKivora::SaveRecording(const NK::CString& path) {
+    NK_ASSERT_THREAD_ROLE(gui);
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink;
     {
         const CLockGuard guard(lock_);

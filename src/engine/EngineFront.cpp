@@ -1,4 +1,5 @@
 #include "engine/EngineFront.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -17,6 +18,7 @@ EngineFront::~EngineFront() {
 }
 
 void EngineFront::Silence() {
+    NK_ASSERT_THREAD_ROLE(gui);
     engine_.SettleOutput();
     if (pedalDown_) {
         engine_.SetSustain(false);

@@ -6,6 +6,7 @@
 
 #include "libmidi/RoundThread.h"
 #include "nk/nk_logger.h"
+#include "nk/nk_thread_role.h"
 
 namespace LibMidi {
 
@@ -49,6 +50,7 @@ public:
 
 private:
     void RunRounds() override {
+        NK_REGISTER_THREAD_ROLE(player);
         player_.BeginRounds();
         player_.sleeper_.Sleep(1);
         while (!IsStopRequested()) {
@@ -70,6 +72,7 @@ public:
 
 private:
     void RunRounds() override {
+        NK_REGISTER_THREAD_ROLE(events);
         while (!IsStopRequested()) {
             player_.RunEventsRound();
             player_.sleeper_.Sleep(1);
@@ -94,22 +97,26 @@ MIDIPlayerImpl::~MIDIPlayerImpl() {
 }
 
 void MIDIPlayerImpl::SetTimeSource(NK::CTimeSource* source) {
+    NK_ASSERT_THREAD_ROLE(gui);
     timeSource_ = source;
     queue_->SetTimeSource(source);
 }
 
 int MIDIPlayerImpl::AttachOutput(MIDIOutPort* port) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(outputsLock_);
     outputs_.push_back({nextBinding_, port});
     return nextBinding_++;
 }
 
 void MIDIPlayerImpl::DetachOutput(int binding) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(outputsLock_);
     std::erase_if(outputs_, [binding](const Output& output) { return output.binding == binding; });
 }
 
 bool MIDIPlayerImpl::Start() {
+    NK_ASSERT_THREAD_ROLE(gui);
     if (IsRunning()) {
         return true;
     }
@@ -131,6 +138,7 @@ bool MIDIPlayerImpl::Start() {
 }
 
 void MIDIPlayerImpl::Stop() {
+    NK_ASSERT_THREAD_ROLE(gui);
     stopping_ = true;
     running_ = false;
     if (playerThread_ != nullptr) {
@@ -156,6 +164,7 @@ std::uint32_t MIDIPlayerImpl::TakeElapsedMs() {
 }
 
 bool MIDIPlayerImpl::RunPlayerRound() {
+    NK_ASSERT_THREAD_ROLE(player);
     const std::uint32_t elapsedMs = TakeElapsedMs();
     if (!queue_->HasWork()) {
         return true;
@@ -219,6 +228,7 @@ void MIDIPlayerImpl::OnWriteFailed() {
 }
 
 void MIDIPlayerImpl::RunEventsRound() {
+    NK_ASSERT_THREAD_ROLE(events);
     MIDIEvent event;
     if (played_->Take(event)) {
         listeners_.ForEach([&event](MIDIPlayerListener& listener) { listener.OnNotePlayed(event); });

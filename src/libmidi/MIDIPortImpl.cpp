@@ -1,4 +1,5 @@
 #include "libmidi/MIDIPortImpl.h"
+#include "nk/nk_thread_role.h"
 
 namespace LibMidi {
 
@@ -7,6 +8,7 @@ MIDIPortImpl::MIDIPortImpl(int device, const NK::CString& name, std::uint32_t fl
 }
 
 Result MIDIPortImpl::Open() {
+    NK_ASSERT_THREAD_ROLE(gui);
     if (IsUnavailable()) {
         return kUnavailable;
     }
@@ -28,6 +30,7 @@ Result MIDIPortImpl::Open() {
 }
 
 Result MIDIPortImpl::Close() {
+    NK_ASSERT_THREAD_ROLE(gui);
     if (IsUnavailable()) {
         return kUnavailable;
     }

@@ -1,4 +1,5 @@
 #include "libmidi/PortFactory.h"
+#include "nk/nk_thread_role.h"
 
 #include <algorithm>
 #include <utility>
@@ -32,11 +33,13 @@ PortFactory::PortFactory(std::vector<BackendCreator> creators) : creators_(std::
 PortFactory::~PortFactory() = default;
 
 bool PortFactory::Refresh() {
+    NK_ASSERT_THREAD_ROLE(gui);
     Clear();
     return Build();
 }
 
 bool PortFactory::Rescan() {
+    NK_ASSERT_THREAD_ROLE(gui);
     view_.reset();
     for (auto& set : sets_) {
         if (set != nullptr && !set->IsFixed()) {

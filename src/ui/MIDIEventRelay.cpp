@@ -1,4 +1,5 @@
 #include "ui/MIDIEventRelay.h"
+#include "nk/nk_thread_role.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -58,6 +59,7 @@ bool MIDIEventRelay::event(QEvent* event) {
 }
 
 void MIDIEventRelay::Deliver() {
+    NK_ASSERT_THREAD_ROLE(gui);
     Pending taken;
     {
         const CLockGuard guard(lock_);

@@ -6,6 +6,7 @@
 #include "libmidi/portmidi/PortMIDIInPort.h"
 #include "libmidi/portmidi/PortMIDIOutPort.h"
 #include "libmidi/portmidi/TickCounter.h"
+#include "nk/nk_thread_role.h"
 
 namespace LibMidi {
 
@@ -26,6 +27,7 @@ public:
 
 private:
     void RunRounds() override {
+        NK_REGISTER_THREAD_ROLE(inputTimer);
         for (;;) {
             implementation_.GetSleeper().Sleep(1);
             if (IsStopRequested()) {
@@ -53,6 +55,7 @@ PortMIDIImpl::PortMIDIImpl(PortMidiApi& api, NK::CSleeper& sleeper, Threads thre
 }
 
 PortMIDIImpl::~PortMIDIImpl() {
+    NK_ASSERT_THREAD_ROLE(gui);
     if (timer_ != nullptr) {
         timer_->End();
     }
@@ -95,6 +98,7 @@ MIDIOutPort* PortMIDIImpl::GetDefaultOutput() const {
 }
 
 void PortMIDIImpl::RunInputRound() {
+    NK_ASSERT_THREAD_ROLE(inputTimer);
     TickCounter::Advance();
     for (MIDIPortContext* input : inputs_) {
         input->ReceiveRound();

@@ -7,6 +7,7 @@
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "libmidi/portmidi/TickCounter.h"
 #include "nk/nk_logger.h"
+#include "nk/nk_thread_role.h"
 
 namespace LibMidi {
 
@@ -66,6 +67,7 @@ bool PortMIDIInPort::IsReadDue() {
 }
 
 void PortMIDIInPort::ReceiveRound() {
+    NK_ASSERT_THREAD_ROLE(inputTimer);
     if (!IsOpen()) {
         return;
     }
@@ -124,6 +126,7 @@ bool PortMIDIInPort::TakeQueue(std::uint32_t& lost, std::size_t& lostAfter) {
 }
 
 void PortMIDIInPort::DeliverRound() {
+    NK_ASSERT_THREAD_ROLE(input);
     std::uint32_t lost = 0;
     std::size_t lostAfter = 0;
     if (!hasQueued_.load(std::memory_order_acquire) || !TakeQueue(lost, lostAfter)) {
@@ -149,6 +152,7 @@ PortMIDIInPort::InPortThread::InPortThread(PortMIDIInPort* port, PortMIDIImpl* i
 }
 
 void PortMIDIInPort::InPortThread::RunRounds() {
+    NK_REGISTER_THREAD_ROLE(input);
     if (port_ == nullptr) {
         NK::Log(L"WARNING: MIDI input port thread: NULL port address.");
         return;

@@ -7,6 +7,7 @@
 #include "libmidi/synth/SynthApi.h"
 #include "libmidi/synth/SynthSession.h"
 #include "nk/nk_logger.h"
+#include "nk/nk_thread_role.h"
 #include "nk/nk_translate.h"
 
 namespace LibMidi {
@@ -53,6 +54,7 @@ Synthesizer::~Synthesizer() {
 }
 
 bool Synthesizer::Open() {
+    NK_ASSERT_THREAD_ROLE(gui);
     if (session_ != nullptr) {
         return true;
     }
@@ -64,6 +66,7 @@ bool Synthesizer::Open() {
 }
 
 void Synthesizer::Close() {
+    NK_ASSERT_THREAD_ROLE(gui);
     EndSession(session_);
     activeDriver_.clear();
 }

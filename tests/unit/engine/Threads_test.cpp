@@ -8,6 +8,7 @@
 
 #include "engine/EngineFront.h"
 #include "libmidi/MIDIPlayer.h"
+#include "nk/nk_thread_role.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -75,6 +76,33 @@ protected:
 };
 
 }  // namespace
+
+#ifndef NDEBUG
+TEST_F(Threads, TheTickHasItsRole) {
+    std::atomic<NK::ThreadRole> ticker{NK::ThreadRole::none};
+    Kivora::CKivora ticking(Kivora::EngineDependencies{.backends = {backend.GetCreator()},
+                                                       .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); },
+                                                       .wallClockMs =
+                                                           [&ticker] {
+                                                               ticker = NK::GetThreadRole();
+                                                               return std::int64_t{0};
+                                                           }});
+    while (ticker != NK::ThreadRole::tick) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(NK::GetThreadRole(), NK::ThreadRole::none);
+}
+
+TEST_F(Threads, PortsAreTheGuiThreadsOnly) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(
+        {
+            NK_REGISTER_THREAD_ROLE(input);
+            engine->CloseOutputPort();
+        },
+        "for the gui thread, called on the input thread");
+}
+#endif
 
 TEST_F(Threads, FloodTickGuiAndPlayerLiveTogether) {
     engine->SetArpeggiating(true);

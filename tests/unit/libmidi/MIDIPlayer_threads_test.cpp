@@ -9,6 +9,7 @@
 
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
+#include "nk/nk_thread_role.h"
 #include "support/VirtualTime.h"
 #include "unit/libmidi/FakePorts.h"
 
@@ -170,5 +171,23 @@ TEST_F(MIDIPlayerThreads, AStopBetweenTwoOfAllPortsLeavesTheRestOut) {
     EXPECT_EQ(port.GetWritten().size(), 1U);
     EXPECT_TRUE(other.GetWritten().empty());
 }
+
+#ifndef NDEBUG
+TEST_F(MIDIPlayerThreads, TheThreadsHaveTheirRoles) {
+    struct CListener : MIDIPlayerListener {
+        void OnNotePlayed(const MIDIEvent&) override { role = NK::GetThreadRole(); }
+        std::atomic<NK::ThreadRole> role{NK::ThreadRole::none};
+    } listener;
+    std::atomic<NK::ThreadRole> writer{NK::ThreadRole::none};
+    port.onWrite = [&] { writer = NK::GetThreadRole(); };
+    player->AddListener(&listener);
+    player->Start();
+    queue->SendMessage({0x90, 1, 60, 80}, 0);
+    EXPECT_TRUE(WaitFor([&] { return listener.role == NK::ThreadRole::events; }));
+    EXPECT_EQ(writer, NK::ThreadRole::player);
+    player->Stop();
+    player->RemoveListener(&listener);
+}
+#endif
 
 }  // namespace

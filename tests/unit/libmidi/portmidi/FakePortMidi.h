@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -70,6 +71,9 @@ public:
     int Read(PortMidiStream* stream, PmEvent* buffer, std::int32_t length) override {
         const std::lock_guard guard(mutex_);
         ++reads;
+        if (onRead) {
+            onRead();
+        }
         lastReadLength = length;
         if (flood) {
             buffer->message = Pm_Message(0x90, 60, 1 + flooded++ % 127);
@@ -139,6 +143,7 @@ public:
     int goodWrites = 1000000000;
     std::atomic<bool> flood{false};  ///< a note whenever one is asked for
     bool keepWritten = true;
+    std::function<void()> onRead;  ///< on the reading thread; set before a port is open
 
     // Guarded by the mutex while threads run.
     std::vector<OpenCall> opens;

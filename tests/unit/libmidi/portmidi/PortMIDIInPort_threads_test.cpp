@@ -10,6 +10,7 @@
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "libmidi/portmidi/PortMIDIInPort.h"
 #include "nk/nk_critical_section.h"
+#include "nk/nk_thread_role.h"
 #include "support/FatalLog.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
 
@@ -150,5 +151,27 @@ TEST_F(PortMIDIInPortThreads, QuittingUnderAFloodClosesEverything) {
     EXPECT_EQ(flooded.GetOpenStreams(), 0U);
     EXPECT_EQ(flooded.GetCalls().back(), "Terminate");
 }
+
+#ifndef NDEBUG
+TEST_F(PortMIDIInPortThreads, TheThreadsHaveTheirRoles) {
+    struct CListener : MIDIPortDataListener {
+        void OnMIDIData(const MIDIEvent*, std::int32_t) override { role = NK::GetThreadRole(); }
+        std::atomic<NK::ThreadRole> role{NK::ThreadRole::none};
+    } listener;
+    std::atomic<NK::ThreadRole> reader{NK::ThreadRole::none};
+    api.onRead = [&] { reader = NK::GetThreadRole(); };
+    port->AddListener(&listener);
+    ASSERT_EQ(port->Open(), kSuccess);
+    api.Receive(0, Pm_Message(0x90, 60, 80));
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (listener.role != NK::ThreadRole::input && std::chrono::steady_clock::now() < limit) {
+        NK::SystemSleeper().Sleep(1);
+    }
+    EXPECT_EQ(listener.role, NK::ThreadRole::input);
+    EXPECT_EQ(reader, NK::ThreadRole::inputTimer);
+    port->Close();
+    port->RemoveListener(&listener);
+}
+#endif
 
 }  // namespace
