@@ -62,9 +62,11 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
         return false;
     }
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-    for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS", "PULSE_SERVER"}) {
+    for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "PULSE_SERVER"}) {
         variables.remove(unwanted);
     }
+    // Without an address libdbus starts a bus that outlives the program.
+    variables.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     variables.insert("DISPLAY", display_);
     variables.insert("XDG_DATA_HOME", dir_.filePath("data"));
     variables.insert("HOME", dir_.path());
