@@ -6,7 +6,9 @@
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
 #include "app/MainWindow.h"
+#include "locale/Locale.h"
 #include "nk/nk_thread_role.h"
+#include "ui/EmbeddedFonts.h"
 
 namespace {
 
@@ -29,6 +31,8 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName("kivora");
     const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
     SetStyle();
+    Kivora::RegisterEmbeddedFonts();
+    Kivora::InitLocale();
 
     std::optional<Kivora::Demonstration> demonstration;
     if (!commandLine.demonstrationDir.isEmpty()) {

@@ -1,3 +1,4 @@
+// The main function of tests that need an application object and no window.
 #include <QCoreApplication>
 
 #include "support/TestMain.h"

@@ -1,0 +1,1364 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru_RU" sourcelanguage="en_US">
+<context>
+    <name>CommandLine</name>
+    <message>
+        <source>A virtual MIDI keyboard: play on the computer keys, on the screen&apos;s piano and on a MIDI keyboard.</source>
+        <translation>Виртуальная MIDI-клавиатура: играйте на клавишах компьютера, на фортепиано на экране и на MIDI-клавиатуре.</translation>
+    </message>
+    <message>
+        <source>Play a short demonstration, leave a screenshot, a MIDI file and a sound file in &lt;folder&gt;, and quit.</source>
+        <translation>Сыграть короткую демонстрацию, оставить в &lt;папке&gt; снимок экрана, MIDI-файл и звуковой файл и завершить работу.</translation>
+    </message>
+</context>
+<context>
+    <name>GM</name>
+    <message>
+        <source>Acoustic Grand Piano</source>
+        <translation>Акустический рояль</translation>
+    </message>
+    <message>
+        <source>Bright Acoustic Piano</source>
+        <translation>Яркий рояль</translation>
+    </message>
+    <message>
+        <source>Electric Grand Piano</source>
+        <translation>Электророяль</translation>
+    </message>
+    <message>
+        <source>Honky-tonk Piano</source>
+        <translation>Расстроенное пианино</translation>
+    </message>
+    <message>
+        <source>Rhodes Piano</source>
+        <translation>Электропиано Rhodes</translation>
+    </message>
+    <message>
+        <source>Chorused Piano</source>
+        <translation>Электропиано с хорусом</translation>
+    </message>
+    <message>
+        <source>Harpsichord</source>
+        <translation>Клавесин</translation>
+    </message>
+    <message>
+        <source>Clavinet</source>
+        <translation>Клавинет</translation>
+    </message>
+    <message>
+        <source>Celesta</source>
+        <translation>Челеста</translation>
+    </message>
+    <message>
+        <source>Glockenspiel</source>
+        <translation>Колокольчики</translation>
+    </message>
+    <message>
+        <source>Music Box</source>
+        <translation>Музыкальная шкатулка</translation>
+    </message>
+    <message>
+        <source>Vibraphone</source>
+        <translation>Вибрафон</translation>
+    </message>
+    <message>
+        <source>Marimba</source>
+        <translation>Маримба</translation>
+    </message>
+    <message>
+        <source>Xylophone</source>
+        <translation>Ксилофон</translation>
+    </message>
+    <message>
+        <source>Tubular Bells</source>
+        <translation>Трубчатые колокола</translation>
+    </message>
+    <message>
+        <source>Dulcimer</source>
+        <translation>Цимбалы</translation>
+    </message>
+    <message>
+        <source>Hammond Organ</source>
+        <translation>Орган Hammond</translation>
+    </message>
+    <message>
+        <source>Percussive Organ</source>
+        <translation>Перкуссионный орган</translation>
+    </message>
+    <message>
+        <source>Rock Organ</source>
+        <translation>Рок-орган</translation>
+    </message>
+    <message>
+        <source>Church Organ</source>
+        <translation>Церковный орган</translation>
+    </message>
+    <message>
+        <source>Reed Organ</source>
+        <translation>Фисгармония</translation>
+    </message>
+    <message>
+        <source>Accordion</source>
+        <translation>Аккордеон</translation>
+    </message>
+    <message>
+        <source>Harmonica</source>
+        <translation>Губная гармоника</translation>
+    </message>
+    <message>
+        <source>Tango Accordion</source>
+        <translation>Бандонеон</translation>
+    </message>
+    <message>
+        <source>Acoustic Guitar (nylon)</source>
+        <translation>Акустическая гитара (нейлон)</translation>
+    </message>
+    <message>
+        <source>Acoustic Guitar (steel)</source>
+        <translation>Акустическая гитара (сталь)</translation>
+    </message>
+    <message>
+        <source>Electric Guitar (jazz)</source>
+        <translation>Электрогитара (джазовая)</translation>
+    </message>
+    <message>
+        <source>Electric Guitar (clean)</source>
+        <translation>Электрогитара (чистая)</translation>
+    </message>
+    <message>
+        <source>Electric Guitar (muted)</source>
+        <translation>Электрогитара (приглушённая)</translation>
+    </message>
+    <message>
+        <source>Overdriven Guitar</source>
+        <translation>Гитара с овердрайвом</translation>
+    </message>
+    <message>
+        <source>Distortion Guitar</source>
+        <translation>Гитара с дисторшном</translation>
+    </message>
+    <message>
+        <source>Guitar Harmonics</source>
+        <translation>Гитарные флажолеты</translation>
+    </message>
+    <message>
+        <source>Acoustic Bass</source>
+        <translation>Акустический бас</translation>
+    </message>
+    <message>
+        <source>Electric Bass (finger)</source>
+        <translation>Бас-гитара (пальцами)</translation>
+    </message>
+    <message>
+        <source>Electric Bass (pick)</source>
+        <translation>Бас-гитара (медиатором)</translation>
+    </message>
+    <message>
+        <source>Fretless Bass</source>
+        <translation>Безладовый бас</translation>
+    </message>
+    <message>
+        <source>Slap Bass 1</source>
+        <translation>Слэп-бас 1</translation>
+    </message>
+    <message>
+        <source>Slap Bass 2</source>
+        <translation>Слэп-бас 2</translation>
+    </message>
+    <message>
+        <source>Synth Bass 1</source>
+        <translation>Синтезаторный бас 1</translation>
+    </message>
+    <message>
+        <source>Synth Bass 2</source>
+        <translation>Синтезаторный бас 2</translation>
+    </message>
+    <message>
+        <source>Violin</source>
+        <translation>Скрипка</translation>
+    </message>
+    <message>
+        <source>Viola</source>
+        <translation>Альт</translation>
+    </message>
+    <message>
+        <source>Cello</source>
+        <translation>Виолончель</translation>
+    </message>
+    <message>
+        <source>Contrabass</source>
+        <translation>Контрабас</translation>
+    </message>
+    <message>
+        <source>Tremolo Strings</source>
+        <translation>Струнные тремоло</translation>
+    </message>
+    <message>
+        <source>Pizzicato Strings</source>
+        <translation>Струнные пиццикато</translation>
+    </message>
+    <message>
+        <source>Orchestral Harp</source>
+        <translation>Оркестровая арфа</translation>
+    </message>
+    <message>
+        <source>Timpani</source>
+        <translation>Литавры</translation>
+    </message>
+    <message>
+        <source>String Ensemble 1</source>
+        <translation>Струнный ансамбль 1</translation>
+    </message>
+    <message>
+        <source>String Ensemble 2</source>
+        <translation>Струнный ансамбль 2</translation>
+    </message>
+    <message>
+        <source>SynthStrings 1</source>
+        <translation>Синтезаторные струнные 1</translation>
+    </message>
+    <message>
+        <source>SynthStrings 2</source>
+        <translation>Синтезаторные струнные 2</translation>
+    </message>
+    <message>
+        <source>Choir Aahs</source>
+        <translation>Хор «а-а»</translation>
+    </message>
+    <message>
+        <source>Voice Oohs</source>
+        <translation>Голоса «о-о»</translation>
+    </message>
+    <message>
+        <source>Synth Voice</source>
+        <translation>Синтезаторный голос</translation>
+    </message>
+    <message>
+        <source>Orchestra Hit</source>
+        <translation>Оркестровый удар</translation>
+    </message>
+    <message>
+        <source>Trumpet</source>
+        <translation>Труба</translation>
+    </message>
+    <message>
+        <source>Trombone</source>
+        <translation>Тромбон</translation>
+    </message>
+    <message>
+        <source>Tuba</source>
+        <translation>Туба</translation>
+    </message>
+    <message>
+        <source>Muted Trumpet</source>
+        <translation>Труба с сурдиной</translation>
+    </message>
+    <message>
+        <source>French Horn</source>
+        <translation>Валторна</translation>
+    </message>
+    <message>
+        <source>Brass Section</source>
+        <translation>Группа медных</translation>
+    </message>
+    <message>
+        <source>Synth Brass 1</source>
+        <translation>Синтезаторные медные 1</translation>
+    </message>
+    <message>
+        <source>Synth Brass 2</source>
+        <translation>Синтезаторные медные 2</translation>
+    </message>
+    <message>
+        <source>Soprano Sax</source>
+        <translation>Сопрано-саксофон</translation>
+    </message>
+    <message>
+        <source>Alto Sax</source>
+        <translation>Альт-саксофон</translation>
+    </message>
+    <message>
+        <source>Tenor Sax</source>
+        <translation>Тенор-саксофон</translation>
+    </message>
+    <message>
+        <source>Baritone Sax</source>
+        <translation>Баритон-саксофон</translation>
+    </message>
+    <message>
+        <source>Oboe</source>
+        <translation>Гобой</translation>
+    </message>
+    <message>
+        <source>English Horn</source>
+        <translation>Английский рожок</translation>
+    </message>
+    <message>
+        <source>Bassoon</source>
+        <translation>Фагот</translation>
+    </message>
+    <message>
+        <source>Clarinet</source>
+        <translation>Кларнет</translation>
+    </message>
+    <message>
+        <source>Piccolo</source>
+        <translation>Флейта-пикколо</translation>
+    </message>
+    <message>
+        <source>Flute</source>
+        <translation>Флейта</translation>
+    </message>
+    <message>
+        <source>Recorder</source>
+        <translation>Блокфлейта</translation>
+    </message>
+    <message>
+        <source>Pan Flute</source>
+        <translation>Флейта Пана</translation>
+    </message>
+    <message>
+        <source>Bottle Blow</source>
+        <translation>Звук бутылки</translation>
+    </message>
+    <message>
+        <source>Shakuhachi</source>
+        <translation>Сякухати</translation>
+    </message>
+    <message>
+        <source>Whistle</source>
+        <translation>Свист</translation>
+    </message>
+    <message>
+        <source>Ocarina</source>
+        <translation>Окарина</translation>
+    </message>
+    <message>
+        <source>Lead 1 (square)</source>
+        <translation>Лид 1 (меандр)</translation>
+    </message>
+    <message>
+        <source>Lead 2 (sawtooth)</source>
+        <translation>Лид 2 (пила)</translation>
+    </message>
+    <message>
+        <source>Lead 3 (calliope lead)</source>
+        <translation>Лид 3 (каллиопа)</translation>
+    </message>
+    <message>
+        <source>Lead 4 (chiff lead)</source>
+        <translation>Лид 4 (с придыханием)</translation>
+    </message>
+    <message>
+        <source>Lead 5 (charang)</source>
+        <translation>Лид 5 (чаранго)</translation>
+    </message>
+    <message>
+        <source>Lead 6 (voice)</source>
+        <translation>Лид 6 (голос)</translation>
+    </message>
+    <message>
+        <source>Lead 7 (fifths)</source>
+        <translation>Лид 7 (квинты)</translation>
+    </message>
+    <message>
+        <source>Lead 8 (bass + lead)</source>
+        <translation>Лид 8 (бас и лид)</translation>
+    </message>
+    <message>
+        <source>Pad 1 (new age)</source>
+        <translation>Пэд 1 (нью-эйдж)</translation>
+    </message>
+    <message>
+        <source>Pad 2 (warm)</source>
+        <translation>Пэд 2 (тёплый)</translation>
+    </message>
+    <message>
+        <source>Pad 3 (polysynth)</source>
+        <translation>Пэд 3 (полисинт)</translation>
+    </message>
+    <message>
+        <source>Pad 4 (choir)</source>
+        <translation>Пэд 4 (хор)</translation>
+    </message>
+    <message>
+        <source>Pad 5 (bowed)</source>
+        <translation>Пэд 5 (смычковый)</translation>
+    </message>
+    <message>
+        <source>Pad 6 (metallic)</source>
+        <translation>Пэд 6 (металлический)</translation>
+    </message>
+    <message>
+        <source>Pad 7 (halo)</source>
+        <translation>Пэд 7 (ореол)</translation>
+    </message>
+    <message>
+        <source>Pad 8 (sweep)</source>
+        <translation>Пэд 8 (свип)</translation>
+    </message>
+    <message>
+        <source>FX 1 (rain)</source>
+        <translation>Эффект 1 (дождь)</translation>
+    </message>
+    <message>
+        <source>FX 2 (soundtrack)</source>
+        <translation>Эффект 2 (саундтрек)</translation>
+    </message>
+    <message>
+        <source>FX 3 (crystal)</source>
+        <translation>Эффект 3 (кристалл)</translation>
+    </message>
+    <message>
+        <source>FX 4 (atmosphere)</source>
+        <translation>Эффект 4 (атмосфера)</translation>
+    </message>
+    <message>
+        <source>FX 5 (brightness)</source>
+        <translation>Эффект 5 (яркость)</translation>
+    </message>
+    <message>
+        <source>FX 6 (goblins)</source>
+        <translation>Эффект 6 (гоблины)</translation>
+    </message>
+    <message>
+        <source>FX 7 (echoes)</source>
+        <translation>Эффект 7 (эхо)</translation>
+    </message>
+    <message>
+        <source>FX 8 (sci-fi)</source>
+        <translation>Эффект 8 (фантастика)</translation>
+    </message>
+    <message>
+        <source>Sitar</source>
+        <translation>Ситар</translation>
+    </message>
+    <message>
+        <source>Banjo</source>
+        <translation>Банджо</translation>
+    </message>
+    <message>
+        <source>Shamisen</source>
+        <translation>Сямисэн</translation>
+    </message>
+    <message>
+        <source>Koto</source>
+        <translation>Кото</translation>
+    </message>
+    <message>
+        <source>Kalimba</source>
+        <translation>Калимба</translation>
+    </message>
+    <message>
+        <source>Bagpipe</source>
+        <translation>Волынка</translation>
+    </message>
+    <message>
+        <source>Fiddle</source>
+        <translation>Народная скрипка</translation>
+    </message>
+    <message>
+        <source>Shanai</source>
+        <translation>Шахнай</translation>
+    </message>
+    <message>
+        <source>Tinkle Bell</source>
+        <translation>Колокольчик</translation>
+    </message>
+    <message>
+        <source>Agogo</source>
+        <translation>Агого</translation>
+    </message>
+    <message>
+        <source>Steel Drums</source>
+        <translation>Стальные барабаны</translation>
+    </message>
+    <message>
+        <source>Woodblock</source>
+        <translation>Деревянная коробочка</translation>
+    </message>
+    <message>
+        <source>Taiko Drum</source>
+        <translation>Барабан тайко</translation>
+    </message>
+    <message>
+        <source>Melodic Tom</source>
+        <translation>Мелодический том</translation>
+    </message>
+    <message>
+        <source>Synth Drum</source>
+        <translation>Синтезаторный барабан</translation>
+    </message>
+    <message>
+        <source>Reverse Cymbal</source>
+        <translation>Обратная тарелка</translation>
+    </message>
+    <message>
+        <source>Guitar Fret Noise</source>
+        <translation>Шум гитарных ладов</translation>
+    </message>
+    <message>
+        <source>Breath Noise</source>
+        <translation>Шум дыхания</translation>
+    </message>
+    <message>
+        <source>Seashore</source>
+        <translation>Шум прибоя</translation>
+    </message>
+    <message>
+        <source>Bird Tweet</source>
+        <translation>Щебет птиц</translation>
+    </message>
+    <message>
+        <source>Telephone Ring</source>
+        <translation>Телефонный звонок</translation>
+    </message>
+    <message>
+        <source>Helicopter</source>
+        <translation>Вертолёт</translation>
+    </message>
+    <message>
+        <source>Applause</source>
+        <translation>Аплодисменты</translation>
+    </message>
+    <message>
+        <source>Gunshot</source>
+        <translation>Выстрел</translation>
+    </message>
+    <message>
+        <source>Standard Drum Kit</source>
+        <translation>Стандартная ударная установка</translation>
+    </message>
+</context>
+<context>
+    <name>Keyboard map</name>
+    <message>
+        <source>A</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ф</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>И</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>С</translation>
+    </message>
+    <message>
+        <source>D</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>В</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>У</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>А</translation>
+    </message>
+    <message>
+        <source>G</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>П</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Р</translation>
+    </message>
+    <message>
+        <source>I</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ш</translation>
+    </message>
+    <message>
+        <source>J</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>О</translation>
+    </message>
+    <message>
+        <source>K</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Л</translation>
+    </message>
+    <message>
+        <source>L</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Д</translation>
+    </message>
+    <message>
+        <source>M</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ь</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Т</translation>
+    </message>
+    <message>
+        <source>O</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Щ</translation>
+    </message>
+    <message>
+        <source>P</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>З</translation>
+    </message>
+    <message>
+        <source>Q</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Й</translation>
+    </message>
+    <message>
+        <source>R</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>К</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ы</translation>
+    </message>
+    <message>
+        <source>T</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Е</translation>
+    </message>
+    <message>
+        <source>U</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Г</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>М</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ц</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ч</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Н</translation>
+    </message>
+    <message>
+        <source>Z</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Я</translation>
+    </message>
+    <message>
+        <source>&apos;</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Э</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Б</translation>
+    </message>
+    <message>
+        <source>.</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ю</translation>
+    </message>
+    <message>
+        <source>/</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>.</translation>
+    </message>
+    <message>
+        <source>:</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ж</translation>
+    </message>
+    <message>
+        <source>[</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Х</translation>
+    </message>
+    <message>
+        <source>\</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>\</translation>
+    </message>
+    <message>
+        <source>]</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ъ</translation>
+    </message>
+    <message>
+        <source>`</source>
+        <comment>Letter on the same key on localized keyboard</comment>
+        <translation>Ё</translation>
+    </message>
+</context>
+<context>
+    <name>Kivora::CKivora</name>
+    <message>
+        <source>MIDI engine initalization failed (PortMIDI interface couldn&apos;t be created).</source>
+        <translation>Сбой запуска MIDI (не удалось создать интерфейс PortMIDI).</translation>
+    </message>
+    <message>
+        <source>MIDI engine initalization failed (error listing MIDI ports).</source>
+        <translation>Сбой запуска MIDI (не удалось получить список портов MIDI).</translation>
+    </message>
+    <message>
+        <source>No MIDI ports found.</source>
+        <translation>Порты MIDI не найдены.</translation>
+    </message>
+    <message>
+        <source>MIDI engine initalization failed (error creating MIDI player).</source>
+        <translation>Сбой запуска MIDI (не удалось создать проигрыватель MIDI).</translation>
+    </message>
+    <message>
+        <source>MIDI engine initalization failed (NULL port address).</source>
+        <translation>Сбой запуска MIDI (нулевой адрес порта).</translation>
+    </message>
+    <message>
+        <source>Attempt to set a NULL port as out.</source>
+        <translation>Попытка назначить выходом нулевой порт.</translation>
+    </message>
+    <message>
+        <source>Failed to open output MIDI port.</source>
+        <translation>Не удалось открыть выходной порт MIDI.</translation>
+    </message>
+    <message>
+        <source>Failed to start MIDI player.</source>
+        <translation>Не удалось запустить проигрыватель MIDI.</translation>
+    </message>
+    <message>
+        <source>NULL input port.</source>
+        <translation>Нулевой входной порт.</translation>
+    </message>
+    <message>
+        <source>Failed to open input MIDI port:</source>
+        <translation>Не удалось открыть входной порт MIDI:</translation>
+    </message>
+    <message>
+        <source>Microsoft Synthesizer</source>
+        <comment>System software synthesizer name for the locale</comment>
+        <translation>Программный синтезатор</translation>
+    </message>
+    <message>
+        <source>No default output MIDI port found.</source>
+        <translation>Выходной порт MIDI по умолчанию не найден.</translation>
+    </message>
+</context>
+<context>
+    <name>Kivora::MainWindow</name>
+    <message>
+        <source>Fatal Error</source>
+        <translation>Неустранимая ошибка</translation>
+    </message>
+    <message>
+        <source>Sorry, the application cannot continue.</source>
+        <translation>К сожалению, программа не может продолжать работу.</translation>
+    </message>
+    <message>
+        <source>Failed to create MIDI engine (unknown exception).</source>
+        <translation>Не удалось запустить MIDI (неизвестное исключение).</translation>
+    </message>
+</context>
+<context>
+    <name>KivoraWidget</name>
+    <message>
+        <source>MIDI Engine Error</source>
+        <translation>Ошибка MIDI</translation>
+    </message>
+    <message>
+        <source>An unknown exception occured.</source>
+        <translation>Возникло неизвестное исключение.</translation>
+    </message>
+    <message>
+        <source>Error: pointer to the engine is NULL</source>
+        <translation>Ошибка: указатель на движок равен NULL</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>The connection to the MIDI synthesizer was lost: %1</source>
+        <translation>Связь с MIDI-синтезатором потеряна: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Locale Names</name>
+    <message>
+        <source>Russian</source>
+        <translation>Русский</translation>
+    </message>
+</context>
+<context>
+    <name>Localization</name>
+    <message>
+        <source>(null)</source>
+        <extracomment>The locale suffix of file names, for example &quot;_ru&quot;.</extracomment>
+        <translation>_ru</translation>
+    </message>
+</context>
+<context>
+    <name>Localized Keyboard</name>
+    <message>
+        <source>1</source>
+        <translation>1</translation>
+    </message>
+    <message>
+        <source>2</source>
+        <translation>2</translation>
+    </message>
+    <message>
+        <source>3</source>
+        <translation>3</translation>
+    </message>
+    <message>
+        <source>4</source>
+        <translation>4</translation>
+    </message>
+    <message>
+        <source>5</source>
+        <translation>5</translation>
+    </message>
+    <message>
+        <source>6</source>
+        <translation>6</translation>
+    </message>
+    <message>
+        <source>7</source>
+        <translation>7</translation>
+    </message>
+    <message>
+        <source>8</source>
+        <translation>8</translation>
+    </message>
+    <message>
+        <source>9</source>
+        <translation>9</translation>
+    </message>
+    <message>
+        <source>0</source>
+        <translation>0</translation>
+    </message>
+    <message>
+        <source>-</source>
+        <translation>-</translation>
+    </message>
+    <message>
+        <source>=</source>
+        <translation>=</translation>
+    </message>
+    <message>
+        <source>!</source>
+        <translation>!</translation>
+    </message>
+    <message>
+        <source>@</source>
+        <translation>&quot;</translation>
+    </message>
+    <message>
+        <source>#</source>
+        <translation>№</translation>
+    </message>
+    <message>
+        <source>$</source>
+        <translation>;</translation>
+    </message>
+    <message>
+        <source>%</source>
+        <translation>%</translation>
+    </message>
+    <message>
+        <source>^</source>
+        <translation>:</translation>
+    </message>
+    <message>
+        <source>&amp;</source>
+        <translation>?</translation>
+    </message>
+    <message>
+        <source>*</source>
+        <translation>*</translation>
+    </message>
+    <message>
+        <source>(</source>
+        <translation>(</translation>
+    </message>
+    <message>
+        <source>)</source>
+        <translation>)</translation>
+    </message>
+    <message>
+        <source>_</source>
+        <translation>_</translation>
+    </message>
+    <message>
+        <source>+</source>
+        <translation>+</translation>
+    </message>
+    <message>
+        <source>[</source>
+        <translation>х</translation>
+    </message>
+    <message>
+        <source>{</source>
+        <translation>Х</translation>
+    </message>
+    <message>
+        <source>]</source>
+        <translation>ъ</translation>
+    </message>
+    <message>
+        <source>}</source>
+        <translation>Ъ</translation>
+    </message>
+    <message>
+        <source>;</source>
+        <translation>ж</translation>
+    </message>
+    <message>
+        <source>:</source>
+        <translation>Ж</translation>
+    </message>
+    <message>
+        <source>&apos;</source>
+        <translation>э</translation>
+    </message>
+    <message>
+        <source>&quot;</source>
+        <translation>Э</translation>
+    </message>
+    <message>
+        <source>\</source>
+        <translation>\</translation>
+    </message>
+    <message>
+        <source>|</source>
+        <translation>/</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>б</translation>
+    </message>
+    <message>
+        <source>&lt;</source>
+        <translation>Б</translation>
+    </message>
+    <message>
+        <source>.</source>
+        <translation>ю</translation>
+    </message>
+    <message>
+        <source>&gt;</source>
+        <translation>Ю</translation>
+    </message>
+    <message>
+        <source>/</source>
+        <translation>.</translation>
+    </message>
+    <message>
+        <source>?</source>
+        <translation>,</translation>
+    </message>
+    <message>
+        <source>a</source>
+        <translation>ф</translation>
+    </message>
+    <message>
+        <source>b</source>
+        <translation>и</translation>
+    </message>
+    <message>
+        <source>c</source>
+        <translation>с</translation>
+    </message>
+    <message>
+        <source>d</source>
+        <translation>в</translation>
+    </message>
+    <message>
+        <source>e</source>
+        <translation>у</translation>
+    </message>
+    <message>
+        <source>f</source>
+        <translation>а</translation>
+    </message>
+    <message>
+        <source>g</source>
+        <translation>п</translation>
+    </message>
+    <message>
+        <source>h</source>
+        <translation>р</translation>
+    </message>
+    <message>
+        <source>i</source>
+        <translation>ш</translation>
+    </message>
+    <message>
+        <source>j</source>
+        <translation>о</translation>
+    </message>
+    <message>
+        <source>k</source>
+        <translation>л</translation>
+    </message>
+    <message>
+        <source>l</source>
+        <translation>д</translation>
+    </message>
+    <message>
+        <source>m</source>
+        <translation>ь</translation>
+    </message>
+    <message>
+        <source>n</source>
+        <translation>т</translation>
+    </message>
+    <message>
+        <source>o</source>
+        <translation>щ</translation>
+    </message>
+    <message>
+        <source>p</source>
+        <translation>з</translation>
+    </message>
+    <message>
+        <source>q</source>
+        <translation>й</translation>
+    </message>
+    <message>
+        <source>r</source>
+        <translation>к</translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation>ы</translation>
+    </message>
+    <message>
+        <source>t</source>
+        <translation>е</translation>
+    </message>
+    <message>
+        <source>u</source>
+        <translation>г</translation>
+    </message>
+    <message>
+        <source>v</source>
+        <translation>м</translation>
+    </message>
+    <message>
+        <source>w</source>
+        <translation>ц</translation>
+    </message>
+    <message>
+        <source>x</source>
+        <translation>ч</translation>
+    </message>
+    <message>
+        <source>y</source>
+        <translation>н</translation>
+    </message>
+    <message>
+        <source>z</source>
+        <translation>я</translation>
+    </message>
+    <message>
+        <source>A</source>
+        <translation>Ф</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>И</translation>
+    </message>
+    <message>
+        <source>C</source>
+        <translation>С</translation>
+    </message>
+    <message>
+        <source>D</source>
+        <translation>В</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>У</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <translation>А</translation>
+    </message>
+    <message>
+        <source>G</source>
+        <translation>П</translation>
+    </message>
+    <message>
+        <source>H</source>
+        <translation>Р</translation>
+    </message>
+    <message>
+        <source>I</source>
+        <translation>Ш</translation>
+    </message>
+    <message>
+        <source>J</source>
+        <translation>О</translation>
+    </message>
+    <message>
+        <source>K</source>
+        <translation>Л</translation>
+    </message>
+    <message>
+        <source>L</source>
+        <translation>Д</translation>
+    </message>
+    <message>
+        <source>M</source>
+        <translation>Ь</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <translation>Т</translation>
+    </message>
+    <message>
+        <source>O</source>
+        <translation>Щ</translation>
+    </message>
+    <message>
+        <source>P</source>
+        <translation>З</translation>
+    </message>
+    <message>
+        <source>Q</source>
+        <translation>Й</translation>
+    </message>
+    <message>
+        <source>R</source>
+        <translation>К</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>Ы</translation>
+    </message>
+    <message>
+        <source>T</source>
+        <translation>Е</translation>
+    </message>
+    <message>
+        <source>U</source>
+        <translation>Г</translation>
+    </message>
+    <message>
+        <source>V</source>
+        <translation>М</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <translation>Ц</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>Ч</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Н</translation>
+    </message>
+    <message>
+        <source>Z</source>
+        <translation>Я</translation>
+    </message>
+</context>
+<context>
+    <name>Note name</name>
+    <message>
+        <source>C</source>
+        <translation>До</translation>
+    </message>
+    <message>
+        <source>C#</source>
+        <translation>До-диез</translation>
+    </message>
+    <message>
+        <source>D</source>
+        <translation>Ре</translation>
+    </message>
+    <message>
+        <source>D#</source>
+        <translation>Ре-диез</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>Ми</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <translation>Фа</translation>
+    </message>
+    <message>
+        <source>F#</source>
+        <translation>Фа-диез</translation>
+    </message>
+    <message>
+        <source>G</source>
+        <translation>Соль</translation>
+    </message>
+    <message>
+        <source>G#</source>
+        <translation>Соль-диез</translation>
+    </message>
+    <message>
+        <source>A</source>
+        <translation>Ля</translation>
+    </message>
+    <message>
+        <source>A#</source>
+        <translation>Ля-диез</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>Си</translation>
+    </message>
+    <message>
+        <source>Db</source>
+        <translation>Ре-бемоль</translation>
+    </message>
+    <message>
+        <source>Eb</source>
+        <translation>Ми-бемоль</translation>
+    </message>
+    <message>
+        <source>Gb</source>
+        <translation>Соль-бемоль</translation>
+    </message>
+    <message>
+        <source>Ab</source>
+        <translation>Ля-бемоль</translation>
+    </message>
+    <message>
+        <source>Bb</source>
+        <translation>Си-бемоль</translation>
+    </message>
+</context>
+<context>
+    <name>One-letter note name</name>
+    <message>
+        <source>C</source>
+        <translation>C</translation>
+    </message>
+    <message>
+        <source>C#</source>
+        <translation>C#</translation>
+    </message>
+    <message>
+        <source>D</source>
+        <translation>D</translation>
+    </message>
+    <message>
+        <source>D#</source>
+        <translation>D#</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>E</translation>
+    </message>
+    <message>
+        <source>F</source>
+        <translation>F</translation>
+    </message>
+    <message>
+        <source>F#</source>
+        <translation>F#</translation>
+    </message>
+    <message>
+        <source>G</source>
+        <translation>G</translation>
+    </message>
+    <message>
+        <source>G#</source>
+        <translation>G#</translation>
+    </message>
+    <message>
+        <source>A</source>
+        <translation>A</translation>
+    </message>
+    <message>
+        <source>A#</source>
+        <translation>A#</translation>
+    </message>
+    <message>
+        <source>B</source>
+        <translation>B</translation>
+    </message>
+    <message>
+        <source>Db</source>
+        <translation>Db</translation>
+    </message>
+    <message>
+        <source>Eb</source>
+        <translation>Eb</translation>
+    </message>
+    <message>
+        <source>Gb</source>
+        <translation>Gb</translation>
+    </message>
+    <message>
+        <source>Ab</source>
+        <translation>Ab</translation>
+    </message>
+    <message>
+        <source>Bb</source>
+        <translation>Bb</translation>
+    </message>
+</context>
+<context>
+    <name>QPiano</name>
+    <message>
+        <source>Piano keyboard</source>
+        <translation>Клавиатура фортепиано</translation>
+    </message>
+</context>
+<context>
+    <name>Synthesizer</name>
+    <message>
+        <source>The sound font cannot be read.</source>
+        <translation>Не удаётся прочитать банк звуков (SoundFont).</translation>
+    </message>
+    <message>
+        <source>The file is no sound font.</source>
+        <translation>Этот файл — не банк звуков (SoundFont).</translation>
+    </message>
+    <message>
+        <source>The sound font is damaged.</source>
+        <translation>Банк звуков (SoundFont) повреждён.</translation>
+    </message>
+    <message>
+        <source>The audio system has stopped.</source>
+        <translation>Звуковая система остановилась.</translation>
+    </message>
+    <message>
+        <source>The sound font is still being loaded.</source>
+        <translation>Банк звуков (SoundFont) ещё загружается.</translation>
+    </message>
+    <message>
+        <source>The audio system does not answer.</source>
+        <translation>Звуковая система не отвечает.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,116 @@
+#include "locale/Locale.h"
+
+#include <memory>
+#include <QCoreApplication>
+#include <QLocale>
+#include <QPointer>
+#include <QTranslator>
+
+#include "locale/LocaleFile.h"
+#include "nk/nk_translate.h"
+
+namespace Kivora {
+namespace {
+
+constexpr int kLanguageLength = 2;
+constexpr int kLocaleLength = 5;
+constexpr char kTranslationsDir[] = ":/Translations";
+
+struct LocaleState {
+    QString current;
+    QPointer<QTranslator> qtTranslator;  // the application owns both
+    QPointer<QTranslator> ownTranslator;
+    CLocalizedKeyMap keyMap;
+};
+
+LocaleState& State() {
+    static LocaleState state;
+    return state;
+}
+
+QString LanguageOf(const QString& code) {
+    return code.left(kLanguageLength);
+}
+
+/// Replaces `installed` by the first catalogue of this name that one of the folders holds.
+void Install(QPointer<QTranslator>& installed, const QString& name, const QStringList& folders) {
+    delete installed;
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    for (const QString& folder : folders) {
+        if (translator->load(name, folder)) {
+            installed = translator.release();
+            QCoreApplication::installTranslator(installed);
+            return;
+        }
+    }
+}
+
+NK::CString TranslateThroughCatalogue(const char* context, const char* sourceText, const char* comment) {
+    return NK::CString(QCoreApplication::translate(context, sourceText, comment).toStdWString());
+}
+
+}  // namespace
+
+QString MatchLocale(const QString& code) {
+    QString match = "en_US";
+    for (const char* supported : kSupportedLocales) {
+        if (code.left(kLocaleLength) == QLatin1String(supported)) {
+            return supported;
+        }
+        if (LanguageOf(code) == LanguageOf(supported)) {
+            match = supported;
+        }
+    }
+    return match;
+}
+
+QString LocaleDisplayName(const QString& code) {
+    const QString language = LanguageOf(code);
+    if (language == "en") {
+        return QStringLiteral("English (United States)");
+    }
+    if (language == "ru") {
+        return QCoreApplication::translate("Locale Names", "Russian");
+    }
+    return QStringLiteral("[Bad locale code]");
+}
+
+QString LocaleSuffix() {
+    //: The locale suffix of file names, for example "_ru".
+    const QString suffix = QCoreApplication::translate("Localization", "(null)");
+    return suffix == "(null)" ? QString() : suffix;
+}
+
+const QString& GetCurrentLocale() {
+    return State().current;
+}
+
+bool SetLocale(const QString& code, bool save) {
+    LocaleState& state = State();
+    const QString supported = MatchLocale(code);
+    if (supported == state.current) {
+        return true;
+    }
+    const bool saved = !save || SaveLocaleCode(NK::CString(code.toStdWString()));
+    state.current = supported.left(kMaxLocaleCodeLength);
+    Install(state.qtTranslator, "qt_" + LanguageOf(supported).toLower(), {kTranslationsDir});
+    Install(state.ownTranslator, "kivora_" + supported, {kTranslationsDir, QCoreApplication::applicationDirPath()});
+    state.keyMap.Build();
+    return saved;
+}
+
+void InitLocale() {
+    NK::SetTranslateFunction(TranslateThroughCatalogue);
+    const NK::CString stored = LoadLocaleCode();
+    if (stored.IsEmpty()) {
+        SetLocale(QLocale::system().name(), true);
+    } else {
+        SetLocale(QString::fromWCharArray(stored.c_str()), false);
+    }
+}
+
+const CLocalizedKeyMap& GetLocalizedKeyMap() {
+    return State().keyMap;
+}
+
+}  // namespace Kivora

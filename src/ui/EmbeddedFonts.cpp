@@ -1,0 +1,19 @@
+#include "ui/EmbeddedFonts.h"
+
+#include <QDir>
+#include <QFont>
+#include <QFontDatabase>
+
+namespace Kivora {
+
+bool RegisterEmbeddedFonts() {
+    const QFileInfoList files = QDir(":/Fonts").entryInfoList(QDir::Files);
+    bool complete = !files.isEmpty();
+    for (const QFileInfo& file : files) {
+        complete = QFontDatabase::addApplicationFont(file.filePath()) >= 0 && complete;
+    }
+    QFont::insertSubstitution("Helvetica", "Liberation Sans");
+    return complete;
+}
+
+}  // namespace Kivora
