@@ -1,6 +1,5 @@
 #include "ui/PanelLabel.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 
 namespace {
@@ -50,7 +49,7 @@ void PanelLabel::paintEvent(QPaintEvent* /*event*/) {
     } else if (alignment().testFlag(Qt::AlignHCenter)) {
         x = width() / 2.0;
     }
-    const double y = baseline_ ? *baseline_ : (height() + QFontMetricsF(style_.Font()).capHeight()) / 2.0;
+    const double y = baseline_ ? *baseline_ : (height() + PanelText::Fit(style_, text(), width()).CapHeight()) / 2.0;
     if (shadow_) {
         painter.setOpacity(kShadowInk);
         PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), width());

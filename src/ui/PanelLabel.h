@@ -10,7 +10,10 @@
 /// Shows its text in a style of the panel, fitted into its width, over an optional picture. The horizontal alignment
 /// counts; the vertical place is the baseline's. [gui]
 class PanelLabel : public QLabel {
+    Q_OBJECT
+
 public:
+    explicit PanelLabel(QWidget* parent = nullptr) : PanelLabel(PanelText::kLegend, parent) {}
     explicit PanelLabel(const PanelTextStyle& style, QWidget* parent = nullptr);
 
     void setTextStyle(const PanelTextStyle& style);
@@ -21,6 +24,8 @@ public:
     void setGlass(const QPixmap* glass);
     /// Whether the text throws the faint shadow of an LCD.
     void setShadow(bool on);
+    /// The text as it fits the label now.
+    QString fittedText() const { return PanelText::Fit(style_, text(), width()).text; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

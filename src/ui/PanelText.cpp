@@ -2,19 +2,30 @@
 
 #include <algorithm>
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QPainter>
-#include <QScreen>
 
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
 constexpr double kShrinkStep = 0.5;
 constexpr double kSmallestText = 8.0;
 constexpr double kSmallestCaption = 8.5;
 constexpr double kSmallestPatchName = 13.0;
 constexpr auto kLegendFont = PanelTextStyle::Family::kLegend;
 constexpr auto kDisplayFont = PanelTextStyle::Family::kDisplay;
+
+QFont MakeFont(const PanelTextStyle& style, double pixels, double spacing) {
+    QFont font;
+    if (style.family == kLegendFont) {
+        font.setFamilies({"Inter", "Liberation Sans", "Helvetica"});
+    } else {
+        font.setFamilies({"Play", "Inter", "Liberation Sans", "Helvetica"});
+    }
+    font.setWeight(style.weight);
+    font.setPixelSize(qRound(pixels));
+    font.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
 
 }  // namespace
 
@@ -37,49 +48,53 @@ const PanelTextStyle kOctaveFigure{kDisplayFont, QFont::Bold, 16, 0, false, kLit
 const PanelTextStyle kGateFigure{kDisplayFont, QFont::Bold, 13, 0, false, kLitGlassInk, kSmallestText};
 const PanelTextStyle kComboText{kDisplayFont, QFont::Bold, 12, 0, false, kLitGlassInk, kSmallestText};
 
+double Fitted::Width() const {
+    return QFontMetricsF(font).horizontalAdvance(text) * kFontScale;
+}
+
+double Fitted::CapHeight() const {
+    return QFontMetricsF(font).capHeight() * kFontScale;
+}
+
+Fitted AtSize(const PanelTextStyle& style, const QString& text, double pixels) {
+    return {MakeFont(style, pixels / kFontScale, style.spacing / kFontScale), style.capitals ? text.toUpper() : text};
+}
+
 Fitted Fit(const PanelTextStyle& style, const QString& text, double width) {
-    const QString shown = style.capitals ? text.toUpper() : text;
     for (double size = style.pixels; size >= style.smallest; size -= kShrinkStep) {
-        const QFont font = style.FontOfSize(size);
-        if (QFontMetricsF(font).horizontalAdvance(shown) <= width) {
-            return {font, shown};
+        const Fitted fitted = AtSize(style, text, size);
+        if (fitted.Width() <= width) {
+            return fitted;
         }
     }
-    const QFont font = style.FontOfSize(std::min(style.smallest, style.pixels));
-    return {font, QFontMetricsF(font).elidedText(shown, Qt::ElideRight, width)};
+    Fitted fitted = AtSize(style, text, std::min(style.smallest, style.pixels));
+    fitted.text = QFontMetricsF(fitted.font).elidedText(fitted.text, Qt::ElideRight, width / kFontScale);
+    return fitted;
 }
 
 void Draw(QPainter& painter, const PanelTextStyle& style, const QString& text, const QPointF& baseline,
           Qt::Alignment alignment, double width) {
     const Fitted fitted = Fit(style, text, width);
-    const double advance = QFontMetricsF(fitted.font).horizontalAdvance(fitted.text);
+    const double advance = fitted.Width();
     double left = baseline.x();
     if (alignment.testFlag(Qt::AlignRight)) {
         left -= advance - style.spacing;
     } else if (alignment.testFlag(Qt::AlignHCenter)) {
         left -= (advance - style.spacing) / 2;
     }
+    painter.save();
+    painter.translate(left, baseline.y());
+    painter.scale(kFontScale, kFontScale);
     painter.setFont(fitted.font);
     painter.setPen(style.color);
-    painter.drawText(QPointF(left, baseline.y()), fitted.text);
+    painter.drawText(QPointF(), fitted.text);
+    painter.restore();
 }
 
 }  // namespace PanelText
 
-QFont PanelTextStyle::FontOfSize(double size) const {
-    QFont font;
-    if (family == Family::kLegend) {
-        font.setFamilies({"Inter", "Liberation Sans", "Helvetica"});
-    } else {
-        font.setFamilies({"Play", "Inter", "Liberation Sans", "Helvetica"});
-    }
-    font.setWeight(weight);
-    // Qt takes whole pixels only; points need the dots per inch that it will turn them back with.
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    font.setPointSizeF(size * kPointsPerInch / (screen != nullptr ? screen->logicalDotsPerInchY() : kPointsPerInch));
-    font.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    return font;
+QFont PanelTextStyle::Font() const {
+    return MakeFont(*this, pixels, spacing);
 }
 
 PanelTextStyle PanelTextStyle::Colored(const QColor& other) const {

@@ -20,8 +20,8 @@ struct PanelTextStyle {
     QColor color;
     double smallest;  ///< what a text that is too wide may shrink to
 
-    QFont FontOfSize(double size) const;
-    QFont Font() const { return FontOfSize(pixels); }
+    /// At the style's size, rounded to whole pixels.
+    QFont Font() const;
     PanelTextStyle Colored(const QColor& other) const;
 };
 
@@ -47,10 +47,19 @@ extern const PanelTextStyle kOctaveFigure;
 extern const PanelTextStyle kGateFigure;
 extern const PanelTextStyle kComboText;
 
+/// A text made to fit. Qt's fonts have whole pixel sizes only, so the font is twice as large as the text and is drawn
+/// by a painter scaled to kFontScale.
 struct Fitted {
     QFont font;
     QString text;  ///< in capitals and elided where need be
+
+    double Width() const;      ///< of the text as drawn
+    double CapHeight() const;  ///< of the text as drawn
 };
+inline constexpr double kFontScale = 0.5;
+
+/// The whole text at a size in steps of half a pixel.
+Fitted AtSize(const PanelTextStyle& style, const QString& text, double pixels);
 
 /// Shrinks in steps of half a pixel down to the style's smallest size, then elides on the right.
 Fitted Fit(const PanelTextStyle& style, const QString& text, double width);
