@@ -1,0 +1,56 @@
+// The controls of one arpeggiator.
+#pragma once
+
+#include <memory>
+#include <QWidget>
+
+class PanelControlKeys;
+class PanelSkin;
+
+namespace Kivora {
+class EngineFront;
+}
+namespace Ui {
+class arpeggiatorSettings;
+}
+
+/// 284 x 102 logical pixels of the front panel. Reads and writes its arpeggiator under the engine's lock. A setting
+/// that the controls cannot show selects nothing and is not written back. [gui]
+class arpeggiatorSettings : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit arpeggiatorSettings(QWidget* parent = nullptr);
+    ~arpeggiatorSettings() override;
+
+    /// Arpeggiator 0 or 1 of the front's engine from now on; refreshes. The front is not owned; null detaches.
+    void setArpeggiator(Kivora::EngineFront* front, int index);
+    /// Names the panel on its face and for screen readers.
+    void setCaption(const QString& caption);
+    /// Takes the tinted pictures of the skin, which outlives the panel.
+    void updateSkin(PanelSkin& skin);
+
+public slots:
+    /// Loads the controls from the arpeggiator.
+    void refresh();
+    /// Writes the controls to the arpeggiator.
+    void settingsChanged();
+    void settingsChanged(int);
+
+signals:
+    /// The user has switched the arpeggiator on or off; its notes have been ended.
+    void arpeggiatorBypassChanged();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void nameControls();
+    void showGate();
+
+    std::unique_ptr<Ui::arpeggiatorSettings> ui_;
+    PanelControlKeys* keys_;  // Qt's parent owns it
+    Kivora::EngineFront* front_ = nullptr;
+    int index_ = 0;
+    bool updating = false;
+};
