@@ -1,16 +1,14 @@
 // The PortMidi backend and the player against other programs on the ALSA sequencer.
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "integration/sequencer/RequireSequencer.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
@@ -20,32 +18,16 @@ namespace {
 
 using namespace LibMidi;
 using KivoraTest::CChildProcess;
+using KivoraTest::WaitUntil;
 using testing::HasSubstr;
-
-constexpr std::chrono::seconds kLimit(60);
-
-template <class Condition>
-bool WaitUntil(const Condition& condition) {
-    const auto end = std::chrono::steady_clock::now() + kLimit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
-}
 
 class Sequencer : public testing::Test {
 protected:
     void SetUp() override {
-        if (std::filesystem::exists("/dev/snd/seq")) {
+        KivoraTest::RequireSequencer();
+        if (KivoraTest::HasSequencer()) {
             char name[] = "/tmp/kivora-sequencer-XXXXXX";
             dir_ = mkdtemp(name);
-        } else if (std::getenv("KIVORA_REQUIRE_SEQUENCER") != nullptr) {
-            FAIL() << "a sequencer is required, and this machine has none";
-        } else {
-            GTEST_SKIP() << "this machine has no ALSA sequencer";
         }
     }
     void TearDown() override {

@@ -1,0 +1,101 @@
+// The whole instrument without its window, between other programs on the ALSA sequencer.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/EngineFront.h"
+#include "integration/sequencer/RequireSequencer.h"
+#include "libmidi/MIDIPlayer.h"
+#include "libmidi/portmidi/PortMIDIBackend.h"
+#include "support/SequencerClient.h"
+
+namespace {
+
+using KivoraTest::CSequencerClient;
+using KivoraTest::WaitUntil;
+using Note = CSequencerClient::Note;
+
+class InstrumentSequencer : public testing::Test {
+protected:
+    void SetUp() override {
+        KivoraTest::RequireSequencer();
+        if (!KivoraTest::HasSequencer()) {
+            return;
+        }
+        client = std::make_unique<CSequencerClient>("Test synth", "Test keyboard");
+        engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
+            .backends = {LibMidi::PortMIDIBackend()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
+        front = std::make_unique<Kivora::EngineFront>(*engine);
+        engine->SetSavedOutputPortName(L"Test synth");
+        engine->SetSavedInputPortName(L"Test keyboard");
+        front->OpenPorts();
+        ASSERT_TRUE(engine->IsOutputReady());
+        ASSERT_GE(engine->GetInputPortIndex(), 0);
+        client->Clear();
+    }
+    void TearDown() override {
+        if (front) {
+            front->Close();
+        }
+    }
+
+    /// What arrived since the last Clear(), as "on 60", "off 60".
+    std::vector<std::string> GetNotes() const {
+        std::vector<std::string> texts;
+        for (const Note& note : client->GetNotes()) {
+            texts.push_back((note.on ? "on " : "off ") + std::to_string(note.note));
+        }
+        return texts;
+    }
+
+    std::unique_ptr<CSequencerClient> client;
+    std::unique_ptr<Kivora::CKivora> engine;
+    std::unique_ptr<Kivora::EngineFront> front;
+};
+
+}  // namespace
+
+TEST_F(InstrumentSequencer, AKeyOfAnotherProgramComesBackTransposed) {
+    front->TransposeUp(0);
+    client->Send(0, 60, 127);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
+    client->Send(0, 60, 0);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 2; }));
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 61", "off 61"));
+}
+
+TEST_F(InstrumentSequencer, AHeldChordIsPlayedAsThePatternSaysUntilItIsReleased) {
+    constexpr int kStep = 24;
+    constexpr double kHalf = 50;
+    constexpr std::uint8_t kChord[] = {60, 64, 67};
+    front->SetArpeggiating(true);
+    front->ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(kStep, kHalf); });
+    for (const std::uint8_t note : kChord) {
+        client->Send(0, note, 100);
+    }
+    // The first steps may see a part of the chord only.
+    constexpr std::size_t kComplete = 16;
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= kComplete; }));
+    for (const std::uint8_t note : kChord) {
+        client->Send(0, note, 0);
+    }
+    ASSERT_TRUE(WaitUntil([&] {
+        const std::vector<std::string> notes = GetNotes();
+        return std::count_if(notes.begin(), notes.end(), [](const auto& text) { return text[1] == 'n'; }) * 2 ==
+               static_cast<std::ptrdiff_t>(notes.size());
+    }));
+    std::vector<int> played;
+    for (const Note& note : client->GetNotes()) {
+        if (note.on) {
+            played.push_back(note.note);
+        }
+    }
+    ASSERT_GE(played.size(), 8U);
+    for (std::size_t i = 3; i < 7; ++i) {
+        const int next = played[i] == 60 ? 64 : played[i] == 64 ? 67 : 60;
+        EXPECT_EQ(played[i + 1], next) << "step " << i;
+    }
+}
