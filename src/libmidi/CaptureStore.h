@@ -28,13 +28,15 @@ public:
     /// be visited on another thread while the store is appended to.
     class View {
     public:
+        View() = default;  ///< of no events
         View(std::shared_ptr<const Chunk> first, std::uint32_t count) noexcept;
+        std::uint32_t GetCount() const noexcept { return count_; }
         /// Calls `visit` for the events from..count-1 in order of appending.
         void Visit(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const;
 
     private:
         std::shared_ptr<const Chunk> first_;
-        std::uint32_t count_;
+        std::uint32_t count_ = 0;
     };
 
     void Append(const CapturedEvent& event);

@@ -112,11 +112,6 @@ public:
         }
     }
 
-    CaptureStore::View GetCaptured() const NK_EXCLUDES(lock) {
-        const CLockGuard guard(lock);
-        return captured.GetView();
-    }
-
     NK::CSleeper& sleeper;
     mutable CCriticalSection lock;
     std::atomic<bool> hasWork{false};
@@ -278,8 +273,12 @@ std::uint32_t MIDIPlayerQueue::GetCapturedCount() const {
 }
 
 void MIDIPlayerQueue::VisitCaptured(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const {
-    const CaptureStore::View view = state_->GetCaptured();
-    view.Visit(from, visit);
+    GetCaptured().Visit(from, visit);
+}
+
+CaptureStore::View MIDIPlayerQueue::GetCaptured() const {
+    const CLockGuard guard(state_->lock);
+    return state_->captured.GetView();
 }
 
 void MIDIPlayerQueue::ClearCaptured() {

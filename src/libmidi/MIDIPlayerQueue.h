@@ -74,6 +74,8 @@ public:
     /// Calls `visit` for events from..count-1 in capture order, with no lock held. Events captured meanwhile are not
     /// visited.
     void VisitCaptured(std::uint32_t from, const std::function<void(const CapturedEvent&)>& visit) const;
+    /// What was captured so far; it outlives the queue.
+    CaptureStore::View GetCaptured() const;
     /// Forgets what was captured; a running capture goes on.
     void ClearCaptured();
 

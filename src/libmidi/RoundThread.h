@@ -7,7 +7,7 @@
 
 namespace LibMidi {
 
-/// A thread of the highest or time-critical level that repeats its rounds until IsStopRequested(). Started once.
+/// Repeats its rounds until IsStopRequested(). Started once.
 class RoundThread : public NK::CThread {
 public:
     RoundThread(int level, const wchar_t* name);
