@@ -35,9 +35,9 @@ namespace Kivora {
 /// One recursive lock is held by every operation for its whole run; the player's queue has a lock of its own that is
 /// taken inside it. Operations may be called from any thread unless a line says otherwise, but those that open and
 /// close ports or run the indicator belong to the GUI thread. Signals are emitted with the lock held, except
-/// TempoChanged(), MetronomeChanged(), Bar(), Beat(), OutputLost() and InputLost(); a slot of another thread is to be
-/// connected by Qt::QueuedConnection or must not wait for anything. Channels are 0-based. "Ready" means that an output
-/// port, the player and its sink exist. A slot number outside 0..2 throws NK::CBadIndexException.
+/// TempoChanged(), MetronomeChanged(), Bar(), Beat(), OutputLost(), InputLost() and RecordingSaved(); a slot of another
+/// thread is to be connected by Qt::QueuedConnection or must not wait for anything. Channels are 0-based. "Ready" means
+/// that an output port, the player and its sink exist. A slot number outside 0..2 throws NK::CBadIndexException.
 class CKivora : public QObject, public LibMidi::MIDIPortDataListener, public NK::CTimerListener {
     Q_OBJECT
 
@@ -200,6 +200,8 @@ public:
     /// captured events and when the file could not be written: then an older file of that name is as it was. The
     /// writing holds no lock.
     bool SaveRecording(const NK::CString& path);
+    /// The sink, for reading what was captured; null without one. [any]
+    std::shared_ptr<const LibMidi::MIDIPlayerQueue> GetCapture() const;
 
     // Interface settings: kept here, used by the panel. The first four setters emit on every call.
     void SetTranslatePatchNames(bool on);    ///< PatchChanged()
@@ -238,8 +240,9 @@ signals:
     void ArpeggiatingChanged();
     void Bar();
     void Beat();
-    void OutputLost();  ///< once when a write to the output has failed; emitted on the tick's thread
-    void InputLost();   ///< the input device's buffer ran over; emitted on the input port's thread
+    void OutputLost();      ///< once when a write to the output has failed; emitted on the tick's thread
+    void InputLost();       ///< the input device's buffer ran over; emitted on the input port's thread
+    void RecordingSaved();  ///< SaveRecording() has written a file; emitted with no lock held
 
 public slots:
     /// Silence, System Reset, patches and volumes, with waits of about 150 ms in all; ends a recording. Needs the sink

@@ -1,8 +1,6 @@
 // The capture of what is played.
 #include "engine/CKivora.h"
 #include "engine/RecordedTrack.h"
-#include "midi/SMFWriter.h"
-#include "nk/nk_atomic_save.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -54,19 +52,26 @@ int CKivora::GetRecordedCount() const {
     return sink_ ? static_cast<int>(sink_->GetCapturedCount()) : 0;
 }
 
+std::shared_ptr<const LibMidi::MIDIPlayerQueue> CKivora::GetCapture() const {
+    const CLockGuard guard(lock_);
+    return sink_;
+}
+
 bool CKivora::SaveRecording(const NK::CString& path) {
     NK_ASSERT_THREAD_ROLE(gui);
-    std::shared_ptr<LibMidi::MIDIPlayerQueue> sink;
+    LibMidi::CaptureStore::View captured;
     {
         const CLockGuard guard(lock_);
-        if (!sink_ || (sink_->IsCapturing() && !StopRecording()) || sink_->GetCapturedCount() == 0) {
+        if (!sink_ || (sink_->IsCapturing() && !StopRecording())) {
             return false;
         }
-        sink = sink_;
+        captured = sink_->GetCaptured();
     }
-    const NK::CArray<NK::MIDI::CMIDIMessageX> track = BuildRecordedTrack(*sink);
-    return NK::SaveAtomically(path,
-                              [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
+    if (!SaveRecordedTrack(captured, path)) {
+        return false;
+    }
+    emit RecordingSaved();
+    return true;
 }
 
 }  // namespace Kivora

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "midi/SMFWriter.h"
+#include "nk/nk_atomic_save.h"
+
 namespace Kivora {
 
 using NK::MIDI::CMIDIMessageX;
@@ -25,19 +28,16 @@ bool IsNote(const CMIDIMessageX& event) {
 
 }  // namespace
 
-NK::CArray<CMIDIMessageX> BuildRecordedTrack(const LibMidi::MIDIPlayerQueue& captured) {
+NK::CArray<CMIDIMessageX> BuildRecordedTrack(const LibMidi::CaptureStore::View& captured) {
     NK::CArray<CMIDIMessageX> track;
     // Sized once: the array grows by a constant step.
-    const std::uint32_t room = captured.GetCapturedCount();
-    track.SetSize(room + kTextCount + 1);
+    track.SetSize(captured.GetCount() + kTextCount + 1);
     std::uint32_t size = 0;
     for (const char* text : kTexts) {
         track[size++].SetText(CMIDIMessageX::kText, text, -1);
     }
-    captured.VisitCaptured(0, [&](const LibMidi::CapturedEvent& event) {
-        if (size < room + kTextCount) {
-            track[size++].SetShort(event.message, static_cast<std::int32_t>(event.time));
-        }
+    captured.Visit(0, [&](const LibMidi::CapturedEvent& event) {
+        track[size++].SetShort(event.message, static_cast<std::int32_t>(event.time));
     });
     const std::int32_t end = track[size - 1].time;
     track[size++].SetShort(kAllNotesOff, end);
@@ -46,6 +46,15 @@ NK::CArray<CMIDIMessageX> BuildRecordedTrack(const LibMidi::MIDIPlayerQueue& cap
         NK::MIDI::AlignToFirstNote(track.GetData(), track.GetSize(), kFirstNoteMs);
     }
     return track;
+}
+
+bool SaveRecordedTrack(const LibMidi::CaptureStore::View& captured, const NK::CString& path) {
+    if (captured.GetCount() == 0) {
+        return false;
+    }
+    const NK::CArray<CMIDIMessageX> track = BuildRecordedTrack(captured);
+    return NK::SaveAtomically(path,
+                              [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
 }
 
 }  // namespace Kivora

@@ -33,7 +33,7 @@ protected:
         bytes << file.rdbuf();
         return bytes.str();
     }
-    NK::CArray<CMIDIMessageX> Track() { return Kivora::BuildRecordedTrack(*rig.player->GetSink()); }
+    NK::CArray<CMIDIMessageX> Track() { return Kivora::BuildRecordedTrack(rig.player->GetSink()->GetCaptured()); }
 
     std::filesystem::path dir;
     EngineRig rig;

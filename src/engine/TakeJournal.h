@@ -1,0 +1,107 @@
+// Recordings that are kept until the user has saved or refused them.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "engine/CKivora.h"
+#include "nk/nk_critical_section.h"
+#include "nk/nk_string.h"
+#include "nk/nk_time.h"
+
+namespace Kivora {
+
+/// A recording that has ended and was neither saved nor refused.
+struct WaitingTake {
+    int id = 0;                  ///< as TakeJournal::Save() and Refuse() want it; never used again in this run
+    std::int64_t startedAt = 0;  ///< seconds since 1970-01-01 UTC
+    int lengthMs = 0;            ///< from the start of the recording to its last event
+    bool isFromEarlierRun = false;
+    bool isOnDisk = false;  ///< all of it; otherwise it is lost at the end of the program unless it gets there
+};
+
+/// Follows the engine's recordings by itself, whoever starts and stops them. While one runs, what was captured is
+/// appended to a journal, a file in the folder, once a second, by the thread "take journal"; no file is touched by the
+/// threads that play or under the engine's lock. However a recording ends (stop, reset, a change of port, the engine's
+/// or this object's end), it waits, with those that waited before, until it is saved or refused; both remove its
+/// journal. CKivora::SaveRecording() counts as saving. What waits at the end of the program, or was being recorded when
+/// it crashed, is there at the next start.
+///
+/// A take in which nothing was played does not wait: one that holds nothing but program changes, channel volumes, ends
+/// of the pedal and "all notes off". Journals that another running program holds are not touched.
+///
+/// For the window's thread, and its signals may come from others, so they are to be connected as Qt does by default.
+/// Not to be called with the engine's lock held. [gui]
+class TakeJournal : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int kPeriodMs = 1000;  ///< between two appends
+
+    struct Settings {
+        std::function<std::int64_t()> now = &NK::CurrentTime;  ///< seconds since 1970-01-01 UTC [any]
+        bool runThread = true;                                 ///< without it somebody calls WriteOut()
+    };
+
+    /// Takes up the journals of earlier runs. `folder`, "Takes" in the user's data folder, is made when it is first
+    /// needed. The engine is not owned; whichever of the two may end first. Throws nothing on account of the disk.
+    TakeJournal(CKivora& engine, NK::CString folder, Settings settings);
+    TakeJournal(CKivora& engine, NK::CString folder);
+    /// A running recording ends for the journal here. Writes out what is left; what waits is there at the next start.
+    ~TakeJournal() override;
+    TakeJournal(const TakeJournal&) = delete;
+    TakeJournal& operator=(const TakeJournal&) = delete;
+
+    /// The oldest first, so that the recording that has just ended is the last. One that runs is not among them.
+    std::vector<WaitingTake> GetWaiting() const;
+    /// Writes the take as a MIDI file, as CKivora::SaveRecording() does, and forgets it. False when no such take waits
+    /// and when the file could not be written: then it waits on, and an older file of that name is as it was.
+    bool Save(int id, const NK::CString& path);
+    /// Forgets the take. False when no such take waits.
+    bool Refuse(int id);
+
+    /// Appends to the journals what has been captured, and returns once it has reached the disk. [any], but not for a
+    /// thread that must not wait
+    void WriteOut();
+
+signals:
+    /// A recording has ended, or one that waited was saved or refused.
+    void WaitingChanged();
+    /// Once for a recording: it goes on, but its journal could not be written. `text` tells the user so, translated.
+    /// From the journal's thread.
+    void JournalFailed(const QString& text);
+
+private:
+    struct Take;
+    class Thread;
+    using TakePointer = std::shared_ptr<Take>;
+
+    void TakeUpJournals();
+    TakePointer TakeUp(const NK::CString& path) NK_REQUIRES(lock_);
+    void FollowRecording();
+    void ForgetRecorded();
+    /// The recording that runs ends. True when it waits from now on.
+    bool EndRecording() NK_REQUIRES(lock_);
+    TakePointer FindWaiting(int id) const;
+    void Forget(const TakePointer& take);
+    bool Append(Take& take, const LibMidi::CaptureStore::View& events) NK_REQUIRES(fileLock_);
+
+    QPointer<CKivora> engine_;
+    const NK::CString folder_;
+    const Settings settings_;
+    mutable NK::CCriticalSection fileLock_;  ///< held while journals are written or removed; before the other lock
+    mutable NK::CCriticalSection lock_;      ///< after the engine's
+    std::vector<TakePointer> takes_ NK_GUARDED_BY(lock_);
+    TakePointer recorded_ NK_GUARDED_BY(lock_);  ///< the latest of this run, running or not
+    int lastId_ NK_GUARDED_BY(lock_) = 0;
+    std::unique_ptr<Thread> thread_;
+};
+
+}  // namespace Kivora
