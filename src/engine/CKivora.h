@@ -15,6 +15,8 @@
 
 #include "engine/EngineDependencies.h"
 #include "engine/HeldKeys.h"
+#include "engine/PresetStore.h"
+#include "engine/Settings.h"
 #include "engine/VoiceSlots.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
@@ -24,6 +26,7 @@
 #include "midi/MusicalClock.h"
 #include "midi/TMIDIMessage.h"
 #include "nk/nk_critical_section.h"
+#include "nk/nk_ini_file.h"
 #include "nk/nk_sleeping_timer.h"
 #include "nk/nk_string.h"
 #include "nk/nk_time_source.h"
@@ -35,9 +38,10 @@ namespace Kivora {
 /// One recursive lock is held by every operation for its whole run; the player's queue has a lock of its own that is
 /// taken inside it. Operations may be called from any thread unless a line says otherwise, but those that open and
 /// close ports or run the indicator belong to the GUI thread. Signals are emitted with the lock held, except
-/// TempoChanged(), MetronomeChanged(), Bar(), Beat(), OutputLost(), InputLost() and RecordingSaved(); a slot of another
-/// thread is to be connected by Qt::QueuedConnection or must not wait for anything. Channels are 0-based. "Ready" means
-/// that an output port, the player and its sink exist. A slot number outside 0..2 throws NK::CBadIndexException.
+/// Bar(), Beat(), OutputLost(), InputLost(), RecordingSaved(), DamagedFileSetAside() and, while no settings or preset
+/// are loaded, TempoChanged() and MetronomeChanged(); a slot of another thread is to be connected by
+/// Qt::QueuedConnection or must not wait for anything. Channels are 0-based. "Ready" means that an output port, the
+/// player and its sink exist. A slot number outside 0..2 throws NK::CBadIndexException.
 class CKivora : public QObject, public LibMidi::MIDIPortDataListener, public NK::CTimerListener {
     Q_OBJECT
 
@@ -220,10 +224,42 @@ public:
     QColor GetUIDisplayColor() const;
     QColor GetUIDisplay2Color() const;
     QString GetWallpaper() const;
-    static QColor GetDefaultUIColor() { return {110, 112, 93}; }
-    static QColor GetDefaultUIDisplayColor() { return {83, 149, 255}; }
-    static QColor GetDefaultUIDisplay2Color() { return {83, 255, 149}; }
-    NK::CString GetPresetName() const;  ///< empty for none
+    static QColor GetDefaultUIColor() { return Settings().uiColor; }
+    static QColor GetDefaultUIDisplayColor() { return Settings().uiDisplayColor; }
+    static QColor GetDefaultUIDisplay2Color() { return Settings().uiDisplay2Color; }
+
+    // The settings file and presets. Nothing throws for what stands on the disk. The disk is read before the engine's
+    // lock is taken and written after it is released. [gui]
+    /// Reads the settings file and applies it: settings, voices, arpeggiators and the built-in synthesizer's; then
+    /// ResetSynth(). A file that cannot be read counts as an empty one, and the result is false.
+    bool LoadSettings();
+    /// Whether LoadSettings() refused the file as damaged. The first SaveSettings() sets that file aside.
+    bool AreSettingsDamaged() const { return settingsDamaged_; }
+    /// Writes the settings file; what others have put into it stays. False when it could not be saved: then it is as it
+    /// was.
+    bool SaveSettings();
+    /// From a section and, for the arpeggiators, those named after it with "_Arpeggiator0" and "_Arpeggiator1". An
+    /// arpeggiator whose section is missing or refused is bypassed. False, nothing changed, without the first section.
+    bool LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section);
+    bool SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section);
+    /// The names in one folder as PresetStore::List() gives them.
+    void ListPresets(NK::CStringArray& names, bool factory);
+    bool PresetExists(const NK::CString& name, bool factory);
+    /// ReadPreset(), then ApplyPreset().
+    bool LoadPreset(const NK::CString& name, bool factory);
+    /// Reads a preset's file; false when there is no such preset.
+    bool ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& file);
+    /// Takes over what ReadPreset() read and makes `name` the current preset.
+    bool ApplyPreset(const NK::CString& name, NK::CIniFile& file);
+    /// Into the user's folder. False for a name that PresetStore::GetStoredName() refuses and when the file could not
+    /// be saved: then an older preset of that name is as it was.
+    bool SavePreset(const NK::CString& name);
+    /// A preset of the user's; false when there is none.
+    bool DeletePreset(const NK::CString& name);
+    /// Both are created when they are first asked for.
+    const NK::CString& GetUserDataDir();             ///< no "/" at the end
+    const NK::CString& GetPresetsDir(bool factory);  ///< with a "/" at the end
+    NK::CString GetPresetName() const;               ///< as stored; empty before a preset was loaded or saved
 
 signals:
     void OnMIDIEvent(int message);  ///< the record's four bytes, status lowest; emitted on the playing thread
@@ -243,6 +279,9 @@ signals:
     void OutputLost();      ///< once when a write to the output has failed; emitted on the tick's thread
     void InputLost();       ///< the input device's buffer ran over; emitted on the input port's thread
     void RecordingSaved();  ///< SaveRecording() has written a file; emitted with no lock held
+    /// A damaged settings or preset file stood where one was saved now; it is kept under this path. Emitted with no
+    /// lock held.
+    void DamagedFileSetAside(const QString& path);
 
 public slots:
     /// Silence, System Reset, patches and volumes, with waits of about 150 ms in all; ends a recording. Needs the sink
@@ -279,7 +318,18 @@ private:
     bool LoseOutput() NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
 
+    NK::CString GetSettingsPath();
+    void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);
+    Settings GatherSettings() const NK_REQUIRES(lock_);
+    void LoadSynthSettings(NK::CIniFile& file);
+    void SaveSynthSettings(NK::CIniFile& file);
+
     const EngineDependencies dependencies_;
+    PresetStore presets_{dependencies_.userDataDir, dependencies_.factoryPresetsDir};
+    bool settingsDamaged_ = false;
+    /// What LoadSettings() could not put in force, for example while its sound font is not to be found, and what came
+    /// of it: as long as that is in force the former is saved.
+    std::optional<std::pair<LibMidi::SynthSettings, LibMidi::SynthSettings>> refusedSynth_;
     mutable NK::CCriticalSection lock_{1, 1, 100};
     bool closed_ NK_GUARDED_BY(lock_) = false;  ///< the destructor has begun: ticks do nothing
     std::optional<NK::CThreadSleepingTimer> tickTimer_;

@@ -9,6 +9,7 @@
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/PortFactory.h"
 #include "libmidi/SynthSettings.h"
+#include "nk/nk_paths.h"
 #include "nk/nk_sleep.h"
 #include "nk/nk_time_source.h"
 
@@ -23,6 +24,9 @@ struct EngineDependencies {
     std::function<std::unique_ptr<LibMidi::MIDIPlayer>()> createPlayer;
     /// The settings of the built-in synthesizer; null where the program has none.
     std::shared_ptr<LibMidi::SynthControl> synth = nullptr;
+    /// Where the settings file and the folder of the user's presets stand.
+    NK::CString userDataDir = NK::ComposeUserDataDir(L"Brennholt", L"Kivora");
+    NK::CString factoryPresetsDir = NK::JoinPath(NK::GetExecutableDir(), L"Presets");
     /// The time of day in milliseconds. [any]
     std::function<std::int64_t()> wallClockMs = [] { return NK::CWorldClockSource::Instance().GetTimeMs(); };
     /// For the waits that the engine's operations are made of.

@@ -147,6 +147,18 @@ bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
     });
 }
 
+bool EngineFront::LoadPreset(const NK::CString& name, bool factory) {
+    NK::CIniFile file;
+    return engine_.ReadPreset(name, factory, file) && ReplaceVoices([&] { return engine_.ApplyPreset(name, file); });
+}
+
+bool EngineFront::LoadSettings() {
+    engine_.WithLock([this] { Silence(); });
+    const bool loaded = engine_.LoadSettings();
+    RaiseGates();
+    return loaded;
+}
+
 bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
     const bool pedal = pedalDown_;
     Silence();

@@ -53,6 +53,11 @@ public:
     /// of 0 are raised and the volumes sent. Returns the result of `load`.
     bool ReplaceVoices(const std::function<bool()>& load);
 
+    /// A preset that cannot be read changes nothing and ends no note.
+    bool LoadPreset(const NK::CString& name, bool factory);
+    /// At the start, or silence first; then gates of 0 are raised.
+    bool LoadSettings();
+
     // These throw as the engine's operations do.
     bool SetOutputPortByIndex(int index);
     bool SetInputPortByIndex(int index);

@@ -10,6 +10,7 @@
 #include "engine/CKivora.h"
 #include "support/FakeBackend.h"
 #include "support/FakePlayer.h"
+#include "support/TemporaryFolder.h"
 #include "support/VirtualTime.h"
 
 namespace KivoraTest {
@@ -47,6 +48,9 @@ public:
                         player = made.get();
                         return made;
                     },
+                .synth = synth,
+                .userDataDir = NK::CString::FromUtf8((folder / "user").native()),
+                .factoryPresetsDir = NK::CString::FromUtf8((folder / "factory").native()),
                 .wallClockMs = [this] { return time.GetTimeMs(); },
                 .sleeper = time,
                 .runTickTimer = false};
@@ -92,7 +96,9 @@ public:
         }
     }
 
+    CTemporaryFolder folder;  ///< holds "user", the user's data, and "factory", the factory's presets
     CVirtualTime time;
+    std::shared_ptr<LibMidi::SynthControl> synth;
     FakeBackend backend;
     FakePlayer* player = nullptr;
     bool noPlayer = false;
@@ -130,6 +136,7 @@ public:
         note(&CKivora::Beat, "Beat");
         note(&CKivora::OutputLost, "OutputLost");
         note(&CKivora::InputLost, "InputLost");
+        note(&CKivora::DamagedFileSetAside, "DamagedFileSetAside");
     }
 
     std::vector<std::string> Take() { return std::exchange(names, {}); }

@@ -387,12 +387,12 @@ TEST_F(Ports, TheSignalsAndSlotsStandInTheirOrder) {
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         methods.push_back(meta.method(i).methodSignature().toStdString());
     }
-    EXPECT_THAT(methods,
-                ElementsAre("OnMIDIEvent(int)", "SynthSet()", "PatchChanged()", "RecordingStateChanged()",
-                            "VoiceSettingsChanged()", "KeyTranslationSettingChanged()", "KeyboardDisplayChanged()",
-                            "PresetChanged()", "UISkinChanged()", "TempoChanged()", "MetronomeChanged()",
-                            "ArpeggiatingChanged()", "Bar()", "Beat()", "OutputLost()", "InputLost()",
-                            "RecordingSaved()", "ResetSynth()", "AllNotesOff()", "onMetronomeTimer()"));
+    EXPECT_THAT(methods, ElementsAre("OnMIDIEvent(int)", "SynthSet()", "PatchChanged()", "RecordingStateChanged()",
+                                     "VoiceSettingsChanged()", "KeyTranslationSettingChanged()",
+                                     "KeyboardDisplayChanged()", "PresetChanged()", "UISkinChanged()", "TempoChanged()",
+                                     "MetronomeChanged()", "ArpeggiatingChanged()", "Bar()", "Beat()", "OutputLost()",
+                                     "InputLost()", "RecordingSaved()", "DamagedFileSetAside(QString)", "ResetSynth()",
+                                     "AllNotesOff()", "onMetronomeTimer()"));
 }
 
 TEST_F(Ports, TheTickThreadRunsOnlyFromTheEndOfConstructionToTheEndOfDestruction) {

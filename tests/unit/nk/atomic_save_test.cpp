@@ -1,47 +1,27 @@
 #include "nk/nk_atomic_save.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "nk/nk_disk_file.h"
+#include "support/FileSizeLimit.h"
 #include "unit/nk/TempFolder.h"
 
 namespace {
 
 using namespace NK;
+using KivoraTest::CFileSizeLimit;
 
 using AtomicSave = KivoraTest::CTempFolderTest;
 
 bool WriteText(CFile& file, const std::string& text) {
     return file.Write(text.data(), 1, text.size()) == text.size();
 }
-
-/// The system refuses to let a file grow above `bytes`, as a full disk would.
-class CFileSizeLimit {
-public:
-    explicit CFileSizeLimit(rlim_t bytes) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &previous_);
-        const rlimit limit{bytes, previous_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~CFileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &previous_);
-        std::signal(SIGXFSZ, previousHandler_);
-    }
-    CFileSizeLimit(const CFileSizeLimit&) = delete;
-    CFileSizeLimit& operator=(const CFileSizeLimit&) = delete;
-
-private:
-    rlimit previous_{};
-    void (*previousHandler_)(int);
-};
 
 TEST_F(AtomicSave, CreatesAFile) {
     EXPECT_TRUE(SaveAtomically(Path("a"), [](CFile& file) { return WriteText(file, "new"); }));

@@ -1,0 +1,182 @@
+// The settings file.
+#include <cmath>
+
+#include "engine/CKivora.h"
+#include "engine/DamagedFile.h"
+#include "engine/VoiceSlotsFile.h"
+#include "libmidi/SynthSettingsFile.h"
+#include "nk/nk_directory.h"
+#include "nk/nk_exception.h"
+#include "nk/nk_paths.h"
+
+namespace Kivora {
+
+namespace {
+
+constexpr int kDefaultTempo = 120;
+
+NK::CString GetArpeggiatorSection(const NK::CString& section, std::size_t index) {
+    return section + L"_Arpeggiator" + NK::CString::FromInt(static_cast<std::int64_t>(index));
+}
+
+/// False when there is no such section or it is refused; then nothing has changed.
+bool LoadArpeggiator(NK::MIDI::CArpeggiator1& arpeggiator, NK::CIniFile& file, const NK::CString& section) {
+    double noteLength = 0;
+    if (!file.SelectSection(section) || (file.GetDouble(L"NoteLength", noteLength) && !std::isfinite(noteLength))) {
+        return false;
+    }
+    try {
+        return arpeggiator.LoadSettings(file);
+    } catch (const NK::CException&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+bool CKivora::LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section) {
+    const CLockGuard guard(lock_);
+    if (!file.SelectSection(section)) {
+        return false;
+    }
+    voices_ = ReadVoiceSlots(file, voices_);
+    SetTempo(file.GetInt(L"Tempo", kDefaultTempo));
+    bool metronome = IsMetronomeOn();
+    file.GetBool(L"Metronome", metronome);
+    SetMetronome(metronome);
+    bool arpeggiating = false;
+    file.GetBool(L"Arpeggiation", arpeggiating);
+    SetArpeggiating(arpeggiating);
+    for (std::size_t i = 0; i < arpeggiators_.size(); ++i) {
+        if (!LoadArpeggiator(arpeggiators_[i], file, GetArpeggiatorSection(section, i))) {
+            arpeggiators_[i].SetBypassed(true);
+        }
+    }
+    return true;
+}
+
+bool CKivora::SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section) {
+    const CLockGuard guard(lock_);
+    file.SelectOrAddSection(section);
+    WriteVoiceSlots(file, voices_);
+    file.SetInt(L"Tempo", tempo_);
+    file.SetInt(L"Metronome", IsMetronomeOn() ? 1 : 0);
+    file.SetInt(L"Arpeggiation", arpeggiating_ ? 1 : 0);
+    bool saved = true;
+    for (std::size_t i = 0; i < arpeggiators_.size(); ++i) {
+        file.SelectOrAddSection(GetArpeggiatorSection(section, i));
+        saved = arpeggiators_[i].SaveSettings(file) && saved;
+    }
+    return saved;
+}
+
+NK::CString CKivora::GetSettingsPath() {
+    return NK::JoinPath(GetUserDataDir(), Settings::kFileName);
+}
+
+void CKivora::ApplySettings(const Settings& settings) {
+    SetSavedInputPortName(settings.input);
+    SetSavedOutputPortName(settings.output);
+    velocityLow_ = settings.velocityLow;
+    velocityNormal_ = settings.velocityNormal;
+    velocityHigh_ = settings.velocityHigh;
+    SetTranslatePatchNames(settings.translatePatchNames);
+    SetTranslateKeyNames(settings.translateKeyNames);
+    SetShowNoteNames(settings.showNoteNames);
+    SetKeyboardColoring(settings.keyboardColoring);
+    SetUIColor(settings.uiColor);
+    SetUIDisplayColor(settings.uiDisplayColor);
+    SetUIDisplay2Color(settings.uiDisplay2Color);
+    SetWallpaper(settings.wallpaper);
+}
+
+Settings CKivora::GatherSettings() const {
+    Settings settings;
+    settings.input = inputPortName_;
+    settings.output = outputPortName_;
+    settings.velocityLow = velocityLow_;
+    settings.velocityNormal = velocityNormal_;
+    settings.velocityHigh = velocityHigh_;
+    settings.translatePatchNames = translatePatchNames_;
+    settings.translateKeyNames = translateKeyNames_;
+    settings.showNoteNames = showNoteNames_;
+    settings.keyboardColoring = keyboardColoring_;
+    settings.uiColor = uiColor_;
+    settings.uiDisplayColor = uiDisplayColor_;
+    settings.uiDisplay2Color = uiDisplay2Color_;
+    settings.wallpaper = wallpaper_;
+    return settings;
+}
+
+bool CKivora::LoadSettings() {
+    const NK::CString path = GetSettingsPath();
+    NK::CIniFile file;
+    const bool loaded = NK::FileExists(path) && file.Load(path);
+    settingsDamaged_ = file.GetLoadResult() == NK::CIniFile::LoadResult::kDamaged;
+    if (!file.SelectSection(Settings::kSection)) {
+        // As on the first start: every key is missing, those of the arpeggiators too.
+        for (std::size_t i = 0; i < kArpeggiatorCount; ++i) {
+            file.SelectOrAddSection(GetArpeggiatorSection(Settings::kSection, i));
+        }
+        file.SelectOrAddSection(Settings::kSection);
+    }
+    const Settings settings = Settings::Read(file);
+    LoadSynthSettings(file);
+    const CLockGuard guard(lock_);
+    ApplySettings(settings);
+    LoadVoiceSettings(file, Settings::kSection);
+    ResetSynth();
+    return loaded;
+}
+
+bool CKivora::SaveSettings() {
+    const NK::CString path = GetSettingsPath();
+    NK::CIniFile file;
+    const bool exists = NK::FileExists(path);
+    if (exists && !file.Load(path) && file.GetLoadResult() != NK::CIniFile::LoadResult::kDamaged) {
+        return false;
+    }
+    {
+        const CLockGuard guard(lock_);
+        file.SelectOrAddSection(Settings::kSection);
+        GatherSettings().Write(file);
+        SaveVoiceSettings(file, Settings::kSection);
+    }
+    SaveSynthSettings(file);
+    if (!exists || file.GetLoadResult() != NK::CIniFile::LoadResult::kDamaged) {
+        return file.Save(path);
+    }
+    NK::CString setAside;
+    if (!SaveOverDamaged(file, path, setAside)) {
+        return false;
+    }
+    settingsDamaged_ = false;
+    emit DamagedFileSetAside(QString::fromStdWString(std::wstring(setAside.View())));
+    return true;
+}
+
+void CKivora::LoadSynthSettings(NK::CIniFile& file) {
+    LibMidi::SynthControl* const synth = GetSynth();
+    if (synth == nullptr || !file.SelectSection(Settings::kSynthSection)) {
+        return;
+    }
+    const LibMidi::SynthSettings wanted = LibMidi::ReadSynthSettings(file);
+    refusedSynth_.reset();
+    if (synth->ApplySettings(wanted) != LibMidi::kSuccess) {
+        LibMidi::SynthSettings withoutFont = wanted;
+        withoutFont.soundFont.Clear();
+        static_cast<void>(synth->ApplySettings(withoutFont));
+        refusedSynth_ = {wanted, synth->GetSettings()};
+    }
+}
+
+void CKivora::SaveSynthSettings(NK::CIniFile& file) {
+    if (LibMidi::SynthControl* const synth = GetSynth()) {
+        const LibMidi::SynthSettings inForce = synth->GetSettings();
+        const bool refused = refusedSynth_ && refusedSynth_->second == inForce;
+        file.SelectOrAddSection(Settings::kSynthSection);
+        LibMidi::WriteSynthSettings(file, refused ? refusedSynth_->first : inForce);
+    }
+}
+
+}  // namespace Kivora

@@ -1,0 +1,41 @@
+// What the settings file holds besides the voices and the arpeggiators.
+#pragma once
+
+#include <QColor>
+#include <QString>
+
+#include <cstdint>
+
+#include "nk/nk_ini_file.h"
+#include "nk/nk_string.h"
+
+namespace Kivora {
+
+/// Plain values; a key that is missing or unreadable takes the default given here.
+struct Settings {
+    static constexpr const wchar_t* kFileName = L"Kivora.ini";
+    static constexpr const wchar_t* kSection = L"Kivora";
+    /// Of the built-in synthesizer, see ReadSynthSettings().
+    static constexpr const wchar_t* kSynthSection = L"Kivora_Synthesizer";
+
+    NK::CString input;   ///< name of the saved port; empty for none
+    NK::CString output;  ///< name of the saved port; empty for none
+    std::uint8_t velocityLow = 40;
+    std::uint8_t velocityNormal = 80;
+    std::uint8_t velocityHigh = 127;
+    bool translatePatchNames = true;
+    bool translateKeyNames = true;
+    bool showNoteNames = false;
+    int keyboardColoring = 0;  ///< 0 none, 1 rainbow, 2 Scriabin
+    QColor uiColor{110, 112, 93};
+    QColor uiDisplayColor{83, 149, 255};
+    QColor uiDisplay2Color{83, 255, 149};
+    QString wallpaper;  ///< path of a picture; empty for none
+
+    /// Both work on the section that the file's cursor stands on. Of a velocity the low 8 bits are kept, of a colour
+    /// the low 24.
+    static Settings Read(const NK::CIniFile& section);
+    void Write(NK::CIniFile& section) const;
+};
+
+}  // namespace Kivora
