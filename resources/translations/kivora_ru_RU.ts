@@ -13,6 +13,25 @@
     </message>
 </context>
 <context>
+    <name>Desktop</name>
+    <message>
+        <source>Help Not Found</source>
+        <translation>Справка не найдена</translation>
+    </message>
+    <message>
+        <source>Sorry, the help file is not available:</source>
+        <translation>К сожалению, файл справки недоступен:</translation>
+    </message>
+    <message>
+        <source>Cannot Launch Help</source>
+        <translation>Не удаётся открыть справку</translation>
+    </message>
+    <message>
+        <source>Sorry, failed to open the help file:</source>
+        <translation>К сожалению, не удалось открыть файл справки:</translation>
+    </message>
+</context>
+<context>
     <name>GM</name>
     <message>
         <source>Acoustic Grand Piano</source>
@@ -1359,6 +1378,40 @@
     <message>
         <source>The audio system does not answer.</source>
         <translation>Звуковая система не отвечает.</translation>
+    </message>
+</context>
+<context>
+    <name>kivoraAbout</name>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Version:</source>
+        <translation>Версия:</translation>
+    </message>
+    <message>
+        <source>Web Site</source>
+        <translation>Веб-сайт</translation>
+    </message>
+    <message>
+        <source>Copyright and Library Information</source>
+        <translation>Авторские права и библиотеки</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>legalinfo</name>
+    <message>
+        <source>Legal Information</source>
+        <translation>Правовая информация</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
     </message>
 </context>
 </TS>

@@ -18,11 +18,18 @@ HelpFile FindHelpFile(const QString& programDir, const QString& localeCode) {
     return {path, false};
 }
 
+QString GetProgramDir() {
+    return QString::fromWCharArray(NK::GetExecutableDir().c_str());
+}
+
+HelpOpener::HelpOpener(const QString& programDir, QObject* parent) : QObject(parent), programDir_(programDir) {
+}
+
 void HelpOpener::Open() {
     if (launcher_ && launcher_->IsRunning()) {
         return;  // the desktop is about to show it
     }
-    const HelpFile help = FindHelpFile(QString::fromWCharArray(NK::GetExecutableDir().c_str()), GetCurrentLocale());
+    const HelpFile help = FindHelpFile(programDir_, GetCurrentLocale());
     if (!help.exists) {
         emit HelpNotFound(help.path);
         return;

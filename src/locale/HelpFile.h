@@ -17,13 +17,16 @@ struct HelpFile {
 /// "index.html" in the folder of the locale's language, else in that of English, under "Help" in the program's folder.
 HelpFile FindHelpFile(const QString& programDir, const QString& localeCode);
 
+/// The folder of the running program, without a slash at the end.
+QString GetProgramDir();
+
 /// Opens the manual in the language in force. One that the desktop is still busy with when the opener is destroyed is
 /// waited for, at most 3 s. [gui]
 class HelpOpener : public QObject {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit HelpOpener(const QString& programDir = GetProgramDir(), QObject* parent = nullptr);
 
     /// Returns at once.
     void Open();
@@ -35,6 +38,7 @@ signals:
     void LaunchFailed(const QString& path);
 
 private:
+    const QString programDir_;
     std::unique_ptr<CLauncher> launcher_;
 };
 

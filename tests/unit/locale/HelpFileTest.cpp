@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "locale/Locale.h"
-#include "nk/nk_paths.h"
 #include "unit/locale/LocaleFixture.h"
 
 namespace {
@@ -47,29 +46,26 @@ TEST_F(HelpFile, MissingNamesTheEnglishPath) {
 class HelpOpener : public HelpFile {
 protected:
     HelpOpener() : path_(std::getenv("PATH")) { setenv("PATH", folder_.GetPath().c_str(), 1); }
-    ~HelpOpener() override {
-        setenv("PATH", path_.c_str(), 1);
-        std::filesystem::remove_all(help_);
-    }
-    void AddManual() const {
-        std::filesystem::create_directories(help_ / "en");
-        std::ofstream(help_ / "en" / "index.html") << "<html></html>";
-    }
+    ~HelpOpener() override { setenv("PATH", path_.c_str(), 1); }
     void InstallOpener(const std::string& line) const {
         const std::string opener = folder_ / "xdg-open";
         std::ofstream(opener) << "#!/bin/sh\n" << line << "\n";
         chmod(opener.c_str(), 0700);
     }
 
-    const std::filesystem::path help_ = NK::GetExecutableDir().ToUtf8() + "/Help";
+    const std::filesystem::path help_ = folder_ / "Help";
 
 private:
     const std::string path_;
 };
 
+TEST(GetProgramDir, IsTheTestsFolder) {
+    EXPECT_EQ(Kivora::GetProgramDir(), QCoreApplication::applicationDirPath());
+}
+
 TEST_F(HelpOpener, SaysWhichManualIsMissing) {
     Kivora::SetLocale("en_US", false);
-    Kivora::HelpOpener opener;
+    Kivora::HelpOpener opener(Folder());
     const QSignalSpy missing(&opener, &Kivora::HelpOpener::HelpNotFound);
     opener.Open();
     ASSERT_EQ(missing.count(), 1);
@@ -78,9 +74,9 @@ TEST_F(HelpOpener, SaysWhichManualIsMissing) {
 
 TEST_F(HelpOpener, HandsTheManualToTheDesktop) {
     Kivora::SetLocale("en_US", false);
-    AddManual();
+    Add("en");
     InstallOpener("printf %s \"$1\" > '" + (folder_ / "opened").string() + "'");
-    Kivora::HelpOpener opener;
+    Kivora::HelpOpener opener(Folder());
     const QSignalSpy failed(&opener, &Kivora::HelpOpener::LaunchFailed);
     opener.Open();
     EXPECT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(folder_ / "opened"); }, kLimitMs));
@@ -95,9 +91,9 @@ TEST_F(HelpOpener, HandsTheManualToTheDesktop) {
 
 TEST_F(HelpOpener, SaysOnTheCallersThreadThatTheDesktopFailed) {
     Kivora::SetLocale("en_US", false);
-    AddManual();
+    Add("en");
     InstallOpener("exit 3");
-    Kivora::HelpOpener opener;
+    Kivora::HelpOpener opener(Folder());
     QString path;
     std::thread::id thread;
     QObject::connect(&opener, &Kivora::HelpOpener::LaunchFailed, [&](const QString& text) {
@@ -113,12 +109,12 @@ TEST_F(HelpOpener, SaysOnTheCallersThreadThatTheDesktopFailed) {
 
 TEST_F(HelpOpener, MayGoWhileTheDesktopIsBusy) {
     Kivora::SetLocale("en_US", false);
-    AddManual();
+    Add("en");
     InstallOpener("echo x > '" + (folder_ / "begun").string() + "'; read -r line < '" + (folder_ / "gate").string() +
                   "'; exit 1");
     ASSERT_EQ(mkfifo((folder_ / "gate").c_str(), 0600), 0);
     {
-        Kivora::HelpOpener opener;
+        Kivora::HelpOpener opener(Folder());
         opener.Open();
         ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(folder_ / "begun"); }, kLimitMs));
         std::ofstream(folder_ / "gate") << "go\n";

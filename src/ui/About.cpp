@@ -1,0 +1,111 @@
+#include "ui/About.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+#include "locale/Locale.h"
+
+namespace {
+constexpr int kPictureWidth = 480;
+constexpr int kCreditsHeight = 200;
+constexpr QSize kLegalSize(640, 520);
+}  // namespace
+
+kivoraAbout::kivoraAbout(QWidget* parent)
+    : QDialog(parent),
+      version_(new QLabel(this)),
+      credits_(new QTextBrowser(this)),
+      webSiteButton_(new QPushButton(this)),
+      legalButton_(new QPushButton(this)),
+      closeButton_(new QPushButton(this)) {
+    setObjectName("kivoraAboutClass");
+    setWindowIcon(QIcon(":/Resources/Kivora.ico"));
+    auto* picture = new QLabel(this);
+    picture->setObjectName("picture");
+    picture->setPixmap(QPixmap(":/Resources/About.png"));
+    version_->setObjectName("version");
+    version_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    version_->setMargin(8);
+    credits_->setObjectName("credits");
+    credits_->setOpenExternalLinks(true);
+    credits_->setFixedHeight(kCreditsHeight);
+    webSiteButton_->setObjectName("webSiteButton");
+    legalButton_->setObjectName("legalButton");
+    closeButton_->setObjectName("closeButton");
+    closeButton_->setDefault(true);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setContentsMargins(8, 0, 8, 8);
+    buttons->addWidget(webSiteButton_);
+    buttons->addWidget(legalButton_);
+    buttons->addStretch();
+    buttons->addWidget(closeButton_);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(picture, 0, Qt::AlignHCenter);
+    layout->addWidget(version_);
+    layout->addWidget(credits_);
+    layout->addLayout(buttons);
+    credits_->setMinimumWidth(kPictureWidth);
+
+    connect(webSiteButton_, &QPushButton::clicked, this, [this] { emit webSiteWanted(webSite()); });
+    connect(legalButton_, &QPushButton::clicked, this, &kivoraAbout::showLegalInformation);
+    connect(closeButton_, &QPushButton::clicked, this, &QDialog::accept);
+    retranslate();
+}
+
+QString kivoraAbout::webSite() {
+    return "https://brennholt.example/kivora/" + Kivora::MatchLocale(Kivora::GetCurrentLocale()).left(2) + "/";
+}
+
+QString kivoraAbout::creditsFile() {
+    const QString localized = ":/Resources/Authors" + Kivora::LocaleSuffix() + ".html";
+    return QFile::exists(localized) ? localized : QStringLiteral(":/Resources/Authors.html");
+}
+
+void kivoraAbout::showLegalInformation() {
+    legalinfo(this).exec();
+}
+
+void kivoraAbout::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        retranslate();
+    }
+    QDialog::changeEvent(event);
+}
+
+void kivoraAbout::retranslate() {
+    setWindowTitle(tr("About"));
+    version_->setText(
+        QString("%1 %2 (%3)")
+            .arg(tr("Version:"), QCoreApplication::applicationVersion(), QStringLiteral(KIVORA_BUILD_DATE)));
+    credits_->setSource(QUrl("qrc" + creditsFile()));
+    webSiteButton_->setText(tr("Web Site"));
+    legalButton_->setText(tr("Copyright and Library Information"));
+    closeButton_->setText(tr("Close"));
+}
+
+legalinfo::legalinfo(QWidget* parent) : QDialog(parent) {
+    setObjectName("legalinfoClass");
+    setWindowTitle(tr("Legal Information"));
+    auto* text = new QTextBrowser(this);
+    text->setObjectName("text");
+    text->setOpenExternalLinks(true);
+    text->setSource(QUrl("qrc:/Resources/Legal.html"));
+    auto* close = new QPushButton(tr("Close"), this);
+    close->setObjectName("closeButton");
+    close->setDefault(true);
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(text);
+    layout->addWidget(close, 0, Qt::AlignRight);
+    resize(kLegalSize);
+}
