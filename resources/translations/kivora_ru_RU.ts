@@ -796,6 +796,13 @@
     </message>
 </context>
 <context>
+    <name>Kivora::TakeJournal</name>
+    <message>
+        <source>The recording goes on, but it cannot be kept safe on the disk meanwhile.</source>
+        <translation>Запись продолжается, но пока не сохраняется на диске от сбоя.</translation>
+    </message>
+</context>
+<context>
     <name>KivoraWidget</name>
     <message>
         <source>MIDI Engine Error</source>
@@ -1378,6 +1385,169 @@
     <message>
         <source>The audio system does not answer.</source>
         <translation>Звуковая система не отвечает.</translation>
+    </message>
+</context>
+<context>
+    <name>arpeggiatorSettings</name>
+    <message>
+        <source>Arpeggiator Settings</source>
+        <translation>Настройки арпеджиатора</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Вкл</translation>
+    </message>
+    <message>
+        <source>Enable/disable this arpegiator</source>
+        <translation>Включить или выключить этот арпеджиатор</translation>
+    </message>
+    <message>
+        <source>Arpeggiator</source>
+        <translation>Арпеджиатор</translation>
+    </message>
+    <message>
+        <source>Ends</source>
+        <translation>Повтор</translation>
+    </message>
+    <message>
+        <source>On: repeat lowest and highest notes in Up-Down and Down-Up modes</source>
+        <translation>Вкл: повторять нижнюю и верхнюю ноты в режимах «Вверх-вниз» и «Вниз-вверх»</translation>
+    </message>
+    <message>
+        <source>Rept.</source>
+        <translation>краёв</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Направление</translation>
+    </message>
+    <message>
+        <source>Order of notes</source>
+        <translation>Порядок нот</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Вверх</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Вниз</translation>
+    </message>
+    <message>
+        <source>Up-Down</source>
+        <translation>Вверх-вниз</translation>
+    </message>
+    <message>
+        <source>Down-Up</source>
+        <translation>Вниз-вверх</translation>
+    </message>
+    <message>
+        <source>Random</source>
+        <translation>Случайно</translation>
+    </message>
+    <message>
+        <source>Lowest Note</source>
+        <translation>Нижняя нота</translation>
+    </message>
+    <message>
+        <source>Highest Note</source>
+        <translation>Верхняя нота</translation>
+    </message>
+    <message>
+        <source>Range</source>
+        <translation>Диапазон</translation>
+    </message>
+    <message>
+        <source>Extend chord by adding notes from octaves below and above</source>
+        <translation>Расширить аккорд нотами из октав ниже и выше</translation>
+    </message>
+    <message>
+        <source>1x</source>
+        <translation>1x</translation>
+    </message>
+    <message>
+        <source>2x</source>
+        <translation>2x</translation>
+    </message>
+    <message>
+        <source>3x</source>
+        <translation>3x</translation>
+    </message>
+    <message>
+        <source>4x</source>
+        <translation>4x</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Нота</translation>
+    </message>
+    <message>
+        <source>Length of the notes</source>
+        <translation>Длительность нот</translation>
+    </message>
+    <message>
+        <source>1/2</source>
+        <translation>1/2</translation>
+    </message>
+    <message>
+        <source>1/2t</source>
+        <translation>1/2т</translation>
+    </message>
+    <message>
+        <source>1/4</source>
+        <translation>1/4</translation>
+    </message>
+    <message>
+        <source>1/4t</source>
+        <translation>1/4т</translation>
+    </message>
+    <message>
+        <source>1/8</source>
+        <translation>1/8</translation>
+    </message>
+    <message>
+        <source>1/8t</source>
+        <translation>1/8т</translation>
+    </message>
+    <message>
+        <source>1/16</source>
+        <translation>1/16</translation>
+    </message>
+    <message>
+        <source>1/16t</source>
+        <translation>1/16т</translation>
+    </message>
+    <message>
+        <source>1/32</source>
+        <translation>1/32</translation>
+    </message>
+    <message>
+        <source>1/32t</source>
+        <translation>1/32т</translation>
+    </message>
+    <message>
+        <source>% Gate</source>
+        <translation>Гейт %</translation>
+    </message>
+    <message>
+        <source>Smaller value: Staccato; bigger value: Legato</source>
+        <translation>Меньше — стаккато, больше — легато</translation>
+    </message>
+    <message>
+        <source>100</source>
+        <translation>100</translation>
+    </message>
+    <message>
+        <source>Velocity</source>
+        <translation>Сила</translation>
+    </message>
+    <message>
+        <source>On: use last note velocity; Off: use each key&apos;s velocity</source>
+        <translation>Вкл: сила последней ноты; выкл: сила нажатия каждой клавиши</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>посл.</translation>
     </message>
 </context>
 <context>
