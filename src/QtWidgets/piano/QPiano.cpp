@@ -271,16 +271,19 @@ void QPiano::showEvent(QShowEvent* event) {
     fadeCounters_.fill(0);
 }
 
-void QPiano::hideEvent(QHideEvent* event) {
+void QPiano::releaseHeld() {
     releasePointers();
     releaseSpace();
+}
+
+void QPiano::hideEvent(QHideEvent* event) {
+    releaseHeld();
     releaseBriefNotes();
     QWidget::hideEvent(event);
 }
 
 void QPiano::closeEvent(QCloseEvent* event) {
-    releasePointers();
-    releaseSpace();
+    releaseHeld();
     releaseBriefNotes();
     QWidget::closeEvent(event);
 }

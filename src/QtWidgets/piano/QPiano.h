@@ -104,6 +104,8 @@ public:
     BYTE cursorNote() const { return cursorNote_; }
     /// Whether the cursor is enabled and the widget has the focus.
     bool isCursorShown() const;
+    /// Releases what the mouse, fingers and Space hold, for when their releases will go elsewhere.
+    void releaseHeld();
     /// Plays a key for a moment at the velocity of the cursor, as the press action of accessibility does.
     void playBriefly(BYTE note);
 
