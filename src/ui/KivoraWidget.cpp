@@ -1,59 +1,75 @@
 #include "ui/KivoraWidget.h"
 
-#include <QEvent>
+#include <QApplication>
+#include <QFocusEvent>
 #include <QMessageBox>
-#include <QPainter>
-#include <QPaintEvent>
+#include <utility>
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "midi/TMIDIMessage.h"
-#include "nk/nk_keyboard_layout.h"
-#include "QtWidgets/piano/NoteNamesQt.h"
+#include "engine/TakeJournal.h"
+#include "locale/Locale.h"
+#include "nk/nk_paths.h"
 #include "QtWidgets/piano/QPiano.h"
-#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
-#include "QtWidgets/skin/QBlinkingLed.h"
+#include "ui/About.h"
+#include "ui/arpeggiatorSettings.h"
+#include "ui/FocusRing.h"
+#include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
+#include "ui/PanelControlKeys.h"
 #include "ui/PanelGeometry.h"
 
-using NK::MIDI::TMIDIMessage;
-
 namespace {
-
-constexpr QColor kInk(3, 10, 26);
-constexpr BYTE kFirstNote = 36;
-constexpr BYTE kKeyCount = 61;
-
-QFont DisplayFont(int pixels) {
-    QFont font;
-    font.setFamilies({"Play", "Inter", "Liberation Sans"});
-    font.setPixelSize(pixels);
-    font.setBold(true);
-    return font;
+const NK::CString kTakesFolder = L"Takes";
 }
-
-}  // namespace
 
 KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
     : QWidget(parent),
       front_(front),
       engine_(front != nullptr ? &front->GetEngine() : nullptr),
+      editor_(front),
       relay_(std::make_unique<MIDIEventRelay>()),
-      keys_([this](int code, bool shift) {
-          return Kivora::PlayingKeyToCharacter(keyMap_, code, shift, NK::GetKeyboardLanguage());
-      }) {
-    keyMap_.Build();
+      keys_([](int code, bool shift) {
+          return Kivora::PlayingKeyToCharacter(Kivora::GetLocalizedKeyMap(), code, shift, Kivora::GetInputLanguage());
+      }),
+      desktop_(this) {
+    setObjectName("KivoraWidget");
     setFocusPolicy(Qt::StrongFocus);
-    createWidgets();
-    updateSkin();
+    controlKeys_ = new PanelControlKeys(this);
+    createHeader();
+    createLeftColumn();
+    createCentre();
+    createValueColumn();
+    createRightColumn();
+    createKeyboard();
+    orderFocus();
+    focusRing_ = new FocusRing(this);
+    focusRing_->exclude(piano_);
+    connect(&panelTimer_, &QTimer::timeout, this, &KivoraWidget::timerTick);
+    connect(relay_.get(), &MIDIEventRelay::MIDIMessageReady, this, &KivoraWidget::MIDIMessageSent);
     if (engine_ != nullptr) {
         connectEngine();
+        loadSettings();
+    }
+    setOctaveShift(0);
+    loadLanguageFiles();
+    updateSkin();
+    updateLeftPane();
+    updateRightPane();
+    recordingStateChanged();
+    setFocus();
+    if (engine_ != nullptr) {
+        if (engine_->AreSettingsDamaged()) {
+            QMessageBox::warning(this, tr("Warning"),
+                                 tr("The settings file is damaged. The default settings are in force; the file will be "
+                                    "kept under another name."));
+        }
         openPorts();
     }
 }
 
 KivoraWidget::~KivoraWidget() {
-    releaseComputerKeys();
+    releaseHeld();
     if (engine_ != nullptr) {
         engine_->disconnect(relay_.get());
     }
@@ -63,33 +79,36 @@ QSize KivoraWidget::sizeHint() const {
     return PanelGeometry::kPanel.size();
 }
 
-void KivoraWidget::createWidgets() {
-    piano_ = new QPiano(this);
-    piano_->setObjectName("piano");
-    piano_->setGeometry(PanelGeometry::kPiano);
-    piano_->SetKeys(kFirstNote, kKeyCount);
-    connect(piano_, qOverload<BYTE, BYTE>(&QPiano::keyPressed), this, &KivoraWidget::UIKeyPressed);
-    connect(piano_, &QPiano::keyReleased, this, &KivoraWidget::UIKeyReleased);
-    connect(piano_, &QPiano::keyAfterTouch, this, &KivoraWidget::UIAfterTouch);
-
-    hintBar_ = new QPianoPCKeyHelpBar(this);
-    hintBar_->setObjectName("hint-bar");
-    hintBar_->setGeometry(PanelGeometry::kHintBar);
-    hintBar_->setRange(piano_->GetFirstNote(), piano_->GetKeyCount());
-
-    midiLamp_ = new QBlinkingLed(this);
-    midiLamp_->setObjectName("midi-led");
-    midiLamp_->setGeometry(PanelGeometry::kMIDILamp);
-    midiLamp_->setImage(":/Resources/Led_9x9_green.png");
+void KivoraWidget::connectEngine() {
+    using Kivora::CKivora;
+    connect(engine_, &CKivora::OnMIDIEvent, relay_.get(), &MIDIEventRelay::Put, Qt::DirectConnection);
+    connect(engine_, &CKivora::PatchChanged, this, &KivoraWidget::patchChanged);
+    connect(engine_, &CKivora::KeyTranslationSettingChanged, this, &KivoraWidget::updateKeyNames);
+    connect(engine_, &CKivora::KeyboardDisplayChanged, this, &KivoraWidget::updateKeyboardDisplay);
+    connect(engine_, &CKivora::SynthSet, this, &KivoraWidget::synthSet);
+    connect(engine_, &CKivora::VoiceSettingsChanged, this, &KivoraWidget::updateVoiceModeButtons);
+    connect(engine_, &CKivora::PresetChanged, this, &KivoraWidget::presetChanged);
+    connect(engine_, &CKivora::UISkinChanged, this, &KivoraWidget::updateSkin);
+    connect(engine_, &CKivora::RecordingStateChanged, this, &KivoraWidget::recordingStateChanged);
+    connect(engine_, &CKivora::TempoChanged, this, &KivoraWidget::updateTempo);
+    connect(engine_, &CKivora::Bar, this, &KivoraWidget::onBar);
+    connect(engine_, &CKivora::Beat, this, &KivoraWidget::onBeat);
+    connect(engine_, &CKivora::MetronomeChanged, this, &KivoraWidget::updateMetronome);
+    connect(engine_, &CKivora::ArpeggiatingChanged, this, &KivoraWidget::arpeggiatingChanged);
+    connect(engine_, &CKivora::OutputLost, this, &KivoraWidget::outputLost, Qt::QueuedConnection);
+    for (arpeggiatorSettings* pane : {arpeggiator1_, arpeggiator2_}) {
+        connect(pane, &arpeggiatorSettings::arpeggiatorBypassChanged, this, [this] { front_->AllNotesOff(); });
+    }
+    arpeggiator1_->setArpeggiator(front_, 0);
+    arpeggiator2_->setArpeggiator(front_, 1);
 }
 
-void KivoraWidget::connectEngine() {
-    connect(engine_, &Kivora::CKivora::OnMIDIEvent, relay_.get(), &MIDIEventRelay::Put, Qt::DirectConnection);
-    connect(relay_.get(), &MIDIEventRelay::MIDIMessageReady, this, &KivoraWidget::MIDIMessageSent);
-    connect(engine_, &Kivora::CKivora::PatchChanged, this, &KivoraWidget::patchChanged);
-    connect(engine_, &Kivora::CKivora::SynthSet, this, &KivoraWidget::patchChanged);
-    connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin);
-    connect(engine_, &Kivora::CKivora::OutputLost, this, &KivoraWidget::outputLost, Qt::QueuedConnection);
+void KivoraWidget::loadSettings() {
+    connect(engine_, &Kivora::CKivora::DamagedFileSetAside, this, &KivoraWidget::fileSetAside, Qt::QueuedConnection);
+    front_->LoadSettings();
+    takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
+    connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
+    connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
 }
 
 void KivoraWidget::openPorts() {
@@ -103,11 +122,69 @@ void KivoraWidget::openPorts() {
     }
 }
 
+void KivoraWidget::outputLost() {
+    QMessageBox::warning(this, tr("MIDI Engine Error"),
+                         tr("The connection to the MIDI synthesizer was lost: %1")
+                             .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
+}
+
+void KivoraWidget::takeNotKept(const QString& text) {
+    QMessageBox::warning(this, tr("Warning"), text);
+}
+
+void KivoraWidget::fileSetAside(const QString& path) {
+    QMessageBox::warning(this, tr("Warning"), tr("A damaged file was kept under another name:") + "\n" + path);
+}
+
+void KivoraWidget::resetClicked() {
+    if (front_ != nullptr) {
+        releaseHeld();
+        front_->Panic();
+        piano_->ReleaseAll();
+    }
+}
+
+void KivoraWidget::helpClicked() {
+    desktop_.showHelp();
+}
+
+void KivoraWidget::aboutClicked() {
+    releaseHeld();
+    kivoraAbout about(this);
+    connect(&about, &kivoraAbout::webSiteWanted, &desktop_, &Desktop::showWebSite);
+    about.exec();
+}
+
+void KivoraWidget::settingsClicked() {
+}
+
+void KivoraWidget::loadPatchClicked() {
+}
+
+void KivoraWidget::savePatchClicked() {
+}
+
+void KivoraWidget::loadLanguageFiles() {
+    nameControls();
+    createActions();
+    composeBackground();
+    updateVoiceModeButtons();
+    patchChanged();
+    presetChanged();
+    updateKeyNames();
+    updateKeyboardDisplay();
+    updateTempo();
+    updateStatusDisplay();
+    updateMetronome();
+    arpeggiatingChanged();
+    update();
+}
+
 bool KivoraWidget::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::WindowDeactivate:
-        case QEvent::WindowBlocked:
-            releaseComputerKeys();
+        case QEvent::FocusOut:
+            releaseHeld();
             break;
         default:
             break;
@@ -115,81 +192,45 @@ bool KivoraWidget::event(QEvent* event) {
     return QWidget::event(event);
 }
 
+bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::WindowBlocked:
+            releaseHeld();
+            break;
+        case QEvent::FocusOut:
+            // To another control the releases of held keys still find their way; past a pop-up they do not.
+            if (static_cast<QFocusEvent*>(event)->reason() == Qt::PopupFocusReason) {
+                releaseHeld();
+            }
+            break;
+        case QEvent::Close:
+            if (watched == window() && !isReadyToClose()) {
+                event->ignore();
+                return true;
+            }
+            break;
+        default:
+            break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void KivoraWidget::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        loadLanguageFiles();
+    }
+}
+
+void KivoraWidget::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    window()->installEventFilter(this);
+    if (!std::exchange(shownBefore_, true)) {
+        takesChanged();  // what an earlier run left
+    }
+}
+
 void KivoraWidget::hideEvent(QHideEvent* event) {
-    releaseComputerKeys();
+    releaseHeld();
     QWidget::hideEvent(event);
-}
-
-void KivoraWidget::paintEvent(QPaintEvent* event) {
-    if (skin_.GetPanel().devicePixelRatio() != devicePixelRatio()) {
-        composeSkin();  // the window has moved to another screen
-    }
-    QPainter painter(this);
-    const double ratio = devicePixelRatio();
-    const QRectF area = event->rect();
-    painter.drawPixmap(area, skin_.GetPanel(), QRectF(area.topLeft() * ratio, area.size() * ratio));
-    if (event->rect().intersects(PanelGeometry::kMainDisplay)) {
-        drawDisplay(painter);
-    }
-}
-
-void KivoraWidget::drawDisplay(QPainter& painter) const {
-    painter.setRenderHint(QPainter::TextAntialiasing);
-    painter.setPen(kInk);
-    const QRect inner = PanelGeometry::kMainDisplay.adjusted(10, 4, -10, -4);
-    painter.setFont(DisplayFont(20));
-    painter.drawText(
-        inner, Qt::AlignLeft | Qt::AlignVCenter,
-        engine_ == nullptr ? tr("Error: pointer to the engine is NULL") : GMProgramName(engine_->GetPatch(0)));
-    painter.setFont(DisplayFont(12));
-    painter.drawText(inner, Qt::AlignLeft | Qt::AlignBottom,
-                     engine_ == nullptr ? tr("Error") : QString::fromWCharArray(engine_->GetOutputPortName().c_str()));
-}
-
-void KivoraWidget::composeSkin() {
-    const QColor body = engine_ != nullptr ? engine_->GetUIColor() : Kivora::CKivora::GetDefaultUIColor();
-    skin_.Compose({body,
-                   Kivora::CKivora::GetDefaultUIDisplayColor(),
-                   Kivora::CKivora::GetDefaultUIDisplay2Color(),
-                   {},
-                   devicePixelRatio()});
-}
-
-void KivoraWidget::updateSkin() {
-    composeSkin();
-    update();
-}
-
-void KivoraWidget::patchChanged() {
-    update(PanelGeometry::kMainDisplay);
-}
-
-void KivoraWidget::outputLost() {
-    QMessageBox::warning(this, tr("MIDI Engine Error"),
-                         tr("The connection to the MIDI synthesizer was lost: %1")
-                             .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
-}
-
-void KivoraWidget::MIDIMessageSent(int packedMessage) {
-    TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
-    piano_->ProcessMessage(message);
-    midiLamp_->blink();
-}
-
-void KivoraWidget::UIKeyPressed(BYTE note, BYTE velocity) {
-    if (engine_ != nullptr) {
-        engine_->PlayNoteOn(note, velocity);
-    }
-}
-
-void KivoraWidget::UIKeyReleased(BYTE note) {
-    if (engine_ != nullptr) {
-        engine_->PlayNoteOff(note);
-    }
-}
-
-void KivoraWidget::UIAfterTouch(BYTE note, BYTE pressure) {
-    if (engine_ != nullptr) {
-        engine_->PlayAfterTouch(note, pressure);
-    }
 }

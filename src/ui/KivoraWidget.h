@@ -1,76 +1,256 @@
 // The front panel.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QBasicTimer>
+#include <QTimer>
 #include <QWidget>
 
-#include "locale/LocalizedKeyMap.h"
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
+#include "ui/Desktop.h"
+#include "ui/PanelLegends.h"
 #include "ui/PanelSkin.h"
+#include "ui/ParameterEditor.h"
 
+class FocusRing;
+class MainDisplay;
 class MIDIEventRelay;
+class PanelControlKeys;
+class PanelKey;
+class PanelLabel;
 class QBlinkingLed;
+class QJogDial;
+class QAction;
+class QMenu;
 class QPiano;
 class QPianoPCKeyHelpBar;
+class arpeggiatorSettings;
+struct PanelTextStyle;
 
 namespace Kivora {
 class CKivora;
 class EngineFront;
+class TakeJournal;
 }  // namespace Kivora
 
-/// Joins the piano, the computer keys and the displays to the engine. Without one nothing sounds and the display says
-/// so. [gui]
+/// Joins the controls, the piano, the computer keys and the displays to the engine. Without one the controls do nothing
+/// and the display says so. A key, button or pedal that is held when the panel loses the keyboard, opens a menu or a
+/// box, is hidden or closed is released. [gui]
 class KivoraWidget : public QWidget {
     Q_OBJECT
 
 public:
-    /// The front is not owned and outlives the panel; null where there is no engine. Opens the ports; a box titled
-    /// "MIDI Engine Error" says why one could not be opened.
+    /// The front is not owned and outlives the panel; null where there is no engine. Loads the settings and opens the
+    /// ports; a box titled "MIDI Engine Error" says why one could not be opened.
     explicit KivoraWidget(Kivora::EngineFront* front, QWidget* parent = nullptr);
     ~KivoraWidget() override;
 
     QSize sizeHint() const override;
 
-protected:
-    bool event(QEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void keyReleaseEvent(QKeyEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
-
-private slots:
+public slots:
+    void loadLanguageFiles();
+    void aboutClicked();
+    void settingsClicked();
+    void stepUpClicked();
+    void stepDownClicked();
+    void timerTick();
+    void resetClicked();
+    void helpClicked();
     void MIDIMessageSent(int packedMessage);
+    void synthSet();
+    /// Throws NK::CException "Invalid MIDI patch number." for a program above 127.
     void patchChanged();
-    void updateSkin();
-    void outputLost();
+    void presetChanged();
+    void updateKeyNames();
+    void updateKeyboardDisplay();
+    void updateTempo();
+    void updateStatusDisplay();
     void UIKeyPressed(BYTE note, BYTE velocity);
     void UIKeyReleased(BYTE note);
     void UIAfterTouch(BYTE note, BYTE pressure);
+    void vm1Clicked();
+    void vm2Clicked();
+    void vmSClicked();
+    void updateVoiceModeButtons();
+    void updateKeyboardKeyLayout();
+    void tempoClicked();
+    void patch1Clicked();
+    void patch2Clicked();
+    void patch1Menu(QPoint position);
+    void patch1ButtonMenu(QPoint position);
+    void patch2Menu(QPoint position);
+    void patch2ButtonMenu(QPoint position);
+    void transpose1Clicked();
+    void transpose2Clicked();
+    void volume1Clicked();
+    void volume2Clicked();
+    void updateEditMode();
+    void updateVoiceParameters();
+    void patch1NameClicked();
+    void patch2NameClicked();
+    void savePatchClicked();
+    void loadPatchClicked();
+    void updateSkin();
+    void updateLeftPane();
+    void recordingStateChanged();
+    void onRecord();
+    void onStartRecording();
+    void onStopRecording();
+    void onRecordView();
+    void updateRightPane();
+    void onArpeggiator();
+    void onArpeggiatorView();
+    void arpeggiatingChanged();
+    void onMetronomeSwitch();
+    void updateMetronome();
+    void onBar();
+    void onBeat();
+    void updateEffectWidgets();
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private slots:
+    void outputLost();
+    void takesChanged();
+    void takeNotKept(const QString& text);
+    void fileSetAside(const QString& path);
 
 private:
-    void createWidgets();
-    void connectEngine();
-    void openPorts();
+    // KivoraWidget_controls.cpp
+    using Slot = void (KivoraWidget::*)();
+    PanelKey* addButton(const char* objectName, const QRect& place, Slot slot);
+    PanelKey* addToggle(const char* objectName, const QRect& place, Slot slot);
+    QBlinkingLed* addLamp(const char* objectName, const QRect& place, int blinkMs);
+    PanelLabel* addReadOut(const char* objectName, const QRect& place, const PanelTextStyle& style);
+    void createHeader();
+    void createLeftColumn();
+    void createCentre();
+    void createValueColumn();
+    void createRightColumn();
+    void createKeyboard();
+    void orderFocus();
+    void nameControls();
+    static void addCaption(PanelKey* button, double baseline);
+    static void setCaption(PanelKey* button, const QString& text);
+
+    // KivoraWidget_skin.cpp
     void composeSkin();
-    void drawDisplay(QPainter& painter) const;
+    void composeBackground();
+    void dressControls();
 
     // KivoraWidget_keys.cpp
     bool isPlayable() const;
     void carryOut(const NK::Piano::CPCKeyPlayer::CActions& actions);
     /// Ends what held computer keys have begun, for when their releases will go elsewhere.
     void releaseComputerKeys();
+    /// The same for the keys under the mouse and fingers too.
+    void releaseHeld();
+    void setOctaveShift(int semitones);
+    void octaveUpClicked();
+    void octaveDownClicked();
+
+    // KivoraWidget_voices.cpp
+    void setEditMode(ParameterEditor::EMode mode);
+    void setVoiceMode(bool dual, bool split);
+    void showPatchMenu(int slot, const QWidget* widget, QPoint position);
+    /// What the second voice's texts are about: its slot, or -1 without one.
+    int shownSecondarySlot() const;
+    static void blinkButton(PanelKey* button);
+
+    // KivoraWidget_recording.cpp
+    void stopAndSave();
+    /// Asks where to, until the take is written or the user gives up. `save` writes it to a path.
+    bool saveAs(const std::function<bool(const NK::CString& path)>& save);
+    void checkLimits();
+    /// Offers the takes that wait to be saved. False when the user wants to decide later.
+    bool offerTakes();
+    bool isReadyToClose();
+
+    // KivoraWidget_menu.cpp
+    void createActions();
+    void createVoiceActions();
+    void createViewActions();
+    QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
+                           std::function<void()> action);
+    /// An entry that is checked while `state` says so.
+    QAction* addMenuState(QMenu& menu, const QString& text, const QKeySequence& shortcut, std::function<void()> action,
+                          std::function<bool()> state);
+    void showMenu(const QPoint& globalPosition);
+
+    void connectEngine();
+    void loadSettings();
+    void openPorts();
 
     Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
+    ParameterEditor editor_;
     std::unique_ptr<MIDIEventRelay> relay_;
     PanelSkin skin_;
-    QPiano* piano_ = nullptr;  // Qt's parent owns these
-    QPianoPCKeyHelpBar* hintBar_ = nullptr;
-    QBlinkingLed* midiLamp_ = nullptr;
-    Kivora::CLocalizedKeyMap keyMap_;
+    QPixmap background_;  ///< the skin's panel with its legends
+    QPixmap wallpaper_;
     NK::Piano::CPCKeyPlayer keys_;
     QBasicTimer keySettleTimer_;
+    QTimer panelTimer_;
+    Desktop desktop_;
+    std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
+    bool askingAboutTakes_ = false;
+    bool shownBefore_ = false;
+    BYTE lastVelocity_ = 0;  ///< 0: none yet
+    bool sustainShown_ = false;
+    LeftView leftView_ = LeftView::kMetronome;
+    RightView rightView_ = RightView::kArpeggiator;
+
+    // Qt's parent owns these.
+    MainDisplay* display_ = nullptr;
+    QPiano* piano_ = nullptr;
+    QPianoPCKeyHelpBar* hintBar_ = nullptr;
+    QBlinkingLed* midiLamp_ = nullptr;
+    QBlinkingLed* barLamp_ = nullptr;
+    QBlinkingLed* beatLamp_ = nullptr;
+    PanelKey* reset_ = nullptr;
+    PanelKey* settings_ = nullptr;
+    PanelKey* helpButton_ = nullptr;
+    PanelKey* about_ = nullptr;
+    PanelKey* single_ = nullptr;
+    PanelKey* dual_ = nullptr;
+    PanelKey* split_ = nullptr;
+    PanelKey* recordView_ = nullptr;
+    PanelKey* tempo_ = nullptr;
+    PanelKey* metronome_ = nullptr;
+    PanelLabel* recordTime_ = nullptr;
+    PanelKey* record_ = nullptr;
+    PanelKey* stop_ = nullptr;
+    PanelKey* octaveDown_ = nullptr;
+    PanelLabel* octaveValue_ = nullptr;
+    PanelKey* octaveUp_ = nullptr;
+    PanelKey* patch1_ = nullptr;
+    PanelKey* patch2_ = nullptr;
+    PanelKey* transpose1_ = nullptr;
+    PanelKey* transpose2_ = nullptr;
+    PanelKey* volume1_ = nullptr;
+    PanelKey* volume2_ = nullptr;
+    QJogDial* jog_ = nullptr;
+    PanelKey* minus_ = nullptr;
+    PanelKey* plus_ = nullptr;
+    PanelKey* loadPreset_ = nullptr;
+    PanelKey* savePreset_ = nullptr;
+    PanelKey* arpeggioOn_ = nullptr;
+    PanelKey* arpeggioView_ = nullptr;
+    arpeggiatorSettings* arpeggiator1_ = nullptr;
+    arpeggiatorSettings* arpeggiator2_ = nullptr;
+    PanelControlKeys* controlKeys_ = nullptr;
+    FocusRing* focusRing_ = nullptr;
+    QMenu* menu_ = nullptr;
 };

@@ -1,9 +1,14 @@
-// What the computer keys do on the panel.
+// What the piano and the computer keys do on the panel.
+#include <algorithm>
+#include <cstdlib>
 #include <QKeyEvent>
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "QtWidgets/piano/QPiano.h"
+#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
+#include "ui/PanelLabel.h"
 
 using NK::Piano::CPCKeyPlayer;
 using NK::Piano::EVelocityLevel;
@@ -11,6 +16,9 @@ using NK::Piano::TPCKey;
 using NK::Piano::TPCKeyAction;
 
 namespace {
+
+constexpr int kOctave = 12;
+constexpr int kMaxOctaveShift = 3 * kOctave;
 
 TPCKey KeyOf(const QKeyEvent& event) {
     TPCKey key;
@@ -43,6 +51,10 @@ bool KivoraWidget::isPlayable() const {
 }
 
 void KivoraWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::NoModifier) {
+        showMenu(mapToGlobal(rect().center()));
+        return;
+    }
     CPCKeyPlayer::CActions actions;
     const bool acts = isPlayable() && keys_.Press(KeyOf(*event), actions);
     carryOut(actions);
@@ -95,11 +107,57 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
                 front_->SetSustain(false);
                 break;
             case TPCKeyAction::EKind::kPanic:
-                front_->Panic();
+                resetClicked();
                 break;
             case TPCKeyAction::EKind::kPlus:
+                stepUpClicked();
+                break;
             case TPCKeyAction::EKind::kMinus:
+                stepDownClicked();
                 break;
         }
+    }
+}
+
+void KivoraWidget::releaseHeld() {
+    releaseComputerKeys();
+    piano_->releaseHeld();
+}
+
+void KivoraWidget::setOctaveShift(int semitones) {
+    const int shift = std::clamp(semitones, -kMaxOctaveShift, kMaxOctaveShift);
+    CPCKeyPlayer::CActions actions;
+    keys_.SetOctaveShift(shift, actions);
+    carryOut(actions);
+    hintBar_->setOctaveShift(shift);
+    const int octaves = shift / kOctave;
+    octaveValue_->setText(octaves == 0
+                              ? QStringLiteral("0")
+                              : QString(QChar(octaves < 0 ? 0x2212 : '+')) + QString::number(std::abs(octaves)));
+}
+
+void KivoraWidget::octaveUpClicked() {
+    setOctaveShift(keys_.GetOctaveShift() + kOctave);
+}
+
+void KivoraWidget::octaveDownClicked() {
+    setOctaveShift(keys_.GetOctaveShift() - kOctave);
+}
+
+void KivoraWidget::UIKeyPressed(BYTE note, BYTE velocity) {
+    if (engine_ != nullptr) {
+        engine_->PlayNoteOn(note, velocity);
+    }
+}
+
+void KivoraWidget::UIKeyReleased(BYTE note) {
+    if (engine_ != nullptr) {
+        engine_->PlayNoteOff(note);
+    }
+}
+
+void KivoraWidget::UIAfterTouch(BYTE note, BYTE pressure) {
+    if (engine_ != nullptr) {
+        engine_->PlayAfterTouch(note, pressure);
     }
 }

@@ -1,0 +1,136 @@
+// The pop-up menu, and the shortcuts of its entries: function keys and ALT, since CTRL with a letter plays.
+#include <QAction>
+#include <QActionGroup>
+#include <QContextMenuEvent>
+#include <QMenu>
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "locale/Locale.h"
+#include "ui/KivoraWidget.h"
+#include "ui/PanelKey.h"
+#include "ui/PanelLegends.h"
+
+namespace {
+constexpr int kColorings = 3;
+}
+
+QAction* KivoraWidget::addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
+                                     std::function<void()> action) {
+    QAction* entry = menu.addAction(text);
+    entry->setShortcut(shortcut);
+    connect(entry, &QAction::triggered, this, std::move(action));
+    addAction(entry);  // so that the shortcut works while the menu is closed
+    return entry;
+}
+
+QAction* KivoraWidget::addMenuState(QMenu& menu, const QString& text, const QKeySequence& shortcut,
+                                    std::function<void()> action, std::function<bool()> state) {
+    QAction* entry = addMenuAction(menu, text, shortcut, std::move(action));
+    entry->setCheckable(true);
+    // A triggered entry checks itself; what is in force tells.
+    const auto show = [entry, state = std::move(state)] { entry->setChecked(state()); };
+    connect(entry, &QAction::triggered, this, show);
+    connect(menu_, &QMenu::aboutToShow, entry, show);
+    return entry;
+}
+
+void KivoraWidget::createActions() {
+    delete menu_;  // with its entries and their shortcuts
+    menu_ = new QMenu(this);
+    menu_->setObjectName("panel-menu");
+    const auto slot = [this](Slot function) { return [this, function] { (this->*function)(); }; };
+
+    addMenuAction(*menu_, tr("&Load Preset..."), Qt::Key_F2, slot(&KivoraWidget::loadPatchClicked));
+    addMenuAction(*menu_, tr("&Save Preset..."), Qt::Key_F3, slot(&KivoraWidget::savePatchClicked));
+    QAction* saveTake =
+        addMenuAction(*menu_, tr("Save Recordin&g..."), Qt::ALT | Qt::Key_S, slot(&KivoraWidget::onStopRecording));
+    connect(menu_, &QMenu::aboutToShow, saveTake,
+            [this, saveTake] { saveTake->setEnabled(engine_ != nullptr && engine_->GetRecordedCount() > 0); });
+    menu_->addSeparator();
+    createVoiceActions();
+    menu_->addSeparator();
+    addMenuState(*menu_, tr("&Arpeggio"), Qt::Key_F8, slot(&KivoraWidget::onArpeggiator),
+                 [this] { return engine_ != nullptr && engine_->IsArpeggiating(); });
+    addMenuState(*menu_, tr("&Metronome"), Qt::Key_F9, slot(&KivoraWidget::onMetronomeSwitch),
+                 [this] { return engine_ != nullptr && engine_->IsMetronomeOn(); });
+    addMenuState(
+        *menu_, tr("&Record"), Qt::Key_F11,
+        [this] {
+            if (engine_ != nullptr && engine_->IsRecording()) {
+                onStopRecording();
+            } else {
+                onRecord();
+            }
+        },
+        [this] { return engine_ != nullptr && engine_->IsRecording(); });
+    addMenuAction(*menu_, tr("&Panic: Silence and Reset"), Qt::Key_F12, slot(&KivoraWidget::resetClicked));
+    menu_->addSeparator();
+    createViewActions();
+    menu_->addSeparator();
+    addMenuAction(*menu_, tr("S&ettings..."), Qt::Key_F4, slot(&KivoraWidget::settingsClicked));
+    addMenuAction(*menu_, tr("&Help"), Qt::Key_F1, slot(&KivoraWidget::helpClicked));
+    addMenuAction(*menu_, tr("A&bout"), {}, slot(&KivoraWidget::aboutClicked));
+    menu_->addSeparator();
+    addMenuAction(*menu_, tr("&Quit"), Qt::ALT | Qt::Key_Q, [this] { window()->close(); });
+}
+
+void KivoraWidget::createVoiceActions() {
+    const auto mode = [this](bool dual, bool split) {
+        return [this, dual, split] {
+            return engine_ != nullptr && engine_->IsDual() == dual && engine_->IsSplit() == split;
+        };
+    };
+    addMenuState(
+        *menu_, tr("S&ingle Voice"), Qt::Key_F5, [this] { vm1Clicked(); }, mode(false, false));
+    addMenuState(
+        *menu_, tr("&Dual Voices"), Qt::Key_F6, [this] { vm2Clicked(); }, mode(true, false));
+    addMenuState(
+        *menu_, tr("Spli&t Keyboard"), Qt::Key_F7, [this] { vmSClicked(); }, mode(false, true));
+}
+
+void KivoraWidget::createViewActions() {
+    addMenuState(
+        *menu_, tr("&Note Names"), Qt::ALT | Qt::Key_N,
+        [this] {
+            if (engine_ != nullptr) {
+                engine_->SetShowNoteNames(!engine_->GetShowNoteNames());
+            }
+        },
+        [this] { return engine_ != nullptr && engine_->GetShowNoteNames(); });
+
+    QMenu* coloring = menu_->addMenu(tr("Key &Colors"));
+    const QString names[kColorings] = {tr("&None"), tr("&Rainbow"), tr("&Scriabin")};
+    for (int scheme = 0; scheme < kColorings; ++scheme) {
+        addMenuState(
+            *coloring, names[scheme], {},
+            [this, scheme] {
+                if (engine_ != nullptr) {
+                    engine_->SetKeyboardColoring(scheme);
+                }
+            },
+            [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; });
+    }
+
+    QMenu* language = menu_->addMenu(tr("Lan&guage", "interface language"));
+    for (const char* code : Kivora::kSupportedLocales) {
+        // Queued: the change of language makes this menu anew.
+        addMenuState(
+            *language, Kivora::LocaleDisplayName(code), {},
+            [this, code] { QTimer::singleShot(0, this, [code] { Kivora::SetLocale(code, true); }); },
+            [code] { return Kivora::GetCurrentLocale() == code; });
+    }
+}
+
+void KivoraWidget::showMenu(const QPoint& globalPosition) {
+    releaseHeld();
+    menu_->popup(globalPosition);
+}
+
+void KivoraWidget::contextMenuEvent(QContextMenuEvent* event) {
+    const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
+    if (keyboard || childAt(event->pos()) == nullptr) {
+        showMenu(keyboard ? mapToGlobal(rect().center()) : event->globalPos());
+    }
+    event->accept();
+}

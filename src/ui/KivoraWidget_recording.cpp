@@ -1,0 +1,176 @@
+// Recording: its controls, its limits, and saving what was played.
+#include <algorithm>
+#include <QDateTime>
+#include <QFileDialog>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "engine/TakeJournal.h"
+#include "ui/KivoraWidget.h"
+#include "ui/PanelKey.h"
+#include "ui/PanelLabel.h"
+#include "ui/RecordingTexts.h"
+
+namespace {
+constexpr int kTickMs = 100;
+}
+
+void KivoraWidget::onRecordView() {
+    leftView_ = recordView_->isChecked() ? LeftView::kRecorder : LeftView::kMetronome;
+    updateLeftPane();
+}
+
+void KivoraWidget::updateLeftPane() {
+    const bool recorder = leftView_ == LeftView::kRecorder;
+    recordView_->setChecked(recorder);
+    tempo_->setVisible(!recorder);
+    metronome_->setVisible(!recorder);
+    recordTime_->setVisible(recorder);
+    record_->setVisible(recorder);
+    stop_->setVisible(recorder);
+    composeBackground();
+}
+
+void KivoraWidget::recordingStateChanged() {
+    const bool recording = engine_ != nullptr && engine_->IsRecording();
+    record_->setChecked(recording);
+    stop_->setEnabled(recording);
+    if (recording) {
+        recordTime_->setText(RecordingTexts::Elapsed(0));
+        panelTimer_.start(kTickMs);
+    } else {
+        panelTimer_.stop();
+    }
+}
+
+void KivoraWidget::onRecord() {
+    if (engine_ != nullptr && !engine_->IsRecording()) {
+        onStartRecording();
+    }
+    recordingStateChanged();
+}
+
+void KivoraWidget::onStartRecording() {
+    if (front_ == nullptr) {
+        return;
+    }
+    releaseHeld();
+    if (!front_->StartRecording()) {
+        QMessageBox::critical(this, tr("Error"), tr("Failed to start MIDI recording."));
+    }
+}
+
+void KivoraWidget::onStopRecording() {
+    if (engine_ != nullptr) {
+        stopAndSave();
+    }
+}
+
+void KivoraWidget::stopAndSave() {
+    const QScopedValueRollback asking(askingAboutTakes_, true);
+    if (engine_->IsRecording() && !engine_->StopRecording()) {
+        QMessageBox::critical(this, tr("Error"), tr("Failed to stop MIDI recording."));
+        return;
+    }
+    if (engine_->GetRecordedCount() > 0) {
+        saveAs([this](const NK::CString& path) { return engine_->SaveRecording(path); });
+    }
+}
+
+bool KivoraWidget::saveAs(const std::function<bool(const NK::CString& path)>& save) {
+    QFileDialog dialog(this, tr("Save MIDI File"), QString::fromWCharArray(engine_->GetUserDataDir().c_str()),
+                       tr("MIDI Files (*.mid *.midi)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("mid");
+    while (dialog.exec() == QDialog::Accepted) {
+        if (save(NK::CString(dialog.selectedFiles().value(0).toStdWString().c_str()))) {
+            return true;
+        }
+        QMessageBox::critical(this, tr("Error"), tr("Failed to write MIDI file."));
+    }
+    return false;
+}
+
+void KivoraWidget::timerTick() {
+    if (engine_ == nullptr || !engine_->IsRecording()) {
+        return;
+    }
+    recordTime_->setText(RecordingTexts::Elapsed(engine_->GetRecordingTime()));
+    checkLimits();
+}
+
+void KivoraWidget::checkLimits() {
+    const QString reason = RecordingTexts::ReasonToStop(engine_->GetRecordingTime(), engine_->GetIdleTime());
+    if (reason.isEmpty()) {
+        return;
+    }
+    const QScopedValueRollback asking(askingAboutTakes_, true);
+    const bool captured = engine_->GetRecordedCount() > 0;
+    if (!engine_->StopRecording()) {
+        QMessageBox::critical(this, tr("Error"), tr("Failed to stop MIDI recording."));
+    } else if (!captured) {
+        QMessageBox::warning(this, tr("Warning"), reason);
+    } else if (QMessageBox::warning(this, tr("Warning"), reason + " " + tr("Do you want to save the recording?"),
+                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes) {
+        stopAndSave();
+    } else if (const auto waiting = takes_->GetWaiting(); !waiting.empty()) {
+        takes_->Refuse(waiting.back().id);
+    }
+}
+
+void KivoraWidget::takesChanged() {
+    if (!askingAboutTakes_) {
+        QTimer::singleShot(0, this, [this] { offerTakes(); });
+    }
+}
+
+bool KivoraWidget::offerTakes() {
+    if (takes_ == nullptr || askingAboutTakes_ || engine_->IsRecording()) {
+        return true;
+    }
+    const QScopedValueRollback asking(askingAboutTakes_, true);
+    bool decided = true;
+    for (const Kivora::WaitingTake& take : takes_->GetWaiting()) {
+        const QString started = QLocale().toString(QDateTime::fromSecsSinceEpoch(take.startedAt), QLocale::ShortFormat);
+        QMessageBox box(QMessageBox::Question, tr("Recording Not Saved"),
+                        tr("A recording of %1 (minutes and seconds), begun on %2, was not saved.")
+                                .arg(RecordingTexts::Elapsed(take.lengthMs), started) +
+                            "\n" + tr("Do you want to save the recording?"),
+                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+        box.setDefaultButton(QMessageBox::Save);
+        box.button(QMessageBox::Cancel)->setText(tr("Ask &later"));
+        switch (box.exec()) {
+            case QMessageBox::Save:
+                decided &= saveAs([this, &take](const NK::CString& path) { return takes_->Save(take.id, path); });
+                break;
+            case QMessageBox::Discard:
+                takes_->Refuse(take.id);
+                break;
+            default:
+                decided = false;
+                break;
+        }
+    }
+    return decided;
+}
+
+bool KivoraWidget::isReadyToClose() {
+    if (takes_ == nullptr) {
+        return true;
+    }
+    releaseHeld();
+    {
+        const QScopedValueRollback asking(askingAboutTakes_, true);
+        engine_->StopRecording();
+    }
+    if (offerTakes()) {
+        return true;
+    }
+    // What waits is offered again at the next start, if it is there to be offered.
+    const auto waiting = takes_->GetWaiting();
+    return std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; });
+}

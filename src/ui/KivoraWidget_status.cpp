@@ -1,0 +1,130 @@
+// What the panel shows of what is played and set.
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "midi/TMIDIMessage.h"
+#include "QtWidgets/piano/QPiano.h"
+#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
+#include "QtWidgets/skin/QBlinkingLed.h"
+#include "ui/arpeggiatorSettings.h"
+#include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
+#include "ui/PanelKey.h"
+
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+constexpr std::uint8_t kNoteOn = 0x90;
+constexpr std::uint8_t kController = 0xB0;
+constexpr std::uint8_t kSustain = 64;
+constexpr int kRainbow = 1;
+constexpr int kScriabin = 2;
+}  // namespace
+
+void KivoraWidget::MIDIMessageSent(int packedMessage) {
+    TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
+    piano_->ProcessMessage(message);
+    midiLamp_->blink();
+    if (message.status == kNoteOn && message.data2 > 0) {
+        lastVelocity_ = message.data2;
+        updateStatusDisplay();
+    } else if (message.status == kController && message.data1 == kSustain) {
+        sustainShown_ = message.data2 != 0;
+        updateStatusDisplay();
+    }
+}
+
+void KivoraWidget::updateStatusDisplay() {
+    display_->setVelocity(lastVelocity_ == 0 ? QStringLiteral("--") : QString::number(lastVelocity_));
+    display_->setSustain(sustainShown_ ? tr("ON") : tr("OFF"));
+}
+
+void KivoraWidget::synthSet() {
+    piano_->ReleaseAll();
+    updateVoiceParameters();
+    updateStatusDisplay();
+}
+
+void KivoraWidget::presetChanged() {
+    const QString name = engine_ != nullptr ? QString::fromWCharArray(engine_->GetPresetName().c_str()) : QString();
+    display_->setPreset(name.isEmpty() ? tr("Previous Settings") : name);
+    updateEffectWidgets();
+}
+
+void KivoraWidget::updateKeyNames() {
+    hintBar_->setTranslateKeyNames(engine_ == nullptr || engine_->GetTranslateKeyNames());
+}
+
+void KivoraWidget::updateKeyboardDisplay() {
+    if (engine_ == nullptr) {
+        return;
+    }
+    piano_->setNoteNames(engine_->GetShowNoteNames());
+    switch (engine_->GetKeyboardColoring()) {
+        case kRainbow:
+            piano_->setRainbowColors();
+            break;
+        case kScriabin:
+            piano_->setScriabinColors();
+            break;
+        default:
+            piano_->setNoColors();
+            break;
+    }
+}
+
+void KivoraWidget::updateTempo() {
+    const QString tempo = engine_ != nullptr ? QString::number(engine_->GetTempo()) : QString();
+    tempo_->setText(tempo);
+    display_->setTempo(tempo);
+}
+
+void KivoraWidget::updateMetronome() {
+    metronome_->setChecked(engine_ != nullptr && engine_->IsMetronomeOn());
+}
+
+void KivoraWidget::onMetronomeSwitch() {
+    if (engine_ != nullptr) {
+        engine_->SetMetronome(!engine_->IsMetronomeOn());
+    }
+    updateMetronome();
+}
+
+void KivoraWidget::onBar() {
+    barLamp_->blink();
+}
+
+void KivoraWidget::onBeat() {
+    beatLamp_->blink();
+}
+
+void KivoraWidget::arpeggiatingChanged() {
+    arpeggioOn_->setChecked(engine_ != nullptr && engine_->IsArpeggiating());
+    updateEffectWidgets();
+}
+
+void KivoraWidget::onArpeggiator() {
+    if (front_ != nullptr) {
+        front_->SetArpeggiating(!engine_->IsArpeggiating());
+    }
+    arpeggiatingChanged();
+}
+
+void KivoraWidget::updateEffectWidgets() {
+    for (arpeggiatorSettings* pane : {arpeggiator1_, arpeggiator2_}) {
+        pane->setEnabled(engine_ != nullptr);
+        pane->refresh();
+    }
+}
+
+void KivoraWidget::onArpeggiatorView() {
+    rightView_ = arpeggioView_->isChecked() ? RightView::kArpeggiator : RightView::kPCKeyCard;
+    updateRightPane();
+}
+
+void KivoraWidget::updateRightPane() {
+    const bool arpeggiators = rightView_ == RightView::kArpeggiator;
+    arpeggioView_->setChecked(arpeggiators);
+    arpeggiator1_->setVisible(arpeggiators);
+    arpeggiator2_->setVisible(arpeggiators);
+    composeBackground();
+}

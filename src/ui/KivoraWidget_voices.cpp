@@ -1,0 +1,237 @@
+// Voice modes, patches, and the parameter that the value keys change.
+#include <QTimer>
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "QtWidgets/piano/QGMPatchMenu.h"
+#include "QtWidgets/piano/QPiano.h"
+#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
+#include "QtWidgets/skin/QClickableLabel.h"
+#include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
+#include "ui/PanelKey.h"
+#include "ui/PatchTexts.h"
+
+using EMode = ParameterEditor::EMode;
+
+namespace {
+
+constexpr int kMainSlot = 0;
+constexpr int kDualSlot = 1;
+constexpr int kSplitSlot = 2;
+constexpr BYTE kSplitStartNote = 60;
+constexpr int kBlinkMs = 100;
+
+/// Figures on the main display have a true minus sign.
+QString Figure(int value) {
+    return value < 0 ? QString(QChar(0x2212)) + QString::number(-value) : QString::number(value);
+}
+
+}  // namespace
+
+void KivoraWidget::setEditMode(EMode mode) {
+    editor_.SetMode(mode);
+    updateEditMode();
+}
+
+void KivoraWidget::patch1Clicked() {
+    setEditMode(EMode::kPatch1);
+}
+
+void KivoraWidget::patch2Clicked() {
+    setEditMode(EMode::kPatch2);
+}
+
+void KivoraWidget::patch1NameClicked() {
+    setEditMode(EMode::kPatch1);
+}
+
+void KivoraWidget::patch2NameClicked() {
+    if (editor_.HasSecondVoice()) {
+        setEditMode(EMode::kPatch2);
+    }
+}
+
+void KivoraWidget::transpose1Clicked() {
+    setEditMode(EMode::kTranspose1);
+    updateKeyboardKeyLayout();
+}
+
+void KivoraWidget::transpose2Clicked() {
+    setEditMode(EMode::kTranspose2);
+    updateKeyboardKeyLayout();
+}
+
+void KivoraWidget::volume1Clicked() {
+    setEditMode(EMode::kVolume1);
+}
+
+void KivoraWidget::volume2Clicked() {
+    setEditMode(EMode::kVolume2);
+}
+
+void KivoraWidget::tempoClicked() {
+    setEditMode(EMode::kTempo);
+}
+
+void KivoraWidget::updateEditMode() {
+    const bool second = editor_.HasSecondVoice();
+    if (engine_ != nullptr) {
+        editor_.LeaveMissingVoice();
+    }
+    for (PanelKey* button : {patch2_, transpose2_, volume2_}) {
+        button->setEnabled(second);
+    }
+    const struct {
+        PanelKey* button;
+        EMode mode;
+    } keys[] = {{patch1_, EMode::kPatch1},
+                {patch2_, EMode::kPatch2},
+                {transpose1_, EMode::kTranspose1},
+                {transpose2_, EMode::kTranspose2},
+                {volume1_, EMode::kVolume1},
+                {volume2_, EMode::kVolume2},
+                {tempo_, EMode::kTempo}};
+    for (const auto& key : keys) {
+        key.button->setChecked(key.mode == editor_.GetMode());
+    }
+    updateVoiceParameters();
+}
+
+int KivoraWidget::shownSecondarySlot() const {
+    if (engine_ == nullptr) {
+        return -1;
+    }
+    return engine_->IsSplit() ? kSplitSlot : engine_->IsDual() ? kDualSlot : -1;
+}
+
+void KivoraWidget::updateVoiceParameters() {
+    const int secondary = shownSecondarySlot();
+    const auto patch = [this](int slot) {
+        if (engine_ == nullptr) {
+            return PatchTexts::kNoEngine;
+        }
+        return slot < 0 ? PatchTexts::kNoSecondVoice : engine_->GetPatch(slot);
+    };
+    const auto number = [this](int slot, int (Kivora::CKivora::*get)(int) const) {
+        return engine_ == nullptr || slot < 0 ? QString() : QString::number((engine_->*get)(slot));
+    };
+    patch1_->setText(PatchTexts::Label(patch(kMainSlot)));
+    patch2_->setText(PatchTexts::Label(patch(secondary)));
+    transpose1_->setText(number(kMainSlot, &Kivora::CKivora::GetTranspose));
+    transpose2_->setText(number(secondary, &Kivora::CKivora::GetTranspose));
+    volume1_->setText(number(kMainSlot, &Kivora::CKivora::GetVolume));
+    volume2_->setText(number(secondary, &Kivora::CKivora::GetVolume));
+    patchChanged();
+}
+
+void KivoraWidget::patchChanged() {
+    const int secondary = shownSecondarySlot();
+    const auto voiceOf = [this](int slot) {
+        MainDisplay::Voice voice;
+        if (engine_ == nullptr) {
+            voice.name = PatchTexts::ErrorName();
+        } else if (slot < 0) {
+            voice.present = false;
+        } else {
+            voice.name = PatchTexts::NameOf(engine_->GetPatch(slot), engine_->GetTranslatePatchNames());
+            voice.transposition = Figure(engine_->GetTranspose(slot));
+            voice.volume = Figure(engine_->GetVolume(slot));
+        }
+        return voice;
+    };
+    display_->setVoice(0, voiceOf(kMainSlot));
+    display_->setVoice(1, voiceOf(secondary));
+    if (engine_ != nullptr) {
+        patch1_->setText(PatchTexts::Label(engine_->GetPatch(kMainSlot)));
+        patch2_->setText(PatchTexts::Label(secondary < 0 ? PatchTexts::kNoSecondVoice : engine_->GetPatch(secondary)));
+    }
+}
+
+void KivoraWidget::blinkButton(PanelKey* button) {
+    button->setDown(true);
+    QTimer::singleShot(kBlinkMs, button, [button] { button->setDown(false); });
+}
+
+void KivoraWidget::stepUpClicked() {
+    blinkButton(plus_);
+    editor_.StepUp();
+}
+
+void KivoraWidget::stepDownClicked() {
+    blinkButton(minus_);
+    editor_.StepDown();
+}
+
+void KivoraWidget::setVoiceMode(bool dual, bool split) {
+    if (front_ != nullptr) {
+        front_->SetVoiceMode(dual, split);
+        piano_->ReleaseAll();
+        updateVoiceModeButtons();
+        patchChanged();
+    } else {
+        updateVoiceModeButtons();
+    }
+}
+
+void KivoraWidget::vm1Clicked() {
+    setVoiceMode(false, false);
+}
+
+void KivoraWidget::vm2Clicked() {
+    setVoiceMode(true, false);
+}
+
+void KivoraWidget::vmSClicked() {
+    setVoiceMode(false, true);
+}
+
+void KivoraWidget::updateVoiceModeButtons() {
+    const bool dual = engine_ != nullptr && engine_->IsDual();
+    const bool split = engine_ != nullptr && engine_->IsSplit();
+    single_->setChecked(!dual && !split);
+    dual_->setChecked(dual && !split);
+    split_->setChecked(split);
+    display_->setMode(split ? tr("SPLIT") : dual ? tr("DUAL") : tr("SINGLE"));
+    updateEditMode();
+    updateKeyboardKeyLayout();
+}
+
+void KivoraWidget::updateKeyboardKeyLayout() {
+    const bool split = engine_ != nullptr && engine_->IsSplit();
+    piano_->setSplitMainPartStartKey(split ? kSplitStartNote : 0);
+    hintBar_->update();
+}
+
+void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint position) {
+    if (engine_ == nullptr) {
+        return;
+    }
+    releaseHeld();
+    const int program = engine_->GetPatch(slot);
+    QGMPatchMenu menu(slot, program, this);
+    const std::optional<int> choice = menu.choose(widget->mapToGlobal(position));
+    if (choice && *choice != program) {
+        front_->SetPatch(*choice, slot);
+    }
+}
+
+void KivoraWidget::patch1Menu(QPoint position) {
+    showPatchMenu(kMainSlot, display_->nameArea(0), position);
+}
+
+void KivoraWidget::patch1ButtonMenu(QPoint position) {
+    showPatchMenu(kMainSlot, patch1_, position);
+}
+
+void KivoraWidget::patch2Menu(QPoint position) {
+    if (editor_.HasSecondVoice()) {
+        showPatchMenu(editor_.SecondarySlot(), display_->nameArea(1), position);
+    }
+}
+
+void KivoraWidget::patch2ButtonMenu(QPoint position) {
+    if (editor_.HasSecondVoice()) {
+        showPatchMenu(editor_.SecondarySlot(), patch2_, position);
+    }
+}

@@ -1,0 +1,69 @@
+// The lit display in the middle of the panel.
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+#include <array>
+
+#include "ui/PanelLabel.h"
+#include "ui/PatchTexts.h"
+
+class QClickableLabel;
+
+/// A view: shows what it is told. Voices are 0 and 1. [gui]
+class MainDisplay : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Voice {
+        PatchTexts::Name name;
+        QString transposition;
+        QString volume;
+        bool present = true;  ///< its number is pale otherwise
+    };
+
+    explicit MainDisplay(QWidget* parent = nullptr);
+
+    /// The picture under the texts, not owned, and the glass's colour.
+    void setGlass(const QPixmap* glass, const QColor& glassColor);
+    void setPreset(const QString& name) { preset_->setText(name); }
+    void setVoice(int index, const Voice& voice);
+    void setMode(const QString& text) { mode_->setText(text); }
+    void setTempo(const QString& text) { tempo_->setText(text); }
+    void setVelocity(const QString& text) { velocity_->setText(text); }
+    void setSustain(const QString& text);
+
+    /// Where a patch name is clicked.
+    QClickableLabel* nameArea(int index) const { return rows_.at(static_cast<std::size_t>(index)).area; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Row {
+        PanelLabel* family;
+        PanelLabel* program;
+        PanelLabel* transposition;
+        PanelLabel* volume;
+        QClickableLabel* area;
+        bool present;
+    };
+
+    PanelLabel* addLabel(const char* objectName, const PanelTextStyle& style, const QRect& box, double baseline,
+                         Qt::Alignment alignment);
+    void addRow(int index, int top);
+    void nameControls();
+    void drawLegends(QPainter& painter, const QColor& ink, const QColor& badgeText) const;
+    void drawBadge(QPainter& painter, int index, const QColor& ink, const QColor& text) const;
+
+    const QPixmap* glass_ = nullptr;
+    QColor glassColor_ = Qt::white;
+    PanelLabel* preset_;  // Qt's parent owns the labels
+    std::array<Row, 2> rows_{};
+    PanelLabel* mode_;
+    PanelLabel* tempo_;
+    PanelLabel* velocity_;
+    PanelLabel* sustain_;
+};

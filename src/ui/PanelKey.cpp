@@ -1,0 +1,47 @@
+#include "ui/PanelKey.h"
+
+#include <QPainter>
+
+namespace {
+constexpr double kDisabledOpacity = 0.4;
+constexpr double kMargin = 5.0;  // logical pixels on either side of the caption
+}  // namespace
+
+void PanelKey::setCaptionStyle(const PanelTextStyle& style, double baseline) {
+    style_ = style;
+    baseline_ = baseline;
+    hasCaption_ = true;
+    update();
+}
+
+void PanelKey::setCaptionColors(const QColor& normal, const QColor& on) {
+    normalColor_ = normal;
+    onColor_ = on;
+    update();
+}
+
+void PanelKey::setCaptionTravel(double y) {
+    travel_ = y;
+    update();
+}
+
+double PanelKey::captionWidth() const {
+    return width() - 2 * kMargin;
+}
+
+QString PanelKey::fittedCaption() const {
+    return PanelText::Fit(style_, text(), captionWidth()).text;
+}
+
+void PanelKey::paintEvent(QPaintEvent* event) {
+    QPixmapButton::paintEvent(event);
+    if (!hasCaption_) {
+        return;
+    }
+    const bool on = isCheckable() ? isChecked() : isDown();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+    PanelText::Draw(painter, style_.Colored(on ? onColor_ : normalColor_), text(),
+                    {width() / 2.0, baseline_ + (on ? travel_ : 0.0)}, Qt::AlignHCenter, captionWidth());
+}

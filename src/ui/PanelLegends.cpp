@@ -1,0 +1,170 @@
+#include "ui/PanelLegends.h"
+
+#include <array>
+#include <QCoreApplication>
+#include <QPainter>
+
+#include "ui/PanelGeometry.h"
+#include "ui/PanelSkin.h"
+#include "ui/PanelText.h"
+
+namespace {
+
+QString Text(const char* source) {
+    return QCoreApplication::translate("PanelLegends", source);
+}
+
+/// A legend's text, the place of its baseline and the room it has.
+struct Legend {
+    const char* text;
+    double x;
+    double y;
+    Qt::AlignmentFlag alignment;
+    double width;
+};
+
+constexpr std::array<Legend, 14> kLegends = {{
+    {QT_TRANSLATE_NOOP("PanelLegends", "Voice mode"), 24, 61, Qt::AlignLeft, 216},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Bar"), 48, 130.6, Qt::AlignLeft, 30},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Beat"), 96, 130.6, Qt::AlignLeft, 34},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Recorder"), 199, 130.6, Qt::AlignRight, 66},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Octave shift"), 24, 251, Qt::AlignLeft, 216},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Patch"), 387, 213, Qt::AlignHCenter, 114},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Transpose"), 513, 213, Qt::AlignHCenter, 114},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Volume"), 639, 213, Qt::AlignHCenter, 114},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Voice 1"), 270, 238.4, Qt::AlignLeft, 56},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Voice 2"), 270, 274.4, Qt::AlignLeft, 56},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Value"), 724, 61, Qt::AlignLeft, 128},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Preset"), 724, 251, Qt::AlignLeft, 128},
+    {QT_TRANSLATE_NOOP("PanelLegends", "On"), 1016, 65.4, Qt::AlignRight, 40},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Edit"), 1115, 65.4, Qt::AlignRight, 52},
+}};
+
+constexpr std::array<Legend, 2> kMetronomeLegends = {{
+    {QT_TRANSLATE_NOOP("PanelLegends", "Tempo"), 24, 159.5, Qt::AlignLeft, 114},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Metronome"), 150, 159.5, Qt::AlignLeft, 92},
+}};
+
+constexpr std::array<Legend, 3> kRecorderLegends = {{
+    {QT_TRANSLATE_NOOP("PanelLegends", "Time"), 24, 159.5, Qt::AlignLeft, 114},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Rec"), 171, 159.5, Qt::AlignHCenter, 48},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Stop"), 219, 159.5, Qt::AlignHCenter, 48},
+}};
+
+struct CardRow {
+    const char* key;
+    const char* meaning;
+};
+
+constexpr std::array<CardRow, 5> kCard = {{
+    {QT_TRANSLATE_NOOP("PanelLegends", "Shift"), QT_TRANSLATE_NOOP("PanelLegends", "play louder")},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Ctrl"), QT_TRANSLATE_NOOP("PanelLegends", "play softer")},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Space"), QT_TRANSLATE_NOOP("PanelLegends", "sustain pedal")},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Esc"), QT_TRANSLATE_NOOP("PanelLegends", "silence and reset")},
+    {QT_TRANSLATE_NOOP("PanelLegends", "Alt  \xE2\x88\x92  +"), QT_TRANSLATE_NOOP("PanelLegends", "change the value")},
+}};
+
+constexpr QRectF kCardKey{880, 112, 84, 24};
+constexpr int kCardRowHeight = 35;
+constexpr double kCardMeaningX = 976;
+constexpr double kCardMeaningWidth = 180;
+constexpr double kCardMeaningPixels = 12;
+
+constexpr QColor kWhite(255, 255, 255);
+constexpr int kOctaves = 5;
+constexpr int kWhiteKeysInOctave = 7;
+constexpr double kOctaveNameBaseline = 312.8;
+constexpr double kOctaveNameSpacing = 0.8;
+
+QColor White(double opacity) {
+    QColor color = kWhite;
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
+template <std::size_t N>
+void DrawAll(QPainter& painter, const std::array<Legend, N>& legends) {
+    for (const Legend& legend : legends) {
+        PanelText::Draw(painter, PanelText::kLegend, Text(legend.text), {legend.x, legend.y}, legend.alignment,
+                        legend.width);
+    }
+}
+
+void DrawCard(QPainter& painter) {
+    PanelText::Draw(painter, PanelText::kLegend,
+                    Text(QT_TRANSLATE_NOOP("PanelLegends", "Playing from the PC keyboard")), {880, 98.5}, Qt::AlignLeft,
+                    276);
+    PanelTextStyle meaning = PanelText::kSmallLegend;
+    meaning.pixels = kCardMeaningPixels;
+    meaning.capitals = false;
+    double top = 0;
+    for (const CardRow& row : kCard) {
+        const QRectF key = kCardKey.translated(0, top);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(White(0.055));
+        painter.drawRoundedRect(key, 4, 4);
+        painter.setPen(White(0.3));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(key.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
+        PanelText::Draw(painter, PanelText::kCaption, Text(row.key), {key.center().x(), key.top() + 15.8},
+                        Qt::AlignHCenter, key.width() - 8);
+        PanelText::Draw(painter, meaning, Text(row.meaning), {kCardMeaningX, key.top() + 16}, Qt::AlignLeft,
+                        kCardMeaningWidth);
+        top += kCardRowHeight;
+    }
+}
+
+QString OctaveName(int octave) {
+    switch (octave) {
+        case 0:
+            return QCoreApplication::translate("Octave names", "GREAT");
+        case 1:
+            return QCoreApplication::translate("Octave names", "SMALL");
+        default:
+            return QString::number(octave - 1);
+    }
+}
+
+/// The octaves of the piano's five and the key above them.
+void DrawOctaveNames(QPainter& painter) {
+    PanelTextStyle style = PanelText::kSmallLegend;
+    style.spacing = kOctaveNameSpacing;
+    constexpr double octaveWidth = kWhiteKeysInOctave * PanelGeometry::kWhiteKeyWidth;
+    for (int octave = 0; octave < kOctaves; ++octave) {
+        const double left = PanelGeometry::kOctaveNames.left() + octave * octaveWidth;
+        const double middle = left + octaveWidth / 2;
+        const QString name = OctaveName(octave);
+        const double gap = PanelText::Fit(style, name, octaveWidth).Width() / 2 + 8;
+        painter.setPen(White(0.24));
+        painter.drawPolyline(QPolygonF({{left + 3.5, 313.5}, {left + 3.5, 309.5}, {middle - gap, 309.5}}));
+        painter.drawPolyline(
+            QPolygonF({{middle + gap, 309.5}, {left + octaveWidth - 3.5, 309.5}, {left + octaveWidth - 3.5, 313.5}}));
+        PanelText::Draw(painter, style, name, {middle, kOctaveNameBaseline}, Qt::AlignHCenter, octaveWidth);
+    }
+    const double last =
+        PanelGeometry::kOctaveNames.left() + kOctaves * octaveWidth + PanelGeometry::kWhiteKeyWidth / 2.0;
+    PanelText::Draw(painter, style, OctaveName(kOctaves), {last, kOctaveNameBaseline}, Qt::AlignHCenter,
+                    PanelGeometry::kWhiteKeyWidth);
+}
+
+}  // namespace
+
+void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, double devicePixelRatio) {
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+    PanelText::Draw(painter, PanelText::kHeaderLegend, Text(QT_TRANSLATE_NOOP("PanelLegends", "MIDI")), {845, 25.6},
+                    Qt::AlignRight, 80);
+    DrawAll(painter, kLegends);
+    PanelText::Draw(painter, PanelText::kTitle, Text(QT_TRANSLATE_NOOP("PanelLegends", "Arpeggio")), {880, 65.4},
+                    Qt::AlignLeft, 90);
+    if (left == LeftView::kMetronome) {
+        DrawAll(painter, kMetronomeLegends);
+    } else {
+        DrawAll(painter, kRecorderLegends);
+    }
+    if (right == RightView::kArpeggiator) {
+        painter.drawPixmap(PanelGeometry::kArpeggiatorRule, LoadSkinPicture("Pane_Arp", devicePixelRatio));
+    } else {
+        DrawCard(painter);
+    }
+    DrawOctaveNames(painter);
+}

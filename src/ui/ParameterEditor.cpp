@@ -1,0 +1,84 @@
+#include "ui/ParameterEditor.h"
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+
+namespace {
+constexpr int kMainSlot = 0;
+constexpr int kDualSlot = 1;
+constexpr int kSplitSlot = 2;
+}  // namespace
+
+bool ParameterEditor::HasSecondVoice() const {
+    return front_ != nullptr && (front_->GetEngine().IsDual() || front_->GetEngine().IsSplit());
+}
+
+int ParameterEditor::SecondarySlot() const {
+    if (front_ == nullptr || front_->GetEngine().IsDual()) {
+        return kDualSlot;
+    }
+    return front_->GetEngine().IsSplit() ? kSplitSlot : kDualSlot;
+}
+
+void ParameterEditor::LeaveMissingVoice() {
+    if (HasSecondVoice()) {
+        return;
+    }
+    switch (mode_) {
+        case EMode::kPatch2:
+            mode_ = EMode::kPatch1;
+            break;
+        case EMode::kTranspose2:
+            mode_ = EMode::kTranspose1;
+            break;
+        case EMode::kVolume2:
+            mode_ = EMode::kVolume1;
+            break;
+        default:
+            break;
+    }
+}
+
+void ParameterEditor::StepUp() {
+    if (front_ == nullptr) {
+        return;
+    }
+    switch (mode_) {
+        case EMode::kPatch1:
+            return front_->NextPatch(kMainSlot);
+        case EMode::kPatch2:
+            return front_->NextPatch(SecondarySlot());
+        case EMode::kTranspose1:
+            return front_->TransposeUp(kMainSlot);
+        case EMode::kTranspose2:
+            return front_->TransposeUp(SecondarySlot());
+        case EMode::kVolume1:
+            return front_->GetEngine().VolumeUp(kMainSlot);
+        case EMode::kVolume2:
+            return front_->GetEngine().VolumeUp(SecondarySlot());
+        case EMode::kTempo:
+            return front_->GetEngine().TempoUp();
+    }
+}
+
+void ParameterEditor::StepDown() {
+    if (front_ == nullptr) {
+        return;
+    }
+    switch (mode_) {
+        case EMode::kPatch1:
+            return front_->PrevPatch(kMainSlot);
+        case EMode::kPatch2:
+            return front_->PrevPatch(SecondarySlot());
+        case EMode::kTranspose1:
+            return front_->TransposeDown(kMainSlot);
+        case EMode::kTranspose2:
+            return front_->TransposeDown(SecondarySlot());
+        case EMode::kVolume1:
+            return front_->GetEngine().VolumeDown(kMainSlot);
+        case EMode::kVolume2:
+            return front_->GetEngine().VolumeDown(SecondarySlot());
+        case EMode::kTempo:
+            return front_->GetEngine().TempoDown();
+    }
+}

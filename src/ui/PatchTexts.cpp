@@ -1,0 +1,69 @@
+#include "ui/PatchTexts.h"
+
+#include <array>
+#include <QCoreApplication>
+
+#include "midi/GMNames.h"
+#include "nk/nk_exception.h"
+#include "QtWidgets/piano/NoteNamesQt.h"
+
+namespace PatchTexts {
+
+namespace {
+
+constexpr const char* kFamilyContext = "GM family";
+constexpr int kProgramsInFamily = 8;
+constexpr int kHighestProgram = 127;
+
+// General MIDI level 1 sound set, instrument families.
+constexpr std::array<const char*, 16> kFamilies = {
+    QT_TRANSLATE_NOOP("GM family", "Piano"),         QT_TRANSLATE_NOOP("GM family", "Chromatic Percussion"),
+    QT_TRANSLATE_NOOP("GM family", "Organ"),         QT_TRANSLATE_NOOP("GM family", "Guitar"),
+    QT_TRANSLATE_NOOP("GM family", "Bass"),          QT_TRANSLATE_NOOP("GM family", "Strings"),
+    QT_TRANSLATE_NOOP("GM family", "Ensemble"),      QT_TRANSLATE_NOOP("GM family", "Brass"),
+    QT_TRANSLATE_NOOP("GM family", "Reed"),          QT_TRANSLATE_NOOP("GM family", "Pipe"),
+    QT_TRANSLATE_NOOP("GM family", "Synth Lead"),    QT_TRANSLATE_NOOP("GM family", "Synth Pad"),
+    QT_TRANSLATE_NOOP("GM family", "Synth Effects"), QT_TRANSLATE_NOOP("GM family", "Ethnic"),
+    QT_TRANSLATE_NOOP("GM family", "Percussive"),    QT_TRANSLATE_NOOP("GM family", "Sound Effects"),
+};
+
+constexpr const char* kPercussions = QT_TRANSLATE_NOOP("GM family", "Percussions");
+
+QString FamilyText(const char* source, bool translated) {
+    return translated ? QCoreApplication::translate(kFamilyContext, source) : QString::fromLatin1(source);
+}
+
+}  // namespace
+
+QString Label(int program) {
+    if (program >= 0) {
+        return QString::number(program + 1);
+    }
+    switch (program) {
+        case kDrumKit:
+            return QStringLiteral("DK");
+        case kNoSecondVoice:
+            return {};
+        default:
+            return QStringLiteral("Err");
+    }
+}
+
+Name NameOf(int program, bool translated) {
+    if (program > kHighestProgram) {
+        throw NK::CException(L"Invalid MIDI patch number.");
+    }
+    if (program < 0) {
+        return {FamilyText(kPercussions, translated),
+                translated ? GMDrumKitName() : QString::fromLatin1(NK::MIDI::GetDrumKitText())};
+    }
+    return {FamilyText(kFamilies.at(static_cast<std::size_t>(program / kProgramsInFamily)), translated),
+            translated ? GMProgramName(program) : QString::fromLatin1(NK::MIDI::GetGMProgramText(program))};
+}
+
+Name ErrorName() {
+    return {QCoreApplication::translate("KivoraWidget", "Error"),
+            QCoreApplication::translate("KivoraWidget", "Error: pointer to the engine is NULL")};
+}
+
+}  // namespace PatchTexts

@@ -1,0 +1,28 @@
+// How a voice's patch is shown on the panel.
+#pragma once
+
+#include <QString>
+
+/// Programs are 0-based; -1 is the drum kit.
+namespace PatchTexts {
+
+inline constexpr int kDrumKit = -1;
+inline constexpr int kNoSecondVoice = -100000;
+inline constexpr int kNoEngine = -100001;
+
+/// The number that a parameter key shows: 1-based, "DK" for the drum kit, nothing without a second voice, "Err" for
+/// any other negative value.
+QString Label(int program);
+
+struct Name {
+    QString family;
+    QString program;
+};
+
+/// The two lines on the main display, in the interface's language or in English. Throws NK::CException
+/// "Invalid MIDI patch number." for a program above 127.
+Name NameOf(int program, bool translated);
+/// Without an engine.
+Name ErrorName();
+
+}  // namespace PatchTexts

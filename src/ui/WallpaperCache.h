@@ -1,0 +1,27 @@
+// The user's wallpaper, scaled once and kept.
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+/// Keeps the wallpaper of the last path, scaled to the width that was asked for, in "wallpaper.bmp" and its path in
+/// "wallpaper.txt", so that a big picture is decoded once. [gui]
+class WallpaperCache {
+public:
+    struct Result {
+        QImage image;   ///< null when there is no picture to show
+        QString error;  ///< what to tell the user, empty for nothing; the image may stand all the same
+    };
+
+    /// The folder is created with the first picture.
+    explicit WallpaperCache(const QString& folder) : folder_(folder) {}
+
+    /// The picture at that path, `width` pixels wide with its own proportions.
+    Result Load(const QString& path, int width) const;
+
+private:
+    QImage LoadKept(const QString& path, int width) const;
+    QString Keep(const QImage& image, const QString& path) const;
+
+    QString folder_;
+};
