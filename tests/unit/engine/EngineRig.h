@@ -50,7 +50,7 @@ public:
                     },
                 .synth = synth,
                 .userDataDir = NK::CString::FromUtf8((folder / "user").native()),
-                .factoryPresetsDir = NK::CString::FromUtf8((folder / "factory").native()),
+                .factoryPresetsDir = NK::CString::FromUtf8(factoryPresets.native()),
                 .wallClockMs = [this] { return time.GetTimeMs(); },
                 .sleeper = time,
                 .runTickTimer = false};
@@ -97,6 +97,7 @@ public:
     }
 
     CTemporaryFolder folder;  ///< holds "user", the user's data, and "factory", the factory's presets
+    std::filesystem::path factoryPresets = folder / "factory";
     CVirtualTime time;
     std::shared_ptr<LibMidi::SynthControl> synth;
     FakeBackend backend;
