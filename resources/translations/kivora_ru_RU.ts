@@ -11,24 +11,21 @@
         <source>Play a short demonstration, leave a screenshot, a MIDI file and a sound file in &lt;folder&gt;, and quit.</source>
         <translation>Сыграть короткую демонстрацию, оставить в &lt;папке&gt; снимок экрана, MIDI-файл и звуковой файл и завершить работу.</translation>
     </message>
-</context>
-<context>
-    <name>Desktop</name>
     <message>
-        <source>Help Not Found</source>
-        <translation>Справка не найдена</translation>
+        <source>Take the interface language of &lt;locale&gt;, such as ru_RU, for this run.</source>
+        <translation>Взять на этот запуск язык интерфейса &lt;локали&gt;, например ru_RU.</translation>
     </message>
     <message>
-        <source>Sorry, the help file is not available:</source>
-        <translation>К сожалению, файл справки недоступен:</translation>
+        <source>locale</source>
+        <translation>локаль</translation>
     </message>
     <message>
-        <source>Cannot Launch Help</source>
-        <translation>Не удаётся открыть справку</translation>
+        <source>folder</source>
+        <translation>папка</translation>
     </message>
     <message>
-        <source>Sorry, failed to open the help file:</source>
-        <translation>К сожалению, не удалось открыть файл справки:</translation>
+        <source>Leave pictures of the panel in &lt;folder&gt; and quit.</source>
+        <translation>Оставить в &lt;папке&gt; изображения панели и завершить работу.</translation>
     </message>
 </context>
 <context>
@@ -793,6 +790,10 @@
     <message>
         <source>Failed to create MIDI engine (unknown exception).</source>
         <translation>Не удалось запустить MIDI (неизвестное исключение).</translation>
+    </message>
+    <message>
+        <source>Engine creation failed.</source>
+        <translation>Не удалось создать движок.</translation>
     </message>
 </context>
 <context>

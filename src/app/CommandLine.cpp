@@ -4,24 +4,38 @@
 #include <QCoreApplication>
 
 namespace Kivora {
+namespace {
+
+QString Tr(const char* text) {
+    return QCoreApplication::translate("CommandLine", text);
+}
+
+}  // namespace
 
 CommandLine CommandLine::Parse(const QStringList& arguments) {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QCoreApplication::translate("CommandLine",
-                                    "A virtual MIDI keyboard: play on the computer keys, on the "
-                                    "screen's piano and on a MIDI keyboard."));
+        Tr(QT_TRANSLATE_NOOP("CommandLine",
+                             "A virtual MIDI keyboard: play on the computer keys, on the screen's piano "
+                             "and on a MIDI keyboard.")));
     parser.addHelpOption();
     parser.addVersionOption();
+    const QCommandLineOption locale(
+        "locale",
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "Take the interface language of <locale>, such as ru_RU, for this run.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "locale")));
     const QCommandLineOption demonstration(
         "demo",
-        QCoreApplication::translate("CommandLine",
-                                    "Play a short demonstration, leave a screenshot, a MIDI file and a sound file in "
-                                    "<folder>, and quit."),
-        "folder");
-    parser.addOption(demonstration);
+        Tr(QT_TRANSLATE_NOOP("CommandLine",
+                             "Play a short demonstration, leave a screenshot, a MIDI file and a sound "
+                             "file in <folder>, and quit.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
+    const QCommandLineOption pictures(
+        "pictures", Tr(QT_TRANSLATE_NOOP("CommandLine", "Leave pictures of the panel in <folder> and quit.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
+    parser.addOptions({locale, demonstration, pictures});
     parser.process(arguments);
-    return {parser.value(demonstration)};
+    return {parser.value(locale), parser.value(demonstration), parser.value(pictures)};
 }
 
 }  // namespace Kivora

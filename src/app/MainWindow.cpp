@@ -5,24 +5,27 @@
 #include <QMessageBox>
 #include <QScreen>
 
-#include "app/Backends.h"
-#include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "nk/nk_exception.h"
+#include "nk/nk_logger.h"
+#include "ui/About.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
 
-MainWindow::MainWindow() {
+MainWindow::MainWindow(const EngineCreator& createEngine) {
     setObjectName("KivoraMainWindowClass");
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
-    CreateEngine();
+    CreateEngine(createEngine);
     panel_ = new KivoraWidget(front_.get(), this);
     setCentralWidget(panel_);
     FitAndCentre();
 }
 
 MainWindow::~MainWindow() {
+    if (front_ && !engine_->SaveSettings()) {
+        NK::Log(L"The settings could not be saved.");
+    }
     // The panel goes first: it ends what its keys hold and refers to the engine.
     delete panel_;
     if (front_) {
@@ -30,12 +33,15 @@ MainWindow::~MainWindow() {
     }
 }
 
-void MainWindow::CreateEngine() {
+void MainWindow::CreateEngine(const EngineCreator& createEngine) {
     const auto showFatal = [this](const QString& text) {
         QMessageBox::critical(this, tr("Fatal Error"), text + "\r\n" + tr("Sorry, the application cannot continue."));
     };
     try {
-        engine_ = std::make_unique<CKivora>(CreateEngineDependencies());
+        engine_ = createEngine();
+        if (!engine_) {
+            throw NK::CException(tr("Engine creation failed.").toStdWString().c_str());
+        }
         front_ = std::make_unique<EngineFront>(*engine_);
     } catch (const NK::CException& error) {
         showFatal(QString::fromWCharArray(error.GetMessage()));
@@ -47,9 +53,21 @@ void MainWindow::CreateEngine() {
 void MainWindow::FitAndCentre() {
     setFixedSize(panel_->sizeHint());
     adjustSize();
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect available = screen()->availableGeometry();
     move(available.left() + (available.width() - frameGeometry().width()) / 2,
          available.top() + (available.height() - frameGeometry().height()) / 2);
+}
+
+void MainWindow::ShowAbout() {
+    kivoraAbout about(this);
+    connect(&about, &kivoraAbout::webSiteWanted, this, &MainWindow::ShowWebSite);
+    about.exec();
+}
+
+void MainWindow::ShowWebSite(const QString& address) {
+    if (!webSite_ || !webSite_->IsRunning()) {
+        webSite_ = std::make_unique<CLauncher>(NK::CString(address.toStdWString()), nullptr);
+    }
 }
 
 }  // namespace Kivora

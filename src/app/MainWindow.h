@@ -1,22 +1,28 @@
 // The window that owns the engine and the front panel.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <QMainWindow>
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "locale/CLauncher.h"
 
 class KivoraWidget;
 
 namespace Kivora {
 
-class CKivora;
-class EngineFront;
-
-/// Creates the engine, says in a box why it could not, and goes on without one. Cannot be resized. [gui]
+/// Creates the engine, says in a box why it could not, and goes on without one. Holds exactly the panel and cannot be
+/// resized. Saves the engine's settings when it is destroyed. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    MainWindow();
+    /// May throw; null counts as a failure too.
+    using EngineCreator = std::function<std::unique_ptr<CKivora>()>;
+
+    explicit MainWindow(const EngineCreator& createEngine);
     ~MainWindow() override;
 
     /// Null when the engine could not be created.
@@ -24,12 +30,15 @@ public:
     KivoraWidget* GetPanel() const { return panel_; }
 
 private:
-    void CreateEngine();
+    void CreateEngine(const EngineCreator& createEngine);
     void FitAndCentre();
+    void ShowAbout();
+    void ShowWebSite(const QString& address);
 
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
+    std::unique_ptr<CLauncher> webSite_;
 };
 
 }  // namespace Kivora

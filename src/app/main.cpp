@@ -1,16 +1,27 @@
+#include <memory>
 #include <optional>
 #include <QApplication>
+#include <QIcon>
 #include <QStyleFactory>
-#include <QTimer>
 
+#include "app/Backends.h"
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
 #include "app/MainWindow.h"
+#include "app/PanelPictures.h"
 #include "locale/Locale.h"
 #include "nk/nk_thread_role.h"
 #include "ui/EmbeddedFonts.h"
 
 namespace {
+
+void SetIdentity() {
+    QApplication::setApplicationName("Kivora LX");
+    QApplication::setApplicationVersion(KIVORA_VERSION);
+    QApplication::setOrganizationName("Brennholt");
+    QGuiApplication::setDesktopFileName("kivora");
+    QApplication::setWindowIcon(QIcon(":/Resources/Kivora.ico"));
+}
 
 /// The style that the panel is designed for, or its successor where it is not installed.
 void SetStyle() {
@@ -26,22 +37,26 @@ void SetStyle() {
 int main(int argc, char** argv) {
     NK_REGISTER_THREAD_ROLE(gui);
     QApplication application(argc, argv);
-    QApplication::setApplicationName("Kivora LX");
-    QApplication::setApplicationVersion(KIVORA_VERSION);
-    QGuiApplication::setDesktopFileName("kivora");
-    const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
+    SetIdentity();
     SetStyle();
     Kivora::RegisterEmbeddedFonts();
     Kivora::InitLocale();
+    const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
+    if (!commandLine.locale.isEmpty()) {
+        Kivora::SetLocale(commandLine.locale, false);
+    }
 
     std::optional<Kivora::Demonstration> demonstration;
     if (!commandLine.demonstrationDir.isEmpty()) {
         demonstration.emplace(commandLine.demonstrationDir);
     }
-    Kivora::MainWindow window;
+    Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
     window.show();
     if (demonstration) {
         demonstration->Start(window);
+    }
+    if (!commandLine.pictureDir.isEmpty()) {
+        return Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) ? 0 : 1;
     }
     return QApplication::exec();
 }

@@ -1,0 +1,38 @@
+#include "app/PanelPictures.h"
+
+#include <iostream>
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QDir>
+#include <QPixmap>
+#include <QWidget>
+
+namespace Kivora {
+namespace {
+
+bool Save(QWidget& panel, const QString& path) {
+    QCoreApplication::processEvents();
+    if (panel.grab().save(path)) {
+        return true;
+    }
+    std::cerr << "kivora: the picture " << path.toStdString() << " could not be written\n";
+    return false;
+}
+
+}  // namespace
+
+bool SavePanelPictures(QWidget& panel, const QString& dir) {
+    const QDir folder(dir);
+    folder.mkpath(".");
+    if (!Save(panel, folder.filePath("panel.png"))) {
+        return false;
+    }
+    for (const char* name : {"record-view", "arpeggio-view"}) {
+        if (auto* button = panel.findChild<QAbstractButton*>(name)) {
+            button->click();
+        }
+    }
+    return Save(panel, folder.filePath("panel-alt.png"));
+}
+
+}  // namespace Kivora

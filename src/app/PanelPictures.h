@@ -1,0 +1,15 @@
+// Pictures of the panel for the manual.
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace Kivora {
+
+/// Creates the folder and leaves "panel.png" in it, the panel as it is, and "panel-alt.png", with the other views of
+/// its left and right pane. False, with a line on the standard error, when one could not be written. The panel must be
+/// shown. [gui]
+bool SavePanelPictures(QWidget& panel, const QString& dir);
+
+}  // namespace Kivora

@@ -1,0 +1,151 @@
+// The main window with an engine, without one, and at its end.
+#include "app/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <QApplication>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QScreen>
+#include <QTimer>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "locale/Locale.h"
+#include "support/FatalLog.h"
+#include "ui/KivoraWidget.h"
+#include "unit/engine/EngineRig.h"
+
+namespace {
+
+using Kivora::CKivora;
+using Kivora::MainWindow;
+
+class MainWindowTest : public testing::Test {
+protected:
+    MainWindowTest() {
+        Kivora::SetLocale("en_US", false);
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                titles_ << box->windowTitle();
+                texts_ << box->text();
+                icons_.push_back(box->icon());
+                box->accept();
+            }
+        });
+        timer_.start(1);
+    }
+
+    MainWindow::EngineCreator RealEngine() {
+        return [this] { return std::make_unique<CKivora>(rig_.GetDependencies()); };
+    }
+    void ExpectLifeWithoutAnEngine(MainWindow& window, const QString& text) {
+        EXPECT_EQ(titles_, QStringList("Fatal Error"));
+        EXPECT_EQ(texts_, QStringList(text + "\r\nSorry, the application cannot continue."));
+        EXPECT_EQ(icons_, std::vector{QMessageBox::Critical});
+        EXPECT_EQ(window.GetFront(), nullptr);
+        window.show();
+        EXPECT_TRUE(window.isVisible());
+        ASSERT_NE(window.GetPanel(), nullptr);
+        EXPECT_TRUE(window.GetPanel()->isVisible());
+    }
+
+    KivoraTest::EngineRig rig_;
+    std::string last_;
+    bool ended_ = false;
+    QStringList titles_;
+    QStringList texts_;
+    std::vector<QMessageBox::Icon> icons_;
+
+private:
+    QTimer timer_;
+};
+
+TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
+    MainWindow window(RealEngine());
+    EXPECT_EQ(window.objectName(), "KivoraMainWindowClass");
+    EXPECT_EQ(window.windowTitle(), "Kivora LX");
+    EXPECT_EQ(window.centralWidget(), window.GetPanel());
+    EXPECT_NE(window.findChild<QMenuBar*>(), nullptr);
+    EXPECT_NE(window.GetFront(), nullptr);
+    EXPECT_EQ(titles_, QStringList());
+}
+
+TEST_F(MainWindowTest, IsExactlyThePanelAndCannotBeResized) {
+    MainWindow window(RealEngine());
+    window.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.minimumSize(), QSize(1180, 520));
+    EXPECT_EQ(window.maximumSize(), QSize(1180, 520));
+    EXPECT_EQ(window.size(), QSize(1180, 520));
+    EXPECT_EQ(window.GetPanel()->geometry(), QRect(0, 0, 1180, 520));
+}
+
+TEST_F(MainWindowTest, StandsInTheMiddleOfTheAvailableArea) {
+    const MainWindow window(RealEngine());
+    const QRect available = window.screen()->availableGeometry();
+    EXPECT_EQ(window.pos().x(), available.left() + (available.width() - window.frameGeometry().width()) / 2);
+    EXPECT_EQ(window.pos().y(), available.top() + (available.height() - window.frameGeometry().height()) / 2);
+}
+
+TEST_F(MainWindowTest, WithoutAnyPortTheUserSeesWhyAndTheWindowStillAppears) {
+    rig_.backend.devices.clear();
+    MainWindow window(RealEngine());
+    ExpectLifeWithoutAnEngine(window, "No MIDI ports found.");
+}
+
+TEST_F(MainWindowTest, AnEngineThatIsNotThereIsAnError) {
+    MainWindow window([] { return std::unique_ptr<CKivora>(); });
+    ExpectLifeWithoutAnEngine(window, "Engine creation failed.");
+}
+
+TEST_F(MainWindowTest, AnyOtherExceptionIsAnUnknownOne) {
+    MainWindow window([]() -> std::unique_ptr<CKivora> { throw std::runtime_error("no"); });
+    ExpectLifeWithoutAnEngine(window, "Failed to create MIDI engine (unknown exception).");
+}
+
+TEST_F(MainWindowTest, TheFatalBoxIsInTheLanguageInForce) {
+    Kivora::SetLocale("ru_RU", false);
+    MainWindow window([] { return std::unique_ptr<CKivora>(); });
+    EXPECT_EQ(titles_, QStringList("Неустранимая ошибка"));
+    EXPECT_EQ(texts_, QStringList("Не удалось создать движок.\r\nК сожалению, программа не может продолжать работу."));
+    Kivora::SetLocale("en_US", false);
+}
+
+TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {
+    const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
+    {
+        MainWindow window(RealEngine());
+        window.GetFront()->GetEngine().SetShowNoteNames(true);
+        EXPECT_FALSE(std::filesystem::exists(file));
+    }
+    std::ifstream stream(file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_NE(text.find("ShowNoteNames=1\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("Output=Software synthesizer\n"), std::string::npos) << text;
+}
+
+TEST_F(MainWindowTest, SettingsThatCannotBeSavedAreLogged) {
+    std::ofstream(rig_.folder / "user") << "a file where the folder should be";
+    MainWindow window(RealEngine());
+    KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
+}
+
+TEST_F(MainWindowTest, NothingSoundsOnAfterItIsDestroyed) {
+    {
+        MainWindow window(RealEngine());
+        window.GetFront()->GetEngine().PlayNoteOn(60, 100);
+        rig_.TakeWritten();
+        rig_.GetDevice(KivoraTest::kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
+            last_ = KivoraTest::ToText(event);
+            ended_ = ended_ || last_ == "80 3c 00" || last_ == "b0 7b 00";
+        };
+    }
+    EXPECT_TRUE(ended_) << last_;
+}
+
+}  // namespace
