@@ -548,6 +548,77 @@
     </message>
 </context>
 <context>
+    <name>GM family</name>
+    <message>
+        <source>Piano</source>
+        <translation>Фортепиано</translation>
+    </message>
+    <message>
+        <source>Chromatic Percussion</source>
+        <translation>Мелодическая перкуссия</translation>
+    </message>
+    <message>
+        <source>Organ</source>
+        <translation>Органы</translation>
+    </message>
+    <message>
+        <source>Guitar</source>
+        <translation>Гитары</translation>
+    </message>
+    <message>
+        <source>Bass</source>
+        <translation>Басы</translation>
+    </message>
+    <message>
+        <source>Strings</source>
+        <translation>Струнные</translation>
+    </message>
+    <message>
+        <source>Ensemble</source>
+        <translation>Ансамбли</translation>
+    </message>
+    <message>
+        <source>Brass</source>
+        <translation>Медные духовые</translation>
+    </message>
+    <message>
+        <source>Reed</source>
+        <translation>Язычковые духовые</translation>
+    </message>
+    <message>
+        <source>Pipe</source>
+        <translation>Флейты</translation>
+    </message>
+    <message>
+        <source>Synth Lead</source>
+        <translation>Синтезаторные лиды</translation>
+    </message>
+    <message>
+        <source>Synth Pad</source>
+        <translation>Синтезаторные пэды</translation>
+    </message>
+    <message>
+        <source>Synth Effects</source>
+        <translation>Синтезаторные эффекты</translation>
+    </message>
+    <message>
+        <source>Ethnic</source>
+        <translation>Этнические</translation>
+    </message>
+    <message>
+        <source>Percussive</source>
+        <translation>Ударные</translation>
+    </message>
+    <message>
+        <source>Sound Effects</source>
+        <translation>Звуковые эффекты</translation>
+    </message>
+    <message>
+        <source>Percussions</source>
+        <translation>Перкуссия</translation>
+    </message>
+</context>
+<context>
     <name>Keyboard map</name>
     <message>
         <source>A</source>
@@ -824,6 +895,365 @@
     <message>
         <source>The connection to the MIDI synthesizer was lost: %1</source>
         <translation>Связь с MIDI-синтезатором потеряна: %1</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Предупреждение</translation>
+    </message>
+    <message>
+        <source>The settings file is damaged. The default settings are in force; the file will be kept under another name.</source>
+        <translation>Файл настроек повреждён. Действуют настройки по умолчанию; файл будет сохранён под другим именем.</translation>
+    </message>
+    <message>
+        <source>A damaged file was kept under another name:</source>
+        <translation>Повреждённый файл сохранён под другим именем:</translation>
+    </message>
+    <message>
+        <source>Kivora LX front panel</source>
+        <translation>Панель Kivora LX</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Сброс</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Настройки</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Справка</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>О программе</translation>
+    </message>
+    <message>
+        <source>Single</source>
+        <translation>Одиночный</translation>
+    </message>
+    <message>
+        <source>Dual</source>
+        <translation>Двойной</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>Раздельный</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Загрузить</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Сохранить</translation>
+    </message>
+    <message>
+        <source>Silence everything and reset the synthesizer</source>
+        <translation>Заглушить всё и сбросить синтезатор</translation>
+    </message>
+    <message>
+        <source>One voice on all keys</source>
+        <translation>Один голос на всех клавишах</translation>
+    </message>
+    <message>
+        <source>Two voices on each key</source>
+        <translation>Два голоса на каждой клавише</translation>
+    </message>
+    <message>
+        <source>A bass voice below middle C, the main voice from it</source>
+        <translation>Басовый голос ниже до первой октавы, основной — от неё</translation>
+    </message>
+    <message>
+        <source>Load preset</source>
+        <translation>Загрузить пресет</translation>
+    </message>
+    <message>
+        <source>Save preset</source>
+        <translation>Сохранить пресет</translation>
+    </message>
+    <message>
+        <source>Show the recorder</source>
+        <translation>Показать рекордер</translation>
+    </message>
+    <message>
+        <source>Tempo</source>
+        <translation>Темп</translation>
+    </message>
+    <message>
+        <source>Metronome</source>
+        <translation>Метроном</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Stop recording</source>
+        <translation>Остановить запись</translation>
+    </message>
+    <message>
+        <source>Recorded time</source>
+        <translation>Время записи</translation>
+    </message>
+    <message>
+        <source>Computer keys an octave down</source>
+        <translation>Клавиши компьютера на октаву ниже</translation>
+    </message>
+    <message>
+        <source>Computer keys an octave up</source>
+        <translation>Клавиши компьютера на октаву выше</translation>
+    </message>
+    <message>
+        <source>Octave shift of the computer keys</source>
+        <translation>Октавный сдвиг клавиш компьютера</translation>
+    </message>
+    <message>
+        <source>Patch of voice 1</source>
+        <translation>Тембр голоса 1</translation>
+    </message>
+    <message>
+        <source>Patch of voice 2</source>
+        <translation>Тембр голоса 2</translation>
+    </message>
+    <message>
+        <source>Transposition of voice 1</source>
+        <translation>Транспозиция голоса 1</translation>
+    </message>
+    <message>
+        <source>Transposition of voice 2</source>
+        <translation>Транспозиция голоса 2</translation>
+    </message>
+    <message>
+        <source>Volume of voice 1</source>
+        <translation>Громкость голоса 1</translation>
+    </message>
+    <message>
+        <source>Volume of voice 2</source>
+        <translation>Громкость голоса 2</translation>
+    </message>
+    <message>
+        <source>Change the value</source>
+        <translation>Изменить значение</translation>
+    </message>
+    <message>
+        <source>Decrease the value</source>
+        <translation>Уменьшить значение</translation>
+    </message>
+    <message>
+        <source>Increase the value</source>
+        <translation>Увеличить значение</translation>
+    </message>
+    <message>
+        <source>Arpeggio</source>
+        <translation>Арпеджио</translation>
+    </message>
+    <message>
+        <source>Show the arpeggiators</source>
+        <translation>Показать арпеджиаторы</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 1</source>
+        <translation>Арпеджиатор 1</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 2</source>
+        <translation>Арпеджиатор 2</translation>
+    </message>
+    <message>
+        <source>Piano</source>
+        <translation>Фортепиано</translation>
+    </message>
+    <message>
+        <source>Computer keys that play the piano</source>
+        <translation>Клавиши компьютера, на которых играет фортепиано</translation>
+    </message>
+    <message>
+        <source>MIDI lamp</source>
+        <translation>Индикатор MIDI</translation>
+    </message>
+    <message>
+        <source>Bar lamp</source>
+        <translation>Индикатор такта</translation>
+    </message>
+    <message>
+        <source>Beat lamp</source>
+        <translation>Индикатор доли</translation>
+    </message>
+    <message>
+        <source>&amp;Load Preset...</source>
+        <translation>&amp;Загрузить пресет...</translation>
+    </message>
+    <message>
+        <source>&amp;Save Preset...</source>
+        <translation>&amp;Сохранить пресет...</translation>
+    </message>
+    <message>
+        <source>Save Recordin&amp;g...</source>
+        <translation>Сохранить зап&amp;ись...</translation>
+    </message>
+    <message>
+        <source>&amp;Arpeggio</source>
+        <translation>&amp;Арпеджио</translation>
+    </message>
+    <message>
+        <source>&amp;Metronome</source>
+        <translation>&amp;Метроном</translation>
+    </message>
+    <message>
+        <source>&amp;Record</source>
+        <translation>За&amp;пись</translation>
+    </message>
+    <message>
+        <source>&amp;Panic: Silence and Reset</source>
+        <translation>&amp;Тишина и сброс</translation>
+    </message>
+    <message>
+        <source>S&amp;ettings...</source>
+        <translation>&amp;Настройки...</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>Спр&amp;авка</translation>
+    </message>
+    <message>
+        <source>A&amp;bout</source>
+        <translation>&amp;О программе</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>В&amp;ыход</translation>
+    </message>
+    <message>
+        <source>S&amp;ingle Voice</source>
+        <translation>О&amp;диночный голос</translation>
+    </message>
+    <message>
+        <source>&amp;Dual Voices</source>
+        <translation>Два &amp;голоса</translation>
+    </message>
+    <message>
+        <source>Spli&amp;t Keyboard</source>
+        <translation>&amp;Раздельная клавиатура</translation>
+    </message>
+    <message>
+        <source>&amp;Note Names</source>
+        <translation>Названия н&amp;от</translation>
+    </message>
+    <message>
+        <source>Key &amp;Colors</source>
+        <translation>&amp;Цвета клавиш</translation>
+    </message>
+    <message>
+        <source>&amp;None</source>
+        <translation>&amp;Нет</translation>
+    </message>
+    <message>
+        <source>&amp;Rainbow</source>
+        <translation>&amp;Радуга</translation>
+    </message>
+    <message>
+        <source>&amp;Scriabin</source>
+        <translation>&amp;Скрябин</translation>
+    </message>
+    <message>
+        <source>Lan&amp;guage</source>
+        <comment>interface language</comment>
+        <translation>&amp;Язык</translation>
+    </message>
+    <message>
+        <source>Failed to start MIDI recording.</source>
+        <translation>Не удалось начать запись MIDI.</translation>
+    </message>
+    <message>
+        <source>Failed to stop MIDI recording.</source>
+        <translation>Не удалось остановить запись MIDI.</translation>
+    </message>
+    <message>
+        <source>Save MIDI File</source>
+        <translation>Сохранение MIDI-файла</translation>
+    </message>
+    <message>
+        <source>MIDI Files (*.mid *.midi)</source>
+        <translation>MIDI-файлы (*.mid *.midi)</translation>
+    </message>
+    <message>
+        <source>Failed to write MIDI file.</source>
+        <translation>Не удалось записать MIDI-файл.</translation>
+    </message>
+    <message>
+        <source>Do you want to save the recording?</source>
+        <translation>Сохранить запись?</translation>
+    </message>
+    <message>
+        <source>Recording Not Saved</source>
+        <translation>Запись не сохранена</translation>
+    </message>
+    <message>
+        <source>A recording of %1 (minutes and seconds), begun on %2, was not saved.</source>
+        <translation>Запись длиной %1 (минуты и секунды), начатая %2, не была сохранена.</translation>
+    </message>
+    <message>
+        <source>Ask &amp;later</source>
+        <translation>Спросить &amp;позже</translation>
+    </message>
+    <message>
+        <source>Error Loading Wallpaper</source>
+        <translation>Ошибка загрузки изображения</translation>
+    </message>
+    <message>
+        <source>ON</source>
+        <translation>ВКЛ</translation>
+    </message>
+    <message>
+        <source>OFF</source>
+        <translation>ВЫКЛ</translation>
+    </message>
+    <message>
+        <source>Previous Settings</source>
+        <translation>Прежние настройки</translation>
+    </message>
+    <message>
+        <source>SPLIT</source>
+        <translation>РАЗДЕЛЬНЫЙ</translation>
+    </message>
+    <message>
+        <source>DUAL</source>
+        <translation>ДВОЙНОЙ</translation>
+    </message>
+    <message>
+        <source>SINGLE</source>
+        <translation>ОДИНОЧНЫЙ</translation>
+    </message>
+    <message>
+        <source>Recording has been automatically stopped because you were not playing anything for too long.</source>
+        <translation>Запись остановлена автоматически: вы слишком долго ничего не играли.</translation>
+    </message>
+    <message>
+        <source>Recording has been automatically stopped because the recording is too long.</source>
+        <translation>Запись остановлена автоматически: она слишком длинная.</translation>
+    </message>
+    <message>
+        <source>Maximal recording time is 60 minutes.
+If you are not playing for 30 seconds, recording is stopped.</source>
+        <translation>Наибольшая длина записи — 60 минут.
+Если вы не играете 30 секунд, запись останавливается.</translation>
+    </message>
+    <message>
+        <source>Cannot determine image size:</source>
+        <translation>Не удаётся определить размер изображения:</translation>
+    </message>
+    <message>
+        <source>Failed to load wallpaper image from:</source>
+        <translation>Не удалось загрузить изображение из:</translation>
+    </message>
+    <message>
+        <source>Failed to save wallpaper cache to:</source>
+        <translation>Не удалось сохранить подготовленное изображение в:</translation>
+    </message>
+    <message>
+        <source>Failed to save wallpaper cache information to:</source>
+        <translation>Не удалось сохранить сведения об изображении в:</translation>
     </message>
 </context>
 <context>
@@ -1213,6 +1643,69 @@
     </message>
 </context>
 <context>
+    <name>MainDisplay</name>
+    <message>
+        <source>Preset</source>
+        <translation>Пресет</translation>
+    </message>
+    <message>
+        <source>Voice mode</source>
+        <translation>Режим голосов</translation>
+    </message>
+    <message>
+        <source>Tempo</source>
+        <translation>Темп</translation>
+    </message>
+    <message>
+        <source>Last velocity</source>
+        <translation>Сила последней ноты</translation>
+    </message>
+    <message>
+        <source>Sustain pedal</source>
+        <translation>Педаль сустейна</translation>
+    </message>
+    <message>
+        <source>Instrument family of voice %1</source>
+        <translation>Группа инструментов голоса %1</translation>
+    </message>
+    <message>
+        <source>Patch of voice %1</source>
+        <translation>Тембр голоса %1</translation>
+    </message>
+    <message>
+        <source>Transposition of voice %1</source>
+        <translation>Транспозиция голоса %1</translation>
+    </message>
+    <message>
+        <source>Volume of voice %1</source>
+        <translation>Громкость голоса %1</translation>
+    </message>
+    <message>
+        <source>Patch name of voice %1</source>
+        <translation>Название тембра голоса %1</translation>
+    </message>
+    <message>
+        <source>Click to edit the patch, right click to choose one</source>
+        <translation>Щёлкните, чтобы менять тембр; правой кнопкой — чтобы выбрать</translation>
+    </message>
+    <message>
+        <source>Transpose</source>
+        <translation>Трансп.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Громк.</translation>
+    </message>
+    <message>
+        <source>Velocity</source>
+        <translation>Сила</translation>
+    </message>
+    <message>
+        <source>Sustain</source>
+        <translation>Педаль</translation>
+    </message>
+</context>
+<context>
     <name>Note name</name>
     <message>
         <source>C</source>
@@ -1284,6 +1777,17 @@
     </message>
 </context>
 <context>
+    <name>Octave names</name>
+    <message>
+        <source>GREAT</source>
+        <translation>БОЛЬШАЯ</translation>
+    </message>
+    <message>
+        <source>SMALL</source>
+        <translation>МАЛАЯ</translation>
+    </message>
+</context>
+<context>
     <name>One-letter note name</name>
     <message>
         <source>C</source>
@@ -1352,6 +1856,137 @@
     <message>
         <source>Bb</source>
         <translation>Bb</translation>
+    </message>
+</context>
+<context>
+    <name>PanelLegends</name>
+    <message>
+        <source>Voice mode</source>
+        <translation>Режим голосов</translation>
+    </message>
+    <message>
+        <source>Bar</source>
+        <translation>Такт</translation>
+    </message>
+    <message>
+        <source>Beat</source>
+        <translation>Доля</translation>
+    </message>
+    <message>
+        <source>Recorder</source>
+        <translation>Рекордер</translation>
+    </message>
+    <message>
+        <source>Octave shift</source>
+        <translation>Сдвиг октавы</translation>
+    </message>
+    <message>
+        <source>Patch</source>
+        <translation>Тембр</translation>
+    </message>
+    <message>
+        <source>Transpose</source>
+        <translation>Транспозиция</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Громкость</translation>
+    </message>
+    <message>
+        <source>Voice 1</source>
+        <translation>Голос 1</translation>
+    </message>
+    <message>
+        <source>Voice 2</source>
+        <translation>Голос 2</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Значение</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Пресет</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Вкл</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Правка</translation>
+    </message>
+    <message>
+        <source>Tempo</source>
+        <translation>Темп</translation>
+    </message>
+    <message>
+        <source>Metronome</source>
+        <translation>Метроном</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Время</translation>
+    </message>
+    <message>
+        <source>Rec</source>
+        <translation>Зап.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Стоп</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>play louder</source>
+        <translation>играть громче</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <translation>Ctrl</translation>
+    </message>
+    <message>
+        <source>play softer</source>
+        <translation>играть тише</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Пробел</translation>
+    </message>
+    <message>
+        <source>sustain pedal</source>
+        <translation>педаль сустейна</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>silence and reset</source>
+        <translation>тишина и сброс</translation>
+    </message>
+    <message>
+        <source>Alt  −  +</source>
+        <translation>Alt  −  +</translation>
+    </message>
+    <message>
+        <source>change the value</source>
+        <translation>изменить значение</translation>
+    </message>
+    <message>
+        <source>Playing from the PC keyboard</source>
+        <translation>Игра на клавиатуре компьютера</translation>
+    </message>
+    <message>
+        <source>MIDI</source>
+        <translation>MIDI</translation>
+    </message>
+    <message>
+        <source>Arpeggio</source>
+        <translation>Арпеджио</translation>
     </message>
 </context>
 <context>

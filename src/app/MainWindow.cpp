@@ -18,6 +18,7 @@ MainWindow::MainWindow(const EngineCreator& createEngine) {
     setMenuBar(new QMenuBar(this));
     CreateEngine(createEngine);
     panel_ = new KivoraWidget(front_.get(), this);
+    connect(panel_, &KivoraWidget::aboutRequested, this, &MainWindow::ShowAbout);
     setCentralWidget(panel_);
     FitAndCentre();
 }
