@@ -29,6 +29,25 @@
     </message>
 </context>
 <context>
+    <name>Desktop</name>
+    <message>
+        <source>Help Not Found</source>
+        <translation>Справка не найдена</translation>
+    </message>
+    <message>
+        <source>Sorry, the help file is not available:</source>
+        <translation>К сожалению, файл справки недоступен:</translation>
+    </message>
+    <message>
+        <source>Cannot Launch Help</source>
+        <translation>Не удаётся открыть справку</translation>
+    </message>
+    <message>
+        <source>Sorry, failed to open the help file:</source>
+        <translation>К сожалению, не удалось открыть файл справки:</translation>
+    </message>
+</context>
+<context>
     <name>GM</name>
     <message>
         <source>Acoustic Grand Piano</source>

@@ -7,7 +7,6 @@
 
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
-#include "ui/About.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
@@ -18,7 +17,6 @@ MainWindow::MainWindow(const EngineCreator& createEngine) {
     setMenuBar(new QMenuBar(this));
     CreateEngine(createEngine);
     panel_ = new KivoraWidget(front_.get(), this);
-    connect(panel_, &KivoraWidget::aboutRequested, this, &MainWindow::ShowAbout);
     setCentralWidget(panel_);
     FitAndCentre();
 }
@@ -57,18 +55,6 @@ void MainWindow::FitAndCentre() {
     const QRect available = screen()->availableGeometry();
     move(available.left() + (available.width() - frameGeometry().width()) / 2,
          available.top() + (available.height() - frameGeometry().height()) / 2);
-}
-
-void MainWindow::ShowAbout() {
-    kivoraAbout about(this);
-    connect(&about, &kivoraAbout::webSiteWanted, this, &MainWindow::ShowWebSite);
-    about.exec();
-}
-
-void MainWindow::ShowWebSite(const QString& address) {
-    if (!webSite_ || !webSite_->IsRunning()) {
-        webSite_ = std::make_unique<CLauncher>(NK::CString(address.toStdWString()), nullptr);
-    }
 }
 
 }  // namespace Kivora

@@ -7,7 +7,6 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "locale/CLauncher.h"
 
 class KivoraWidget;
 
@@ -32,13 +31,10 @@ public:
 private:
     void CreateEngine(const EngineCreator& createEngine);
     void FitAndCentre();
-    void ShowAbout();
-    void ShowWebSite(const QString& address);
 
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
-    std::unique_ptr<CLauncher> webSite_;
 };
 
 }  // namespace Kivora

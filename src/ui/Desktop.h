@@ -1,0 +1,29 @@
+// What the panel asks of the desktop: to show the manual and the web site.
+#pragma once
+
+#include <memory>
+#include <QObject>
+
+#include "locale/CLauncher.h"
+#include "locale/HelpFile.h"
+
+class QWidget;
+
+/// Says in a box over its parent when there is no manual or it cannot be opened. [gui]
+class Desktop : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Desktop(QWidget* parent, const QString& programDir = Kivora::GetProgramDir());
+
+    /// Both return at once, unless there is no manual.
+    void showHelp();
+    void showWebSite(const QString& address);
+
+private:
+    void warn(const QString& title, const QString& text, const QString& path);
+
+    QWidget* window_;
+    Kivora::HelpOpener help_;
+    std::unique_ptr<Kivora::CLauncher> webSite_;
+};

@@ -1,0 +1,105 @@
+// The manual and the web site, with an opener of the test's in place of the desktop's.
+#include "ui/Desktop.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+#include <string>
+
+#include "locale/Locale.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+constexpr int kLimitMs = 60000;
+
+class DesktopTest : public testing::Test {
+protected:
+    DesktopTest() : path_(std::getenv("PATH")) {
+        setenv("PATH", folder_.GetPath().c_str(), 1);
+        Kivora::SetLocale("en_US", false);
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                title_ = box->windowTitle();
+                text_ = box->text();
+                box->accept();
+            }
+        });
+        timer_.start(1);
+    }
+    ~DesktopTest() override { setenv("PATH", path_.c_str(), 1); }
+    void AddManual() const {
+        std::filesystem::create_directories(help_ / "en");
+        std::ofstream(help_ / "en" / "index.html") << "<html></html>";
+    }
+    void InstallOpener(const std::string& line) const {
+        const std::string opener = folder_ / "xdg-open";
+        std::ofstream(opener) << "#!/bin/sh\n" << line << "\n";
+        chmod(opener.c_str(), 0700);
+    }
+    std::string Opened() const {
+        std::ifstream file(folder_ / "opened");
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    const KivoraTest::CTemporaryFolder folder_;
+    const std::filesystem::path help_ = folder_ / "Help";
+    const QString programDir_ = QString::fromStdString(folder_.GetPath().string());
+    QWidget window_;
+    QString title_;
+    QString text_;
+
+private:
+    QTimer timer_;
+    const std::string path_;
+};
+
+TEST_F(DesktopTest, AMissingManualIsSaidWithItsPath) {
+    Desktop desktop(&window_, programDir_);
+    desktop.showHelp();
+    EXPECT_EQ(title_, "Help Not Found");
+    EXPECT_EQ(text_.toStdString(),
+              "Sorry, the help file is not available:\r\n" + (help_ / "en" / "index.html").string());
+}
+
+TEST_F(DesktopTest, AManualThatCannotBeOpenedIsSaidWithItsPath) {
+    AddManual();
+    InstallOpener("exit 3");
+    Desktop desktop(&window_, programDir_);
+    desktop.showHelp();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !title_.isEmpty(); }, kLimitMs));
+    EXPECT_EQ(title_, "Cannot Launch Help");
+    EXPECT_EQ(text_.toStdString(), "Sorry, failed to open the help file:\r\n" + (help_ / "en" / "index.html").string());
+}
+
+TEST_F(DesktopTest, TheManualIsOpenedWithoutAWord) {
+    AddManual();
+    InstallOpener("printf %s \"$1\" > '" + (folder_ / "opened").string() + "'");
+    {
+        Desktop desktop(&window_, programDir_);
+        desktop.showHelp();
+    }
+    EXPECT_EQ(Opened(), (help_ / "en" / "index.html").string());
+    EXPECT_EQ(title_, "");
+}
+
+TEST_F(DesktopTest, TheWebSiteIsOpened) {
+    InstallOpener("printf %s \"$1\" > '" + (folder_ / "opened").string() + "'");
+    {
+        Desktop desktop(&window_, programDir_);
+        desktop.showWebSite("https://brennholt.example/kivora/en/");
+    }
+    EXPECT_EQ(Opened(), "https://brennholt.example/kivora/en/");
+}
+
+}  // namespace
