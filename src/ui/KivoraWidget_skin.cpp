@@ -1,5 +1,4 @@
 // How the panel looks: colours, wallpaper, the pictures of its controls.
-#include <cmath>
 #include <QApplication>
 #include <QMessageBox>
 #include <QPainter>
@@ -18,6 +17,8 @@
 #include "ui/WallpaperCache.h"
 
 namespace {
+
+constexpr int kFinestScreen = 2;  // device pixels a logical pixel that the wallpaper is kept for
 
 /// Plain pictures of a control, by the names of the resources; without the last they have none of a disabled control.
 void Dress(PanelKey* button, const QString& name, bool hasDisabled = false) {
@@ -43,7 +44,7 @@ void KivoraWidget::updateSkin() {
     if (!path.isEmpty()) {
         const WaitCursor cursor;
         const WallpaperCache cache(QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/");
-        loaded = cache.Load(path, static_cast<int>(std::ceil(PanelGeometry::kPanel.width() * devicePixelRatio())));
+        loaded = cache.Load(path, PanelGeometry::kPanel.width() * kFinestScreen);
         wallpaper_ = QPixmap::fromImage(loaded.image);
     }
     composeSkin();
@@ -119,7 +120,7 @@ void KivoraWidget::dressControls() {
 
 void KivoraWidget::paintEvent(QPaintEvent* event) {
     if (skin_.GetDevicePixelRatio() != devicePixelRatio()) {
-        updateSkin();  // the window has moved to another screen
+        composeSkin();  // the window has moved to another screen
     }
     QPainter painter(this);
     const QRectF area = event->rect();

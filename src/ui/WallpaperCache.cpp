@@ -29,7 +29,7 @@ NK::CString ToNK(const QString& text) {
 }  // namespace
 
 WallpaperCache::Result WallpaperCache::Load(const QString& path, int width) const {
-    if (const QImage kept = LoadKept(path, width); !kept.isNull()) {
+    if (const QImage kept = LoadKept(path); !kept.isNull()) {
         return {kept, {}};
     }
     QImageReader reader(path);
@@ -49,14 +49,13 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, int width) cons
     return {scaled, Keep(scaled, path)};
 }
 
-QImage WallpaperCache::LoadKept(const QString& path, int width) const {
+QImage WallpaperCache::LoadKept(const QString& path) const {
     NK::CDiskFile file(ToNK(folder_ + kPathFile), NK::CDiskFile::kRead);
     NK::CStringSerializable keptPath;
     if (!keptPath.ReadFrom(file) || QString::fromWCharArray(keptPath.c_str()) != path) {
         return {};
     }
-    const QImage image(folder_ + kPictureFile, "BMP");
-    return image.width() == width ? image : QImage();
+    return QImage(folder_ + kPictureFile, "BMP");
 }
 
 QString WallpaperCache::Keep(const QImage& image, const QString& path) const {

@@ -4,8 +4,8 @@
 #include <QImage>
 #include <QString>
 
-/// Keeps the wallpaper of the last path, scaled to the width that was asked for, in "wallpaper.bmp" and its path in
-/// "wallpaper.txt", so that a big picture is decoded once. [gui]
+/// Keeps the wallpaper of the last path, scaled to the width that was asked for then, in "wallpaper.bmp" and its path
+/// in "wallpaper.txt", so that a big picture is decoded once. [gui]
 class WallpaperCache {
 public:
     struct Result {
@@ -20,7 +20,7 @@ public:
     Result Load(const QString& path, int width) const;
 
 private:
-    QImage LoadKept(const QString& path, int width) const;
+    QImage LoadKept(const QString& path) const;
     QString Keep(const QImage& image, const QString& path) const;
 
     QString folder_;
