@@ -44,7 +44,10 @@ void CMIDIMessageX::SetShort(TMIDIMessage shortMessage, std::int32_t timeMs) {
     kind = kShort;
     message = shortMessage;
     time = timeMs;
-    data.Clear();
+    // An empty array that is cleared allocates its first block.
+    if (!data.IsEmpty()) {
+        data.Clear();
+    }
 }
 
 void CMIDIMessageX::SetSequenceNumber(std::uint16_t number, std::int32_t timeMs) {
@@ -161,13 +164,14 @@ void AlignToFirstNote(CMIDIMessageX* events, std::uint32_t count, std::int32_t s
         return;
     }
     const std::int64_t shift = std::int64_t{startTime} - firstNote->time;
-    std::for_each(firstNote, end, [&](CMIDIMessageX& event) {
-        if (event.time > 0) {
-            event.time = static_cast<std::int32_t>(std::clamp<std::int64_t>(event.time + shift,
-                                                                            std::numeric_limits<std::int32_t>::min(),
-                                                                            std::numeric_limits<std::int32_t>::max()));
-        }
-    });
+    std::for_each(firstNote, end, [shift](CMIDIMessageX& event) { event.time = ShiftTime(event.time, shift); });
+}
+
+std::int32_t ShiftTime(std::int32_t timeMs, std::int64_t byMs) noexcept {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return timeMs <= 0
+               ? timeMs
+               : static_cast<std::int32_t>(std::clamp<std::int64_t>(timeMs + byMs, Limits::min(), Limits::max()));
 }
 
 }  // namespace NK::MIDI

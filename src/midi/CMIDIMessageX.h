@@ -84,6 +84,8 @@ public:
 /// Moves a list so that its first note (status 0x80 or 0x90) is at `startTime` ms: events before it get time 0, it and
 /// every later event with a time above 0 are shifted. Without a note every time becomes 0.
 void AlignToFirstNote(CMIDIMessageX* events, std::uint32_t count, std::int32_t startTime);
+/// A time above 0 moved by `byMs`, within the range of its type; any other time stays.
+std::int32_t ShiftTime(std::int32_t timeMs, std::int64_t byMs) noexcept;
 
 /// A variable-length quantity (Standard MIDI Files 1.0) into at most 5 bytes; returns how many.
 int EncodeVariableLength(std::uint32_t value, std::uint8_t out[5]) noexcept;

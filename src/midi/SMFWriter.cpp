@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "nk/nk_disk_file.h"
 
@@ -31,22 +32,6 @@ bool WriteEvent(CFile& file, std::uint32_t delta, const CMIDIMessageX& event) {
     return file.Write(bytes, 1, static_cast<std::size_t>(size)) == static_cast<std::size_t>(size);
 }
 
-bool WriteEvents(CFile& file, const CMIDIMessageX* events, std::uint32_t count) {
-    std::int32_t now = count > 0 ? std::max(events[0].time, 0) : 0;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const CMIDIMessageX& event = events[i];
-        if (IsSkipped(event)) {
-            continue;
-        }
-        const std::int32_t previous = now;
-        now = std::max(now, event.time);
-        if (!WriteEvent(file, static_cast<std::uint32_t>(now - previous), event)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool WriteTempo(CFile& file, int tempo) {
     CMIDIMessageX event;
     event.SetTempoBPM(tempo, -1);
@@ -59,27 +44,51 @@ bool WriteEndOfTrack(CFile& file) {
     return WriteEvent(file, 0, event);
 }
 
-bool WriteTrackLength(CFile& file, std::int64_t start) {
-    const std::int64_t end = file.GetPosition();
-    return end >= start + kTrackHeaderSize && file.SetPosition(start + kTrackLengthOffset) &&
-           WriteUInt32(file, static_cast<std::uint32_t>(end - start - kTrackHeaderSize)) && file.SetPosition(end);
-}
-
 }  // namespace
 
-bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
-    const std::int64_t start = file.GetPosition();
+CMIDITrackWriter::CMIDITrackWriter(CFile& file, int tempo) : file_(file), start_(file.GetPosition()) {
     // A failure of these two shows up at the next write.
-    static_cast<void>(WriteTag(file, "MTrk"));
-    static_cast<void>(WriteUInt32(file, 0));
-    return (tempo == 0 || WriteTempo(file, tempo)) && WriteEvents(file, events, count) && WriteEndOfTrack(file) &&
-           WriteTrackLength(file, start);
+    static_cast<void>(WriteTag(file_, "MTrk"));
+    static_cast<void>(WriteUInt32(file_, 0));
+    isWhole_ = tempo == 0 || WriteTempo(file_, tempo);
+}
+
+bool CMIDITrackWriter::Write(const CMIDIMessageX& event) {
+    if (std::exchange(isFirst_, false)) {
+        now_ = std::max(event.time, 0);
+    }
+    if (!IsSkipped(event)) {
+        const std::int32_t previous = now_;
+        now_ = std::max(now_, event.time);
+        isWhole_ = isWhole_ && WriteEvent(file_, static_cast<std::uint32_t>(now_ - previous), event);
+    }
+    return isWhole_;
+}
+
+bool CMIDITrackWriter::Finish() {
+    isWhole_ = isWhole_ && WriteEndOfTrack(file_) && WriteLength();
+    return isWhole_;
+}
+
+bool CMIDITrackWriter::WriteLength() {
+    const std::int64_t end = file_.GetPosition();
+    return end >= start_ + kTrackHeaderSize && file_.SetPosition(start_ + kTrackLengthOffset) &&
+           WriteUInt32(file_, static_cast<std::uint32_t>(end - start_ - kTrackHeaderSize)) && file_.SetPosition(end);
+}
+
+bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
+    CMIDITrackWriter track(file, tempo);
+    return std::all_of(events, events + count, [&track](const CMIDIMessageX& event) { return track.Write(event); }) &&
+           track.Finish();
+}
+
+bool WriteMIDIHeader(CFile& file, int tempo) {
+    const auto division = tempo < 1 ? kDefaultDivision : static_cast<std::uint16_t>(60000.0 / tempo);
+    return file.Write(kHeader.data(), 1, kHeader.size()) == kHeader.size() && WriteUInt16(file, division);
 }
 
 bool WriteMIDIStream(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {
-    const auto division = tempo < 1 ? kDefaultDivision : static_cast<std::uint16_t>(60000.0 / tempo);
-    return file.Write(kHeader.data(), 1, kHeader.size()) == kHeader.size() && WriteUInt16(file, division) &&
-           WriteMIDITrack(file, events, count, tempo);
+    return WriteMIDIHeader(file, tempo) && WriteMIDITrack(file, events, count, tempo);
 }
 
 bool WriteMIDIFile(const CString& fileName, const CMIDIMessageX* events, std::uint32_t count, int tempo) {

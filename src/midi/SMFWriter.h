@@ -30,8 +30,33 @@ bool WriteMIDIFile(const CString& fileName, const CArray<CMIDIMessageX>& events,
 bool WriteMIDIStream(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo);
 bool WriteMIDIStream(CFile& file, const CArray<CMIDIMessageX>& events, int tempo);
 
+/// Writes the header alone, of a file with one track, at the file's position.
+bool WriteMIDIHeader(CFile& file, int tempo);
+
 /// Writes a track alone at the file's position and leaves the position at its end.
 bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo);
 bool WriteMIDITrack(CFile& file, const CArray<CMIDIMessageX>& events, int tempo);
+
+/// Writes a track event by event, for lists that are not kept in memory. Once something could not be written, all
+/// further calls return false and write nothing. The file outlives the writer; between the calls its position is the
+/// writer's.
+class CMIDITrackWriter {
+public:
+    /// Writes the head of the track at the file's position, and the tempo event.
+    CMIDITrackWriter(CFile& file, int tempo);
+
+    bool Write(const CMIDIMessageX& event);
+    /// Writes the end of the track and then its length, and leaves the position at the track's end.
+    bool Finish();
+
+private:
+    bool WriteLength();
+
+    CFile& file_;
+    std::int64_t start_;
+    std::int32_t now_ = 0;  ///< ms: the running time
+    bool isFirst_ = true;
+    bool isWhole_;
+};
 
 }  // namespace NK::MIDI
