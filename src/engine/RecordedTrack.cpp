@@ -1,12 +1,14 @@
 #include "engine/RecordedTrack.h"
 
-#include <algorithm>
+#include <optional>
 
 #include "midi/SMFWriter.h"
 #include "nk/nk_atomic_save.h"
 
 namespace Kivora {
 
+using LibMidi::CapturedEvent;
+using LibMidi::CaptureStore;
 using NK::MIDI::CMIDIMessageX;
 using NK::MIDI::TMIDIMessage;
 
@@ -18,43 +20,67 @@ constexpr const char* kTexts[] = {
     "Copyright (C) 2010 Brennholt. All rights reserved.",
     "https://brennholt.example/kivora/ru/",
 };
-constexpr std::uint32_t kTextCount = std::size(kTexts);
+constexpr std::int32_t kNoTime = -1;
 constexpr std::int32_t kFirstNoteMs = 100;
 constexpr TMIDIMessage kAllNotesOff{0xB0, 1, 123, 0};
 
-bool IsNote(const CMIDIMessageX& event) {
-    return event.kind == CMIDIMessageX::kShort && (event.message.status == 0x80 || event.message.status == 0x90);
+bool IsNote(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kNoteOff || message.status == TMIDIMessage::kNoteOn;
+}
+
+bool HasRoom(TMIDIMessage message) {
+    return message.status < TMIDIMessage::kFirstSystemStatus;
+}
+
+/// The time of the first note, where there is one.
+std::optional<std::uint32_t> FindFirstNote(const CaptureStore::View& captured) {
+    std::optional<std::uint32_t> found;
+    captured.Visit(0, [&found](const CapturedEvent& event) {
+        if (!found && IsNote(event.message)) {
+            found = event.time;
+        }
+    });
+    return found;
 }
 
 }  // namespace
 
-NK::CArray<CMIDIMessageX> BuildRecordedTrack(const LibMidi::CaptureStore::View& captured) {
-    NK::CArray<CMIDIMessageX> track;
-    // Sized once: the array grows by a constant step.
-    track.SetSize(captured.GetCount() + kTextCount + 1);
-    std::uint32_t size = 0;
+void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<void(const CMIDIMessageX&)>& visit) {
+    const std::optional<std::uint32_t> firstNote = FindFirstNote(captured);
+    bool isBeforeFirstNote = firstNote.has_value();
+    const auto align = [&](std::int32_t time) {
+        if (!firstNote) {
+            return time;
+        }
+        return isBeforeFirstNote ? 0 : NK::MIDI::ShiftTime(time, std::int64_t{kFirstNoteMs} - *firstNote);
+    };
+    CMIDIMessageX out;
     for (const char* text : kTexts) {
-        track[size++].SetText(CMIDIMessageX::kText, text, -1);
+        out.SetText(CMIDIMessageX::kText, text, align(kNoTime));
+        visit(out);
     }
-    captured.Visit(0, [&](const LibMidi::CapturedEvent& event) {
-        track[size++].SetShort(event.message, static_cast<std::int32_t>(event.time));
+    std::int32_t last = kNoTime;
+    captured.Visit(0, [&](const CapturedEvent& event) {
+        if (HasRoom(event.message)) {
+            isBeforeFirstNote = isBeforeFirstNote && !IsNote(event.message);
+            last = static_cast<std::int32_t>(event.time);
+            out.SetShort(event.message, align(last));
+            visit(out);
+        }
     });
-    const std::int32_t end = track[size - 1].time;
-    track[size++].SetShort(kAllNotesOff, end);
-    track.SetSize(size);
-    if (std::any_of(track.begin(), track.end(), IsNote)) {
-        NK::MIDI::AlignToFirstNote(track.GetData(), track.GetSize(), kFirstNoteMs);
-    }
-    return track;
+    out.SetShort(kAllNotesOff, align(last));
+    visit(out);
 }
 
-bool SaveRecordedTrack(const LibMidi::CaptureStore::View& captured, const NK::CString& path) {
-    if (captured.GetCount() == 0) {
-        return false;
-    }
-    const NK::CArray<CMIDIMessageX> track = BuildRecordedTrack(captured);
-    return NK::SaveAtomically(path,
-                              [&](NK::CFile& file) { return NK::MIDI::WriteMIDIStream(file, track, kRecordingTempo); });
+bool SaveRecordedTrack(const CaptureStore::View& captured, const NK::CString& path) {
+    return captured.GetCount() != 0 && NK::SaveAtomically(path, [&captured](NK::CFile& file) {
+               if (!NK::MIDI::WriteMIDIHeader(file, kRecordingTempo)) {
+                   return false;
+               }
+               NK::MIDI::CMIDITrackWriter track(file, kRecordingTempo);
+               VisitRecordedTrack(captured, [&track](const CMIDIMessageX& event) { track.Write(event); });
+               return track.Finish();
+           });
 }
 
 }  // namespace Kivora

@@ -14,9 +14,24 @@
 using namespace KivoraTest;
 using NK::MIDI::CMIDIMessageX;
 using NK::MIDI::TMIDIMessage;
+using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 namespace {
+
+std::vector<CMIDIMessageX> TrackOf(const LibMidi::CaptureStore::View& captured) {
+    std::vector<CMIDIMessageX> track;
+    Kivora::VisitRecordedTrack(captured, [&track](const CMIDIMessageX& event) { track.push_back(event); });
+    return track;
+}
+
+std::vector<std::int32_t> TimesOf(const LibMidi::CaptureStore& captured) {
+    std::vector<std::int32_t> times;
+    for (const CMIDIMessageX& event : TrackOf(captured.GetView())) {
+        times.push_back(event.time);
+    }
+    return times;
+}
 
 class SaveRecording : public testing::Test {
 protected:
@@ -33,7 +48,7 @@ protected:
         bytes << file.rdbuf();
         return bytes.str();
     }
-    NK::CArray<CMIDIMessageX> Track() { return Kivora::BuildRecordedTrack(rig.player->GetSink()->GetCaptured()); }
+    std::vector<CMIDIMessageX> Track() { return TrackOf(rig.player->GetSink()->GetCaptured()); }
 
     std::filesystem::path dir;
     EngineRig rig;
@@ -46,13 +61,13 @@ TEST_F(SaveRecording, FourTextsStandFirstWithoutATime) {
     engine.StartRecording();
     rig.RunPlayer();
     engine.StopRecording();
-    const NK::CArray<CMIDIMessageX> track = Track();
-    ASSERT_EQ(track.GetSize(), 4U + 6U + 1U);
+    const std::vector<CMIDIMessageX> track = Track();
+    ASSERT_EQ(track.size(), 4U + 6U + 1U);
     EXPECT_EQ(track[0].GetText(), L"File created using Kivora LX 1.2");
     EXPECT_EQ(track[1].GetText(), L"https://brennholt.example/kivora/en/");
     EXPECT_EQ(track[2].GetText(), L"Copyright (C) 2010 Brennholt. All rights reserved.");
     EXPECT_EQ(track[3].GetText(), L"https://brennholt.example/kivora/ru/");
-    for (std::uint32_t i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(track[i].kind, CMIDIMessageX::kMeta);
         EXPECT_EQ(track[i].metaType, CMIDIMessageX::kText);
         EXPECT_EQ(track[i].time, -1);
@@ -69,9 +84,9 @@ TEST_F(SaveRecording, AFirstNoteAfterFiveSecondsStandsAt100AndTheSetUpAt0) {
     engine.PlayNoteOff(60);
     rig.RunPlayer();
     engine.StopRecording();
-    const NK::CArray<CMIDIMessageX> track = Track();
-    ASSERT_EQ(track.GetSize(), 4U + 6U + 2U + 1U);
-    for (std::uint32_t i = 0; i < 10; ++i) {
+    const std::vector<CMIDIMessageX> track = Track();
+    ASSERT_EQ(track.size(), 4U + 6U + 2U + 1U);
+    for (std::size_t i = 0; i < 10; ++i) {
         EXPECT_EQ(track[i].time, 0) << i;
     }
     std::vector<std::uint32_t> setUp;  // messages of one round leave the queue in its heap's order
@@ -96,8 +111,8 @@ TEST_F(SaveRecording, AllNotesOffClosesTheTrackAtTheLastEventsTime) {
     engine.SetSustain(true);
     rig.RunPlayer();
     engine.StopRecording();
-    const NK::CArray<CMIDIMessageX> track = Track();
-    const CMIDIMessageX& last = track[track.GetSize() - 1];
+    const std::vector<CMIDIMessageX> track = Track();
+    const CMIDIMessageX& last = track[track.size() - 1];
     EXPECT_EQ(last.message, (TMIDIMessage{0xB0, 1, 123, 0}));
     EXPECT_EQ(last.time, 500);
 }
@@ -109,9 +124,9 @@ TEST_F(SaveRecording, ATrackWithoutNotesKeepsItsTimes) {
     engine.SetSustain(true);
     rig.RunPlayer();
     engine.StopRecording();
-    const NK::CArray<CMIDIMessageX> track = Track();
+    const std::vector<CMIDIMessageX> track = Track();
     EXPECT_EQ(track[0].time, -1);
-    EXPECT_EQ(track[track.GetSize() - 1].time, 700);
+    EXPECT_EQ(track[track.size() - 1].time, 700);
 }
 
 TEST_F(SaveRecording, WithoutCapturedEventsNothingIsWritten) {
@@ -138,4 +153,54 @@ TEST_F(SaveRecording, AfterAFailedWriteTheTakeIsStillThereToSaveElsewhere) {
     EXPECT_FALSE(engine.SaveRecording(Path("no such folder/take.mid")));
     EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
     EXPECT_FALSE(Bytes("take.mid").empty());
+}
+
+TEST_F(SaveRecording, AFirstNoteAtTheVeryStartStaysThereAndLaterEventsAreShifted) {
+    LibMidi::CaptureStore captured;
+    captured.Append({0, {0x90, 1, 60, 100}});
+    captured.Append({40, {0x80, 1, 60, 0}});
+    EXPECT_THAT(TimesOf(captured), ElementsAre(0, 0, 0, 0, 0, 140, 140));
+}
+
+TEST_F(SaveRecording, ANoteOffIsANoteAndSoIsANoteWithVelocityZero) {
+    LibMidi::CaptureStore captured;
+    captured.Append({500, {0xB0, 1, 1, 100}});
+    captured.Append({1000, {0x80, 1, 60, 0}});
+    captured.Append({1500, {0x90, 1, 60, 0}});
+    EXPECT_THAT(TimesOf(captured), ElementsAre(0, 0, 0, 0, 0, 100, 600, 600));
+}
+
+TEST_F(SaveRecording, TheFirstNoteMovesLaterToo) {
+    LibMidi::CaptureStore captured;
+    captured.Append({10, {0x90, 1, 60, 100}});
+    captured.Append({30, {0x80, 1, 60, 0}});
+    EXPECT_THAT(TimesOf(captured), ElementsAre(0, 0, 0, 0, 100, 120, 120));
+}
+
+TEST_F(SaveRecording, SystemMessagesAreLeftOut) {
+    LibMidi::CaptureStore captured;
+    captured.Append({0, {0xF0, 0, 0x7E, 0x7F}});
+    captured.Append({10, {0xF8, 0, 0, 0}});
+    captured.Append({20, {0x90, 1, 60, 100}});
+    captured.Append({30, {0xFE, 0, 0, 0}});
+    captured.Append({40, {0xFF, 0, 0, 0}});
+    const std::vector<CMIDIMessageX> track = TrackOf(captured.GetView());
+    ASSERT_EQ(track.size(), 4U + 1U + 1U);
+    EXPECT_EQ(track[4].message, (TMIDIMessage{0x90, 1, 60, 100}));
+    EXPECT_EQ(track[5].time, 100) << "the last event in the track";
+}
+
+TEST_F(SaveRecording, TheFileIsTheGoldenOne) {
+    LibMidi::CaptureStore captured;
+    captured.Append({0, {0xC0, 1, 0, 0}});
+    captured.Append({1, {0xB0, 1, 7, 100}});
+    captured.Append({5000, {0x90, 1, 60, 96}});
+    captured.Append({5250, {0x80, 1, 60, 0}});
+    captured.Append({5250, {0xE0, 2, 0, 72}});
+    captured.Append({5600, {0xF8, 0, 0, 0}});
+    captured.Append({6000, {0xB0, 1, 64, 127}});
+    ASSERT_TRUE(Kivora::SaveRecordedTrack(captured.GetView(), Path("take.mid")));
+    std::ifstream golden(KIVORA_GOLDEN_DIR "/smf/recorded_take.mid", std::ios::binary);
+    ASSERT_TRUE(golden.is_open());
+    EXPECT_EQ(Bytes("take.mid"), std::string(std::istreambuf_iterator<char>(golden), {}));
 }
