@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -25,6 +26,8 @@ MainWindow::~MainWindow() {
     if (front_ && !engine_->SaveSettings()) {
         NK::Log(L"The settings could not be saved.");
     }
+    // A damaged file that was set aside is told while the panel is there.
+    QCoreApplication::sendPostedEvents(panel_);
     // The panel goes first: it ends what its keys hold and refers to the engine.
     delete panel_;
     if (front_) {

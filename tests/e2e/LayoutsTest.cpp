@@ -1,6 +1,8 @@
 // What every physical key plays on the keyboard layouts of several countries.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -25,6 +27,7 @@ struct TLayout {
     std::vector<int> upperRow;
     std::vector<int> homeRow;
     std::vector<int> lowerRow;
+    const char* locale = "en_US";  ///< of the program's language
 };
 
 std::ostream& operator<<(std::ostream& out, const TLayout& layout) {
@@ -55,11 +58,13 @@ const TLayout kLayouts[] = {
      {0, 60, 76, 77, 79, 81, 83, 84, 86, 88, kSilent, kSilent},
      {72, 61, 63, 0, 66, 68, 70, 0, 73, 71, kSilent, kSilent},
      {kHigh + 72, 74, 62, 64, 65, 67, 69, 72, 75, kHigh + 75, kSilent}},
+    // With the program in Russian every key plays by its place; the key right of SHIFT types '/'.
+    {"ru", kUSDigits, kUSUpper, kUSHome, {kSilent, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76}, "ru_RU"},
 };
 
 class Layouts : public testing::TestWithParam<TLayout> {
 protected:
-    void SetUp() override { ASSERT_TRUE(instrument.Start()); }
+    void SetUp() override { ASSERT_TRUE(instrument.Start({"--locale", GetParam().locale})); }
     void TearDown() override { EXPECT_EQ(instrument.Close(), 0); }
 
     /// Presses the keys one after another, which must play these notes and nothing else.
@@ -100,6 +105,35 @@ TEST_P(Layouts, EveryPhysicalKeyPlaysWhatTheTableSays) {
     ExpectRow(kHomeRow, layout.homeRow);
     ExpectRow(kLowerRow, layout.lowerRow);
     ExpectRow({53}, {62});  // whatever the silent keys had played would stand before this
+}
+
+TEST(RussianLayout, WithShiftEveryKeyPlaysLoudByItsPlace) {
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start({"--locale", "ru_RU"}));
+    bool ok = false;
+    instrument.RunOnDisplay("setxkbmap", {"ru"}, &ok);
+    ASSERT_TRUE(ok);
+    std::vector<std::string> expected;
+    ASSERT_TRUE(instrument.Xdotool({"keydown", "50"}));
+    const std::vector<int>* rows[] = {&kDigitRow, &kUpperRow, &kHomeRow, &kLowerRow};
+    const std::vector<int> lower = {kSilent, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76};
+    std::vector<int> home = kUSHome;
+    home[10] = 73;  // a US keyboard types the double quote there, which plays the 2 key of a UK one
+    const std::vector<int>* notes[] = {&kUSDigits, &kUSUpper, &home, &lower};
+    for (std::size_t row = 0; row < std::size(rows); ++row) {
+        for (std::size_t i = 0; i < rows[row]->size(); ++i) {
+            ASSERT_TRUE(instrument.Xdotool({"key", QString::number((*rows[row])[i])}));
+            if (const int note = (*notes[row])[i]; note != kSilent) {
+                const std::string data = QString::number(note, 16).toUpper().toStdString();
+                expected.push_back("90 " + data + " 7F");
+                expected.push_back("80 " + data + " 00");
+                ASSERT_TRUE(instrument.WaitForNoteMessages(expected.size())) << "key " << (*rows[row])[i];
+            }
+        }
+    }
+    ASSERT_TRUE(instrument.Xdotool({"keyup", "50"}));
+    EXPECT_THAT(instrument.GetNoteMessages(), testing::ElementsAreArray(expected));
+    EXPECT_EQ(instrument.Close(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Countries, Layouts, testing::ValuesIn(kLayouts),

@@ -135,6 +135,19 @@ TEST_F(MainWindowTest, SettingsThatCannotBeSavedAreLogged) {
     KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
 }
 
+TEST_F(MainWindowTest, ADamagedSettingsFileIsKeptAsideAndTheUserTold) {
+    const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << std::string(2 * 1024 * 1024, 'x');
+    {
+        const MainWindow window(RealEngine());
+        EXPECT_EQ(titles_, QStringList("Warning")) << "at the start: the defaults are in force";
+    }
+    ASSERT_EQ(texts_.size(), 2);
+    EXPECT_TRUE(texts_[1].endsWith("Kivora.ini.bad")) << texts_[1].toStdString();
+    EXPECT_EQ(std::filesystem::file_size(file.string() + ".bad"), 2U * 1024 * 1024);
+}
+
 TEST_F(MainWindowTest, NothingSoundsOnAfterItIsDestroyed) {
     {
         MainWindow window(RealEngine());
