@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <QBasicTimer>
+#include <QDateTime>
 #include <QTimer>
 #include <QWidget>
 
@@ -172,7 +173,7 @@ private:
     // KivoraWidget_recording.cpp
     void stopAndSave();
     /// Asks where to, until the take is written or the user gives up. `save` writes it to a path.
-    bool saveAs(const std::function<bool(const NK::CString& path)>& save);
+    bool saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save);
     void checkLimits();
     /// Offers the takes that wait to be saved. False when the user wants to decide later.
     bool offerTakes();

@@ -77,15 +77,16 @@ void KivoraWidget::stopAndSave() {
         return;
     }
     if (engine_->GetRecordedCount() > 0) {
-        saveAs([this](const NK::CString& path) { return engine_->SaveRecording(path); });
+        saveAs(QDateTime::currentDateTime(), [this](const NK::CString& path) { return engine_->SaveRecording(path); });
     }
 }
 
-bool KivoraWidget::saveAs(const std::function<bool(const NK::CString& path)>& save) {
+bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save) {
     QFileDialog dialog(this, tr("Save MIDI File"), QString::fromWCharArray(engine_->GetUserDataDir().c_str()),
                        tr("MIDI Files (*.mid *.midi)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("mid");
+    dialog.selectFile(tr("Recording %1", "suggested file name").arg(begun.toString("yyyy-MM-dd HH.mm.ss")) + ".mid");
     while (dialog.exec() == QDialog::Accepted) {
         if (save(NK::CString(dialog.selectedFiles().value(0).toStdWString().c_str()))) {
             return true;
@@ -135,17 +136,19 @@ bool KivoraWidget::offerTakes() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     bool decided = true;
     for (const Kivora::WaitingTake& take : takes_->GetWaiting()) {
-        const QString started = QLocale().toString(QDateTime::fromSecsSinceEpoch(take.startedAt), QLocale::ShortFormat);
-        QMessageBox box(QMessageBox::Question, tr("Recording Not Saved"),
-                        tr("A recording of %1 (minutes and seconds), begun on %2, was not saved.")
-                                .arg(RecordingTexts::Elapsed(take.lengthMs), started) +
-                            "\n" + tr("Do you want to save the recording?"),
-                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
+        const QDateTime begun = QDateTime::fromSecsSinceEpoch(take.startedAt);
+        QMessageBox box(
+            QMessageBox::Question, tr("Recording Not Saved"),
+            tr("A recording of %1 (minutes and seconds), begun on %2, was not saved.")
+                    .arg(RecordingTexts::Elapsed(take.lengthMs), QLocale().toString(begun, QLocale::ShortFormat)) +
+                "\n" + tr("Do you want to save the recording?"),
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
         box.setDefaultButton(QMessageBox::Save);
         box.button(QMessageBox::Cancel)->setText(tr("Ask &later"));
         switch (box.exec()) {
             case QMessageBox::Save:
-                decided &= saveAs([this, &take](const NK::CString& path) { return takes_->Save(take.id, path); });
+                decided &=
+                    saveAs(begun, [this, &take](const NK::CString& path) { return takes_->Save(take.id, path); });
                 break;
             case QMessageBox::Discard:
                 takes_->Refuse(take.id);
