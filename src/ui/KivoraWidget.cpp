@@ -18,6 +18,7 @@
 #include "ui/MIDIEventRelay.h"
 #include "ui/PanelControlKeys.h"
 #include "ui/PanelGeometry.h"
+#include "ui/PresetList.h"
 
 namespace {
 const NK::CString kTakesFolder = L"Takes";
@@ -159,9 +160,18 @@ void KivoraWidget::settingsClicked() {
 }
 
 void KivoraWidget::loadPatchClicked() {
+    showPresets(false);
 }
 
 void KivoraWidget::savePatchClicked() {
+    showPresets(true);
+}
+
+void KivoraWidget::showPresets(bool saveMode) {
+    if (front_ != nullptr) {
+        releaseHeld();
+        PresetList(front_, saveMode, this).exec();
+    }
 }
 
 void KivoraWidget::loadLanguageFiles() {

@@ -158,6 +158,7 @@ private:
     void releaseComputerKeys();
     /// The same for the keys under the mouse and fingers too.
     void releaseHeld();
+    void showPresets(bool saveMode);
     void setOctaveShift(int semitones);
     void octaveUpClicked();
     void octaveDownClicked();

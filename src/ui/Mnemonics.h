@@ -1,0 +1,9 @@
+// Keys that reach the controls of a dialog together with ALT.
+#pragma once
+
+class QWidget;
+
+/// Gives the buttons, check boxes and labelled controls inside the dialog a mnemonic each, in the order in which they
+/// were made: the first letter of a word that is still free, else any free letter of the text. Works on the texts in
+/// the language in force, so it is called again when that changes. [gui]
+void AssignMnemonics(QWidget& dialog);

@@ -1,0 +1,187 @@
+#include "ui/PresetList.h"
+
+#include <QEvent>
+#include <QMessageBox>
+
+#include "engine/EngineFront.h"
+#include "ui/Mnemonics.h"
+#include "ui/QPresetNameValidator.h"
+#include "ui_PresetList.h"
+
+namespace {
+
+constexpr int kFactoryRole = Qt::UserRole;
+
+QString ToQt(const NK::CString& text) {
+    return QString::fromWCharArray(text.c_str());
+}
+NK::CString FromQt(const QString& text) {
+    return {text.toStdWString()};
+}
+
+QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
+                                 QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, title, text, buttons, parent);
+    box.setTextFormat(Qt::PlainText);  // a preset's name is no markup
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+}  // namespace
+
+PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::PresetList>()),
+      front_(front),
+      saveMode_(saveMode),
+      factoryIcon_(":/Resources/Preset_Factory.png"),
+      userIcon_(":/Resources/Preset_User.png") {
+    ui_->setupUi(this);
+    normalFont_ = ui_->presetList->font();
+    boldFont_ = normalFont_;
+    boldFont_.setBold(true);
+
+    ui_->presetNameLabel->setVisible(saveMode_);
+    ui_->presetName->setVisible(saveMode_);
+    ui_->saveBtn->setVisible(saveMode_);
+    ui_->loadBtn->setVisible(!saveMode_);
+    (saveMode_ ? ui_->saveBtn : ui_->loadBtn)->setDefault(true);
+    ui_->presetName->setValidator(new QPresetNameValidator(this));
+    retranslate();
+
+    connect(ui_->presetList, &QListWidget::currentItemChanged, this, &PresetList::listSelectionChanged);
+    connect(ui_->presetList, &QListWidget::itemClicked, this, &PresetList::listItemClicked);
+    connect(ui_->presetList, &QListWidget::itemDoubleClicked, this, &PresetList::listItemDoubleClicked);
+    connect(ui_->presetName, &QLineEdit::textChanged, this, &PresetList::nameEditChanged);
+    connect(ui_->saveBtn, &QPushButton::clicked, this, &PresetList::savePreset);
+    connect(ui_->loadBtn, &QPushButton::clicked, this, &PresetList::loadPreset);
+    connect(ui_->delBtn, &QPushButton::clicked, this, &PresetList::deletePreset);
+    connect(ui_->cancelBtn, &QPushButton::clicked, this, &PresetList::reject);
+
+    const QString current = front_ != nullptr ? ToQt(front_->GetEngine().GetPresetName()) : QString();
+    ui_->presetName->setText(current);
+    fillList();
+    if (const auto found = ui_->presetList->findItems(current, Qt::MatchFixedString | Qt::MatchCaseSensitive);
+        !found.isEmpty()) {
+        ui_->presetList->setCurrentItem(found.first());
+    }
+    updateButtons();
+    nameEditChanged();
+}
+
+PresetList::~PresetList() = default;
+
+void PresetList::retranslate() {
+    setWindowTitle(saveMode_ ? tr("Save Preset") : tr("Load Preset"));
+    AssignMnemonics(*this);
+}
+
+void PresetList::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        ui_->retranslateUi(this);
+        retranslate();
+    }
+    QDialog::changeEvent(event);
+}
+
+void PresetList::fillList() {
+    addPresets(true, boldFont_, factoryIcon_);
+    addPresets(false, normalFont_, userIcon_);
+}
+
+void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) {
+    if (front_ == nullptr) {
+        return;
+    }
+    NK::CStringArray names;
+    front_->GetEngine().ListPresets(names, factory);
+    for (std::uint32_t i = 0; i < names.GetSize(); ++i) {
+        auto* const item = new QListWidgetItem(icon, ToQt(names[i]), ui_->presetList);
+        item->setData(kFactoryRole, factory);
+        item->setFont(font);
+    }
+}
+
+void PresetList::updateButtons() {
+    const QListWidgetItem* const item = ui_->presetList->currentItem();
+    ui_->loadBtn->setEnabled(item != nullptr);
+    ui_->delBtn->setEnabled(item != nullptr && !item->data(kFactoryRole).toBool());
+}
+
+void PresetList::listSelectionChanged(QListWidgetItem* current, QListWidgetItem*) {
+    updateButtons();
+    if (current != nullptr && ui_->presetList->hasFocus()) {
+        ui_->presetName->setText(current->text());  // moving by the arrow keys names a preset as a click does
+    }
+}
+
+void PresetList::listItemClicked(QListWidgetItem* item) {
+    ui_->presetName->setText(item->text());
+    updateButtons();
+}
+
+void PresetList::listItemDoubleClicked(QListWidgetItem* item) {
+    listItemClicked(item);
+    if (saveMode_) {
+        savePreset();
+    } else {
+        loadPreset();
+    }
+}
+
+void PresetList::nameEditChanged() {
+    ui_->saveBtn->setEnabled(!ui_->presetName->text().trimmed().isEmpty());
+}
+
+void PresetList::loadPreset() {
+    const QListWidgetItem* const item = ui_->presetList->currentItem();
+    if (saveMode_ || front_ == nullptr || item == nullptr) {
+        return;
+    }
+    if (front_->LoadPreset(FromQt(item->text()), item->data(kFactoryRole).toBool())) {
+        accept();
+    } else {
+        showError(tr("Failed to load the preset."));
+    }
+}
+
+void PresetList::savePreset() {
+    const QString name = ui_->presetName->text();
+    if (!saveMode_ || front_ == nullptr || name.trimmed().isEmpty()) {
+        return;
+    }
+    Kivora::CKivora& engine = front_->GetEngine();
+    if (engine.PresetExists(FromQt(name), false) && !confirm(tr("Overwrite preset") + " \"" + name + "\"?")) {
+        return;
+    }
+    if (engine.SavePreset(FromQt(name))) {
+        accept();
+    } else {
+        showError(tr("Failed to save preset under this name."));
+    }
+}
+
+void PresetList::deletePreset() {
+    const QListWidgetItem* const item = ui_->presetList->currentItem();
+    if (front_ == nullptr || item == nullptr || item->data(kFactoryRole).toBool()) {
+        return;
+    }
+    const QString name = item->text();
+    if (!confirm(tr("Delete preset") + " \"" + name + "\"?")) {
+        return;
+    }
+    if (!front_->GetEngine().DeletePreset(FromQt(name))) {
+        showError(tr("Failed to delete the preset."));
+    }
+    ui_->presetList->clear();
+    fillList();
+    updateButtons();
+}
+
+bool PresetList::confirm(const QString& question) {
+    return Show(this, QMessageBox::Question, tr("Please Confirm"), question, QMessageBox::Yes | QMessageBox::No) ==
+           QMessageBox::Yes;
+}
+
+void PresetList::showError(const QString& text) {
+    Show(this, QMessageBox::Critical, tr("Error"), text, QMessageBox::Ok);
+}

@@ -1,0 +1,55 @@
+// The dialog that loads, saves and deletes presets.
+#pragma once
+
+#include <memory>
+#include <QDialog>
+#include <QFont>
+#include <QIcon>
+
+class QListWidgetItem;
+
+namespace Kivora {
+class EngineFront;
+}
+namespace Ui {
+class PresetList;
+}
+
+/// Lists the factory's presets, then the user's. Each item holds its preset's name, and under Qt::UserRole whether it
+/// is the factory's. Accepted once a preset has been loaded or saved. [gui]
+class PresetList : public QDialog {
+    Q_OBJECT
+
+public:
+    /// Saves or loads, for the whole life of the dialog. The front is not owned; without one the list stays empty.
+    PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* parent = nullptr);
+    ~PresetList() override;
+
+public slots:
+    void savePreset();
+    void loadPreset();
+    void deletePreset();
+    void nameEditChanged();
+    void listSelectionChanged(QListWidgetItem* current, QListWidgetItem* previous);
+    void listItemClicked(QListWidgetItem* item);
+    void listItemDoubleClicked(QListWidgetItem* item);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void retranslate();
+    void fillList();
+    void addPresets(bool factory, const QFont& font, const QIcon& icon);
+    void updateButtons();
+    bool confirm(const QString& question);
+    void showError(const QString& text);
+
+    std::unique_ptr<Ui::PresetList> ui_;
+    Kivora::EngineFront* front_;
+    const bool saveMode_;
+    QFont normalFont_;
+    QFont boldFont_;
+    const QIcon factoryIcon_;
+    const QIcon userIcon_;
+};

@@ -1,0 +1,90 @@
+#include "widget/ui/DialogTexts.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMap>
+#include <QRegularExpression>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+
+namespace {
+
+/// Whether the widget has less room than the style wants for the whole text.
+bool IsClipped(QWidget& widget) {
+    if (auto* const label = qobject_cast<QLabel*>(&widget)) {
+        return label->width() < label->minimumSizeHint().width() ||
+               label->height() < label->heightForWidth(label->width());
+    }
+    if (auto* const combo = qobject_cast<QComboBox*>(&widget)) {
+        QStyleOptionComboBox option;
+        option.initFrom(combo);
+        const QRect room =
+            combo->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, combo);
+        for (int item = 0; item < combo->count(); ++item) {
+            if (combo->fontMetrics().horizontalAdvance(combo->itemText(item)) > room.width()) {
+                return true;
+            }
+        }
+        return false;
+    }
+    if (auto* const group = qobject_cast<QGroupBox*>(&widget)) {
+        return group->fontMetrics().horizontalAdvance(group->title()) > group->width();
+    }
+    if (qobject_cast<QAbstractButton*>(&widget) != nullptr || qobject_cast<QAbstractSpinBox*>(&widget) != nullptr) {
+        return widget.width() < widget.sizeHint().width() || widget.height() < widget.sizeHint().height();
+    }
+    return false;
+}
+
+QString TextOf(const QWidget& widget) {
+    const QVariant text = widget.property("text");
+    return text.isValid() ? text.toString() : widget.property("title").toString();
+}
+
+}  // namespace
+
+QStringList ClippedTexts(QWidget& window) {
+    QStringList clipped;
+    for (QWidget* const widget : window.findChildren<QWidget*>(QRegularExpression("^[^q]"))) {
+        if (widget->isVisible() &&
+            (IsClipped(*widget) || !window.rect().contains(QRect(widget->mapTo(&window, QPoint()), widget->size())))) {
+            clipped << widget->objectName() + ": " + TextOf(*widget);
+        }
+    }
+    return clipped;
+}
+
+QStringList NamelessControls(QWidget& window) {
+    QStringList nameless;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        const QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(widget);
+        if (widget->focusPolicy() != Qt::NoFocus && !widget->objectName().startsWith("qt_") &&
+            widget->focusProxy() == nullptr &&
+            (accessible == nullptr || accessible->text(QAccessible::Name).isEmpty())) {
+            nameless << widget->objectName();
+        }
+    }
+    return nameless;
+}
+
+QStringList SharedMnemonics(QWidget& window) {
+    QMap<QString, QString> owners;
+    QStringList shared;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        const QString text = TextOf(*widget);
+        const QString mnemonic = QKeySequence::mnemonic(text).toString();
+        if (mnemonic.isEmpty()) {
+            continue;
+        }
+        if (owners.contains(mnemonic)) {
+            shared << text + " / " + owners[mnemonic];
+        }
+        owners[mnemonic] = text;
+    }
+    return shared;
+}
