@@ -13,6 +13,9 @@ namespace {
 constexpr char kTag[] = {'K', 'i', 'v', 'T', 'a', 'k', 'e', '1'};
 constexpr std::uint8_t kCheckSeed = 0xA5;
 constexpr std::size_t kCheckedSize = kCaptureRecordSize - 1;
+constexpr std::size_t kStatusPlace = 4;
+constexpr std::uint8_t kStatusBit = 0x80;
+constexpr std::uint32_t kLatestTime = 0x7FFFFFFF;
 constexpr std::size_t kRecordsAtOnce = 4096;
 
 void EncodeNumber(std::uint64_t number, std::uint8_t* out, int size) {
@@ -48,7 +51,7 @@ void EncodeCaptureHeader(std::int64_t startedAt, std::uint8_t* out) {
 void EncodeCapturedEvent(const CapturedEvent& event, std::uint8_t* out) {
     const MIDIEvent wire = MIDIEvent::FromMessage(event.message, event.time);
     EncodeNumber(event.time, out, 4);
-    out[4] = wire.status;
+    out[kStatusPlace] = wire.status;
     out[5] = wire.data1;
     out[6] = wire.data2;
     out[kCheckedSize] = GetCheck(out);
@@ -75,11 +78,12 @@ void ReadCapturedEvents(NK::CFile& file, const std::function<void(const Captured
         for (std::size_t i = 0; i < count; ++i) {
             const std::uint8_t* const record = records.data() + i * kCaptureRecordSize;
             const auto time = static_cast<std::uint32_t>(DecodeNumber(record, 4));
-            if (record[kCheckedSize] != GetCheck(record) || time < previous) {
+            if (record[kCheckedSize] != GetCheck(record) || time < previous || time > kLatestTime ||
+                (record[kStatusPlace] & kStatusBit) == 0) {
                 return;
             }
             previous = time;
-            visit({time, MIDIEvent(time, record[4], record[5], record[6]).ToMessage()});
+            visit({time, MIDIEvent(time, record[kStatusPlace], record[5], record[6]).ToMessage()});
         }
     }
 }

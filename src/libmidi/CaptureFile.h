@@ -14,7 +14,8 @@ namespace LibMidi {
 // 1970-01-01 UTC. Then a record of 8 bytes for each event: its time in 4, the message as on the wire in 3 (status with
 // the channel folded in; unused data bytes as captured), and a check byte, the exclusive or of the seven and A5.
 // Numbers stand with their high byte first. There is no end mark: the events end where no whole record follows whose
-// check byte is right and whose time does not go back. All of these may be called from any thread.
+// check byte is right, whose status is one and whose time neither goes back nor exceeds 2^31 - 1 ms. All of these may
+// be called from any thread.
 
 inline constexpr std::size_t kCaptureHeaderSize = 16;
 inline constexpr std::size_t kCaptureRecordSize = 8;
