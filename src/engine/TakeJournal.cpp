@@ -12,6 +12,7 @@
 #include "nk/nk_disk_file.h"
 #include "nk/nk_locked_file.h"
 #include "nk/nk_paths.h"
+#include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
@@ -150,7 +151,7 @@ TakeJournal::TakeJournal(CKivora& engine, CString folder, Settings settings)
         connect(&engine, &CKivora::RecordingStateChanged, this, &TakeJournal::FollowRecording, Qt::DirectConnection);
         FollowRecording();
     });
-    connect(&engine, &CKivora::RecordingSaved, this, &TakeJournal::ForgetRecorded, Qt::DirectConnection);
+    connect(&engine, &CKivora::RecordingSaved, this, &TakeJournal::RefuseLatest, Qt::DirectConnection);
     if (settings_.runThread) {
         thread_ = std::make_unique<Thread>(*this);
     }
@@ -257,6 +258,7 @@ TakeJournal::TakePointer TakeJournal::FindWaiting(int id) const {
 }
 
 bool TakeJournal::Save(int id, const CString& path) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const TakePointer take = FindWaiting(id);
     if (!take) {
         return false;
@@ -271,6 +273,7 @@ bool TakeJournal::Save(int id, const CString& path) {
 }
 
 bool TakeJournal::Refuse(int id) {
+    NK_ASSERT_THREAD_ROLE(gui);
     const TakePointer take = FindWaiting(id);
     if (take) {
         Forget(take);
@@ -278,15 +281,13 @@ bool TakeJournal::Refuse(int id) {
     return take != nullptr;
 }
 
-void TakeJournal::ForgetRecorded() {
-    TakePointer take;
+bool TakeJournal::RefuseLatest() {
+    TakePointer latest;
     {
         const CLockGuard guard(lock_);
-        take = recorded_;
+        latest = recorded_;
     }
-    if (take && FindWaiting(take->id)) {
-        Forget(take);
-    }
+    return latest && Refuse(latest->id);
 }
 
 void TakeJournal::Forget(const TakePointer& take) {

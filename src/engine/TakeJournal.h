@@ -66,6 +66,9 @@ public:
     bool Save(int id, const NK::CString& path);
     /// Forgets the take. False when no such take waits.
     bool Refuse(int id);
+    /// Forgets the recording of this run that ended last. False when it does not wait: it was saved or refused already,
+    /// nothing was played in it, or there is none.
+    bool RefuseLatest();
 
     /// Appends to the journals what has been captured, and returns once it has reached the disk. [any], but not for a
     /// thread that must not wait
@@ -86,7 +89,6 @@ private:
     void TakeUpJournals();
     TakePointer TakeUp(const NK::CString& path) NK_REQUIRES(lock_);
     void FollowRecording();
-    void ForgetRecorded();
     /// The recording that runs ends. True when it waits from now on.
     bool EndRecording() NK_REQUIRES(lock_);
     TakePointer FindWaiting(int id) const;

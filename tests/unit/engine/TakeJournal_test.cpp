@@ -190,6 +190,23 @@ TEST_F(TakeJournalTest, ARefusedTakeLeavesNoJournalAndCannotBeSaved) {
     EXPECT_THAT(journal->GetWaiting(), IsEmpty());
 }
 
+TEST_F(TakeJournalTest, RefusingTheLatestLeavesEveryOtherTakeAlone) {
+    Record(2);
+    Crash();
+    Start();
+    EXPECT_FALSE(journal->RefuseLatest()) << "the take that waits is of an earlier run";
+    Record(2);
+    EXPECT_FALSE(journal->RefuseLatest()) << "it is being recorded";
+    GetEngine().StopRecording();
+    EXPECT_TRUE(journal->RefuseLatest());
+    EXPECT_FALSE(journal->RefuseLatest());
+    Record(0);
+    GetEngine().StopRecording();
+    EXPECT_FALSE(journal->RefuseLatest()) << "nothing was played";
+    ASSERT_THAT(journal->GetWaiting(), SizeIs(1));
+    EXPECT_TRUE(journal->GetWaiting()[0].isFromEarlierRun);
+}
+
 TEST_F(TakeJournalTest, AfterAFailedWriteTheTakeWaitsAndCanBeSavedElsewhere) {
     Record(3);
     GetEngine().StopRecording();
