@@ -169,7 +169,6 @@ private:
     void showPatchMenu(int slot, const QWidget* widget, QPoint position);
     /// What the second voice's texts are about: its slot, or -1 without one.
     int shownSecondarySlot() const;
-    static void blinkButton(PanelKey* button);
 
     // KivoraWidget_recording.cpp
     void stopAndSave();

@@ -1,6 +1,4 @@
 // Voice modes, patches, and the parameter that the value keys change.
-#include <QTimer>
-
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
@@ -148,18 +146,13 @@ void KivoraWidget::patchChanged() {
     }
 }
 
-void KivoraWidget::blinkButton(PanelKey* button) {
-    button->setDown(true);
-    QTimer::singleShot(kBlinkMs, button, [button] { button->setDown(false); });
-}
-
 void KivoraWidget::stepUpClicked() {
-    blinkButton(plus_);
+    plus_->blink(kBlinkMs);
     editor_.StepUp();
 }
 
 void KivoraWidget::stepDownClicked() {
-    blinkButton(minus_);
+    minus_->blink(kBlinkMs);
     editor_.StepDown();
 }
 

@@ -7,6 +7,16 @@ constexpr double kDisabledOpacity = 0.4;
 constexpr double kMargin = 5.0;  // logical pixels on either side of the caption
 }  // namespace
 
+PanelKey::PanelKey(QWidget* parent) : QPixmapButton(parent) {
+    blinkTimer_.setSingleShot(true);
+    connect(&blinkTimer_, &QTimer::timeout, this, qOverload<>(&PanelKey::update));
+}
+
+void PanelKey::blink(int milliseconds) {
+    blinkTimer_.start(milliseconds);
+    update();
+}
+
 void PanelKey::setCaptionStyle(const PanelTextStyle& style, double baseline) {
     style_ = style;
     baseline_ = baseline;
@@ -38,7 +48,7 @@ void PanelKey::paintEvent(QPaintEvent* event) {
     if (!hasCaption_) {
         return;
     }
-    const bool on = isCheckable() ? isChecked() : isDown();
+    const bool on = isOn();
     QPainter painter(this);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);

@@ -1,6 +1,8 @@
 // A key of the panel with a caption.
 #pragma once
 
+#include <QTimer>
+
 #include "QtWidgets/skin/QPixmapButton.h"
 #include "ui/PanelText.h"
 
@@ -9,7 +11,7 @@ class PanelKey : public QPixmapButton {
     Q_OBJECT
 
 public:
-    using QPixmapButton::QPixmapButton;
+    explicit PanelKey(QWidget* parent = nullptr);
 
     /// Without it no caption is drawn. The baseline is in logical pixels from the key's top.
     void setCaptionStyle(const PanelTextStyle& style, double baseline);
@@ -17,6 +19,9 @@ public:
     void setCaptionColors(const QColor& normal, const QColor& on);
     /// Logical pixels by which the caption sinks while the key is on.
     void setCaptionTravel(double y);
+    /// Shown as being on from now until that time has passed since the last call, whatever the mouse does with the key.
+    void blink(int milliseconds);
+    bool isOn() const override { return blinkTimer_.isActive() || QPixmapButton::isOn(); }
     /// The caption as it fits the key now.
     QString fittedCaption() const;
 
@@ -26,6 +31,7 @@ protected:
 private:
     double captionWidth() const;
 
+    QTimer blinkTimer_;
     PanelTextStyle style_ = PanelText::kCaption;
     double baseline_ = 0.0;
     bool hasCaption_ = false;

@@ -38,11 +38,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    /// Whether the button is painted as one that is on.
+    virtual bool isOn() const { return isCheckable() ? isChecked() : isDown(); }
 
 private:
     enum State { kNormal, kOn, kDisabled, kDisabledOn, kStates };
 
-    bool isOn() const { return isCheckable() ? isChecked() : isDown(); }
     void splitSprite(const QRect& area, Qt::Orientation orientation, int frames);
     QPixmap* imageOfState(State state) const;
 

@@ -1,0 +1,216 @@
+// The front panel in a window, with an engine on fakes, worked by mouse and keys; and what answers its boxes.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QTimer>
+#include <QtTest/QTest>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "engine/EngineFront.h"
+#include "locale/Locale.h"
+#include "QtWidgets/piano/QPiano.h"
+#include "ui/EmbeddedFonts.h"
+#include "ui/KivoraWidget.h"
+#include "unit/engine/EngineRig.h"
+
+namespace KivoraTest {
+
+inline constexpr int kWaitMs = 30000;
+
+/// While it lives, answers each modal dialog that appears with the next of its answers, and notes what was seen:
+/// "title: text" of a box, the title of any other dialog. A dialog without an answer is refused, so that no test hangs.
+class ModalAnswers {
+public:
+    using Answer = std::function<void(QDialog& dialog)>;
+
+    ModalAnswers() {
+        QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
+        timer_.start(1);
+    }
+
+    ModalAnswers& Then(Answer answer) {
+        answers_.push_back(std::move(answer));
+        return *this;
+    }
+    /// Clicks that button of a box.
+    ModalAnswers& Click(QMessageBox::StandardButton button) {
+        return Then([button](QDialog& dialog) {
+            auto* const box = qobject_cast<QMessageBox*>(&dialog);
+            QAbstractButton* const found = box != nullptr ? box->button(button) : nullptr;
+            if (found == nullptr) {
+                ADD_FAILURE() << "no such button in " << dialog.windowTitle().toStdString();
+                dialog.reject();
+                return;
+            }
+            QTest::mouseClick(found, Qt::LeftButton);
+        });
+    }
+    /// Types a file's name into a file dialog and presses Enter.
+    ModalAnswers& TypeFile(const QString& path) {
+        return Then([path](QDialog& dialog) {
+            auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+            if (name == nullptr) {
+                ADD_FAILURE() << "no file dialog: " << dialog.windowTitle().toStdString();
+                dialog.reject();
+                return;
+            }
+            name->setText(path);
+            QTest::keyClick(name, Qt::Key_Return);
+        });
+    }
+    ModalAnswers& Refuse() {
+        return Then([](QDialog& dialog) { dialog.reject(); });
+    }
+
+    bool AllGiven() const { return answers_.empty(); }
+    std::vector<std::string> seen;
+
+private:
+    void Look() {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr || !dialog->isVisible() || busy_) {
+            return;
+        }
+        const QScopedValueRollback busy(busy_, true);
+        const auto* const box = qobject_cast<QMessageBox*>(dialog);
+        seen.push_back(dialog->windowTitle().toStdString() + (box != nullptr ? ": " + box->text().toStdString() : ""));
+        if (answers_.empty()) {
+            dialog->reject();
+            return;
+        }
+        const Answer answer = answers_.front();
+        answers_.pop_front();
+        answer(*dialog);
+    }
+
+    QTimer timer_;
+    bool busy_ = false;
+    std::deque<Answer> answers_;
+};
+
+/// Calls `action` once a pop-up menu is open; the menu is closed afterwards if it is still there.
+inline void OnPopUp(std::function<void(QWidget& popUp)> action) {
+    auto* const timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, [timer, action = std::move(action)] {
+        QWidget* const popUp = QApplication::activePopupWidget();
+        if (popUp == nullptr) {
+            return;
+        }
+        timer->deleteLater();
+        timer->stop();
+        action(*popUp);
+        if (QApplication::activePopupWidget() == popUp) {
+            popUp->close();
+        }
+    });
+    timer->start(1);
+}
+
+/// English, an output open by default, the window active.
+class PanelTest : public testing::Test {
+protected:
+    PanelTest() {
+        [[maybe_unused]] static const bool registered = [] {
+            Kivora::RegisterEmbeddedFonts();
+            return true;
+        }();
+        Kivora::SetLocale("en_US", false);
+        rig.backend.defaultOutput = kSynth;
+    }
+    ~PanelTest() override {
+        CloseWindow();
+        if (front) {
+            front->Close();
+        }
+        Kivora::SetLocale("en_US", false);
+    }
+
+    void CreateEngine() {
+        rig.Create();
+        front = std::make_unique<Kivora::EngineFront>(*rig.engine);
+    }
+    void ShowPanel() {
+        window = std::make_unique<QMainWindow>();
+        panel = new KivoraWidget(front.get(), window.get());
+        window->setCentralWidget(panel);
+        window->setFixedSize(panel->sizeHint());
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), kWaitMs));
+        QApplication::processEvents();
+        rig.TakeWritten();
+    }
+    void CloseWindow() {
+        window.reset();
+        panel = nullptr;
+    }
+    void SetUp() override {
+        CreateEngine();
+        ShowPanel();
+    }
+
+    Kivora::CKivora& Engine() { return *rig.engine; }
+    template <class Widget = QWidget>
+    Widget& Find(const char* name) {
+        auto* const found = panel->findChild<Widget*>(name);
+        if (found == nullptr) {
+            throw std::runtime_error(name);
+        }
+        return *found;
+    }
+    QAbstractButton& Button(const char* name) { return Find<QAbstractButton>(name); }
+    QPiano& Piano() { return Find<QPiano>("piano"); }
+    std::string Label(const char* name) { return Find<QLabel>(name).text().toStdString(); }
+    std::string Caption(const char* name) { return Button(name).text().toStdString(); }
+    void Click(const char* name) { QTest::mouseClick(&Find(name), Qt::LeftButton); }
+    void RightClick(QWidget& widget, const QPoint& position) {
+        QTest::mouseClick(&widget, Qt::RightButton, {}, position);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, position, widget.mapToGlobal(position));
+        QApplication::sendEvent(&widget, &event);
+    }
+    /// A key goes where the focus is, as a key of the system does.
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyPress(Receiver(), key, modifiers, 0); }
+    void Release(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyRelease(Receiver(), key, modifiers, 0);
+    }
+    void Type(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        Press(key, modifiers);
+        Release(key, modifiers);
+    }
+    /// Lets what was played get shown.
+    void Show() {
+        rig.RunPlayer();
+        QApplication::processEvents();
+    }
+    void Wait(const std::function<bool()>& condition) { ASSERT_TRUE(QTest::qWaitFor(condition, kWaitMs)); }
+    QString PathOf(const std::string& name) { return QString::fromStdString((rig.folder / name).native()); }
+
+    EngineRig rig;
+    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<QMainWindow> window;
+    KivoraWidget* panel = nullptr;
+
+private:
+    QWidget* Receiver() {
+        QWidget* const focused = QApplication::focusWidget();
+        return focused != nullptr ? focused : panel;
+    }
+};
+
+}  // namespace KivoraTest
