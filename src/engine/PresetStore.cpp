@@ -1,6 +1,8 @@
 #include "engine/PresetStore.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "engine/DamagedFile.h"
@@ -12,15 +14,16 @@ namespace Kivora {
 
 namespace {
 
-constexpr wchar_t kReplacement = L'\xFFFD';  // stands for what is no character
-
-/// The control characters of ISO/IEC 6429: C0, DEL and C1.
-bool IsControl(wchar_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+/// Neither a control character of ISO/IEC 6429 (C0, DEL, C1) nor what is no character: half a surrogate pair, beyond
+/// Unicode's end, or U+FFFD, which stands for what could not be decoded.
+bool IsFitForName(wchar_t character) {
+    const auto code = static_cast<std::uint32_t>(character);
+    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+    return !isControl && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFD && code <= 0x10FFFF;
 }
 
-bool IsWellFormed(const NK::CString& name) {
-    return name.View().find(kReplacement) == std::wstring_view::npos && NK::CString::FromUtf8(name.ToUtf8()) == name;
+bool IsName(std::wstring_view name) {
+    return !name.empty() && name != L"." && name != L".." && std::all_of(name.begin(), name.end(), IsFitForName);
 }
 
 const NK::CString& CreateOnce(const NK::CString& folder, bool& asked) {
@@ -40,8 +43,7 @@ PresetStore::PresetStore(NK::CString userDataDir, NK::CString factoryPresetsDir)
 }
 
 NK::CString PresetStore::GetStoredName(const NK::CString& name) {
-    const std::wstring_view text = name.View();
-    if (text == L"." || text == L".." || std::any_of(text.begin(), text.end(), IsControl) || !IsWellFormed(name)) {
+    if (!IsName(name.View())) {
         return {};
     }
     NK::CString stored = name;
@@ -65,15 +67,22 @@ NK::CString PresetStore::GetPath(const NK::CString& name, bool factory) {
 }
 
 void PresetStore::List(NK::CStringArray& names, bool factory) {
-    names.Clear();
+    const std::wstring ending = std::wstring(L".") + kExtension;
     NK::CStringArray files;
     static_cast<void>(NK::ListFiles(GetPresetsDir(factory), files));
+    names.SetSize(files.GetSize(), false);
+    std::uint32_t count = 0;
     for (const NK::CString& file : files) {
-        NK::CString name = NK::GetFileStem(file);
-        if (NK::GetFileExtension(file) == kExtension && GetStoredName(name) == name) {
-            names.Push(name);
+        std::wstring_view name = file.View();
+        if (!name.ends_with(ending)) {
+            continue;
+        }
+        name.remove_suffix(ending.size());
+        if (IsName(name) && name.find(L'\\') == std::wstring_view::npos) {
+            names[count++] = name;
         }
     }
+    names.SetSize(count);
     SortByName(names);
 }
 
