@@ -1274,6 +1274,11 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Failed to save wallpaper cache information to:</source>
         <translation>Не удалось сохранить сведения об изображении в:</translation>
     </message>
+    <message>
+        <source>Recording %1</source>
+        <comment>suggested file name</comment>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>
@@ -2006,6 +2011,69 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Arpeggio</source>
         <translation>Арпеджио</translation>
+    </message>
+</context>
+<context>
+    <name>PresetList</name>
+    <message>
+        <source>Presets</source>
+        <translation>Пресеты</translation>
+    </message>
+    <message>
+        <source>Preset Name:</source>
+        <translation>Имя пресета:</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Удалить</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Сохранить</translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation>Загрузить</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>Save Preset</source>
+        <translation>Сохранение пресета</translation>
+    </message>
+    <message>
+        <source>Load Preset</source>
+        <translation>Загрузка пресета</translation>
+    </message>
+    <message>
+        <source>Failed to load the preset.</source>
+        <translation>Не удалось загрузить пресет.</translation>
+    </message>
+    <message>
+        <source>Overwrite preset</source>
+        <translation>Заменить пресет</translation>
+    </message>
+    <message>
+        <source>Failed to save preset under this name.</source>
+        <translation>Не удалось сохранить пресет под этим именем.</translation>
+    </message>
+    <message>
+        <source>Delete preset</source>
+        <translation>Удалить пресет</translation>
+    </message>
+    <message>
+        <source>Failed to delete the preset.</source>
+        <translation>Не удалось удалить пресет.</translation>
+    </message>
+    <message>
+        <source>Please Confirm</source>
+        <translation>Подтвердите</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
     </message>
 </context>
 <context>

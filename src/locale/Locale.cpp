@@ -95,12 +95,12 @@ bool SetLocale(const QString& code, bool save) {
     state.current = supported.left(kMaxLocaleCodeLength);
     Install(state.qtTranslator, "qt_" + LanguageOf(supported).toLower(), {kTranslationsDir});
     Install(state.ownTranslator, "kivora_" + supported, {kTranslationsDir, QCoreApplication::applicationDirPath()});
+    NK::SetTranslateFunction(TranslateThroughCatalogue);
     state.keyMap.Build();
     return saved;
 }
 
 void InitLocale() {
-    NK::SetTranslateFunction(TranslateThroughCatalogue);
     const NK::CString stored = LoadLocaleCode();
     if (stored.IsEmpty()) {
         SetLocale(QLocale::system().name(), true);
