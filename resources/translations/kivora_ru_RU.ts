@@ -1277,7 +1277,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Recording %1</source>
         <comment>suggested file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Запись %1</translation>
     </message>
 </context>
 <context>
