@@ -1,7 +1,5 @@
 // How long a message takes from the sink to the port, how late note-offs are, and what an append to the capture costs.
 #include <benchmark/benchmark.h>
-#include <sys/prctl.h>
-#include <time.h>
 
 #include <algorithm>
 #include <atomic>
@@ -15,10 +13,11 @@
 #include "libmidi/CaptureStore.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
+#include "Measure.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace KivoraBench;
 using namespace LibMidi;
 
 /// Remembers when it was last written to.
@@ -44,29 +43,6 @@ private:
     std::atomic<int> writes_{0};
 };
 
-double Microseconds(Clock::duration duration) {
-    return std::chrono::duration<double, std::micro>(duration).count();
-}
-
-double Median(std::vector<double>& values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-/// The floor: the period of a thread that does nothing but sleep 1 ms at a time.
-std::vector<double> BarePeriods(std::size_t count) {
-    prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
-    constexpr timespec kMillisecond{0, 1'000'000};
-    std::vector<double> periods;
-    for (Clock::time_point before = Clock::now(); periods.size() < count;) {
-        clock_nanosleep(CLOCK_MONOTONIC, 0, &kMillisecond, nullptr);
-        const Clock::time_point now = Clock::now();
-        periods.push_back(Microseconds(now - before));
-        before = now;
-    }
-    return periods;
-}
-
 void SinkToPort(benchmark::State& state) {
     constexpr int kMessages = 2000;
     constexpr int kNoteMs = 3;
@@ -77,8 +53,7 @@ void SinkToPort(benchmark::State& state) {
         player->SetTimeSource(&clock);
         player->AttachOutput(&port);
         player->Start();
-        std::vector<double> floor;
-        std::thread bare([&] { floor = BarePeriods(kMessages); });
+        CBareSleeper bare;
         std::vector<double> latencies;
         std::vector<double> lateness;
         std::mt19937 random(1);
@@ -98,13 +73,13 @@ void SinkToPort(benchmark::State& state) {
             awaitWrites(before + 2);
             lateness.push_back(Microseconds(port.GetLast() - written) - 1000.0 * kNoteMs);
         }
-        bare.join();
+        const std::vector<double>& floor = bare.End();
         player->Stop();
-        state.counters["bare_period_us"] = Median(floor);
-        state.counters["send_to_write_us"] = Median(latencies);
-        state.counters["note_off_late_us"] = Median(lateness);
-        state.counters["send_ratio"] = Median(latencies) / Median(floor);
-        state.counters["late_ratio"] = Median(lateness) / Median(floor);
+        state.counters["bare_period_us"] = Quantile(floor, 0.5);
+        state.counters["send_to_write_us"] = Quantile(latencies, 0.5);
+        state.counters["note_off_late_us"] = Quantile(lateness, 0.5);
+        state.counters["send_ratio"] = Quantile(latencies, 0.5) / Quantile(floor, 0.5);
+        state.counters["late_ratio"] = Quantile(lateness, 0.5) / Quantile(floor, 0.5);
     }
 }
 BENCHMARK(SinkToPort)->Iterations(1)->Unit(benchmark::kMillisecond);

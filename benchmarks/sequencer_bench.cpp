@@ -1,0 +1,280 @@
+// The instrument between other programs on a real ALSA sequencer: from a key of the X server to a note, through from a
+// MIDI keyboard to the output, and the steps of an arpeggio. Each beside a bare program in the same run. Nothing is
+// measured where there is no sequencer.
+#include <benchmark/benchmark.h>
+#include <portmidi.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ArpeggioGrid.h"
+#include "engine/CKivora.h"
+#include "libmidi/MIDIPlayer.h"
+#include "libmidi/portmidi/PortMIDIBackend.h"
+#include "Measure.h"
+#include "support/ChildProcess.h"
+#include "support/SequencerClient.h"
+#include "XKeyboard.h"
+
+namespace {
+
+using namespace KivoraBench;
+using KivoraTest::CChildProcess;
+using KivoraTest::CSequencerClient;
+
+/// What the program takes for the system's synthesizer when nothing else is chosen.
+constexpr char kOutput[] = "Benchmark's Software synthesizer";
+constexpr char kInput[] = "Benchmark's keyboard";
+
+bool IsMissing(benchmark::State& state) {
+    if (!KivoraTest::HasSequencer()) {
+        state.SkipWithError("no ALSA sequencer on this machine");
+        return true;
+    }
+    return false;
+}
+
+/// Waits for that note; its time. The epoch when it does not come within five seconds.
+Clock::time_point Await(const CSequencerClient& client, std::size_t count) {
+    const Clock::time_point limit = Clock::now() + std::chrono::seconds(5);
+    while (client.GetCount() < count) {
+        if (Clock::now() > limit) {
+            return {};
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return client.GetNotes()[count - 1].arrival;
+}
+
+/// Presses and releases keys at random times; microseconds from each press to its note. Empty when a note is missing.
+std::vector<double> PressKeys(CXKeyboard& keyboard, CSequencerClient& client) {
+    constexpr int kPresses = 300;
+    constexpr std::array<std::uint8_t, 7> kRowOfZ = {52, 53, 54, 55, 56, 57, 58};
+    std::vector<double> latencies;
+    std::mt19937 random(1);
+    const auto rest = [&random] { std::this_thread::sleep_for(std::chrono::microseconds(20000 + random() % 30000)); };
+    client.Clear();
+    for (int i = 0; i < kPresses; ++i) {
+        const std::uint8_t key = kRowOfZ[random() % kRowOfZ.size()];
+        const std::size_t before = client.GetCount();
+        const Clock::time_point pressed = Clock::now();
+        keyboard.Move(key, true);
+        const Clock::time_point arrived = Await(client, before + 1);
+        rest();
+        keyboard.Move(key, false);
+        const Clock::time_point released = Await(client, before + 2);
+        if (arrived == Clock::time_point() || released == Clock::time_point()) {
+            return {};
+        }
+        rest();
+        latencies.push_back(Microseconds(arrived - pressed));
+    }
+    return latencies;
+}
+
+void KeyToSequencer(benchmark::State& state) {
+    if (IsMissing(state)) {
+        return;
+    }
+    const auto home = std::filesystem::temp_directory_path() / "kivora-sequencer-bench";
+    std::filesystem::create_directory(home);
+    setenv("HOME", home.c_str(), 1);
+    setenv("XDG_DATA_HOME", home.c_str(), 1);
+    setenv("DISPLAY", ":97", 1);
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+    setenv("KIVORA_SOUNDFONT", "/no-such-file", 1);  // without the built-in synthesizer
+    for (auto _ : state) {
+        CXKeyboard keyboard(":97");
+        CSequencerClient client(kOutput, kInput);
+        const auto measure = [&](std::vector<std::string> program, const char* title) {
+            const CChildProcess process(std::move(program));
+            return keyboard.FocusWindow(title) ? PressKeys(keyboard, client) : std::vector<double>();
+        };
+        std::vector<double> bare;
+        std::vector<double> ours;
+        std::vector<double> periods;
+        for (int round = 0; round < 2; ++round) {
+            CBareSleeper sleeper;
+            const std::vector<double> floor = measure({KIVORA_X11_TO_PORTMIDI, kOutput}, "Bare");
+            const std::vector<double> through = measure({KIVORA_PROGRAM}, "Kivora LX");
+            if (floor.empty() || through.empty()) {
+                state.SkipWithError(floor.empty() ? "no notes from the bare program" : "no notes from the program");
+                return;
+            }
+            bare.insert(bare.end(), floor.begin(), floor.end());
+            ours.insert(ours.end(), through.begin(), through.end());
+            periods.insert(periods.end(), sleeper.End().begin(), sleeper.End().end());
+        }
+        Report(state, "bare", bare);
+        Report(state, "key", ours);
+        const double period = Quantile(periods, 0.5);
+        state.counters["period_us"] = period;
+        state.counters["over_bare_us"] = Quantile(ours, 0.5) - Quantile(bare, 0.5);
+        constexpr double kOwnShareUs = 300.0;
+        state.counters["share_of_allowed"] = Quantile(ours, 0.5) / (Quantile(bare, 0.5) + period + kOwnShareUs);
+    }
+    std::filesystem::remove_all(home);
+}
+BENCHMARK(KeyToSequencer)->Iterations(1)->Repetitions(3)->Unit(benchmark::kMillisecond);
+
+/// The engine with both ports of the client open.
+struct Instrument {
+    Instrument()
+        : engine({.backends = {LibMidi::PortMIDIBackend()},
+                  .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); },
+                  .wallClockMs =
+                      [this] {
+                          lastMs = NK::CWorldClockSource::Instance().GetTimeMs();
+                          return lastMs.load();
+                      }}) {
+        engine.SetOutputPortByName(NK::CString::FromUtf8(kOutput));
+        engine.SetInputPortByName(NK::CString::FromUtf8(kInput));
+    }
+    std::atomic<std::int64_t> lastMs{0};  ///< what the engine last read
+    Kivora::CKivora engine;
+};
+
+/// The floor: a thread that reads PortMidi's input each millisecond and writes what it reads to the output.
+class BareThrough {
+public:
+    BareThrough() {
+        Pm_Initialize();
+        for (PmDeviceID device = 0; device < Pm_CountDevices(); ++device) {
+            const PmDeviceInfo* info = Pm_GetDeviceInfo(device);
+            if (info->input != 0 && std::string(info->name) == kInput) {
+                Pm_OpenInput(&input_, device, nullptr, 0, nullptr, nullptr);
+            } else if (info->output != 0 && std::string(info->name) == kOutput) {
+                Pm_OpenOutput(&output_, device, nullptr, 1024, nullptr, nullptr, 0);
+            }
+        }
+        thread_ = std::thread([this] { Run(); });
+    }
+    ~BareThrough() {
+        stop_ = true;
+        thread_.join();
+        Pm_Close(input_);
+        Pm_Close(output_);
+        Pm_Terminate();
+    }
+
+private:
+    void Run() {
+        UseSmallestSlack();
+        while (!stop_) {
+            SleepBare();
+            PmEvent event{};
+            if (Pm_Poll(input_) > 0 && Pm_Read(input_, &event, 1) > 0) {
+                Pm_Write(output_, &event, 1);
+            }
+        }
+    }
+
+    PortMidiStream* input_ = nullptr;
+    PortMidiStream* output_ = nullptr;
+    std::atomic<bool> stop_{false};
+    std::thread thread_;
+};
+
+std::vector<double> SendKeys(CSequencerClient& client) {
+    constexpr int kKeys = 1000;
+    std::vector<double> latencies;
+    std::mt19937 random(1);
+    client.Clear();
+    for (int i = 0; i < kKeys; ++i) {
+        std::this_thread::sleep_for(std::chrono::microseconds(3000 + random() % 2000));
+        const std::size_t before = client.GetCount();
+        const Clock::time_point sent = Clock::now();
+        client.Send(0, 60, i % 2 == 0 ? 100 : 0);
+        const Clock::time_point arrived = Await(client, before + 1);
+        if (arrived == Clock::time_point()) {
+            return {};
+        }
+        latencies.push_back(Microseconds(arrived - sent));
+        if (client.GetCount() > 100) {
+            client.Clear();
+        }
+    }
+    return latencies;
+}
+
+void InputToOutput(benchmark::State& state) {
+    if (IsMissing(state)) {
+        return;
+    }
+    for (auto _ : state) {
+        CSequencerClient client(kOutput, kInput);
+        std::vector<double> bare;
+        std::vector<double> through;
+        {
+            const BareThrough floor;
+            bare = SendKeys(client);
+        }
+        {
+            const Instrument instrument;
+            through = SendKeys(client);
+        }
+        if (bare.empty() || through.empty()) {
+            state.SkipWithError("a note did not come through");
+            return;
+        }
+        Report(state, "bare", bare);
+        Report(state, "through", through);
+        state.counters["p50_ratio"] = Quantile(through, 0.5) / Quantile(bare, 0.5);
+    }
+}
+BENCHMARK(InputToOutput)->Iterations(1)->Repetitions(3)->Unit(benchmark::kMillisecond);
+
+void Arpeggio(benchmark::State& state) {
+    constexpr int kStep = 24;  // ticks; 62.5 ms
+    constexpr std::size_t kSteps = 200;
+    constexpr double kTolerableUs = 2000.0;
+    if (IsMissing(state)) {
+        return;
+    }
+    for (auto _ : state) {
+        CSequencerClient client(kOutput, kInput);
+        Instrument instrument;
+        Kivora::CKivora& engine = instrument.engine;
+        const std::int64_t startMs = engine.WithLock([&] {
+            engine.SetArpeggiating(true);
+            engine.WithArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(kStep, 50); });
+            engine.RestartClock();
+            return instrument.lastMs.load();
+        });
+        client.Clear();
+        CBareSleeper bare;
+        for (const std::uint8_t note : {std::uint8_t{60}, std::uint8_t{64}, std::uint8_t{67}}) {
+            client.Send(0, note, 100);
+        }
+        while (client.GetCount() < kSteps * 2) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        std::vector<double> lateness;
+        for (const CSequencerClient::Note& note : client.GetNotes()) {
+            if (note.on) {
+                lateness.push_back(GetLateness(NK::MIDI::MusicalClock(), note.wallUs - startMs * 1000, kStep));
+            }
+        }
+        const auto inTime =
+            std::count_if(lateness.begin(), lateness.end(), [](double us) { return us <= kTolerableUs; });
+        Report(state, "late", lateness);
+        state.counters["late_max_us"] = Quantile(lateness, 1.0);
+        state.counters["within_2_ms"] = static_cast<double>(inTime) / static_cast<double>(lateness.size());
+        Report(state, "bare", bare.End());
+        state.counters["p50_ratio"] = Quantile(lateness, 0.5) / Quantile(bare.End(), 0.5);
+    }
+}
+BENCHMARK(Arpeggio)->Iterations(1)->Repetitions(3)->Unit(benchmark::kMillisecond);
+
+}  // namespace
