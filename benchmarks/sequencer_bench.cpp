@@ -58,7 +58,7 @@ Clock::time_point Await(const CSequencerClient& client, std::size_t count) {
 
 /// Presses and releases keys at random times; microseconds from each press to its note. Empty when a note is missing.
 std::vector<double> PressKeys(CXKeyboard& keyboard, CSequencerClient& client) {
-    constexpr int kPresses = 300;
+    constexpr int kPresses = 150;
     constexpr std::array<std::uint8_t, 7> kRowOfZ = {52, 53, 54, 55, 56, 57, 58};
     std::vector<double> latencies;
     std::mt19937 random(1);

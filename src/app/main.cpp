@@ -10,6 +10,7 @@
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "locale/Locale.h"
+#include "nk/nk_keyboard_layout.h"
 #include "nk/nk_thread_role.h"
 #include "ui/EmbeddedFonts.h"
 
@@ -38,6 +39,7 @@ int main(int argc, char** argv) {
     NK_REGISTER_THREAD_ROLE(gui);
     QApplication application(argc, argv);
     SetIdentity();
+    NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
     SetStyle();
     Kivora::RegisterEmbeddedFonts();
     Kivora::InitLocale();

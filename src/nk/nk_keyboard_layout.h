@@ -14,8 +14,9 @@ constexpr LanguageNumber kLanguageUnknown = 0x0000;
 constexpr LanguageNumber kLanguageEnglishUs = 0x0409;
 constexpr LanguageNumber kLanguageRussian = 0x0419;
 
-/// The language of the layout that is active on the X display. Unknown without an X display and on Wayland. Costs two
-/// exchanges with the X server, and a third when the user has changed the set of layouts. [any]
+/// The language of the layout that is active on the X display. Unknown without an X display and on Wayland. The first
+/// call connects to the X server; later ones ask it only after it has told of a change of the layouts, and wait for
+/// nothing otherwise. [any]
 LanguageNumber GetKeyboardLanguage();
 
 /// The language of an XKB layout as the rules name it, for example "us" and "intl"; the variant may be empty, or stand

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "nk/nk_keyboard_layout.h"
+#include "nk/platform/platform_xcb_xkb.h"
 
 namespace NK {
 namespace {
@@ -39,13 +40,14 @@ std::string_view PartOf(std::string_view text, char separator, std::uint32_t ind
     return text.substr(0, text.find(separator));
 }
 
-/// A connection of its own to the X server of DISPLAY.
+/// A connection of its own to the X server of DISPLAY, which tells of every change of the layouts: the server is asked
+/// after a change only, so that a key does not wait for a server that is busy.
 class CKeyboardDisplay {
 public:
     CKeyboardDisplay() : connection_(xcb_connect(nullptr, nullptr)) {
         if (xcb_connection_has_error(connection_.get()) != 0 ||
             xkb_x11_setup_xkb_extension(connection_.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr,
+                                        XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &xkbEvent_,
                                         nullptr) == 0) {
             return;
         }
@@ -57,12 +59,51 @@ public:
         root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data->root;
         context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
         usable_ = device_ >= 0 && namesAtom_ != XCB_ATOM_NONE && context_;
+        if (usable_) {
+            SelectEvents();
+        }
     }
 
     LanguageNumber GetLanguage() {
-        if (!usable_ || xcb_connection_has_error(connection_.get()) != 0) {
+        if (!usable_) {
             return kLanguageUnknown;
         }
+        const bool changed = TakeChanges();
+        if (xcb_connection_has_error(connection_.get()) != 0) {
+            return kLanguageUnknown;
+        }
+        if (changed || !asked_) {
+            asked_ = true;
+            language_ = AskLanguage();
+        }
+        return language_;
+    }
+
+private:
+    void SelectEvents() {
+        const std::uint32_t properties = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(connection_.get(), root_, XCB_CW_EVENT_MASK, &properties);
+        constexpr auto kMaps = std::uint16_t{XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY};
+        xcb_xkb_select_events_details_t details{};
+        details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
+        details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
+        xcb_xkb_select_events_aux(connection_.get(), static_cast<std::uint16_t>(device_),
+                                  kMaps | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, kMaps, 0, 0, &details);
+        xcb_flush(connection_.get());
+    }
+
+    /// Whether the server has told of a change since the last call.
+    bool TakeChanges() {
+        bool changed = false;
+        while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+            const int type = event->response_type & 0x7F;
+            const auto* const property = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+            changed |= type == xkbEvent_ || (type == XCB_PROPERTY_NOTIFY && property->atom == namesAtom_);
+        }
+        return changed;
+    }
+
+    LanguageNumber AskLanguage() {
         std::string names = ReadNames();
         if (names.empty()) {
             return kLanguageUnknown;
@@ -86,7 +127,6 @@ public:
                                    PartOf(PartOf(names_, '\0', kVariants), ',', group));
     }
 
-private:
     /// Rules, model, layouts, variants and options, each with a terminating zero.
     std::string ReadNames() const {
         constexpr std::uint32_t kLongestInWords = 1024;
@@ -107,7 +147,10 @@ private:
     std::int32_t device_ = -1;
     xcb_atom_t namesAtom_ = XCB_ATOM_NONE;
     xcb_window_t root_ = 0;
+    std::uint8_t xkbEvent_ = 0;  ///< the type of the extension's events
     bool usable_ = false;
+    bool asked_ = false;
+    LanguageNumber language_ = kLanguageUnknown;
 };
 
 bool IsSet(const char* variable) {
