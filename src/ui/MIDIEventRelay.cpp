@@ -30,6 +30,7 @@ void MIDIEventRelay::Put(int packedMessage) {
             if (IsStrike(message)) {
                 pending_.struck.set(number);
                 pending_.strike[number] = message;
+                pending_.lastStruck = number;
             }
             break;
         case 0xB0:
@@ -37,8 +38,9 @@ void MIDIEventRelay::Put(int packedMessage) {
             pending_.controller[number] = message;
             break;
         case 0xFF:
-            pending_ = Pending{};
             pending_.reset = true;
+            pending_.changed.reset();
+            pending_.struck.reset();
             break;
         default:
             pending_.other = message;
@@ -58,6 +60,16 @@ bool MIDIEventRelay::event(QEvent* event) {
     return QObject::event(event);
 }
 
+void MIDIEventRelay::DeliverNote(const Pending& taken, std::size_t note) {
+    if (!taken.changed[note]) {
+        return;
+    }
+    if (taken.struck[note] && !IsStrike(taken.last[note])) {
+        emit MIDIMessageReady(Packed(taken.strike[note]));
+    }
+    emit MIDIMessageReady(Packed(taken.last[note]));
+}
+
 void MIDIEventRelay::Deliver() {
     NK_ASSERT_THREAD_ROLE(gui);
     Pending taken;
@@ -71,14 +83,11 @@ void MIDIEventRelay::Deliver() {
         emit MIDIMessageReady(Packed(TMIDIMessage{0xFF, 0, 0, 0}));
     }
     for (std::size_t note = 0; note < taken.changed.size(); ++note) {
-        if (!taken.changed[note]) {
-            continue;
+        if (note != taken.lastStruck) {
+            DeliverNote(taken, note);
         }
-        if (taken.struck[note] && !IsStrike(taken.last[note])) {
-            emit MIDIMessageReady(Packed(taken.strike[note]));
-        }
-        emit MIDIMessageReady(Packed(taken.last[note]));
     }
+    DeliverNote(taken, taken.lastStruck);
     for (std::size_t number = 0; number < taken.controllerChanged.size(); ++number) {
         if (taken.controllerChanged[number]) {
             emit MIDIMessageReady(Packed(taken.controller[number]));

@@ -21,8 +21,9 @@ public:
     void Put(int packedMessage);
 
 signals:
-    /// On the GUI thread, once a wake-up, in this order: a system reset, the changed notes from low to high (a note
-    /// that was struck and released meanwhile comes as both), controllers by number, other messages as the last one.
+    /// On the GUI thread, once a wake-up, in this order: a system reset, the notes changed since it from low to high
+    /// but the one struck last at the end (a note that was struck and released meanwhile comes as both), controllers by
+    /// number, other messages as the last one.
     void MIDIMessageReady(int packedMessage);
     /// After the messages of one wake-up.
     void BatchDone();
@@ -31,18 +32,20 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    void Deliver();
-
     struct Pending {
         bool reset = false;
         std::bitset<128> changed;                          ///< notes with a message since the last visit
         std::bitset<128> struck;                           ///< notes with a note-on among them
         std::array<NK::MIDI::TMIDIMessage, 128> strike{};  ///< the last note-on of each struck note
         std::array<NK::MIDI::TMIDIMessage, 128> last{};    ///< the last note message of each changed note
+        std::size_t lastStruck = 0;                        ///< the note of the last note-on among them
         std::bitset<128> controllerChanged;
         std::array<NK::MIDI::TMIDIMessage, 128> controller{};
         NK::MIDI::TMIDIMessage other{};
     };
+
+    void Deliver();
+    void DeliverNote(const Pending& taken, std::size_t note);
 
     CCriticalSection lock_;
     Pending pending_ NK_GUARDED_BY(lock_);

@@ -80,6 +80,23 @@ TEST_F(Relay, AResetForgetsWhatCameBeforeIt) {
     EXPECT_THAT(shown, ElementsAre(TMIDIMessage{0xFF, 0, 0, 0}, NoteOn(62, 70)));
 }
 
+TEST_F(Relay, AResetLeavesControllersToBeShown) {
+    Put({0xB0, 1, 64, 127});
+    Put({0xB0, 1, 64, 0});
+    Put({0xFF, 0, 0, 0});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, ElementsAre(TMIDIMessage{0xFF, 0, 0, 0}, TMIDIMessage{0xB0, 1, 64, 0}));
+}
+
+TEST_F(Relay, TheNoteStruckLastComesLast) {
+    Put(NoteOn(64, 80));
+    Put(NoteOn(67, 80));
+    Put(NoteOn(60, 50));
+    Put(NoteOff(67));
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, ElementsAre(NoteOn(64, 80), NoteOn(67, 80), NoteOff(67), NoteOn(60, 50)));
+}
+
 TEST_F(Relay, ABurstFromAnotherThreadCostsOneWakeUp) {
     const QSignalSpy batches(&relay, &MIDIEventRelay::BatchDone);
     std::thread player([this] {
