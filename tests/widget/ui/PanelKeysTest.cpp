@@ -1,0 +1,302 @@
+// The computer keyboard on the panel: what plays, what changes values, where keys and the focus go.
+#include "widget/ui/PanelRig.h"
+
+#include <algorithm>
+#include <QComboBox>
+
+#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
+#include "ui/PanelKey.h"
+
+using namespace KivoraTest;
+
+namespace {
+
+using Written = std::vector<std::string>;
+
+class PanelKeys : public PanelTest {
+protected:
+    QPianoPCKeyHelpBar& HintBar() { return Find<QPianoPCKeyHelpBar>("hint-bar"); }
+    /// As a key that the system repeats sends it.
+    bool SendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, bool autoRepeat) {
+        QKeyEvent event(type, key, modifiers, QString(), autoRepeat);
+        QApplication::sendEvent(panel, &event);
+        return event.isAccepted();
+    }
+    /// The controls that Tab reaches, in its order, by object name.
+    std::vector<std::string> TabOrder() {
+        panel->setFocus();
+        std::vector<std::string> names;
+        do {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            const QWidget* const focused = QApplication::focusWidget();
+            if (focused == nullptr || focused == panel) {
+                break;
+            }
+            const QWidget* const parent = focused->parentWidget();
+            names.push_back((parent == panel ? "" : parent->objectName().toStdString() + "/") +
+                            focused->objectName().toStdString());
+        } while (names.size() < 100);
+        return names;
+    }
+};
+
+TEST_F(PanelKeys, ZPlays60AtTheThreeLevels) {
+    Type(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 50", "80 3c 00"}));
+    Type(Qt::Key_Z, Qt::ShiftModifier);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 7f", "80 3c 00"}));
+    Type(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 28", "80 3c 00"}));
+}
+
+TEST_F(PanelKeys, KeysWithoutANoteAreLeftToOthers) {
+    EXPECT_TRUE(SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false));
+    EXPECT_TRUE(SendKey(QEvent::KeyRelease, Qt::Key_Z, {}, false));
+    EXPECT_FALSE(SendKey(QEvent::KeyPress, Qt::Key_A, {}, false));
+    EXPECT_FALSE(SendKey(QEvent::KeyPress, Qt::Key_Insert, {}, false));
+    EXPECT_FALSE(SendKey(QEvent::KeyRelease, Qt::Key_A, {}, false));
+}
+
+TEST_F(PanelKeys, NothingIsPlayedWhileAnotherWindowIsActive) {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, kWaitMs));
+    EXPECT_FALSE(SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false));
+    EXPECT_EQ(rig.TakeWritten(), Written{});
+}
+
+TEST_F(PanelKeys, ARepeatedKeyPlaysOnce) {
+    SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false);
+    for (int i = 0; i < 5; ++i) {
+        SendKey(QEvent::KeyRelease, Qt::Key_Z, {}, true);
+        SendKey(QEvent::KeyPress, Qt::Key_Z, {}, true);
+    }
+    SendKey(QEvent::KeyRelease, Qt::Key_Z, {}, false);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 50", "80 3c 00"}));
+}
+
+TEST_F(PanelKeys, SpaceIsThePedalAndEscapeAndDeleteArePanic) {
+    Press(Qt::Key_Space);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"b0 40 7f", "b1 40 7f", "b2 40 7f"}));
+    Release(Qt::Key_Space);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"b0 40 00", "b1 40 00", "b2 40 00"}));
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Delete}) {
+        Type(key);
+        const Written written = rig.TakeWritten();
+        EXPECT_NE(std::find(written.begin(), written.end(), "ff"), written.end());
+    }
+}
+
+TEST_F(PanelKeys, AltWithMinusAndPlusActsAsTheValueKeysRepeatsIncluded) {
+    Click("tempo");
+    Engine().SetTempo(100);
+    rig.TakeWritten();
+    for (const int key : {Qt::Key_Equal, Qt::Key_Plus}) {
+        EXPECT_TRUE(SendKey(QEvent::KeyPress, key, Qt::AltModifier, false));
+        EXPECT_TRUE(SendKey(QEvent::KeyPress, key, Qt::AltModifier, true));
+        EXPECT_TRUE(SendKey(QEvent::KeyPress, key, Qt::AltModifier, true));
+        SendKey(QEvent::KeyRelease, key, Qt::AltModifier, false);
+    }
+    EXPECT_EQ(Engine().GetTempo(), 106);
+    EXPECT_TRUE(Find<PanelKey>("plus").isOn());
+    for (const int key : {Qt::Key_Minus, Qt::Key_Underscore}) {
+        SendKey(QEvent::KeyPress, key, Qt::AltModifier, false);
+        SendKey(QEvent::KeyPress, key, Qt::AltModifier, true);
+        SendKey(QEvent::KeyRelease, key, Qt::AltModifier, false);
+    }
+    EXPECT_EQ(Engine().GetTempo(), 102);
+    EXPECT_TRUE(Find<PanelKey>("minus").isOn());
+    SendKey(QEvent::KeyPress, Qt::Key_Z, Qt::AltModifier, false);
+    SendKey(QEvent::KeyRelease, Qt::Key_Z, Qt::AltModifier, false);
+    EXPECT_EQ(rig.TakeWritten(), Written{}) << "with ALT no key plays";
+}
+
+TEST_F(PanelKeys, TheOctaveKeysShiftTheKeysAndTheHintBarTogether) {
+    EXPECT_EQ(Label("octave-value"), "0");
+    EXPECT_EQ(HintBar().label(60), "Z");
+    EXPECT_EQ(HintBar().label(72), "Q");
+    EXPECT_EQ(HintBar().label(73), "2");
+    Click("octave-up");
+    EXPECT_EQ(Label("octave-value"), "+1");
+    EXPECT_EQ(HintBar().octaveShift(), 12);
+    EXPECT_EQ(HintBar().label(72), "Z");
+    Type(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 48 50", "80 48 00"}));
+    Click("octave-down");
+    Click("octave-down");
+    EXPECT_EQ(Label("octave-value"),
+              "\xE2\x88\x92"
+              "1");
+    EXPECT_EQ(HintBar().octaveShift(), -12);
+    EXPECT_EQ(HintBar().label(48), "Z");
+    Type(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 30 50", "80 30 00"}));
+}
+
+TEST_F(PanelKeys, TheOctaveShiftGoesFromMinusThreeToPlusThreeOctaves) {
+    for (int i = 0; i < 5; ++i) {
+        Click("octave-up");
+    }
+    EXPECT_EQ(HintBar().octaveShift(), 36);
+    EXPECT_EQ(Label("octave-value"), "+3");
+    Type(Qt::Key_BracketRight);  // 91 + 36 is one of the 128 notes
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 7f 50", "80 7f 00"}));
+    for (int i = 0; i < 9; ++i) {
+        Click("octave-down");
+    }
+    EXPECT_EQ(HintBar().octaveShift(), -36);
+    EXPECT_EQ(Label("octave-value"),
+              "\xE2\x88\x92"
+              "3");
+    Type(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 18 50", "80 18 00"}));
+}
+
+TEST_F(PanelKeys, TheOctaveKeysEndTheKeysThatAreHeld) {
+    Press(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), Written{"90 3c 50"});
+    Click("octave-up");
+    EXPECT_EQ(rig.TakeWritten(), Written{"80 3c 00"});
+    Release(Qt::Key_Z);
+}
+
+TEST_F(PanelKeys, TabGoesThroughTheControlsInReadingOrder) {
+    std::vector<std::string> expected = {"voice-mode-single",
+                                         "voice-mode-dual",
+                                         "voice-mode-split",
+                                         "record-view",
+                                         "tempo",
+                                         "metronome",
+                                         "octave-down",
+                                         "octave-up",
+                                         "patch1",
+                                         "transpose1",
+                                         "volume1",
+                                         "patch2",
+                                         "transpose2",
+                                         "volume2",
+                                         "jog",
+                                         "minus",
+                                         "plus",
+                                         "preset-load",
+                                         "preset-save",
+                                         "arpeggio-on",
+                                         "arpeggio-view"};
+    for (const char* pane : {"arp1/", "arp2/"}) {
+        for (const char* control :
+             {"onOffButton", "directionCombo", "rangeCombo", "noteStepCombo", "durationPcSlider", "btnLastVelocity"}) {
+            expected.push_back(std::string(pane) + control);
+        }
+    }
+    for (const char* name : {"reset", "settings", "help", "about", "piano"}) {
+        expected.emplace_back(name);
+    }
+    Click("voice-mode-dual");
+    EXPECT_EQ(TabOrder(), expected);
+
+    Click("record-view");
+    panel->recordingStateChanged();
+    front->StartRecording();
+    std::vector<std::string> recorder = expected;
+    std::replace(recorder.begin(), recorder.end(), std::string("tempo"), std::string("record"));
+    std::replace(recorder.begin(), recorder.end(), std::string("metronome"), std::string("stop"));
+    EXPECT_EQ(TabOrder(), recorder);
+    Engine().StopRecording();
+}
+
+TEST_F(PanelKeys, BackTabGoesTheOtherWay) {
+    Click("voice-mode-dual");
+    const std::vector<std::string> forth = TabOrder();
+    panel->setFocus();
+    QTest::keyClick(panel, Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName().toStdString(), forth.back());
+}
+
+TEST_F(PanelKeys, AClickNeverTakesTheFocus) {
+    Click("voice-mode-dual");
+    for (QWidget* control : panel->findChildren<QWidget*>()) {
+        if (!control->isVisible() || control->objectName() == "piano" || control->isWindow() ||
+            qobject_cast<QComboBox*>(control) != nullptr || control->objectName().contains("about") ||
+            control->objectName().contains("help") || control->window() != window.get()) {
+            continue;
+        }
+        panel->setFocus();
+        QTest::mousePress(control, Qt::LeftButton);
+        EXPECT_EQ(QApplication::focusWidget(), panel) << control->objectName().toStdString();
+        QTest::mouseRelease(control, Qt::LeftButton, {}, QPoint(-100, -100));
+        EXPECT_EQ(QApplication::focusWidget(), panel) << control->objectName().toStdString();
+    }
+    QTest::mouseClick(&Piano(), Qt::LeftButton);
+    EXPECT_EQ(QApplication::focusWidget(), panel);
+}
+
+TEST_F(PanelKeys, PlayingKeysAndSpaceReachThePanelFromEveryControl) {
+    Click("voice-mode-dual");
+    const std::vector<std::string> names = TabOrder();
+    ASSERT_GT(names.size(), 30u);
+    panel->setFocus();
+    front->SetVoiceMode(false, false);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        front->SetVoiceMode(true, false);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        front->SetVoiceMode(false, false);
+        QWidget* const focused = QApplication::focusWidget();
+        rig.TakeWritten();
+        Type(Qt::Key_Z);
+        EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 50", "80 3c 00"})) << names[i];
+        if (focused != &Piano()) {
+            Type(Qt::Key_Space);
+            EXPECT_EQ(rig.TakeWritten(),
+                      (Written{"b0 40 7f", "b1 40 7f", "b2 40 7f", "b0 40 00", "b1 40 00", "b2 40 00"}))
+                << names[i];
+        }
+        EXPECT_EQ(QApplication::focusWidget(), focused) << names[i];
+    }
+}
+
+TEST_F(PanelKeys, OnThePianoSpacePlaysTheCursorsKey) {
+    Piano().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(Piano().isCursorShown());
+    Type(Qt::Key_Home);
+    const auto note = Piano().cursorNote();
+    ASSERT_NE(note, QPiano::kNoKey);
+    rig.TakeWritten();
+    Type(Qt::Key_Space);
+    const Written written = rig.TakeWritten();
+    ASSERT_EQ(written.size(), 2u);
+    EXPECT_EQ(written[0].substr(0, 2), "90");
+    EXPECT_EQ(written[1].substr(0, 2), "80");
+}
+
+TEST_F(PanelKeys, EnterWorksTheFocusedControl) {
+    Button("voice-mode-split").setFocus(Qt::TabFocusReason);
+    Type(Qt::Key_Return);
+    EXPECT_TRUE(Engine().IsSplit());
+    Button("volume1").setFocus(Qt::TabFocusReason);
+    Type(Qt::Key_Enter);
+    EXPECT_TRUE(Button("volume1").isChecked());
+    const int volume = Engine().GetVolume(0);
+    Find("jog").setFocus(Qt::TabFocusReason);
+    Type(Qt::Key_Down);
+    EXPECT_EQ(Engine().GetVolume(0), volume - 3) << "the arrow keys turn the dial";
+    Type(Qt::Key_Up);
+    EXPECT_EQ(Engine().GetVolume(0), volume);
+}
+
+TEST_F(PanelKeys, WhatIsHeldEndsWhenTheWindowLosesTheKeyboard) {
+    Press(Qt::Key_Z);
+    Press(Qt::Key_Space);
+    QTest::mousePress(&Piano(), Qt::LeftButton, {}, Piano().keyRect(90).center().toPoint());
+    rig.TakeWritten();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other, kWaitMs));
+    const Written written = rig.TakeWritten();
+    for (const char* message : {"80 3c 00", "b0 40 00", "80 5a 00"}) {
+        EXPECT_EQ(std::count(written.begin(), written.end(), message), 1) << message;
+    }
+}
+
+}  // namespace
