@@ -4,7 +4,7 @@
 
 namespace {
 constexpr double kDisabledOpacity = 0.4;
-constexpr double kMargin = 5.0;  // logical pixels on either side of the caption
+constexpr double kMargin = 4.0;  // logical pixels on either side of the caption
 }  // namespace
 
 PanelKey::PanelKey(QWidget* parent) : QPixmapButton(parent) {
