@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <signal.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -15,6 +16,7 @@
 
 #include "engine/TakeJournal.h"
 #include "support/ChildProcess.h"
+#include "support/KillAtSystemCall.h"
 #include "support/TemporaryFolder.h"
 #include "unit/engine/EngineRig.h"
 #include "unit/engine/RecordUntilKilled.h"
@@ -124,3 +126,75 @@ TEST_P(TakeJournalCrash, ATakeIsThereWithAtMostTwoSecondsLost) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAnyMoment, TakeJournalCrash, testing::Values(2000, 2500, 3500, 5000, 10000, 20000, 60000));
+
+TEST(TakeJournalKilled, AtAnySystemCallNothingIsLostThatWasJournalledAndNoHalfFileIsThere) {
+    /// What the killed program had come to; in memory that it shares with this one.
+    struct Progress {
+        int journalledMs;
+    };
+    void* const shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(shared, MAP_FAILED);
+    auto* const progress = new (shared) Progress{};
+    std::uintmax_t wholeSize = 0;
+    int waitingTakes = 0;
+    int savedTakes = 0;
+    EndOfRun end = EndOfRun::kKilled;
+    for (int number = 1; end == EndOfRun::kKilled; ++number) {
+        const CTemporaryFolder folder;
+        const NK::CString takes = ToPath(folder / kTakes);
+        const NK::CString path = ToPath(folder / "take.mid");
+        *progress = {};
+        end = KillAtSystemCall(number, [&](const std::function<void()>& begin) {
+            EngineRig rig;
+            Kivora::CKivora& engine = rig.CreateOpen();
+            TakeJournal journal(engine, takes, TakeJournal::Settings{.runThread = false});
+            engine.StartRecording();
+            rig.RunPlayer();
+            const std::int64_t start = rig.time.GetTimeMs();
+            begin();
+            for (int i = 0; i < 3; ++i) {
+                engine.PlayNoteOn(60, 100);
+                rig.RunPlayer();
+                const auto playedMs = static_cast<int>(rig.time.GetTimeMs() - start);
+                journal.WriteOut();
+                progress->journalledMs = playedMs;
+                rig.time.AdvanceMs(TakeJournal::kPeriodMs);
+            }
+            engine.StopRecording();
+            journal.Save(journal.GetWaiting()[0].id, path);
+        });
+        if (end == EndOfRun::kNotAllowed) {
+            GTEST_SKIP() << "this machine lets no process be traced";
+        }
+
+        EngineRig rig;
+        TakeJournal journal(rig.Create(), takes, TakeJournal::Settings{.runThread = false});
+        const std::vector<WaitingTake> waiting = journal.GetWaiting();
+        ASSERT_LE(waiting.size(), 1U) << number;
+        const bool isSaved = std::filesystem::exists(folder / "take.mid");
+        if (progress->journalledMs > 0 && !isSaved) {
+            ASSERT_EQ(waiting.size(), 1U) << number;
+            ASSERT_GE(waiting[0].lengthMs, progress->journalledMs) << number;
+        }
+        if (isSaved) {
+            const std::uintmax_t size = std::filesystem::file_size(folder / "take.mid");
+            wholeSize = wholeSize == 0 ? size : wholeSize;
+            ASSERT_EQ(size, wholeSize) << number;
+            ++savedTakes;
+        }
+        for (const WaitingTake& take : waiting) {
+            ++waitingTakes;
+            ASSERT_TRUE(journal.Save(take.id, ToPath(folder / "again.mid"))) << number;
+            if (isSaved) {
+                ASSERT_EQ(std::filesystem::file_size(folder / "again.mid"), wholeSize) << number;
+            }
+        }
+        if (std::filesystem::exists(folder / kTakes)) {
+            ASSERT_TRUE(std::filesystem::is_empty(folder / kTakes)) << number;
+        }
+    }
+    munmap(shared, sizeof(Progress));
+    EXPECT_EQ(end, EndOfRun::kFinished);
+    EXPECT_GT(waitingTakes, 20);
+    EXPECT_GT(savedTakes, 2);
+}
