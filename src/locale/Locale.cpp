@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kLanguageLength = 2;
 constexpr int kLocaleLength = 5;
-constexpr char kTranslationsDir[] = ":/Translations";
+constexpr char kTranslationsDir[] = ":/Translations/";
 
 struct LocaleState {
     QString current;

@@ -1,0 +1,70 @@
+// The first start, the end, and the manual, as a person meets them.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "e2e/InstrumentProcess.h"
+
+namespace {
+
+QString Read(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// A program named xdg-open that writes down what it is asked to open, and the search path that finds it first.
+class FakeDesktop {
+public:
+    FakeDesktop() {
+        QFile opener(dir_.filePath("xdg-open"));
+        if (opener.open(QIODevice::WriteOnly)) {
+            opener.write(
+                QString("#!/bin/sh\nprintf %s \"$1\" > '%1.part'\nmv '%1.part' '%1'\n").arg(Result()).toUtf8());
+        }
+        opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    QString PathVariable() const { return "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH"); }
+    /// What was opened last; waits for it.
+    QString Opened() const {
+        WaitFor([this] { return QFile::exists(Result()); });
+        return Read(Result());
+    }
+
+private:
+    QString Result() const { return dir_.filePath("opened"); }
+
+    QTemporaryDir dir_;
+};
+
+TEST(Start, TakesTheSystemsLanguageAndRemembersIt) {
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start({}, {"LANG=ru_RU.UTF-8", "LC_ALL=", "LANGUAGE="}));
+    EXPECT_EQ(Read(instrument.GetDataDir() + "/data/Brennholt/Kivora/Locale.ini").trimmed(), "[Locale]\nName=ru_RU");
+    EXPECT_EQ(instrument.Close(), 0);
+}
+
+TEST(Start, SettingsAreSavedWhenTheWindowCloses) {
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start());
+    const QString file = instrument.GetDataDir() + "/data/Brennholt/Kivora/Kivora.ini";
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_EQ(instrument.Close(), 0);
+    EXPECT_TRUE(Read(file).contains("\nTempo=120\n")) << Read(file).toStdString();
+}
+
+TEST(Start, F1OpensTheManualOfTheLanguage) {
+    for (const char* locale : {"en_US", "ru_RU"}) {
+        const FakeDesktop desktop;
+        InstrumentProcess instrument;
+        ASSERT_TRUE(instrument.Start({"--locale", locale}, {desktop.PathVariable()}));
+        ASSERT_TRUE(instrument.Xdotool({"key", "F1"}));
+        const QString manual = desktop.Opened();
+        EXPECT_TRUE(manual.endsWith("/bin/Help/" + QString(locale).left(2) + "/index.html")) << manual.toStdString();
+        EXPECT_TRUE(QFile::exists(manual));
+        EXPECT_EQ(instrument.Close(), 0);
+    }
+}
+
+}  // namespace
