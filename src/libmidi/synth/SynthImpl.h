@@ -8,7 +8,7 @@
 
 namespace LibMidi {
 
-/// One output port where a sound font is found, else no port.
+/// One output port where a sound font is found, else no port; then it is looked for again at the next rescan.
 class SynthImpl : public MIDIPortsImpl {
 public:
     explicit SynthImpl(const std::shared_ptr<Synthesizer>& synthesizer);
@@ -16,7 +16,7 @@ public:
     const MIDIPortContainer& GetPorts() const override { return ports_; }
     MIDIInPort* GetDefaultInput() const override { return nullptr; }
     MIDIOutPort* GetDefaultOutput() const override { return ports_.FindFirstOutput(true); }
-    bool IsFixed() const override { return true; }
+    bool IsFixed() const override { return ports_.GetCount() > 0; }
 
 private:
     MIDIPortContainerImpl ports_;

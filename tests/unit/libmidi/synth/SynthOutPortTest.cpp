@@ -181,4 +181,17 @@ TEST_F(SynthOutPortTest, ThePortSetIsEmptyWithoutAFont) {
     EXPECT_EQ(factory.GetDefaultOutput(), nullptr);
 }
 
+TEST_F(SynthOutPortTest, AFontThatIsChosenLaterBringsThePortWithTheNextRescan) {
+    environment_.soundFont.clear();
+    const auto synthesizer = MakeSynthesizer();
+    PortFactory factory({MakeSynthBackend(synthesizer)});
+    EXPECT_TRUE(factory.Refresh());
+    EXPECT_FALSE(factory.HasPorts());
+    SynthSettings settings;
+    settings.soundFont = NK::CString::FromUtf8(font_.native());
+    ASSERT_EQ(synthesizer->ApplySettings(settings), kSuccess);
+    EXPECT_TRUE(factory.Rescan());
+    EXPECT_TRUE(factory.HasPorts());
+}
+
 }  // namespace
