@@ -16,6 +16,7 @@
 #include "ui/FocusRing.h"
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
+#include "ui/midiSettings.h"
 #include "ui/PanelControlKeys.h"
 #include "ui/PanelGeometry.h"
 #include "ui/PresetList.h"
@@ -157,6 +158,8 @@ void KivoraWidget::aboutClicked() {
 }
 
 void KivoraWidget::settingsClicked() {
+    releaseHeld();
+    midiSettings(front_, this).exec();
 }
 
 void KivoraWidget::loadPatchClicked() {

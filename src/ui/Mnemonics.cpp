@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QMap>
 #include <QSet>
 #include <QWidget>
 
@@ -25,8 +26,12 @@ qsizetype FindFreeLetter(const QString& text, const QSet<QChar>& taken) {
     return -1;
 }
 
+/// A label's or a button's, without its mnemonic.
+QString TextOf(const QWidget& widget) {
+    return widget.property("text").toString().remove('&');
+}
+
 QString WithMnemonic(QString text, QSet<QChar>& taken) {
-    text.remove('&');
     if (const qsizetype place = FindFreeLetter(text, taken); place >= 0) {
         taken.insert(text[place].toLower());
         text.insert(place, '&');
@@ -37,13 +42,20 @@ QString WithMnemonic(QString text, QSet<QChar>& taken) {
 }  // namespace
 
 void AssignMnemonics(QWidget& dialog) {
-    QSet<QChar> taken;
+    QList<QWidget*> named;
+    QMap<QString, int> uses;
     for (QWidget* widget : dialog.findChildren<QWidget*>()) {
-        if (auto* const label = qobject_cast<QLabel*>(widget); label != nullptr && label->buddy() != nullptr) {
-            label->setText(WithMnemonic(label->text(), taken));
-        } else if (auto* const button = qobject_cast<QAbstractButton*>(widget);
-                   button != nullptr && !button->text().isEmpty()) {
-            button->setText(WithMnemonic(button->text(), taken));
+        const auto* const label = qobject_cast<QLabel*>(widget);
+        const bool leads =
+            label != nullptr ? label->buddy() != nullptr : qobject_cast<QAbstractButton*>(widget) != nullptr;
+        if (leads && !TextOf(*widget).isEmpty()) {
+            named << widget;
+            ++uses[TextOf(*widget)];
         }
+    }
+    QSet<QChar> taken;
+    for (QWidget* widget : named) {
+        const QString text = TextOf(*widget);
+        widget->setProperty("text", uses[text] == 1 ? WithMnemonic(text, taken) : text);
     }
 }

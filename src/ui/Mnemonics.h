@@ -4,6 +4,6 @@
 class QWidget;
 
 /// Gives the buttons, check boxes and labelled controls inside the dialog a mnemonic each, in the order in which they
-/// were made: the first letter of a word that is still free, else any free letter of the text. Works on the texts in
-/// the language in force, so it is called again when that changes. [gui]
+/// were made: the first letter of a word that is still free, else any free letter of the text. Texts that stand there
+/// more than once get none. Works on the texts in the language in force, so it is called again when that changes. [gui]
 void AssignMnemonics(QWidget& dialog);

@@ -1,30 +1,19 @@
 #include "ui/PresetList.h"
 
 #include <QEvent>
-#include <QMessageBox>
 
 #include "engine/EngineFront.h"
+#include "ui/Dialogs.h"
 #include "ui/Mnemonics.h"
 #include "ui/QPresetNameValidator.h"
 #include "ui_PresetList.h"
 
+using Dialogs::FromQt;
+using Dialogs::ToQt;
+
 namespace {
 
 constexpr int kFactoryRole = Qt::UserRole;
-
-QString ToQt(const NK::CString& text) {
-    return QString::fromWCharArray(text.c_str());
-}
-NK::CString FromQt(const QString& text) {
-    return {text.toStdWString()};
-}
-
-QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
-                                 QMessageBox::StandardButtons buttons) {
-    QMessageBox box(icon, title, text, buttons, parent);
-    box.setTextFormat(Qt::PlainText);  // a preset's name is no markup
-    return static_cast<QMessageBox::StandardButton>(box.exec());
-}
 
 }  // namespace
 
@@ -178,10 +167,10 @@ void PresetList::deletePreset() {
 }
 
 bool PresetList::confirm(const QString& question) {
-    return Show(this, QMessageBox::Question, tr("Please Confirm"), question, QMessageBox::Yes | QMessageBox::No) ==
-           QMessageBox::Yes;
+    return Dialogs::Show(this, QMessageBox::Question, tr("Please Confirm"), question,
+                         QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 void PresetList::showError(const QString& text) {
-    Show(this, QMessageBox::Critical, tr("Error"), text, QMessageBox::Ok);
+    Dialogs::Show(this, QMessageBox::Critical, tr("Error"), text);
 }

@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMap>
 #include <QRegularExpression>
+#include <QStringList>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 
@@ -48,7 +49,7 @@ QString TextOf(const QWidget& widget) {
 
 }  // namespace
 
-QStringList ClippedTexts(QWidget& window) {
+std::string ClippedTexts(QWidget& window) {
     QStringList clipped;
     for (QWidget* const widget : window.findChildren<QWidget*>(QRegularExpression("^[^q]"))) {
         if (widget->isVisible() &&
@@ -56,23 +57,23 @@ QStringList ClippedTexts(QWidget& window) {
             clipped << widget->objectName() + ": " + TextOf(*widget);
         }
     }
-    return clipped;
+    return clipped.join(", ").toStdString();
 }
 
-QStringList NamelessControls(QWidget& window) {
+std::string NamelessControls(QWidget& window) {
     QStringList nameless;
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
         const QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(widget);
-        if (widget->focusPolicy() != Qt::NoFocus && !widget->objectName().startsWith("qt_") &&
-            widget->focusProxy() == nullptr &&
+        if (widget->window() == &window && widget->focusPolicy() != Qt::NoFocus &&
+            !widget->objectName().startsWith("qt_") && widget->focusProxy() == nullptr &&
             (accessible == nullptr || accessible->text(QAccessible::Name).isEmpty())) {
             nameless << widget->objectName();
         }
     }
-    return nameless;
+    return nameless.join(", ").toStdString();
 }
 
-QStringList SharedMnemonics(QWidget& window) {
+std::string SharedMnemonics(QWidget& window) {
     QMap<QString, QString> owners;
     QStringList shared;
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
@@ -86,5 +87,5 @@ QStringList SharedMnemonics(QWidget& window) {
         }
         owners[mnemonic] = text;
     }
-    return shared;
+    return shared.join(", ").toStdString();
 }

@@ -315,9 +315,9 @@ TEST_F(Presets, EveryControlHasANameAndAMnemonicOfItsOwn) {
     AddUser(L"Alto");
     for (const bool saveMode : {false, true}) {
         Open(saveMode);
-        EXPECT_EQ(NamelessControls(*dialog), QStringList());
-        EXPECT_EQ(SharedMnemonics(*dialog), QStringList());
-        EXPECT_EQ(ClippedTexts(*dialog), QStringList());
+        EXPECT_EQ(NamelessControls(*dialog), "");
+        EXPECT_EQ(SharedMnemonics(*dialog), "");
+        EXPECT_EQ(ClippedTexts(*dialog), "");
     }
 }
 

@@ -1,0 +1,70 @@
+// The dialog of the persistent settings.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <QColor>
+#include <QDialog>
+
+namespace Kivora {
+class CKivora;
+class EngineFront;
+}  // namespace Kivora
+namespace Ui {
+class midiSettings;
+}
+
+/// Key colours, the three colours, the wallpaper and the built-in synthesizer follow its controls at once. The ports,
+/// the velocities and the language group are taken over when the dialog is confirmed, which also saves the settings
+/// file; leaving it by Escape drops them. [gui]
+class midiSettings : public QDialog {
+    Q_OBJECT
+
+public:
+    /// The front is not owned; without one the dialog shows defaults and changes nothing but the language.
+    explicit midiSettings(Kivora::EngineFront* front, QWidget* parent = nullptr);
+    ~midiSettings() override;
+
+public slots:
+    /// Takes everything over, saves the settings and closes.
+    void closeClicked();
+    void defaultVelocities();
+    void setBgColor();
+    void defaultBgColor();
+    void bgColorChanged(const QColor& color);
+    void setDispColor();
+    void defaultDispColor();
+    void dispColorChanged(const QColor& color);
+    void setDisp2Color();
+    void defaultDisp2Color();
+    void disp2ColorChanged(const QColor& color);
+    void onWPBrowse();
+    void onWPClear();
+    void onKeyboardColorChanged(int index);
+    /// Looks for MIDI devices again.
+    void rescanPorts();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void connectControls();
+    void nameControls();
+    void fillPorts();
+    void fillLanguages();
+    void loadControls();
+    void pickColor(const QString& title, const QColor& color, void (midiSettings::*changed)(const QColor&));
+    /// Runs the action; a box says what failed when it throws.
+    void attempt(const QString& failure, const std::function<void()>& action);
+    void takeLanguage();
+    void showError(const QString& text);
+
+    std::unique_ptr<Ui::midiSettings> ui_;
+    Kivora::EngineFront* front_;
+    Kivora::CKivora* engine_;
+    QColor bgColor_;
+    QColor dispColor_;
+    QColor disp2Color_;
+    bool updating = false;
+};
