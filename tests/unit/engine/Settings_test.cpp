@@ -45,6 +45,14 @@ public:
     NK::CString missingFont;
 };
 
+std::string Repeat(const std::string& text, int count) {
+    std::string repeated;
+    for (int i = 0; i < count; ++i) {
+        repeated += text;
+    }
+    return repeated;
+}
+
 class SettingsFile : public testing::Test {
 protected:
     void Write(const std::string& bytes) { WriteFileBytes(path, bytes); }
@@ -289,16 +297,13 @@ TEST_F(SettingsFile, HostileBytesLoadAsDefaultsOrClamp) {
         "[Kivora]\nWallpaper=" + std::string(1000000, 'w'),
         "\xEF\xBB\xBF[Kivora\n[[Kivora]]\n=\n==\n[",
         std::string(700000, '[') + "Kivora]",
-        [] {
-            std::string sections;
-            for (int i = 0; i < 1'000'000; ++i) {
-                sections += "[a]\n";
-            }
-            return sections;
-        }()};
+        "[Kivora]\n" + Repeat("VelocityLow x\n", 49'000),
+        Repeat("[a]\n", 1'000'000),
+        "[Kivora]\n" + Repeat("Tempo=99\n", 49'000)};
     for (const std::string& content : contents) {
         Write(content);
         engine.LoadSettings();
+        EXPECT_TRUE(engine.SaveSettings() || Read() == content);
         EXPECT_GE(engine.GetTempo(), Kivora::CKivora::kMinTempo);
         EXPECT_LE(engine.GetTempo(), Kivora::CKivora::kMaxTempo);
         for (int slot = 0; slot < 3; ++slot) {
