@@ -3,6 +3,8 @@
 
 #include <alsa/asoundlib.h>
 #include <poll.h>
+#include <pthread.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <atomic>
@@ -87,6 +89,9 @@ private:
     }
 
     void Receive() {
+        // Where that is allowed, so that programs that compute do not delay the taking of the time.
+        constexpr sched_param kAboveThePrograms{50};
+        pthread_setschedparam(pthread_self(), SCHED_FIFO, &kAboveThePrograms);
         pollfd descriptor{};
         snd_seq_poll_descriptors(receiver_, &descriptor, 1, POLLIN);
         while (!stop_) {
