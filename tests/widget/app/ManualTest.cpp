@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QFile>
-#include <QLabel>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -15,6 +17,8 @@
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
 #include "ui/KivoraWidget.h"
+#include "ui/midiSettings.h"
+#include "ui/PresetList.h"
 
 namespace {
 
@@ -40,25 +44,42 @@ protected:
     const QString text_;
 };
 
-bool IsControl(const QWidget* widget) {
-    return !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_") &&
-           (qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+/// The names of what the user works or reads in a window; parts that Qt's own widgets are made of are left out.
+QStringList ControlsOf(const QWidget& window) {
+    QStringList names;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const bool isControl =
+            qobject_cast<const QAbstractButton*>(widget) != nullptr ||
             qobject_cast<const QAbstractSlider*>(widget) != nullptr ||
-            qobject_cast<const QComboBox*>(widget) != nullptr || qobject_cast<const QPiano*>(widget) != nullptr ||
-            qobject_cast<const QBlinkingLed*>(widget) != nullptr || qobject_cast<const QJogDial*>(widget) != nullptr);
+            qobject_cast<const QAbstractSpinBox*>(widget) != nullptr ||
+            qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
+            qobject_cast<const QComboBox*>(widget) != nullptr || qobject_cast<const QLineEdit*>(widget) != nullptr ||
+            qobject_cast<const QPiano*>(widget) != nullptr || qobject_cast<const QBlinkingLed*>(widget) != nullptr ||
+            qobject_cast<const QJogDial*>(widget) != nullptr;
+        const bool isPart = qobject_cast<const QComboBox*>(widget->parentWidget()) != nullptr ||
+                            qobject_cast<const QAbstractSpinBox*>(widget->parentWidget()) != nullptr ||
+                            widget->objectName().startsWith("qt_");
+        if (isControl && !isPart && !widget->objectName().isEmpty()) {
+            names << widget->objectName();
+        }
+    }
+    return names;
 }
 
 TEST_P(Manual, ExplainsEveryControlOfThePanel) {
-    const KivoraWidget panel(nullptr);
-    const QStringList ids = Ids(text_);
-    int controls = 0;
-    for (const QWidget* widget : panel.findChildren<QWidget*>()) {
-        if (IsControl(widget)) {
-            ++controls;
-            EXPECT_TRUE(ids.contains(widget->objectName())) << widget->objectName().toStdString();
-        }
+    const QStringList controls = ControlsOf(KivoraWidget(nullptr));
+    EXPECT_GT(controls.size(), 30);
+    for (const QString& name : controls) {
+        EXPECT_TRUE(Ids(text_).contains(name)) << name.toStdString();
     }
-    EXPECT_GT(controls, 30);
+}
+
+TEST_P(Manual, ExplainsEveryControlOfTheDialogs) {
+    const QStringList controls = ControlsOf(midiSettings(nullptr)) + ControlsOf(PresetList(nullptr, false));
+    EXPECT_GT(controls.size(), 30);
+    for (const QString& name : controls) {
+        EXPECT_TRUE(Ids(text_).contains(name)) << name.toStdString();
+    }
 }
 
 TEST_P(Manual, HasEachIdOnceAndAllLinksLead) {
