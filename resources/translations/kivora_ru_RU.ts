@@ -2084,6 +2084,93 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>SynthSettingsGroup</name>
+    <message>
+        <source>Built-in synthesizer</source>
+        <translation>Встроенный синтезатор</translation>
+    </message>
+    <message>
+        <source>Audio output:</source>
+        <translation>Вывод звука:</translation>
+    </message>
+    <message>
+        <source>Sound font:</source>
+        <translation>Банк звуков:</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Обзор</translation>
+    </message>
+    <message>
+        <source>Default</source>
+        <translation>По умолчанию</translation>
+    </message>
+    <message>
+        <source>Latency:</source>
+        <translation>Задержка:</translation>
+    </message>
+    <message>
+        <source>Safe</source>
+        <translation>Надёжно</translation>
+    </message>
+    <message>
+        <source>Safe never crackles; fast answers a key sooner</source>
+        <translation>Надёжно — без треска; быстро — скорее отвечает на клавишу</translation>
+    </message>
+    <message>
+        <source>Fast</source>
+        <translation>Быстро</translation>
+    </message>
+    <message>
+        <source>Volume:</source>
+        <translation>Громкость:</translation>
+    </message>
+    <message>
+        <source>Reverb</source>
+        <translation>Реверберация</translation>
+    </message>
+    <message>
+        <source>Chorus</source>
+        <translation>Хорус</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Проверка</translation>
+    </message>
+    <message>
+        <source>Play a note</source>
+        <translation>Сыграть ноту</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Автоматически</translation>
+    </message>
+    <message>
+        <source>No sound font is installed</source>
+        <translation>Банк звуков не установлен</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 мс</translation>
+    </message>
+    <message>
+        <source>Select sound font</source>
+        <translation>Выбор банка звуков</translation>
+    </message>
+    <message>
+        <source>Sound fonts</source>
+        <translation>Банки звуков</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Предупреждение</translation>
+    </message>
+</context>
+<context>
     <name>Synthesizer</name>
     <message>
         <source>The sound font cannot be read.</source>
@@ -2305,6 +2392,181 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Close</source>
         <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>midiSettings</name>
+    <message>
+        <source>MIDI Settings</source>
+        <translation>Настройки MIDI</translation>
+    </message>
+    <message>
+        <source>MIDI I/O</source>
+        <translation>Вход и выход MIDI</translation>
+    </message>
+    <message>
+        <source>MIDI Keyboard:</source>
+        <translation>MIDI-клавиатура:</translation>
+    </message>
+    <message>
+        <source>MIDI Synthesizer:</source>
+        <translation>MIDI-синтезатор:</translation>
+    </message>
+    <message>
+        <source>Rescan</source>
+        <translation>Обновить</translation>
+    </message>
+    <message>
+        <source>Look for MIDI devices again</source>
+        <translation>Искать устройства MIDI заново</translation>
+    </message>
+    <message>
+        <source>PC Keyboard Playing</source>
+        <translation>Игра на клавиатуре компьютера</translation>
+    </message>
+    <message>
+        <source>Note velocity with SHIFT:</source>
+        <translation>Сила нажатия с SHIFT:</translation>
+    </message>
+    <message>
+        <source>Normal velocity:</source>
+        <translation>Обычная сила нажатия:</translation>
+    </message>
+    <message>
+        <source>Note velocity with CTRL:</source>
+        <translation>Сила нажатия с CTRL:</translation>
+    </message>
+    <message>
+        <source>Restore Default Values</source>
+        <translation>Вернуть значения по умолчанию</translation>
+    </message>
+    <message>
+        <source>Interface Options</source>
+        <translation>Вид</translation>
+    </message>
+    <message>
+        <source>Piano key colors:</source>
+        <translation>Цвета клавиш:</translation>
+    </message>
+    <message>
+        <source>Piano keyboard coloring</source>
+        <translation>Раскраска клавиатуры фортепиано</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>Rainbow</source>
+        <translation>Радуга</translation>
+    </message>
+    <message>
+        <source>Scriabin</source>
+        <translation>Скрябин</translation>
+    </message>
+    <message>
+        <source>Background color:</source>
+        <translation>Цвет панели:</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Выбрать</translation>
+    </message>
+    <message>
+        <source>Default</source>
+        <translation>По умолчанию</translation>
+    </message>
+    <message>
+        <source>Main LCD display color:</source>
+        <translation>Цвет главного дисплея:</translation>
+    </message>
+    <message>
+        <source>Secondary LCDs display color:</source>
+        <translation>Цвет малых дисплеев:</translation>
+    </message>
+    <message>
+        <source>Wallpaper image:</source>
+        <translation>Изображение на панели:</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>Обзор</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Убрать</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Язык</translation>
+    </message>
+    <message>
+        <source>Translate patch names</source>
+        <translation>Переводить названия тембров</translation>
+    </message>
+    <message>
+        <source>Show local alphabet letters in PC keyboard key hint</source>
+        <translation>Показывать над клавишами буквы местного алфавита</translation>
+    </message>
+    <message>
+        <source>Show note names on keys</source>
+        <translation>Показывать названия нот на клавишах</translation>
+    </message>
+    <message>
+        <source>Language:</source>
+        <translation>Язык:</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>Select Background Color</source>
+        <translation>Выбор цвета панели</translation>
+    </message>
+    <message>
+        <source>Select Primary LCD Display Color</source>
+        <translation>Выбор цвета главного дисплея</translation>
+    </message>
+    <message>
+        <source>Select Secondary LCD Display Color</source>
+        <translation>Выбор цвета малых дисплеев</translation>
+    </message>
+    <message>
+        <source>Select wallpaper image</source>
+        <translation>Выбор изображения на панель</translation>
+    </message>
+    <message>
+        <source>Image files</source>
+        <translation>Файлы изображений</translation>
+    </message>
+    <message>
+        <source>MIDI devices cannot be looked for while recording.</source>
+        <translation>Во время записи искать устройства MIDI нельзя.</translation>
+    </message>
+    <message>
+        <source>Looking for MIDI devices failed</source>
+        <translation>Поиск устройств MIDI не удался</translation>
+    </message>
+    <message>
+        <source>An unknown exception occured.</source>
+        <translation>Возникло неизвестное исключение.</translation>
+    </message>
+    <message>
+        <source>Setting input port failed</source>
+        <translation>Не удалось назначить входной порт</translation>
+    </message>
+    <message>
+        <source>Setting output port failed</source>
+        <translation>Не удалось назначить выходной порт</translation>
+    </message>
+    <message>
+        <source>Failed to save the settings.</source>
+        <translation>Не удалось сохранить настройки.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
     </message>
 </context>
 </TS>
