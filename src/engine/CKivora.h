@@ -330,6 +330,7 @@ private:
     /// What LoadSettings() could not put in force, for example while its sound font is not to be found, and what came
     /// of it: as long as that is in force the former is saved.
     std::optional<std::pair<LibMidi::SynthSettings, LibMidi::SynthSettings>> refusedSynth_;
+    /// One attempt a try: between two of them an input that waits looks whether its port is closing.
     mutable NK::CCriticalSection lock_{1, 1, 100};
     bool closed_ NK_GUARDED_BY(lock_) = false;  ///< the destructor has begun: ticks do nothing
     std::optional<NK::CThreadSleepingTimer> tickTimer_;
