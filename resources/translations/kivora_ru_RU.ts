@@ -24,8 +24,8 @@
         <translation>папка</translation>
     </message>
     <message>
-        <source>Leave pictures of the panel in &lt;folder&gt; and quit.</source>
-        <translation>Оставить в &lt;папке&gt; изображения панели и завершить работу.</translation>
+        <source>Leave pictures for the manual in &lt;folder&gt; and quit.</source>
+        <translation>Оставить в &lt;папке&gt; изображения для руководства и завершить работу.</translation>
     </message>
 </context>
 <context>

@@ -31,7 +31,7 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
                              "file in <folder>, and quit.")),
         Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
     const QCommandLineOption pictures(
-        "pictures", Tr(QT_TRANSLATE_NOOP("CommandLine", "Leave pictures of the panel in <folder> and quit.")),
+        "pictures", Tr(QT_TRANSLATE_NOOP("CommandLine", "Leave pictures for the manual in <folder> and quit.")),
         Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
     parser.addOptions({locale, demonstration, pictures});
     parser.process(arguments);

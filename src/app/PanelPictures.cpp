@@ -7,12 +7,14 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include "ui/midiSettings.h"
+
 namespace Kivora {
 namespace {
 
-bool Save(QWidget& panel, const QString& path) {
+bool Save(QWidget& widget, const QString& path) {
     QCoreApplication::processEvents();
-    if (panel.grab().save(path)) {
+    if (widget.grab().save(path)) {
         return true;
     }
     std::cerr << "kivora: the picture " << path.toStdString() << " could not be written\n";
@@ -33,6 +35,14 @@ bool SavePanelPictures(QWidget& panel, const QString& dir) {
         }
     }
     return Save(panel, folder.filePath("panel-alt.png"));
+}
+
+bool SaveSettingsPicture(EngineFront* front, const QString& dir) {
+    midiSettings dialog(front);
+    dialog.show();
+    const QDir folder(dir);
+    folder.mkpath(".");
+    return Save(dialog, folder.filePath("settings.png"));
 }
 
 }  // namespace Kivora

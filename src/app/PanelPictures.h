@@ -1,4 +1,4 @@
-// Pictures of the panel for the manual.
+// Pictures of the program for the manual.
 #pragma once
 
 #include <QString>
@@ -7,9 +7,14 @@ class QWidget;
 
 namespace Kivora {
 
+class EngineFront;
+
 /// Creates the folder and leaves "panel.png" in it, the panel as it is, and "panel-alt.png", with the other views of
 /// its left and right pane. False, with a line on the standard error, when one could not be written. The panel must be
 /// shown. [gui]
 bool SavePanelPictures(QWidget& panel, const QString& dir);
+
+/// The same for "settings.png", the dialog of the settings. The front may be null. [gui]
+bool SaveSettingsPicture(EngineFront* front, const QString& dir);
 
 }  // namespace Kivora

@@ -58,7 +58,9 @@ int main(int argc, char** argv) {
         demonstration->Start(window);
     }
     if (!commandLine.pictureDir.isEmpty()) {
-        return Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) ? 0 : 1;
+        const bool saved = Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) &&
+                           Kivora::SaveSettingsPicture(window.GetFront(), commandLine.pictureDir);
+        return saved ? 0 : 1;
     }
     return QApplication::exec();
 }

@@ -45,6 +45,12 @@ void Install(QPointer<QTranslator>& installed, const QString& name, const QStrin
     }
 }
 
+/// The user's own formats where the system speaks the language, else those of the locale.
+QLocale FormatsOf(const QString& supported) {
+    const QLocale system = QLocale::system();
+    return LanguageOf(system.name()) == LanguageOf(supported) ? system : QLocale(supported);
+}
+
 NK::CString TranslateThroughCatalogue(const char* context, const char* sourceText, const char* comment) {
     return NK::CString(QCoreApplication::translate(context, sourceText, comment).toStdWString());
 }
@@ -95,6 +101,7 @@ bool SetLocale(const QString& code, bool save) {
     state.current = supported.left(kMaxLocaleCodeLength);
     Install(state.qtTranslator, "qt_" + LanguageOf(supported).toLower(), {kTranslationsDir});
     Install(state.ownTranslator, "kivora_" + supported, {kTranslationsDir, QCoreApplication::applicationDirPath()});
+    QLocale::setDefault(FormatsOf(supported));
     NK::SetTranslateFunction(TranslateThroughCatalogue);
     state.keyMap.Build();
     return saved;

@@ -27,11 +27,11 @@ QString LocaleSuffix();
 const QString& GetCurrentLocale();
 
 /// Takes the language of the code: installs Qt's catalogue and the program's, which makes the application send
-/// QEvent::LanguageChange to every window, connects the leaves that know no Qt to them, and builds the localized key
-/// map anew. With `save` the code given becomes "Name" in the section "Locale" of the user's "Locale.ini". Nothing at
-/// all happens when the supported code is in force already. False only when the file could not be saved; the language
-/// is taken all the same. A catalogue that is missing leaves its texts in English. The application object must exist.
-/// [gui]
+/// QEvent::LanguageChange to every window, connects the leaves that know no Qt to them, lets numbers and dates be
+/// written as in the language, and builds the localized key map anew. With `save` the code given becomes "Name" in the
+/// section "Locale" of the user's "Locale.ini". Nothing at all happens when the supported code is in force already.
+/// False only when the file could not be saved; the language is taken all the same. A catalogue that is missing leaves
+/// its texts in English. The application object must exist. [gui]
 bool SetLocale(const QString& code, bool save);
 
 /// The language for this run: the code in "Locale.ini", else the system's, which is then saved. Once at start-up,

@@ -138,6 +138,14 @@ TEST_F(Locale, BothCataloguesChangeWithTheLanguage) {
     EXPECT_EQ(Tr("QPlatformTheme", "Cancel"), "Cancel");
 }
 
+TEST_F(Locale, NumbersAreWrittenAsInTheLanguage) {
+    SetLocale("en_US", false);
+    EXPECT_EQ(QLocale().toString(10.7, 'f', 1), "10.7");
+    SetLocale("ru_RU", false);
+    EXPECT_EQ(QLocale().toString(10.7, 'f', 1), "10,7");
+    SetLocale("en_US", false);
+}
+
 TEST_F(Locale, TheLocalizedKeyMapFollowsTheLanguage) {
     Write("[Locale]\nName=en_US\n");
     Kivora::InitLocale();

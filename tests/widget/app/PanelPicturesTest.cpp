@@ -38,6 +38,11 @@ TEST_F(PanelPictures, ShowBothViews) {
     EXPECT_EQ(second.pixelColor(25, 25), QColor(Qt::red));
 }
 
+TEST_F(PanelPictures, ShowTheSettings) {
+    ASSERT_TRUE(Kivora::SaveSettingsPicture(nullptr, Dir()));
+    EXPECT_GT(QImage(Dir() + "/settings.png").width(), 300);
+}
+
 TEST_F(PanelPictures, AFolderThatCannotBeMadeIsAFailure) {
     std::ofstream(folder_ / "pictures") << "a file where the folder should be";
     testing::internal::CaptureStderr();
