@@ -156,12 +156,12 @@ bool CKivora::SaveSettings() {
 }
 
 void CKivora::LoadSynthSettings(NK::CIniFile& file) {
+    refusedSynth_.reset();
     LibMidi::SynthControl* const synth = GetSynth();
     if (synth == nullptr || !file.SelectSection(Settings::kSynthSection)) {
         return;
     }
     const LibMidi::SynthSettings wanted = LibMidi::ReadSynthSettings(file);
-    refusedSynth_.reset();
     if (synth->ApplySettings(wanted) != LibMidi::kSuccess) {
         LibMidi::SynthSettings withoutFont = wanted;
         withoutFont.soundFont.Clear();
