@@ -158,6 +158,7 @@ TakeJournal::TakeJournal(CKivora& engine, CString folder, Settings settings)
 }
 
 TakeJournal::~TakeJournal() {
+    blockSignals(true);
     if (engine_) {
         // Under the lock with which the engine tells of its recordings: it is telling none to this object.
         engine_->WithLock([this] { disconnect(engine_, nullptr, this, nullptr); });

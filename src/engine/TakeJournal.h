@@ -54,12 +54,14 @@ public:
     /// needed. The engine is not owned; whichever of the two may end first. Throws nothing on account of the disk.
     TakeJournal(CKivora& engine, NK::CString folder, Settings settings);
     TakeJournal(CKivora& engine, NK::CString folder);
-    /// A running recording ends for the journal here. Writes out what is left; what waits is there at the next start.
+    /// A running recording ends for the journal here. Writes out what is left and emits nothing; what waits is there at
+    /// the next start.
     ~TakeJournal() override;
     TakeJournal(const TakeJournal&) = delete;
     TakeJournal& operator=(const TakeJournal&) = delete;
 
-    /// The oldest first, so that the recording that has just ended is the last. One that runs is not among them.
+    /// The oldest first, so that a recording that has just ended is the last, if it waits at all. One that runs is not
+    /// among them.
     std::vector<WaitingTake> GetWaiting() const;
     /// Writes the take as a MIDI file, as CKivora::SaveRecording() does, and forgets it. False when no such take waits
     /// and when the file could not be written: then it waits on, and an older file of that name is as it was.

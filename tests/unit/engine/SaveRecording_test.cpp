@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "engine/RecordedTrack.h"
+#include "support/FileSizeLimit.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -153,6 +154,24 @@ TEST_F(SaveRecording, AfterAFailedWriteTheTakeIsStillThereToSaveElsewhere) {
     EXPECT_FALSE(engine.SaveRecording(Path("no such folder/take.mid")));
     EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
     EXPECT_FALSE(Bytes("take.mid").empty());
+}
+
+TEST_F(SaveRecording, ADiskThatIsFullAtAnyByteLeavesTheOldFileAndTheTake) {
+    engine.StartRecording();
+    rig.RunPlayer();
+    engine.PlayNoteOn(60, 100);
+    rig.RunPlayer();
+    engine.StopRecording();
+    ASSERT_TRUE(engine.SaveRecording(Path("whole.mid")));
+    std::ofstream(dir / "take.mid") << "old";
+    for (std::size_t room = 0; room < Bytes("whole.mid").size(); ++room) {
+        const CFileSizeLimit limit(room);
+        ASSERT_FALSE(engine.SaveRecording(Path("take.mid"))) << room;
+        ASSERT_EQ(Bytes("take.mid"), "old") << room;
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir), {}), 2) << "no temporary file is left";
+    EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
+    EXPECT_EQ(Bytes("take.mid"), Bytes("whole.mid"));
 }
 
 TEST_F(SaveRecording, AFirstNoteAtTheVeryStartStaysThereAndLaterEventsAreShifted) {

@@ -4,9 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,6 +15,7 @@
 #include "engine/EngineFront.h"
 #include "engine/RecordedTrack.h"
 #include "libmidi/CaptureFile.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 #include "unit/engine/EngineRig.h"
 
@@ -31,26 +29,6 @@ using testing::SizeIs;
 namespace {
 
 constexpr std::int64_t kNow = 1'700'000'000;
-
-/// The system refuses to let a file grow above `bytes`, as a full disk would.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &previous_);
-        const rlimit limit{bytes, previous_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &previous_);
-        std::signal(SIGXFSZ, previousHandler_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit previous_{};
-    void (*previousHandler_)(int);
-};
 
 class TakeJournalTest : public testing::Test {
 protected:
@@ -399,7 +377,7 @@ TEST_F(TakeJournalTest, AFullDiskIsToldOnceAndTheRecordingGoesOn) {
     QObject::connect(journal.get(), &TakeJournal::JournalFailed,
                      [&told](const QString& text) { told.push_back(text); });
     {
-        const FileSizeLimit limit(90);
+        const CFileSizeLimit limit(90);
         Record(5);
         EXPECT_THAT(told, SizeIs(1));
         EXPECT_TRUE(GetEngine().IsRecording());

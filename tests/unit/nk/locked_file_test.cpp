@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <signal.h>
-#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <memory>
 #include <string>
 
+#include "support/FileSizeLimit.h"
 #include "unit/nk/TempFolder.h"
 
 namespace {
@@ -94,14 +95,10 @@ TEST_F(LockedFile, IsRemovedWhileItIsHeld) {
 
 TEST_F(LockedFile, AFullDiskIsAFailureAndTheSamePlaceCanBeWrittenLater) {
     const auto file = CLockedFile::Create(Path("a"));
-    rlimit previous{};
-    getrlimit(RLIMIT_FSIZE, &previous);
-    const auto handler = signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{4, previous.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    EXPECT_FALSE(file->WriteAt(0, "abcdef", 6));
-    setrlimit(RLIMIT_FSIZE, &previous);
-    signal(SIGXFSZ, handler);
+    {
+        const KivoraTest::CFileSizeLimit limit(4);
+        EXPECT_FALSE(file->WriteAt(0, "abcdef", 6));
+    }
     EXPECT_TRUE(file->WriteAt(0, "abcdef", 6));
     EXPECT_EQ(ReadBytes("a"), "abcdef");
 }
