@@ -8,6 +8,7 @@
 #include <QLocale>
 
 #include "engine/EngineDependencies.h"
+#include "locale/Locale.h"
 #include "ui/Dialogs.h"
 #include "ui_SynthSettingsGroup.h"
 
@@ -116,7 +117,8 @@ void SynthSettingsGroup::refresh() {
 
 void SynthSettingsGroup::showLatency(int place) {
     const double milliseconds = synth_->GetLatencyMs(kLatencies[static_cast<std::size_t>(place)]);
-    ui_->synthLatencyDisplay->setText(tr("%1 ms").arg(QLocale().toString(milliseconds, 'f', 1)));
+    ui_->synthLatencyDisplay->setText(
+        tr("%1 ms").arg(QLocale(Kivora::GetCurrentLocale()).toString(milliseconds, 'f', 1)));
 }
 
 void SynthSettingsGroup::settingsChanged() {

@@ -13,10 +13,12 @@
 #include <QWheelEvent>
 
 #include "engine/EngineFront.h"
+#include "locale/Locale.h"
 #include "ui/PanelCombo.h"
 #include "ui/PanelLabel.h"
 #include "ui/PanelSkin.h"
 #include "unit/engine/EngineRig.h"
+#include "widget/ui/DialogTexts.h"
 
 using NK::MIDI::ArpeggiatorSettings;
 using NK::MIDI::CArpeggiator1;
@@ -47,6 +49,11 @@ protected:
     bool IsBypassed(int index = 0) {
         return rig.engine->WithArpeggiator(index,
                                            [](const CArpeggiator1& arpeggiator) { return arpeggiator.IsBypassed(); });
+    }
+    /// The change of language is told by an event.
+    static void Speak(const char* locale) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
     }
     template <class Widget>
     Widget& Find(const char* name) {
@@ -308,18 +315,33 @@ TEST_F(ArpeggiatorPanel, TheCaptionNamesThePanel) {
     EXPECT_EQ(panel.windowTitle(), "Arpeggiator Settings");
 }
 
-TEST_F(ArpeggiatorPanel, NoTextIsCutShort) {
+TEST_F(ArpeggiatorPanel, NoTextIsCutShortInEitherLanguage) {
     Attach();
-    panel.setCaption("Arpeggiator 2");
-    for (const PanelLabel* label : panel.findChildren<PanelLabel*>()) {
-        EXPECT_EQ(label->fittedText().toUpper(), label->text().toUpper()) << label->objectName().toStdString();
-    }
-    for (PanelCombo* combo : panel.findChildren<PanelCombo*>()) {
-        for (int item = 0; item < combo->count(); ++item) {
-            combo->setCurrentIndex(item);
-            EXPECT_EQ(combo->fittedText(), combo->itemText(item));
+    for (const char* locale : {"ru_RU", "en_US"}) {
+        Speak(locale);
+        panel.setCaption(QCoreApplication::translate("KivoraWidget", "Arpeggiator 2"));
+        for (const PanelLabel* label : panel.findChildren<PanelLabel*>()) {
+            EXPECT_EQ(label->fittedText().toUpper().toStdString(), label->text().toUpper().toStdString());
         }
+        for (PanelCombo* combo : panel.findChildren<PanelCombo*>()) {
+            for (int item = 0; item < combo->count(); ++item) {
+                combo->setCurrentIndex(item);
+                EXPECT_EQ(combo->fittedText().toStdString(), combo->itemText(item).toStdString());
+            }
+        }
+        EXPECT_EQ(NamelessControls(panel), "");
     }
+}
+
+TEST_F(ArpeggiatorPanel, AChangeOfLanguageWritesNothing) {
+    Set([](CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(100, 12.5); });
+    Attach();
+    Speak("ru_RU");
+    EXPECT_NE(Combo("directionCombo").itemText(0), "Up");
+    Speak("en_US");
+    EXPECT_EQ(Combo("directionCombo").itemText(0), "Up");
+    EXPECT_EQ(Settings().noteStep, 100);
+    EXPECT_NEAR(Settings().GetDurationPercent(), 12.5, 1e-9);
 }
 
 TEST_F(ArpeggiatorPanel, TextsAndToolTipsAreAsGiven) {

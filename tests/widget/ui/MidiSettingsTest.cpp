@@ -475,6 +475,8 @@ TEST_F(SettingsDialog, EveryControlHasANameAndNoMnemonicIsSharedInEitherLanguage
         EXPECT_EQ(NamelessControls(*dialog), "") << locale;
         EXPECT_EQ(SharedMnemonics(*dialog), "") << locale;
         EXPECT_EQ(ClippedTexts(*dialog), "") << locale;
+        EXPECT_EQ(Find<QLabel>("synthLatencyDisplay").text(),
+                  QString(locale).startsWith("ru") ? QString::fromUtf8("10,2 мс") : QString("10.2 ms"));
         EXPECT_LE(dialog->height(), 700) << locale;
         EXPECT_LE(dialog->width(), 1280) << locale;
     }

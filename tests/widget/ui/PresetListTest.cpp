@@ -10,6 +10,7 @@
 #include <QtTest/QTest>
 
 #include "engine/EngineFront.h"
+#include "locale/Locale.h"
 #include "ui/QPresetNameValidator.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/DialogTexts.h"
@@ -91,7 +92,7 @@ TEST_F(Presets, FactoryPresetsComeFirstWithTheirIconAndBold) {
     EXPECT_FALSE(user.data(Qt::UserRole).toBool());
     EXPECT_TRUE(factory.font().bold());
     EXPECT_FALSE(user.font().bold());
-    const auto picture = [](const QListWidgetItem& item) { return item.icon().pixmap(16, 16).toImage(); };
+    const auto picture = [](const QListWidgetItem& item) { return item.icon().pixmap(QSize(16, 16), 1.0).toImage(); };
     EXPECT_EQ(picture(factory), QPixmap(":/Resources/Preset_Factory.png").toImage());
     EXPECT_EQ(picture(user), QPixmap(":/Resources/Preset_User.png").toImage());
 }
@@ -311,13 +312,16 @@ TEST_F(Presets, WithoutAnEngineTheListIsEmpty) {
     EXPECT_EQ(alone.result(), 0);
 }
 
-TEST_F(Presets, EveryControlHasANameAndAMnemonicOfItsOwn) {
+TEST_F(Presets, EveryControlHasANameAndAMnemonicOfItsOwnInEitherLanguage) {
     AddUser(L"Alto");
-    for (const bool saveMode : {false, true}) {
-        Open(saveMode);
-        EXPECT_EQ(NamelessControls(*dialog), "");
-        EXPECT_EQ(SharedMnemonics(*dialog), "");
-        EXPECT_EQ(ClippedTexts(*dialog), "");
+    for (const char* locale : {"ru_RU", "en_US"}) {
+        Kivora::SetLocale(locale, false);
+        for (const bool saveMode : {false, true}) {
+            Open(saveMode);
+            EXPECT_EQ(NamelessControls(*dialog), "");
+            EXPECT_EQ(SharedMnemonics(*dialog), "");
+            EXPECT_EQ(ClippedTexts(*dialog), "");
+        }
     }
 }
 
