@@ -174,6 +174,7 @@ bool KivoraWidget::isReadyToClose() {
         return true;
     }
     // What waits is offered again at the next start, if it is there to be offered.
+    takes_->WriteOut();
     const auto waiting = takes_->GetWaiting();
     return std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; });
 }
