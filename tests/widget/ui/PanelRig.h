@@ -39,10 +39,7 @@ class ModalAnswers {
 public:
     using Answer = std::function<void(QDialog& dialog)>;
 
-    ModalAnswers() {
-        QObject::connect(&timer_, &QTimer::timeout, [this] { Look(); });
-        timer_.start(1);
-    }
+    ModalAnswers() { LookLater(); }
 
     ModalAnswers& Then(Answer answer) {
         answers_.push_back(std::move(answer));
@@ -82,12 +79,17 @@ public:
     std::vector<std::string> seen;
 
 private:
+    /// A timer of its own each time: one that is being handled does not fire in the event loops of its handler.
+    void LookLater() {
+        QTimer::singleShot(1, &context_, [this] { Look(); });
+    }
     void Look() {
+        LookLater();
         auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible() || busy_) {
+        if (dialog == nullptr || !dialog->isVisible() || dialog == answering_) {
             return;
         }
-        const QScopedValueRollback busy(busy_, true);
+        const QScopedValueRollback<const QDialog*> answering(answering_, dialog);
         const auto* const box = qobject_cast<QMessageBox*>(dialog);
         seen.push_back(dialog->windowTitle().toStdString() + (box != nullptr ? ": " + box->text().toStdString() : ""));
         if (answers_.empty()) {
@@ -99,8 +101,8 @@ private:
         answer(*dialog);
     }
 
-    QTimer timer_;
-    bool busy_ = false;
+    QObject context_;
+    const QDialog* answering_ = nullptr;  ///< whose answer waits for something itself
     std::deque<Answer> answers_;
 };
 
@@ -146,15 +148,19 @@ protected:
         front = std::make_unique<Kivora::EngineFront>(*rig.engine);
     }
     void ShowPanel() {
+        CreateWindow();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), kWaitMs));
+        QApplication::processEvents();
+        rig.TakeWritten();
+    }
+    /// For a window that comes up with a box before it.
+    void CreateWindow() {
         window = std::make_unique<QMainWindow>();
         panel = new KivoraWidget(front.get(), window.get());
         window->setCentralWidget(panel);
         window->setFixedSize(panel->sizeHint());
         window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), kWaitMs));
-        QApplication::processEvents();
-        rig.TakeWritten();
     }
     void CloseWindow() {
         window.reset();
