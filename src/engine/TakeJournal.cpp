@@ -182,8 +182,9 @@ void TakeJournal::TakeUpJournals() {
             }
         }
     }
-    std::stable_sort(takes_.begin(), takes_.end(),
-                     [](const TakePointer& a, const TakePointer& b) { return a->startedAt < b->startedAt; });
+    std::sort(takes_.begin(), takes_.end(), [](const TakePointer& a, const TakePointer& b) {
+        return std::pair(a->startedAt, a->id) < std::pair(b->startedAt, b->id);
+    });
 }
 
 TakeJournal::TakePointer TakeJournal::TakeUp(const CString& path) {
