@@ -23,6 +23,8 @@ QString GetProgramDir() {
 }
 
 HelpOpener::HelpOpener(const QString& programDir, QObject* parent) : QObject(parent), programDir_(programDir) {
+    connect(
+        this, &HelpOpener::LauncherFailed, this, [this] { emit LaunchFailed(path_); }, Qt::QueuedConnection);
 }
 
 void HelpOpener::Open() {
@@ -34,11 +36,10 @@ void HelpOpener::Open() {
         emit HelpNotFound(help.path);
         return;
     }
-    const QString path = help.path;
-    launcher_ = std::make_unique<CLauncher>(NK::CString(path.toStdWString()), [this, path](bool opened) {
+    path_ = help.path;
+    launcher_ = std::make_unique<CLauncher>(NK::CString(path_.toStdWString()), [this](bool opened) {
         if (!opened) {
-            QMetaObject::invokeMethod(
-                this, [this, path] { emit LaunchFailed(path); }, Qt::QueuedConnection);
+            emit LauncherFailed(QPrivateSignal());
         }
     });
 }

@@ -36,9 +36,11 @@ signals:
     void HelpNotFound(const QString& path);
     /// Later, on the GUI thread.
     void LaunchFailed(const QString& path);
+    void LauncherFailed(QPrivateSignal);  ///< on the launcher's thread
 
 private:
     const QString programDir_;
+    QString path_;  ///< of the manual opened last
     std::unique_ptr<CLauncher> launcher_;
 };
 
