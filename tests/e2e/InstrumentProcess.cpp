@@ -120,10 +120,16 @@ bool InstrumentProcess::Xdotool(const QStringList& arguments) {
 }
 
 std::vector<std::string> InstrumentProcess::GetNoteMessages() const {
+    std::vector<std::string> messages = GetMessages();
+    std::erase_if(messages, [](const std::string& line) { return line[0] != '8' && line[0] != '9' && line[0] != 'A'; });
+    return messages;
+}
+
+std::vector<std::string> InstrumentProcess::GetMessages() const {
     std::vector<std::string> messages;
     std::ifstream log(dir_.filePath("midi.log").toStdString());
     for (std::string line; std::getline(log, line);) {
-        if (line[0] == '8' || line[0] == '9' || line[0] == 'A') {
+        if (line.size() >= 8) {
             messages.push_back(line.substr(0, 8));
         }
     }

@@ -23,7 +23,9 @@ public:
     bool Xdotool(const QStringList& arguments);
     /// Runs any program on the program's display and returns what it printed.
     QString RunOnDisplay(const QString& program, const QStringList& arguments, bool* ok = nullptr);
-    /// Messages written so far, each as "90 3C 50", without system, program and controller messages.
+    /// Messages written so far, each as "90 3C 50".
+    std::vector<std::string> GetMessages() const;
+    /// The same without system, program and controller messages.
     std::vector<std::string> GetNoteMessages() const;
     /// Waits until at least `count` note messages were written.
     bool WaitForNoteMessages(std::size_t count) const;

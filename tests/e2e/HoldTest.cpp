@@ -1,0 +1,228 @@
+// What is held when the keyboard or the mouse goes elsewhere: no note and no pedal is left hanging.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "e2e/InstrumentProcess.h"
+
+namespace {
+
+/// What sounds after those messages: "channel/note" of each note, "channel/pedal" of each pedal that is down.
+std::set<std::string> SoundingAfter(const std::vector<std::string>& messages) {
+    std::map<int, std::set<std::string>> channels;
+    for (const std::string& message : messages) {
+        const auto byte = [&](std::size_t index) {
+            return static_cast<int>(std::strtol(message.substr(3 * index, 2).c_str(), nullptr, 16));
+        };
+        const int status = byte(0);
+        std::set<std::string>& sounding = channels[status & 0x0F];
+        const std::string note = std::to_string(byte(1));
+        switch (status == 0xFF ? 0xFF : status & 0xF0) {
+            case 0x90:
+                if (byte(2) > 0) {
+                    sounding.insert(note);
+                } else {
+                    sounding.erase(note);
+                }
+                break;
+            case 0x80:
+                sounding.erase(note);
+                break;
+            case 0xB0:
+                if (byte(1) == 64 && byte(2) > 0) {
+                    sounding.insert("pedal");
+                } else if (byte(1) == 64) {
+                    sounding.erase("pedal");
+                } else if (byte(1) == 123) {
+                    std::erase_if(sounding, [](const std::string& name) { return name != "pedal"; });
+                }
+                break;
+            case 0xFF:
+                channels.clear();
+                break;
+            default:
+                break;
+        }
+    }
+    std::set<std::string> all;
+    for (const auto& [channel, sounding] : channels) {
+        for (const std::string& name : sounding) {
+            all.insert(std::to_string(channel) + "/" + name);
+        }
+    }
+    return all;
+}
+
+TEST(SoundingAfterTest, FollowsNotesPedalsAndResets) {
+    using Names = std::set<std::string>;
+    EXPECT_EQ(SoundingAfter({"90 3C 50", "91 3C 50", "80 3C 00"}), Names{"1/60"});
+    EXPECT_EQ(SoundingAfter({"90 3C 50", "90 3C 00"}), Names{});
+    EXPECT_EQ(SoundingAfter({"B0 40 7F", "90 3C 50", "B0 7B 00"}), Names{"0/pedal"});
+    EXPECT_EQ(SoundingAfter({"B0 40 7F", "B0 40 00"}), Names{});
+    EXPECT_EQ(SoundingAfter({"B2 40 7F", "90 3C 50", "FF 00 00"}), Names{});
+}
+
+/// Something that takes keys or the mouse away from the panel, and its end.
+struct Disturbance {
+    const char* name;
+    std::vector<QStringList> begin;
+    /// Of the window that comes up, empty for none: it gets the focus.
+    const char* title;
+    std::vector<QStringList> end;
+    bool usesMouse;  ///< so that no mouse button can be held meanwhile
+    bool endsHeld;   ///< at once; otherwise it is ended by its release
+};
+
+std::ostream& operator<<(std::ostream& out, const Disturbance& disturbance) {
+    return out << disturbance.name;
+}
+
+QStringList ClickAt(int x, int y, int button = 1) {
+    return {
+        "mousemove", "--window", "WINDOW", QString::number(x), QString::number(y), "click", QString::number(button)};
+}
+
+const Disturbance kDisturbances[] = {
+    {"FocusLeaves", {{"windowfocus", "ROOT"}}, "", {}, false, true},
+    {"PopUpMenu", {{"key", "F10"}}, "", {{"key", "Escape"}}, false, true},
+    {"PatchMenu", {ClickAt(380, 235, 3)}, "", {{"key", "Escape"}}, true, true},
+    {"ComboList", {ClickAt(940, 132)}, "", {{"key", "Escape"}}, true, true},
+    {"AboutBox", {ClickAt(1130, 22)}, "^About$", {{"key", "Escape"}}, true, true},
+    {"PresetDialog", {{"key", "F2"}}, "^Load Preset$", {{"key", "Escape"}}, false, true},
+    {"SettingsDialog", {{"key", "F4"}}, "^MIDI Settings$", {{"key", "Escape"}}, false, true},
+    {"OctaveShift", {ClickAt(218, 272)}, "", {ClickAt(46, 272)}, true, false},
+    {"VoiceMode", {{"key", "F6"}}, "", {{"key", "F5"}}, false, false},
+    {"Panic", {{"key", "F12"}}, "", {}, false, true},
+};
+
+class HeldThings : public testing::Test {
+protected:
+    enum Held { kKey = 1, kPedal = 2, kMouse = 4 };
+
+    void SetUp() override { ASSERT_TRUE(instrument.Start()); }
+
+    std::set<std::string> Sounding() { return SoundingAfter(instrument.GetMessages()); }
+    bool Run(QStringList arguments) {
+        arguments.replaceInStrings("WINDOW", instrument.GetWindow());
+        if (arguments.contains("ROOT")) {
+            const QString root =
+                instrument.RunOnDisplay("xdotool", {"search", "--maxdepth", "0", ".*"}).section('\n', 0, 0).trimmed();
+            arguments.replaceInStrings("ROOT", root);
+        }
+        return instrument.Xdotool(arguments);
+    }
+    void Press(int held) {
+        const std::size_t before = Sounding().size();
+        std::size_t expected = before;
+        if ((held & kPedal) != 0) {
+            ASSERT_TRUE(Run({"keydown", "space"}));
+            expected += 3;
+        }
+        if ((held & kKey) != 0) {
+            ASSERT_TRUE(Run({"keydown", "z"}));
+            expected += 1;
+        }
+        if ((held & kMouse) != 0) {
+            ASSERT_TRUE(Run({"mousemove", "--window", "WINDOW", "30", "480", "mousedown", "1"}));
+            expected += 1;
+        }
+        ASSERT_TRUE(WaitFor([&] { return Sounding().size() == expected; })) << Sounding().size() << " sound";
+    }
+    void Release(int held) {
+        if ((held & kMouse) != 0) {
+            EXPECT_TRUE(Run({"mouseup", "1"}));
+        }
+        if ((held & kKey) != 0) {
+            EXPECT_TRUE(Run({"keyup", "z"}));
+        }
+        if ((held & kPedal) != 0) {
+            EXPECT_TRUE(Run({"keyup", "space"}));
+        }
+    }
+    /// Runs the commands; the window of that title gets the focus.
+    void Begin(const Disturbance& disturbance) {
+        for (const QStringList& command : disturbance.begin) {
+            ASSERT_TRUE(Run(command));
+        }
+        if (*disturbance.title != 0) {
+            ASSERT_TRUE(WaitFor([&] {
+                return Run({"search", "--onlyvisible", "--name", disturbance.title, "windowfocus"});
+            })) << disturbance.title;
+        }
+    }
+    void End(const Disturbance& disturbance) {
+        for (const QStringList& command : disturbance.end) {
+            ASSERT_TRUE(Run(command));
+        }
+        ASSERT_TRUE(WaitFor([&] {
+            return *disturbance.title == 0 ||
+                   instrument.RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", disturbance.title})
+                       .trimmed()
+                       .isEmpty();
+        }));
+        ASSERT_TRUE(WaitFor([&] {
+            Run({"windowfocus", "WINDOW"});
+            return instrument.RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == instrument.GetWindow();
+        }));
+    }
+    /// The panel has the keyboard again once a key plays.
+    void ExpectPlayable() {
+        const std::size_t before = instrument.GetNoteMessages().size();
+        EXPECT_TRUE(WaitFor([&] {
+            Run({"key", "x"});
+            return instrument.GetNoteMessages().size() >= before + 2;
+        }));
+        EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+    }
+
+    InstrumentProcess instrument;
+};
+
+class Hold : public HeldThings, public testing::WithParamInterface<Disturbance> {};
+
+TEST_P(Hold, LeavesNothingHanging) {
+    const Disturbance& disturbance = GetParam();
+    for (const int held : {int{kKey}, int{kPedal}, int{kMouse}, int{kKey | kPedal}, int{kKey | kPedal | kMouse}}) {
+        if (disturbance.usesMouse && (held & kMouse) != 0) {
+            continue;
+        }
+        for (const bool releasedMeanwhile : {true, false}) {
+            SCOPED_TRACE("held " + std::to_string(held) + (releasedMeanwhile ? ", released meanwhile" : ""));
+            Press(held);
+            Begin(disturbance);
+            if (disturbance.endsHeld) {
+                EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+            }
+            if (releasedMeanwhile) {
+                Release(held);
+            }
+            End(disturbance);
+            if (!releasedMeanwhile) {
+                Release(held);
+            }
+            EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+            ExpectPlayable();
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    EXPECT_EQ(instrument.Close(), 0);
+    EXPECT_TRUE(Sounding().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Hold, testing::ValuesIn(kDisturbances),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(HeldThings, ClosingTheWindowEndsThem) {
+    Press(kKey | kPedal | kMouse);
+    EXPECT_EQ(instrument.Close(), 0);
+    EXPECT_TRUE(Sounding().empty());
+}
+
+}  // namespace
