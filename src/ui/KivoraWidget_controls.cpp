@@ -12,6 +12,7 @@
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/PanelControlKeys.h"
+#include "ui/PanelFigure.h"
 #include "ui/PanelGeometry.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
@@ -101,7 +102,7 @@ void KivoraWidget::createLeftColumn() {
     metronome_ = addToggle("metronome", PanelGeometry::kMetronome, &KivoraWidget::onMetronomeSwitch);
     recordTime_ = addReadOut("record-time", PanelGeometry::kRecordTime, PanelText::kBigFigure);
     recordTime_->setBaseline(kTimeBaseline);
-    recordTime_->setText(RecordingTexts::Elapsed(0));
+    ShowFigure(recordTime_, RecordingTexts::Elapsed(0));
     record_ = addToggle("record", PanelGeometry::kRecord, &KivoraWidget::onRecord);
     stop_ = addButton("stop", PanelGeometry::kStop, &KivoraWidget::onStopRecording);
     octaveDown_ = addButton("octave-down", PanelGeometry::kOctaveDown, &KivoraWidget::octaveDownClicked);

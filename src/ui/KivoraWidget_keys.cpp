@@ -8,6 +8,7 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
+#include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
 
 using NK::Piano::CPCKeyPlayer;
@@ -131,9 +132,9 @@ void KivoraWidget::setOctaveShift(int semitones) {
     carryOut(actions);
     hintBar_->setOctaveShift(shift);
     const int octaves = shift / kOctave;
-    octaveValue_->setText(octaves == 0
-                              ? QStringLiteral("0")
-                              : QString(QChar(octaves < 0 ? 0x2212 : '+')) + QString::number(std::abs(octaves)));
+    ShowFigure(octaveValue_, octaves == 0
+                                 ? QStringLiteral("0")
+                                 : QString(QChar(octaves < 0 ? 0x2212 : '+')) + QString::number(std::abs(octaves)));
 }
 
 void KivoraWidget::octaveUpClicked() {

@@ -11,6 +11,7 @@
 #include "engine/EngineFront.h"
 #include "engine/TakeJournal.h"
 #include "ui/KivoraWidget.h"
+#include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
 #include "ui/RecordingTexts.h"
@@ -40,7 +41,7 @@ void KivoraWidget::recordingStateChanged() {
     record_->setChecked(recording);
     stop_->setEnabled(recording);
     if (recording) {
-        recordTime_->setText(RecordingTexts::Elapsed(0));
+        ShowFigure(recordTime_, RecordingTexts::Elapsed(0));
         panelTimer_.start(kTickMs);
     } else {
         panelTimer_.stop();
@@ -100,7 +101,7 @@ void KivoraWidget::timerTick() {
     if (engine_ == nullptr || !engine_->IsRecording()) {
         return;
     }
-    recordTime_->setText(RecordingTexts::Elapsed(engine_->GetRecordingTime()));
+    ShowFigure(recordTime_, RecordingTexts::Elapsed(engine_->GetRecordingTime()));
     checkLimits();
 }
 

@@ -8,6 +8,7 @@
 #include "ui/arpeggiatorSettings.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
+#include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 
 using NK::MIDI::TMIDIMessage;
@@ -74,7 +75,7 @@ void KivoraWidget::updateKeyboardDisplay() {
 
 void KivoraWidget::updateTempo() {
     const QString tempo = engine_ != nullptr ? QString::number(engine_->GetTempo()) : QString();
-    tempo_->setText(tempo);
+    ShowFigure(tempo_, tempo);
     display_->setTempo(tempo);
 }
 

@@ -7,6 +7,7 @@
 #include "QtWidgets/skin/QClickableLabel.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
+#include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 #include "ui/PatchTexts.h"
 
@@ -114,12 +115,12 @@ void KivoraWidget::updateVoiceParameters() {
     const auto number = [this](int slot, int (Kivora::CKivora::*get)(int) const) {
         return engine_ == nullptr || slot < 0 ? QString() : QString::number((engine_->*get)(slot));
     };
-    patch1_->setText(PatchTexts::Label(patch(kMainSlot)));
-    patch2_->setText(PatchTexts::Label(patch(secondary)));
-    transpose1_->setText(number(kMainSlot, &Kivora::CKivora::GetTranspose));
-    transpose2_->setText(number(secondary, &Kivora::CKivora::GetTranspose));
-    volume1_->setText(number(kMainSlot, &Kivora::CKivora::GetVolume));
-    volume2_->setText(number(secondary, &Kivora::CKivora::GetVolume));
+    ShowFigure(patch1_, PatchTexts::Label(patch(kMainSlot)));
+    ShowFigure(patch2_, PatchTexts::Label(patch(secondary)));
+    ShowFigure(transpose1_, number(kMainSlot, &Kivora::CKivora::GetTranspose));
+    ShowFigure(transpose2_, number(secondary, &Kivora::CKivora::GetTranspose));
+    ShowFigure(volume1_, number(kMainSlot, &Kivora::CKivora::GetVolume));
+    ShowFigure(volume2_, number(secondary, &Kivora::CKivora::GetVolume));
     patchChanged();
 }
 
@@ -141,8 +142,9 @@ void KivoraWidget::patchChanged() {
     display_->setVoice(0, voiceOf(kMainSlot));
     display_->setVoice(1, voiceOf(secondary));
     if (engine_ != nullptr) {
-        patch1_->setText(PatchTexts::Label(engine_->GetPatch(kMainSlot)));
-        patch2_->setText(PatchTexts::Label(secondary < 0 ? PatchTexts::kNoSecondVoice : engine_->GetPatch(secondary)));
+        ShowFigure(patch1_, PatchTexts::Label(engine_->GetPatch(kMainSlot)));
+        ShowFigure(patch2_,
+                   PatchTexts::Label(secondary < 0 ? PatchTexts::kNoSecondVoice : engine_->GetPatch(secondary)));
     }
 }
 

@@ -104,10 +104,10 @@ void MainDisplay::setGlass(const QPixmap* glass, const QColor& glassColor) {
 
 void MainDisplay::setVoice(int index, const Voice& voice) {
     Row& row = rows_.at(static_cast<std::size_t>(index));
-    row.family->setText(voice.name.family);
-    row.program->setText(voice.name.program);
-    row.transposition->setText(voice.transposition);
-    row.volume->setText(voice.volume);
+    ShowFigure(row.family, voice.name.family);
+    ShowFigure(row.program, voice.name.program);
+    ShowFigure(row.transposition, voice.transposition);
+    ShowFigure(row.volume, voice.volume);
     if (row.present != voice.present) {
         row.present = voice.present;
         update();
@@ -115,7 +115,7 @@ void MainDisplay::setVoice(int index, const Voice& voice) {
 }
 
 void MainDisplay::setSustain(const QString& text) {
-    sustain_->setText(text);
+    ShowFigure(sustain_, text);
     update();  // its legend stands beside the value
 }
 

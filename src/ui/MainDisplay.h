@@ -6,6 +6,7 @@
 
 #include <array>
 
+#include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
 #include "ui/PatchTexts.h"
 
@@ -27,11 +28,11 @@ public:
 
     /// The picture under the texts, not owned, and the glass's colour.
     void setGlass(const QPixmap* glass, const QColor& glassColor);
-    void setPreset(const QString& name) { preset_->setText(name); }
+    void setPreset(const QString& name) { ShowFigure(preset_, name); }
     void setVoice(int index, const Voice& voice);
-    void setMode(const QString& text) { mode_->setText(text); }
-    void setTempo(const QString& text) { tempo_->setText(text); }
-    void setVelocity(const QString& text) { velocity_->setText(text); }
+    void setMode(const QString& text) { ShowFigure(mode_, text); }
+    void setTempo(const QString& text) { ShowFigure(tempo_, text); }
+    void setVelocity(const QString& text) { ShowFigure(velocity_, text); }
     void setSustain(const QString& text);
 
     /// Where a patch name is clicked.
