@@ -93,19 +93,30 @@ void kivoraAbout::retranslate() {
     closeButton_->setText(tr("Close"));
 }
 
-legalinfo::legalinfo(QWidget* parent) : QDialog(parent) {
+legalinfo::legalinfo(QWidget* parent) : QDialog(parent), closeButton_(new QPushButton(this)) {
     setObjectName("legalinfoClass");
-    setWindowTitle(tr("Legal Information"));
     auto* text = new QTextBrowser(this);
     text->setObjectName("text");
     text->setOpenExternalLinks(true);
     text->setSource(QUrl("qrc:/Resources/Legal.html"));
-    auto* close = new QPushButton(tr("Close"), this);
-    close->setObjectName("closeButton");
-    close->setDefault(true);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    closeButton_->setObjectName("closeButton");
+    closeButton_->setDefault(true);
+    connect(closeButton_, &QPushButton::clicked, this, &QDialog::accept);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(text);
-    layout->addWidget(close, 0, Qt::AlignRight);
+    layout->addWidget(closeButton_, 0, Qt::AlignRight);
     resize(kLegalSize);
+    retranslate();
+}
+
+void legalinfo::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        retranslate();
+    }
+    QDialog::changeEvent(event);
+}
+
+void legalinfo::retranslate() {
+    setWindowTitle(tr("Legal Information"));
+    closeButton_->setText(tr("Close"));
 }

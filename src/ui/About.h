@@ -45,4 +45,12 @@ class legalinfo : public QDialog {
 
 public:
     explicit legalinfo(QWidget* parent = nullptr);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void retranslate();
+
+    QPushButton* closeButton_;  // Qt's parent owns it
 };

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -17,7 +18,9 @@
 
 #include "locale/Locale.h"
 #include "support/FatalLog.h"
+#include "ui/About.h"
 #include "ui/KivoraWidget.h"
+#include "ui/midiSettings.h"
 #include "unit/engine/EngineRig.h"
 
 namespace {
@@ -114,6 +117,27 @@ TEST_F(MainWindowTest, TheFatalBoxIsInTheLanguageInForce) {
     EXPECT_EQ(titles_, QStringList("Неустранимая ошибка"));
     EXPECT_EQ(texts_, QStringList("Не удалось создать движок.\r\nК сожалению, программа не может продолжать работу."));
     Kivora::SetLocale("en_US", false);
+}
+
+TEST_F(MainWindowTest, ChangingTheLanguageRetranslatesWhatIsOpen) {
+    MainWindow window(RealEngine());
+    window.show();
+    auto* help = window.findChild<QAbstractButton*>("help");
+    kivoraAbout about(&window);
+    midiSettings settings(window.GetFront(), &window);
+    about.show();
+    settings.show();
+    EXPECT_EQ(help->text(), "Help");
+    Kivora::SetLocale("ru_RU", false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(help->text(), "Справка");
+    EXPECT_EQ(about.windowTitle(), "О программе");
+    EXPECT_EQ(settings.windowTitle(), "Настройки MIDI");
+    EXPECT_EQ(window.windowTitle(), "Kivora LX");
+    Kivora::SetLocale("en_US", false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(help->text(), "Help");
+    EXPECT_EQ(settings.windowTitle(), "MIDI Settings");
 }
 
 TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {

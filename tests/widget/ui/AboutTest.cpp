@@ -55,9 +55,13 @@ TEST_F(About, CreditsAreThoseOfTheLanguageElseTheEnglishOnes) {
 
 TEST_F(About, FollowsTheLanguageWhileItIsOpen) {
     kivoraAbout about;
+    legalinfo legal;
     about.show();
+    legal.show();
     Kivora::SetLocale("ru_RU", false);
     QCoreApplication::processEvents();
+    EXPECT_EQ(legal.windowTitle(), "Правовая информация");
+    EXPECT_EQ(Button(legal, "closeButton")->text(), "Закрыть");
     EXPECT_EQ(about.windowTitle(), "О программе");
     EXPECT_EQ(Button(about, "closeButton")->text(), "Закрыть");
     EXPECT_TRUE(about.findChild<QTextBrowser*>("credits")->toPlainText().contains("Brennholt"));
