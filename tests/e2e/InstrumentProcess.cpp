@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QImage>
 #include <QProcessEnvironment>
 #include <QThread>
 
@@ -138,6 +139,25 @@ std::vector<std::string> InstrumentProcess::GetMessages() const {
 
 bool InstrumentProcess::WaitForNoteMessages(std::size_t count) const {
     return WaitFor([&] { return GetNoteMessages().size() >= count; });
+}
+
+bool InstrumentProcess::SavePicture(const QString& path) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(
+        xcb_connect(display_.toLatin1().constData(), nullptr), &xcb_disconnect);
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(server.get())).data;
+    if (screen == nullptr) {
+        return false;
+    }
+    const auto cookie = xcb_get_image(server.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0,
+                                      screen->width_in_pixels, screen->height_in_pixels, ~0U);
+    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
+        xcb_get_image_reply(server.get(), cookie, nullptr), &std::free);
+    if (!reply) {
+        return false;
+    }
+    const QImage picture(xcb_get_image_data(reply.get()), screen->width_in_pixels, screen->height_in_pixels,
+                         QImage::Format_RGB32);
+    return picture.save(path);
 }
 
 int InstrumentProcess::Close() {

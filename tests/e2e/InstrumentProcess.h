@@ -29,6 +29,8 @@ public:
     std::vector<std::string> GetNoteMessages() const;
     /// Waits until at least `count` note messages were written.
     bool WaitForNoteMessages(std::size_t count) const;
+    /// Saves what the display shows as a PNG file.
+    bool SavePicture(const QString& path);
     /// Closes the window as a person does and waits for the program's end; its exit code, or -1.
     int Close();
     QString GetWindow() const { return window_; }

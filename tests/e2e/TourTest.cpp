@@ -1,0 +1,213 @@
+// The whole instrument as a person works it: every control of the panel by mouse and by keyboard, in both languages,
+// with the bytes that each sends. A picture of the display after each step is kept beside the program under test.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <string>
+#include <vector>
+
+#include "e2e/InstrumentProcess.h"
+
+namespace {
+
+using Actions = std::vector<QStringList>;
+
+/// What is done, and the beginnings of the messages that it sends, in this order, perhaps among others.
+struct Step {
+    std::string name;
+    Actions actions;
+    std::vector<std::string> sends;
+};
+
+QStringList MoveTo(int x, int y) {
+    return {"mousemove", QString::number(x), QString::number(y)};
+}
+
+class Tour : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(instrument_.Start({"--locale", GetParam()}));
+        // "X=93" and so on, a line each.
+        const QString place =
+            instrument_.RunOnDisplay("xdotool", {"getwindowgeometry", "--shell", instrument_.GetWindow()});
+        for (const QString& line : place.split('\n')) {
+            if (line.startsWith("X=")) {
+                left_ = line.mid(2).toInt();
+            } else if (line.startsWith("Y=")) {
+                top_ = line.mid(2).toInt();
+            }
+        }
+        pictures_ = QDir(KIVORA_PICTURES_DIR + QString("/") + GetParam());
+        ASSERT_TRUE(pictures_.mkpath("."));
+    }
+
+    /// Points on the panel.
+    Actions Click(int x, int y, int button = 1) const {
+        return {MoveTo(left_ + x, top_ + y), {"click", QString::number(button)}};
+    }
+    Actions Press(int x, int y) const { return {MoveTo(left_ + x, top_ + y), {"mousedown", "1"}, {"mouseup", "1"}}; }
+    static Actions Key(const QString& key) { return {{"key", key}}; }
+    /// So many controls on in the order of the Tab key, then what is done there.
+    static Actions TabTo(int controls, const QString& key) {
+        Actions actions(static_cast<std::size_t>(controls), QStringList{"key", "Tab"});
+        actions.push_back({"key", key});
+        return actions;
+    }
+
+    bool WaitForMessages(std::size_t from, const std::vector<std::string>& expected) const {
+        return WaitFor(
+            [&] {
+                const std::vector<std::string> messages = instrument_.GetMessages();
+                auto next = expected.begin();
+                for (std::size_t i = from; i < messages.size() && next != expected.end(); ++i) {
+                    next += messages[i].starts_with(*next) ? 1 : 0;
+                }
+                return next == expected.end();
+            },
+            kStepLimitMs);
+    }
+
+    void Walk(const std::vector<Step>& steps) {
+        int number = 0;
+        for (const Step& step : steps) {
+            const std::size_t from = instrument_.GetMessages().size();
+            for (const QStringList& action : step.actions) {
+                ASSERT_TRUE(instrument_.Xdotool(action)) << step.name;
+            }
+            EXPECT_TRUE(WaitForMessages(from, step.sends)) << step.name << " sent:" << Sent(from);
+            const QString file =
+                QString("%1-%2.png").arg(++number, 2, 10, QChar('0')).arg(QString::fromStdString(step.name));
+            EXPECT_TRUE(instrument_.SavePicture(pictures_.filePath(file))) << step.name;
+        }
+    }
+
+    std::string Sent(std::size_t from) const {
+        std::string all;
+        const std::vector<std::string> messages = instrument_.GetMessages();
+        for (std::size_t i = from; i < messages.size(); ++i) {
+            all += "\n" + messages[i];
+        }
+        return all;
+    }
+
+    static constexpr int kStepLimitMs = 20000;
+
+    InstrumentProcess instrument_;
+    int left_ = 0;
+    int top_ = 0;
+    QDir pictures_;
+};
+
+const std::vector<std::string> kAllNotesOff = {"B0 7B 00", "B1 7B 00", "B2 7B 00"};
+
+TEST_P(Tour, EveryControlByMouse) {
+    Walk({
+        {"piano", Press(478, 500), {"90 3C", "80 3C 00"}},
+        {"dual", Click(132, 82), kAllNotesOff},
+        {"dual-note", Key("z"), {"90 3C 50", "91 3C 50", "80 3C 00", "81 3C 00"}},
+        {"patch-2", Click(387, 271), {}},
+        {"patch-2-plus", Click(822, 202), {"C1"}},
+        {"patch-2-minus", Click(754, 202), {"C1"}},
+        {"transpose-1", Click(513, 235), {}},
+        {"transpose-1-up", Click(822, 202), kAllNotesOff},
+        {"transposed-note", Key("z"), {"90 3D 50", "91 3C 50", "80 3D 00", "81 3C 00"}},
+        {"transpose-2", Click(513, 271), {}},
+        {"transpose-2-down", Click(754, 202), kAllNotesOff},
+        {"volume-1", Click(639, 235), {}},
+        {"volume-1-down", Click(754, 202), {"B0 07 61"}},
+        {"volume-2", Click(639, 271), {}},
+        {"volume-2-up", Click(822, 202), {"B1 07 67"}},
+        {"split", Click(206, 82), kAllNotesOff},
+        {"split-bass", Press(430, 500), {"92 3A", "82 3A 00"}},
+        {"single", Click(58, 82), kAllNotesOff},
+        {"patch-1", Click(387, 235), {}},
+        {"jog-by-wheel", Click(788, 122, 5), {"C0 01"}},
+        {"patch-name", Click(420, 100), {}},
+        {"patch-menu", Click(420, 100, 3), {}},
+        {"patch-menu-left", Key("Escape"), {}},
+        {"octave-up", Click(218, 272), {}},
+        {"higher-note", Key("z"), {"90 49 50", "80 49 00"}},
+        {"octave-down", Click(46, 272), {}},
+        {"tempo", Click(81, 191), {}},
+        {"tempo-plus", Click(822, 202), {}},
+        {"metronome", Click(195, 191), {}},
+        {"arpeggio-on", Click(1039, 61), kAllNotesOff},
+        {"arpeggio-note", {{"keydown", "z"}, {"sleep", "1"}, {"keyup", "z"}}, {"90 3D", "80 3D", "90 3D", "80 3D"}},
+        {"arpeggiator-1-bypassed", Click(897, 96), {"B0 7B 00"}},
+        {"arpeggio-off", Click(1039, 61), kAllNotesOff},
+        {"key-card", Click(1138, 61), {}},
+        {"arpeggiators", Click(1138, 61), {}},
+        {"recorder", Click(222, 127), {}},
+        {"record", Click(171, 191), {"FF", "C0", "B0 07 61"}},
+        {"recorded-note", Key("z"), {"90 3D 50", "80 3D 00"}},
+        {"stop", Click(219, 191), {}},
+        {"not-saved-now", Key("Escape"), {}},
+        {"metronome-view", Click(222, 127), {}},
+        {"presets", Click(754, 272), {}},
+        {"preset-loaded", Key("Return"), {"B0 7B 00", "C0", "B0 07"}},
+        {"reset", Click(904, 23), {"B0 7B 00", "FF"}},
+        {"settings", Click(980, 23), {}},
+        {"settings-left", Key("Escape"), {}},
+        {"about", Click(1132, 23), {}},
+        {"about-left", Key("Escape"), {}},
+        {"menu", Click(600, 20, 3), {}},
+        {"menu-left", Key("Escape"), {}},
+    });
+}
+
+TEST_P(Tour, EveryControlByKeyboard) {
+    // From the panel itself the Tab key goes through the voice modes, the left bay, the octave shift, the parameters,
+    // the value, the presets, the right bay, the header and the piano.
+    Walk({
+        {"single", TabTo(1, "Return"), kAllNotesOff},
+        {"dual", TabTo(1, "Return"), kAllNotesOff},
+        {"split", TabTo(1, "Return"), kAllNotesOff},
+        {"playing-from-a-control", Key("z"), {"90 3C 50", "80 3C 00"}},
+        {"pedal-from-a-control", Key("space"), {"B0 40 7F", "B0 40 00"}},
+        {"recorder", TabTo(1, "Return"), {}},
+        {"metronome-view", Key("Return"), {}},
+        {"tempo", TabTo(1, "Return"), {}},
+        {"metronome", TabTo(1, "Return"), {}},
+        {"octave-down", TabTo(1, "Return"), {}},
+        {"octave-up", TabTo(1, "Return"), {}},
+        {"patch-1", TabTo(1, "Return"), {}},
+        {"transpose-1", TabTo(1, "Return"), {}},
+        {"value-by-alt", Key("alt+equal"), kAllNotesOff},
+        {"volume-1", TabTo(1, "Return"), {}},
+        {"patch-2", TabTo(1, "Return"), {}},
+        {"transpose-2", TabTo(1, "Return"), {}},
+        {"volume-2", TabTo(1, "Return"), {}},
+        {"jog", TabTo(1, "Up"), {"B2 07 67"}},
+        {"minus", TabTo(1, "Return"), {"B2 07 64"}},
+        {"plus", TabTo(1, "Return"), {"B2 07 67"}},
+        {"presets", TabTo(1, "Return"), {}},
+        {"presets-left", Key("Escape"), {}},
+        {"save-preset", TabTo(1, "Return"), {}},
+        {"save-preset-left", Key("Escape"), {}},
+        {"arpeggio-on", TabTo(1, "Return"), kAllNotesOff},
+        {"arpeggiators-hidden", TabTo(1, "Return"), {}},
+        {"arpeggiators-shown", Key("Return"), {}},
+        {"arpeggiator-1-off", TabTo(1, "Return"), {"B0 7B 00"}},
+        {"repeat", TabTo(1, "Return"), {}},
+        {"direction", TabTo(1, "Down"), {}},
+        {"range", TabTo(1, "Down"), {}},
+        {"note", TabTo(1, "Down"), {}},
+        {"gate", TabTo(1, "Left"), {}},
+        {"last-velocity", TabTo(1, "Return"), {}},
+        {"arpeggiator-2-off", TabTo(1, "Return"), {"B0 7B 00"}},
+        {"reset", TabTo(7, "Return"), {"B0 7B 00", "FF"}},
+        {"settings", TabTo(1, "Return"), {}},
+        {"settings-left", Key("Escape"), {}},
+        {"about", TabTo(2, "Return"), {}},
+        {"about-left", Key("Escape"), {}},
+        {"piano-cursor", TabTo(1, "space"), {"9", "8"}},
+        {"menu", Key("F10"), {}},
+        {"menu-left", Key("Escape"), {}},
+        {"panic", Key("Escape"), {"B0 7B 00", "FF"}},
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Tour, testing::Values("en_US", "ru_RU"),
+                         [](const testing::TestParamInfo<const char*>& info) { return std::string(info.param); });
+
+}  // namespace
