@@ -59,10 +59,7 @@ public:
         xcb_flush(connection_);
     }
 
-private:
-    template <class Reply>
-    using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
-
+    /// The visible window of that title, or none.
     xcb_window_t FindWindow(const std::string& title) {
         const ReplyPointer<xcb_query_tree_reply_t> tree(
             xcb_query_tree_reply(connection_, xcb_query_tree(connection_, root_), nullptr), &std::free);
@@ -74,6 +71,11 @@ private:
         }
         return XCB_NONE;
     }
+
+private:
+    template <class Reply>
+    using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
+
     bool IsVisible(xcb_window_t window) {
         const ReplyPointer<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, window), nullptr),

@@ -32,6 +32,7 @@ public:
     CChildProcess(const CChildProcess&) = delete;
     CChildProcess& operator=(const CChildProcess&) = delete;
 
+    pid_t GetId() const { return id_; }  ///< -1 once it was ended
     void Signal(int number) {
         if (id_ > 0) {
             ::kill(id_, number);
