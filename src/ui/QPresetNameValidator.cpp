@@ -8,7 +8,8 @@ namespace {
 constexpr std::u32string_view kMarks = U" _-!$().,+=&";
 
 bool IsAllowed(char32_t character) {
-    return QChar::isLetter(character) || QChar::isDigit(character) || kMarks.find(character) != std::u32string_view::npos;
+    return QChar::isLetter(character) || QChar::isDigit(character) ||
+           kMarks.find(character) != std::u32string_view::npos;
 }
 
 }  // namespace
