@@ -119,8 +119,8 @@ void KivoraWidget::checkLimits() {
     } else if (QMessageBox::warning(this, tr("Warning"), reason + " " + tr("Do you want to save the recording?"),
                                     QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes) {
         stopAndSave();
-    } else if (const auto waiting = takes_->GetWaiting(); !waiting.empty()) {
-        takes_->Refuse(waiting.back().id);
+    } else {
+        takes_->RefuseLatest();
     }
 }
 
