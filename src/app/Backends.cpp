@@ -1,13 +1,31 @@
 #include "app/Backends.h"
 
+#include "engine/Settings.h"
 #include "libmidi/portmidi/PortMIDIBackend.h"
 #include "libmidi/synth/SynthImpl.h"
+#include "libmidi/SynthSettingsFile.h"
+#include "nk/nk_ini_file.h"
+#include "nk/nk_paths.h"
 
 namespace Kivora {
+
+namespace {
+
+/// The saved settings decide whether the synthesizer has a port to be listed: its sound font may be the user's own.
+/// Settings that cannot be put in force are the engine's to keep when it loads the file.
+void ApplySavedSettings(LibMidi::Synthesizer& synthesizer, const NK::CString& userDataDir) {
+    NK::CIniFile file;
+    if (file.Load(NK::JoinPath(userDataDir, Settings::kFileName)) && file.SelectSection(Settings::kSynthSection)) {
+        static_cast<void>(synthesizer.ApplySettings(LibMidi::ReadSynthSettings(file)));
+    }
+}
+
+}  // namespace
 
 EngineDependencies CreateEngineDependencies() {
     EngineDependencies dependencies;
     const auto synthesizer = std::make_shared<LibMidi::Synthesizer>();
+    ApplySavedSettings(*synthesizer, dependencies.userDataDir);
     dependencies.synth = synthesizer;
     dependencies.backends = {LibMidi::PortMIDIBackend(), LibMidi::MakeSynthBackend(synthesizer)};
     dependencies.createPlayer = [] { return LibMidi::CreateMIDIPlayer(); };
