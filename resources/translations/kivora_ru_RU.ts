@@ -1279,6 +1279,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <comment>suggested file name</comment>
         <translation>Запись %1</translation>
     </message>
+    <message numerus="yes">
+        <source>Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.</source>
+        <translation>
+            <numerusform>Сообщения MIDI-клавиатуры терялись %n раз, удержанные на ней клавиши были отпущены.</numerusform>
+            <numerusform>Сообщения MIDI-клавиатуры терялись %n раза, удержанные на ней клавиши были отпущены.</numerusform>
+            <numerusform>Сообщения MIDI-клавиатуры терялись %n раз, удержанные на ней клавиши были отпущены.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The MIDI keyboard sends faster than the computer takes it: messages were lost. The keys that it held were released. The MIDI lamp tells how often.</source>
+        <translation>MIDI-клавиатура передаёт быстрее, чем принимает компьютер: часть сообщений потеряна. Удержанные на ней клавиши отпущены. Сколько раз это случилось, подскажет индикатор MIDI.</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>

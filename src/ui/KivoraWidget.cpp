@@ -11,6 +11,7 @@
 #include "locale/Locale.h"
 #include "nk/nk_paths.h"
 #include "QtWidgets/piano/QPiano.h"
+#include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/About.h"
 #include "ui/arpeggiatorSettings.h"
 #include "ui/FocusRing.h"
@@ -98,6 +99,7 @@ void KivoraWidget::connectEngine() {
     connect(engine_, &CKivora::MetronomeChanged, this, &KivoraWidget::updateMetronome);
     connect(engine_, &CKivora::ArpeggiatingChanged, this, &KivoraWidget::arpeggiatingChanged);
     connect(engine_, &CKivora::OutputLost, this, &KivoraWidget::outputLost, Qt::QueuedConnection);
+    connect(engine_, &CKivora::InputLost, this, &KivoraWidget::inputLost, Qt::QueuedConnection);
     for (arpeggiatorSettings* pane : {arpeggiator1_, arpeggiator2_}) {
         connect(pane, &arpeggiatorSettings::arpeggiatorBypassChanged, this, [this] { front_->AllNotesOff(); });
     }
@@ -128,6 +130,22 @@ void KivoraWidget::outputLost() {
     QMessageBox::warning(this, tr("MIDI Engine Error"),
                          tr("The connection to the MIDI synthesizer was lost: %1")
                              .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
+}
+
+void KivoraWidget::inputLost() {
+    midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
+                             nullptr, static_cast<int>(engine_->GetInputLostCount())));
+    midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
+    if (engine_->GetInputLostCount() == 1) {
+        releaseHeld();
+        auto* box = new QMessageBox(QMessageBox::Warning, tr("Warning"),
+                                    tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
+                                       "The keys that it held were released. The MIDI lamp tells how often."),
+                                    QMessageBox::Ok, this);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->setWindowModality(Qt::NonModal);
+        box->show();  // who plays on is not to be stopped
+    }
 }
 
 void KivoraWidget::takeNotKept(const QString& text) {

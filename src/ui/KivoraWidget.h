@@ -124,6 +124,7 @@ protected:
 
 private slots:
     void outputLost();
+    void inputLost();
     void takesChanged();
     void takeNotKept(const QString& text);
     void fileSetAside(const QString& path);
