@@ -141,6 +141,22 @@ bool InstrumentProcess::WaitForNoteMessages(std::size_t count) const {
     return WaitFor([&] { return GetNoteMessages().size() >= count; });
 }
 
+bool InstrumentProcess::WaitForDialog() {
+    return WaitFor([&] {
+        const QString focused = RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed();
+        return focused != window_ &&
+               RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."}).split('\n').contains(focused);
+    });
+}
+
+bool InstrumentProcess::FocusAlone() {
+    return WaitFor([&] {
+        const QString windows = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."});
+        return windows.split('\n', Qt::SkipEmptyParts).size() == 1 && Xdotool({"windowfocus", window_}) &&
+               RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
+    });
+}
+
 bool InstrumentProcess::SavePicture(const QString& path) {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(
         xcb_connect(display_.toLatin1().constData(), nullptr), &xcb_disconnect);

@@ -29,6 +29,11 @@ public:
     std::vector<std::string> GetNoteMessages() const;
     /// Waits until at least `count` note messages were written.
     bool WaitForNoteMessages(std::size_t count) const;
+    /// Waits until a dialog of the program is there and has the focus.
+    bool WaitForDialog();
+    /// Waits until no dialog of the program is left and gives the main window the focus back, which a window manager
+    /// would do.
+    bool FocusAlone();
     /// Saves what the display shows as a PNG file.
     bool SavePicture(const QString& path);
     /// Closes the window as a person does and waits for the program's end; its exit code, or -1.
