@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-
 #include <atomic>
 #include <filesystem>
 #include <memory>
@@ -87,20 +85,21 @@ TEST_F(TakeJournalThreads, TheJournalGrowsByItselfWhileTheRecordingRuns) {
 
 TEST_F(TakeJournalThreads, AFolderThatCannotBeWrittenIsToldFromTheJournalsThread) {
     journal = std::make_unique<TakeJournal>(*engine, NK::CString(L"/dev/null/Takes"));
-    QObject window;
-    int told = 0;
-    QObject::connect(journal.get(), &TakeJournal::JournalFailed, &window, [&told](const QString&) { ++told; });
+    std::atomic<int> told = 0;
+    std::atomic<std::thread::id> teller;
+    QObject::connect(journal.get(), &TakeJournal::JournalFailed, [&](const QString&) {
+        teller = std::this_thread::get_id();
+        ++told;
+    });
     ASSERT_TRUE(front->StartRecording());
     engine->PlayNoteOn(60, 100);
-    ASSERT_TRUE(WaitUntil([&told] {
-        QCoreApplication::processEvents();
-        return told > 0;
-    }));
+    ASSERT_TRUE(WaitUntil([&told] { return told > 0; }));
+    EXPECT_NE(teller.load(), std::this_thread::get_id());
     EXPECT_TRUE(engine->IsRecording());
     EXPECT_TRUE(engine->StopRecording());
     journal->WriteOut();
-    QCoreApplication::processEvents();
     EXPECT_EQ(told, 1);
+    journal.reset();  // it is not to tell what is gone
 }
 
 TEST_F(TakeJournalThreads, RecordingsEndSaveAndBeginWhileSomebodyPlaysAndTheJournalIsWritten) {
