@@ -234,6 +234,12 @@ bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
                 releaseHeld();
             }
             break;
+        case QEvent::FocusIn:
+            // The piano keeps the release of Space, which may be down as the pedal.
+            if (watched == piano_) {
+                releaseComputerKeys();
+            }
+            break;
         case QEvent::Close:
             if (watched == window() && !isReadyToClose()) {
                 event->ignore();

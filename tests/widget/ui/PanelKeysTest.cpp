@@ -269,6 +269,16 @@ TEST_F(PanelKeys, OnThePianoSpacePlaysTheCursorsKey) {
     EXPECT_EQ(written[1].substr(0, 2), "80");
 }
 
+TEST_F(PanelKeys, ThePedalGoesUpWhenTheFocusMovesToThePianoUnderIt) {
+    Find("about").setFocus(Qt::TabFocusReason);
+    Press(Qt::Key_Space);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"b0 40 7f", "b1 40 7f", "b2 40 7f"}));
+    Type(Qt::Key_Tab);
+    ASSERT_TRUE(Piano().isCursorShown());
+    Release(Qt::Key_Space);
+    EXPECT_EQ(rig.TakeWritten(), (Written{"b0 40 00", "b1 40 00", "b2 40 00"}));
+}
+
 TEST_F(PanelKeys, EnterWorksTheFocusedControl) {
     Button("voice-mode-split").setFocus(Qt::TabFocusReason);
     Type(Qt::Key_Return);
