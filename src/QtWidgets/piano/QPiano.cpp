@@ -257,6 +257,9 @@ void QPiano::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
         repaintAll();
+    } else if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+        releaseHeld();
+        releaseBriefNotes();
     }
 }
 

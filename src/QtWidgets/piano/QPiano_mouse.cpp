@@ -119,7 +119,7 @@ void QPiano::leaveEvent(QEvent* event) {
 }
 
 bool QPiano::touchEvent(const QTouchEvent& event) {
-    if (event.device()->type() != QInputDevice::DeviceType::TouchScreen) {
+    if (event.device()->type() != QInputDevice::DeviceType::TouchScreen || !isEnabled()) {
         return false;
     }
     if (event.type() == QEvent::TouchCancel) {
@@ -129,9 +129,12 @@ bool QPiano::touchEvent(const QTouchEvent& event) {
     }
     for (const QEventPoint& point : event.points()) {
         switch (point.state()) {
-            case QEventPoint::State::Pressed:
-                press(fingers_[point.id()], point.position());
+            case QEventPoint::State::Pressed: {
+                THold& finger = fingers_[point.id()];
+                release(finger);  // the lifting of an earlier finger of this number may have been lost
+                press(finger, point.position());
                 break;
+            }
             case QEventPoint::State::Updated:
                 if (const auto finger = fingers_.find(point.id()); finger != fingers_.end()) {
                     move(finger->second, point.position());

@@ -1,5 +1,6 @@
 #include <QCloseEvent>
 #include <QMouseEvent>
+#include <QPointingDevice>
 
 #include "PianoFixture.h"
 
@@ -148,6 +149,40 @@ TEST_F(PianoMouseTest, LeaveHideAndCloseReleaseTheHeldKey) {
     EXPECT_EQ(Signals(), CSignals{"released 60"});
     Release({5, 90});
     EXPECT_EQ(Signals(), CSignals{}) << "released already";
+}
+
+TEST_F(PianoMouseTest, SecondPressOfADoubleClickPlaysToo) {
+    Press({5, 50});
+    Release({5, 50});
+    Send(QEvent::MouseButtonDblClick, {5, 50}, Qt::LeftButton, Qt::LeftButton);
+    Release({5, 50});
+    EXPECT_EQ(Signals(), (CSignals{"pressed 60", "pressed 60 64", "cursor 60", "released 60", "pressed 60",
+                                   "pressed 60 64", "released 60"}));
+}
+
+TEST_F(PianoMouseTest, PenPlaysAsTheMouseDoes) {
+    const QPointingDevice pen("pen", 7, QInputDevice::DeviceType::Stylus, QPointingDevice::PointerType::Pen,
+                              QInputDevice::Capability::Position, 1, 1);
+    const auto send = [&](QEvent::Type type, const QPointF& at, Qt::MouseButton button, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, at, piano_.mapToGlobal(at), piano_.mapToGlobal(at), button, buttons, Qt::NoModifier,
+                          Qt::MouseEventSynthesizedByQt, &pen);
+        QCoreApplication::sendEvent(&piano_, &event);
+    };
+    send(QEvent::MouseButtonPress, {5, 90}, Qt::LeftButton, Qt::LeftButton);
+    send(QEvent::MouseMove, {25, 90}, Qt::NoButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, {25, 90}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(Signals(), (CSignals{"pressed 60", "pressed 60 114", "cursor 60", "released 60", "pressed 62",
+                                   "pressed 62 114", "cursor 62", "released 62"}));
+}
+
+TEST_F(PianoMouseTest, DisablingThePianoReleasesTheHeldKey) {
+    piano_.show();
+    Press({5, 90});
+    Signals();
+    piano_.setEnabled(false);
+    EXPECT_EQ(Signals(), CSignals{"released 60"});
+    piano_.setEnabled(true);
+    EXPECT_EQ(Signals(), CSignals{});
 }
 
 TEST_F(PianoMouseTest, SlotThatHidesThePianoLeavesNoKeyHeld) {

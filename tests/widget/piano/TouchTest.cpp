@@ -78,6 +78,28 @@ TEST_F(PianoTouchTest, CancelledTouchReleasesItsKeys) {
     EXPECT_EQ(Signals(), CSignals{"released 60"});
 }
 
+TEST_F(PianoTouchTest, FingerWhoseLiftingWasLostLeavesNoKeyHeld) {
+    Touch().press(1, QPoint(85, 80));
+    Signals();
+    const QEventPoint again(1, QEventPoint::State::Pressed, QPointF(), QPointF());
+    QTouchEvent begin(QEvent::TouchBegin, Screen(), Qt::NoModifier, {again});
+    QCoreApplication::sendEvent(&piano_, &begin);
+    EXPECT_EQ(Signals(), (CSignals{"released 67", "pressed 60", "pressed 60 1", "cursor 60"}));
+    Touch().release(1, QPoint(0, 0));
+    EXPECT_EQ(Signals(), CSignals{"released 60"});
+}
+
+TEST_F(PianoTouchTest, DisabledPianoIsNotPlayed) {
+    Touch().press(1, QPoint(5, 90));
+    Signals();
+    piano_.setEnabled(false);
+    EXPECT_EQ(Signals(), CSignals{"released 60"});
+    Touch().release(1, QPoint(5, 90));
+    Touch().press(2, QPoint(5, 90));
+    Touch().release(2, QPoint(5, 90));
+    EXPECT_EQ(Signals(), CSignals{});
+}
+
 TEST_F(PianoTouchTest, MouseEventMadeOfATouchPlaysNothing) {
     QMouseEvent made(QEvent::MouseButtonPress, QPointF(5, 90), QPointF(5, 90), QPointF(5, 90), Qt::LeftButton,
                      Qt::LeftButton, Qt::NoModifier, Qt::MouseEventSynthesizedByQt, Screen());
