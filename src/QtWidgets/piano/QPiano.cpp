@@ -57,11 +57,10 @@ void QPiano::SetKeys(BYTE first, BYTE count) {
     rebuildRects();
     emit geometryChanged();
 
-    if (cursorNote_ == kNoKey) {
-        setCursorNote(static_cast<BYTE>(std::min(first + widenedCount / 2, lastNote())));
-    } else {
-        setCursorNote(static_cast<BYTE>(std::clamp<int>(cursorNote_, first, lastNote())));
-    }
+    // A range past note 255 shows no key at all.
+    const int last = std::max<int>(first, lastNote());
+    const int wanted = cursorNote_ == kNoKey ? first + widenedCount / 2 : cursorNote_;
+    setCursorNote(static_cast<BYTE>(std::clamp<int>(wanted, first, last)));
     repaintAll();
 }
 

@@ -28,9 +28,13 @@ bool isCursorKey(int code) {
     }
 }
 
-// The note that a key moves the cursor to, within first..last.
+// The note that a key moves the cursor to from `note`, which may lie outside of first..last.
 int targetOf(int code, int note, int first, int last) {
     constexpr int kOctave = 12;
+    const auto stepOr = [=](int step, int otherwise) {
+        const int target = note + step;
+        return target >= first && target <= last ? target : otherwise;
+    };
     switch (code) {
         case Qt::Key_Home:
             return first;
@@ -38,14 +42,14 @@ int targetOf(int code, int note, int first, int last) {
             return last;
         case Qt::Key_Left:
         case Qt::Key_Up:
-            return note - 1 >= first ? note - 1 : last;
+            return stepOr(-1, last);
         case Qt::Key_Right:
         case Qt::Key_Down:
-            return note + 1 <= last ? note + 1 : first;
+            return stepOr(1, first);
         case Qt::Key_PageUp:
-            return note - kOctave >= first ? note - kOctave : note;
+            return stepOr(-kOctave, note);
         case Qt::Key_PageDown:
-            return note + kOctave <= last ? note + kOctave : note;
+            return stepOr(kOctave, note);
         default:
             return note;
     }

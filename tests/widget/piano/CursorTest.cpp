@@ -79,6 +79,22 @@ TEST_F(PianoCursorTest, PageKeysMoveByAnOctaveOrNotAtAll) {
     EXPECT_EQ(piano_.cursorNote(), 83);
 }
 
+TEST_F(PianoCursorTest, CursorOutsideTheRangeStepsIntoIt) {
+    MoveTo(64);
+    piano_.setKeyRange(72, 12);
+    ASSERT_EQ(piano_.cursorNote(), 64);
+    Type(Qt::Key_Right);
+    EXPECT_EQ(piano_.cursorNote(), 72) << "65 is not in the range either";
+    piano_.setKeyRange(48, 12);
+    Type(Qt::Key_Left);
+    EXPECT_EQ(piano_.cursorNote(), 59);
+    piano_.setKeyRange(84, 12);
+    Signals();
+    Type(Qt::Key_PageDown);
+    Type(Qt::Key_PageUp);
+    EXPECT_EQ(Signals(), CSignals{});
+}
+
 TEST_F(PianoCursorTest, OtherKeysArePassedOn) {
     EXPECT_FALSE(SendKey(QEvent::KeyPress, Qt::Key_Z));
     EXPECT_FALSE(SendKey(QEvent::KeyRelease, Qt::Key_Escape));
