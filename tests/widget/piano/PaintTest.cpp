@@ -127,6 +127,25 @@ TEST_F(PianoPaintTest, AssignedStatePaintsWhatDiffers) {
     EXPECT_TRUE(Frame().isEmpty());
 }
 
+TEST_F(PianoPaintTest, CursorPaintsTheTwoKeysItMovesBetweenAndOnlyWhileItIsShown) {
+    piano_.setEnableCursor(true);
+    piano_.clearFocus();
+    Forget();
+    QTest::mouseClick(&piano_, Qt::LeftButton, Qt::NoModifier, piano_.keyRect(64).toRect().center() + QPoint(0, 60));
+    EXPECT_TRUE(Frame().isEmpty());
+    piano_.activateWindow();
+    piano_.setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return piano_.isCursorShown(); }));
+    EXPECT_EQ(Frame(), QRegion(piano_.rect())) << "it comes into sight";
+    Forget();
+    QTest::keyClick(&piano_, Qt::Key_Right);
+    EXPECT_EQ(piano_.cursorNote(), 65);
+    EXPECT_EQ(Frame(), QRegion(piano_.keyRect(64).toRect()) + piano_.keyRect(65).toRect());
+    Forget();
+    piano_.clearFocus();
+    EXPECT_EQ(Frame(), QRegion(piano_.rect())) << "it goes out of sight";
+}
+
 TEST_F(PianoPaintTest, PartialPaintsShowWhatAFullPaintShows) {
     // Neighbours, a black key between pressed and raised keys, both ends.
     for (const int note : {60, 61, 62, 66, 36, 96, 95, 70, 71}) {

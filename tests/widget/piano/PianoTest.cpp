@@ -307,6 +307,28 @@ TEST_F(PianoTest, RangeBeyondTheLastNoteCanBeShownAndPlayed) {
     EXPECT_FALSE(piano_.grab().isNull());
 }
 
+TEST_F(PianoTest, RangePastNote255ShowsNoKeyAndKeepsTheCursorOnANote) {
+    piano_.SetKeys(127, 200);
+    EXPECT_EQ(piano_.cursorNote(), 127);
+    EXPECT_EQ(piano_.keyAt({1, 90}), QPiano::kNoKey);
+    QPiano fresh;
+    fresh.SetKeys(127, 200);
+    EXPECT_EQ(fresh.cursorNote(), 127);
+    fresh.SetKeys(60, 12);
+    EXPECT_EQ(fresh.cursorNote(), 71);
+}
+
+TEST_F(PianoTest, SchemesAreSharedAndSwitchedByTheirPointer) {
+    piano_.setRainbowColors();
+    EXPECT_EQ(piano_.colors(), &NK::Piano::GetRainbowColors());
+    piano_.setScriabinColors();
+    EXPECT_EQ(piano_.colors(), &NK::Piano::GetScriabinColors());
+    piano_.setNoColors();
+    EXPECT_EQ(piano_.colors(), nullptr);
+    piano_.setColors(&NK::Piano::GetRainbowColors());
+    EXPECT_EQ(piano_.colors(), &NK::Piano::GetRainbowColors());
+}
+
 TEST_F(PianoTest, StandaloneKeyGoesDarkOnTheThirdTick) {
     piano_.setStandalone(true);
     piano_.show();
@@ -346,6 +368,36 @@ TEST_F(PianoTest, StandaloneKeyFadesByItsOwnTimer) {
     piano_.show();
     piano_.PressKey(64);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !piano_.IsPressed(64); }, 20000));
+}
+
+TEST_F(PianoTest, ShowingAndTheSecondRangeSetterClearTheFadeCounters) {
+    piano_.setStandalone(true);
+    piano_.show();
+    const auto tick = [&] { QMetaObject::invokeMethod(&piano_, "onTimer", Qt::DirectConnection); };
+    piano_.PressKey(64);
+    piano_.hide();
+    piano_.show();
+    tick();
+    EXPECT_FALSE(piano_.IsPressed(64));
+    piano_.PressKey(64);
+    piano_.setKeyRange(60, 13);
+    tick();
+    EXPECT_FALSE(piano_.IsPressed(64));
+}
+
+TEST_F(PianoTest, TurningStandaloneOffStopsTheFading) {
+    QPiano other;
+    for (QPiano* piano : {&piano_, &other}) {
+        piano->setStandalone(true);
+        piano->show();
+        piano->PressKey(64);
+    }
+    piano_.setStandalone(false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !other.IsPressed(64); }, 20000));
+    EXPECT_TRUE(piano_.IsPressed(64));
+    piano_.setStandalone(true);
+    QMetaObject::invokeMethod(&piano_, "onTimer", Qt::DirectConnection);
+    EXPECT_FALSE(piano_.IsPressed(64)) << "turning it on clears the counters";
 }
 
 TEST_F(PianoTest, KeyLitOutsideStandaloneModeStays) {
