@@ -10,6 +10,7 @@ namespace Kivora {
 CKivora::CKivora(EngineDependencies dependencies) : dependencies_(std::move(dependencies)) {
     if (dependencies_.runTickTimer) {
         tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
+        tickTimer_->SetName(L"tick");
     }
     InitMidi();
     connect(&indicatorTimer_, &QTimer::timeout, this, &CKivora::onMetronomeTimer);
