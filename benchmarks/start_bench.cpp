@@ -1,5 +1,6 @@
 // How long the program takes to a window that plays, what memory it takes, and what it costs while nobody plays.
 #include <benchmark/benchmark.h>
+#include <signal.h>
 
 #include <algorithm>
 #include <chrono>
@@ -124,13 +125,25 @@ int CountTicking(pid_t process) {
     }));
 }
 
+double GetProcessorMsOfSleepers(int count, int milliseconds) {
+    std::vector<std::unique_ptr<CBareSleeper>> sleepers;
+    for (int i = 0; i < count; ++i) {
+        sleepers.push_back(std::make_unique<CBareSleeper>());
+        std::this_thread::sleep_for(std::chrono::microseconds(1000 / count));
+    }
+    const double before = GetThreads(getpid()).processorMs;
+    Wait(milliseconds);
+    return GetThreads(getpid()).processorMs - before;
+}
+
 /// The whole program with its ports open and nobody playing, against as many bare sleepers as it has threads that wake
 /// each millisecond.
 void Rest(benchmark::State& state) {
     const KivoraTest::CTemporaryFolder home;
     SetEnvironment(home);
     CXKeyboard keyboard(kDisplay);
-    constexpr int kRestMs = 5000;
+    constexpr int kTurns = 10;
+    constexpr int kTurnMs = 500;
     for (auto _ : state) {
         const CChildProcess process({KIVORA_PROGRAM});
         if (!keyboard.FocusWindow(kTitle)) {
@@ -139,20 +152,21 @@ void Rest(benchmark::State& state) {
         }
         Wait(1000);
         const int ticking = CountTicking(process.GetId());
-        // At the same time, as what else runs on the machine makes each waking dearer.
-        std::vector<std::unique_ptr<CBareSleeper>> sleepers;
-        for (int i = 0; i < ticking; ++i) {
-            sleepers.push_back(std::make_unique<CBareSleeper>());
-            std::this_thread::sleep_for(std::chrono::microseconds(1000 / ticking));
+        // By turns, as what else runs on the machine makes each waking dearer, and as threads that wake together share
+        // the cost of waking the processor.
+        double program = 0;
+        double bare = 0;
+        for (int turn = 0; turn < kTurns; ++turn) {
+            const double programBefore = GetThreads(process.GetId()).processorMs;
+            Wait(kTurnMs);
+            program += GetThreads(process.GetId()).processorMs - programBefore;
+            kill(process.GetId(), SIGSTOP);
+            bare += GetProcessorMsOfSleepers(ticking, kTurnMs);
+            kill(process.GetId(), SIGCONT);
         }
-        const double programBefore = GetThreads(process.GetId()).processorMs;
-        const double bareBefore = GetThreads(getpid()).processorMs;
-        Wait(kRestMs);
-        const double program = GetThreads(process.GetId()).processorMs - programBefore;
-        const double bare = GetThreads(getpid()).processorMs - bareBefore;
         state.counters["ticking_threads"] = ticking;
-        state.counters["program_percent"] = 100.0 * program / kRestMs;
-        state.counters["bare_percent"] = 100.0 * bare / kRestMs;
+        state.counters["program_percent"] = 100.0 * program / (kTurns * kTurnMs);
+        state.counters["bare_percent"] = 100.0 * bare / (kTurns * kTurnMs);
         state.counters["ratio"] = program / bare;
     }
 }
