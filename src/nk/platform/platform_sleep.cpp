@@ -28,17 +28,9 @@ void Sleep(std::uint32_t milliseconds) noexcept {
         return;
     }
     constexpr long kNsPerMs = 1'000'000;
-    constexpr long kNsPerSecond = 1'000'000'000;
-    timespec until{};
-    clock_gettime(CLOCK_MONOTONIC, &until);
-    until.tv_sec += static_cast<time_t>(milliseconds / 1000);
-    until.tv_nsec += static_cast<long>(milliseconds % 1000) * kNsPerMs;
-    if (until.tv_nsec >= kNsPerSecond) {
-        until.tv_nsec -= kNsPerSecond;
-        ++until.tv_sec;
-    }
+    timespec left{static_cast<time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000) * kNsPerMs};
     insideSleep.store(true);
-    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) {
     }
     insideSleep.store(false);
 }
