@@ -981,7 +981,7 @@
     </message>
     <message>
         <source>A bass voice below middle C, the main voice from it</source>
-        <translation>Басовый голос ниже до первой октавы, основной — от неё</translation>
+        <translation>Басовый голос ниже «до» первой октавы, основной — от неё и выше</translation>
     </message>
     <message>
         <source>Load preset</source>
@@ -1085,7 +1085,7 @@
     </message>
     <message>
         <source>Computer keys that play the piano</source>
-        <translation>Клавиши компьютера, на которых играет фортепиано</translation>
+        <translation>Клавиши компьютера для игры на фортепиано</translation>
     </message>
     <message>
         <source>MIDI lamp</source>
@@ -2207,6 +2207,42 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>The audio system does not answer.</source>
         <translation>Звуковая система не отвечает.</translation>
+    </message>
+    <message>
+        <source>The synthesizer cannot be created.</source>
+        <translation>Не удаётся создать синтезатор.</translation>
+    </message>
+    <message>
+        <source>The audio driver does not start.</source>
+        <translation>Звуковой драйвер не запускается.</translation>
+    </message>
+    <message>
+        <source>The sound font cannot be loaded.</source>
+        <translation>Не удаётся загрузить банк звуков (SoundFont).</translation>
+    </message>
+    <message>
+        <source>FluidSynth has no such audio driver here.</source>
+        <translation>Такого звукового драйвера в этом FluidSynth нет.</translation>
+    </message>
+    <message>
+        <source>KIVORA_AUDIO_FILE names no file to write.</source>
+        <translation>Переменная KIVORA_AUDIO_FILE не называет файла для записи.</translation>
+    </message>
+    <message>
+        <source>No JACK server runs.</source>
+        <translation>Сервер JACK не запущен.</translation>
+    </message>
+    <message>
+        <source>There is no sound card.</source>
+        <translation>Звуковая карта не найдена.</translation>
+    </message>
+    <message>
+        <source>No sound font is found.</source>
+        <translation>Банк звуков (SoundFont) не найден.</translation>
+    </message>
+    <message>
+        <source>No sound can be played.</source>
+        <translation>Звук воспроизвести нельзя.</translation>
     </message>
 </context>
 <context>

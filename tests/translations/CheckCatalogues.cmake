@@ -1,5 +1,15 @@
 # Updates a copy of the catalogues in FOLDER from SOURCES and compares: cmake -DLUPDATE=... -DSOURCES=... -DFOLDER=...
 # -DWORK=<scratch folder> -P CheckCatalogues.cmake
+
+# lupdate passes over a text whose context is not spelled out beside it.
+file(GLOB_RECURSE sources ${SOURCES}/*.cpp ${SOURCES}/*.h)
+foreach(source IN LISTS sources)
+    file(READ ${source} text)
+    if(text MATCHES "[Tt]ranslate\\([A-Za-z_:]+,[ \n]*\"[^\"]*\"")
+        message(FATAL_ERROR "${source}: the context is no literal: ${CMAKE_MATCH_0}")
+    endif()
+endforeach()
+
 file(REMOVE_RECURSE ${WORK})
 file(GLOB catalogues ${FOLDER}/*.ts)
 file(COPY ${catalogues} DESTINATION ${WORK})

@@ -26,8 +26,8 @@ bool DrivesSynthItself(const std::string& driver) {
     return driver == kFile || driver == kJack;
 }
 
-NK::CString ReasonOr(const SynthLog& log, const char* otherwise) {
-    return log.GetError().empty() ? NK::Translate("Synthesizer", otherwise) : NK::CString::FromUtf8(log.GetError());
+NK::CString ReasonOr(const SynthLog& log, const NK::CString& otherwise) {
+    return log.GetError().empty() ? otherwise : NK::CString::FromUtf8(log.GetError());
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ SynthDevice::SynthDevice(SynthApi& api) : api_(api), settings_(api.NewSettings()
         if (settings_ != nullptr) {
             api_.DeleteSettings(settings_);
         }
-        throw CMIDIException(ReasonOr(log, "The synthesizer cannot be created.").c_str());
+        throw CMIDIException(ReasonOr(log, NK::Translate("Synthesizer", "The synthesizer cannot be created.")).c_str());
     }
 }
 
@@ -79,7 +79,7 @@ bool SynthDevice::StartDriver(const SynthDeviceConfig& config, NK::CString& reas
                                                         : api_.NewAudioDriver2(settings_, OnAudio, this);
     }
     if (driver_ == nullptr) {
-        reason = ReasonOr(log, "The audio driver does not start.");
+        reason = ReasonOr(log, NK::Translate("Synthesizer", "The audio driver does not start."));
     }
     return driver_ != nullptr;
 }
@@ -88,7 +88,7 @@ bool SynthDevice::LoadFont(const std::string& path, NK::CString& reason) {
     const SynthLog log;
     const int font = api_.SynthSfload(synth_, path.c_str(), 1);
     if (font == FLUID_FAILED) {
-        reason = ReasonOr(log, "The sound font cannot be loaded.");
+        reason = ReasonOr(log, NK::Translate("Synthesizer", "The sound font cannot be loaded."));
         return false;
     }
     if (font_ != FLUID_FAILED) {

@@ -14,7 +14,6 @@ namespace LibMidi {
 
 namespace {
 
-constexpr const char* kContext = "Synthesizer";
 constexpr const char* kDriverOrder[] = {"pipewire", "jack", "pulseaudio", "alsa"};
 constexpr std::uint32_t kBlockFrames = 64;
 
@@ -165,23 +164,23 @@ SynthDeviceConfig Synthesizer::MakeConfig(const SynthSettings& settings) const {
 
 NK::CString Synthesizer::FindObstacle(const std::string& driver, bool isForced) const {
     if (!Contains(installedDrivers_, driver)) {
-        return NK::Translate(kContext, "FluidSynth has no such audio driver here.");
+        return NK::Translate("Synthesizer", "FluidSynth has no such audio driver here.");
     }
     if (driver == "file" && environment_.audioFile.empty()) {
-        return NK::Translate(kContext, "KIVORA_AUDIO_FILE names no file to write.");
+        return NK::Translate("Synthesizer", "KIVORA_AUDIO_FILE names no file to write.");
     }
     if (!isForced && driver == "jack" && !IsJackServerLikely(environment_)) {
-        return NK::Translate(kContext, "No JACK server runs.");
+        return NK::Translate("Synthesizer", "No JACK server runs.");
     }
     if (!isForced && driver == "alsa" && !HasSoundDevices(environment_)) {
-        return NK::Translate(kContext, "There is no sound card.");
+        return NK::Translate("Synthesizer", "There is no sound card.");
     }
-    return IsStuck(driver) ? NK::Translate(kContext, "The audio system does not answer.") : NK::CString();
+    return IsStuck(driver) ? NK::Translate("Synthesizer", "The audio system does not answer.") : NK::CString();
 }
 
 std::unique_ptr<SynthSession> Synthesizer::StartSession(NK::CString& reason) {
     const std::filesystem::path font = FindFont();
-    reason = font.empty() ? NK::Translate(kContext, "No sound font is found.") : CheckSoundFont(font);
+    reason = font.empty() ? NK::Translate("Synthesizer", "No sound font is found.") : CheckSoundFont(font);
     std::unique_ptr<SynthSession> session;
     if (reason.IsEmpty()) {
         const std::string forced = GetForcedDriver(settings_);
@@ -202,7 +201,7 @@ std::unique_ptr<SynthSession> Synthesizer::StartSession(NK::CString& reason) {
             reasons += NK::CString::FromUtf8(driver) + L": " + why;
         }
         if (session == nullptr) {
-            reason = NK::Translate(kContext, "No sound can be played.") + L"\n" + reasons;
+            reason = NK::Translate("Synthesizer", "No sound can be played.") + L"\n" + reasons;
         }
     }
     if (session == nullptr) {
@@ -231,7 +230,7 @@ std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, 
         if (phase == SynthSession::Phase::kFailed) {
             reason = session->GetReason();
         } else {
-            reason = NK::Translate(kContext, "The audio system does not answer.");
+            reason = NK::Translate("Synthesizer", "The audio system does not answer.");
             std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
             stuck_.emplace_back(driver, session->GetLife());
         }
