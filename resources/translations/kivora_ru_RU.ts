@@ -2430,6 +2430,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Close</source>
         <translation>Закрыть</translation>
     </message>
+    <message>
+        <source>Credits</source>
+        <translation>Авторы</translation>
+    </message>
 </context>
 <context>
     <name>legalinfo</name>

@@ -11,9 +11,10 @@
 #include <QVBoxLayout>
 
 #include "locale/Locale.h"
+#include "ui/Mnemonics.h"
 
 namespace {
-constexpr int kPictureWidth = 480;
+constexpr QSize kPicture(480, 150);
 constexpr int kCreditsHeight = 200;
 constexpr QSize kLegalSize(640, 520);
 }  // namespace
@@ -29,7 +30,7 @@ kivoraAbout::kivoraAbout(QWidget* parent)
     setWindowIcon(QIcon(":/Resources/Kivora.ico"));
     auto* picture = new QLabel(this);
     picture->setObjectName("picture");
-    picture->setPixmap(QPixmap(":/Resources/About.png"));
+    picture->setPixmap(QIcon(":/Resources/About.png").pixmap(kPicture));  // an icon knows the doubled file
     version_->setObjectName("version");
     version_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     version_->setMargin(8);
@@ -54,12 +55,13 @@ kivoraAbout::kivoraAbout(QWidget* parent)
     layout->addWidget(version_);
     layout->addWidget(credits_);
     layout->addLayout(buttons);
-    credits_->setMinimumWidth(kPictureWidth);
+    credits_->setMinimumWidth(kPicture.width());
 
     connect(webSiteButton_, &QPushButton::clicked, this, [this] { emit webSiteWanted(webSite()); });
     connect(legalButton_, &QPushButton::clicked, this, &kivoraAbout::showLegalInformation);
     connect(closeButton_, &QPushButton::clicked, this, &QDialog::accept);
     retranslate();
+    closeButton_->setFocus();
 }
 
 QString kivoraAbout::webSite() {
@@ -88,22 +90,24 @@ void kivoraAbout::retranslate() {
         QString("%1 %2 (%3)")
             .arg(tr("Version:"), QCoreApplication::applicationVersion(), QStringLiteral(KIVORA_BUILD_DATE)));
     credits_->setSource(QUrl("qrc" + creditsFile()));
+    credits_->setAccessibleName(tr("Credits"));
     webSiteButton_->setText(tr("Web Site"));
     legalButton_->setText(tr("Copyright and Library Information"));
     closeButton_->setText(tr("Close"));
+    AssignMnemonics(*this);
 }
 
-legalinfo::legalinfo(QWidget* parent) : QDialog(parent), closeButton_(new QPushButton(this)) {
+legalinfo::legalinfo(QWidget* parent)
+    : QDialog(parent), text_(new QTextBrowser(this)), closeButton_(new QPushButton(this)) {
     setObjectName("legalinfoClass");
-    auto* text = new QTextBrowser(this);
-    text->setObjectName("text");
-    text->setOpenExternalLinks(true);
-    text->setSource(QUrl("qrc:/Resources/Legal.html"));
+    text_->setObjectName("text");
+    text_->setOpenExternalLinks(true);
+    text_->setSource(QUrl("qrc:/Resources/Legal.html"));
     closeButton_->setObjectName("closeButton");
     closeButton_->setDefault(true);
     connect(closeButton_, &QPushButton::clicked, this, &QDialog::accept);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(text);
+    layout->addWidget(text_);
     layout->addWidget(closeButton_, 0, Qt::AlignRight);
     resize(kLegalSize);
     retranslate();
@@ -118,5 +122,7 @@ void legalinfo::changeEvent(QEvent* event) {
 
 void legalinfo::retranslate() {
     setWindowTitle(tr("Legal Information"));
+    text_->setAccessibleName(windowTitle());
     closeButton_->setText(tr("Close"));
+    AssignMnemonics(*this);
 }

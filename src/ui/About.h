@@ -52,5 +52,6 @@ protected:
 private:
     void retranslate();
 
-    QPushButton* closeButton_;  // Qt's parent owns it
+    QTextBrowser* text_;  // Qt's parent owns these
+    QPushButton* closeButton_;
 };

@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include "locale/Locale.h"
+#include "widget/ui/DialogTexts.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ protected:
     About() { Kivora::SetLocale("en_US", false); }
     ~About() override { Kivora::SetLocale("en_US", false); }
     static QPushButton* Button(QWidget& window, const char* name) { return window.findChild<QPushButton*>(name); }
+    static QString Caption(QWidget& window, const char* name) { return Button(window, name)->text().remove('&'); }
 };
 
 TEST_F(About, HasItsNameTitleIconAndPicture) {
@@ -29,7 +31,9 @@ TEST_F(About, HasItsNameTitleIconAndPicture) {
     EXPECT_EQ(about.windowTitle(), "About");
     EXPECT_FALSE(about.windowIcon().pixmap(256).isNull());
     EXPECT_EQ(about.windowIcon().availableSizes().size(), 7);
-    EXPECT_EQ(about.findChild<QLabel*>("picture")->pixmap().deviceIndependentSize(), QSizeF(480, 150));
+    const QPixmap picture = about.findChild<QLabel*>("picture")->pixmap();
+    EXPECT_EQ(picture.deviceIndependentSize(), QSizeF(480, 150));
+    EXPECT_EQ(picture.devicePixelRatio(), qApp->devicePixelRatio());
 }
 
 TEST_F(About, ShowsTheVersionAndTheBuildDate) {
@@ -61,9 +65,9 @@ TEST_F(About, FollowsTheLanguageWhileItIsOpen) {
     Kivora::SetLocale("ru_RU", false);
     QCoreApplication::processEvents();
     EXPECT_EQ(legal.windowTitle(), "Правовая информация");
-    EXPECT_EQ(Button(legal, "closeButton")->text(), "Закрыть");
+    EXPECT_EQ(Caption(legal, "closeButton"), "Закрыть");
     EXPECT_EQ(about.windowTitle(), "О программе");
-    EXPECT_EQ(Button(about, "closeButton")->text(), "Закрыть");
+    EXPECT_EQ(Caption(about, "closeButton"), "Закрыть");
     EXPECT_TRUE(about.findChild<QTextBrowser*>("credits")->toPlainText().contains("Brennholt"));
 }
 
@@ -81,7 +85,7 @@ TEST_F(About, TheWebSiteIsTheOneOfTheLanguage) {
 TEST_F(About, TheLegalInformationOpensAndCloses) {
     kivoraAbout about;
     about.show();
-    EXPECT_EQ(Button(about, "legalButton")->text(), "Copyright and Library Information");
+    EXPECT_EQ(Caption(about, "legalButton"), "Copyright and Library Information");
     bool seen = false;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -97,7 +101,7 @@ TEST_F(About, TheLegalInformationOpensAndCloses) {
         for (const char* name : {"Brennholt", "PortMidi", "FluidSynth", "Qt 6", "Inter", "Play", "Liberation"}) {
             EXPECT_TRUE(text->toPlainText().contains(name)) << name;
         }
-        EXPECT_EQ(Button(*legal, "closeButton")->text(), "Close");
+        EXPECT_EQ(Caption(*legal, "closeButton"), "Close");
         QTest::mouseClick(Button(*legal, "closeButton"), Qt::LeftButton);
     });
     timer.start(1);
@@ -105,6 +109,36 @@ TEST_F(About, TheLegalInformationOpensAndCloses) {
     EXPECT_TRUE(seen);
     QTest::mouseClick(Button(about, "closeButton"), Qt::LeftButton);
     EXPECT_FALSE(about.isVisible());
+}
+
+TEST_F(About, NothingIsClippedAndEverythingIsNamedInEitherLanguage) {
+    for (const char* locale : {"ru_RU", "en_US"}) {
+        Kivora::SetLocale(locale, false);
+        kivoraAbout about;
+        legalinfo legal;
+        for (QDialog* const window : {static_cast<QDialog*>(&about), static_cast<QDialog*>(&legal)}) {
+            window->show();
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+            EXPECT_EQ(ClippedTexts(*window), "") << locale;
+            EXPECT_EQ(NamelessControls(*window), "") << locale;
+            EXPECT_EQ(SharedMnemonics(*window), "") << locale;
+            EXPECT_TRUE(Button(*window, "closeButton")->text().contains('&')) << locale;
+        }
+    }
+}
+
+TEST_F(About, EnterAndEscapeClose) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        kivoraAbout about;
+        legalinfo legal;
+        for (QDialog* const window : {static_cast<QDialog*>(&about), static_cast<QDialog*>(&legal)}) {
+            window->show();
+            window->activateWindow();
+            ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+            QTest::keyClick(QApplication::focusWidget(), key);
+            EXPECT_FALSE(window->isVisible()) << window->objectName().toStdString();
+        }
+    }
 }
 
 }  // namespace

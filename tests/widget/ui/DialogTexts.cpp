@@ -1,19 +1,24 @@
 #include "widget/ui/DialogTexts.h"
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMap>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QStringList>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 
 namespace {
+
+constexpr int kEditMargins = 12;  // logical pixels of a line edit's frame and margins, both sides
 
 /// Whether the widget has less room than the style wants for the whole text.
 bool IsClipped(QWidget& widget) {
@@ -32,6 +37,14 @@ bool IsClipped(QWidget& widget) {
             }
         }
         return false;
+    }
+    if (auto* const area = qobject_cast<QAbstractScrollArea*>(&widget)) {
+        return area->horizontalScrollBar()->maximum() > 0;
+    }
+    if (auto* const edit = qobject_cast<QLineEdit*>(&widget)) {
+        // A path may be longer than its place; what is said in words may not.
+        const QString words = edit->placeholderText().contains('/') ? QString() : edit->placeholderText();
+        return edit->fontMetrics().horizontalAdvance(words) > edit->width() - kEditMargins;
     }
     if (auto* const group = qobject_cast<QGroupBox*>(&widget)) {
         return group->fontMetrics().horizontalAdvance(group->title()) > group->width();
