@@ -96,12 +96,14 @@ void midiSettings::nameControls() {
     AssignMnemonics(*this);
 }
 
-void midiSettings::changeEvent(QEvent* event) {
+bool midiSettings::event(QEvent* event) {
+    const bool handled = QDialog::event(event);
     if (event->type() == QEvent::LanguageChange) {
         ui_->retranslateUi(this);
-        nameControls();
+        nameLanguages();
+        nameControls();  // the synthesizer's group has its new texts by now
     }
-    QDialog::changeEvent(event);
+    return handled;
 }
 
 void midiSettings::showEvent(QShowEvent* event) {
@@ -120,9 +122,16 @@ void midiSettings::fillPorts() {
 
 void midiSettings::fillLanguages() {
     for (const char* code : Kivora::kSupportedLocales) {
-        ui_->localeCombo->addItem(Kivora::LocaleDisplayName(code), QString(code));
+        ui_->localeCombo->addItem(QString(), QString(code));
     }
+    nameLanguages();
     ui_->localeCombo->setCurrentIndex(ui_->localeCombo->findData(Kivora::MatchLocale(Kivora::GetCurrentLocale())));
+}
+
+void midiSettings::nameLanguages() {
+    for (int item = 0; item < ui_->localeCombo->count(); ++item) {
+        ui_->localeCombo->setItemText(item, Kivora::LocaleDisplayName(ui_->localeCombo->itemData(item).toString()));
+    }
 }
 
 void midiSettings::loadControls() {
@@ -146,6 +155,7 @@ void midiSettings::loadControls() {
     PaintSwatch(*ui_->disp2ColorDisplay, disp2Color_);
     ui_->wpEdit->setText(engine_->GetWallpaper());
     updating = false;
+    ui_->synthGroup->refresh();
 }
 
 void midiSettings::defaultVelocities() {

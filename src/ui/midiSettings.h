@@ -45,14 +45,15 @@ public slots:
     void rescanPorts();
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     void connectControls();
     void nameControls();
     void fillPorts();
     void fillLanguages();
+    void nameLanguages();
     void loadControls();
     void pickColor(const QString& title, const QColor& color, void (midiSettings::*changed)(const QColor&));
     /// Runs the action; a box says what failed when it throws.

@@ -156,7 +156,9 @@ TEST_F(SettingsDialog, TheControlsAreLoadedOnEveryShow) {
     rig.engine->SetUIDisplayColor(Qt::green);
     rig.engine->SetUIDisplay2Color(Qt::blue);
     rig.engine->SetWallpaper("/pictures/sea.png");
+    synth->settings.reverb = false;
     dialog->show();
+    EXPECT_FALSE(Check("synthReverb").isChecked());
     EXPECT_EQ(Spin("spinLow").value(), 11);
     EXPECT_EQ(Spin("spinNormal").value(), 22);
     EXPECT_EQ(Spin("spinHigh").value(), 33);
@@ -479,6 +481,23 @@ TEST_F(SettingsDialog, EveryControlHasANameAndNoMnemonicIsSharedInEitherLanguage
                   QString(locale).startsWith("ru") ? QString::fromUtf8("10,2 мс") : QString("10.2 ms"));
         EXPECT_LE(dialog->height(), 700) << locale;
         EXPECT_LE(dialog->width(), 1280) << locale;
+    }
+}
+
+TEST_F(SettingsDialog, AChangeOfLanguageWhileItIsOpenRetranslatesAllOfIt) {
+    synth->defaultFont = L"";
+    Open();
+    for (const char* locale : {"ru_RU", "en_US"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        const bool russian = QString(locale) == "ru_RU";
+        EXPECT_EQ(Items("localeCombo").last(), russian ? "Русский" : "Russian");
+        EXPECT_EQ(Items("coloringCombo").first(), russian ? "Нет" : "None");
+        EXPECT_EQ(Find<QGroupBox>("synthGroup").title(), russian ? "Встроенный синтезатор" : "Built-in synthesizer");
+        EXPECT_TRUE(Find<QLabel>("synthFontLabel").text().contains('&')) << locale;
+        EXPECT_EQ(SharedMnemonics(*dialog), "") << locale;
+        EXPECT_EQ(NamelessControls(*dialog), "") << locale;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ClippedTexts(*dialog).empty(); })) << ClippedTexts(*dialog);
     }
 }
 
