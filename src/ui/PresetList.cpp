@@ -55,6 +55,10 @@ PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* paren
     }
     updateButtons();
     nameEditChanged();
+    if (saveMode_) {
+        ui_->presetName->setFocus();
+        ui_->presetName->selectAll();
+    }
 }
 
 PresetList::~PresetList() = default;

@@ -109,6 +109,17 @@ TEST_F(Presets, TheCurrentPresetIsNamedAndSelected) {
     EXPECT_EQ(dialog->windowTitle(), "Load Preset");
 }
 
+TEST_F(Presets, WhatIsTypedFirstReplacesTheNameToSaveUnder) {
+    AddUser(L"Alto");
+    Open(true);
+    ASSERT_EQ(QApplication::focusWidget(), &Name());
+    EXPECT_EQ(Name().selectedText(), "Alto");
+    QTest::keyClicks(QApplication::focusWidget(), "Mine");
+    EXPECT_EQ(Name().text(), "Mine");
+    Open(false);
+    EXPECT_EQ(QApplication::focusWidget(), &List());
+}
+
 TEST_F(Presets, AFactoryPresetCanBeLoadedButNotDeleted) {
     AddFactory(L"Zither");
     AddUser(L"Alto");
