@@ -131,7 +131,7 @@ void QJogDial::showEvent(QShowEvent* event) {
 
 void QJogDial::turnValue(double radians) {
     const double half = maximum() * 0.5;
-    double position = (value() - half) / half;
+    double position = half == 0.0 ? 0.0 : (value() - half) / half;
     shownAngle_ = position * 180.0;
     emit jogTest();
     position -= radians / kPi;

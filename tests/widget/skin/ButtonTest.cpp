@@ -146,6 +146,40 @@ TEST(PixmapButton, TheCaptionMovesWhileOnAndIsShownOnlyWhenAsked) {
     EXPECT_TRUE(button.property("showCaption").toBool());
 }
 
+TEST(PixmapButton, TheCaptionHasTheColourOfButtonTextsAlsoWhenDisabled) {
+    QPixmap image = PlainPixmap(80, 40, Qt::black);
+    QPixmapButton button;
+    button.resize(80, 40);
+    button.setImages(&image);
+    button.setText("HH");
+    button.setShowCaption(true);
+    QPalette palette;
+    palette.setColor(QPalette::Active, QPalette::ButtonText, Qt::red);
+    palette.setColor(QPalette::Inactive, QPalette::ButtonText, Qt::green);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::blue);
+    button.setPalette(palette);
+    /// The brightest value of each part of the colour.
+    const auto brightest = [&button] {
+        const QImage picture = button.grab().toImage();
+        std::array<int, 3> most{};
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                most = {std::max(most[0], color.red()), std::max(most[1], color.green()),
+                        std::max(most[2], color.blue())};
+            }
+        }
+        return most;
+    };
+    const auto enabled = brightest();
+    EXPECT_GT(enabled[0], 128);
+    EXPECT_EQ(enabled[1] + enabled[2], 0);
+    button.setEnabled(false);
+    const auto disabled = brightest();
+    EXPECT_GT(disabled[2], 128);
+    EXPECT_EQ(disabled[0] + disabled[1], 0);
+}
+
 TEST(PixmapButton, ADoubledImageHasHalfItsPixelsAsLogicalSize) {
     QPixmap sprite = FramesPixmap({Qt::red, Qt::green}, 2 * kWidth, 2 * kHeight, Qt::Horizontal);
     sprite.setDevicePixelRatio(2.0);

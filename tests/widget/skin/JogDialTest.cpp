@@ -157,6 +157,21 @@ TEST_F(Jog, TheValueWrapsBelowZero) {
     EXPECT_EQ(jog.value(), 2000000000 - kClickValue);
 }
 
+TEST_F(Jog, AnEmptyRangeClicksAndStays) {
+    for (const int only : {0, 7}) {
+        jog.setRange(only, only);
+        Wheel(-120);
+        EXPECT_EQ(Take(), (Strings{"right", "jog+", "clicks 1"}));
+        EXPECT_EQ(jog.value(), only);
+    }
+}
+
+TEST_F(Jog, OnlyTheLeftButtonTurns) {
+    QTest::mousePress(&jog, Qt::RightButton, {}, QPoint(180, 100));
+    Move(30);
+    EXPECT_EQ(Take(), Strings{});
+}
+
 TEST_F(Jog, ArrowKeysClick) {
     QTest::keyClick(&jog, Qt::Key_Up);
     EXPECT_EQ(Take(), (Strings{"right", "jog+", "clicks 1"}));

@@ -43,6 +43,22 @@ TEST_F(Led, TwoBlinksWithinTheBlinkTimeAreOneFlashThatEndsAfterTheSecond) {
     EXPECT_EQ(ends, 1);
 }
 
+TEST_F(Led, ABlinkWhileLitStartsTheBlinkTimeAnew) {
+    led.setBlinkTime(60000);
+    led.blink();
+    led.setBlinkTime(5);
+    led.blink();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !led.isLit(); }, 30000));
+
+    QBlinkingLed later;
+    led.blink();
+    led.setBlinkTime(60000);
+    led.blink();
+    later.blink();  // 50 ms
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !later.isLit(); }, 30000));
+    EXPECT_TRUE(led.isLit()) << "the first blink's 5 ms are over";
+}
+
 TEST_F(Led, TheEndOfAFlashStopsItsTimer) {
     led.setProperty("blinkTime", 60000);
     led.blink();
