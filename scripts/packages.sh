@@ -18,7 +18,7 @@ export KIVORA_DISPLAY_PACKAGES=(xvfb)
 
 # Testing, on top of what building needs and of the display.
 export KIVORA_TEST_PACKAGES=(
-    libgtest-dev libgmock-dev libbenchmark-dev libasound2-dev libxcb-xtest0-dev locales
+    libgtest-dev libgmock-dev libbenchmark-dev libasound2-dev libxcb-xtest0-dev qt6-base-private-dev locales
     xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
 )

@@ -1,6 +1,7 @@
 #include <QAccessible>
 
 #include "PianoFixture.h"
+#include "support/AccessibleChanges.h"
 
 namespace {
 
@@ -47,6 +48,23 @@ TEST_F(PianoAccessibleTest, LitKeyIsPressed) {
     EXPECT_TRUE(Key(64)->state().pressed);
     piano_.ReleaseKey(64);
     EXPECT_FALSE(Key(64)->state().pressed);
+}
+
+TEST_F(PianoAccessibleTest, EachChangeOfALitKeyIsToldOnce) {
+    KivoraTest::AccessibleChanges changes;
+    piano_.PressKey(64);
+    EXPECT_EQ(changes.Take(), CSignals{"E4 pressed+"});
+    piano_.PressKey(64);
+    EXPECT_EQ(changes.Take(), CSignals{});
+    piano_.ReleaseKey(64);
+    EXPECT_EQ(changes.Take(), CSignals{"E4 pressed-"});
+    piano_.PressKey(30);
+    EXPECT_EQ(changes.Take(), CSignals{}) << "not shown";
+    piano_.PressKey(60);
+    piano_.PressKey(71);
+    changes.Take();
+    piano_.ReleaseAll();
+    EXPECT_EQ(changes.Take(), (CSignals{"C4 pressed-", "B4 pressed-"}));
 }
 
 TEST_F(PianoAccessibleTest, PressActionPlaysTheKeyForAMoment) {

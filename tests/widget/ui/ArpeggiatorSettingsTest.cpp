@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <optional>
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -196,6 +197,16 @@ TEST_F(ArpeggiatorPanel, TheGateIsRoundedWithHalvesDown) {
         Attach();
         EXPECT_EQ(Gate().value(), shown) << gate;
         EXPECT_EQ(Find<QLabel>("durationPcDisplay").text(), QString::number(shown));
+    }
+}
+
+TEST_F(ArpeggiatorPanel, AHugeGateShowsTheLongestAndIsNotWrittenBack) {
+    for (const double gate : {1e308, std::numeric_limits<double>::infinity()}) {
+        Set([gate](CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(100, gate); });
+        Attach();
+        EXPECT_EQ(Gate().value(), 100) << gate;
+        EXPECT_EQ(Find<QLabel>("durationPcDisplay").text(), "100");
+        EXPECT_GT(Settings().noteLength, 1e300);
     }
 }
 

@@ -1,9 +1,12 @@
 // What a screen reader is told of the panel.
 #include "widget/ui/PanelRig.h"
 
+#include <gmock/gmock.h>
+
 #include <QAccessible>
 #include <QComboBox>
 
+#include "support/AccessibleChanges.h"
 #include "ui/PanelLabel.h"
 
 using namespace KivoraTest;
@@ -86,6 +89,29 @@ TEST_F(PanelAccessible, AKeyThatLightsIsPressed) {
     Release(Qt::Key_Z);
     Show();
     EXPECT_FALSE(key->state().pressed);
+}
+
+TEST_F(PanelAccessible, EachChangeOfAKeyThatLightsIsTold) {
+    using testing::IsSupersetOf;
+    AccessibleChanges changes;
+    Click("voice-mode-dual");
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Single checked-", "Dual checked+", "Patch of voice 2 disabled-"}));
+    Click("voice-mode-single");
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Single checked+", "Dual checked-", "Patch of voice 2 disabled+"}));
+    Click("metronome");
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Metronome checked+"}));
+    Engine().SetMetronome(false);
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Metronome checked-"}));
+    Click("volume1");
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Patch of voice 1 checked-", "Volume of voice 1 checked+"}));
+    QTest::mouseClick(Find("arp1").findChild<QAbstractButton*>("btnLastVelocity"), Qt::LeftButton);
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"Velocity Last checked+"}));
+    Press(Qt::Key_Z);
+    Show();
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"C4 pressed+"}));
+    Release(Qt::Key_Z);
+    Show();
+    EXPECT_THAT(changes.Take(), IsSupersetOf({"C4 pressed-"}));
 }
 
 TEST_F(PanelAccessible, PressingAKeyOfThePianoPlaysIt) {
