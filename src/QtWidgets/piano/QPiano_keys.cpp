@@ -149,9 +149,15 @@ void QPiano::stop(BYTE note) {
 void QPiano::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
     update();
-    if (isCursorShown()) {
-        QPianoAccessible::focusMoved(*this);
-    }
+    // Qt tells of the piano's own focus after this event; the key is to be told of last.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (isCursorShown()) {
+                QPianoAccessible::focusMoved(*this);
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 void QPiano::focusOutEvent(QFocusEvent* event) {
