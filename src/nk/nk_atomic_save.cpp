@@ -1,6 +1,11 @@
 #include "nk/nk_atomic_save.h"
 
+#include <mutex>
+#include <set>
+#include <string>
+
 #include "nk/nk_disk_file.h"
+#include "nk/nk_paths.h"
 #include "nk/platform/platform_files.h"
 
 namespace NK {
@@ -48,6 +53,16 @@ private:
     CString path_;
 };
 
+/// Once for each folder.
+void CleanUpFolderOf(const CString& target) {
+    static std::mutex mutex;
+    static std::set<std::wstring> cleaned;
+    const std::lock_guard guard(mutex);
+    if (cleaned.emplace(GetFolderName(target).View()).second) {
+        Platform::RemoveAbandonedBeside(target);
+    }
+}
+
 }  // namespace
 
 bool SaveAtomicallyByName(const CString& path, const std::function<bool(const CString& temporaryPath)>& write) {
@@ -59,6 +74,7 @@ bool SaveAtomicallyByName(const CString& path, const std::function<bool(const CS
     if (kind != Platform::PathKind::kFile && kind != Platform::PathKind::kAbsent) {
         return false;
     }
+    CleanUpFolderOf(target);
     CTemporaryName temporary(Platform::CreateFileBeside(target));
     if (temporary.GetPath().IsEmpty() || !write(temporary.GetPath()) ||
         !Platform::FlushFileToDisk(temporary.GetPath()) || !temporary.RenameTo(target)) {

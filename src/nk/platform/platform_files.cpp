@@ -2,14 +2,19 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace NK::Platform {
 
@@ -39,6 +44,41 @@ bool FlushToDisk(const char* path, int flags) {
     const bool flushed = fsync(descriptor) == 0;
     close(descriptor);
     return flushed;
+}
+
+// The name of a temporary file: the maker's process number and the count of the files that it has made are between.
+constexpr std::string_view kTemporaryBegin = ".saving-";
+constexpr std::string_view kTemporaryEnd = ".tmp";
+
+/// Takes a whole number, digits only, from the front of the text.
+template <class Number>
+std::optional<Number> TakeNumber(std::string_view& text) {
+    Number number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || text.front() == '-') {
+        return std::nullopt;
+    }
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return number;
+}
+
+/// The process that has made a temporary file of that name; nothing for any other name.
+std::optional<pid_t> MakerOfTemporary(std::string_view name) {
+    if (!name.starts_with(kTemporaryBegin)) {
+        return std::nullopt;
+    }
+    name.remove_prefix(kTemporaryBegin.size());
+    const std::optional<pid_t> maker = TakeNumber<pid_t>(name);
+    if (!maker || *maker == 0 || !name.starts_with('-')) {
+        return std::nullopt;
+    }
+    name.remove_prefix(1);
+    return TakeNumber<unsigned>(name) && name == kTemporaryEnd ? maker : std::nullopt;
+}
+
+/// Another process than this one: nothing that this one writes is as old as an abandoned file.
+bool IsOtherProcessAlive(pid_t process) {
+    return process != getpid() && (kill(process, 0) == 0 || errno != ESRCH);
 }
 
 }  // namespace
@@ -75,10 +115,10 @@ CString CreateFileBeside(const CString& path) {
     if (replaces && access(target.c_str(), W_OK) != 0) {
         return CString();
     }
-    const std::string begin = FolderOf(target) + "/.saving-" + std::to_string(getpid()) + "-";
+    const std::string begin = FolderOf(target) + "/" + std::string(kTemporaryBegin) + std::to_string(getpid()) + "-";
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         // A name of its own length, so that a target with the longest name that a folder takes can be saved too.
-        const std::string name = begin + std::to_string(counter++) + ".tmp";
+        const std::string name = begin + std::to_string(counter++).append(kTemporaryEnd);
         const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0664);
         if (descriptor >= 0) {
             if (replaces) {
@@ -93,6 +133,23 @@ CString CreateFileBeside(const CString& path) {
         }
     }
     return CString();
+}
+
+void RemoveAbandonedBeside(const CString& path) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(FolderOf(path.ToUtf8()).c_str()), &closedir);
+    if (!stream) {
+        return;
+    }
+    const int folder = dirfd(stream.get());
+    while (const dirent* const entry = readdir(stream.get())) {
+        const std::optional<pid_t> maker = MakerOfTemporary(entry->d_name);
+        struct stat status {};
+        if (maker && fstatat(folder, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+            status.st_uid == geteuid() && std::time(nullptr) - status.st_mtime >= kAbandonedSeconds &&
+            !IsOtherProcessAlive(*maker)) {
+            unlinkat(folder, entry->d_name, 0);
+        }
+    }
 }
 
 CString ResolveLinks(const CString& path) {

@@ -23,6 +23,11 @@ std::int64_t TellFile(std::FILE* stream);
 /// what the user's mask takes away. Returns its path; empty when none can be created, or when the
 /// user may not write the file at `path`.
 CString CreateFileBeside(const CString& path);
+/// Removes what CreateFileBeside() has made in the folder of `path` and a process has left that ended since: files of
+/// this user, with its pattern of names, that were not written for kAbandonedSeconds and whose maker is no living
+/// process. The time keeps those that other computers are writing in a shared folder.
+void RemoveAbandonedBeside(const CString& path);
+inline constexpr std::int64_t kAbandonedSeconds = 24 * 60 * 60;
 /// The path with every link followed; the path itself when nothing stands there.
 CString ResolveLinks(const CString& path);
 /// Returns once the content has reached the disk; false on failure.

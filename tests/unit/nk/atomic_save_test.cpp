@@ -1,14 +1,21 @@
 #include "nk/nk_atomic_save.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "nk/nk_disk_file.h"
+#include "nk/platform/platform_files.h"
 #include "support/FileSizeLimit.h"
 #include "unit/nk/TempFolder.h"
 
@@ -197,6 +204,158 @@ TEST_F(AtomicSave, ThreadsThatSaveToOneFolderDoNotMeet) {
     }
     EXPECT_EQ(CountEntries(), 4);
     EXPECT_EQ(ReadBytes("f3"), "f3");
+}
+
+/// A number that no process has: that of one that has just ended.
+pid_t EndedProcess() {
+    const pid_t child = fork();
+    if (child == 0) {
+        _exit(0);
+    }
+    waitpid(child, nullptr, 0);
+    return child;
+}
+
+/// What killed programs have left.
+class AbandonedSave : public AtomicSave {
+protected:
+    std::string NameOf(pid_t process, const std::string& rest = "-0.tmp") const {
+        return ".saving-" + std::to_string(process) + rest;
+    }
+    void Leave(const std::string& name, std::chrono::hours ago) const {
+        WriteBytes(name, "half");
+        std::filesystem::last_write_time(Native(name), std::filesystem::file_time_type::clock::now() - ago);
+    }
+    bool IsThere(const std::string& name) const { return std::filesystem::exists(Native(name)); }
+    void Save() const {
+        EXPECT_TRUE(SaveAtomically(Path("a"), [](CFile& file) { return WriteText(file, "new"); }));
+        EXPECT_EQ(ReadBytes("a"), "new");
+    }
+
+    static constexpr std::chrono::hours kYesterday{25};
+    const pid_t ended_ = EndedProcess();
+};
+
+TEST_F(AbandonedSave, IsRemovedByTheFirstSaveIntoItsFolder) {
+    Leave(NameOf(ended_), kYesterday);
+    Leave(NameOf(ended_, "-4294967295.tmp"), kYesterday);
+    Save();
+    EXPECT_EQ(CountEntries(), 1);
+}
+
+TEST_F(AbandonedSave, IsLookedForOnce) {
+    Save();
+    Leave(NameOf(ended_), kYesterday);
+    Save();
+    EXPECT_TRUE(IsThere(NameOf(ended_)));
+}
+
+TEST_F(AbandonedSave, IsRemovedEvenWhenTheDiskIsFull) {
+    Leave(NameOf(ended_), kYesterday);
+    const CFileSizeLimit limit(0);
+    EXPECT_FALSE(SaveAtomically(Path("a"), [](CFile& file) { return WriteText(file, "new"); }));
+    EXPECT_EQ(CountEntries(), 0);
+}
+
+TEST_F(AbandonedSave, OneOfTodayStaysAndSoDoesOneOfTomorrow) {
+    Leave(NameOf(ended_), std::chrono::hours(23));
+    Leave(NameOf(ended_, "-1.tmp"), -kYesterday);
+    Save();
+    EXPECT_TRUE(IsThere(NameOf(ended_)));
+    EXPECT_TRUE(IsThere(NameOf(ended_, "-1.tmp")));
+}
+
+TEST_F(AbandonedSave, OneOfALivingProcessStays) {
+    Leave(NameOf(getppid()), kYesterday);
+    Leave(NameOf(1), kYesterday);
+    Save();
+    EXPECT_TRUE(IsThere(NameOf(getppid())));
+    EXPECT_TRUE(IsThere(NameOf(1)));
+}
+
+TEST_F(AbandonedSave, OneOfAFormerProcessWithOurNumberIsRemoved) {
+    Leave(NameOf(getpid(), "-77.tmp"), kYesterday);
+    Save();
+    EXPECT_EQ(CountEntries(), 1);
+}
+
+TEST_F(AbandonedSave, FilesOfAnyOtherNameStay) {
+    const std::string process = std::to_string(ended_);
+    const std::vector<std::string> names = {".saving-",
+                                            ".saving-.tmp",
+                                            ".saving-" + process,
+                                            ".saving-" + process + ".tmp",
+                                            ".saving-" + process + "-.tmp",
+                                            ".saving-" + process + "-0",
+                                            ".saving-" + process + "-0.tmp~",
+                                            ".saving-" + process + "-0x1.tmp",
+                                            ".saving-" + process + "--1.tmp",
+                                            ".saving-" + process + "-4294967296.tmp",
+                                            ".saving--" + process + "-0.tmp",
+                                            ".saving-+" + process + "-0.tmp",
+                                            ".saving- " + process + "-0.tmp",
+                                            ".saving-0-0.tmp",
+                                            ".saving-99999999999-0.tmp",
+                                            "saving-" + process + "-0.tmp",
+                                            "x.saving-" + process + "-0.tmp",
+                                            ".Saving-" + process + "-0.tmp",
+                                            "take.mid"};
+    for (const std::string& name : names) {
+        Leave(name, kYesterday);
+    }
+    Save();
+    for (const std::string& name : names) {
+        EXPECT_TRUE(IsThere(name)) << name;
+    }
+}
+
+TEST_F(AbandonedSave, WhatIsNoFileStays) {
+    std::filesystem::create_directory(Native(NameOf(ended_)));
+    WriteBytes("real", "mine");
+    std::filesystem::last_write_time(Native("real"), std::filesystem::file_time_type::clock::now() - kYesterday);
+    std::filesystem::create_symlink("real", Native(NameOf(ended_, "-1.tmp")));
+    const timespec longAgo[2] = {{0, 0}, {0, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, Native(NameOf(ended_, "-1.tmp")).c_str(), longAgo, AT_SYMLINK_NOFOLLOW), 0);
+    Save();
+    EXPECT_EQ(CountEntries(), 4);
+    EXPECT_EQ(ReadBytes("real"), "mine");
+}
+
+TEST_F(AbandonedSave, OneInAnotherFolderStays) {
+    std::filesystem::create_directory(Native("other"));
+    Leave("other/" + NameOf(ended_), kYesterday);
+    Save();
+    EXPECT_TRUE(IsThere("other/" + NameOf(ended_)));
+}
+
+TEST_F(AbandonedSave, IsRemovedWhereALinkLeads) {
+    std::filesystem::create_directory(Native("real"));
+    WriteBytes("real/a", "old");
+    Leave("real/" + NameOf(ended_), kYesterday);
+    std::filesystem::create_symlink("real/a", Native("a"));
+    Save();
+    EXPECT_FALSE(IsThere("real/" + NameOf(ended_)));
+}
+
+TEST_F(AbandonedSave, AKilledProgramsIsRemovedADayLater) {
+    const pid_t child = fork();
+    if (child == 0) {
+        SaveAtomically(Path("a"), [](CFile& file) {
+            WriteText(file, "half");
+            kill(getpid(), SIGKILL);
+            return true;
+        });
+        _exit(1);
+    }
+    waitpid(child, nullptr, 0);
+    ASSERT_EQ(CountEntries(), 1);
+    const auto left = std::filesystem::directory_iterator(folder_)->path();
+    Save();
+    EXPECT_TRUE(std::filesystem::exists(left)) << "too early";
+    std::filesystem::last_write_time(left, std::filesystem::file_time_type::clock::now() - kYesterday);
+    Platform::RemoveAbandonedBeside(Path("a"));
+    EXPECT_EQ(CountEntries(), 1);
+    EXPECT_FALSE(std::filesystem::exists(left));
 }
 
 }  // namespace

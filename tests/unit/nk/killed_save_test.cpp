@@ -32,6 +32,9 @@ TEST_F(KilledSave, LeavesTheOldFileOrTheNewOneWhereverItIsKilled) {
             GTEST_SKIP() << "this machine lets no process be traced";
         }
         const std::string found = ReadBytes("a");
+        // What the killed save left is looked at by the next, which would have more calls than this one each time.
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directory(folder_);
         ASSERT_TRUE(found == oldText || found == newText) << number;
         ++(found == oldText ? oldFiles : newFiles);
     }
