@@ -885,6 +885,14 @@
         <source>Engine creation failed.</source>
         <translation>Не удалось создать движок.</translation>
     </message>
+    <message>
+        <source>Error</source>
+        <translation>Ошибка</translation>
+    </message>
+    <message>
+        <source>Failed to save the settings.</source>
+        <translation>Не удалось сохранить настройки.</translation>
+    </message>
 </context>
 <context>
     <name>Kivora::TakeJournal</name>
@@ -1290,6 +1298,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>The MIDI keyboard sends faster than the computer takes it: messages were lost. The keys that it held were released. The MIDI lamp tells how often.</source>
         <translation>MIDI-клавиатура передаёт быстрее, чем принимает компьютер: часть сообщений потеряна. Удержанные на ней клавиши отпущены. Сколько раз это случилось, подскажет индикатор MIDI.</translation>
+    </message>
+    <message>
+        <source>The recording cannot be kept on the disk until the next start, so the program goes on. Save the recording in another folder, or discard it.</source>
+        <translation>Запись нельзя сохранить на диске до следующего запуска, поэтому программа продолжает работу. Сохраните запись в другую папку или откажитесь от неё.</translation>
     </message>
 </context>
 <context>

@@ -23,16 +23,32 @@ MainWindow::MainWindow(const EngineCreator& createEngine) {
 }
 
 MainWindow::~MainWindow() {
-    if (front_ && !engine_->SaveSettings()) {
-        NK::Log(L"The settings could not be saved.");
+    const bool saved = SaveSettings();
+    if (!quiet_) {
+        if (!saved) {
+            QMessageBox::critical(this, tr("Error"), tr("Failed to save the settings."));
+        }
+        // A damaged file that was set aside is told while the panel is there.
+        QCoreApplication::sendPostedEvents(panel_);
     }
-    // A damaged file that was set aside is told while the panel is there.
-    QCoreApplication::sendPostedEvents(panel_);
     // The panel goes first: it ends what its keys hold and refers to the engine.
     delete panel_;
     if (front_) {
         front_->Close();
     }
+}
+
+bool MainWindow::SaveSettings() {
+    if (!front_ || engine_->SaveSettings()) {
+        return true;
+    }
+    NK::Log(L"The settings could not be saved.");
+    return false;
+}
+
+void MainWindow::Save() {
+    SaveSettings();
+    panel_->keepTakes();
 }
 
 void MainWindow::CreateEngine(const EngineCreator& createEngine) {

@@ -13,7 +13,7 @@ class KivoraWidget;
 namespace Kivora {
 
 /// Creates the engine, says in a box why it could not, and goes on without one. Holds exactly the panel and cannot be
-/// resized. Saves the engine's settings when it is destroyed. [gui]
+/// resized. Saves the engine's settings when it is destroyed, and says in a box when that fails. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -28,13 +28,21 @@ public:
     EngineFront* GetFront() const { return front_.get(); }
     KivoraWidget* GetPanel() const { return panel_; }
 
+    /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
+    /// logged.
+    void Save();
+    /// Nothing is said in a box when it is destroyed: nobody is there to read it.
+    void SetQuiet() { quiet_ = true; }
+
 private:
+    bool SaveSettings();
     void CreateEngine(const EngineCreator& createEngine);
     void FitAndCentre();
 
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
+    bool quiet_ = false;
 };
 
 }  // namespace Kivora

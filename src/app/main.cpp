@@ -7,6 +7,7 @@
 #include "app/Backends.h"
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
+#include "app/EndRequests.h"
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "locale/Locale.h"
@@ -48,19 +49,27 @@ int main(int argc, char** argv) {
         Kivora::SetLocale(commandLine.locale, false);
     }
 
+    Kivora::EndRequests endRequests;
     std::optional<Kivora::Demonstration> demonstration;
     if (!commandLine.demonstrationDir.isEmpty()) {
         demonstration.emplace(commandLine.demonstrationDir);
     }
     Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
+    QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     window.show();
     if (demonstration) {
+        window.SetQuiet();
         demonstration->Start(window);
     }
     if (!commandLine.pictureDir.isEmpty()) {
+        window.SetQuiet();
         const bool saved = Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) &&
                            Kivora::SaveSettingsPicture(window.GetFront(), commandLine.pictureDir);
         return saved ? 0 : 1;
     }
-    return QApplication::exec();
+    const int exitCode = endRequests.IsEndWanted() ? 0 : QApplication::exec();
+    if (endRequests.IsEndWanted()) {
+        window.SetQuiet();
+    }
+    return exitCode;
 }

@@ -131,6 +131,8 @@ bool CKivora::LoadSettings() {
 
 bool CKivora::SaveSettings() {
     const NK::CString path = GetSettingsPath();
+    // The folder may have gone since it was first asked for.
+    static_cast<void>(NK::CreateFolder(GetUserDataDir()));
     NK::CIniFile file;
     const bool exists = NK::FileExists(path);
     if (exists && !file.Load(path) && file.GetLoadResult() != NK::CIniFile::LoadResult::kDamaged) {

@@ -50,6 +50,9 @@ public:
 
     QSize sizeHint() const override;
 
+    /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
+    void keepTakes();
+
 public slots:
     void loadLanguageFiles();
     void aboutClicked();

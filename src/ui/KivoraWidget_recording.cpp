@@ -114,14 +114,21 @@ void KivoraWidget::checkLimits() {
     const bool captured = engine_->GetRecordedCount() > 0;
     if (!engine_->StopRecording()) {
         QMessageBox::critical(this, tr("Error"), tr("Failed to stop MIDI recording."));
-    } else if (!captured) {
+        return;
+    }
+    if (!captured) {
         QMessageBox::warning(this, tr("Warning"), reason);
-    } else if (QMessageBox::warning(this, tr("Warning"), reason + " " + tr("Do you want to save the recording?"),
-                                    QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) == QMessageBox::Yes) {
+        return;
+    }
+    const auto answer =
+        QMessageBox::warning(this, tr("Warning"), reason + " " + tr("Do you want to save the recording?"),
+                             QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+    if (answer == QMessageBox::Yes) {
         stopAndSave();
-    } else {
+    } else if (answer == QMessageBox::No) {
         takes_->RefuseLatest();
     }
+    // Without an answer, when the program is ended meanwhile, the take waits.
 }
 
 void KivoraWidget::takesChanged() {
@@ -177,5 +184,17 @@ bool KivoraWidget::isReadyToClose() {
     // What waits is offered again at the next start, if it is there to be offered.
     takes_->WriteOut();
     const auto waiting = takes_->GetWaiting();
-    return std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; });
+    if (std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; })) {
+        return true;
+    }
+    QMessageBox::warning(this, tr("Warning"),
+                         tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
+                            "Save the recording in another folder, or discard it."));
+    return false;
+}
+
+void KivoraWidget::keepTakes() {
+    if (takes_ != nullptr) {
+        takes_->WriteOut();
+    }
 }

@@ -193,7 +193,17 @@ int InstrumentProcess::Close() {
     message.data.data32[0] = atom("WM_DELETE_WINDOW");
     xcb_send_event(server, 0, message.window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
     xcb_flush(server);
-    const bool finished = program_.waitForFinished(kLimitMs);
+    const int exitCode = WaitForExitCode();
     xcb_disconnect(server);
+    return exitCode;
+}
+
+int InstrumentProcess::Terminate() {
+    program_.terminate();
+    return WaitForExitCode();
+}
+
+int InstrumentProcess::WaitForExitCode() {
+    const bool finished = program_.waitForFinished(kLimitMs);
     return finished && program_.exitStatus() == QProcess::NormalExit ? program_.exitCode() : -1;
 }

@@ -38,11 +38,14 @@ public:
     bool SavePicture(const QString& path);
     /// Closes the window as a person does and waits for the program's end; its exit code, or -1.
     int Close();
+    /// Asks the program to end as the system does, by SIGTERM, and waits for its end; its exit code, or -1.
+    int Terminate();
     QString GetWindow() const { return window_; }
     QString GetDataDir() const { return dir_.path(); }
 
 private:
     bool StartServer();
+    int WaitForExitCode();
 
     QTemporaryDir dir_;
     QProcess server_;

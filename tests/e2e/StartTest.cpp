@@ -54,6 +54,30 @@ TEST(Start, SettingsAreSavedWhenTheWindowCloses) {
     EXPECT_TRUE(Read(file).contains("\nTempo=120\n")) << Read(file).toStdString();
 }
 
+TEST(End, OnTheSystemsRequestSavesTheSettingsEndsTheNotesAndKeepsTheTake) {
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start());
+    ASSERT_TRUE(instrument.Xdotool({"key", "F11"}));
+    ASSERT_TRUE(instrument.Xdotool({"keydown", "z"}));
+    ASSERT_TRUE(instrument.WaitForNoteMessages(1));
+    EXPECT_EQ(instrument.Terminate(), 0);
+    const std::vector<std::string> notes = instrument.GetNoteMessages();
+    EXPECT_EQ(notes.front(), "90 3C 50");
+    EXPECT_EQ(notes.back().substr(0, 5), "80 3C");
+    const QDir folder(instrument.GetDataDir() + "/data/Brennholt/Kivora");
+    EXPECT_TRUE(Read(folder.filePath("Kivora.ini")).contains("\nTempo=120\n"));
+    EXPECT_EQ(QDir(folder.filePath("Takes")).entryList({"*.kivtake"}, QDir::Files).size(), 1);
+}
+
+TEST(End, OnTheSystemsRequestDoesNotWaitForADialog) {
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start());
+    ASSERT_TRUE(instrument.Xdotool({"key", "F4"}));
+    ASSERT_TRUE(instrument.WaitForDialog());
+    EXPECT_EQ(instrument.Terminate(), 0);
+    EXPECT_TRUE(QFile::exists(instrument.GetDataDir() + "/data/Brennholt/Kivora/Kivora.ini"));
+}
+
 TEST(Start, F1OpensTheManualOfTheLanguage) {
     for (const char* locale : {"en_US", "ru_RU"}) {
         const FakeDesktop desktop;

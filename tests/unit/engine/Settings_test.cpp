@@ -152,6 +152,13 @@ TEST_F(SettingsFile, TheDataFolderIsCreatedWhenItIsFirstAskedFor) {
     EXPECT_TRUE(std::filesystem::is_directory(path.parent_path()));
 }
 
+TEST_F(SettingsFile, SavingBringsTheDataFolderBackThatHasGone) {
+    ASSERT_TRUE(engine.SaveSettings());
+    std::filesystem::remove_all(path.parent_path());
+    EXPECT_TRUE(engine.SaveSettings());
+    EXPECT_TRUE(engine.LoadSettings());
+}
+
 TEST_F(SettingsFile, AMissingFileGivesEveryDefaultResetsTheSynthesizerAndReportsFalse) {
     Arrange(engine);
     engine.SetArpeggiating(true);

@@ -153,10 +153,56 @@ TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {
     EXPECT_NE(text.find("Output=Software synthesizer\n"), std::string::npos) << text;
 }
 
-TEST_F(MainWindowTest, SettingsThatCannotBeSavedAreLogged) {
+TEST_F(MainWindowTest, SettingsThatCannotBeSavedAreLoggedAndTheUserTold) {
     std::ofstream(rig_.folder / "user") << "a file where the folder should be";
-    MainWindow window(RealEngine());
     KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
+    {
+        const MainWindow window(RealEngine());
+        EXPECT_EQ(titles_, QStringList());
+    }
+    EXPECT_EQ(titles_, QStringList("Error"));
+    EXPECT_EQ(texts_, QStringList("Failed to save the settings."));
+    EXPECT_EQ(icons_, std::vector{QMessageBox::Critical});
+}
+
+TEST_F(MainWindowTest, QuietItSaysNothing) {
+    std::ofstream(rig_.folder / "user") << "a file where the folder should be";
+    KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
+    {
+        MainWindow window(RealEngine());
+        window.SetQuiet();
+    }
+    EXPECT_EQ(titles_, QStringList());
+}
+
+TEST_F(MainWindowTest, QuietItSetsADamagedFileAsideWithoutAWord) {
+    const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << std::string(2 * 1024 * 1024, 'x');
+    {
+        MainWindow window(RealEngine());
+        window.SetQuiet();
+    }
+    EXPECT_EQ(titles_, QStringList("Warning")) << "at the start";
+    EXPECT_TRUE(std::filesystem::exists(file.string() + ".bad"));
+}
+
+TEST_F(MainWindowTest, SavesTheSettingsAndKeepsTheTakeWhenItIsToldTo) {
+    MainWindow window(RealEngine());
+    CKivora& engine = window.GetFront()->GetEngine();
+    ASSERT_TRUE(window.GetFront()->StartRecording());
+    engine.PlayNoteOn(60, 100);
+    rig_.RunPlayer();
+    window.Save();
+    EXPECT_TRUE(std::filesystem::exists(rig_.folder / "user" / "Kivora.ini"));
+    EXPECT_FALSE(std::filesystem::is_empty(rig_.folder / "user" / "Takes"));
+    EXPECT_TRUE(engine.IsRecording()) << "the session may go on";
+}
+
+TEST_F(MainWindowTest, WithoutAnEngineThereIsNothingToSave) {
+    MainWindow window([] { return std::unique_ptr<CKivora>(); });
+    window.Save();
+    EXPECT_FALSE(std::filesystem::exists(rig_.folder / "user"));
 }
 
 TEST_F(MainWindowTest, ADamagedSettingsFileIsKeptAsideAndTheUserTold) {

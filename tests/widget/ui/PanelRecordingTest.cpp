@@ -236,6 +236,19 @@ TEST_F(PanelRecording, NoAtTheLimitIsNotAskedAgain) {
     EXPECT_FALSE(window->isVisible());
 }
 
+TEST_F(PanelRecording, ATakeWhoseQuestionAtTheLimitGotNoAnswerWaits) {
+    ModalAnswers answers;
+    Record();
+    PlayNote();
+    answers.Then([](QDialog& dialog) { dialog.hide(); });  // as when the program is ended from outside
+    Pass(kLongestIdleMs + 1);
+    panel->timerTick();
+    EXPECT_FALSE(Engine().IsRecording());
+    answers.Click(QMessageBox::Save).TypeFile(PathOf("unanswered.mid"));
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(IsMIDIFile("unanswered.mid"));
+}
+
 TEST_F(PanelRecording, AtTheLimitWithNothingCapturedOnlyTheReasonIsShown) {
     ModalAnswers answers;
     Click("record");
@@ -320,6 +333,25 @@ TEST_F(PanelRecording, ATakeForLaterIsOfferedAtTheNextStart) {
     CreateWindow();
     EXPECT_TRUE(IsQuiet(answers));
     EXPECT_EQ(answers.seen.size(), 2u);
+}
+
+TEST_F(PanelRecording, ATakeThatTheDiskDoesNotKeepHoldsTheWindowOpenAndTheUserIsTold) {
+    WriteFileBytes(rig.folder / "user/Takes", "a file where the folder should be");
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    Record();
+    PlayNote();
+    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    EXPECT_EQ(answers.seen, Seen{"Warning: The recording goes on, but it cannot be kept safe on the disk meanwhile."});
+    answers.Click(QMessageBox::Cancel).Click(QMessageBox::Ok);
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible());
+    ASSERT_EQ(answers.seen.size(), 3u);
+    EXPECT_EQ(answers.seen[2],
+              "Warning: The recording cannot be kept on the disk until the next start, so the program goes on. Save "
+              "the recording in another folder, or discard it.");
+    answers.Click(QMessageBox::Discard);
+    EXPECT_TRUE(window->close());
 }
 
 TEST_F(PanelRecording, ASaveAtTheCloseThatIsBrokenOffKeepsTheTake) {
