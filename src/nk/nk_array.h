@@ -12,7 +12,7 @@
 namespace NK {
 
 /// An owned block of elements. It grows by a constant step, so pushing n elements one by one costs O(n^2) copies:
-/// not for stores without a bound. Elements must be default-constructible and copyable.
+/// not for stores without a bound. Elements must be default-constructible and copyable. A moved-from array is empty.
 /// Allocation failures surface as CMemoryException, index errors as CArrayIndexException with the kind as code.
 template <class T>
 class CArray {
@@ -27,7 +27,8 @@ public:
         return *this;
     }
     CArray& operator=(CArray&& other) noexcept {
-        Swap(other);
+        CArray taken(std::move(other));
+        Swap(taken);
         return *this;
     }
     virtual ~CArray() = default;

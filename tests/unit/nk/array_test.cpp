@@ -251,8 +251,16 @@ TEST(Array, CopiesAndMoves) {
     const CArray<int>& self = assigned;
     assigned = self;
     EXPECT_EQ(assigned[1], 2);
-    const CArray<int> moved(std::move(copy));
+    CArray<int> moved(std::move(copy));
     EXPECT_EQ(moved.GetSize(), 2U);
+    EXPECT_TRUE(copy.IsEmpty());  // NOLINT(bugprone-use-after-move): what is left is the contract
+    assigned = std::move(moved);
+    EXPECT_EQ(assigned.GetSize(), 2U);
+    EXPECT_EQ(assigned[0], 7);
+    EXPECT_TRUE(moved.IsEmpty()) << "not what the target held before";  // NOLINT(bugprone-use-after-move)
+    CArray<int>& same = assigned;
+    assigned = std::move(same);
+    EXPECT_EQ(assigned.GetSize(), 2U);
     assigned = CArray<int>();
     EXPECT_TRUE(assigned.IsEmpty());
 }

@@ -36,10 +36,13 @@ TEST(String, SizeCountsTheTerminator) {
 
 TEST(String, AMovedFromOrClearedStringIsEmpty) {
     CString text(L"abc");
-    const CString taken(std::move(text));
+    CString taken(std::move(text));
     EXPECT_EQ(taken, L"abc");
-    text = taken;
+    EXPECT_EQ(text, L"");  // NOLINT(bugprone-use-after-move): what is left is the contract
+    text = L"old";
+    text = std::move(taken);
     EXPECT_EQ(text, L"abc");
+    EXPECT_EQ(taken, L"") << "not what the target held before";  // NOLINT(bugprone-use-after-move)
     text.Clear();
     EXPECT_EQ(text.GetSize(), 1U);
     text += L"x";
