@@ -75,6 +75,10 @@ void CLogger::Write(const CString& message) {
     Output(timestamp, message);
 }
 
+CConsoleLogger::~CConsoleLogger() {
+    ResetCurrentLogger(this);
+}
+
 void CConsoleLogger::Output(const CString& timestamp, const CString& message) {
     const CString line = timestamp + L" " + message + L"\n";
     const std::string utf8 = line.ToUtf8();

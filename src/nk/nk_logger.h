@@ -41,6 +41,9 @@ private:
 
 /// Prints "%s %s\n" (time stamp, message) as UTF-8 on the standard output.
 class CConsoleLogger : public CLogger {
+public:
+    ~CConsoleLogger() override;
+
 protected:
     void Output(const CString& timestamp, const CString& message) override NK_REQUIRES(lock_);
 };

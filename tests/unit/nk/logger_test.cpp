@@ -73,8 +73,11 @@ TEST_F(Logger, LinesGoToTheConsoleAgainOnceTheCurrentLoggerIsDeleted) {
 }
 
 TEST_F(Logger, TheBasesDestructorResetsTheCurrentLoggerToo) {
+    class CDeafLogger : public NK::CLogger {
+        void Output(const NK::CString&, const NK::CString&) override {}
+    };
     {
-        NK::CConsoleLogger logger;
+        CDeafLogger logger;
         NK::SetCurrentLogger(&logger);
     }
     EXPECT_THAT(CaptureConsole([] { NK::Log("after"); }), testing::EndsWith("> after\n"));
@@ -190,6 +193,37 @@ TEST_F(Logger, IsReplacedAndDestroyedWhileOthersLog) {
         thread.join();
     }
     EXPECT_EQ(seen + rest.lines.size(), static_cast<std::size_t>(written));
+}
+
+TEST_F(Logger, AConsoleLoggerIsDestroyedWhileOthersLog) {
+    CListLogger rest;
+    std::atomic<bool> stop{false};
+    std::atomic<int> written{0};
+    CaptureConsole([&] {
+        NK::SetCurrentLogger(&rest);
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 3; ++i) {
+            threads.emplace_back([&] {
+                while (!stop) {
+                    NK::Log(L"line");
+                    ++written;
+                }
+            });
+        }
+        for (int i = 0; i < 300 || written < 300; ++i) {
+            {
+                NK::CConsoleLogger logger;
+                NK::SetCurrentLogger(&logger);
+                std::this_thread::yield();
+            }
+            NK::SetCurrentLogger(&rest);
+        }
+        stop = true;
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    });
+    EXPECT_LE(rest.lines.size(), static_cast<std::size_t>(written));
 }
 
 TEST_F(Logger, EventLinesAreOffUnlessAskedFor) {
