@@ -28,9 +28,8 @@ public:
     using Procedure = void (*)(void* argument);
 
     /// A thread that waits at a gate before it calls `procedure`; Resume() opens it. Null when the system refuses.
-    /// [any]
+    /// Signals that are blocked at the caller do not pass on, nor does a real-time priority. [any]
     static std::shared_ptr<CThreadHandle> CreateSuspended(Procedure procedure, void* argument);
-    /// Signals that are blocked at the caller, and its priority, do not pass on.
     explicit CThreadHandle(TPrivate) {}
     CThreadHandle(const CThreadHandle&) = delete;
     CThreadHandle& operator=(const CThreadHandle&) = delete;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -47,11 +48,15 @@ TEST(CriticalSection, IsRecursive) NK_NO_THREAD_SAFETY_ANALYSIS {
     EXPECT_TRUE(freeForAnother);
 }
 
-TEST(CriticalSection, TryLockGivesUpAfterItsAttempts) NK_NO_THREAD_SAFETY_ANALYSIS {
-    CCriticalSection section(1, 3, 100);
+TEST(CriticalSection, TryLockSleepsAfterEachOfItsAttemptsAndGivesUpAfterTheLast) NK_NO_THREAD_SAFETY_ANALYSIS {
+    constexpr std::uint32_t kSleepMs = 20;
+    constexpr std::uint32_t kAttempts = 3;
+    CCriticalSection section(kSleepMs, kAttempts, 100);
     section.Lock();
     bool taken = true;
+    const auto begun = std::chrono::steady_clock::now();
     std::thread([&]() NK_NO_THREAD_SAFETY_ANALYSIS { taken = section.TryLock(); }).join();
+    EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(kSleepMs * kAttempts));
     EXPECT_FALSE(taken);
     section.Unlock();
 }

@@ -67,16 +67,44 @@ TEST(SleepingTimer, PeriodZeroCallsInATightLoop) {
 }
 
 TEST(SleepingTimer, EnablingSwallowsTheTickInProgressAndTakesOneFullPeriod) {
-    constexpr std::uint32_t kPeriodMs = 60;
+    constexpr std::uint32_t kPeriodMs = 200;
     CCountingListener listener;
+    CCountingListener witness;
     Clock::time_point called;
-    listener.onTick = [&] { called = called == Clock::time_point() ? Clock::now() : called; };
+    listener.onTick = [&] {
+        if (listener.ticks == 0) {
+            called = Clock::now();
+        }
+    };
     NK::CThreadSleepingTimer timer(&listener, 0, kPeriodMs, false, kLevel);
-    ASSERT_TRUE(WaitUntil([&] { return timer.IsRunning(); }));
+    const NK::CThreadSleepingTimer everyMs(&witness, 0, 1, true, kLevel);
+    // So far into the period that a tick at its end would come too early.
+    ASSERT_TRUE(WaitUntil([&] { return witness.ticks >= 80; }));
     const Clock::time_point enabled = Clock::now();
     timer.SetEnabled(true);
     ASSERT_TRUE(WaitUntil([&] { return listener.ticks >= 1; }));
     EXPECT_GE(called - enabled, std::chrono::milliseconds(kPeriodMs));
+}
+
+TEST(SleepingTimer, EnablingCutsTheSleepInProgressShort) {
+    constexpr std::uint32_t kPeriodMs = 400;
+    constexpr std::uint32_t kSteadyMs = 320;
+    CCountingListener listener;
+    CCountingListener steady;
+    CCountingListener witness;
+    std::atomic<int> steadyTicks{-1};
+    listener.onTick = [&] {
+        if (listener.ticks == 0) {
+            steadyTicks = steady.ticks.load();
+        }
+    };
+    NK::CThreadSleepingTimer timer(&listener, 0, kPeriodMs, false, kLevel);
+    const NK::CThreadSleepingTimer other(&steady, 0, kSteadyMs, true, kLevel);
+    const NK::CThreadSleepingTimer everyMs(&witness, 0, 1, true, kLevel);
+    ASSERT_TRUE(WaitUntil([&] { return witness.ticks >= 40; }));
+    timer.SetEnabled(true);
+    ASSERT_TRUE(WaitUntil([&] { return steadyTicks >= 0; }));
+    EXPECT_EQ(steadyTicks, 1) << "the rest of the period and a whole one would be two";
 }
 
 TEST(SleepingTimer, SettingTheSameAgainSwallowsNothing) {
