@@ -17,6 +17,19 @@ constexpr std::string_view kLoopBackName = "Midi Through";
 bool IsLoopBack(std::string_view name) {
     return name.starts_with(kLoopBackName);
 }
+
+/// The device's name, with a number behind it where a port of the same direction has the name already.
+NK::CString FindFreeName(const MIDIPortContainer& ports, const PmDeviceInfo& device) {
+    const NK::CString given = NK::CString::FromUtf8(device.name);
+    NK::CString name = given;
+    const auto isTaken = [&] {
+        return device.input != 0 ? ports.FindInputByName(name) != nullptr : ports.FindOutputByName(name) != nullptr;
+    };
+    for (int number = 2; isTaken(); ++number) {
+        name = given + L" (" + NK::CString::FromInt(number) + L")";
+    }
+    return name;
+}
 }  // namespace
 
 /// Runs a round of input after each sleep of a millisecond.
@@ -78,7 +91,7 @@ void PortMIDIImpl::AddPorts(bool loopBack) {
 }
 
 void PortMIDIImpl::AddPort(PmDeviceID device, const PmDeviceInfo& info) {
-    const NK::CString name = NK::CString::FromUtf8(info.name);
+    const NK::CString name = FindFreeName(ports_, info);
     if (info.input != 0) {
         auto port = std::make_unique<PortMIDIInPort>(*this, device, name);
         inputs_.push_back(port.get());

@@ -12,7 +12,9 @@
 namespace LibMidi {
 
 /// PortMidi is initialised while this exists; at most one at a time. A library that cannot be initialised counts as
-/// having no ports. The ports stand in the order of the devices, with the loop-back ports of the sequencer last. [gui]
+/// having no ports. The ports stand in the order of the devices, with the loop-back ports of the sequencer last. Of
+/// several devices of one name and direction the second becomes "name (2)", and so on, as ports are chosen by their
+/// names. [gui]
 class PortMIDIImpl : public MIDIPortsImpl {
 public:
     /// Whether the input timer and the input ports run threads, or the rounds are called by hand.

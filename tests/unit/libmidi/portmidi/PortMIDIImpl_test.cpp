@@ -56,6 +56,20 @@ TEST_F(PortMIDIImplTest, NamesAreUtf8) {
     EXPECT_EQ(NamesOf(*set), (std::vector<std::wstring>{L"\x0421\x0438\x043D\x0442"}));
 }
 
+TEST_F(PortMIDIImplTest, DevicesOfOneNameAndDirectionAreToldApartByANumber) {
+    CFakePortMidi api({{"Keys", true, false},
+                       {"Keys", false, true},
+                       {"Keys (2)", true, false},
+                       {"Keys", true, false},
+                       {"Keys", false, true}});
+    const auto set = Make(api);
+    EXPECT_EQ(NamesOf(*set), (std::vector<std::wstring>{L"Keys", L"Keys", L"Keys (2)", L"Keys (3)", L"Keys (2)"}));
+    set->GetPorts().FindInputByName(L"Keys (3)")->Open();
+    set->GetPorts().FindOutputByName(L"Keys (2)")->Open();
+    EXPECT_EQ(api.opens.at(0).device, 3);
+    EXPECT_EQ(api.opens.at(1).device, 4);
+}
+
 TEST_F(PortMIDIImplTest, ADeviceWithoutInformationOrDirectionIsLeftOut) {
     CFakePortMidi api({{"A", false, true}, {"B", false, true}, {"C", false, false}, {"D", true, false}});
     api.missingInfo = 1;
