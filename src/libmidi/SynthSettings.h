@@ -36,8 +36,9 @@ public:
     virtual std::vector<NK::CString> GetAudioDrivers() const = 0;
     virtual SynthSettings GetSettings() const = 0;
     /// Takes the settings; while the port is open they are in force on return, and the programs and controllers of the
-    /// channels are kept. kDeviceError, with the reason in GetLastError(), leaves the former settings in force: the
-    /// sound font cannot be read or the audio system does not start.
+    /// channels are kept. Where the open port has failed for good they are for its next opening. kDeviceError, with the
+    /// reason in GetLastError(), leaves the former settings in force: the sound font cannot be read or is still being
+    /// loaded, or the audio system does not start.
     virtual Result ApplySettings(const SynthSettings& settings) = 0;
     /// The milliseconds of sound that so many frames hold.
     virtual double GetLatencyMs(std::uint32_t latencyFrames) const = 0;

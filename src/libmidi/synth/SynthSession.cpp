@@ -81,9 +81,14 @@ public:
         return Enqueue(event);
     }
 
+    bool IsOver() const {
+        const std::lock_guard guard(mutex_);
+        return phase_ == Phase::kFailed && device_ == nullptr;
+    }
+
     bool Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason) {
         std::unique_lock lock(mutex_);
-        if (phase_ == Phase::kFailed || endRequested_) {
+        if ((phase_ == Phase::kFailed && device_ == nullptr) || endRequested_) {
             reason = reason_;
             return false;
         }
@@ -92,10 +97,13 @@ public:
         busy_ = true;
         wake_.notify_one();
         if (!changed_.wait_for(lock, limit, [&] { return isApplied_ || ended_; })) {
-            reason = NK::Translate("Synthesizer", "The audio system does not answer.");
+            // What the thread has not begun stays undone.
+            requested_.reset();
+            reason = phase_ == Phase::kLoading ? NK::Translate("Synthesizer", "The sound font is still being loaded.")
+                                               : NK::Translate("Synthesizer", "The audio system does not answer.");
             return false;
         }
-        reason = applyReason_;
+        reason = isApplied_ ? applyReason_ : reason_;
         return isApplied_ && reason.IsEmpty();
     }
 
@@ -154,8 +162,8 @@ private:
                 lock.lock();
                 applyReason_ = reason;
                 isApplied_ = true;
-                phase_ = works ? phase_ : Phase::kFailed;
-                reason_ = works ? reason_ : reason;
+                phase_ = works ? Phase::kReady : Phase::kFailed;
+                reason_ = works ? NK::CString() : reason;
                 changed_.notify_all();
             } else if (!ServeTest(device)) {
                 busy_ = false;
@@ -295,6 +303,10 @@ NK::CString SynthSession::GetReason() const {
 
 bool SynthSession::Write(const MIDIEvent& event) {
     return worker_->Write(event);
+}
+
+bool SynthSession::IsOver() const {
+    return worker_->IsOver();
 }
 
 bool SynthSession::Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason) {

@@ -40,7 +40,10 @@ public:
     /// False once the session has failed, its audio system has stopped, or kMaxWaiting messages wait. Allocates nothing
     /// once warm. [any]
     bool Write(const MIDIEvent& event);
-    /// Puts the configuration in force; on failure the former one, `reason` in words.
+    /// Whether it has failed for good: it plays nothing any more, whatever is applied.
+    bool IsOver() const;
+    /// Puts the configuration in force; on failure the former one, `reason` in words. A session that is not over works
+    /// again when a configuration with which it can is applied.
     bool Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason);
     /// Plays a note for a moment, and ends the session afterwards if asked to.
     void PlayTestNote(bool endAfterwards);

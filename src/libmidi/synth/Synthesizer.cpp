@@ -95,7 +95,7 @@ Result Synthesizer::ApplySettings(const SynthSettings& settings) {
     if (!target.soundFont.IsEmpty() && target.soundFont != former.soundFont) {
         reason = CheckSoundFont(FindFont());
     }
-    if (reason.IsEmpty() && session_ != nullptr) {
+    if (reason.IsEmpty() && session_ != nullptr && !session_->IsOver()) {
         SynthDeviceConfig config = MakeConfig(target);
         const std::string forced = GetForcedDriver(target);
         config.audioDriver = forced.empty() ? activeDriver_ : forced;

@@ -150,6 +150,42 @@ TEST_F(SynthSessionTest, ApplyingTheSameSettingsStartsAStoppedAudioSystemAgain) 
     EXPECT_TRUE(session.End(kLong));
 }
 
+TEST_F(SynthSessionTest, SettingsThatCannotBeAppliedWhileTheFontLoadsStayUndone) {
+    api_.fontLoad.Shut();
+    SynthSession session(api_, kConfig);
+    ASSERT_EQ(session.WaitForDriver(kLong), Phase::kLoading);
+    SynthDeviceConfig config = kConfig;
+    config.gain = 0.25;
+    NK::CString reason;
+    EXPECT_FALSE(session.Apply(config, kShort, reason));
+    EXPECT_EQ(reason, L"The sound font is still being loaded.");
+    api_.fontLoad.Open();
+    ASSERT_EQ(session.WaitForFont(kLong), Phase::kReady);
+    ASSERT_TRUE(session.Write(PatchEvent(0, 0, 5)));
+    api_.WaitFor("program 0 5");
+    EXPECT_TRUE(session.End(kLong));
+    EXPECT_FALSE(api_.Has("gain 0.250000"));
+    EXPECT_TRUE(api_.Has("gain 0.600000"));
+}
+
+TEST_F(SynthSessionTest, SettingsThatWaitForAFontThatFailsFailWithItsReason) {
+    api_.fontLoad.Shut();
+    api_.failingFont = "font.sf2";
+    SynthSession session(api_, kConfig);
+    ASSERT_EQ(session.WaitForDriver(kLong), Phase::kLoading);
+    EXPECT_FALSE(session.IsOver());
+    NK::CString reason;
+    std::thread opener([this] {
+        api_.fontLoad.WaitUntilReached();
+        api_.fontLoad.Open();
+    });
+    EXPECT_FALSE(session.Apply(kConfig, kLong, reason));
+    opener.join();
+    EXPECT_EQ(reason, L"The sound font cannot be loaded.");
+    EXPECT_TRUE(session.IsOver());
+    EXPECT_TRUE(session.End(kLong));
+}
+
 TEST_F(SynthSessionTest, EndingWhileTheFontLoadsWaitsForIt) {
     api_.fontLoad.Shut();
     SynthSession session(api_, kConfig);

@@ -257,6 +257,43 @@ TEST_F(SynthesizerTest, WhereNoDriverStartsAgainWritingFails) {
     EXPECT_EQ(synthesizer_->GetLastError(), L"The audio driver does not start.");
 }
 
+TEST_F(SynthesizerTest, AnotherDriverHelpsWhereNoneStartedAgain) {
+    SynthSettings settings;
+    settings.audioDriver = L"pulseaudio";
+    ASSERT_EQ(Make().ApplySettings(settings), kSuccess);
+    ASSERT_TRUE(synthesizer_->Open());
+    api_.failingDrivers = {"alsa", "pulseaudio"};
+    settings.audioDriver = L"alsa";
+    ASSERT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
+    ASSERT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    settings.audioDriver = L"oss";
+    EXPECT_EQ(synthesizer_->ApplySettings(settings), kSuccess);
+    EXPECT_EQ(synthesizer_->GetSettings().audioDriver, L"oss");
+    EXPECT_EQ(synthesizer_->GetActiveDriver(), "oss");
+    EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    EXPECT_EQ(synthesizer_->Test(), L"");
+}
+
+TEST_F(SynthesizerTest, AnotherFontCanBeChosenAfterOneThatFailedInTheBackground) {
+    environment_.audioDriver = "pulseaudio";
+    limits_.fontLoad = 1ms;
+    api_.failingFont = font_;
+    api_.fontLoad.Shut();
+    ASSERT_TRUE(Make().Open());
+    SynthSettings settings;
+    settings.soundFont = NK::CString::FromUtf8(otherFont_.native());
+    api_.fontLoad.Open();
+    api_.WaitUntilFreed();
+    EXPECT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    EXPECT_EQ(synthesizer_->ApplySettings(settings), kSuccess);
+    EXPECT_EQ(synthesizer_->GetSettings(), settings);
+    EXPECT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90))) << "until the port is opened again";
+    synthesizer_->Close();
+    ASSERT_TRUE(synthesizer_->Open());
+    EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    api_.WaitFor("load " + otherFont_.native());
+}
+
 TEST_F(SynthesizerTest, SettingsOutliveTheSession) {
     environment_.audioDriver = "pulseaudio";
     SynthSettings settings;
