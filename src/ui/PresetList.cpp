@@ -100,10 +100,12 @@ void PresetList::updateButtons() {
     ui_->delBtn->setEnabled(item != nullptr && !item->data(kFactoryRole).toBool());
 }
 
-void PresetList::listSelectionChanged(QListWidgetItem* current, QListWidgetItem*) {
+void PresetList::listSelectionChanged(QListWidgetItem* current, QListWidgetItem* previous) {
     updateButtons();
-    if (current != nullptr && ui_->presetList->hasFocus()) {
-        ui_->presetName->setText(current->text());  // moving by the arrow keys names a preset as a click does
+    // Moving by the arrow keys names a preset as a click does; that the focus arrives, which makes the first item the
+    // current one, does not.
+    if (current != nullptr && previous != nullptr && ui_->presetList->hasFocus()) {
+        ui_->presetName->setText(current->text());
     }
 }
 

@@ -177,6 +177,22 @@ TEST_F(Presets, TheArrowKeysNameThePresetToo) {
     EXPECT_EQ(Name().text(), "Alto");
 }
 
+TEST_F(Presets, TheFocusArrivingAtTheListLeavesTheName) {
+    AddUser(L"Alto");
+    AddUser(L"Bass");
+    front.reset();
+    rig.CreateOpen();  // whose preset has no name
+    front.emplace(*rig.engine);
+    Open(true);
+    EXPECT_EQ(Name().text(), "");
+    EXPECT_FALSE(Button("saveBtn").isEnabled());
+    QTest::keyClicks(&Name(), "Mine");
+    List().setFocus(Qt::BacktabFocusReason);
+    EXPECT_EQ(Name().text(), "Mine");
+    QTest::keyClick(&List(), Qt::Key_Down);
+    EXPECT_EQ(Name().text(), "Bass");
+}
+
 TEST_F(Presets, SavingUnderANewNameAsksNothing) {
     Open(true);
     Name().setText("Mine");
