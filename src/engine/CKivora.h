@@ -190,7 +190,8 @@ public:
     bool IsMetronomeOn() const;
     void RestartClock();
     NK::MIDI::MusicalClock GetMusicalClock() const;
-    /// Advances the clock and the arpeggiators. A run of more than 24 days restarts the clock. [tick]
+    /// Advances the clock and the arpeggiators, which go on from the new position when the wall clock went back. A run
+    /// of more than 24 days restarts the clock. [tick]
     void OnTimer(std::uint32_t timerId) override;
 
     // Recording. [gui]
@@ -317,6 +318,7 @@ private:
     void ListPortNames() NK_REQUIRES(lock_);
     bool LoseOutput() NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
+    void SyncArpeggiators() NK_REQUIRES(lock_);
 
     NK::CString GetSettingsPath();
     void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);

@@ -66,6 +66,10 @@ void CKivora::RestartClock() {
     clock_.bar = 0;
     clock_.beat = 0;
     clock_.offset = 0;
+    SyncArpeggiators();
+}
+
+void CKivora::SyncArpeggiators() {
     for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
         arpeggiator.SyncToTime(&clock_);
     }
@@ -87,11 +91,16 @@ void CKivora::AdvanceClock() {
         RestartClock();
         elapsed = 0;
     }
+    const int tickBefore = clock_.ToTick();
     SetClockPosition(clock_, elapsed);
+    if (clock_.ToTick() < tickBefore) {
+        // Else a held chord would be silent until the time that the wall clock had shown comes again.
+        SyncArpeggiators();
+    }
 }
 
 void CKivora::OnTimer(std::uint32_t) {
-    if (tickTimer_) {
+    if (dependencies_.runTickTimer) {
         NK_REGISTER_THREAD_ROLE(tick);
     }
     NK_ASSERT_THREAD_ROLE(tick);

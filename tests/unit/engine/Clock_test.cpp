@@ -86,6 +86,46 @@ TEST_F(Clock, AWallClockThatGoesBackALittleIsFollowed) {
     EXPECT_THAT(Position(), ElementsAre(0, 1, 200));
 }
 
+TEST_F(Clock, AWallClockThatGoesBackDoesNotSilenceAHeldChord) {
+    engine.SetOutputPortByName(kSynth);
+    engine.SetArpeggiating(true);
+    engine.PlayNoteOn(60, 100);
+    for (const std::int64_t backMs : {5'000, 900'000}) {
+        rig.Run(6'000);
+        rig.time.AdvanceMs(-backMs);
+        rig.TakeWritten();
+        rig.Run(600);
+        EXPECT_THAT(rig.TakeWritten(), testing::Contains("90 3c 64").Times(testing::Ge(2))) << backMs;
+    }
+}
+
+TEST_F(Clock, TenMinutesOfAHeldChordDriftByNoTick) {
+    constexpr int kTempo = 133;
+    constexpr double kTickMs = 60'000.0 / kTempo / NK::MIDI::MusicalClock::kTicksPerQuarter;
+    constexpr int kStepTicks = 96;
+    engine.SetOutputPortByName(kSynth);
+    engine.SetTempo(kTempo);
+    engine.SetArpeggiating(true);
+    rig.Run(1);
+    engine.PlayNoteOn(60, 100);
+    std::int64_t steps = 0;
+    engine.RestartClock();
+    const std::int64_t start = rig.time.GetTimeMs();
+    rig.GetDevice(kSynth).keepsWritten = false;
+    rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) {
+        if (event.status != 0x90) {
+            return;
+        }
+        ++steps;
+        const double exact = static_cast<double>(steps * kStepTicks) * kTickMs;
+        const double late = static_cast<double>(rig.time.GetTimeMs() - start) - exact;
+        // Half a tick early at most, and late by the clock's two truncations to a millisecond.
+        ASSERT_TRUE(late >= -kTickMs / 2 - 1e-6 && late < 2) << "step " << steps << " late by " << late << " ms";
+    };
+    rig.Run(600'000);
+    EXPECT_EQ(steps, 10 * kTempo * 2);
+}
+
 TEST_F(Clock, ARunOfMoreThan24DaysStartsAnew) {
     constexpr std::int64_t kDay = 24LL * 60 * 60 * 1000;
     AdvanceTo(24 * kDay);
