@@ -121,10 +121,12 @@ public:
     // on the slot's channel. Any other channel message: sent once on the channel of every slot, shown once.
     /// Gives up without sending when the port is being closed; waits for the lock otherwise. [input]
     void OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) override;
-    /// Ends the keys and the pedal that the input holds, then InputLost(). [input]
+    /// Ends the keys and the pedals that the input holds, then InputLost(). [input]
     void OnMIDIDataLost(std::uint32_t lostCount) override;
-    /// Sends note-offs, velocity 0, for the keys that the input port holds, and lifts its pedal.
+    /// Sends note-offs, velocity 0, for the keys that the input port holds, and lifts its pedals.
     void ReleaseInputKeys();
+    /// Lifts the sostenuto and the hold 2 pedal that the input port holds; its keys and its sustain pedal stay.
+    void LiftInputHolds();
     std::uint32_t GetInputLostCount() const;  ///< losses since the input port was opened; 0 without one
 
     // Ports. Failures throw NK::CException with a translated text. [gui]
@@ -314,6 +316,7 @@ private:
 
     bool LockForInput() NK_TRY_ACQUIRE(true, lock_);
     void ProcessInput(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_);
+    void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
     void ListPortNames() NK_REQUIRES(lock_);
     bool LoseOutput() NK_REQUIRES(lock_);

@@ -8,16 +8,6 @@ namespace {
 constexpr std::uint8_t kNoteOff = 0x80;
 constexpr std::uint8_t kNoteOn = 0x90;
 constexpr std::uint8_t kKeyPressure = 0xA0;
-constexpr std::uint8_t kController = 0xB0;
-
-/// Whether a message holds notes beyond their keys (MIDI 1.0, table III): what of these is written last decides what
-/// goes on sounding, and messages that wait together in the sink do not keep their order.
-bool IsPedal(NK::MIDI::TMIDIMessage message) {
-    constexpr std::uint8_t kSostenuto = 66;
-    constexpr std::uint8_t kHold2 = 69;
-    return message.status == kController &&
-           (message.data1 == HeldKeys::kSustainController || message.data1 == kSostenuto || message.data1 == kHold2);
-}
 }  // namespace
 
 bool CKivora::LockForInput() {
@@ -56,7 +46,9 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
             break;
     }
     if (IsReady()) {
-        if (IsPedal(message)) {
+        if (HeldKeys::IsPedal(message)) {
+            // What of these is written last decides what goes on sounding, and messages that wait together in the sink
+            // do not keep their order.
             SettleOutput();
         }
         if (message.status < 0x80 || message.status > 0xEF) {
@@ -87,11 +79,24 @@ void CKivora::ReleaseInputKeys() {
             SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
         }
     }
-    if (inputKeys_.IsPedalDown()) {
-        SettleOutput();
-        SetSustain(false);
+    for (const std::uint8_t pedal : HeldKeys::kPedals) {
+        LiftInputPedal(pedal);
     }
     inputKeys_.Clear();
+}
+
+void CKivora::LiftInputHolds() {
+    const CLockGuard guard(lock_);
+    LiftInputPedal(HeldKeys::kSostenutoController);
+    LiftInputPedal(HeldKeys::kHold2Controller);
+}
+
+void CKivora::LiftInputPedal(std::uint8_t controller) {
+    if (sink_ && inputKeys_.IsPedalDown(controller)) {
+        SettleOutput();
+        SendController(controller, 0);
+        inputKeys_.LiftPedal(controller);
+    }
 }
 
 std::uint32_t CKivora::GetInputLostCount() const {

@@ -23,6 +23,7 @@ void EngineFront::Silence() {
     if (pedalDown_) {
         engine_.SetSustain(false);
     }
+    engine_.LiftInputHolds();
     engine_.AllNotesOff();
     engine_.EndTimedNotes();
     engine_.SettleOutput();

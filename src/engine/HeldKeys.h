@@ -1,6 +1,7 @@
-// The keys and the pedal that one source holds down.
+// The keys and the pedals that one source holds down.
 #pragma once
 
+#include <array>
 #include <bitset>
 #include <cstdint>
 
@@ -8,21 +9,30 @@
 
 namespace Kivora {
 
-/// Follows the notes and the sustain pedal in a stream of messages, whatever their channel. Plain value; whoever owns
-/// one says what guards it.
+/// Follows the notes and the pedals that hold notes in a stream of messages, whatever their channel. Plain value;
+/// whoever owns one says what guards it.
 class HeldKeys {
 public:
-    static constexpr std::uint8_t kSustainController = 64;  ///< MIDI 1.0, table III
+    // MIDI 1.0, table III.
+    static constexpr std::uint8_t kSustainController = 64;
+    static constexpr std::uint8_t kSostenutoController = 66;
+    static constexpr std::uint8_t kHold2Controller = 69;
+    static constexpr std::array kPedals{kSustainController, kSostenutoController, kHold2Controller};
+
+    /// Whether a message moves one of these pedals.
+    static bool IsPedal(NK::MIDI::TMIDIMessage message) noexcept;
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
     bool IsHeld(std::uint8_t note) const noexcept { return note < 128 && notes_[note]; }
-    bool IsPedalDown() const noexcept { return pedalDown_; }
-    bool IsAnyHeld() const noexcept { return pedalDown_ || notes_.any(); }
+    /// False for a controller that is no pedal.
+    bool IsPedalDown(std::uint8_t controller) const noexcept;
+    bool IsAnyHeld() const noexcept { return pedals_.any() || notes_.any(); }
+    void LiftPedal(std::uint8_t controller) noexcept;
     void Clear() noexcept;
 
 private:
     std::bitset<128> notes_;
-    bool pedalDown_ = false;
+    std::bitset<128> pedals_;  ///< by controller
 };
 
 }  // namespace Kivora

@@ -9,8 +9,9 @@
 
 namespace KivoraTest {
 
-/// Follows notes, the sustain pedal and controller 123 per channel, as MIDI 1.0 has them: a pedal holds what is
-/// released under it, controller 123 included. A System Reset changes nothing, as on many devices.
+/// Follows notes, the sustain and the sostenuto pedal and controller 123 per channel, as MIDI 1.0 has them: a pedal
+/// holds what is released under it, controller 123 included, the sostenuto pedal only what was down when it went down.
+/// A System Reset changes nothing, as on many devices.
 class SynthModel {
 public:
     static constexpr int kChannels = 16;
@@ -27,6 +28,7 @@ public:
                 } else {
                     channel.pressed.set(event.data1);
                     channel.sustained.reset(event.data1);
+                    channel.kept.reset(event.data1);
                 }
                 break;
             case 0xB0:
@@ -35,10 +37,19 @@ public:
                     if (!channel.pedal) {
                         channel.sustained.reset();
                     }
+                } else if (event.data1 == 66) {
+                    if (event.data2 == 0) {
+                        channel.kept.reset();
+                        channel.caught.reset();
+                    } else if (!channel.sostenuto) {
+                        channel.caught = channel.pressed;
+                    }
+                    channel.sostenuto = event.data2 != 0;
                 } else if (event.data1 == 123) {
                     if (channel.pedal) {
                         channel.sustained |= channel.pressed;
                     }
+                    channel.kept |= channel.pressed & channel.caught;
                     channel.pressed.reset();
                 }
                 break;
@@ -60,9 +71,17 @@ public:
         }
         return false;
     }
+    bool IsSostenutoDown() const {
+        for (const Channel& channel : channels_) {
+            if (channel.sostenuto) {
+                return true;
+            }
+        }
+        return false;
+    }
     bool IsSounding() const {
         for (const Channel& channel : channels_) {
-            if (channel.pressed.any() || channel.sustained.any()) {
+            if (channel.pressed.any() || channel.sustained.any() || channel.kept.any()) {
                 return true;
             }
         }
@@ -72,13 +91,19 @@ public:
 private:
     struct Channel {
         std::bitset<128> pressed;
-        std::bitset<128> sustained;
+        std::bitset<128> sustained;  ///< released under the sustain pedal
+        std::bitset<128> caught;     ///< down when the sostenuto pedal went down
+        std::bitset<128> kept;       ///< of these, released
         bool pedal = false;
+        bool sostenuto = false;
     };
 
     static void Release(Channel& channel, std::uint8_t note) {
         if (channel.pedal && channel.pressed[note]) {
             channel.sustained.set(note);
+        }
+        if (channel.caught[note] && channel.pressed[note]) {
+            channel.kept.set(note);
         }
         channel.pressed.reset(note);
     }

@@ -184,19 +184,26 @@ TEST(PortSelection, MatchesPartsOfNamesAndIsCaseSensitive) {
     EXPECT_EQ(FindByCandidates({L"Synth"}, Names({})), -1);
 }
 
-TEST(HeldKeys, FollowsNotesAndThePedalOnAnyChannel) {
+TEST(HeldKeys, FollowsNotesAndPedalsOnAnyChannel) {
     HeldKeys keys;
     EXPECT_FALSE(keys.IsAnyHeld());
     keys.Follow({0x90, 3, 60, 1});
     keys.Follow({0xB0, 5, 64, 127});
+    keys.Follow({0xB0, 5, 66, 1});
     EXPECT_TRUE(keys.IsHeld(60));
     EXPECT_FALSE(keys.IsHeld(61));
-    EXPECT_TRUE(keys.IsPedalDown());
+    EXPECT_TRUE(keys.IsPedalDown(64));
+    EXPECT_TRUE(keys.IsPedalDown(66));
+    EXPECT_FALSE(keys.IsPedalDown(69));
     keys.Follow({0x90, 4, 60, 0});
     EXPECT_FALSE(keys.IsHeld(60));
-    EXPECT_TRUE(keys.IsAnyHeld());
     keys.Follow({0xB0, 1, 64, 0});
+    EXPECT_FALSE(keys.IsPedalDown(64));
+    EXPECT_TRUE(keys.IsAnyHeld());
+    keys.LiftPedal(66);
     EXPECT_FALSE(keys.IsAnyHeld());
+    keys.Follow({0xB0, 1, 69, 127});
+    EXPECT_TRUE(keys.IsPedalDown(69));
 }
 
 TEST(HeldKeys, OtherMessagesChangeNothingAndClearForgetsAll) {
@@ -204,10 +211,15 @@ TEST(HeldKeys, OtherMessagesChangeNothingAndClearForgetsAll) {
     keys.Follow({0x90, 1, 60, 1});
     keys.Follow({0xA0, 1, 60, 0});
     keys.Follow({0xB0, 1, 7, 127});
+    keys.Follow({0xB0, 1, 65, 127});
+    keys.Follow({0xB0, 1, 200, 127});
     keys.Follow({0x90, 1, 200, 1});
     EXPECT_TRUE(keys.IsHeld(60));
     EXPECT_FALSE(keys.IsHeld(200));
-    EXPECT_FALSE(keys.IsPedalDown());
+    for (int controller = 0; controller < 256; ++controller) {
+        EXPECT_FALSE(keys.IsPedalDown(static_cast<std::uint8_t>(controller))) << controller;
+    }
+    keys.LiftPedal(200);
     keys.Clear();
     EXPECT_FALSE(keys.IsAnyHeld());
 }

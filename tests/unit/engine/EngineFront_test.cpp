@@ -198,6 +198,43 @@ TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
     EXPECT_FALSE(synth.IsSounding());
 }
 
+TEST_F(Front, WhatTheSostenutoPedalKeepsEndsWhereverNotesAreEnded) {
+    const auto keep = [this] {
+        rig.GetKeyboard().Deliver(0x90, 60, 100);
+        rig.GetKeyboard().Deliver(0xB0, 66, 127);
+        rig.GetKeyboard().Deliver(0x80, 60, 0);
+        EXPECT_TRUE(IsSounding());
+        EXPECT_TRUE(synth.IsSostenutoDown());
+    };
+    const auto expectSilence = [this](const char* after) {
+        EXPECT_FALSE(IsSounding()) << after;
+        EXPECT_FALSE(synth.IsSostenutoDown()) << after;
+    };
+    keep();
+    front.SetPatch(-1, 0);
+    expectSilence("a patch change across the percussion border");
+    keep();
+    front.AllNotesOff();
+    expectSilence("all notes off");
+    keep();
+    front.Panic();
+    expectSilence("a panic");
+    keep();
+    rig.GetKeyboard().Lose(1);
+    expectSilence("a loss");
+    keep();
+    front.SetInputPortByIndex(1);
+    expectSilence("another input");
+    front.SetInputPortByIndex(0);
+    keep();
+    front.SetOutputPortByIndex(1);
+    expectSilence("another output");
+    front.SetOutputPortByIndex(0);
+    keep();
+    front.Close();
+    expectSilence("closing");
+}
+
 TEST_F(Front, AnInputPortChangeEndsTheKeysThatTheOldInputHolds) {
     rig.GetKeyboard().Deliver(0x90, 60, 100);
     rig.GetKeyboard().Deliver(0xB0, 64, 127);

@@ -50,6 +50,9 @@ public:
             rig_.Run(1 + Draw(20));
         } else if (choice < 95) {
             CheckAtRest();
+            if (Draw(100) == 0) {
+                LetGo();
+            }
         } else if (Draw(10) == 0) {
             ActRarely();
         }
@@ -101,6 +104,7 @@ private:
     void ForgetInput() {
         external_.reset();
         externalPedal_ = false;
+        externalSostenuto_ = false;
     }
 
     FakeInPort* GetInput() {
@@ -195,6 +199,10 @@ private:
             space_ = !space_;
             Name("space", space_ ? 1 : 0);
             front_->SetSustain(space_);
+        } else if (Draw(3) == 0) {
+            externalSostenuto_ = !externalSostenuto_;
+            Name("sostenuto", externalSostenuto_ ? 1 : 0);
+            input->Deliver(0xB7, 66, externalSostenuto_ ? 127 : 0);
         } else {
             externalPedal_ = !externalPedal_;
             Name("pedal", externalPedal_ ? 1 : 0);
@@ -311,10 +319,14 @@ private:
             GetOutput(index).failsToWrite = false;
         }
         GetOutput(index).failsToOpen = Draw(5) == 0;
+        const bool wasLost = GetEngine().IsOutputLost();
         try {
             front_->SetOutputPortByIndex(static_cast<int>(index));
         } catch (const NK::CException&) {
             Name("failed");
+        }
+        if (wasLost) {
+            ForgetInput();  // it was opened anew
         }
     }
 
@@ -408,6 +420,47 @@ private:
             if (synth.IsPedalDown() && !space_ && !externalPedal_) {
                 Fail("the pedal hangs");
             }
+            if (synth.IsSostenutoDown() && !externalSostenuto_) {
+                Fail("the sostenuto pedal hangs");
+            }
+        }
+    }
+
+    /// Every key and pedal goes up; then nothing sounds, and for the longest step of an arpeggio nothing is played.
+    void LetGo() {
+        Name("let go");
+        FakeInPort* const input = GetInput();
+        for (int i = 0; i < 128; ++i) {
+            const auto note = static_cast<std::uint8_t>(i);
+            if (screen_[note]) {
+                GetEngine().PlayNoteOff(note);
+            }
+            if (computer_[note]) {
+                GetEngine().PlayNoteOff(note);
+            }
+            if (external_[note] && input != nullptr) {
+                input->Deliver(0x80, note, 0);
+            }
+        }
+        screen_.reset();
+        computer_.reset();
+        if (input != nullptr) {
+            input->Deliver(0xB3, 64, 0);
+            input->Deliver(0xB7, 66, 0);
+        }
+        ForgetInput();
+        space_ = false;
+        front_->SetSustain(false);
+        rig_.Run(2);
+        GetEngine().EndTimedNotes();
+        rig_.RunPlayer();
+        for (int i = 0; i < 3200; ++i) {
+            for (const SynthModel& synth : synths_) {
+                if (synth.IsSounding() || synth.IsPedalDown()) {
+                    return Fail("something sounds although every key is up");
+                }
+            }
+            rig_.Run(1);
         }
     }
 
@@ -420,6 +473,7 @@ private:
     Keys external_;
     bool space_ = false;
     bool externalPedal_ = false;
+    bool externalSostenuto_ = false;
     int actions_ = 0;
     std::deque<std::string> last_;
     std::string failure_;
