@@ -1,4 +1,5 @@
 #include "engine/EngineFront.h"
+#include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -172,7 +173,34 @@ bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
 }
 
 bool EngineFront::SetOutputPortByIndex(int index) {
-    return engine_.WithLock([&] { return ChangeOutput([&] { return engine_.SetOutputPortByIndex(index); }); });
+    return engine_.WithLock([&] {
+        return ChangeOutput(
+            [&] { return engine_.IsOutputLost() ? ReplaceLostOutput(index) : engine_.SetOutputPortByIndex(index); });
+    });
+}
+
+bool EngineFront::ReplaceLostOutput(int index) {
+    const NK::CStringArray names = engine_.GetOutputPortNames();
+    if (index < 0 || index >= static_cast<int>(names.GetSize())) {
+        return false;
+    }
+    const NK::CString lost = engine_.GetOutputPortName();
+    engine_.ReleaseInputKeys();
+    engine_.CloseOutputPort();
+    const auto keepName = [&] {
+        if (engine_.GetOutputPortIndex() < 0) {
+            engine_.SetSavedOutputPortName(lost);
+        }
+    };
+    engine_.SetSavedOutputPortName(names[static_cast<std::uint32_t>(index)]);
+    try {
+        engine_.RescanPorts();
+    } catch (const NK::CException&) {
+        keepName();
+        throw;
+    }
+    keepName();
+    return engine_.GetOutputPortIndex() >= 0;
 }
 
 bool EngineFront::SetInputPortByIndex(int index) {
@@ -188,10 +216,31 @@ void EngineFront::OpenPorts() {
     engine_.WithLock([&] {
         engine_.ReleaseInputKeys();
         ChangeOutput([&] {
-            engine_.OpenPorts();
+            try {
+                engine_.OpenPorts();
+            } catch (const NK::CException&) {
+                OpenRemainingPorts();
+                throw;
+            }
             return true;
         });
     });
+}
+
+void EngineFront::OpenRemainingPorts() {
+    const auto attempt = [](auto open) {
+        try {
+            open();
+        } catch (const NK::CException&) {
+            // The first failure is the one that is told.
+        }
+    };
+    if (engine_.GetInputPortIndex() < 0) {
+        attempt([this] { engine_.SetInputPortByName(engine_.GetInputPortName()); });
+    }
+    if (engine_.GetOutputPortName().IsEmpty()) {
+        attempt([this] { engine_.SetOutputPortByName(engine_.GetDefaultOutputPortName()); });
+    }
 }
 
 bool EngineFront::RescanPorts() {
@@ -207,7 +256,10 @@ bool EngineFront::RescanPorts() {
 bool EngineFront::StartRecording() {
     return engine_.WithLock([&] {
         engine_.SettleOutput();
-        return engine_.StartRecording();
+        const bool pedal = pedalDown_;
+        const bool started = engine_.StartRecording();
+        RestorePedal(started && pedal);
+        return started;
     });
 }
 

@@ -59,10 +59,14 @@ public:
     bool LoadSettings();
 
     // These throw as the engine's operations do.
+    /// In place of an output that was lost the devices are looked for first: a device that is back may have another
+    /// place, and a library may send nothing to any port before it is started anew. The input is opened again then.
     bool SetOutputPortByIndex(int index);
     bool SetInputPortByIndex(int index);
+    /// A port that fails keeps no other from being opened; throws the first failure then.
     void OpenPorts();
     bool RescanPorts();
+    /// A pedal that is down goes down again, in the recording too.
     bool StartRecording();
 
     /// Closes the input, ends every note and lets the player write it. Before the engine is destroyed.
@@ -72,6 +76,8 @@ private:
     void Silence();
     void RestorePedal(bool down);
     bool ChangeOutput(const std::function<bool()>& change);
+    bool ReplaceLostOutput(int index);
+    void OpenRemainingPorts();
     void ChangePatch(int slot, int patch);
     void RaiseGates();
 

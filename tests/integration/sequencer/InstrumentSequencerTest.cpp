@@ -26,6 +26,7 @@ protected:
             return;
         }
         client = std::make_unique<CSequencerClient>("Test synth", "Test keyboard");
+        otherClient = std::make_unique<CSequencerClient>("Other synth", "Other keyboard");
         engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
             .backends = {LibMidi::PortMIDIBackend()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
         front = std::make_unique<Kivora::EngineFront>(*engine);
@@ -51,7 +52,19 @@ protected:
         return texts;
     }
 
+    /// The place of an output port in the engine's list; -1 when it is not there.
+    int FindOutput(const wchar_t* name) const { return engine->GetOutputPortNames().Find(name); }
+    /// The program with the open output ends, and the engine notices.
+    void LoseOutput() {
+        client.reset();
+        ASSERT_TRUE(WaitUntil([&] {
+            engine->PlayNoteOn(60, 100);
+            return engine->IsOutputLost();
+        }));
+    }
+
     std::unique_ptr<CSequencerClient> client;
+    std::unique_ptr<CSequencerClient> otherClient;
     std::unique_ptr<Kivora::CKivora> engine;
     std::unique_ptr<Kivora::EngineFront> front;
 };
@@ -98,4 +111,32 @@ TEST_F(InstrumentSequencer, AHeldChordIsPlayedAsThePatternSaysUntilItIsReleased)
         const int next = played[i] == 60 ? 64 : played[i] == 64 ? 67 : 60;
         EXPECT_EQ(played[i + 1], next) << "step " << i;
     }
+}
+
+TEST_F(InstrumentSequencer, InPlaceOfAnOutputThatHasGoneAnotherOnePlays) {
+    LoseOutput();
+    ASSERT_TRUE(front->SetOutputPortByIndex(FindOutput(L"Other synth")));
+    engine->PlayNoteOn(62, 100);
+    EXPECT_TRUE(WaitUntil([&] { return otherClient->GetCount() >= 1 || engine->IsOutputLost(); }));
+    EXPECT_FALSE(engine->IsOutputLost());
+    ASSERT_EQ(otherClient->GetCount(), 1U);
+    EXPECT_EQ(otherClient->GetNotes()[0].note, 62);
+    EXPECT_EQ(FindOutput(L"Test synth"), -1);
+}
+
+TEST_F(InstrumentSequencer, AnOutputThatComesBackIsFoundByName) {
+    LoseOutput();
+    client = std::make_unique<CSequencerClient>("Test synth", "Test keyboard");
+    ASSERT_TRUE(front->RescanPorts());
+    ASSERT_TRUE(engine->IsOutputReady());
+    EXPECT_FALSE(engine->IsOutputLost());
+    // What PortMidi could not send to the old one may have come first.
+    const auto hasArrived = [this](const char* text) {
+        const std::vector<std::string> notes = GetNotes();
+        return std::find(notes.begin(), notes.end(), text) != notes.end();
+    };
+    engine->PlayNoteOn(62, 100);
+    EXPECT_TRUE(WaitUntil([&] { return hasArrived("on 62"); }));
+    client->Send(0, 64, 100);
+    EXPECT_TRUE(WaitUntil([&] { return hasArrived("on 64"); }));
 }

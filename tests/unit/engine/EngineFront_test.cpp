@@ -267,6 +267,91 @@ TEST_F(Front, ARescanWhileRecordingIsRefusedAndSilencesNothing) {
     EXPECT_TRUE(IsSounding());
 }
 
+TEST_F(Front, APedalThatIsDownWhenARecordingStartsGoesDownAgainInTheRecording) {
+    front.SetSustain(true);
+    rig.TakeWritten();
+    ASSERT_TRUE(front.StartRecording());
+    rig.RunPlayer();
+    EXPECT_THAT(rig.TakeWritten(), testing::IsSupersetOf({"b0 40 7f", "b1 40 7f", "b2 40 7f"}));
+    EXPECT_EQ(engine.GetRecordedCount(), 9) << "patches, volumes and the pedal";
+    EXPECT_FALSE(front.StartRecording());
+    rig.RunPlayer();
+    EXPECT_EQ(engine.GetRecordedCount(), 9);
+}
+
+TEST_F(Front, ASavedOutputThatFailsDoesNotCostTheInput) {
+    engine.CloseInputPort();
+    engine.SetSavedOutputPortName(kOtherSynth);
+    rig.GetDevice(kOtherSynth).failsToOpen = true;
+    try {
+        front.OpenPorts();
+        ADD_FAILURE() << "nothing thrown";
+    } catch (const NK::CException& failure) {
+        EXPECT_STREQ(failure.GetMessage(), L"Failed to open output MIDI port.");
+    }
+    EXPECT_EQ(engine.GetInputPortIndex(), 0);
+}
+
+TEST_F(Front, AFirstInputThatFailsDoesNotCostTheOutput) {
+    front.Close();
+    engine.CloseOutputPort();
+    engine.SetSavedInputPortName(NK::CString());
+    engine.SetSavedOutputPortName(NK::CString());
+    rig.backend.defaultInput = kKeyboard;
+    rig.GetDevice(kKeyboard).failsToOpen = true;
+    try {
+        front.OpenPorts();
+        ADD_FAILURE() << "nothing thrown";
+    } catch (const NK::CException& failure) {
+        EXPECT_STREQ(failure.GetMessage(), L"Failed to open input MIDI port: Keyboard");
+    }
+    EXPECT_EQ(engine.GetOutputPortName(), kSynth);
+    EXPECT_TRUE(engine.IsOutputReady());
+}
+
+// A port that was lost.
+
+TEST_F(Front, InPlaceOfALostOutputTheDevicesAreLookedForFirst) {
+    rig.GetDevice(kSynth).failsToWrite = true;
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    ASSERT_TRUE(engine.IsOutputLost());
+    rig.backend.Unplug(kSynth);
+    const int created = rig.backend.created;
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_EQ(rig.backend.created, created + 1);
+    EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
+    EXPECT_EQ(engine.GetOutputPortIndex(), 0) << "its place in the new list";
+    EXPECT_EQ(engine.GetInputPortIndex(), 0);
+    rig.TakeWritten(kOtherSynth);
+    rig.GetKeyboard().Deliver(0x90, 62, 100);
+    EXPECT_THAT(rig.TakeWritten(kOtherSynth), ElementsAre("90 3e 64"));
+}
+
+TEST_F(Front, ALostOutputComesBackUnderItsName) {
+    rig.GetDevice(kSynth).failsToWrite = true;
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.backend.Unplug(kSynth);
+    EXPECT_FALSE(front.SetOutputPortByIndex(0)) << "it is not back yet";
+    EXPECT_EQ(engine.GetOutputPortName(), kSynth) << "and stays the saved one";
+    EXPECT_FALSE(front.SetOutputPortByIndex(5));
+    Listen(rig.backend.Plug(kSynth, LibMidi::kOutput).name.c_str(), synth);
+    EXPECT_TRUE(front.RescanPorts());
+    EXPECT_TRUE(engine.IsOutputReady());
+    EXPECT_EQ(engine.GetOutputPortIndex(), 1);
+}
+
+TEST_F(Front, WhenTheReplacementOfALostOutputFailsTheSavedNameStays) {
+    rig.GetDevice(kSynth).failsToWrite = true;
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.GetDevice(kOtherSynth).failsToOpen = true;
+    EXPECT_THROW(front.SetOutputPortByIndex(1), NK::CException);
+    EXPECT_EQ(engine.GetOutputPortName(), kSynth);
+    EXPECT_EQ(engine.GetInputPortIndex(), 0);
+}
+
 TEST_F(Front, ClosingSilencesFirstAndLetsThePlayerWriteIt) {
     engine.PlayNoteOn(60, 100);
     front.SetSustain(true);

@@ -171,7 +171,9 @@ TEST_F(Threads, QuittingUnderAFloodNeverDeadlocks) {
 TEST_F(Threads, APulledOutOutputUnderAFloodIsToldOnceAndAnotherIsOpened) {
     std::atomic<int> told{0};
     QObject::connect(engine.get(), &Kivora::CKivora::OutputLost, [&told] { ++told; });
-    StartFlood(*backend.GetIn(kKeyboard));
+    FakeInPort& port = *backend.GetIn(kKeyboard);
+    port.onClosing = [this] { StopFlood(); };
+    StartFlood(port);
     WaitForFlood(5);
     backend.devices[0]->failsToWrite = true;
     while (told == 0) {
@@ -180,6 +182,7 @@ TEST_F(Threads, APulledOutOutputUnderAFloodIsToldOnceAndAnotherIsOpened) {
     WaitForFlood(20);
     EXPECT_EQ(told, 1);
     EXPECT_TRUE(front->SetOutputPortByIndex(1));
+    StartFlood(*backend.GetIn(kKeyboard));
     const int before = written;
     while (written == before) {
         std::this_thread::yield();
