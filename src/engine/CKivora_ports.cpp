@@ -106,6 +106,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     outputIndex_ = outputNames_.Find(outputPortName_);
     if (!player_->IsRunning() && !player_->Start()) {
         sink_->SetAccepting(false);
+        sink_->Clear();
         Fail(tr("Failed to start MIDI player."));
     }
     sink_->SetAccepting(true);

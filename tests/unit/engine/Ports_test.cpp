@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QMetaMethod>
+#include <QTranslator>
 
 #include <atomic>
 #include <thread>
@@ -146,7 +148,6 @@ TEST_F(Ports, FailurePlayerWillNotStartLeavesThePortOpenAndAttached) {
     EXPECT_TRUE(rig.GetDevice(kSynth).isOpen);
     EXPECT_EQ(rig.player->GetOutputCount(), 1U);
     EXPECT_FALSE(rig.player->IsRunning());
-    rig.player->GetSink()->Clear();
     for (int i = 0; i < 100; ++i) {
         engine.PlayNoteOn(60, 100);
     }
@@ -298,6 +299,25 @@ TEST_F(Ports, EachCandidateIsPreferredToTheLaterOnes) {
 
 TEST_F(Ports, TextAroundMicrosoftSynthesizerStillMatches) {
     EXPECT_EQ(FindDefault({L"Other", L"1: Microsoft Synthesizer [out]"}), 1);
+}
+
+TEST_F(Ports, TheTranslatorsNameIsTriedLast) {
+    class LocalName : public QTranslator {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char* context, const char* text, const char* comment, int) const override {
+            const bool asked = QByteArray(context) == "Kivora::CKivora" &&
+                               QByteArray(text) == "Microsoft Synthesizer" &&
+                               QByteArray(comment) == "System software synthesizer name for the locale";
+            return asked ? QString("Lokaler Klang") : QString();
+        }
+    };
+    LocalName translator;
+    QCoreApplication::installTranslator(&translator);
+    EXPECT_EQ(FindDefault({L"Other", L"1: Lokaler Klang"}), 1);
+    EXPECT_EQ(FindDefault({L"Lokaler Klang", L"Software synthesizer"}), 1);
+    QCoreApplication::removeTranslator(&translator);
+    EXPECT_EQ(FindDefault({L"Other", L"Lokaler Klang"}), -1);
 }
 
 TEST_F(Ports, CapitalsMatchNothingAndTheSystemsDefaultDecides) {
