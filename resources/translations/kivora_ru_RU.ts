@@ -1303,6 +1303,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>The recording cannot be kept on the disk until the next start, so the program goes on. Save the recording in another folder, or discard it.</source>
         <translation>Запись нельзя сохранить на диске до следующего запуска, поэтому программа продолжает работу. Сохраните запись в другую папку или откажитесь от неё.</translation>
     </message>
+    <message>
+        <source>Primary voice arpeggiator</source>
+        <translation>Арпеджиатор основного голоса</translation>
+    </message>
+    <message>
+        <source>Secondary voice arpeggiator</source>
+        <translation>Арпеджиатор второго голоса</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>

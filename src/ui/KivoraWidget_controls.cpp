@@ -262,8 +262,8 @@ void KivoraWidget::nameControls() {
     name(plus_, tr("Increase the value"));
     name(arpeggioOn_, tr("Arpeggio"));
     name(arpeggioView_, tr("Show the arpeggiators"));
-    arpeggiator1_->setCaption(tr("Arpeggiator 1"));
-    arpeggiator2_->setCaption(tr("Arpeggiator 2"));
+    arpeggiator1_->setCaption(tr("Arpeggiator 1"), tr("Primary voice arpeggiator"));
+    arpeggiator2_->setCaption(tr("Arpeggiator 2"), tr("Secondary voice arpeggiator"));
     piano_->setAccessibleName(tr("Piano"));
     hintBar_->setAccessibleName(tr("Computer keys that play the piano"));
     midiLamp_->setAccessibleName(tr("MIDI lamp"));

@@ -78,9 +78,11 @@ void arpeggiatorSettings::setArpeggiator(Kivora::EngineFront* front, int index) 
     refresh();
 }
 
-void arpeggiatorSettings::setCaption(const QString& caption) {
+void arpeggiatorSettings::setCaption(const QString& caption, const QString& purpose) {
     ui_->captionLabel->setText(caption);
+    ui_->captionLabel->setToolTip(purpose);
     setAccessibleName(caption);
+    setAccessibleDescription(purpose);
 }
 
 void arpeggiatorSettings::updateSkin(PanelSkin& skin) {

@@ -25,8 +25,8 @@ public:
 
     /// Arpeggiator 0 or 1 of the front's engine from now on; refreshes. The front is not owned; null detaches.
     void setArpeggiator(Kivora::EngineFront* front, int index);
-    /// Names the panel on its face and for screen readers.
-    void setCaption(const QString& caption);
+    /// Names the panel on its face and for screen readers; the tool tip of the name says what the arpeggiator is for.
+    void setCaption(const QString& caption, const QString& purpose);
     /// Takes the tinted pictures of the skin, which outlives the panel.
     void updateSkin(PanelSkin& skin);
 

@@ -320,9 +320,11 @@ TEST_F(ArpeggiatorPanel, AClickTakesNoFocus) {
 }
 
 TEST_F(ArpeggiatorPanel, TheCaptionNamesThePanel) {
-    panel.setCaption("Arpeggiator 2");
+    panel.setCaption("Arpeggiator 2", "Secondary voice arpeggiator");
     EXPECT_EQ(Find<QLabel>("captionLabel").text(), "Arpeggiator 2");
+    EXPECT_EQ(Find<QLabel>("captionLabel").toolTip(), "Secondary voice arpeggiator");
     EXPECT_EQ(panel.accessibleName(), "Arpeggiator 2");
+    EXPECT_EQ(panel.accessibleDescription(), "Secondary voice arpeggiator");
     EXPECT_EQ(panel.windowTitle(), "Arpeggiator Settings");
 }
 
@@ -330,7 +332,7 @@ TEST_F(ArpeggiatorPanel, NoTextIsCutShortInEitherLanguage) {
     Attach();
     for (const char* locale : {"ru_RU", "en_US"}) {
         Speak(locale);
-        panel.setCaption(QCoreApplication::translate("KivoraWidget", "Arpeggiator 2"));
+        panel.setCaption(QCoreApplication::translate("KivoraWidget", "Arpeggiator 2"), {});
         for (const PanelLabel* label : panel.findChildren<PanelLabel*>()) {
             EXPECT_EQ(label->fittedText().toUpper().toStdString(), label->text().toUpper().toStdString());
         }

@@ -54,6 +54,14 @@ TEST_F(PanelAccessible, RolesAndStatesOfTheControls) {
     EXPECT_EQ(interface("piano")->childCount(), 61);
 }
 
+TEST_F(PanelAccessible, TheArpeggiatorsTellTheirVoice) {
+    EXPECT_EQ(Spoken("arp1"), "Arpeggiator 1 | Primary voice arpeggiator");
+    EXPECT_EQ(Spoken("arp2"), "Arpeggiator 2 | Secondary voice arpeggiator");
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    EXPECT_EQ(Spoken("arp2"), "Арпеджиатор 2 | Арпеджиатор второго голоса");
+}
+
 TEST_F(PanelAccessible, TheTextsOfTheDisplaysAreTold) {
     Engine().SetTempo(133);
     front->SetPatch(19, 0);
