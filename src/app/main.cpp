@@ -13,6 +13,7 @@
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
 #include "nk/nk_thread_role.h"
+#include "nk/nk_time.h"
 #include "ui/EmbeddedFonts.h"
 
 namespace {
@@ -38,6 +39,7 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK_REGISTER_THREAD_ROLE(gui);
+    NK::SeedRandom();  // else random arpeggios would be the same in every run
     QApplication application(argc, argv);
     SetIdentity();
     NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
