@@ -91,7 +91,6 @@ void KivoraWidget::connectEngine() {
     connect(engine_, &CKivora::SynthSet, this, &KivoraWidget::synthSet);
     connect(engine_, &CKivora::VoiceSettingsChanged, this, &KivoraWidget::updateVoiceModeButtons);
     connect(engine_, &CKivora::PresetChanged, this, &KivoraWidget::presetChanged);
-    connect(engine_, &CKivora::UISkinChanged, this, &KivoraWidget::updateSkin);
     connect(engine_, &CKivora::RecordingStateChanged, this, &KivoraWidget::recordingStateChanged);
     connect(engine_, &CKivora::TempoChanged, this, &KivoraWidget::updateTempo);
     connect(engine_, &CKivora::Bar, this, &KivoraWidget::onBar);
@@ -112,6 +111,9 @@ void KivoraWidget::loadSettings() {
     front_->LoadSettings();
     takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
     connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
+    // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
+    // just now is shown by the constructor.
+    connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin, Qt::QueuedConnection);
     connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
 }
 

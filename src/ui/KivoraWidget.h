@@ -206,6 +206,7 @@ private:
     QPixmap background_;  ///< the skin's panel with its legends
     QPixmap wallpaper_;
     NK::Piano::CPCKeyPlayer keys_;
+    QString wallpaperRefused_;  ///< the path whose failure the user was told last; empty for none
     QBasicTimer keySettleTimer_;
     QTimer panelTimer_;
     Desktop desktop_;

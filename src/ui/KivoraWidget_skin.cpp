@@ -1,14 +1,15 @@
 // How the panel looks: colours, wallpaper, the pictures of its controls.
-#include <QApplication>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPaintEvent>
+#include <utility>
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
 #include "ui/arpeggiatorSettings.h"
+#include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/PanelGeometry.h"
@@ -26,15 +27,6 @@ void Dress(PanelKey* button, const QString& name, bool hasDisabled = false) {
     button->setImages(file("In"), file("Pr"), hasDisabled ? file("Dis") : QString());
 }
 
-/// The wait cursor for as long as it lives.
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
-
 }  // namespace
 
 void KivoraWidget::updateSkin() {
@@ -42,13 +34,15 @@ void KivoraWidget::updateSkin() {
     const QString path = engine_ != nullptr ? engine_->GetWallpaper() : QString();
     WallpaperCache::Result loaded;
     if (!path.isEmpty()) {
-        const WaitCursor cursor;
+        const Dialogs::WaitCursor cursor;
         const WallpaperCache cache(QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/");
-        loaded = cache.Load(path, PanelGeometry::kPanel.width() * kFinestScreen);
+        loaded = cache.Load(path, PanelGeometry::kWallpaper.size() * kFinestScreen);
         wallpaper_ = QPixmap::fromImage(loaded.image);
     }
     composeSkin();
-    if (!loaded.error.isEmpty()) {
+    // Told once: the skin is composed anew with every colour that is tried out.
+    const QString refused = loaded.error.isEmpty() ? QString() : path;
+    if (std::exchange(wallpaperRefused_, refused) != refused && !refused.isEmpty()) {
         QMessageBox::critical(this, tr("Error Loading Wallpaper"), loaded.error);
     }
 }

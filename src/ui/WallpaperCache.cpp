@@ -1,5 +1,6 @@
 #include "ui/WallpaperCache.h"
 
+#include <cmath>
 #include <QCoreApplication>
 #include <QImageReader>
 
@@ -22,13 +23,19 @@ QString Failure(const char* source, const QString& path) {
     return Text(source) + "\n" + path;
 }
 
+/// The top of a picture, as much of it as an area shows that it fills from side to side.
+QImage ShownPart(const QImage& picture, const QSize& area) {
+    const int shown = static_cast<int>(std::ceil(static_cast<double>(picture.width()) * area.height() / area.width()));
+    return picture.height() > shown ? picture.copy(0, 0, picture.width(), shown) : picture;
+}
+
 NK::CString ToNK(const QString& text) {
     return NK::CString(text.toStdWString().c_str());
 }
 
 }  // namespace
 
-WallpaperCache::Result WallpaperCache::Load(const QString& path, int width) const {
+WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& area) const {
     if (const QImage kept = LoadKept(path); !kept.isNull()) {
         return {kept, {}};
     }
@@ -42,7 +49,9 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, int width) cons
     if (source.isNull()) {
         return {{}, Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to load wallpaper image from:"), path)};
     }
-    const QImage scaled = source.scaledToWidth(width, Qt::SmoothTransformation).convertToFormat(QImage::Format_RGB32);
+    const QImage scaled = ShownPart(source, area)
+                              .scaledToWidth(area.width(), Qt::SmoothTransformation)
+                              .convertToFormat(QImage::Format_RGB32);
     if (scaled.isNull()) {
         return {{}, Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:"), path)};
     }

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 
 /// Keeps the wallpaper of the last path, scaled to the width that was asked for then, in "wallpaper.bmp" and its path
-/// in "wallpaper.txt", so that a big picture is decoded once. [gui]
+/// in "wallpaper.txt", so that a big picture is decoded once. Of a picture that is higher than the area only the top is
+/// kept. [gui]
 class WallpaperCache {
 public:
     struct Result {
@@ -16,8 +18,8 @@ public:
     /// The folder is created with the first picture.
     explicit WallpaperCache(const QString& folder) : folder_(folder) {}
 
-    /// The picture at that path, `width` pixels wide with its own proportions.
-    Result Load(const QString& path, int width) const;
+    /// The picture at that path, as wide as the area with its own proportions, and cut off below it.
+    Result Load(const QString& path, const QSize& area) const;
 
 private:
     QImage LoadKept(const QString& path) const;

@@ -1,9 +1,12 @@
 // The wallpaper, its cache on the disk, and the tint of the panel.
 #include "widget/ui/PanelRig.h"
 
+#include <atomic>
 #include <filesystem>
 #include <QImage>
+#include <thread>
 
+#include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/Files.h"
 #include "support/FileSizeLimit.h"
 #include "ui/SkinColors.h"
@@ -29,14 +32,22 @@ protected:
         EXPECT_TRUE(picture.save(path));
         return path;
     }
-    QColor ColorAt(const QPoint& point) { return panel->grab(QRect(point, QSize(1, 1))).toImage().pixelColor(0, 0); }
+    /// The panel follows in its next turn of the event loop.
+    void Set(const QString& path) {
+        Engine().SetWallpaper(path);
+        QApplication::processEvents();
+    }
+    QColor ColorAt(const QPoint& point) {
+        QApplication::processEvents();
+        return panel->grab(QRect(point, QSize(1, 1))).toImage().pixelColor(0, 0);
+    }
     int HueAt(const QPoint& point) { return ColorAt(point).hsvHue(); }
     QString CachePicture() { return PathOf("user/Cache/wallpaper.bmp"); }
     QString CachePath() { return PathOf("user/Cache/wallpaper.txt"); }
     void ExpectFailure(const QString& wallpaper, const QString& text, const QString& path) {
         ModalAnswers answers;
         answers.Click(QMessageBox::Ok);
-        Engine().SetWallpaper(wallpaper);
+        Set(wallpaper);
         EXPECT_EQ(answers.seen, Seen{"Error Loading Wallpaper: " + (text + "\n" + path).toStdString()});
         EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the cursor is restored";
     }
@@ -44,10 +55,10 @@ protected:
 
 TEST_F(PanelWallpaper, IsScaledToThePanelsWidthAndKept) {
     const QString path = MakePicture("blue.png", Qt::blue);
-    Engine().SetWallpaper(path);
+    Set(path);
     EXPECT_EQ(HueAt(kBareBody), kBlue);
     const QImage kept(CachePicture(), "BMP");
-    EXPECT_EQ(kept.size(), QSize(2 * 1180, 2 * 400)) << "fine enough for a screen at 2x";
+    EXPECT_EQ(kept.size(), QSize(2 * 1180, 2 * 300)) << "what is shown, fine enough for a screen at 2x";
     EXPECT_EQ(QImage(path).size(), QSize(590, 200));
     EXPECT_NE(ReadFileBytes((rig.folder / "user/Cache/wallpaper.txt")).find("blue.png"), std::string::npos);
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
@@ -55,7 +66,7 @@ TEST_F(PanelWallpaper, IsScaledToThePanelsWidthAndKept) {
 
 TEST_F(PanelWallpaper, AKeptPictureIsNotDecodedAgain) {
     const QString path = MakePicture("blue.png", Qt::blue);
-    Engine().SetWallpaper(path);
+    Set(path);
     QImage kept(CachePicture());
     kept.fill(Qt::green);
     ASSERT_TRUE(kept.save(CachePicture(), "BMP"));
@@ -65,16 +76,16 @@ TEST_F(PanelWallpaper, AKeptPictureIsNotDecodedAgain) {
 }
 
 TEST_F(PanelWallpaper, APictureKeptForAnotherPathIsNotUsed) {
-    Engine().SetWallpaper(MakePicture("blue.png", Qt::blue));
-    Engine().SetWallpaper(MakePicture("red.png", Qt::red));
+    Set(MakePicture("blue.png", Qt::blue));
+    Set(MakePicture("red.png", Qt::red));
     EXPECT_EQ(HueAt(kBareBody), kRed);
-    Engine().SetWallpaper(PathOf("blue.png"));
+    Set(PathOf("blue.png"));
     EXPECT_EQ(HueAt(kBareBody), kBlue);
 }
 
 TEST_F(PanelWallpaper, ADamagedCacheIsBuiltAnew) {
     const QString path = MakePicture("blue.png", Qt::blue);
-    Engine().SetWallpaper(path);
+    Set(path);
     const std::string good = ReadFileBytes(rig.folder / "user/Cache/wallpaper.bmp");
     for (const std::string& damaged : {std::string(), std::string("BM"), good.substr(0, 40)}) {
         WriteFileBytes(rig.folder / "user/Cache/wallpaper.bmp", damaged);
@@ -94,23 +105,39 @@ TEST_F(PanelWallpaper, ADamagedCacheIsBuiltAnew) {
 
 TEST_F(PanelWallpaper, APathOfAnyLettersIsKept) {
     const QString path = MakePicture("обои \xE2\x99\xAB.png", Qt::blue);
-    Engine().SetWallpaper(path);
+    Set(path);
     ASSERT_TRUE(QFile::remove(path));
     panel->updateSkin();
     EXPECT_EQ(HueAt(kBareBody), kBlue);
 }
 
+TEST_F(PanelWallpaper, OfAHighPictureOnlyTheTopIsScaledAndKept) {
+    QImage picture(QSize(590, 5900), QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    for (int y = 0; y < 150; ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            picture.setPixelColor(x, y, Qt::blue);
+        }
+    }
+    ASSERT_TRUE(picture.save(PathOf("high.png")));
+    Set(PathOf("high.png"));
+    EXPECT_EQ(QImage(CachePicture()).size(), QSize(2 * 1180, 2 * 300));
+    EXPECT_EQ(HueAt(kBareBody), kBlue);
+    EXPECT_EQ(HueAt(QPoint(255, 296)), kBlue) << "half of 590 by 300 is what fills the panel's upper part";
+}
+
 TEST_F(PanelWallpaper, AShortPictureLeavesTheBodyBelow) {
-    Engine().SetWallpaper(MakePicture("flat.png", Qt::blue, QSize(1180, 100)));
+    Set(MakePicture("flat.png", Qt::blue, QSize(1180, 100)));
     EXPECT_EQ(HueAt(QPoint(255, 99)), kBlue);
     EXPECT_NEAR(HueAt(QPoint(255, 110)), Kivora::CKivora::GetDefaultUIColor().hsvHue(), 5);
 }
 
 TEST_F(PanelWallpaper, WithoutAWallpaperThePanelHasItsBody) {
+    Wait([&] { return !Find<QBlinkingLed>("midi-led").isLit(); });
     const QImage plain = panel->grab().toImage();
-    Engine().SetWallpaper(MakePicture("blue.png", Qt::blue));
+    Set(MakePicture("blue.png", Qt::blue));
     EXPECT_NE(panel->grab().toImage(), plain);
-    Engine().SetWallpaper({});
+    Set({});
     EXPECT_EQ(panel->grab().toImage(), plain);
 }
 
@@ -131,6 +158,54 @@ TEST_F(PanelWallpaper, ACacheThatCannotBeSavedIsToldAndThePictureShownAllTheSame
     std::filesystem::create_directories(rig.folder / "user/Cache/wallpaper.bmp/in the way");
     ExpectFailure(MakePicture("blue.png", Qt::blue), "Failed to save wallpaper cache to:", CachePicture());
     EXPECT_EQ(HueAt(kBareBody), kBlue);
+}
+
+TEST_F(PanelWallpaper, NobodyWaitsForTheEngineWhileAFailureIsTold) {
+    std::atomic<bool> played = false;
+    std::thread input;
+    ModalAnswers answers;
+    answers.Then([&](QDialog& box) {
+        input = std::thread([&] {
+            Engine().PlayNoteOn(60, 100);
+            played = true;
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return played.load(); }, kWaitMs));
+        box.accept();
+    });
+    Set(PathOf("missing.png"));
+    ASSERT_TRUE(input.joinable());
+    input.join();
+}
+
+TEST_F(PanelWallpaper, AFailureIsToldOnceWhileColoursAreTriedOut) {
+    ExpectFailure(PathOf("missing.png"), "Failed to load wallpaper image from:", PathOf("missing.png"));
+    ModalAnswers answers;
+    Engine().SetUIColor(Qt::blue);
+    QApplication::processEvents();
+    Engine().SetUIDisplayColor(Qt::blue);
+    QApplication::processEvents();
+    EXPECT_EQ(answers.seen, Seen{});
+    Set({});
+    answers.Click(QMessageBox::Ok);
+    Set(PathOf("missing.png"));
+    EXPECT_TRUE(answers.AllGiven()) << "chosen once more it is told once more";
+}
+
+TEST_F(PanelWallpaper, AFailureAtTheStartIsToldOnce) {
+    Engine().SetWallpaper(PathOf("missing.png"));
+    ASSERT_TRUE(Engine().SaveSettings());
+    CloseWindow();
+    front->Close();
+    front.reset();
+    rig.engine.reset();
+    CreateEngine();
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    ShowPanel();
+    EXPECT_EQ(
+        answers.seen,
+        Seen{
+            ("Error Loading Wallpaper: Failed to load wallpaper image from:\n" + PathOf("missing.png")).toStdString()});
 }
 
 TEST_F(PanelWallpaper, AFullDiskIsTold) {
@@ -163,7 +238,10 @@ TEST_F(PanelWallpaper, TheBodyAndTheDisplaysTakeTheirColours) {
 }
 
 TEST_F(PanelWallpaper, ColoursThatWouldHideTheTextsAreCorrected) {
-    const auto looks = [&] { return panel->grab().toImage(); };
+    const auto looks = [&] {
+        QApplication::processEvents();
+        return panel->grab().toImage();
+    };
     const auto expectAlike = [&](void (Kivora::CKivora::*set)(const QColor&), const QColor& chosen,
                                  const QColor& corrected) {
         ASSERT_NE(chosen, corrected);
@@ -172,6 +250,8 @@ TEST_F(PanelWallpaper, ColoursThatWouldHideTheTextsAreCorrected) {
         (Engine().*set)(chosen);
         const QImage shown = looks();
         EXPECT_NE(shown, gray);
+        (Engine().*set)(Qt::gray);
+        ASSERT_EQ(looks(), gray);
         (Engine().*set)(corrected);
         EXPECT_EQ(looks(), shown);
     };
@@ -187,7 +267,7 @@ TEST(WallpaperCache, TheFolderIsMadeForItsOwnerToWrite) {
     picture.fill(Qt::red);
     ASSERT_TRUE(picture.save(path));
     const WallpaperCache cache(QString::fromStdString((folder / "Cache").native()) + "/");
-    EXPECT_EQ(cache.Load(path, 200).image.size(), QSize(200, 100));
+    EXPECT_EQ(cache.Load(path, QSize(200, 300)).image.size(), QSize(200, 100));
     const std::filesystem::perms rights = std::filesystem::status(folder / "Cache").permissions();
     EXPECT_EQ(rights & std::filesystem::perms::owner_all, std::filesystem::perms::owner_all);
     EXPECT_EQ(rights & std::filesystem::perms::others_write, std::filesystem::perms::none);
