@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <utility>
 
@@ -220,6 +221,12 @@ bool KivoraWidget::event(QEvent* event) {
             releaseHeld();
             break;
         default:
+            break;
+        case QEvent::ShortcutOverride:
+            if (keyRepeats_.isRepeat(*static_cast<QKeyEvent*>(event))) {
+                event->accept();  // a key like any other, which means nothing
+                return true;
+            }
             break;
     }
     return QWidget::event(event);

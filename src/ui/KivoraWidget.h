@@ -11,6 +11,7 @@
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
 #include "ui/Desktop.h"
+#include "ui/KeyRepeats.h"
 #include "ui/PanelLegends.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
@@ -38,7 +39,7 @@ class TakeJournal;
 
 /// Joins the controls, the piano, the computer keys and the displays to the engine. Without one the controls do nothing
 /// and the display says so. A key, button or pedal that is held when the panel loses the keyboard, opens a menu or a
-/// box, is hidden or closed is released. [gui]
+/// box, is hidden or closed is released. A shortcut acts once for a press, however long its key is held. [gui]
 class KivoraWidget : public QWidget {
     Q_OBJECT
 
@@ -160,7 +161,7 @@ private:
     void carryOut(const NK::Piano::CPCKeyPlayer::CActions& actions);
     /// Ends what held computer keys have begun, for when their releases will go elsewhere.
     void releaseComputerKeys();
-    /// The same for the keys under the mouse and fingers too.
+    /// The same for the keys under the mouse and fingers too, and lets go of the buttons that the mouse holds.
     void releaseHeld();
     void showPresets(bool saveMode);
     void setOctaveShift(int semitones);
@@ -205,9 +206,10 @@ private:
     PanelSkin skin_;
     QPixmap background_;  ///< the skin's panel with its legends
     QPixmap wallpaper_;
-    NK::Piano::CPCKeyPlayer keys_;
     QString wallpaperRefused_;  ///< the path whose failure the user was told last; empty for none
+    NK::Piano::CPCKeyPlayer keys_;
     QBasicTimer keySettleTimer_;
+    KeyRepeats keyRepeats_;
     QTimer panelTimer_;
     Desktop desktop_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine

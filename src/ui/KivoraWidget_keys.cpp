@@ -1,6 +1,8 @@
 // What the piano and the computer keys do on the panel.
 #include <algorithm>
 #include <cstdlib>
+#include <QAbstractButton>
+#include <QAbstractSlider>
 #include <QKeyEvent>
 
 #include "engine/CKivora.h"
@@ -63,6 +65,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
+    keyRepeats_.noteRelease(*event);
     CPCKeyPlayer::CActions actions;
     const bool acts = engine_ != nullptr && keys_.Release(KeyOf(*event), actions);
     carryOut(actions);
@@ -123,6 +126,18 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
 void KivoraWidget::releaseHeld() {
     releaseComputerKeys();
     piano_->releaseHeld();
+    // The release of the mouse may go elsewhere too, and a button that repeats would never stop.
+    for (QAbstractButton* button : findChildren<QAbstractButton*>()) {
+        if (button->window() == window()) {
+            button->setDown(false);
+        }
+    }
+    for (QAbstractSlider* slider : findChildren<QAbstractSlider*>()) {
+        if (slider->window() == window()) {
+            slider->setSliderDown(false);
+            slider->update();
+        }
+    }
 }
 
 void KivoraWidget::setOctaveShift(int semitones) {

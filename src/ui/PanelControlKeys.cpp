@@ -29,6 +29,16 @@ bool PanelControlKeys::isHeldBack(QWidget* control, QKeyEvent* event) {
     }
 }
 
+void PanelControlKeys::pressEnter(QWidget* control, bool repeated) {
+    if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
+        if (!repeated || button->autoRepeat()) {
+            button->click();
+        }
+    } else if (auto* const combo = qobject_cast<QComboBox*>(control); combo != nullptr && !repeated) {
+        combo->showPopup();
+    }
+}
+
 bool PanelControlKeys::eventFilter(QObject* watched, QEvent* event) {
     const bool press = event->type() == QEvent::KeyPress;
     auto* const control = qobject_cast<QWidget*>(watched);
@@ -37,14 +47,12 @@ bool PanelControlKeys::eventFilter(QObject* watched, QEvent* event) {
     }
     auto* const key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-        if (press && !key->isAutoRepeat()) {
-            if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
-                button->click();
-            } else if (auto* const combo = qobject_cast<QComboBox*>(control)) {
-                combo->showPopup();
-            }
-        }
         key->accept();
+        if (press) {
+            pressEnter(control, repeats_.isRepeat(*key));
+        } else {
+            repeats_.noteRelease(*key);
+        }
         return true;
     }
     if (!isHeldBack(control, key)) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -218,6 +220,94 @@ TEST_P(Hold, LeavesNothingHanging) {
 
 INSTANTIATE_TEST_SUITE_P(All, Hold, testing::ValuesIn(kDisturbances),
                          [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(HeldThings, AChangeOfTheLanguageLeavesNothing) {
+    // In the menu, from its end: Quit, About, Help, Settings, Language.
+    const QStringList toLanguages = {"key", "F10", "Up", "Up", "Up", "Up", "Up", "Right"};
+    const auto isSaved = [&](const char* code) {
+        std::ifstream file((instrument.GetDataDir() + "/data/Brennholt/Kivora/Locale.ini").toStdString());
+        const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        return text.find(code) != std::string::npos;
+    };
+    for (const bool releasedBetween : {true, false}) {
+        Press(kKey | kPedal);
+        ASSERT_TRUE(Run(toLanguages + QStringList{"Down", "Return"}));
+        ASSERT_TRUE(WaitFor([&] { return isSaved("ru_RU"); }));
+        EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+        if (releasedBetween) {
+            Release(kKey | kPedal);
+        }
+        ExpectPlayable();
+        ASSERT_TRUE(Run(toLanguages + QStringList{"Return"}));
+        ASSERT_TRUE(WaitFor([&] { return isSaved("en_US"); }));
+        if (!releasedBetween) {
+            Release(kKey | kPedal);
+        }
+        ExpectPlayable();
+    }
+    EXPECT_EQ(instrument.Close(), 0);
+    EXPECT_TRUE(Sounding().empty());
+}
+
+TEST_F(HeldThings, ThePedalIsLiftedWhenThePianoGetsTheFocus) {
+    ASSERT_TRUE(Run({"key", "shift+Tab", "shift+Tab"}));  // past the piano to the control before it
+    Press(kKey | kPedal);
+    ASSERT_TRUE(Run({"key", "Tab"}));
+    Release(kKey | kPedal);
+    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+}
+
+TEST_F(HeldThings, AValueKeyUnderTheMouseStops) {
+    const auto count = [&] {
+        const std::vector<std::string> messages = instrument.GetMessages();
+        return std::count_if(messages.begin(), messages.end(),
+                             [](const std::string& message) { return message.starts_with("B0 07"); });
+    };
+    ASSERT_TRUE(Run(ClickAt(639, 235)));  // the volume
+    for (const char* name : {"FocusLeaves", "PopUpMenu", "PresetDialog"}) {
+        SCOPED_TRACE(name);
+        const Disturbance& disturbance =
+            *std::find_if(std::begin(kDisturbances), std::end(kDisturbances),
+                          [&](const Disturbance& candidate) { return std::string(candidate.name) == name; });
+        const auto before = count();
+        ASSERT_TRUE(Run({"mousemove", "--window", "WINDOW", "754", "202", "mousedown", "1"}));
+        ASSERT_TRUE(WaitFor([&] { return count() >= before + 3; }));
+        Begin(disturbance);
+        ASSERT_TRUE(Run({"mouseup", "1"}));
+        End(disturbance);
+        const auto stopped = count();
+        ASSERT_TRUE(Run({"key", "x", "sleep", "0.5", "key", "x"}));
+        ExpectPlayable();
+        EXPECT_EQ(count(), stopped);
+    }
+}
+
+/// The X server repeats a held key by itself; the hold is long enough for dozens of repeats.
+class HeldSwitches : public HeldThings {
+protected:
+    void ExpectOnce(const char* key, int messagesOfOne) {
+        const auto count = [&] {
+            const std::vector<std::string> messages = instrument.GetMessages();
+            return std::count(messages.begin(), messages.end(), "B0 7B 00");
+        };
+        const auto before = count();
+        ASSERT_TRUE(Run({"keydown", key, "sleep", "2", "keyup", key}));
+        // The single voice's key, twice "all notes off", shows that everything before it has been played.
+        ASSERT_TRUE(Run({"key", "F5"}));
+        ASSERT_TRUE(WaitFor([&] { return count() >= before + messagesOfOne + 2; }));
+        EXPECT_EQ(count(), before + messagesOfOne + 2);
+    }
+};
+
+TEST_F(HeldSwitches, AFunctionKeyActsOnce) {
+    ExpectOnce("F8", 1);
+    ExpectOnce("F6", 2);
+}
+
+TEST_F(HeldSwitches, EnterActsOnce) {
+    ASSERT_TRUE(Run({"key", "Tab"}));
+    ExpectOnce("Return", 2);
+}
 
 TEST_F(HeldThings, ClosingTheWindowEndsThem) {
     Press(kKey | kPedal | kMouse);

@@ -2,9 +2,12 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <memory>
+#include <QAbstractSlider>
 #include <QComboBox>
 
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
+#include "support/SynthModel.h"
 #include "ui/PanelKey.h"
 
 using namespace KivoraTest;
@@ -307,6 +310,154 @@ TEST_F(PanelKeys, WhatIsHeldEndsWhenTheWindowLosesTheKeyboard) {
     for (const char* message : {"80 3c 00", "b0 40 00", "80 5a 00"}) {
         EXPECT_EQ(std::count(written.begin(), written.end(), message), 1) << message;
     }
+}
+
+/// What a synthesizer would be sounding.
+class PanelHeld : public PanelKeys {
+protected:
+    PanelHeld() {
+        rig.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) { synth.Play(event); };
+    }
+    ~PanelHeld() override {
+        CloseWindow();
+        rig.GetDevice(kSynth).onWrite = nullptr;
+    }
+    bool IsSilent() {
+        rig.RunPlayer();
+        return !synth.IsSounding() && !synth.IsPedalDown();
+    }
+    /// As a key that the system repeats without the flag: a release and a press with one time stamp.
+    bool SendTimedKey(QEvent::Type type, int key, quint64 timeMs) {
+        QKeyEvent event(type, key, Qt::NoModifier, kScanCode, 0, 0);
+        event.setTimestamp(timeMs);
+        event.ignore();
+        QApplication::sendEvent(QApplication::focusWidget(), &event);
+        return event.isAccepted();
+    }
+    void ActivateAnother() {
+        other = std::make_unique<QWidget>();
+        other->show();
+        other->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(other.get(), kWaitMs));
+    }
+
+    static constexpr quint32 kScanCode = 75;
+    SynthModel synth;
+    std::unique_ptr<QWidget> other;
+};
+
+TEST_F(PanelHeld, AChangeOfTheLanguageMeanwhileLeavesNothing) {
+    for (const char* locale : {"ru_RU", "en_US"}) {
+        Press(Qt::Key_Z);
+        Press(Qt::Key_BracketLeft);
+        Press(Qt::Key_Space);
+        const QPoint key = Piano().keyRect(90).center().toPoint();
+        QTest::mousePress(&Piano(), Qt::LeftButton, {}, key);
+        ASSERT_FALSE(IsSilent());
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        QTest::mouseRelease(&Piano(), Qt::LeftButton, {}, key);
+        Release(Qt::Key_Space);
+        Release(Qt::Key_BracketLeft);
+        Release(Qt::Key_Z);
+        EXPECT_TRUE(IsSilent()) << locale;
+        Type(Qt::Key_X);
+        EXPECT_TRUE(IsSilent()) << locale;
+    }
+}
+
+TEST_F(PanelHeld, ALetterOfTheOtherLanguageEndsWhatItBegan) {
+    const int cyrillic = 0x042F;  // the letter on the key of Z, as the other layout sends it
+    Kivora::SetLocale("ru_RU", false);
+    SendKey(QEvent::KeyPress, cyrillic, {}, false);
+    ASSERT_FALSE(IsSilent());
+    Kivora::SetLocale("en_US", false);
+    SendKey(QEvent::KeyRelease, cyrillic, {}, false);
+    EXPECT_TRUE(IsSilent());
+}
+
+TEST_F(PanelHeld, AValueKeyUnderTheMouseStopsWhenTheWindowLosesTheKeyboard) {
+    Click("tempo");
+    QTest::mousePress(&Find("plus"), Qt::LeftButton);
+    ASSERT_TRUE(Button("plus").isDown());
+    ActivateAnother();
+    EXPECT_FALSE(Button("plus").isDown());
+    const int tempo = Engine().GetTempo();
+    QTest::mouseRelease(&Find("plus"), Qt::LeftButton);
+    EXPECT_EQ(Engine().GetTempo(), tempo);
+}
+
+TEST_F(PanelHeld, AValueKeyUnderTheMouseStopsWhenADialogOrAMenuTakesItsRelease) {
+    Click("tempo");
+    const auto release = [&] {
+        EXPECT_FALSE(Button("plus").isDown());
+        QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {},
+                            Find("plus").mapTo(window.get(), Find("plus").rect().center()));
+    };
+    const auto hold = [&] {
+        QTest::mousePress(&Find("plus"), Qt::LeftButton);
+        ASSERT_TRUE(Button("plus").isDown());
+    };
+    ModalAnswers answers;
+    answers.Then([&](QDialog& dialog) {
+        release();
+        dialog.reject();
+    });
+    hold();
+    Type(Qt::Key_F2);
+    EXPECT_TRUE(answers.AllGiven());
+    EXPECT_FALSE(Button("plus").isDown());
+
+    hold();
+    Type(Qt::Key_F10);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    release();
+    while (QWidget* const popUp = QApplication::activePopupWidget()) {
+        popUp->close();
+    }
+    EXPECT_FALSE(Button("plus").isDown());
+}
+
+TEST_F(PanelHeld, TheGateUnderTheMouseIsLetGoWhenTheWindowLosesTheKeyboard) {
+    auto* const gate = Find("arp1").findChild<QAbstractSlider*>("durationPcSlider");
+    QTest::mousePress(gate, Qt::LeftButton, {}, QPoint(gate->width() - 5, gate->height() / 2));
+    ASSERT_TRUE(gate->isSliderDown());
+    ActivateAnother();
+    EXPECT_FALSE(gate->isSliderDown());
+}
+
+TEST_F(PanelHeld, AShortcutActsOnceHoweverLongItsKeyIsHeld) {
+    EXPECT_FALSE(SendTimedKey(QEvent::ShortcutOverride, Qt::Key_F8, 1000)) << "a press is a shortcut";
+    for (quint64 timeMs = 1500; timeMs < 1700; timeMs += 40) {
+        SendTimedKey(QEvent::KeyRelease, Qt::Key_F8, timeMs);
+        EXPECT_TRUE(SendTimedKey(QEvent::ShortcutOverride, Qt::Key_F8, timeMs)) << "a repeat is none";
+    }
+    SendTimedKey(QEvent::KeyRelease, Qt::Key_F8, 1700);
+    EXPECT_FALSE(SendTimedKey(QEvent::ShortcutOverride, Qt::Key_F8, 1800)) << "another press";
+    QKeyEvent flagged(QEvent::ShortcutOverride, Qt::Key_F8, Qt::NoModifier, QString(), true);
+    flagged.ignore();
+    QApplication::sendEvent(panel, &flagged);
+    EXPECT_TRUE(flagged.isAccepted());
+}
+
+TEST_F(PanelHeld, EnterHeldOnASwitchActsOnceAndOnAValueKeyGoesOn) {
+    const auto hold = [&](const char* name) {
+        Button(name).setFocus(Qt::TabFocusReason);
+        SendTimedKey(QEvent::KeyPress, Qt::Key_Return, 1000);
+        for (quint64 timeMs = 1500; timeMs < 1620; timeMs += 40) {
+            SendTimedKey(QEvent::KeyRelease, Qt::Key_Return, timeMs);
+            SendTimedKey(QEvent::KeyPress, Qt::Key_Return, timeMs);
+        }
+        SendTimedKey(QEvent::KeyRelease, Qt::Key_Return, 1700);
+    };
+    hold("metronome");
+    EXPECT_TRUE(Engine().IsMetronomeOn());
+    hold("metronome");
+    EXPECT_FALSE(Engine().IsMetronomeOn());
+    Click("tempo");
+    const int tempo = Engine().GetTempo();
+    hold("plus");
+    EXPECT_EQ(Engine().GetTempo(), tempo + 4);
 }
 
 }  // namespace
