@@ -1141,7 +1141,7 @@
     </message>
     <message>
         <source>&amp;Help</source>
-        <translation>Спр&amp;авка</translation>
+        <translation>Справ&amp;ка</translation>
     </message>
     <message>
         <source>A&amp;bout</source>
@@ -1165,7 +1165,7 @@
     </message>
     <message>
         <source>&amp;Note Names</source>
-        <translation>Названия н&amp;от</translation>
+        <translation>Наз&amp;вания нот</translation>
     </message>
     <message>
         <source>Key &amp;Colors</source>
@@ -1184,7 +1184,7 @@
         <translation>&amp;Скрябин</translation>
     </message>
     <message>
-        <source>Lan&amp;guage</source>
+        <source>Lang&amp;uage</source>
         <comment>interface language</comment>
         <translation>&amp;Язык</translation>
     </message>

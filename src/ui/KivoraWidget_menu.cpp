@@ -47,6 +47,8 @@ void KivoraWidget::createActions() {
         addMenuAction(*menu_, tr("Save Recordin&g..."), Qt::ALT | Qt::Key_S, slot(&KivoraWidget::onStopRecording));
     connect(menu_, &QMenu::aboutToShow, saveTake,
             [this, saveTake] { saveTake->setEnabled(engine_ != nullptr && engine_->GetRecordedCount() > 0); });
+    // For the shortcut, since there may be something to save by then.
+    connect(menu_, &QMenu::aboutToHide, saveTake, [saveTake] { saveTake->setEnabled(true); });
     menu_->addSeparator();
     createVoiceActions();
     menu_->addSeparator();
@@ -61,6 +63,8 @@ void KivoraWidget::createActions() {
                 onStopRecording();
             } else {
                 onRecord();
+                leftView_ = LeftView::kRecorder;  // where one sees that it runs
+                updateLeftPane();
             }
         },
         [this] { return engine_ != nullptr && engine_->IsRecording(); });
@@ -112,7 +116,7 @@ void KivoraWidget::createViewActions() {
             [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; });
     }
 
-    QMenu* language = menu_->addMenu(tr("Lan&guage", "interface language"));
+    QMenu* language = menu_->addMenu(tr("Lang&uage", "interface language"));
     for (const char* code : Kivora::kSupportedLocales) {
         // Queued: the change of language makes this menu anew.
         addMenuState(

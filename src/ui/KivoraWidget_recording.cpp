@@ -41,7 +41,7 @@ void KivoraWidget::recordingStateChanged() {
     record_->setChecked(recording);
     stop_->setEnabled(recording);
     if (recording) {
-        ShowFigure(recordTime_, RecordingTexts::Elapsed(0));
+        ShowFigure(recordTime_, RecordingTexts::Elapsed(engine_->GetRecordingTime()));
         panelTimer_.start(kTickMs);
     } else {
         panelTimer_.stop();

@@ -33,11 +33,13 @@ protected:
         return *found;
     }
     void Choose(const QString& text) { Entry(text).trigger(); }
-    /// Opens the menu, closes it again; whether it opened.
-    bool Opens(const std::function<void()>& action) {
+    /// Opens the menu, looks at it, closes it again; whether it opened.
+    bool Opens(
+        const std::function<void()>& action, const std::function<void()>& look = [] {}) {
         action();
         QApplication::processEvents();
         const bool opened = QApplication::activePopupWidget() == &Menu();
+        look();
         while (QWidget* const popUp = QApplication::activePopupWidget()) {
             popUp->close();
         }
@@ -98,6 +100,29 @@ TEST_F(PanelMenu, EveryShortcutIsAFunctionKeyOrWithAltAndNoneTwice) {
         for (const QKeySequence& shortcut : action->shortcuts()) {
             EXPECT_FALSE(shortcut.toString().contains("Ctrl")) << shortcut.toString().toStdString();
         }
+    }
+}
+
+TEST_F(PanelMenu, NoTwoEntriesOfAMenuShareALetterInEitherLanguage) {
+    const std::function<int(const QMenu&, const char*)> check = [&](const QMenu& menu, const char* locale) {
+        std::set<QString> seen;
+        int count = 0;
+        for (const QAction* action : menu.actions()) {
+            if (action->menu() != nullptr) {
+                count += check(*action->menu(), locale);
+            }
+            const QString text = action->text();
+            if (const qsizetype mark = text.indexOf('&'); mark >= 0) {
+                ++count;
+                EXPECT_TRUE(seen.insert(text.mid(mark + 1, 1).toLower()).second) << locale << " " << text.toStdString();
+            }
+        }
+        return count;
+    };
+    for (const char* locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        EXPECT_EQ(check(Menu(), locale), 20);
     }
 }
 
@@ -167,11 +192,12 @@ TEST_F(PanelMenu, TheKeyColoursAreChosen) {
 }
 
 TEST_F(PanelMenu, RecordStartsAndStopsAndTheTakeCanBeSaved) {
-    EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }));
-    EXPECT_FALSE(Entry("Save Recording...").isEnabled());
+    EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }, [&] { EXPECT_FALSE(Entry("Save Recording...").isEnabled()); }));
     Choose("Record");
     EXPECT_TRUE(Engine().IsRecording());
     EXPECT_TRUE(Entry("Record").isChecked());
+    EXPECT_TRUE(Find("record-time").isVisible()) << "one sees that it runs";
+    EXPECT_TRUE(Button("record-view").isChecked());
     Type(Qt::Key_Z);
     rig.RunPlayer();
     ModalAnswers answers;
@@ -180,11 +206,25 @@ TEST_F(PanelMenu, RecordStartsAndStopsAndTheTakeCanBeSaved) {
     EXPECT_FALSE(Engine().IsRecording());
     EXPECT_FALSE(Entry("Record").isChecked());
     EXPECT_TRUE(answers.AllGiven());
-    EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }));
-    EXPECT_TRUE(Entry("Save Recording...").isEnabled());
+    EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }, [&] { EXPECT_TRUE(Entry("Save Recording...").isEnabled()); }));
     answers.TypeFile(PathOf("menu.mid"));
     Choose("Save Recording...");
     EXPECT_TRUE(QFile::exists(PathOf("menu.mid")));
+}
+
+TEST_F(PanelMenu, TheTakeCanBeSavedByItsShortcutAfterTheMenuWasOpenWithNothingToSave) {
+    EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }));
+    Type(Qt::Key_F11);
+    Type(Qt::Key_Z);
+    rig.RunPlayer();
+    ModalAnswers answers;
+    answers.Refuse().TypeFile(PathOf("shortcut.mid"));
+    Type(Qt::Key_F11);
+    window->activateWindow();  // as a window manager does when a dialog has closed
+    Wait([&] { return window->isActiveWindow(); });
+    Type(Qt::Key_S, Qt::AltModifier);
+    EXPECT_TRUE(answers.AllGiven());
+    EXPECT_TRUE(QFile::exists(PathOf("shortcut.mid")));
 }
 
 TEST_F(PanelMenu, TheLanguageIsChangedAndTheMenuWithIt) {

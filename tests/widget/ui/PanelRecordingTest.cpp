@@ -101,6 +101,15 @@ TEST_F(PanelRecording, TheElapsedTimeIsShown) {
     Wait([&] { return Label("record-time") == "01:01"; });
 }
 
+TEST_F(PanelRecording, AClickOnRecordMeanwhileLeavesTheElapsedTime) {
+    Record();
+    Pass(59500 - Engine().GetRecordingTime());
+    PlayNote();
+    panel->timerTick();
+    Click("record");
+    EXPECT_EQ(Label("record-time"), "01:00");
+}
+
 TEST_F(PanelRecording, TheHelpOfTheRecordKeyTellsTheLimits) {
     EXPECT_EQ(Button("record").toolTip(),
               "Maximal recording time is 60 minutes.\nIf you are not playing for 30 seconds, recording is stopped.");
@@ -368,6 +377,21 @@ TEST_F(PanelRecording, ASaveAtTheCloseThatIsBrokenOffKeepsTheTake) {
     CreateWindow();
     Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
     EXPECT_EQ(answers.seen.size(), 1u);
+}
+
+TEST_F(PanelRecording, ATakeThatCannotBeKeptIsTold) {
+    CloseWindow();
+    std::filesystem::create_directories(rig.folder / "user");
+    WriteFileBytes(rig.folder / "user/Takes", "a file in the folder's place");
+    ShowPanel();
+    Click("record-view");
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    Record();
+    PlayNote();
+    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    EXPECT_EQ(answers.seen, Seen{"Warning: The recording goes on, but it cannot be kept safe on the disk meanwhile."});
+    EXPECT_TRUE(Engine().IsRecording());
 }
 
 TEST_F(PanelRecording, RecordingEndsTheKeysThatAreHeld) {
