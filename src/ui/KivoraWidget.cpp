@@ -75,7 +75,8 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
 KivoraWidget::~KivoraWidget() {
     releaseHeld();
     if (engine_ != nullptr) {
-        engine_->disconnect(relay_.get());
+        // Under the lock, with which every message is emitted: no thread is inside the relay afterwards.
+        engine_->WithLock([this] { engine_->disconnect(relay_.get()); });
     }
 }
 
@@ -110,11 +111,11 @@ void KivoraWidget::connectEngine() {
 void KivoraWidget::loadSettings() {
     connect(engine_, &Kivora::CKivora::DamagedFileSetAside, this, &KivoraWidget::fileSetAside, Qt::QueuedConnection);
     front_->LoadSettings();
-    takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
-    connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
     // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
     // just now is shown by the constructor.
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin, Qt::QueuedConnection);
+    takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
+    connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
     connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
 }
 
@@ -147,7 +148,8 @@ void KivoraWidget::inputLost() {
                                     QMessageBox::Ok, this);
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->setWindowModality(Qt::NonModal);
-        box->show();  // who plays on is not to be stopped
+        box->setAttribute(Qt::WA_ShowWithoutActivating);  // who plays on is not to be stopped
+        box->show();
     }
 }
 
@@ -220,13 +222,13 @@ bool KivoraWidget::event(QEvent* event) {
         case QEvent::FocusOut:
             releaseHeld();
             break;
-        default:
-            break;
         case QEvent::ShortcutOverride:
             if (keyRepeats_.isRepeat(*static_cast<QKeyEvent*>(event))) {
                 event->accept();  // a key like any other, which means nothing
                 return true;
             }
+            break;
+        default:
             break;
     }
     return QWidget::event(event);

@@ -81,6 +81,7 @@ void KivoraWidget::updateEditMode() {
     for (PanelKey* button : {patch2_, transpose2_, volume2_}) {
         button->setEnabled(second);
     }
+    display_->nameArea(1)->setEnabled(second);
     const struct {
         PanelKey* button;
         EMode mode;

@@ -2,6 +2,7 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 #include <map>
 #include <thread>
@@ -354,10 +355,14 @@ TEST_F(PanelStatus, ChangingTheLanguageRetranslatesEverythingAndBackAgain) {
 }
 
 TEST_F(PanelStatus, TheOctavesAreNamedFromTheCatalogue) {
-    EXPECT_NE(QCoreApplication::translate("Octave names", "GREAT"), "");
+    EXPECT_EQ(QCoreApplication::translate("Octave names", "GREAT"), "GREAT");
+    const QRect names(14, 304, 1152, 12);
+    const QImage english = panel->grab(names).toImage();
     Kivora::SetLocale("ru_RU", false);
     EXPECT_NE(QCoreApplication::translate("Octave names", "GREAT"), "GREAT");
     EXPECT_NE(QCoreApplication::translate("Octave names", "SMALL"), "SMALL");
+    QApplication::processEvents();
+    EXPECT_NE(panel->grab(names).toImage(), english);
 }
 
 /// Counts the paint events of a widget and its children.
@@ -395,6 +400,29 @@ TEST_F(PanelStatus, AFloodOfMessagesIsPaintedOnceATurnAndDoesNotStarveTheWindow)
         EXPECT_LE(piano.count - before, 1) << "one turn of the event loop";
     }
     EXPECT_GE(piano.count, 1);
+}
+
+TEST_F(PanelStatus, TheWindowClosesUnderAFloodOfMessages) {
+    Engine().SetInputPortByName(kKeyboard);
+    std::atomic<int> delivered = 0;
+    std::atomic<bool> closed = false;
+    std::thread input([&] {
+        while (!closed) {
+            rig.GetKeyboard().Deliver(delivered % 2 == 0 ? 0x90 : 0x80, 60, 100);
+            ++delivered;
+            std::this_thread::yield();
+        }
+    });
+    while (delivered < 100) {
+        QApplication::processEvents();
+    }
+    CloseWindow();
+    const int atTheClose = delivered;
+    while (delivered < atTheClose + 100) {
+        QApplication::processEvents();
+    }
+    closed = true;
+    input.join();
 }
 
 TEST_F(PanelStatus, AllThatWaitsForTheDisplayIsShownInOneTurn) {

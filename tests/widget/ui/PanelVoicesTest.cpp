@@ -37,8 +37,8 @@ protected:
         return names;
     }
     void ExpectSecondaryEnabled(bool enabled) {
-        for (const char* name : {"patch2", "transpose2", "volume2"}) {
-            EXPECT_EQ(Button(name).isEnabled(), enabled) << name;
+        for (const char* name : {"patch2", "transpose2", "volume2", "display-patch2"}) {
+            EXPECT_EQ(Find(name).isEnabled(), enabled) << name;
         }
     }
 };
