@@ -238,6 +238,7 @@ TEST_F(PanelWallpaper, TheBodyAndTheDisplaysTakeTheirColours) {
 }
 
 TEST_F(PanelWallpaper, ColoursThatWouldHideTheTextsAreCorrected) {
+    Wait([&] { return !Find<QBlinkingLed>("midi-led").isLit(); });
     const auto looks = [&] {
         QApplication::processEvents();
         return panel->grab().toImage();
