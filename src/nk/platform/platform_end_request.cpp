@@ -3,6 +3,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <iterator>
@@ -22,7 +23,8 @@ int EventDescriptor() {
 }
 
 // Both are set while no handler is installed.
-int handlersDescriptor = -1;
+std::atomic<int> handlersDescriptor{-1};
+static_assert(decltype(handlersDescriptor)::is_always_lock_free, "signal handlers take no lock");
 struct sigaction formerActions[std::size(kSignals)];
 
 void OnSignal(int) {
