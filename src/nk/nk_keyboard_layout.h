@@ -23,4 +23,8 @@ LanguageNumber GetKeyboardLanguage();
 /// in brackets behind the layout. [any]
 LanguageNumber GetLanguageOfLayout(std::string_view layout, std::string_view variant);
 
+/// The character that a key symbol of X11 ("X Window System Protocol", appendix A) types; 0 for one that types none and
+/// for 0. [any]
+char32_t GetCharacterOfKeySymbol(std::uint32_t keySymbol) noexcept;
+
 }  // namespace NK

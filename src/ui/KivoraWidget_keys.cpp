@@ -7,6 +7,8 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "locale/Locale.h"
+#include "nk/nk_keyboard_layout.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
@@ -23,9 +25,23 @@ namespace {
 constexpr int kOctave = 12;
 constexpr int kMaxOctaveShift = 3 * kOctave;
 
+/// Qt's code of the key. With CTRL held Qt tells the Latin character that another layout of the keyboard has there, for
+/// the sake of shortcuts; then that of the active layout where the localized keyboard has it.
+int CodeOf(const QKeyEvent& event) {
+    constexpr char32_t kLastLatin1 = 0xFF;
+    if (event.modifiers().testFlag(Qt::ControlModifier)) {
+        const char32_t typed = NK::GetCharacterOfKeySymbol(event.nativeVirtualKey());
+        const int code = static_cast<int>(QChar::toUpper(typed));
+        if (typed > kLastLatin1 && Kivora::GetLocalizedKeyMap().Find(code) != code) {
+            return code;
+        }
+    }
+    return event.key();
+}
+
 TPCKey KeyOf(const QKeyEvent& event) {
     TPCKey key;
-    key.code = event.key();
+    key.code = CodeOf(event);
     key.scanCode = event.nativeScanCode();
     key.timeMs = event.timestamp();
     key.shift = event.modifiers().testFlag(Qt::ShiftModifier);

@@ -1,6 +1,7 @@
 #include "e2e/InstrumentProcess.h"
 
 #include <xcb/xcb.h>
+#include <xcb/xtest.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +14,8 @@
 #include <QImage>
 #include <QProcessEnvironment>
 #include <QThread>
+
+#include "nk/platform/platform_xcb_xkb.h"
 
 bool WaitFor(const std::function<bool()>& condition, int limitMs) {
     QElapsedTimer timer;
@@ -118,6 +121,21 @@ bool InstrumentProcess::Xdotool(const QStringList& arguments) {
     bool ok = false;
     RunOnDisplay("xdotool", arguments, &ok);
     return ok;
+}
+
+void InstrumentProcess::LockLayout(std::uint8_t number) {
+    xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
+    std::free(xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, 1, 0), nullptr));
+    xcb_xkb_latch_lock_state(server, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, number, 0, 0, 0);
+    std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    xcb_disconnect(server);
+}
+
+void InstrumentProcess::MoveKey(std::uint8_t code, bool down) {
+    xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
+    xcb_test_fake_input(server, down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
+    xcb_disconnect(server);
 }
 
 std::vector<std::string> InstrumentProcess::GetNoteMessages() const {

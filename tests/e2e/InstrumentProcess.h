@@ -1,6 +1,7 @@
 // The built program in a window of a virtual X server of its own, playing to the stand-in for PortMidi.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <QProcess>
 #include <QString>
@@ -21,6 +22,10 @@ public:
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {});
     /// Runs xdotool on the program's display; true when it succeeded.
     bool Xdotool(const QStringList& arguments);
+    /// Makes the keyboard layout of that number, from 0, the active one, as a desktop's switch does.
+    void LockLayout(std::uint8_t number);
+    /// Presses or releases a key in the active layout, for which xdotool would turn to the first one.
+    void MoveKey(std::uint8_t code, bool down);
     /// Runs any program on the program's display and returns what it printed.
     QString RunOnDisplay(const QString& program, const QStringList& arguments, bool* ok = nullptr);
     /// Messages written so far, each as "90 3C 50".

@@ -136,6 +136,38 @@ TEST(RussianLayout, WithShiftEveryKeyPlaysLoudByItsPlace) {
     EXPECT_EQ(instrument.Close(), 0);
 }
 
+// With CTRL held the window system tells the English layout's characters.
+TEST(RussianLayout, BesideAnEnglishOneWithCtrlEveryKeyPlaysQuietlyByItsPlace) {
+    constexpr std::uint8_t kCtrl = 37;
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start({"--locale", "ru_RU"}));
+    bool ok = false;
+    instrument.RunOnDisplay("setxkbmap", {"us,ru"}, &ok);
+    ASSERT_TRUE(ok);
+    instrument.LockLayout(1);
+    std::vector<std::string> expected;
+    instrument.MoveKey(kCtrl, true);
+    const std::vector<int>* rows[] = {&kDigitRow, &kUpperRow, &kHomeRow, &kLowerRow};
+    const std::vector<int> lower = {kSilent, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76};
+    const std::vector<int>* notes[] = {&kUSDigits, &kUSUpper, &kUSHome, &lower};
+    for (std::size_t row = 0; row < std::size(rows); ++row) {
+        for (std::size_t i = 0; i < rows[row]->size(); ++i) {
+            const auto code = static_cast<std::uint8_t>((*rows[row])[i]);
+            instrument.MoveKey(code, true);
+            instrument.MoveKey(code, false);
+            if (const int note = (*notes[row])[i]; note != kSilent) {
+                const std::string data = QString::number(note, 16).toUpper().toStdString();
+                expected.push_back("90 " + data + " 28");
+                expected.push_back("80 " + data + " 00");
+                ASSERT_TRUE(instrument.WaitForNoteMessages(expected.size())) << "key " << int{code};
+            }
+        }
+    }
+    instrument.MoveKey(kCtrl, false);
+    EXPECT_THAT(instrument.GetNoteMessages(), testing::ElementsAreArray(expected));
+    EXPECT_EQ(instrument.Close(), 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Countries, Layouts, testing::ValuesIn(kLayouts),
                          [](const auto& test) { return std::string(test.param.name); });
 

@@ -160,6 +160,10 @@ bool IsSet(const char* variable) {
 
 }  // namespace
 
+char32_t GetCharacterOfKeySymbol(std::uint32_t keySymbol) noexcept {
+    return xkb_keysym_to_utf32(keySymbol);
+}
+
 LanguageNumber GetKeyboardLanguage() {
     if (!IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY")) {
         return kLanguageUnknown;

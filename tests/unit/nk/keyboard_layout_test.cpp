@@ -16,6 +16,14 @@
 
 namespace {
 
+TEST(KeySymbol, TellsTheCharacterThatItTypes) {
+    EXPECT_EQ(NK::GetCharacterOfKeySymbol(0x2E), U'.');
+    EXPECT_EQ(NK::GetCharacterOfKeySymbol(0x06C0), U'ю') << "Cyrillic_yu";
+    EXPECT_EQ(NK::GetCharacterOfKeySymbol(0x01002116), U'№') << "a symbol made of a code point";
+    EXPECT_EQ(NK::GetCharacterOfKeySymbol(0xFF51), 0U) << "Left";
+    EXPECT_EQ(NK::GetCharacterOfKeySymbol(0), 0U);
+}
+
 TEST(LanguageOfLayout, KnowsTheLayoutsByTheirNames) {
     EXPECT_EQ(NK::GetLanguageOfLayout("us", ""), 0x0409);
     EXPECT_EQ(NK::GetLanguageOfLayout("gb", ""), 0x0809);

@@ -52,6 +52,20 @@ TEST_F(PanelKeys, ZPlays60AtTheThreeLevels) {
     EXPECT_EQ(rig.TakeWritten(), (Written{"90 3c 28", "80 3c 00"}));
 }
 
+TEST_F(PanelKeys, WithCtrlTheActiveLayoutsCharacterCountsNotTheLatinOneOfAnother) {
+    constexpr quint32 kCyrillicYa = 0x06D1;  // on the key of Z
+    const auto playQ = [&] {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, Qt::Key_Q, Qt::ControlModifier, 0, kCyrillicYa, 0);
+            QApplication::sendEvent(panel, &event);
+        }
+        return rig.TakeWritten();
+    };
+    EXPECT_EQ(playQ(), (Written{"90 48 28", "80 48 00"})) << "no localized keyboard in English";
+    Kivora::SetLocale("ru_RU", false);
+    EXPECT_EQ(playQ(), (Written{"90 3c 28", "80 3c 00"}));
+}
+
 TEST_F(PanelKeys, KeysWithoutANoteAreLeftToOthers) {
     EXPECT_TRUE(SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false));
     EXPECT_TRUE(SendKey(QEvent::KeyRelease, Qt::Key_Z, {}, false));
