@@ -174,8 +174,12 @@ bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
 
 bool EngineFront::SetOutputPortByIndex(int index) {
     return engine_.WithLock([&] {
-        return ChangeOutput(
-            [&] { return engine_.IsOutputLost() ? ReplaceLostOutput(index) : engine_.SetOutputPortByIndex(index); });
+        if (engine_.IsOutputLost()) {
+            // Before the pedal is looked at: the input's is not to be pressed again in its place.
+            engine_.ReleaseInputKeys();
+            return ChangeOutput([&] { return ReplaceLostOutput(index); });
+        }
+        return ChangeOutput([&] { return engine_.SetOutputPortByIndex(index); });
     });
 }
 
@@ -185,7 +189,6 @@ bool EngineFront::ReplaceLostOutput(int index) {
         return false;
     }
     const NK::CString lost = engine_.GetOutputPortName();
-    engine_.ReleaseInputKeys();
     engine_.CloseOutputPort();
     const auto keepName = [&] {
         if (engine_.GetOutputPortIndex() < 0) {

@@ -328,6 +328,16 @@ TEST_F(Front, InPlaceOfALostOutputTheDevicesAreLookedForFirst) {
     EXPECT_THAT(rig.TakeWritten(kOtherSynth), ElementsAre("90 3e 64"));
 }
 
+TEST_F(Front, ThePedalOfTheInputIsUpOnTheOutputInPlaceOfALostOne) {
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    rig.GetDevice(kSynth).failsToWrite = true;
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    rig.RunPlayer();
+    EXPECT_FALSE(otherSynth.IsPedalDown()) << "the input was opened anew and would never lift it";
+}
+
 TEST_F(Front, ALostOutputComesBackUnderItsName) {
     rig.GetDevice(kSynth).failsToWrite = true;
     engine.PlayNoteOn(60, 100);
