@@ -56,9 +56,7 @@ protected:
 
 TEST_F(SynthSoundTest, Note60OfTheSystemsFontIsMiddleC) {
     environment_.soundFont = FindSystemFont();
-    if (environment_.soundFont.empty()) {
-        GTEST_SKIP() << "no General MIDI sound font is installed";
-    }
+    ASSERT_FALSE(environment_.soundFont.empty()) << "no General MIDI sound font is installed";
     const auto port = MakePort();
     ASSERT_EQ(port->Open(), kSuccess);
     const MIDIEvent events[] = {PatchEvent(0, 0, 0), NoteEvent(0, 0, 60, 100, 0x90)};
