@@ -55,6 +55,17 @@ protected:
         }
         return answers.seen.size() == before;
     }
+    /// That a limit, which is reached just now, stops the recording only a millisecond later, and says why.
+    void ExpectTheStopAMillisecondLater(ModalAnswers& answers, const std::string& reason) {
+        panel->timerTick();
+        EXPECT_TRUE(IsQuiet(answers));
+        EXPECT_TRUE(Engine().IsRecording());
+        answers.Click(QMessageBox::No);
+        Pass(1);
+        panel->timerTick();
+        EXPECT_EQ(answers.seen, Seen{"Warning: " + reason + " " + kAsk});
+        EXPECT_FALSE(Engine().IsRecording());
+    }
     void CreateAgain() {
         CloseWindow();
         front->Close();
@@ -184,14 +195,7 @@ TEST_F(PanelRecording, ThirtySecondsOfSilenceDoNotStopButAMillisecondMoreDoes) {
     PlayNote();
     ModalAnswers answers;
     Pass(kLongestIdleMs - Engine().GetIdleTime());
-    panel->timerTick();
-    EXPECT_TRUE(IsQuiet(answers));
-    EXPECT_TRUE(Engine().IsRecording());
-    answers.Click(QMessageBox::No);
-    Pass(1);
-    panel->timerTick();
-    EXPECT_EQ(answers.seen, Seen{"Warning: " + kIdle + " " + kAsk});
-    EXPECT_FALSE(Engine().IsRecording());
+    ExpectTheStopAMillisecondLater(answers, kIdle);
 }
 
 TEST_F(PanelRecording, SixtyMinutesDoNotStopButAMillisecondMoreDoes) {
@@ -201,14 +205,8 @@ TEST_F(PanelRecording, SixtyMinutesDoNotStopButAMillisecondMoreDoes) {
     PlayNote();
     ASSERT_EQ(Engine().GetRecordingTime(), kLongestMs);
     panel->timerTick();
-    EXPECT_TRUE(IsQuiet(answers));
-    EXPECT_TRUE(Engine().IsRecording());
     EXPECT_EQ(Label("record-time"), "60:00");
-    answers.Click(QMessageBox::No);
-    Pass(1);
-    panel->timerTick();
-    EXPECT_EQ(answers.seen, Seen{"Warning: " + kLong + " " + kAsk});
-    EXPECT_FALSE(Engine().IsRecording());
+    ExpectTheStopAMillisecondLater(answers, kLong);
 }
 
 TEST_F(PanelRecording, TheIdleReasonWinsWhenBothHold) {

@@ -32,6 +32,17 @@ protected:
         synthesizer_ = std::make_unique<Synthesizer>(api_, environment_, limits_);
         return *synthesizer_;
     }
+    /// Opens, and chooses a driver that does not start when the former one does not start again either.
+    void LoseEveryDriver() {
+        SynthSettings settings;
+        settings.audioDriver = L"pulseaudio";
+        ASSERT_EQ(Make().ApplySettings(settings), kSuccess);
+        ASSERT_TRUE(synthesizer_->Open());
+        api_.failingDrivers = {"alsa", "pulseaudio"};
+        settings.audioDriver = L"alsa";
+        ASSERT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
+        ASSERT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    }
     void MakeFile(const std::string& name) {
         fs::create_directories((folder_ / name).parent_path());
         std::ofstream(folder_ / name) << "x";
@@ -246,26 +257,13 @@ TEST_F(SynthesizerTest, ADriverThatDoesNotStartGivesTheFormerOneBack) {
 }
 
 TEST_F(SynthesizerTest, WhereNoDriverStartsAgainWritingFails) {
-    SynthSettings settings;
-    settings.audioDriver = L"pulseaudio";
-    ASSERT_EQ(Make().ApplySettings(settings), kSuccess);
-    ASSERT_TRUE(synthesizer_->Open());
-    api_.failingDrivers = {"alsa", "pulseaudio"};
-    settings.audioDriver = L"alsa";
-    EXPECT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
-    EXPECT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+    LoseEveryDriver();
     EXPECT_EQ(synthesizer_->GetLastError(), L"The audio driver does not start.");
 }
 
 TEST_F(SynthesizerTest, AnotherDriverHelpsWhereNoneStartedAgain) {
+    LoseEveryDriver();
     SynthSettings settings;
-    settings.audioDriver = L"pulseaudio";
-    ASSERT_EQ(Make().ApplySettings(settings), kSuccess);
-    ASSERT_TRUE(synthesizer_->Open());
-    api_.failingDrivers = {"alsa", "pulseaudio"};
-    settings.audioDriver = L"alsa";
-    ASSERT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
-    ASSERT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
     settings.audioDriver = L"oss";
     EXPECT_EQ(synthesizer_->ApplySettings(settings), kSuccess);
     EXPECT_EQ(synthesizer_->GetSettings().audioDriver, L"oss");
