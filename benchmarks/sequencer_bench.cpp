@@ -46,12 +46,8 @@ bool IsMissing(benchmark::State& state) {
 
 /// Waits for that note; its time. The epoch when it does not come within five seconds.
 Clock::time_point Await(const CSequencerClient& client, std::size_t count) {
-    const Clock::time_point limit = Clock::now() + std::chrono::seconds(5);
-    while (client.GetCount() < count) {
-        if (Clock::now() > limit) {
-            return {};
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    if (!client.WaitForCount(count, std::chrono::seconds(5))) {
+        return {};
     }
     return client.GetNotes()[count - 1].arrival;
 }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
@@ -73,6 +74,11 @@ public:
         const std::lock_guard guard(mutex_);
         return notes_.size();
     }
+    /// Waits without taking the processor until that many notes are there; false when they are not within the limit.
+    bool WaitForCount(std::size_t count, std::chrono::milliseconds limit) const {
+        std::unique_lock guard(mutex_);
+        return arrived_.wait_for(guard, limit, [&] { return notes_.size() >= count; });
+    }
     void Clear() {
         const std::lock_guard guard(mutex_);
         notes_.clear();
@@ -115,12 +121,14 @@ private:
         notes_.push_back({event.type == SND_SEQ_EVENT_NOTEON && note.velocity != 0, note.channel, note.note,
                           note.velocity, std::chrono::steady_clock::now(),
                           std::chrono::duration_cast<std::chrono::microseconds>(wall).count()});
+        arrived_.notify_all();
     }
 
     snd_seq_t* receiver_ = nullptr;
     snd_seq_t* sender_ = nullptr;
     int senderPort_ = 0;
     mutable std::mutex mutex_;
+    mutable std::condition_variable arrived_;
     std::vector<Note> notes_;
     std::atomic<bool> stop_{false};
     std::thread thread_;
