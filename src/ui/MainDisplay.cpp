@@ -99,7 +99,7 @@ void MainDisplay::nameControls() {
 void MainDisplay::setGlass(const QPixmap* glass, const QColor& glassColor) {
     glass_ = glass;
     glassColor_ = glassColor;
-    update();
+    renewFace();
 }
 
 void MainDisplay::setVoice(int index, const Voice& voice) {
@@ -110,25 +110,44 @@ void MainDisplay::setVoice(int index, const Voice& voice) {
     ShowFigure(row.volume, voice.volume);
     if (row.present != voice.present) {
         row.present = voice.present;
-        update();
+        renewFace();
     }
 }
 
 void MainDisplay::setSustain(const QString& text) {
-    ShowFigure(sustain_, text);
-    update();  // its legend stands beside the value
+    if (sustain_->text() != text) {
+        ShowFigure(sustain_, text);
+        renewFace();  // its legend stands beside the value
+    }
 }
 
 void MainDisplay::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange) {
         nameControls();
-        update();
+        renewFace();
     }
 }
 
+void MainDisplay::renewFace() {
+    face_ = QPixmap();
+    update();
+}
+
 void MainDisplay::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
+    const double ratio = devicePixelRatioF();
+    const QSize pixels = size() * ratio;
+    if (face_.size() != pixels || face_.devicePixelRatio() != ratio) {
+        face_ = QPixmap(pixels);
+        face_.setDevicePixelRatio(ratio);
+        drawFace();
+    }
+    QPainter(this).drawPixmap(0, 0, face_);
+}
+
+void MainDisplay::drawFace() {
+    face_.fill(Qt::transparent);
+    QPainter painter(&face_);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (glass_ != nullptr) {
         painter.drawPixmap(rect(), *glass_);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPixmap>
 #include <QWidget>
 
 #include <array>
@@ -56,11 +57,15 @@ private:
                          Qt::Alignment alignment);
     void addRow(int index, int top);
     void nameControls();
+    /// To be called when anything has changed that drawFace() draws.
+    void renewFace();
+    void drawFace();
     void drawLegends(QPainter& painter, const QColor& ink, const QColor& badgeText) const;
     void drawBadge(QPainter& painter, int index, const QColor& ink, const QColor& text) const;
 
     const QPixmap* glass_ = nullptr;
     QColor glassColor_ = Qt::white;
+    QPixmap face_;        ///< what lies under the labels, which change with the notes; null until it is painted
     PanelLabel* preset_;  // Qt's parent owns the labels
     std::array<Row, 2> rows_{};
     PanelLabel* mode_;

@@ -11,6 +11,7 @@
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/arpeggiatorSettings.h"
+#include "ui/MainDisplay.h"
 #include "ui/PanelKey.h"
 
 using namespace KivoraTest;
@@ -378,6 +379,21 @@ public:
 private:
     QWidget& widget_;
 };
+
+TEST_F(PanelStatus, ANoteDoesNotPaintTheDisplayThatStaysAsItIs) {
+    panel->MIDIMessageSent(Word(0x90, 1, 64, 93));
+    QApplication::processEvents();
+    PaintCounter display(Find<MainDisplay>("main-display"));
+    PaintCounter piano(Piano());
+    panel->MIDIMessageSent(Word(0x80, 1, 64, 0));
+    panel->MIDIMessageSent(Word(0x90, 1, 65, 93));
+    QApplication::processEvents();
+    EXPECT_GE(piano.count, 1);
+    EXPECT_EQ(display.count, 0);
+    panel->MIDIMessageSent(Word(0x90, 1, 65, 94));
+    QApplication::processEvents();
+    EXPECT_GE(display.count, 1) << "another velocity";
+}
 
 TEST_F(PanelStatus, AFloodOfMessagesIsPaintedOnceATurnAndDoesNotStarveTheWindow) {
     Engine().SetInputPortByName(kKeyboard);
