@@ -27,7 +27,9 @@ void FocusRing::follow(QWidget* focused) {
     if (control_) {
         control_->removeEventFilter(this);
     }
-    const bool shown = focused != nullptr && focused != excluded_ && parentWidget()->isAncestorOf(focused);
+    const QWidget* const panel = parentWidget();
+    // isAncestorOf() counts the widget itself in.
+    const bool shown = focused != nullptr && focused != excluded_ && focused != panel && panel->isAncestorOf(focused);
     control_ = shown ? focused : nullptr;
     if (shown) {
         control_->installEventFilter(this);

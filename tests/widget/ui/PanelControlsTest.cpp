@@ -123,6 +123,17 @@ TEST(FocusRing, LetsTheMouseThrough) {
     EXPECT_EQ(panel.childAt(panel.button.geometry().center()), &panel.button);
 }
 
+TEST(FocusRing, IsNotForThePanelItself) {
+    KeyPanel panel;
+    FocusRing ring(&panel);
+    panel.setFocusPolicy(Qt::StrongFocus);
+    panel.button.setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(ring.isVisible());
+    panel.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(ring.control(), nullptr);
+    EXPECT_FALSE(ring.isVisible());
+}
+
 TEST(FocusRing, IsNotForOneThatShowsTheFocusItself) {
     KeyPanel panel;
     FocusRing ring(&panel);
