@@ -12,6 +12,7 @@
 #include "app/PanelPictures.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
+#include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
 #include "ui/EmbeddedFonts.h"
@@ -39,6 +40,8 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK_REGISTER_THREAD_ROLE(gui);
+    // A key goes before what other programs compute. Qt's thread that reads the keys is started below and inherits it.
+    NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
     NK::SeedRandom();  // else random arpeggios would be the same in every run
     QApplication application(argc, argv);
     SetIdentity();

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <limits>
 
+#include "nk/platform/platform_priority.h"
 #include "nk/platform/platform_sleep.h"
 #include "nk/platform/platform_thread.h"
 
@@ -235,6 +236,10 @@ bool CThread::SetPriority(int level, bool force) {
     priority_ = level;
     requestedPriority_ = level;
     return !handle_ || handle_->SetPriority(level);
+}
+
+bool CThread::SetCallersLevel(int level) {
+    return Platform::SetCallersPriority(level);
 }
 
 bool CThread::ReapplyPriority() {

@@ -26,6 +26,7 @@ class CThreadHandle;
 class CThread {
 public:
     static constexpr int kLevelNormal = 3;
+    static constexpr int kLevelAboveNormal = 4;
     static constexpr int kLevelHighest = 5;
     static constexpr int kLevelTimeCritical = 6;
     static constexpr int kNameSize = 32;  ///< wide characters, the terminator included
@@ -63,6 +64,9 @@ public:
     bool SetPriority(int level, bool force = false);
     /// SetPriority() with the requested level if that is not the one in force, else false.
     bool ReapplyPriority();
+    /// Gives the calling thread, whoever made it, a level as of SetPriority(). Whether the system agreed. Threads
+    /// and programs that it starts afterwards inherit levels 0 to 4, unless it was RealtimeKit that granted them.
+    static bool SetCallersLevel(int level);
     /// Requests the stop, then polls every 10 ms; below 1 without limit. True once the body has ended. On the object's
     /// own thread it requests the stop and returns false at once.
     bool WaitForExit(std::int32_t timeoutMs);

@@ -3,6 +3,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -64,7 +65,8 @@ bool SetNice(std::int32_t tid, int nice) {
     if (policy != SCHED_OTHER && sched_setscheduler(tid, SCHED_OTHER, &parameters) != 0) {
         return false;
     }
-    return setpriority(PRIO_PROCESS, static_cast<id_t>(tid), nice) == 0;
+    return setpriority(PRIO_PROCESS, static_cast<id_t>(tid), nice) == 0 ||
+           (nice < 0 && CRealtimeKit::Instance().MakeThreadHighPriority(tid, nice));
 }
 
 }  // namespace
@@ -75,6 +77,10 @@ bool SetThreadPriority(std::int32_t tid, int level) {
         return SetNice(tid, kNiceValues[static_cast<std::size_t>(known)]);
     }
     return SetRealtime(tid, kRealtimePriorities[static_cast<std::size_t>(known - kLevelFirstRealtime)]);
+}
+
+bool SetCallersPriority(int level) {
+    return SetThreadPriority(gettid(), level);
 }
 
 }  // namespace NK::Platform

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 namespace NK::Platform {
 namespace {
@@ -52,11 +53,19 @@ CRealtimeKit& CRealtimeKit::Instance() {
 }
 
 bool CRealtimeKit::MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) {
+    return Ask("MakeThreadRealtime", tid, priority);
+}
+
+bool CRealtimeKit::MakeThreadHighPriority(std::int32_t tid, std::int32_t nice) {
+    return Ask("MakeThreadHighPriority", tid, nice);
+}
+
+bool CRealtimeKit::Ask(const char* request, std::int32_t tid, Priority priority) {
     const CLockGuard guard(lock_);
     if (chancesLeft_ == 0) {
         return false;
     }
-    const Outcome outcome = Ask(tid, priority);
+    const Outcome outcome = Send(request, tid, priority);
     if (outcome == Outcome::noAnswer) {
         --chancesLeft_;
     } else if (outcome == Outcome::noService) {
@@ -65,7 +74,7 @@ bool CRealtimeKit::MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) 
     return outcome == Outcome::granted;
 }
 
-CRealtimeKit::Outcome CRealtimeKit::Ask(std::int32_t tid, std::uint32_t priority) const {
+CRealtimeKit::Outcome CRealtimeKit::Send(const char* request, std::int32_t tid, Priority priority) const {
     static const bool threadsReady = dbus_threads_init_default() != 0;
     CError error;
     const ConnectionPointer bus(threadsReady ? dbus_connection_open_private(busAddress_.c_str(), error.Get())
@@ -90,11 +99,15 @@ CRealtimeKit::Outcome CRealtimeKit::Ask(std::int32_t tid, std::uint32_t priority
     if (!send(hello.get())) {
         return failure() == Outcome::refused ? Outcome::noService : failure();
     }
-    const MessagePointer request(dbus_message_new_method_call(kService, kPath, kService, "MakeThreadRealtime"));
+    const MessagePointer call(dbus_message_new_method_call(kService, kPath, kService, request));
     const dbus_uint64_t thread = static_cast<dbus_uint64_t>(tid);
-    const dbus_uint32_t wanted = priority;
-    dbus_message_append_args(request.get(), DBUS_TYPE_UINT64, &thread, DBUS_TYPE_UINT32, &wanted, DBUS_TYPE_INVALID);
-    return send(request.get()) ? Outcome::granted : failure();
+    std::visit(
+        [&](auto wanted) {
+            const int type = std::is_signed_v<decltype(wanted)> ? DBUS_TYPE_INT32 : DBUS_TYPE_UINT32;
+            dbus_message_append_args(call.get(), DBUS_TYPE_UINT64, &thread, type, &wanted, DBUS_TYPE_INVALID);
+        },
+        priority);
+    return send(call.get()) ? Outcome::granted : failure();
 }
 
 }  // namespace NK::Platform

@@ -1,8 +1,9 @@
-// Real-time scheduling from the desktop's RealtimeKit service.
+// Real-time scheduling and nice values below 0 from the desktop's RealtimeKit service.
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <variant>
 
 #include "nk/nk_critical_section.h"
 
@@ -20,10 +21,15 @@ public:
     /// Asks for round-robin scheduling of thread `tid` of this process with `priority`. Whether the service agreed.
     /// Each answer is awaited for at most 50 ms, twice. [any]
     bool MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) NK_EXCLUDES(lock_);
+    /// As MakeThreadRealtime(), for a nice value of -1 to -15.
+    bool MakeThreadHighPriority(std::int32_t tid, std::int32_t nice) NK_EXCLUDES(lock_);
 
 private:
     enum class Outcome { granted, refused, noAnswer, noService };
-    Outcome Ask(std::int32_t tid, std::uint32_t priority) const;
+    /// Priorities are unsigned for the one request of the service and signed for the other.
+    using Priority = std::variant<std::uint32_t, std::int32_t>;
+    bool Ask(const char* request, std::int32_t tid, Priority priority) NK_EXCLUDES(lock_);
+    Outcome Send(const char* request, std::int32_t tid, Priority priority) const;
 
     const std::string busAddress_;
     CCriticalSection lock_;

@@ -43,6 +43,7 @@ public:
     std::atomic<int> connections{0};
     std::atomic<std::uint64_t> thread{0};
     std::atomic<std::uint32_t> priority{0};
+    std::atomic<std::int32_t> nice{0};
 
 private:
     static dbus_bool_t AddWatch(DBusWatch* watch, void* self) {
@@ -91,16 +92,22 @@ private:
             }
             return;
         }
-        if (dbus_message_is_method_call(message, "org.freedesktop.RealtimeKit1", "MakeThreadRealtime") == 0) {
-            return;
-        }
+        const char* const service = "org.freedesktop.RealtimeKit1";
         dbus_uint64_t number = 0;
         dbus_uint32_t wanted = 0;
-        if (dbus_message_get_args(message, nullptr, DBUS_TYPE_UINT64, &number, DBUS_TYPE_UINT32, &wanted,
-                                  DBUS_TYPE_INVALID) != 0) {
-            thread = number;
-            priority = wanted;
+        dbus_int32_t wantedNice = 0;
+        if (dbus_message_is_method_call(message, service, "MakeThreadRealtime") != 0) {
+            dbus_message_get_args(message, nullptr, DBUS_TYPE_UINT64, &number, DBUS_TYPE_UINT32, &wanted,
+                                  DBUS_TYPE_INVALID);
+        } else if (dbus_message_is_method_call(message, service, "MakeThreadHighPriority") != 0) {
+            dbus_message_get_args(message, nullptr, DBUS_TYPE_UINT64, &number, DBUS_TYPE_INT32, &wantedNice,
+                                  DBUS_TYPE_INVALID);
+        } else {
+            return;
         }
+        thread = number;
+        priority = wanted;
+        nice = wantedNice;
         if (answer_ == Answer::yes) {
             Send(dbus_message_new_method_return(message));
         } else if (answer_ == Answer::no) {
@@ -132,6 +139,15 @@ TEST(RealtimeKit, AsksForTheThreadAndThePriority) {
     EXPECT_EQ(bus.priority, 15U);
     EXPECT_TRUE(kit.MakeThreadRealtime(4712, 10));
     EXPECT_EQ(bus.thread, 4712U);
+}
+
+TEST(RealtimeKit, AsksForANiceValue) {
+    CFakeBus bus(CFakeBus::Answer::yes);
+    CRealtimeKit kit(bus.GetAddress());
+    EXPECT_TRUE(kit.MakeThreadHighPriority(4711, -5));
+    EXPECT_EQ(bus.thread, 4711U);
+    EXPECT_EQ(bus.nice, -5);
+    EXPECT_EQ(bus.priority, 0U);
 }
 
 TEST(RealtimeKit, ARefusalIsFalseAndTheNextThreadMayAsk) {

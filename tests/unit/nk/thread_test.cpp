@@ -589,6 +589,21 @@ TEST(ThreadPriority, ARefusalIsTheResultAndHarmsNothing) {
     EXPECT_EQ(thread.ended, 1);
 }
 
+TEST(ThreadPriority, AnyThreadMayGiveItselfALevelAndPassesItOn) {
+    std::thread([] {
+        ASSERT_TRUE(NK::CThread::SetCallersLevel(1));
+        EXPECT_EQ(NiceOf(gettid()), 10);
+        std::thread([] { EXPECT_EQ(NiceOf(gettid()), 10); }).join();
+        const bool granted = NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
+        EXPECT_EQ(NiceOf(gettid()), granted ? -5 : 10);
+        if (granted) {
+            CNumberedThread thread;
+            EXPECT_EQ(NiceOf(thread.StartAndGetNumber()), 0) << "one of the framework has its own";
+        }
+    }).join();
+    EXPECT_NE(NiceOf(getpid()), 10);
+}
+
 TEST(SleepInterruptible, SleepsTheFullTimeUnlessAStopIsRequested) {
     std::atomic<int> results{0};
     CScriptedThread thread([&](CScriptedThread& self) {
