@@ -7,8 +7,6 @@
 using NK::MIDI::TMIDIMessage;
 
 namespace {
-const QEvent::Type kWakeUp = static_cast<QEvent::Type>(QEvent::registerEventType());
-
 int Packed(TMIDIMessage message) {
     return static_cast<int>(message.ToWord());
 }
@@ -48,16 +46,12 @@ void MIDIEventRelay::Put(int packedMessage) {
     }
     if (!posted_) {
         posted_ = true;
-        QCoreApplication::postEvent(this, new QEvent(kWakeUp));
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 }
 
-bool MIDIEventRelay::event(QEvent* event) {
-    if (event->type() == kWakeUp) {
-        Deliver();
-        return true;
-    }
-    return QObject::event(event);
+void MIDIEventRelay::customEvent(QEvent* /*event*/) {
+    Deliver();
 }
 
 void MIDIEventRelay::DeliverNote(const Pending& taken, std::size_t note) {

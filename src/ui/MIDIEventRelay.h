@@ -29,7 +29,8 @@ signals:
     void BatchDone();
 
 protected:
-    bool event(QEvent* event) override;
+    /// The wake-up, the one event that is posted here.
+    void customEvent(QEvent* event) override;
 
 private:
     struct Pending {
