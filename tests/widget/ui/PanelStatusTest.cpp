@@ -395,6 +395,36 @@ TEST_F(PanelStatus, ANoteDoesNotPaintTheDisplayThatStaysAsItIs) {
     EXPECT_GE(display.count, 1) << "another velocity";
 }
 
+TEST_F(PanelStatus, TheDisplaysLegendsFollowWhatTheyTell) {
+    auto& display = Find<MainDisplay>("main-display");
+    const auto picture = [&](const QRect& area) {
+        QApplication::processEvents();
+        return display.grab(area).toImage();
+    };
+    const QRect transpose(266, 4, 76, 15);
+    const QRect secondBadge(10, 65, 18, 38);
+    const QRect sustain(300, 106, 78, 16);
+    const QRect corner(2, 2, 6, 6);
+
+    const QImage english = picture(transpose);
+    Kivora::SetLocale("ru_RU", false);
+    EXPECT_NE(picture(transpose), english);
+    Kivora::SetLocale("en_US", false);
+    EXPECT_EQ(picture(transpose), english);
+
+    const QImage pale = picture(secondBadge);
+    display.setVoice(1, MainDisplay::Voice{});
+    EXPECT_NE(picture(secondBadge), pale);
+
+    const QImage off = picture(sustain);
+    panel->MIDIMessageSent(Word(0xB0, 1, 64, 127));
+    EXPECT_NE(picture(sustain), off) << "it stands beside its figure";
+
+    const QImage glass = picture(corner);
+    display.setGlass(nullptr, Qt::white);
+    EXPECT_NE(picture(corner), glass);
+}
+
 TEST_F(PanelStatus, AFloodOfMessagesIsPaintedOnceATurnAndDoesNotStarveTheWindow) {
     Engine().SetInputPortByName(kKeyboard);
     PaintCounter piano(Piano());
