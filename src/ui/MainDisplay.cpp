@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "QtWidgets/skin/QClickableLabel.h"
+#include "ui/NoticeLine.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ constexpr QRect kModeBox{10, 108, 70, 14};
 constexpr QRect kTempoBox{134, 108, 40, 14};
 constexpr QRect kVelocityBox{268, 108, 40, 14};
 constexpr QRect kSustainBox{378, 108, 40, 14};
+constexpr QRect kNoticeBox{6, 106, 416, 17};
 constexpr std::array<int, 2> kRowTops = {24, 65};
 constexpr QRect kFamilyBox{38, 3, 250, 13};  // these five from the row's top
 constexpr QRect kProgramBox{37, 16, 251, 23};
@@ -41,8 +43,10 @@ MainDisplay::MainDisplay(QWidget* parent)
       tempo_(addLabel("display-tempo", PanelText::kStatusValue, kTempoBox, kStatusValueBaseline, Qt::AlignLeft)),
       velocity_(
           addLabel("display-velocity", PanelText::kStatusValue, kVelocityBox, kStatusValueBaseline, Qt::AlignLeft)),
-      sustain_(
-          addLabel("display-sustain", PanelText::kStatusValue, kSustainBox, kStatusValueBaseline, Qt::AlignRight)) {
+      sustain_(addLabel("display-sustain", PanelText::kStatusValue, kSustainBox, kStatusValueBaseline, Qt::AlignRight)),
+      notice_(new NoticeLine(this)) {
+    notice_->setObjectName("display-notice");
+    notice_->setGeometry(kNoticeBox);
     for (int index = 0; index < 2; ++index) {
         addRow(index, kRowTops[static_cast<std::size_t>(index)]);
     }
@@ -99,6 +103,7 @@ void MainDisplay::nameControls() {
 void MainDisplay::setGlass(const QPixmap* glass, const QColor& glassColor) {
     glass_ = glass;
     glassColor_ = glassColor;
+    notice_->setGlassColor(glassColor);
     renewFace();
 }
 

@@ -11,6 +11,7 @@
 #include "ui/PanelLabel.h"
 #include "ui/PatchTexts.h"
 
+class NoticeLine;
 class QClickableLabel;
 
 /// A view: shows what it is told. Voices are 0 and 1. [gui]
@@ -38,6 +39,8 @@ public:
 
     /// Where a patch name is clicked.
     QClickableLabel* nameArea(int index) const { return rows_.at(static_cast<std::size_t>(index)).area; }
+    /// Over the status values, hidden while there is nothing to tell.
+    NoticeLine* notice() const { return notice_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -72,4 +75,5 @@ private:
     PanelLabel* tempo_;
     PanelLabel* velocity_;
     PanelLabel* sustain_;
+    NoticeLine* notice_;
 };
