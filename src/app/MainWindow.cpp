@@ -3,11 +3,11 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QScreen>
 
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
+#include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
@@ -26,7 +26,7 @@ MainWindow::~MainWindow() {
     const bool saved = SaveSettings();
     if (!quiet_) {
         if (!saved) {
-            QMessageBox::critical(this, tr("Error"), tr("Failed to save the settings."));
+            Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to save the settings."));
         }
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);
@@ -53,7 +53,8 @@ void MainWindow::Save() {
 
 void MainWindow::CreateEngine(const EngineCreator& createEngine) {
     const auto showFatal = [this](const QString& text) {
-        QMessageBox::critical(this, tr("Fatal Error"), text + "\r\n" + tr("Sorry, the application cannot continue."));
+        Dialogs::Show(this, QMessageBox::Critical, tr("Fatal Error"),
+                      text + "\r\n" + tr("Sorry, the application cannot continue."));
     };
     try {
         engine_ = createEngine();

@@ -16,6 +16,7 @@
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
 #include "ui/EmbeddedFonts.h"
+#include "ui/PlainTexts.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ int main(int argc, char** argv) {
     NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
     NK::SeedRandom();  // else random arpeggios would be the same in every run
     QApplication application(argc, argv);
+    const PlainTexts plainTexts;
     SetIdentity();
     NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
     SetStyle();

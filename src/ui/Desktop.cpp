@@ -1,7 +1,8 @@
 #include "ui/Desktop.h"
 
-#include <QMessageBox>
 #include <QWidget>
+
+#include "ui/Dialogs.h"
 
 Desktop::Desktop(QWidget* parent, const QString& programDir) : QObject(parent), window_(parent), help_(programDir) {
     connect(&help_, &Kivora::HelpOpener::HelpNotFound, this, [this](const QString& path) {
@@ -23,5 +24,5 @@ void Desktop::showWebSite(const QString& address) {
 }
 
 void Desktop::warn(const QString& title, const QString& text, const QString& path) {
-    QMessageBox::warning(window_, title, text + "\r\n" + path);
+    Dialogs::Show(window_, QMessageBox::Warning, title, text + "\r\n" + path);
 }

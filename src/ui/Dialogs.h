@@ -1,6 +1,7 @@
 // What the dialogs have in common.
 #pragma once
 
+#include <memory>
 #include <QApplication>
 #include <QMessageBox>
 #include <QString>
@@ -16,13 +17,20 @@ inline NK::CString FromQt(const QString& text) {
     return {text.toStdWString()};
 }
 
-/// A message box whose text is no markup. Waits for the user; returns the button that was clicked.
-inline QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const QString& title,
-                                        const QString& text, QMessageBox::StandardButtons buttons = QMessageBox::Ok) {
-    QMessageBox box(icon, title, text, buttons, parent);
-    box.setTextFormat(Qt::PlainText);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
-}
+/// Every message box of the program is made here. Its texts are no markup, whatever stands in them. `details`, for
+/// example a path and the system's reason, stand below the text. Line breaks are kept.
+std::unique_ptr<QMessageBox> MakeBox(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
+                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                     const QString& details = {});
+
+/// Waits for the user; returns the button that was clicked.
+QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
+                                 QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                 QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
+
+/// The same with details below the text.
+void ShowFailure(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
+                 const QString& details);
 
 /// The pointer has the shape for waiting while this lives.
 class WaitCursor {

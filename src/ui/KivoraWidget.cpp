@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
-#include <QMessageBox>
 #include <utility>
 
 #include "engine/CKivora.h"
@@ -15,6 +14,7 @@
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/About.h"
 #include "ui/arpeggiatorSettings.h"
+#include "ui/Dialogs.h"
 #include "ui/FocusRing.h"
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
@@ -64,9 +64,9 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
     setFocus();
     if (engine_ != nullptr) {
         if (engine_->AreSettingsDamaged()) {
-            QMessageBox::warning(this, tr("Warning"),
-                                 tr("The settings file is damaged. The default settings are in force; the file will be "
-                                    "kept under another name."));
+            Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
+                          tr("The settings file is damaged. The default settings are in force; the file will be "
+                             "kept under another name."));
         }
         openPorts();
     }
@@ -120,7 +120,9 @@ void KivoraWidget::loadSettings() {
 }
 
 void KivoraWidget::openPorts() {
-    const auto showError = [this](const QString& text) { QMessageBox::critical(this, tr("MIDI Engine Error"), text); };
+    const auto showError = [this](const QString& text) {
+        Dialogs::Show(this, QMessageBox::Critical, tr("MIDI Engine Error"), text);
+    };
     try {
         front_->OpenPorts();
     } catch (const NK::CException& error) {
@@ -131,9 +133,9 @@ void KivoraWidget::openPorts() {
 }
 
 void KivoraWidget::outputLost() {
-    QMessageBox::warning(this, tr("MIDI Engine Error"),
-                         tr("The connection to the MIDI synthesizer was lost: %1")
-                             .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
+    Dialogs::Show(this, QMessageBox::Warning, tr("MIDI Engine Error"),
+                  tr("The connection to the MIDI synthesizer was lost: %1")
+                      .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
 }
 
 void KivoraWidget::inputLost() {
@@ -142,10 +144,11 @@ void KivoraWidget::inputLost() {
     midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
     if (engine_->GetInputLostCount() == 1) {
         releaseHeld();
-        auto* box = new QMessageBox(QMessageBox::Warning, tr("Warning"),
-                                    tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
-                                       "The keys that it held were released. The MIDI lamp tells how often."),
-                                    QMessageBox::Ok, this);
+        QMessageBox* const box =
+            Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
+                             tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
+                                "The keys that it held were released. The MIDI lamp tells how often."))
+                .release();
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->setWindowModality(Qt::NonModal);
         box->setAttribute(Qt::WA_ShowWithoutActivating);  // who plays on is not to be stopped
@@ -154,11 +157,12 @@ void KivoraWidget::inputLost() {
 }
 
 void KivoraWidget::takeNotKept(const QString& text) {
-    QMessageBox::warning(this, tr("Warning"), text);
+    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"), text);
 }
 
 void KivoraWidget::fileSetAside(const QString& path) {
-    QMessageBox::warning(this, tr("Warning"), tr("A damaged file was kept under another name:") + "\n" + path);
+    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
+                  tr("A damaged file was kept under another name:") + "\n" + path);
 }
 
 void KivoraWidget::resetClicked() {

@@ -3,13 +3,13 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QLocale>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "engine/TakeJournal.h"
+#include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
@@ -61,7 +61,7 @@ void KivoraWidget::onStartRecording() {
     }
     releaseHeld();
     if (!front_->StartRecording()) {
-        QMessageBox::critical(this, tr("Error"), tr("Failed to start MIDI recording."));
+        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
     }
 }
 
@@ -74,7 +74,7 @@ void KivoraWidget::onStopRecording() {
 void KivoraWidget::stopAndSave() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     if (engine_->IsRecording() && !engine_->StopRecording()) {
-        QMessageBox::critical(this, tr("Error"), tr("Failed to stop MIDI recording."));
+        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
     }
     if (engine_->GetRecordedCount() > 0) {
@@ -92,7 +92,7 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const
         if (save(NK::CString(dialog.selectedFiles().value(0).toStdWString().c_str()))) {
             return true;
         }
-        QMessageBox::critical(this, tr("Error"), tr("Failed to write MIDI file."));
+        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to write MIDI file."));
     }
     return false;
 }
@@ -113,16 +113,16 @@ void KivoraWidget::checkLimits() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool captured = engine_->GetRecordedCount() > 0;
     if (!engine_->StopRecording()) {
-        QMessageBox::critical(this, tr("Error"), tr("Failed to stop MIDI recording."));
+        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
     }
     if (!captured) {
-        QMessageBox::warning(this, tr("Warning"), reason);
+        Dialogs::Show(this, QMessageBox::Warning, tr("Warning"), reason);
         return;
     }
-    const auto answer =
-        QMessageBox::warning(this, tr("Warning"), reason + " " + tr("Do you want to save the recording?"),
-                             QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
+    const auto answer = Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
+                                      reason + " " + tr("Do you want to save the recording?"),
+                                      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
     if (answer == QMessageBox::Yes) {
         stopAndSave();
     } else if (answer == QMessageBox::No) {
@@ -145,15 +145,15 @@ bool KivoraWidget::offerTakes() {
     bool decided = true;
     for (const Kivora::WaitingTake& take : takes_->GetWaiting()) {
         const QDateTime begun = QDateTime::fromSecsSinceEpoch(take.startedAt);
-        QMessageBox box(
-            QMessageBox::Question, tr("Recording Not Saved"),
+        const auto box = Dialogs::MakeBox(
+            this, QMessageBox::Question, tr("Recording Not Saved"),
             tr("A recording of %1 (minutes and seconds), begun on %2, was not saved.")
                     .arg(RecordingTexts::Elapsed(take.lengthMs), QLocale().toString(begun, QLocale::ShortFormat)) +
                 "\n" + tr("Do you want to save the recording?"),
-            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
-        box.setDefaultButton(QMessageBox::Save);
-        box.button(QMessageBox::Cancel)->setText(tr("Ask &later"));
-        switch (box.exec()) {
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+        box->setDefaultButton(QMessageBox::Save);
+        box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
+        switch (box->exec()) {
             case QMessageBox::Save:
                 decided &=
                     saveAs(begun, [this, &take](const NK::CString& path) { return takes_->Save(take.id, path); });
@@ -187,9 +187,9 @@ bool KivoraWidget::isReadyToClose() {
     if (std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; })) {
         return true;
     }
-    QMessageBox::warning(this, tr("Warning"),
-                         tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
-                            "Save the recording in another folder, or discard it."));
+    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
+                  tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
+                     "Save the recording in another folder, or discard it."));
     return false;
 }
 

@@ -1,5 +1,4 @@
 // How the panel looks: colours, wallpaper, the pictures of its controls.
-#include <QMessageBox>
 #include <QPainter>
 #include <QPaintEvent>
 #include <utility>
@@ -43,7 +42,7 @@ void KivoraWidget::updateSkin() {
     // Told once: the skin is composed anew with every colour that is tried out.
     const QString refused = loaded.error.isEmpty() ? QString() : path;
     if (std::exchange(wallpaperRefused_, refused) != refused && !refused.isEmpty()) {
-        QMessageBox::critical(this, tr("Error Loading Wallpaper"), loaded.error);
+        Dialogs::Show(this, QMessageBox::Critical, tr("Error Loading Wallpaper"), loaded.error);
     }
 }
 
