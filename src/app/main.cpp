@@ -12,6 +12,7 @@
 #include "app/PanelPictures.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
+#include "nk/nk_session_bus.h"
 #include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
@@ -44,6 +45,9 @@ int main(int argc, char** argv) {
     // A key goes before what other programs compute. Qt's thread that reads the keys is started below and inherits it.
     NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
     NK::SeedRandom();  // else random arpeggios would be the same in every run
+    NK::LeaveOutSilentBuses();
+    // The window's menu bar is never shown; the desktop's own would be looked for on the session's bus.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     const PlainTexts plainTexts;
     SetIdentity();

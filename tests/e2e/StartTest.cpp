@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include "e2e/InstrumentProcess.h"
+#include "support/SilentSocket.h"
 
 namespace {
 
@@ -52,6 +53,17 @@ TEST(Start, SettingsAreSavedWhenTheWindowCloses) {
     EXPECT_FALSE(QFile::exists(file));
     EXPECT_EQ(instrument.Close(), 0);
     EXPECT_TRUE(Read(file).contains("\nTempo=120\n")) << Read(file).toStdString();
+}
+
+TEST(Start, BusesOfTheDesktopThatNeverAnswerKeepNoWindowAway) {
+    for (const char* const words : {"", "OK 0123456789abcdef0123456789abcdef\r\n"}) {
+        const KivoraTest::CSilentSocket bus(words);
+        const QString address = "=" + QString::fromStdString(bus.GetAddress());
+        InstrumentProcess instrument;
+        ASSERT_TRUE(instrument.Start({}, {"DBUS_SESSION_BUS_ADDRESS" + address, "DBUS_SYSTEM_BUS_ADDRESS" + address,
+                                          "AT_SPI_BUS_ADDRESS" + address}));
+        EXPECT_EQ(instrument.Close(), 0);
+    }
 }
 
 TEST(End, OnTheSystemsRequestSavesTheSettingsEndsTheNotesAndKeepsTheTake) {

@@ -1,44 +1,17 @@
 #include "nk/platform/platform_realtime_kit.h"
 
-#include <dbus/dbus.h>
-
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <type_traits>
+
+#include "nk/platform/platform_bus_connection.h"
 
 namespace NK::Platform {
 namespace {
 
-constexpr int kAnswerMs = 50;
+constexpr std::chrono::milliseconds kAnswer{50};
 constexpr const char* kService = "org.freedesktop.RealtimeKit1";
 constexpr const char* kPath = "/org/freedesktop/RealtimeKit1";
-
-struct TCloseConnection {
-    void operator()(DBusConnection* connection) const {
-        dbus_connection_close(connection);
-        dbus_connection_unref(connection);
-    }
-};
-struct TReleaseMessage {
-    void operator()(DBusMessage* message) const { dbus_message_unref(message); }
-};
-using ConnectionPointer = std::unique_ptr<DBusConnection, TCloseConnection>;
-using MessagePointer = std::unique_ptr<DBusMessage, TReleaseMessage>;
-
-/// A D-Bus error with its lifetime.
-class CError {
-public:
-    CError() { dbus_error_init(&error_); }
-    ~CError() { dbus_error_free(&error_); }
-    CError(const CError&) = delete;
-    CError& operator=(const CError&) = delete;
-    DBusError* Get() { return &error_; }
-    bool Is(const char* name) const { return dbus_error_has_name(&error_, name) != 0; }
-
-private:
-    DBusError error_{};
-};
 
 std::string SystemBusAddress() {
     const char* const address = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
@@ -75,31 +48,15 @@ bool CRealtimeKit::Ask(const char* request, std::int32_t tid, Priority priority)
 }
 
 CRealtimeKit::Outcome CRealtimeKit::Send(const char* request, std::int32_t tid, Priority priority) const {
-    static const bool threadsReady = dbus_threads_init_default() != 0;
-    CError error;
-    const ConnectionPointer bus(threadsReady ? dbus_connection_open_private(busAddress_.c_str(), error.Get())
-                                             : nullptr);
-    if (!bus) {
-        return Outcome::noService;
-    }
-    const auto send = [&](DBusMessage* message) {
-        return MessagePointer(dbus_connection_send_with_reply_and_block(bus.get(), message, kAnswerMs, error.Get()));
+    using Result = CBusConnection::Result;
+    const auto failure = [](Result result) {
+        return result == Result::kNoAnswer ? Outcome::noAnswer : Outcome::noService;
     };
-    const auto failure = [&] {
-        if (error.Is(DBUS_ERROR_NO_REPLY) || error.Is(DBUS_ERROR_TIMEOUT) || error.Is(DBUS_ERROR_TIMED_OUT)) {
-            return Outcome::noAnswer;
-        }
-        return error.Is(DBUS_ERROR_SERVICE_UNKNOWN) || error.Is(DBUS_ERROR_DISCONNECTED) ? Outcome::noService
-                                                                                         : Outcome::refused;
-    };
-
-    // dbus_bus_register() would wait up to 25 s for this answer.
-    const MessagePointer hello(
-        dbus_message_new_method_call(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"));
-    if (!send(hello.get())) {
-        return failure() == Outcome::refused ? Outcome::noService : failure();
+    CBusConnection bus;
+    if (const Result opened = bus.Open(busAddress_, CBusConnection::Clock::now() + kAnswer); opened != Result::kDone) {
+        return failure(opened);
     }
-    const MessagePointer call(dbus_message_new_method_call(kService, kPath, kService, request));
+    const BusMessagePointer call(dbus_message_new_method_call(kService, kPath, kService, request));
     const dbus_uint64_t thread = static_cast<dbus_uint64_t>(tid);
     std::visit(
         [&](auto wanted) {
@@ -107,7 +64,14 @@ CRealtimeKit::Outcome CRealtimeKit::Send(const char* request, std::int32_t tid, 
             dbus_message_append_args(call.get(), DBUS_TYPE_UINT64, &thread, type, &wanted, DBUS_TYPE_INVALID);
         },
         priority);
-    return send(call.get()) ? Outcome::granted : failure();
+    BusMessagePointer reply;
+    if (const Result asked = bus.Call(*call, CBusConnection::Clock::now() + kAnswer, reply); asked != Result::kDone) {
+        return failure(asked);
+    }
+    if (dbus_message_is_error(reply.get(), DBUS_ERROR_SERVICE_UNKNOWN) != 0) {
+        return Outcome::noService;
+    }
+    return dbus_message_get_type(reply.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN ? Outcome::granted : Outcome::refused;
 }
 
 }  // namespace NK::Platform

@@ -19,7 +19,7 @@ public:
     static CRealtimeKit& Instance();
 
     /// Asks for round-robin scheduling of thread `tid` of this process with `priority`. Whether the service agreed.
-    /// Each answer is awaited for at most 50 ms, twice. [any]
+    /// Waits at most 50 ms until the bus has taken the connection and this user, and 50 ms for the answer. [any]
     bool MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) NK_EXCLUDES(lock_);
     /// As MakeThreadRealtime(), for a nice value of -1 to -15.
     bool MakeThreadHighPriority(std::int32_t tid, std::int32_t nice) NK_EXCLUDES(lock_);

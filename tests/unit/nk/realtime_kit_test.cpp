@@ -7,6 +7,8 @@
 #include <string>
 #include <thread>
 
+#include "support/SilentSocket.h"
+
 namespace {
 
 using NK::Platform::CRealtimeKit;
@@ -181,6 +183,26 @@ TEST(RealtimeKit, GivesUpOnABusThatDoesNotGreet) {
     CRealtimeKit kit(bus.GetAddress());
     EXPECT_FALSE(kit.MakeThreadRealtime(1, 15));
     EXPECT_EQ(bus.thread, 0U);
+}
+
+TEST(RealtimeKit, ABusThatTakesTheConnectionAndSaysNothingIsGivenUp) {
+    for (const char* const words : {"", "OK", "OK 0123456789abcdef0123456789abcdef\r\n"}) {
+        const KivoraTest::CSilentSocket bus(words);
+        // Also when nobody takes one connection more.
+        for (int i = 0; i < 2 + KivoraTest::CSilentSocket::kBacklog; ++i) {
+            CRealtimeKit kit(bus.GetAddress());
+            EXPECT_FALSE(kit.MakeThreadRealtime(1, 15));
+        }
+    }
+}
+
+TEST(RealtimeKit, ABusThatSpeaksSomethingElseIsNone) {
+    for (const char* const words : {"REJECTED\r\n", "HTTP/1.1 400 Bad Request\r\n",
+                                    "OK 0\r\nno message at all, and long enough to be taken for one's head\r\n"}) {
+        const KivoraTest::CSilentSocket bus(words);
+        CRealtimeKit kit(bus.GetAddress());
+        EXPECT_FALSE(kit.MakeThreadRealtime(1, 15));
+    }
 }
 
 TEST(RealtimeKit, IsFalseWithoutABus) {
