@@ -20,6 +20,9 @@ constexpr int kDualSlot = 1;
 constexpr int kSplitSlot = 2;
 constexpr BYTE kSplitStartNote = 60;
 constexpr int kBlinkMs = 100;
+// What the keys of the piano shine in while they sound.
+constexpr QColor kMainLight(0x2F, 0xB5, 0x6E);
+constexpr QColor kSecondLight(0xE0, 0x9A, 0x38);
 
 /// Figures on the main display have a true minus sign.
 QString Figure(int value) {
@@ -195,7 +198,9 @@ void KivoraWidget::updateVoiceModeButtons() {
 
 void KivoraWidget::updateKeyboardKeyLayout() {
     const bool split = engine_ != nullptr && engine_->IsSplit();
+    const bool dual = engine_ != nullptr && engine_->IsDual();
     piano_->setSplitMainPartStartKey(split ? kSplitStartNote : 0);
+    piano_->setLights({kMainLight, dual ? kSecondLight : QColor(), kSecondLight});
     hintBar_->update();
 }
 

@@ -1,6 +1,6 @@
 #include "ui/SkinColors.h"
 
-#include <cmath>
+#include "QtWidgets/piano/KeyColors.h"
 
 namespace {
 
@@ -8,15 +8,10 @@ constexpr double kBrightestBody = 140.0;
 constexpr double kDarkestDisplay = 0.26;
 constexpr int kMixSteps = 64;
 
-double Linear(int component) {
-    const double value = component / 255.0;
-    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
 }  // namespace
 
 double RelativeLuminance(const QColor& color) {
-    return 0.2126 * Linear(color.red()) + 0.7152 * Linear(color.green()) + 0.0722 * Linear(color.blue());
+    return KeyColors::RelativeLuminance(color);
 }
 
 QColor CapColor(const QColor& color) {

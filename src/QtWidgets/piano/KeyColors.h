@@ -18,4 +18,11 @@ QColor Blend(const QColor& color, qreal weight, qreal saturation, const QColor& 
 /// The scheme's colour of a note over the fixed base of its key; less of it in the bass part.
 QColor Tint(const NK::Piano::TKeyColor& schemeColor, bool blackKey, bool bassPart);
 
+/// WCAG 2.x, 0..1.
+double RelativeLuminance(const QColor& color);
+
+/// What a key of the colour `idle` takes when it shines in `light`: that colour, towards black on a light key and
+/// towards white on a dark one until the two are told apart from afar, also under the shades that lie over both.
+QColor Shine(const QColor& idle, const QColor& light);
+
 }  // namespace KeyColors

@@ -23,6 +23,14 @@ constexpr qreal kShadowLeft = 2.0;
 constexpr qreal kShadowRight = 19.0;
 constexpr qreal kShadowLength = 122.92;
 constexpr int kMostPictures = 512;
+// Of a lit key: how much of the pressed keys' shade it has, and where along it one colour passes into the other.
+constexpr qreal kLitShade = 0.45;
+constexpr qreal kLitRim = 0.35;
+constexpr qreal kPressedRim = 0.72;
+constexpr qreal kWhiteTipFrom = 0.76;
+constexpr qreal kWhiteTipTo = 0.88;
+constexpr qreal kBlackTipFrom = 0.45;
+constexpr qreal kBlackTipTo = 0.65;
 
 QColor black(qreal alpha) {
     return QColor::fromRgbF(0.0F, 0.0F, 0.0F, static_cast<float>(qBound(0.0, alpha, 1.0)));
@@ -91,6 +99,16 @@ QPainterPath blackBevel() {
     return path;
 }
 
+QBrush pressedBody(const PianoKeyLook& look) {
+    const QColor color = QColor::fromRgb(look.color);
+    if (!look.lit) {
+        return color;
+    }
+    const QColor tipColor = QColor::fromRgb(look.tip);
+    return look.black ? along(0.0, kBlackLength, {{kBlackTipFrom, color}, {kBlackTipTo, tipColor}})
+                      : along(0.0, kWhiteLength, {{kWhiteTipFrom, color}, {kWhiteTipTo, tipColor}});
+}
+
 QBrush frontFace(qreal top) {
     return along(top, kWhiteLength, {{0.0, black(0.14)}, {0.7, black(0.24)}, {1.0, black(0.42)}});
 }
@@ -136,9 +154,9 @@ QPixmap PianoKeySkin::key(const PianoKeyLook& look) {
 void PianoKeySkin::drawKey(QPainter& painter, const PianoKeyLook& look) const {
     const QColor color = QColor::fromRgb(look.color);
     if (look.black) {
-        look.pressed ? drawPressedBlack(painter, color) : drawBlack(painter, color);
+        look.pressed ? drawPressedBlack(painter, look) : drawBlack(painter, color);
     } else {
-        look.pressed ? drawPressedWhite(painter, color) : drawWhite(painter, color);
+        look.pressed ? drawPressedWhite(painter, look) : drawWhite(painter, color);
     }
 }
 
@@ -157,10 +175,14 @@ void PianoKeySkin::drawWhite(QPainter& painter, const QColor& color) const {
     painter.fillRect(QRectF(30, 0, 1, 173), black(0.16));
 }
 
-void PianoKeySkin::drawPressedWhite(QPainter& painter, const QColor& color) const {
-    const qreal k = metrics_.pressedDarkener;
+qreal PianoKeySkin::pressedShade(const PianoKeyLook& look) const {
+    return metrics_.pressedDarkener * (look.lit ? kLitShade : 1.0);
+}
+
+void PianoKeySkin::drawPressedWhite(QPainter& painter, const PianoKeyLook& look) const {
+    const qreal k = pressedShade(look);
     const QPainterPath body = tip({0, 0, kWhiteWidth, kWhiteLength}, 3, 2);
-    painter.fillPath(whiteBody(), color);
+    painter.fillPath(whiteBody(), pressedBody(look));
     painter.fillPath(
         body, along(0.0, kWhiteLength,
                     {{0.0, black(0.55 * k)}, {0.08, black(0.34 * k)}, {0.3, black(0.2 * k)}, {1.0, black(0.13 * k)}}));
@@ -185,14 +207,14 @@ void PianoKeySkin::drawBlack(QPainter& painter, const QColor& color) const {
     painter.fillPath(blackBevel(), along(106.42, 115.92, {{0.0, white(0.22)}, {0.3, black(0.05)}, {1.0, black(0.6)}}));
 }
 
-void PianoKeySkin::drawPressedBlack(QPainter& painter, const QColor& color) const {
-    const qreal k = metrics_.pressedDarkener;
+void PianoKeySkin::drawPressedBlack(QPainter& painter, const PianoKeyLook& look) const {
+    const qreal k = pressedShade(look);
     const QPainterPath top = softTip({2, 0, 12, 113.92}, 2.5);
     QPainterPath rim = blackBody();
     rim.addPath(top);
     rim.setFillRule(Qt::OddEvenFill);
-    painter.fillPath(blackBody(), color);
-    painter.fillPath(rim, black(0.72));
+    painter.fillPath(blackBody(), pressedBody(look));
+    painter.fillPath(rim, black(look.lit ? kLitRim : kPressedRim));
     painter.fillPath(top, along(0.0, 113.92, {{0.0, black(0.72 * k)}, {0.3, black(0.48 * k)}, {1.0, black(0.26 * k)}}));
     painter.fillRect(QRectF(2, 0, 1, 111.92), white(0.13));
 }

@@ -25,12 +25,14 @@ struct PianoSkinMetrics {
 struct PianoKeyLook {
     bool black = false;
     bool pressed = false;
-    int width = 0;  ///< device pixels along the keyboard
+    bool lit = false;  ///< a pressed key that shines: less of its shade lies over it
+    int width = 0;     ///< device pixels along the keyboard
     QRgb color = 0;
+    QRgb tip = 0;  ///< of a lit key: what the colour passes into towards the tip
 
     friend bool operator==(const PianoKeyLook&, const PianoKeyLook&) = default;
     friend size_t qHash(const PianoKeyLook& look, size_t seed = 0) noexcept {
-        return qHashMulti(seed, look.black, look.pressed, look.width, look.color);
+        return qHashMulti(seed, look.black, look.pressed, look.lit, look.width, look.color, look.tip);
     }
 };
 
@@ -53,9 +55,10 @@ public:
 private:
     void drawKey(QPainter& painter, const PianoKeyLook& look) const;
     void drawWhite(QPainter& painter, const QColor& color) const;
-    void drawPressedWhite(QPainter& painter, const QColor& color) const;
+    void drawPressedWhite(QPainter& painter, const PianoKeyLook& look) const;
     void drawBlack(QPainter& painter, const QColor& color) const;
-    void drawPressedBlack(QPainter& painter, const QColor& color) const;
+    void drawPressedBlack(QPainter& painter, const PianoKeyLook& look) const;
+    qreal pressedShade(const PianoKeyLook& look) const;
     QPixmap finished(QImage image) const;
 
     PianoSkinMetrics metrics_;

@@ -22,6 +22,16 @@
 
 class QTouchEvent;
 
+/// What pressed keys are lit in: those of the main part, those of the bass part, and the tips of the main part's for a
+/// voice that is layered over it. An invalid colour lights nothing.
+struct TPianoLights {
+    QColor main;
+    QColor layer;
+    QColor bass;
+
+    friend bool operator==(const TPianoLights&, const TPianoLights&) = default;
+};
+
 /// Shows a range of keys along its width (or its height), lights the pressed ones and lets them be played with the
 /// mouse, with several fingers and, when the cursor is enabled, with the computer keyboard's cursor keys and Space.
 /// Makes no sound itself: it emits what is played, and shows what PressKey(), ReleaseKey() and ProcessMessage() tell.
@@ -92,6 +102,10 @@ public:
     void setNoColors() { setColors(nullptr); }
     void setColors(const NK::Piano::CPianoColors* colors);
     const NK::Piano::CPianoColors* colors() const { return colors_; }
+
+    /// None at first: a pressed key is drawn darker, in its own colour.
+    void setLights(const TPianoLights& lights) { change(lights_, lights); }
+    const TPianoLights& lights() const { return lights_; }
 
     /// The key at a point of the widget, or kNoKey. A border belongs to the key on its right, black keys lie on top.
     BYTE keyAt(const QPointF& position) const;
@@ -256,6 +270,7 @@ private:
     TKeyPlace placeOf(BYTE note) const;
     TKeyLight lightOf(BYTE note) const;
     QColor keyColor(BYTE note, bool cursor) const;
+    PianoKeyLook lookOf(BYTE note, const TKeyLight& light, int width) const;
     bool isTinted(BYTE note) const;
     void prepareUnpressed();
     void drawKeys(QPainter& painter, const QRectF& frame, bool unpressed);
@@ -302,6 +317,7 @@ private:
     QBasicTimer briefTimer_;
     std::array<std::int32_t, NK::Piano::kNoteCount> fadeCounters_{};
     const NK::Piano::CPianoColors* colors_ = nullptr;
+    TPianoLights lights_;
     QTimer fadeTimer_;
 
     CKeySet shownPressed_;    ///< as last scheduled for painting

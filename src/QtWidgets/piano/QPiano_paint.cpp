@@ -70,6 +70,25 @@ QColor QPiano::keyColor(BYTE note, bool cursor) const {
     return bass ? bassColor_ : whiteColor_;
 }
 
+PianoKeyLook QPiano::lookOf(BYTE note, const TKeyLight& light, int width) const {
+    PianoKeyLook look;
+    look.black = !IsWhiteKey(note);
+    look.pressed = light.pressed;
+    look.width = width;
+    const bool bass = note < splitMainPartStartKey_;
+    const QColor& shine = bass ? lights_.bass : lights_.main;
+    look.lit = light.pressed && shine.isValid();
+    if (look.lit) {
+        const QColor idle = keyColor(note, false);
+        const QColor& tip = bass || !lights_.layer.isValid() ? shine : lights_.layer;
+        look.color = KeyColors::Shine(idle, shine).rgb();
+        look.tip = KeyColors::Shine(idle, tip).rgb();
+    } else {
+        look.color = keyColor(note, light.cursor).rgb();
+    }
+    return look;
+}
+
 void QPiano::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     paintRatio_ = deviceRatioOf(painter);
@@ -146,8 +165,7 @@ void QPiano::drawKey(QPainter& painter, BYTE note, const TKeyLight& light) {
         drawPicture(painter, QPoint(place.left, 0) + skin_.blackShadowOffset(place.width),
                     skin_.blackShadow(place.width));
     }
-    drawPicture(painter, {place.left, 0},
-                skin_.key({black, light.pressed, place.width, keyColor(note, light.cursor).rgb()}));
+    drawPicture(painter, {place.left, 0}, skin_.key(lookOf(note, light, place.width)));
 }
 
 void QPiano::drawPicture(QPainter& painter, const QPoint& framePosition, const QPixmap& picture) const {
