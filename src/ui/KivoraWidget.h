@@ -146,6 +146,7 @@ private:
     void createValueColumn();
     void createRightColumn();
     void createKeyboard();
+    void centreHints();  ///< over the keys, which are not as wide as each other
     void orderFocus();
     void nameControls();
     static void addCaption(PanelKey* button, double baseline);

@@ -187,9 +187,18 @@ void KivoraWidget::createKeyboard() {
     piano_->setFocusPolicy(Qt::TabFocus);
     piano_->installEventFilter(this);
     hintBar_->setRange(piano_->GetFirstNote(), piano_->GetKeyCount());
+    centreHints();
     connect(piano_, qOverload<BYTE, BYTE>(&QPiano::keyPressed), this, &KivoraWidget::UIKeyPressed);
     connect(piano_, &QPiano::keyReleased, this, &KivoraWidget::UIKeyReleased);
     connect(piano_, &QPiano::keyAfterTouch, this, &KivoraWidget::UIAfterTouch);
+}
+
+void KivoraWidget::centreHints() {
+    std::vector<double> centres(NK::Piano::kNoteCount);
+    for (std::size_t note = 0; note < centres.size(); ++note) {
+        centres[note] = piano_->x() - hintBar_->x() + piano_->keyRect(static_cast<BYTE>(note)).center().x();
+    }
+    hintBar_->setCentres(centres);
 }
 
 void KivoraWidget::orderFocus() {

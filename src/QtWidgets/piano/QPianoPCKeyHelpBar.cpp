@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "nk/nk_exception.h"
 #include "piano/PCKeyTable.h"
 #include "piano/PCKeyTexts.h"
 
@@ -35,6 +36,28 @@ void QPianoPCKeyHelpBar::setTextColor(const QColor& color) {
     update();
 }
 
+void QPianoPCKeyHelpBar::setCentres(const std::vector<double>& centres) {
+    if (!centres.empty() && centres.size() != labels_.size()) {
+        throw NK::CInvalidParameterException(L"A centre is needed for each note.");
+    }
+    centres_ = centres;
+    update();
+}
+
+double QPianoPCKeyHelpBar::centreOf(BYTE note) const {
+    return centres_.empty() ? (note - firstNote_ + 0.5) * cellWidth() : centres_.at(note);
+}
+
+QFont QPianoPCKeyHelpBar::fontForBar() const {
+    constexpr double kMargin = 4.0;
+    constexpr double kSmallest = 3.0;
+    constexpr double kPixelsPerPoint = 96.0 / 72.0;  // the desktop's resolution would make letters outgrow the bar
+    const int points = static_cast<int>(std::max(kSmallest, std::min(cellWidth() - kMargin, height() - kMargin)));
+    QFont font(QStringLiteral("Helvetica"));
+    font.setPixelSize(qRound(points * kPixelsPerPoint));
+    return font;
+}
+
 void QPianoPCKeyHelpBar::rebuildLabels() {
     for (int note = 0; note < static_cast<int>(labels_.size()); ++note) {
         const char hint = NK::Piano::GetPCKeyHint(NK::Piano::WrapNoteByOctaves(note - octaveShift_));
@@ -49,23 +72,25 @@ void QPianoPCKeyHelpBar::rebuildLabels() {
 }
 
 void QPianoPCKeyHelpBar::paintEvent(QPaintEvent*) {
-    constexpr double kMargin = 4.0;
-    constexpr double kSmallest = 3.0;
     if (keyCount_ == 0) {
         return;
     }
-    const double cellWidth = static_cast<double>(width()) / keyCount_;
-    const double pointSize = std::max(kSmallest, std::min(cellWidth - kMargin, height() - kMargin));
     QPainter painter(this);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    painter.setFont(QFont(QStringLiteral("Helvetica"), static_cast<int>(pointSize)));
+    painter.setFont(fontForBar());
     painter.setPen(textColor_);
-    for (int cell = 0; cell < keyCount_; ++cell) {
-        const int note = firstNote_ + cell;
-        if (note < static_cast<int>(labels_.size())) {
-            painter.drawText(QRectF(cell * cellWidth, 0.0, cellWidth, height()), Qt::AlignCenter | Qt::TextDontClip,
-                             labels_[static_cast<std::size_t>(note)]);
-        }
+    const int last = std::min(firstNote_ + keyCount_, static_cast<int>(labels_.size()));
+    // The strokes of all hints together stand in the middle: the font's own line is higher than the bar.
+    const QFontMetricsF metrics(painter.font(), this);
+    QRectF ink;
+    for (int note = firstNote_; note < last; ++note) {
+        ink |= metrics.tightBoundingRect(labels_[static_cast<std::size_t>(note)]);
+    }
+    const double baseline = height() / 2.0 - ink.center().y();
+    for (int note = firstNote_; note < last; ++note) {
+        const QString& label = labels_[static_cast<std::size_t>(note)];
+        const double left = centreOf(static_cast<BYTE>(note)) - metrics.horizontalAdvance(label) / 2.0;
+        painter.drawText(QPointF(left, baseline), label);
     }
 }
 

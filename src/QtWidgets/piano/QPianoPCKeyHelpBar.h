@@ -2,14 +2,16 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QString>
 #include <QWidget>
 
 #include <array>
+#include <vector>
 
 #include "QtWidgets/piano/PianoTypes.h"
 
-/// One cell a note from the left, all of the same width, whatever the keys below look like. [gui]
+/// One cell a note from the left, all of the same width, unless it is told where the keys are. [gui]
 class QPianoPCKeyHelpBar : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int octaveShift READ octaveShift WRITE setOctaveShift)
@@ -32,6 +34,11 @@ public:
     QColor textColor() const { return textColor_; }
     void setTextColor(const QColor& color);
 
+    /// Where on the bar the hint of each note 0..127 is centred; empty for the cells. Throws CInvalidParameterException
+    /// "A centre is needed for each note." for any other number of them.
+    void setCentres(const std::vector<double>& centres);
+    /// Logical pixels from the bar's left edge.
+    double centreOf(BYTE note) const;
     /// The hint of a note 0..127; empty where no key plays it.
     QString label(BYTE note) const { return labels_.at(note); }
 
@@ -41,10 +48,13 @@ protected:
 
 private:
     void rebuildLabels();
+    double cellWidth() const { return static_cast<double>(width()) / keyCount_; }
+    QFont fontForBar() const;
 
     BYTE firstNote_ = 36;
     BYTE keyCount_ = 61;
     std::array<QString, 128> labels_;
+    std::vector<double> centres_;  ///< by note; empty for cells
     int octaveShift_ = 0;
     bool translateKeyNames_ = true;
     QColor textColor_ = Qt::white;

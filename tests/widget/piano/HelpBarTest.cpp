@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 #include <QCoreApplication>
 #include <QImage>
+#include <QPainter>
 #include <QTranslator>
 
+#include "nk/nk_exception.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 
 namespace {
@@ -99,6 +101,61 @@ TEST(PCKeyHelpBar, LabelsStandInTheirCells) {
         }
         EXPECT_EQ(inked, !bar.label(static_cast<BYTE>(36 + cell)).isEmpty()) << cell;
     }
+}
+
+/// The rows of a picture, from the first to the last, that have ink between two columns; 0 for none.
+int InkedRows(const QImage& picture, int left, int right) {
+    int first = -1;
+    int last = -1;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = left; x < right; ++x) {
+            if (qRed(picture.pixel(x, y)) > 60) {
+                first = first < 0 ? y : first;
+                last = y;
+            }
+        }
+    }
+    return first < 0 ? 0 : last - first + 1;
+}
+
+TEST(PCKeyHelpBar, NoStrokeIsCut) {
+    QPianoPCKeyHelpBar bar;
+    bar.resize(1152, 14);
+    QImage picture(bar.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::black);
+    bar.render(&picture, {}, {}, QWidget::RenderFlags());
+    QFont font("Helvetica");
+    font.setPixelSize(13);  // 10 points
+    for (const BYTE note : std::initializer_list<BYTE>{60, 74, 77, 89, 91}) {
+        QImage free(40, 60, QImage::Format_ARGB32_Premultiplied);
+        free.fill(Qt::black);
+        QPainter painter(&free);
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        painter.drawText(QPointF(10, 30), bar.label(note));
+        painter.end();
+        const int centre = qRound(bar.centreOf(note));
+        EXPECT_EQ(InkedRows(picture, centre - 9, centre + 9), InkedRows(free, 0, 40)) << bar.label(note).toStdString();
+    }
+}
+
+TEST(PCKeyHelpBar, HintsStandWhereTheirCentresAreTold) {
+    QPianoPCKeyHelpBar bar;
+    bar.resize(610, 14);
+    EXPECT_DOUBLE_EQ(bar.centreOf(36), 5.0);
+    EXPECT_DOUBLE_EQ(bar.centreOf(60), 245.0);
+    std::vector<double> centres(128, -100.0);
+    centres[60] = 400.0;
+    bar.setCentres(centres);
+    EXPECT_DOUBLE_EQ(bar.centreOf(60), 400.0);
+    QImage picture(bar.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::black);
+    bar.render(&picture, {}, {}, QWidget::RenderFlags());
+    EXPECT_GT(InkedRows(picture, 396, 405), 0);
+    EXPECT_EQ(InkedRows(picture, 0, 390) + InkedRows(picture, 410, 610), 0);
+    EXPECT_THROW(bar.setCentres({1.0}), NK::CInvalidParameterException);
+    bar.setCentres({});
+    EXPECT_DOUBLE_EQ(bar.centreOf(60), 245.0);
 }
 
 TEST(PCKeyHelpBar, EmptyRangePaintsNothing) {

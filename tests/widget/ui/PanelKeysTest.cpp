@@ -474,4 +474,12 @@ TEST_F(PanelHeld, EnterHeldOnASwitchActsOnceAndOnAValueKeyGoesOn) {
     EXPECT_EQ(Engine().GetTempo(), tempo + 4);
 }
 
+TEST_F(PanelKeys, HintsStandOverTheKeysThatTheyPlay) {
+    for (BYTE note = 60; note <= 91; ++note) {
+        const QPoint centre = HintBar().mapTo(panel, QPointF(HintBar().centreOf(note), 0)).toPoint();
+        EXPECT_NEAR(Piano().mapFrom(panel, QPointF(centre)).x(), Piano().keyRect(note).center().x(), 1.0)
+            << HintBar().label(note).toStdString();
+    }
+}
+
 }  // namespace
