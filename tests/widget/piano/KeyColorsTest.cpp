@@ -49,10 +49,11 @@ TEST(KeyColors, PureBlackLeavesTheFixedBase) {
 
 TEST(KeyColors, ShineIsDarkerOnALightKeyAndLighterOnADarkOne) {
     const QColor light(0x2F, 0xB5, 0x6E);
-    for (const QColor& idle : {QColor(0xF7, 0xF6, 0xF1), QColor(0x30, 0x31, 0x34), QColor(255, 255, 0), QColor(0, 0, 200)}) {
+    for (const QColor& idle :
+         {QColor(0xF7, 0xF6, 0xF1), QColor(0x30, 0x31, 0x34), QColor(255, 255, 0), QColor(0, 0, 200)}) {
         const double before = KeyColors::RelativeLuminance(idle);
         const double after = KeyColors::RelativeLuminance(KeyColors::Shine(idle, light));
-        EXPECT_EQ(after < before, before > 0.2) << before;
+        EXPECT_EQ(after<before, before> 0.2) << before;
         EXPECT_GE((std::max(before, after) + 0.05) / (std::min(before, after) + 0.05), 2.5) << before;
     }
     EXPECT_EQ(KeyColors::Shine(QColor(0x30, 0x31, 0x34), light), light) << "as it is where that is enough";

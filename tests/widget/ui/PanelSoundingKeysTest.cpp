@@ -26,8 +26,7 @@ double ContrastOf(double a, double b) {
 }
 
 int DistanceOf(const QColor& a, const QColor& b) {
-    return std::max(
-        {std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
+    return std::max({std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
 }
 
 class PanelSoundingKeys : public PanelTest {
@@ -73,8 +72,8 @@ TEST_F(PanelSoundingKeys, StandOutFromIdleOnesInEveryColouringAndVoiceMode) {
                 const QImage sounding = Picture();
                 Piano().ReleaseKey(key);
                 const double whole = ContrastOf(LookOf(idle, key).luminance, LookOf(sounding, key).luminance);
-                const double tip = ContrastOf(LookOf(idle, key, 0.6, 0.95).luminance,
-                                                LookOf(sounding, key, 0.6, 0.95).luminance);
+                const double tip =
+                    ContrastOf(LookOf(idle, key, 0.6, 0.95).luminance, LookOf(sounding, key, 0.6, 0.95).luminance);
                 EXPECT_GE(whole, kSeenAcrossARoom) << mode << ", scheme " << scheme << ", note " << note;
                 EXPECT_GE(tip, kSeenAcrossARoom) << mode << ", scheme " << scheme << ", tip of " << note;
                 least = std::min({least, whole, tip});
