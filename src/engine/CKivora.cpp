@@ -3,11 +3,13 @@
 #include <utility>
 
 #include "nk/nk_exception.h"
+#include "nk/nk_steady_clock.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
-CKivora::CKivora(EngineDependencies dependencies) : dependencies_(std::move(dependencies)) {
+CKivora::CKivora(EngineDependencies dependencies)
+    : dependencies_(std::move(dependencies)), timeSource_(&NK::GetSteadyNowNs) {
     if (dependencies_.runTickTimer) {
         tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
         tickTimer_->SetName(L"tick");

@@ -1,12 +1,17 @@
 #include "nk/nk_time_source.h"
 
 #include "nk/nk_exception.h"
+#include "nk/nk_steady_clock.h"
 #include "nk/platform/platform_clock.h"
 
 namespace NK {
 
 std::int64_t GetSystemNowNs() {
     return Platform::GetWallClockMs() * 1'000'000;
+}
+
+std::int64_t GetSteadyNowNs() {
+    return Platform::GetSteadyClockMs() * 1'000'000;
 }
 
 std::int64_t CTimeSource::GetTimeMs() {

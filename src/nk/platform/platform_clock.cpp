@@ -6,10 +6,22 @@
 
 namespace NK::Platform {
 
-std::int64_t GetWallClockMs() noexcept {
+namespace {
+
+std::int64_t ReadMs(clockid_t clock) noexcept {
     timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
+    clock_gettime(clock, &now);
     return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
+
+}  // namespace
+
+std::int64_t GetWallClockMs() noexcept {
+    return ReadMs(CLOCK_REALTIME);
+}
+
+std::int64_t GetSteadyClockMs() noexcept {
+    return ReadMs(CLOCK_MONOTONIC);
 }
 
 bool ToLocalTime(std::int64_t secondsSince1970, TLocalTime& local) noexcept {

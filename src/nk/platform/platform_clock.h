@@ -10,6 +10,9 @@ namespace NK::Platform {
 /// Milliseconds since 1970-01-01 UTC, truncated. [any]
 std::int64_t GetWallClockMs() noexcept;
 
+/// Milliseconds of the system's monotonic clock, which stands still while the computer sleeps. [any]
+std::int64_t GetSteadyClockMs() noexcept;
+
 /// A point of time in the user's time zone. [any]
 struct TLocalTime {
     std::tm time{};
