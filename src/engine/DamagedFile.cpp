@@ -26,9 +26,14 @@ NK::CString FindFreeName(const NK::CString& path) {
 
 }  // namespace
 
+NK::CString SetFileAside(const NK::CString& path) {
+    const NK::CString name = FindFreeName(path);
+    return !name.IsEmpty() && NK::RenameFile(path, name) ? name : NK::CString();
+}
+
 bool SaveOverDamaged(NK::CIniFile& file, const NK::CString& path, NK::CString& setAside) {
-    setAside = FindFreeName(path);
-    if (!setAside.IsEmpty() && NK::RenameFile(path, setAside)) {
+    setAside = SetFileAside(path);
+    if (!setAside.IsEmpty()) {
         if (file.Save(path)) {
             return true;
         }

@@ -1,10 +1,14 @@
-// Saving over a file that could not be read.
+// What becomes of a file that could not be read.
 #pragma once
 
 #include "nk/nk_ini_file.h"
 #include "nk/nk_string.h"
 
 namespace Kivora {
+
+/// Renames the file at `path` with ".bad" added (".bad2" and so on where that name is taken) and returns its new name;
+/// empty when it cannot be renamed.
+NK::CString SetFileAside(const NK::CString& path);
 
 /// Renames the file at `path` with ".bad" added (".bad2" and so on where that name is taken), so that what it holds is
 /// not lost, then saves. `setAside` is the new name. False, the file as it was and `setAside` empty, when it cannot be

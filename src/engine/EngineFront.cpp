@@ -266,6 +266,13 @@ bool EngineFront::StartRecording() {
     });
 }
 
+bool EngineFront::StopRecording() {
+    return engine_.WithLock([&] {
+        engine_.SettleOutput();
+        return engine_.StopRecording();
+    });
+}
+
 void EngineFront::Close() {
     engine_.WithLock([&] {
         engine_.ReleaseInputKeys();

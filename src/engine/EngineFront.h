@@ -68,6 +68,8 @@ public:
     bool RescanPorts();
     /// A pedal that is down goes down again, in the recording too.
     bool StartRecording();
+    /// What was played before is let out into the recording first. Ends nothing that sounds.
+    bool StopRecording();
 
     /// Closes the input, ends every note and lets the player write it. Before the engine is destroyed.
     void Close();

@@ -1,16 +1,15 @@
 #include "engine/TakeJournal.h"
 
 #include <algorithm>
-#include <array>
-#include <string>
+#include <optional>
 #include <utility>
 
+#include "engine/ClosedTake.h"
+#include "engine/OpenSounds.h"
 #include "engine/RecordedTrack.h"
-#include "libmidi/CaptureFile.h"
 #include "libmidi/RoundThread.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
-#include "nk/nk_locked_file.h"
 #include "nk/nk_paths.h"
 #include "nk/nk_thread_role.h"
 
@@ -23,10 +22,7 @@ using NK::MIDI::TMIDIMessage;
 
 namespace {
 
-constexpr const wchar_t* kExtension = L"kivtake";
-constexpr int kNamesToTry = 100;
 constexpr std::uint32_t kStopQuantumMs = 50;
-constexpr std::size_t kBytesAtOnce = 65536;
 
 /// Controllers of MIDI 1.0, table III.
 constexpr std::uint8_t kChannelVolume = 7;
@@ -41,56 +37,9 @@ bool IsPlayed(TMIDIMessage message) {
     return message.status < TMIDIMessage::kFirstSystemStatus && message.status != TMIDIMessage::kProgramChange;
 }
 
-CString ComposeName(std::int64_t startedAt, int number) {
-    return CString(L"take-" + std::to_wstring(startedAt) + L"-" + std::to_wstring(number) + L"." + kExtension);
-}
-
-/// A new file of a free name with the header of a journal in it; null when none can be written.
-std::unique_ptr<NK::CLockedFile> CreateJournal(const CString& folder, std::int64_t startedAt) {
-    std::unique_ptr<NK::CLockedFile> file;
-    NK::CreateFolder(folder);
-    for (int number = 1; number <= kNamesToTry && !file; ++number) {
-        file = NK::CLockedFile::Create(NK::JoinPath(folder, ComposeName(startedAt, number)));
-    }
-    std::array<std::uint8_t, LibMidi::kCaptureHeaderSize> header;
-    LibMidi::EncodeCaptureHeader(startedAt, header.data());
-    if (file && !file->WriteAt(0, header.data(), header.size())) {
-        file->Remove();
-        file.reset();
-    }
-    return file;
-}
-
-/// Writes the events from..end behind the header, each at its own place.
-bool WriteEvents(NK::CLockedFile& file, const CaptureStore::View& events, std::uint32_t from) {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(kBytesAtOnce);
-    auto offset = static_cast<std::int64_t>(LibMidi::kCaptureHeaderSize + LibMidi::kCaptureRecordSize * from);
-    bool written = true;
-    const auto write = [&] {
-        written = written && file.WriteAt(offset, bytes.data(), bytes.size());
-        offset += static_cast<std::int64_t>(bytes.size());
-        bytes.clear();
-    };
-    events.Visit(from, [&](const CapturedEvent& event) {
-        bytes.resize(bytes.size() + LibMidi::kCaptureRecordSize);
-        LibMidi::EncodeCapturedEvent(event, &bytes.back() + 1 - LibMidi::kCaptureRecordSize);
-        if (bytes.size() >= kBytesAtOnce) {
-            write();
-        }
-    });
-    write();
-    return written && file.Flush();
-}
-
-CaptureStore::View ReadJournal(const CString& path) {
-    CaptureStore events;
-    NK::CDiskFile file(path, NK::CDiskFile::kRead);
-    std::int64_t startedAt = 0;
-    if (LibMidi::ReadCaptureHeader(file, startedAt) == LibMidi::CaptureFileKind::kCapture) {
-        LibMidi::ReadCapturedEvents(file, [&](const CapturedEvent& event) { events.Append(event); });
-    }
-    return events.GetView();
+LostJournal SetAside(JournalFile& journal) {
+    const CString path = journal.SetAside();
+    return {path.IsEmpty() ? journal.GetPath() : path, !path.IsEmpty()};
 }
 
 }  // namespace
@@ -103,26 +52,36 @@ struct TakeJournal::Take {
     void Look(const CapturedEvent& event) {
         lengthMs = event.time;
         isPlayed = isPlayed || IsPlayed(event.message);
+        open.Follow(event.message);
         ++count;
     }
     /// Takes in what has been captured since the last time.
     void Follow() {
         if (source) {
+            endMs = source->GetCaptureEndMs();
             events = source->GetCaptured();
             events.Visit(count, [this](const CapturedEvent& event) { Look(event); });
         }
+    }
+    /// When what is open was still held; nothing where nothing is.
+    std::optional<std::uint32_t> GetMark() const {
+        return open.IsAny() && endMs > lengthMs ? std::optional(endMs) : std::nullopt;
     }
 
     const int id;
     const std::int64_t startedAt;
     const bool isFromEarlierRun;
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> source;  ///< while it is recorded
-    CaptureStore::View events;                               ///< of this run
-    std::uint32_t lengthMs = 0;
+    CaptureStore::View events;
+    OpenSounds open;
+    std::uint32_t lengthMs = 0;  ///< to the last event
+    std::uint32_t endMs = 0;
     std::uint32_t count = 0;
     std::uint32_t countOnDisk = 0;
+    std::uint32_t missing = 0;
     bool isPlayed = false;
-    std::unique_ptr<NK::CLockedFile> journal;
+    bool isJournalDamaged = false;
+    std::unique_ptr<JournalFile> journal;
     bool hasFailed = false;
 };
 
@@ -176,7 +135,7 @@ void TakeJournal::TakeUpJournals() {
     NK::ListFiles(folder_, names);
     const CLockGuard guard(lock_);
     for (const CString& name : names) {
-        if (NK::GetFileExtension(name) == kExtension) {
+        if (NK::GetFileExtension(name) == JournalFile::kExtension) {
             if (TakePointer take = TakeUp(NK::JoinPath(folder_, name))) {
                 takes_.push_back(std::move(take));
             }
@@ -188,27 +147,40 @@ void TakeJournal::TakeUpJournals() {
 }
 
 TakeJournal::TakePointer TakeJournal::TakeUp(const CString& path) {
-    std::unique_ptr<NK::CLockedFile> journal = NK::CLockedFile::Claim(path);
+    std::unique_ptr<JournalFile> journal = JournalFile::Claim(path);
     if (!journal) {
         return nullptr;
     }
-    NK::CDiskFile file(path, NK::CDiskFile::kRead);
-    std::int64_t startedAt = 0;
-    const LibMidi::CaptureFileKind kind = LibMidi::ReadCaptureHeader(file, startedAt);
-    if (!file.IsOpen() || kind == LibMidi::CaptureFileKind::kForeign) {
-        return nullptr;
-    }
-    auto take = std::make_shared<Take>(++lastId_, startedAt, true);
-    if (kind == LibMidi::CaptureFileKind::kCapture) {
-        LibMidi::ReadCapturedEvents(file, [&take](const CapturedEvent& event) { take->Look(event); });
-    }
+    CaptureStore events;
+    const LibMidi::CaptureFileContent content = journal->Read(settings_.open, events);
+    auto take = std::make_shared<Take>(++lastId_, content.startedAt.value_or(settings_.now()), true);
+    take->events = events.GetView();
+    take->events.Visit(0, [&take](const CapturedEvent& event) { take->Look(event); });
     if (!take->isPlayed) {
-        journal->Remove();
+        if (!content.isReadable) {
+            lost_.push_back({path, false});
+        } else if (content.kind == LibMidi::CaptureFileKind::kForeign || content.isDamaged) {
+            lost_.push_back(SetAside(*journal));
+        } else if (content.kind != LibMidi::CaptureFileKind::kLater) {
+            journal->Remove();
+        }
         return nullptr;
     }
+    take->endMs = content.endMs;
+    take->missing = content.missing;
     take->countOnDisk = take->count;
+    take->isJournalDamaged = content.isDamaged;
     take->journal = std::move(journal);
     return take;
+}
+
+std::vector<LostJournal> TakeJournal::TakeLost() {
+    const CLockGuard guard(lock_);
+    return std::exchange(lost_, {});
+}
+
+std::unique_ptr<NK::CFile> TakeJournal::OpenForReading(const CString& path) {
+    return std::make_unique<NK::CDiskFile>(path, NK::CDiskFile::kRead);
 }
 
 void TakeJournal::FollowRecording() {
@@ -246,7 +218,7 @@ std::vector<WaitingTake> TakeJournal::GetWaiting() const {
     for (const TakePointer& take : takes_) {
         if (!take->source) {
             waiting.push_back({take->id, take->startedAt, static_cast<int>(take->lengthMs), take->isFromEarlierRun,
-                               take->countOnDisk == take->count});
+                               take->countOnDisk == take->count, static_cast<int>(take->missing)});
         }
     }
     return waiting;
@@ -262,16 +234,35 @@ TakeJournal::TakePointer TakeJournal::FindWaiting(int id) const {
 bool TakeJournal::Save(int id, const CString& path) {
     NK_ASSERT_THREAD_ROLE(gui);
     const TakePointer take = FindWaiting(id);
-    if (!take) {
-        return false;
-    }
-    // Neither changes once the take waits.
-    const CaptureStore::View events = take->isFromEarlierRun ? ReadJournal(take->journal->GetPath()) : take->events;
-    if (!SaveRecordedTrack(events, path)) {
+    // Neither of the two changes once the take waits.
+    if (!take || !SaveRecordedTrack(CloseTake(take->events, take->endMs), path)) {
         return false;
     }
     Forget(take);
     return true;
+}
+
+bool TakeJournal::SaveLatest(const CString& path) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    TakePointer latest;
+    {
+        const CLockGuard guard(lock_);
+        latest = recorded_;
+    }
+    if (!latest || latest->source || !SaveRecordedTrack(CloseTake(latest->events, latest->endMs), path)) {
+        return false;
+    }
+    Forget(latest);
+    return true;
+}
+
+int TakeJournal::GetLatest() const {
+    TakePointer latest;
+    {
+        const CLockGuard guard(lock_);
+        latest = recorded_;
+    }
+    return latest && FindWaiting(latest->id) ? latest->id : 0;
 }
 
 bool TakeJournal::Refuse(int id) {
@@ -284,12 +275,8 @@ bool TakeJournal::Refuse(int id) {
 }
 
 bool TakeJournal::RefuseLatest() {
-    TakePointer latest;
-    {
-        const CLockGuard guard(lock_);
-        latest = recorded_;
-    }
-    return latest && Refuse(latest->id);
+    const int latest = GetLatest();
+    return latest != 0 && Refuse(latest);
 }
 
 void TakeJournal::Forget(const TakePointer& take) {
@@ -299,10 +286,14 @@ void TakeJournal::Forget(const TakePointer& take) {
             const CLockGuard guard(lock_);
             std::erase(takes_, take);
         }
-        if (take->journal) {
+        if (take->journal && take->isJournalDamaged) {
+            const LostJournal kept = SetAside(*take->journal);
+            const CLockGuard guard(lock_);
+            lost_.push_back(kept);
+        } else if (take->journal) {
             take->journal->Remove();
-            take->journal.reset();
         }
+        take->journal.reset();
     }
     emit WaitingChanged();
 }
@@ -311,18 +302,23 @@ void TakeJournal::WriteOut() {
     bool failed = false;
     {
         const CLockGuard files(fileLock_);
-        std::vector<std::pair<TakePointer, CaptureStore::View>> behind;
+        struct Behind {
+            TakePointer take;
+            CaptureStore::View events;
+            std::optional<std::uint32_t> markMs;
+        };
+        std::vector<Behind> behind;
         {
             const CLockGuard guard(lock_);
             for (const TakePointer& take : takes_) {
                 take->Follow();
-                if (take->isPlayed && take->countOnDisk < take->count) {
-                    behind.emplace_back(take, take->events);
+                if (take->isPlayed && !take->isFromEarlierRun) {
+                    behind.push_back({take, take->events, take->GetMark()});
                 }
             }
         }
-        for (const auto& [take, events] : behind) {
-            if (!Append(*take, events) && !std::exchange(take->hasFailed, true)) {
+        for (const auto& [take, events, markMs] : behind) {
+            if (!Append(*take, events, markMs) && !std::exchange(take->hasFailed, true)) {
                 failed = true;
             }
         }
@@ -332,11 +328,11 @@ void TakeJournal::WriteOut() {
     }
 }
 
-bool TakeJournal::Append(Take& take, const CaptureStore::View& events) {
+bool TakeJournal::Append(Take& take, const CaptureStore::View& events, std::optional<std::uint32_t> markMs) {
     if (!take.journal) {
-        take.journal = CreateJournal(folder_, take.startedAt);
+        take.journal = JournalFile::Create(folder_, take.startedAt);
     }
-    if (!take.journal || !WriteEvents(*take.journal, events, take.countOnDisk)) {
+    if (!take.journal || !take.journal->Append(events, markMs)) {
         return false;
     }
     const CLockGuard guard(lock_);

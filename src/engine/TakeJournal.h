@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "engine/CKivora.h"
+#include "engine/JournalFile.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_string.h"
 #include "nk/nk_time.h"
@@ -25,6 +26,14 @@ struct WaitingTake {
     int lengthMs = 0;            ///< from the start of the recording to its last event
     bool isFromEarlierRun = false;
     bool isOnDisk = false;  ///< all of it; otherwise it is lost at the end of the program unless it gets there
+    int missing = 0;        ///< events that its damaged journal does not give back
+};
+
+/// A journal that tells nobody what it holds.
+struct LostJournal {
+    NK::CString path;
+    bool isSetAside =
+        false;  ///< damaged, and kept under this name; otherwise it could not be read, and stays for later
 };
 
 /// Follows the engine's recordings by itself, whoever starts and stops them. While one runs, what was captured is
@@ -48,7 +57,9 @@ public:
     struct Settings {
         std::function<std::int64_t()> now = &NK::CurrentTime;  ///< seconds since 1970-01-01 UTC [any]
         bool runThread = true;                                 ///< without it somebody calls WriteOut()
+        JournalFile::Opener open = &OpenForReading;            ///< how journals of earlier runs are read
     };
+    static std::unique_ptr<NK::CFile> OpenForReading(const NK::CString& path);
 
     /// Takes up the journals of earlier runs. `folder`, "Takes" in the user's data folder, is made when it is first
     /// needed. The engine is not owned; whichever of the two may end first. Throws nothing on account of the disk.
@@ -63,14 +74,21 @@ public:
     /// The oldest first, so that a recording that has just ended is the last, if it waits at all. One that runs is not
     /// among them.
     std::vector<WaitingTake> GetWaiting() const;
-    /// Writes the take as a MIDI file, as CKivora::SaveRecording() does, and forgets it. False when no such take waits
-    /// and when the file could not be written: then it waits on, and an older file of that name is as it was.
+    /// Writes the take as a MIDI file, as CKivora::SaveRecording() does but closed, and forgets it. False when no such
+    /// take waits and when the file could not be written: then it waits on, and an older file of that name is as it
+    /// was.
     bool Save(int id, const NK::CString& path);
+    /// The same for the recording of this run that ended last, whether it waits or not. False while one runs.
+    bool SaveLatest(const NK::CString& path);
+    /// The recording of this run that ended last, if it waits; else 0, and while one runs.
+    int GetLatest() const;
     /// Forgets the take. False when no such take waits.
     bool Refuse(int id);
     /// Forgets the recording of this run that ended last. False when it does not wait: it was saved or refused already,
     /// nothing was played in it, or there is none.
     bool RefuseLatest();
+    /// The journals that were found lost since the last call.
+    std::vector<LostJournal> TakeLost();
 
     /// Appends to the journals what has been captured, and returns once it has reached the disk. [any], but not for a
     /// thread that must not wait
@@ -95,7 +113,8 @@ private:
     bool EndRecording() NK_REQUIRES(lock_);
     TakePointer FindWaiting(int id) const;
     void Forget(const TakePointer& take);
-    bool Append(Take& take, const LibMidi::CaptureStore::View& events) NK_REQUIRES(fileLock_);
+    bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs)
+        NK_REQUIRES(fileLock_);
 
     QPointer<CKivora> engine_;
     const NK::CString folder_;
@@ -104,6 +123,7 @@ private:
     mutable NK::CCriticalSection lock_;      ///< after the engine's
     std::vector<TakePointer> takes_ NK_GUARDED_BY(lock_);
     TakePointer recorded_ NK_GUARDED_BY(lock_);  ///< the latest of this run, running or not
+    std::vector<LostJournal> lost_ NK_GUARDED_BY(lock_);
     int lastId_ NK_GUARDED_BY(lock_) = 0;
     std::unique_ptr<Thread> thread_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <utility>
 
 #include "libmidi/CaptureClock.h"
@@ -93,6 +94,8 @@ public:
         return taken;
     }
 
+    std::uint32_t GetCaptureTimeMs() const NK_REQUIRES(lock) { return capturing ? clock.GetMs() : captureTimeMs; }
+
     bool IsDone(bool readyOnly) const NK_REQUIRES(lock) { return ready.empty() && (readyOnly || sounding.empty()); }
 
     void UpdateWork() NK_REQUIRES(lock) { hasWork.store(!IsDone(false), std::memory_order_release); }
@@ -121,8 +124,9 @@ public:
     bool capturing NK_GUARDED_BY(lock) = false;
     CaptureStore captured NK_GUARDED_BY(lock);
     mutable CaptureClock clock NK_GUARDED_BY(lock);
-    std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;   ///< of the capture that was stopped
-    std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;  ///< from the start of the capture
+    std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;           ///< of the capture that was stopped
+    std::optional<std::uint32_t> deafSinceMs NK_GUARDED_BY(lock);  ///< in the capture; while queueing is off
+    std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;          ///< from the start of the capture
 
 private:
     static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.status & 0x0F; }
@@ -220,6 +224,9 @@ bool MIDIPlayerQueue::HasWork() const noexcept {
 
 void MIDIPlayerQueue::SetAccepting(bool on) {
     const CLockGuard guard(state_->lock);
+    if (state_->capturing && on != state_->accepting) {
+        state_->deafSinceMs = on ? std::nullopt : std::optional(state_->clock.GetMs());
+    }
     state_->accepting = on;
 }
 
@@ -240,6 +247,7 @@ void MIDIPlayerQueue::StartCapture() {
     const CLockGuard guard(state_->lock);
     std::swap(former, state_->captured);
     state_->capturing = true;
+    state_->deafSinceMs.reset();
     state_->lastCapturedMs = 0;
     state_->clock.Restart();
 }
@@ -259,7 +267,12 @@ bool MIDIPlayerQueue::IsCapturing() const {
 
 std::uint32_t MIDIPlayerQueue::GetCaptureTimeMs() const {
     const CLockGuard guard(state_->lock);
-    return state_->capturing ? state_->clock.GetMs() : state_->captureTimeMs;
+    return state_->GetCaptureTimeMs();
+}
+
+std::uint32_t MIDIPlayerQueue::GetCaptureEndMs() const {
+    const CLockGuard guard(state_->lock);
+    return state_->deafSinceMs.value_or(state_->GetCaptureTimeMs());
 }
 
 std::int32_t MIDIPlayerQueue::GetIdleTimeMs() const {

@@ -69,7 +69,10 @@ public:
     void StopCapture();
     bool IsCapturing() const;
     std::uint32_t GetCaptureTimeMs() const;  ///< length so far; the final length after StopCapture()
-    std::int32_t GetIdleTimeMs() const;      ///< ms since the last captured event (or the start); -1 when not capturing
+    /// When the capture ended, or now while it runs: for what is open in it. Where queueing is off since, for want of
+    /// an output, the moment at which it was turned off.
+    std::uint32_t GetCaptureEndMs() const;
+    std::int32_t GetIdleTimeMs() const;  ///< ms since the last captured event (or the start); -1 when not capturing
     std::uint32_t GetCapturedCount() const;
     /// Calls `visit` for events from..count-1 in capture order, with no lock held. Events captured meanwhile are not
     /// visited.

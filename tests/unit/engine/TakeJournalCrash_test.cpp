@@ -161,6 +161,7 @@ TEST(TakeJournalKilled, AtAnySystemCallNothingIsLostThatWasJournalledAndNoHalfFi
                 rig.time.AdvanceMs(TakeJournal::kPeriodMs);
             }
             engine.StopRecording();
+            journal.WriteOut();
             journal.Save(journal.GetWaiting()[0].id, path);
         });
         if (end == EndOfRun::kNotAllowed) {

@@ -116,7 +116,7 @@ TEST_F(TakeJournalTest, ARecordingThatRunsIsJournalledAndDoesNotWait) {
     Record(3);
     EXPECT_THAT(journal->GetWaiting(), IsEmpty());
     ASSERT_THAT(ListJournals(), SizeIs(1));
-    EXPECT_EQ(std::filesystem::file_size(ListJournals()[0]), 16 + 8 * (6 + 6));
+    EXPECT_EQ(std::filesystem::file_size(ListJournals()[0]), 20 + 12 * (6 + 6));
 }
 
 TEST_F(TakeJournalTest, AStoppedRecordingWaitsWithItsTimeAndLength) {
@@ -342,7 +342,7 @@ TEST_F(TakeJournalTest, AJournalThatIsCutOffAnywhereGivesTheWholeRecordsBefore) 
     const std::filesystem::path path = ListJournals()[0];
     std::ifstream file(path, std::ios::binary);
     const std::string whole{std::istreambuf_iterator<char>(file), {}};
-    constexpr std::size_t kFirstNoteEnd = 16 + 8 * 7;  // the set-up's six and a note
+    constexpr std::size_t kFirstNoteEnd = 20 + 12 * 7;  // the set-up's six and a note
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         std::ofstream(path, std::ios::binary) << whole.substr(0, size);
         Start();
@@ -353,7 +353,7 @@ TEST_F(TakeJournalTest, AJournalThatIsCutOffAnywhereGivesTheWholeRecordsBefore) 
         } else {
             ASSERT_THAT(waiting, SizeIs(1)) << size;
             ASSERT_TRUE(journal->Save(waiting[0].id, Path("take.mid"))) << size;
-            const std::size_t more = (size - kFirstNoteEnd) / 8;
+            const std::size_t more = (size - kFirstNoteEnd) / 12;
             EXPECT_EQ(waiting[0].lengthMs, static_cast<int>(more / 2 * 1000 + more % 2 * 100)) << size;
         }
         Quit();
@@ -362,7 +362,7 @@ TEST_F(TakeJournalTest, AJournalThatIsCutOffAnywhereGivesTheWholeRecordsBefore) 
 
 TEST_F(TakeJournalTest, WhatIsNoJournalIsLeftAlone) {
     std::filesystem::create_directories(GetTakes());
-    std::ofstream(GetTakes() / "take-1-1.kivtake") << "KivTake2 of a later version";
+    std::ofstream(GetTakes() / "take-1-1.kivtake") << "KivTake3 of a later version";
     std::ofstream(GetTakes() / "notes.txt") << "KivTake1";
     std::filesystem::create_directory(GetTakes() / "folder.kivtake");
     std::filesystem::create_symlink(folder / "nowhere", GetTakes() / "link.kivtake");

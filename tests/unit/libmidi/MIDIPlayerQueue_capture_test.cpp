@@ -111,6 +111,50 @@ TEST_F(MIDIPlayerQueueCapture, TheIdleTimeCountsFromTheStartAndThenFromTheLastEv
     EXPECT_EQ(queue.GetIdleTimeMs(), -1);
 }
 
+TEST_F(MIDIPlayerQueueCapture, NoStepOfTheClockMakesATimeNegative) {
+    queue.StartCapture();
+    for (int month = 0; month < 4; ++month) {
+        time.AdvanceMs(31LL * 24 * 60 * 60 * 1000);
+        EXPECT_GT(queue.GetIdleTimeMs(), 0) << month;
+        EXPECT_LE(queue.GetCaptureTimeMs(), 0x7FFFFFFFU) << month;
+        EXPECT_GT(queue.GetCaptureTimeMs(), 0U) << month;
+    }
+    Send(on);
+    Take();
+    EXPECT_EQ(Read(), (Captured{{0x7FFFFFFF, on.ToWord()}}));
+    EXPECT_EQ(queue.GetIdleTimeMs(), 0);
+}
+
+TEST_F(MIDIPlayerQueueCapture, TheEndIsTheStop) {
+    queue.StartCapture();
+    time.AdvanceMs(1000);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
+    time.AdvanceMs(500);
+    queue.StopCapture();
+    time.AdvanceMs(500);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 1500U);
+}
+
+TEST_F(MIDIPlayerQueueCapture, TheEndIsTheMomentSinceWhichNothingIsQueued) {
+    queue.StartCapture();
+    time.AdvanceMs(1000);
+    queue.SetAccepting(false);
+    time.AdvanceMs(500);
+    queue.SetAccepting(false);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
+    EXPECT_EQ(queue.GetCaptureTimeMs(), 1500U);
+    queue.StopCapture();
+    queue.SetAccepting(true);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
+    queue.StartCapture();
+    time.AdvanceMs(10);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 10U);
+    queue.SetAccepting(false);
+    queue.SetAccepting(true);
+    time.AdvanceMs(10);
+    EXPECT_EQ(queue.GetCaptureEndMs(), 20U);
+}
+
 TEST_F(MIDIPlayerQueueCapture, WhatWasCapturedStaysUntilTheNextStart) {
     queue.StartCapture();
     Send(on);

@@ -1,0 +1,94 @@
+#include "engine/OpenSounds.h"
+
+#include <algorithm>
+
+namespace Kivora {
+
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+
+// MIDI 1.0, table III: the channel mode messages.
+constexpr std::uint8_t kAllSoundOff = 120;
+constexpr std::uint8_t kResetControllers = 121;
+constexpr std::uint8_t kAllNotesOff = 123;
+
+bool EndsNotes(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kControlChange &&
+           (message.data1 == kAllSoundOff || message.data1 >= kAllNotesOff);
+}
+
+bool EndsPedals(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kControlChange && message.data1 == kResetControllers;
+}
+
+bool IsOnChannel(TMIDIMessage message) {
+    return message.status < TMIDIMessage::kFirstSystemStatus && message.channel >= 1 && message.channel <= 16;
+}
+
+}  // namespace
+
+void OpenSounds::Follow(TMIDIMessage message) noexcept {
+    if (message.status == TMIDIMessage::kSystemReset) {
+        channels_ = {};
+    }
+    if (!IsOnChannel(message) || message.data1 >= 128) {
+        return;
+    }
+    Channel& channel = channels_[message.channel - 1U];
+    if (message.status == TMIDIMessage::kNoteOn || message.status == TMIDIMessage::kNoteOff) {
+        channel.notes[message.data1] = message.status == TMIDIMessage::kNoteOn && message.data2 != 0;
+    } else if (EndsNotes(message)) {
+        channel.notes.reset();
+    } else if (EndsPedals(message)) {
+        channel.pedals.reset();
+    } else if (message.status == TMIDIMessage::kControlChange) {
+        const auto* const pedal = std::find(kPedals.begin(), kPedals.end(), message.data1);
+        if (pedal != kPedals.end()) {
+            channel.pedals[static_cast<std::size_t>(pedal - kPedals.begin())] = message.data2 != 0;
+        }
+    }
+}
+
+bool OpenSounds::IsAny() const noexcept {
+    return std::any_of(channels_.begin(), channels_.end(),
+                       [](const Channel& channel) { return channel.notes.any() || channel.pedals.any(); });
+}
+
+void OpenSounds::VisitEndedBy(TMIDIMessage message, const Visit& visit) const {
+    if (message.status == TMIDIMessage::kSystemReset) {
+        VisitEnds(visit);
+    } else if (IsOnChannel(message) && EndsNotes(message)) {
+        VisitNotes(message.channel - 1, visit);
+    } else if (IsOnChannel(message) && EndsPedals(message)) {
+        VisitPedals(message.channel - 1, visit);
+    }
+}
+
+void OpenSounds::VisitEnds(const Visit& visit) const {
+    for (int channel = 0; channel < kChannels; ++channel) {
+        VisitNotes(channel, visit);
+    }
+    for (int channel = 0; channel < kChannels; ++channel) {
+        VisitPedals(channel, visit);
+    }
+}
+
+void OpenSounds::VisitNotes(int channel, const Visit& visit) const {
+    const std::bitset<128>& notes = channels_[static_cast<std::size_t>(channel)].notes;
+    for (std::size_t note = 0; note < notes.size(); ++note) {
+        if (notes[note]) {
+            visit({TMIDIMessage::kNoteOff, static_cast<std::uint8_t>(channel + 1), static_cast<std::uint8_t>(note), 0});
+        }
+    }
+}
+
+void OpenSounds::VisitPedals(int channel, const Visit& visit) const {
+    for (std::size_t pedal = 0; pedal < kPedals.size(); ++pedal) {
+        if (channels_[static_cast<std::size_t>(channel)].pedals[pedal]) {
+            visit({TMIDIMessage::kControlChange, static_cast<std::uint8_t>(channel + 1), kPedals[pedal], 0});
+        }
+    }
+}
+
+}  // namespace Kivora

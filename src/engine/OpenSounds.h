@@ -1,0 +1,42 @@
+// What a stream of messages has begun and not ended.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+#include <functional>
+
+#include "midi/TMIDIMessage.h"
+
+namespace Kivora {
+
+/// Follows the notes and the pedals (sustain, sostenuto, soft, hold 2) of each of the sixteen channels. A note that was
+/// struck twice is ended by one note-off, as synthesizers have it. Plain value; whoever owns one says what guards it.
+class OpenSounds {
+public:
+    using Visit = std::function<void(NK::MIDI::TMIDIMessage message)>;
+
+    void Follow(NK::MIDI::TMIDIMessage message) noexcept;
+    bool IsAny() const noexcept;
+    /// Visits what says by itself, note by note and pedal by pedal, what `message` ends of these at one blow: a
+    /// channel's notes (controllers 120 and 123 to 127) or pedals (121), or everything (System Reset).
+    void VisitEndedBy(NK::MIDI::TMIDIMessage message, const Visit& visit) const;
+    /// Visits the note-offs, then the pedals at 0, that end all of it.
+    void VisitEnds(const Visit& visit) const;
+
+private:
+    static constexpr int kChannels = 16;
+    static constexpr std::array<std::uint8_t, 4> kPedals{64, 66, 67, 69};  ///< MIDI 1.0, table III
+
+    struct Channel {
+        std::bitset<128> notes;
+        std::bitset<kPedals.size()> pedals;
+    };
+
+    void VisitNotes(int channel, const Visit& visit) const;
+    void VisitPedals(int channel, const Visit& visit) const;
+
+    std::array<Channel, kChannels> channels_{};
+};
+
+}  // namespace Kivora
