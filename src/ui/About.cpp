@@ -15,12 +15,12 @@
 
 namespace {
 constexpr QSize kPicture(480, 150);
-constexpr int kCreditsHeight = 200;
+constexpr int kLeastCreditsHeight = 60;
 constexpr QSize kLegalSize(640, 520);
 }  // namespace
 
 kivoraAbout::kivoraAbout(QWidget* parent)
-    : QDialog(parent),
+    : FittedDialog(parent),
       version_(new QLabel(this)),
       credits_(new QTextBrowser(this)),
       webSiteButton_(new QPushButton(this)),
@@ -36,7 +36,7 @@ kivoraAbout::kivoraAbout(QWidget* parent)
     version_->setMargin(8);
     credits_->setObjectName("credits");
     credits_->setOpenExternalLinks(true);
-    credits_->setFixedHeight(kCreditsHeight);
+    credits_->setMinimumHeight(kLeastCreditsHeight);
     webSiteButton_->setObjectName("webSiteButton");
     legalButton_->setObjectName("legalButton");
     closeButton_->setObjectName("closeButton");
@@ -50,7 +50,6 @@ kivoraAbout::kivoraAbout(QWidget* parent)
     buttons->addWidget(closeButton_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(picture, 0, Qt::AlignHCenter);
     layout->addWidget(version_);
     layout->addWidget(credits_);
@@ -81,7 +80,7 @@ void kivoraAbout::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange) {
         retranslate();
     }
-    QDialog::changeEvent(event);
+    FittedDialog::changeEvent(event);
 }
 
 void kivoraAbout::retranslate() {
@@ -98,7 +97,7 @@ void kivoraAbout::retranslate() {
 }
 
 legalinfo::legalinfo(QWidget* parent)
-    : QDialog(parent), text_(new QTextBrowser(this)), closeButton_(new QPushButton(this)) {
+    : FittedDialog(parent), text_(new QTextBrowser(this)), closeButton_(new QPushButton(this)) {
     setObjectName("legalinfoClass");
     text_->setObjectName("text");
     text_->setOpenExternalLinks(true);
@@ -117,7 +116,7 @@ void legalinfo::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange) {
         retranslate();
     }
-    QDialog::changeEvent(event);
+    FittedDialog::changeEvent(event);
 }
 
 void legalinfo::retranslate() {

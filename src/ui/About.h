@@ -1,14 +1,14 @@
 // What the program is, who made it and under which terms.
 #pragma once
 
-#include <QDialog>
+#include "ui/FittedDialog.h"
 
 class QLabel;
 class QPushButton;
 class QTextBrowser;
 
 /// The about window. [gui]
-class kivoraAbout : public QDialog {
+class kivoraAbout : public FittedDialog {
     Q_OBJECT
 
 public:
@@ -40,7 +40,7 @@ private:
 };
 
 /// The copyright and library information. [gui]
-class legalinfo : public QDialog {
+class legalinfo : public FittedDialog {
     Q_OBJECT
 
 public:

@@ -1,6 +1,9 @@
 #include "ui/PresetList.h"
 
+#include <algorithm>
 #include <QEvent>
+#include <QLayout>
+#include <QScrollBar>
 
 #include "engine/EngineFront.h"
 #include "ui/Dialogs.h"
@@ -18,7 +21,7 @@ constexpr int kFactoryRole = Qt::UserRole;
 }  // namespace
 
 PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* parent)
-    : QDialog(parent),
+    : FittedDialog(parent),
       ui_(std::make_unique<Ui::PresetList>()),
       front_(front),
       saveMode_(saveMode),
@@ -73,7 +76,15 @@ void PresetList::changeEvent(QEvent* event) {
         ui_->retranslateUi(this);
         retranslate();
     }
-    QDialog::changeEvent(event);
+    FittedDialog::changeEvent(event);
+}
+
+void PresetList::showEvent(QShowEvent* event) {
+    FittedDialog::showEvent(event);
+    if (QListWidgetItem* const current = ui_->presetList->currentItem(); current != nullptr) {
+        layout()->activate();
+        ui_->presetList->scrollToItem(current, QAbstractItemView::PositionAtCenter);
+    }
 }
 
 void PresetList::fillList() {
@@ -167,8 +178,12 @@ void PresetList::deletePreset() {
     if (!front_->GetEngine().DeletePreset(FromQt(name))) {
         showError(tr("Failed to delete the preset."));
     }
+    const int row = ui_->presetList->currentRow();
+    const int place = ui_->presetList->verticalScrollBar()->value();
     ui_->presetList->clear();
     fillList();
+    ui_->presetList->setCurrentRow(std::min(row, ui_->presetList->count() - 1));
+    ui_->presetList->verticalScrollBar()->setValue(place);
     updateButtons();
 }
 

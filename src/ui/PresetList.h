@@ -2,9 +2,10 @@
 #pragma once
 
 #include <memory>
-#include <QDialog>
 #include <QFont>
 #include <QIcon>
+
+#include "ui/FittedDialog.h"
 
 class QListWidgetItem;
 
@@ -16,8 +17,9 @@ class PresetList;
 }
 
 /// Lists the factory's presets, then the user's. Each item holds its preset's name, and under Qt::UserRole whether it
-/// is the factory's. Accepted once a preset has been loaded or saved. [gui]
-class PresetList : public QDialog {
+/// is the factory's. Opens at the current preset, and stays where it is when one is deleted. Accepted once a preset has
+/// been loaded or saved. [gui]
+class PresetList : public FittedDialog {
     Q_OBJECT
 
 public:
@@ -36,6 +38,7 @@ public slots:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void retranslate();

@@ -42,7 +42,7 @@ void FillCombo(QComboBox& combo, const NK::CStringArray& names, int current) {
 }  // namespace
 
 midiSettings::midiSettings(Kivora::EngineFront* front, QWidget* parent)
-    : QDialog(parent),
+    : FittedDialog(parent),
       ui_(std::make_unique<Ui::midiSettings>()),
       front_(front),
       engine_(front != nullptr ? &front->GetEngine() : nullptr) {
@@ -97,7 +97,7 @@ void midiSettings::nameControls() {
 }
 
 bool midiSettings::event(QEvent* event) {
-    const bool handled = QDialog::event(event);
+    const bool handled = FittedDialog::event(event);
     if (event->type() == QEvent::LanguageChange) {
         ui_->retranslateUi(this);
         nameLanguages();
@@ -110,7 +110,18 @@ void midiSettings::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         loadControls();
     }
-    QDialog::showEvent(event);
+    FittedDialog::showEvent(event);
+}
+
+void midiSettings::arrange(int width) {
+    const auto lay = [this](QBoxLayout::Direction direction) {
+        ui_->columnsLayout->setDirection(direction);
+        ui_->form->updateGeometry();
+    };
+    lay(QBoxLayout::LeftToRight);
+    if (sizeHint().width() > width) {
+        lay(QBoxLayout::TopToBottom);
+    }
 }
 
 void midiSettings::fillPorts() {

@@ -4,7 +4,8 @@
 #include <functional>
 #include <memory>
 #include <QColor>
-#include <QDialog>
+
+#include "ui/FittedDialog.h"
 
 namespace Kivora {
 class CKivora;
@@ -16,8 +17,8 @@ class midiSettings;
 
 /// Key colours, the three colours, the wallpaper and the built-in synthesizer follow its controls at once. The ports,
 /// the velocities and the language group are taken over when the dialog is confirmed, which also saves the settings
-/// file; leaving it by Escape drops them. [gui]
-class midiSettings : public QDialog {
+/// file; leaving it by Escape drops them. In two columns, and in one where the screen is too narrow. [gui]
+class midiSettings : public FittedDialog {
     Q_OBJECT
 
 public:
@@ -47,6 +48,7 @@ public slots:
 protected:
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void arrange(int width) override;
 
 private:
     void connectControls();

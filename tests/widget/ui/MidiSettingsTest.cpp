@@ -34,6 +34,8 @@ using testing::IsEmpty;
 
 namespace {
 
+constexpr QSize kUsualScreen(1366, 728);  ///< without its task bar
+
 class SettingsDialog : public testing::Test {
 protected:
     SettingsDialog() {
@@ -413,7 +415,7 @@ TEST_F(SettingsDialog, TextsAreAsGiven) {
     for (const QGroupBox* group : dialog->findChildren<QGroupBox*>()) {
         titles << group->title();
     }
-    EXPECT_EQ(titles, (QStringList{"MIDI I/O", "PC Keyboard Playing", "Interface Options", "Language",
+    EXPECT_EQ(titles, (QStringList{"MIDI I/O", "PC Keyboard Playing", "Language", "Interface Options",
                                    "Built-in synthesizer"}));
     EXPECT_EQ(text("labelHighVel"), "Note velocity with SHIFT:");
     EXPECT_EQ(text("labelNormVvel"), "Normal velocity:");
@@ -443,6 +445,10 @@ TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
                                     "spinNormal",
                                     "spinLow",
                                     "restoreDefaultVelocities",
+                                    "translatePatchNames",
+                                    "translateKeyNames",
+                                    "showNoteNames",
+                                    "localeCombo",
                                     "coloringCombo",
                                     "setBgColorBtn",
                                     "setDefaultBgColorBtn",
@@ -453,10 +459,6 @@ TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
                                     "wpEdit",
                                     "wpBrowseBtn",
                                     "wpClearBtn",
-                                    "translatePatchNames",
-                                    "translateKeyNames",
-                                    "showNoteNames",
-                                    "localeCombo",
                                     "synthDriverCb",
                                     "synthFontEdit",
                                     "synthFontBrowseBtn",
@@ -474,6 +476,7 @@ TEST_F(SettingsDialog, EveryControlHasANameAndNoMnemonicIsSharedInEitherLanguage
     for (const char* locale : {"en_US", "ru_RU"}) {
         Kivora::SetLocale(locale, false);
         Open();
+        dialog->fitInto(kUsualScreen);
         EXPECT_EQ(NamelessControls(*dialog), "") << locale;
         EXPECT_EQ(SharedMnemonics(*dialog), "") << locale;
         EXPECT_EQ(ClippedTexts(*dialog), "") << locale;
@@ -487,6 +490,7 @@ TEST_F(SettingsDialog, EveryControlHasANameAndNoMnemonicIsSharedInEitherLanguage
 TEST_F(SettingsDialog, AChangeOfLanguageWhileItIsOpenRetranslatesAllOfIt) {
     synth->defaultFont = L"";
     Open();
+    dialog->fitInto(kUsualScreen);
     for (const char* locale : {"ru_RU", "en_US"}) {
         Kivora::SetLocale(locale, false);
         QApplication::processEvents();

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QtTest/QTest>
 
 #include "engine/EngineFront.h"
@@ -28,6 +29,11 @@ protected:
         front.emplace(*rig.engine);
     }
     void AddUser(const wchar_t* name) { ASSERT_TRUE(rig.engine->SavePreset(name)); }
+    void AddMany() {
+        for (int number = 10; number < 90; ++number) {
+            AddUser(("Preset " + QString::number(number)).toStdWString().c_str());
+        }
+    }
     void AddFactory(const wchar_t* name) {
         AddUser(name);
         const auto file = std::filesystem::path(name).string() + ".kivoraLXPreset";
@@ -303,8 +309,38 @@ TEST_F(Presets, DeletingIsAsked) {
     Click("delBtn");
     EXPECT_FALSE(UserHas(L"Alto"));
     EXPECT_THAT(Names(), ElementsAre("Bass"));
-    EXPECT_FALSE(Button("delBtn").isEnabled());
     EXPECT_TRUE(dialog->isVisible());
+    boxes.click(QMessageBox::Yes);
+    Click("delBtn");
+    EXPECT_THAT(Names(), IsEmpty());
+    EXPECT_FALSE(Button("delBtn").isEnabled());
+}
+
+TEST_F(Presets, ALongListStaysWhereItIsWhenAPresetIsDeleted) {
+    AddMany();
+    Open(false);
+    List().setCurrentRow(50);
+    const int place = List().verticalScrollBar()->value();
+    ASSERT_GT(place, 0);
+    boxes.click(QMessageBox::Yes);
+    Click("delBtn");
+    EXPECT_EQ(List().currentRow(), 50);
+    EXPECT_EQ(List().verticalScrollBar()->value(), place);
+    List().setCurrentRow(List().count() - 1);
+    boxes.click(QMessageBox::Yes);
+    Click("delBtn");
+    EXPECT_EQ(List().currentRow(), List().count() - 1);
+}
+
+TEST_F(Presets, ALongListOpensAtTheCurrentPreset) {
+    AddMany();
+    ASSERT_TRUE(front->LoadPreset(L"Preset 65", false));
+    for (const bool saveMode : {false, true}) {
+        Open(saveMode);
+        ASSERT_NE(List().currentItem(), nullptr);
+        EXPECT_EQ(List().currentItem()->text(), "Preset 65");
+        EXPECT_TRUE(List().viewport()->rect().contains(List().visualItemRect(List().currentItem())));
+    }
 }
 
 TEST_F(Presets, AFailureToDeleteIsReportedAndTheListIsFilledAnew) {
