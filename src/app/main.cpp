@@ -17,6 +17,7 @@
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
 #include "ui/EmbeddedFonts.h"
+#include "ui/InstrumentStyle.h"
 #include "ui/PlainTexts.h"
 
 namespace {
@@ -29,13 +30,10 @@ void SetIdentity() {
     QApplication::setWindowIcon(QIcon(":/Resources/Kivora.ico"));
 }
 
-/// The style that the panel is designed for, or its successor where it is not installed.
+/// The style that the panel is designed for, or its successor where it is not installed, under the panel's own look.
 void SetStyle() {
-    if (QStyle* style = QStyleFactory::create("Cleanlooks")) {
-        QApplication::setStyle(style);
-    } else {
-        QApplication::setStyle("Fusion");
-    }
+    QStyle* const style = QStyleFactory::create("Cleanlooks");
+    InstrumentStyle::Dress(style != nullptr ? style : QStyleFactory::create("Fusion"));
 }
 
 }  // namespace
@@ -52,8 +50,8 @@ int main(int argc, char** argv) {
     const PlainTexts plainTexts;
     SetIdentity();
     NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
-    SetStyle();
     Kivora::RegisterEmbeddedFonts();
+    SetStyle();
     Kivora::InitLocale();
     const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
     if (!commandLine.locale.isEmpty()) {

@@ -1,25 +1,17 @@
 // The whole panel as a picture, at the scale that the program was built for, and whether every text on it fits.
 #include "widget/ui/PanelRig.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <QDir>
 #include <QSignalBlocker>
 
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/PanelCombo.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
+#include "widget/ui/GoldenWindow.h"
 
 using namespace KivoraTest;
 
 namespace {
-
-/// A picture in blocks of 4 x 4 pixels, so that the fonts' rasterisation may differ in detail.
-QImage Coarse(const QImage& picture) {
-    return picture.convertToFormat(QImage::Format_RGB32)
-        .scaled(picture.width() / 4, picture.height() / 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
 
 class PanelPictures : public PanelTest {
 protected:
@@ -34,32 +26,7 @@ protected:
     void ExpectLike(const QString& name) {
         QApplication::processEvents();
         Wait([&] { return !Find<QBlinkingLed>("midi-led").isLit(); });
-        const QImage picture = panel->grab().toImage();
-        const QString file = name + (picture.devicePixelRatio() > 1 ? "@2x.png" : ".png");
-        const QImage reference(QStringLiteral(KIVORA_GOLDEN_DIR "/") + file);
-        int most = 0;
-        double sum = 0;
-        if (reference.size() == picture.size()) {
-            const QImage a = Coarse(picture);
-            const QImage b = Coarse(reference);
-            for (int y = 0; y < a.height(); ++y) {
-                for (int x = 0; x < a.width(); ++x) {
-                    const QRgb p = a.pixel(x, y);
-                    const QRgb q = b.pixel(x, y);
-                    const int off = std::max(
-                        {std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)), std::abs(qBlue(p) - qBlue(q))});
-                    most = std::max(most, off);
-                    sum += off;
-                }
-            }
-            sum /= a.width() * a.height();
-        }
-        if (reference.size() != picture.size() || most > 80 || sum > 0.7) {
-            QDir().mkpath(QStringLiteral(KIVORA_GOLDEN_SIDE_DIR));
-            picture.save(QStringLiteral(KIVORA_GOLDEN_SIDE_DIR "/") + file);
-            ADD_FAILURE() << file.toStdString() << " differs, at most by " << most << ", on average by " << sum
-                          << "; see " << KIVORA_GOLDEN_SIDE_DIR;
-        }
+        ExpectLikeReviewed(panel->grab().toImage(), name);
     }
     void ExpectTextsFit(const std::string& where) {
         for (const PanelKey* key : panel->findChildren<PanelKey*>()) {

@@ -1,11 +1,17 @@
-// The main function of the pictures: an application object at the scale KIVORA_SCALE, whatever the screen's.
+// The main function of the pictures: an application object in the instrument's look, at the scale KIVORA_SCALE,
+// whatever the screen's.
 #include <QApplication>
+#include <QStyleFactory>
 
 #include "support/TestMain.h"
+#include "ui/EmbeddedFonts.h"
+#include "ui/InstrumentStyle.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", KIVORA_SCALE);
     QApplication application(argc, argv);
+    Kivora::RegisterEmbeddedFonts();
+    InstrumentStyle::Dress(QStyleFactory::create("Fusion"));
     return KivoraTestMain(argc, argv);
 }
