@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "libmidi/ArrivalOrder.h"
 #include "libmidi/CaptureClock.h"
 #include "libmidi/MIDIPortContainer.h"
 
@@ -26,6 +27,12 @@ bool LeavesLater(const ReadyEvent& a, const ReadyEvent& b) noexcept {
     return a.eventClass > b.eventClass;
 }
 
+/// An event that is not ready yet.
+struct WaitingEvent {
+    TakenEvent content;
+    ArrivalOrder::Turn turn;
+};
+
 struct SoundingNote {
     std::uint32_t remainingMs;
     std::uint8_t channel;  ///< 0..15
@@ -45,24 +52,14 @@ public:
     explicit State(NK::CSleeper& sleeperToUse) : sleeper(sleeperToUse) {}
 
     void Queue(const SynthEventBase& event) NK_REQUIRES(lock) {
-        if (!accepting || event.event.status == 0) {
-            return;
+        if (event.event.status != 0) {
+            Arrive({event, {}});
         }
-        if (event.IsNote()) {
-            EndSounding(event);
-        }
-        Push({event, {}}, event.IsNoteOff() ? kNoteOff : kOther);
-        if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
-            sounding.push_back(
-                {static_cast<std::uint32_t>(event.duration), ChannelOf(event), NoteOf(event), event.target});
-        }
-        UpdateWork();
     }
 
     void Queue(BlockSynthEvent&& block) NK_REQUIRES(lock) {
-        if (accepting && !block.events.empty()) {
-            Push({static_cast<const SynthEventBase&>(block), std::move(block.events)}, kOther);
-            UpdateWork();
+        if (!block.events.empty()) {
+            Arrive({static_cast<const SynthEventBase&>(block), std::move(block.events)});
         }
     }
 
@@ -87,6 +84,9 @@ public:
         std::pop_heap(ready.begin(), ready.end(), LeavesLater);
         TakenEvent taken = std::move(ready.back().content);
         ready.pop_back();
+        if (ready.empty()) {
+            BeginNextTurn();
+        }
         UpdateWork();
         if (capturing) {
             Capture(taken);
@@ -95,6 +95,15 @@ public:
     }
 
     std::uint32_t GetCaptureTimeMs() const NK_REQUIRES(lock) { return capturing ? clock.GetMs() : captureTimeMs; }
+
+    void Clear() NK_REQUIRES(lock) {
+        ready.clear();
+        waiting.clear();
+        firstWaiting = 0;
+        sounding.clear();
+        order.Clear();
+        UpdateWork();
+    }
 
     bool IsDone(bool readyOnly) const NK_REQUIRES(lock) { return ready.empty() && (readyOnly || sounding.empty()); }
 
@@ -118,9 +127,13 @@ public:
     NK::CSleeper& sleeper;
     mutable CCriticalSection lock;
     std::atomic<bool> hasWork{false};
-    std::vector<ReadyEvent> ready NK_GUARDED_BY(lock);  ///< a heap under LeavesLater
+    std::vector<ReadyEvent> ready NK_GUARDED_BY(lock);      ///< a heap under LeavesLater
+    std::vector<WaitingEvent> waiting NK_GUARDED_BY(lock);  ///< by turn; none while nothing is ready
+    std::size_t firstWaiting NK_GUARDED_BY(lock) = 0;       ///< what stands before it is ready already
     std::vector<SoundingNote> sounding NK_GUARDED_BY(lock);
+    ArrivalOrder order NK_GUARDED_BY(lock);
     bool accepting NK_GUARDED_BY(lock) = true;
+    bool keepsOrder NK_GUARDED_BY(lock) = false;
     bool capturing NK_GUARDED_BY(lock) = false;
     CaptureStore captured NK_GUARDED_BY(lock);
     mutable CaptureClock clock NK_GUARDED_BY(lock);
@@ -131,6 +144,50 @@ public:
 private:
     static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.status & 0x0F; }
     static std::uint8_t NoteOf(const SynthEventBase& event) noexcept { return event.event.data1 & 0x7F; }
+
+    void Arrive(TakenEvent&& content) NK_REQUIRES(lock) {
+        if (!accepting) {
+            return;
+        }
+        const ArrivalOrder::Turn turn = keepsOrder ? Place(content) : order.GetPresent();
+        if (turn == order.GetPresent()) {
+            MakeReady(std::move(content));
+            return;
+        }
+        const auto later =
+            std::upper_bound(waiting.begin() + static_cast<std::ptrdiff_t>(firstWaiting), waiting.end(), turn,
+                             [](ArrivalOrder::Turn sought, const WaitingEvent& event) { return sought < event.turn; });
+        waiting.insert(later, {std::move(content), turn});
+    }
+
+    ArrivalOrder::Turn Place(const TakenEvent& content) NK_REQUIRES(lock) {
+        return content.block.empty() ? order.Place(content.event.event) : order.PlaceInOrderWithAll();
+    }
+
+    void MakeReady(TakenEvent&& content) NK_REQUIRES(lock) {
+        const SynthEventBase event = content.event;
+        if (event.IsNote()) {
+            EndSounding(event);
+        }
+        Push(std::move(content), event.IsNoteOff() ? kNoteOff : kOther);
+        if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
+            sounding.push_back(
+                {static_cast<std::uint32_t>(event.duration), ChannelOf(event), NoteOf(event), event.target});
+        }
+        UpdateWork();
+    }
+
+    /// Everything that was ready has left: what has waited for nothing else becomes ready.
+    void BeginNextTurn() NK_REQUIRES(lock) {
+        order.BeginNextTurn();
+        while (firstWaiting < waiting.size() && waiting[firstWaiting].turn == order.GetPresent()) {
+            MakeReady(std::move(waiting[firstWaiting++].content));
+        }
+        if (firstWaiting == waiting.size()) {
+            waiting.clear();
+            firstWaiting = 0;
+        }
+    }
 
     void EndSounding(const SynthEventBase& event) NK_REQUIRES(lock) {
         const auto earlier = std::find_if(sounding.begin(), sounding.end(), [&event](const SoundingNote& note) {
@@ -143,7 +200,9 @@ private:
     }
 
     void PushNoteOff(const SoundingNote& note, std::uint32_t time, EventClass eventClass) NK_REQUIRES(lock) {
-        Push({SynthEventBase(NoteEvent(time, note.channel, note.note, 0, 0x80), note.target), {}}, eventClass);
+        const NoteEvent noteOff(time, note.channel, note.note, 0, 0x80);
+        order.MarkPresent(noteOff);
+        Push({SynthEventBase(noteOff, note.target), {}}, eventClass);
     }
 
     void Push(TakenEvent&& content, EventClass eventClass) NK_REQUIRES(lock) {
@@ -230,11 +289,14 @@ void MIDIPlayerQueue::SetAccepting(bool on) {
     state_->accepting = on;
 }
 
+void MIDIPlayerQueue::SetKeepsOrder(bool on) {
+    const CLockGuard guard(state_->lock);
+    state_->keepsOrder = on;
+}
+
 void MIDIPlayerQueue::Clear() {
     const CLockGuard guard(state_->lock);
-    state_->ready.clear();
-    state_->sounding.clear();
-    state_->UpdateWork();
+    state_->Clear();
 }
 
 void MIDIPlayerQueue::SetTimeSource(NK::CTimeSource* source) {
