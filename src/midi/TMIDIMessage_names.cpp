@@ -76,7 +76,7 @@ const wchar_t* Find(const Name (&names)[size], std::uint8_t number, const wchar_
 
 CString FormatMessage(const TMIDIMessage& message, NoteNameStyle style) {
     const auto noteText = [&](const wchar_t* what) {
-        const CString name = GetPitchClassName(message.data1 % 12, style == NoteNameStyle::kFlats);
+        const CString name = GetNoteName(message.data1, false, style == NoteNameStyle::kFlats);
         return CString::Format(L"%ls %ls", what, name.c_str());
     };
     switch (message.status) {

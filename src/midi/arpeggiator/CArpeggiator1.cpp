@@ -96,14 +96,14 @@ void CArpeggiator1::SetMultiplication(int multiplication) {
 
 void CArpeggiator1::SetNoteStep(int step, double durationPercent) {
     ArpeggiatorSettings::CheckNoteStep(step);
-    const double length = ArpeggiatorSettings::ToNoteLength(step, durationPercent);
-    ArpeggiatorSettings::CheckNoteLength(length);
     settings_.noteStep = step;
-    settings_.noteLength = length;
+    SetDurationPercent(durationPercent);
 }
 
 void CArpeggiator1::SetDurationPercent(double percent) {
-    SetNoteStep(settings_.noteStep, percent);
+    const double length = ArpeggiatorSettings::ToNoteLength(settings_.noteStep, percent);
+    ArpeggiatorSettings::CheckNoteLength(length);
+    settings_.noteLength = length;
 }
 
 void CArpeggiator1::Process(TMIDIMessage* messages, int count, const MusicalClock& position, CMIDIOutputBase& output) {

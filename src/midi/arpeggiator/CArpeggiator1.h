@@ -41,15 +41,18 @@ public:
     int GetNoteStep() const { return settings_.noteStep; }
     double GetDurationPercent() const { return settings_.GetDurationPercent(); }
     bool GetRepeat() const { return settings_.repeat; }
+    /// Whether it plays a note at the next step.
+    bool IsPlaying() const { return !IsBypassed() && !notes_.IsEmpty(); }
 
-    // These throw CInvalidParameterException and then change nothing. All but SetExtension() take effect on the note
-    // list at the next message.
+    // These throw CInvalidParameterException and then, unless a line says otherwise, change nothing. All but
+    // SetExtension() take effect on the note list at the next message.
     void SetDirection(int direction);        ///< 0..8, "Invalid arpeggiator direction."
     void SetVelocityMode(int velocityMode);  ///< 0..3, "Invalid arpeggiator velocity mode."
     /// 0..3, "Invalid arpeggiator range extension mode."; the pattern starts anew.
     void SetExtension(int extension);
     void SetMultiplication(int multiplication);  ///< 0..3, "Invalid arpeggiator multiplication mode."
-    /// Ticks (192 to a quarter note), 1 or more, "Note step must be positive."; and the gate as SetDurationPercent().
+    /// Ticks (192 to a quarter note), 1 or more, "Note step must be positive."; then the gate as SetDurationPercent():
+    /// a refused one leaves the new step.
     void SetNoteStep(int step, double durationPercent);
     /// In percent of the step, "Note length cannot be negative."
     void SetDurationPercent(double percent);

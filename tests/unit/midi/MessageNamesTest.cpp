@@ -93,6 +93,13 @@ TEST(MessageText, NotesCarryTheNameWithoutOctave) {
     EXPECT_EQ(Text({0x80, 1, 70, 64}, NoteNameStyle::kFlats), L"Note OFF Bb");
 }
 
+TEST(MessageText, ANoteAbove127IsNoPitchClass) {
+    EXPECT_EQ(Text({0x90, 1, 127, 1}), L"Note ON G");
+    EXPECT_EQ(Text({0x90, 1, 128, 1}), L"Note ON INVALID NOTE NUMBER: 128");
+    EXPECT_EQ(Text({0x90, 1, 255, 0}, NoteNameStyle::kFlats), L"Note OFF INVALID NOTE NUMBER: 255");
+    EXPECT_EQ(Text({0x80, 1, 200, 0}), L"Note OFF INVALID NOTE NUMBER: 200");
+}
+
 TEST(MessageText, PitchWheelShowsTheRawValueAndTheSignedFraction) {
     EXPECT_EQ(Text({0xE0, 1, 0, 64}), L"Pitch Bend: 8192 (+0.00)");
     EXPECT_EQ(Text({0xE0, 1, 0, 96}), L"Pitch Bend: 12288 (+0.50)");

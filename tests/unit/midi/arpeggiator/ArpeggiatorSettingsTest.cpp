@@ -177,13 +177,19 @@ TEST_F(ArpeggiatorSettingsTest, SettersCheckTheirRanges) {
                                             [&] { arpeggiator.SetMultiplication(4); });
     ExpectThrow<CInvalidParameterException>(L"Note step must be positive.", [&] { arpeggiator.SetNoteStep(0, 100); });
     ExpectThrow<CInvalidParameterException>(L"Note length cannot be negative.",
-                                            [&] { arpeggiator.SetNoteStep(48, -1); });
-    ExpectThrow<CInvalidParameterException>(L"Note length cannot be negative.",
                                             [&] { arpeggiator.SetDurationPercent(-0.001); });
     ExpectThrow<CInvalidParameterException>(L"Note length cannot be negative.", [&] {
         arpeggiator.SetDurationPercent(std::numeric_limits<double>::quiet_NaN());
     });
     EXPECT_EQ(SavedLines(), kDefaultLines);
+}
+
+TEST_F(ArpeggiatorSettingsTest, ARefusedGateOfAStepLeavesTheNewStep) {
+    arpeggiator.SetNoteStep(96, 100);
+    ExpectThrow<CInvalidParameterException>(L"Note length cannot be negative.",
+                                            [&] { arpeggiator.SetNoteStep(48, -1); });
+    EXPECT_EQ(arpeggiator.GetNoteStep(), 48);
+    EXPECT_DOUBLE_EQ(arpeggiator.GetSettings().noteLength, 16.0) << "the length is as it was";
 }
 
 TEST_F(ArpeggiatorSettingsTest, SettersAcceptTheirRanges) {
