@@ -71,6 +71,8 @@ public:
     void PlayPcKey(std::uint8_t note, int level);
     /// Controller 64, 127 or 0, on every slot's channel; needs the sink only.
     void SetSustain(bool on);
+    /// The same with any value, 0..127.
+    void SendSustain(std::uint8_t value);
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
     void SetSplit(bool on);
@@ -176,6 +178,9 @@ public:
     /// runs. True when nothing is left. [gui] [input]
     bool SettleOutput();
     static constexpr int kSettleLimitMs = 50;
+    /// From now on messages whose order matters are written in the order in which they were sent. Without it what is
+    /// sent between two rounds of the player, 1 ms, leaves in the order of the sink's heap.
+    void KeepOrder();
     /// Forgets what is queued and not yet written.
     void DiscardQueued();
     /// Queues the note-offs of all notes that sound with a duration.
@@ -369,6 +374,7 @@ private:
     std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
     LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
+    bool keepsOrder_ NK_GUARDED_BY(lock_) = false;
     int outputBinding_ NK_GUARDED_BY(lock_) = -1;
     int inputIndex_ NK_GUARDED_BY(lock_) = -1;
     int outputIndex_ NK_GUARDED_BY(lock_) = -1;

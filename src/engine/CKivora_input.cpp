@@ -46,11 +46,6 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
             break;
     }
     if (IsReady()) {
-        if (HeldKeys::IsPedal(message)) {
-            // What of these is written last decides what goes on sounding, and messages that wait together in the sink
-            // do not keep their order.
-            SettleOutput();
-        }
         if (message.status < 0x80 || message.status > 0xEF) {
             Send(message);
         } else {
@@ -93,7 +88,6 @@ void CKivora::LiftInputHolds() {
 
 void CKivora::LiftInputPedal(std::uint8_t controller) {
     if (sink_ && inputKeys_.IsPedalDown(controller)) {
-        SettleOutput();
         SendController(controller, 0);
         inputKeys_.LiftPedal(controller);
     }

@@ -70,9 +70,13 @@ void CKivora::SendController(std::uint8_t controller, std::uint8_t value) {
 }
 
 void CKivora::SetSustain(bool on) {
+    SendSustain(on ? 127 : 0);
+}
+
+void CKivora::SendSustain(std::uint8_t value) {
     const CLockGuard guard(lock_);
     if (sink_) {
-        SendController(HeldKeys::kSustainController, on ? 127 : 0);
+        SendController(HeldKeys::kSustainController, value);
     }
 }
 
@@ -120,6 +124,14 @@ void CKivora::EndTimedNotes() {
     const CLockGuard guard(lock_);
     if (sink_) {
         sink_->Advance(UINT32_MAX);
+    }
+}
+
+void CKivora::KeepOrder() {
+    const CLockGuard guard(lock_);
+    keepsOrder_ = true;
+    if (sink_) {
+        sink_->SetKeepsOrder(true);
     }
 }
 

@@ -49,6 +49,7 @@ void CKivora::InitMidi() {
     }
     player_->SetTimeSource(&timeSource_);
     sink_ = player_->GetSink();
+    sink_->SetKeepsOrder(keepsOrder_);
     ListPortNames();
 }
 

@@ -7,10 +7,16 @@ namespace Kivora {
 EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
         const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
-        if (message.status == 0xB0 && message.data1 == HeldKeys::kSustainController) {
-            pedalDown_ = message.data2 != 0;
+        if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
+            return;
+        }
+        if (message.data1 == HeldKeys::kSustainController) {
+            pedal_ = message.data2;
+        } else if (message.data1 == HeldKeys::kResetController) {
+            pedal_ = 0;
         }
     });
+    engine_.KeepOrder();
 }
 
 EngineFront::~EngineFront() {
@@ -21,7 +27,7 @@ EngineFront::~EngineFront() {
 void EngineFront::Silence() {
     NK_ASSERT_THREAD_ROLE(gui);
     engine_.SettleOutput();
-    if (pedalDown_) {
+    if (pedal_ != 0) {
         engine_.SetSustain(false);
     }
     engine_.LiftInputHolds();
@@ -30,23 +36,15 @@ void EngineFront::Silence() {
     engine_.SettleOutput();
 }
 
-void EngineFront::RestorePedal(bool down) {
-    if (down) {
-        engine_.SettleOutput();
-        engine_.SetSustain(true);
+void EngineFront::RestorePedal(std::uint8_t value) {
+    if (value != 0) {
+        engine_.SendSustain(value);
     }
-}
-
-void EngineFront::SetSustain(bool on) {
-    engine_.WithLock([&] {
-        engine_.SettleOutput();
-        engine_.SetSustain(on);
-    });
 }
 
 void EngineFront::AllNotesOff() {
     engine_.WithLock([&] {
-        const bool pedal = pedalDown_;
+        const std::uint8_t pedal = pedal_;
         Silence();
         RestorePedal(pedal);
     });
@@ -61,7 +59,6 @@ void EngineFront::Panic() {
 
 void EngineFront::SetVoiceMode(bool dual, bool split) {
     engine_.WithLock([&] {
-        engine_.SettleOutput();
         engine_.SetDual(dual);
         engine_.SetSplit(split);
     });
@@ -69,7 +66,7 @@ void EngineFront::SetVoiceMode(bool dual, bool split) {
 
 void EngineFront::ChangePatch(int slot, int patch) {
     const bool crosses = (patch < 0) != (engine_.GetPatch(slot) < 0);
-    const bool pedal = pedalDown_;
+    const std::uint8_t pedal = pedal_;
     if (crosses) {
         Silence();
     }
@@ -91,27 +88,6 @@ void EngineFront::PrevPatch(int slot) {
     engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
 }
 
-void EngineFront::TransposeUp(int slot) {
-    engine_.WithLock([&] {
-        engine_.SettleOutput();
-        engine_.TransposeUp(slot);
-    });
-}
-
-void EngineFront::TransposeDown(int slot) {
-    engine_.WithLock([&] {
-        engine_.SettleOutput();
-        engine_.TransposeDown(slot);
-    });
-}
-
-void EngineFront::SetArpeggiating(bool on) {
-    engine_.WithLock([&] {
-        engine_.SettleOutput();
-        engine_.SetArpeggiating(on);
-    });
-}
-
 void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
     engine_.WithArpeggiator(index, [&](NK::MIDI::CArpeggiator1& arpeggiator) {
         const auto hears = [&arpeggiator] {
@@ -120,7 +96,6 @@ void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI
         const auto before = hears();
         change(arpeggiator);
         if (hears() != before) {
-            engine_.SettleOutput();
             engine_.AllNotesOff();
         }
         RaiseGates();
@@ -139,7 +114,7 @@ void EngineFront::RaiseGates() {
 
 bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
     return engine_.WithLock([&] {
-        const bool pedal = pedalDown_;
+        const std::uint8_t pedal = pedal_;
         Silence();
         const bool loaded = load();
         RaiseGates();
@@ -162,7 +137,7 @@ bool EngineFront::LoadSettings() {
 }
 
 bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
-    const bool pedal = pedalDown_;
+    const std::uint8_t pedal = pedal_;
     Silence();
     if (!engine_.IsOutputReady()) {
         engine_.DiscardQueued();
@@ -258,10 +233,11 @@ bool EngineFront::RescanPorts() {
 
 bool EngineFront::StartRecording() {
     return engine_.WithLock([&] {
-        engine_.SettleOutput();
-        const bool pedal = pedalDown_;
+        const std::uint8_t pedal = pedal_;
         const bool started = engine_.StartRecording();
-        RestorePedal(started && pedal);
+        if (started) {
+            RestorePedal(pedal);
+        }
         return started;
     });
 }

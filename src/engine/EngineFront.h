@@ -4,6 +4,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 
 #include "engine/CKivora.h"
@@ -14,10 +15,10 @@ namespace Kivora {
 /// nothing else, could leave a note sounding whose key is up; docs/hung-notes.md lists the places. What is not here is
 /// called on the engine itself.
 ///
-/// Two things happen around an operation. Settling: everything queued is let out first, because what waits together
-/// leaves in no particular order. Silence: the pedal is lifted, all notes are ended, those that sound with a duration
-/// included; a pedal that was down goes down again afterwards. Both and the operation run under one hold of the
-/// engine's lock, so that nothing played meanwhile slips between. [gui]
+/// As long as the engine has a front, what is sent is written in order wherever the order matters. Around an operation
+/// that needs it comes silence: the pedal is lifted, all notes are ended, those that sound with a duration included; a
+/// pedal that was not at rest gets its value again afterwards. Both run under one hold of the engine's lock, so that
+/// nothing played meanwhile slips between. [gui]
 class EngineFront {
 public:
     /// The gate that replaces one of 0, with which notes never end.
@@ -31,7 +32,7 @@ public:
 
     CKivora& GetEngine() const { return engine_; }
 
-    void SetSustain(bool on);
+    void SetSustain(bool on) { engine_.SetSustain(on); }
     /// Ends every note; the pedal stays as it is.
     void AllNotesOff();
     /// Ends every note, lifts the pedal for good and resets the synthesizer, which takes about 150 ms.
@@ -41,9 +42,9 @@ public:
     void SetPatch(int patch, int slot);
     void NextPatch(int slot);
     void PrevPatch(int slot);
-    void TransposeUp(int slot);
-    void TransposeDown(int slot);
-    void SetArpeggiating(bool on);
+    void TransposeUp(int slot) { engine_.TransposeUp(slot); }
+    void TransposeDown(int slot) { engine_.TransposeDown(slot); }
+    void SetArpeggiating(bool on) { engine_.SetArpeggiating(on); }
     /// Calls `change` with the arpeggiator under the engine's lock. Afterwards notes are ended if it is bypassed or
     /// listens otherwise than before, and a gate of 0 is raised. Throws what `change` and CKivora::WithArpeggiator()
     /// throw.
@@ -66,7 +67,7 @@ public:
     /// A port that fails keeps no other from being opened; throws the first failure then.
     void OpenPorts();
     bool RescanPorts();
-    /// A pedal that is down goes down again, in the recording too.
+    /// A pedal that is not at rest gets its value again, in the recording too.
     bool StartRecording();
     /// What was played before is let out into the recording first. Ends nothing that sounds.
     bool StopRecording();
@@ -76,7 +77,7 @@ public:
 
 private:
     void Silence();
-    void RestorePedal(bool down);
+    void RestorePedal(std::uint8_t value);
     bool ChangeOutput(const std::function<bool()>& change);
     bool ReplaceLostOutput(int index);
     void OpenRemainingPorts();
@@ -84,7 +85,7 @@ private:
     void RaiseGates();
 
     CKivora& engine_;
-    std::atomic<bool> pedalDown_{false};  ///< as the last message of the sustain pedal said, whatever its source
+    std::atomic<std::uint8_t> pedal_{0};  ///< the last value of the sustain pedal, whatever its source
     QMetaObject::Connection connection_;
 };
 

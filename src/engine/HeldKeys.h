@@ -18,6 +18,7 @@ public:
     static constexpr std::uint8_t kSostenutoController = 66;
     static constexpr std::uint8_t kHold2Controller = 69;
     static constexpr std::array kPedals{kSustainController, kSostenutoController, kHold2Controller};
+    static constexpr std::uint8_t kResetController = 121;  ///< puts all controllers to rest, the pedals too
 
     /// Whether a message moves one of these pedals.
     static bool IsPedal(NK::MIDI::TMIDIMessage message) noexcept;

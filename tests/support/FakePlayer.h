@@ -19,7 +19,7 @@ namespace KivoraTest {
 class FakePlayer : public LibMidi::MIDIPlayer {
 public:
     FakePlayer(NK::CTimeSource& clock, NK::CSleeper& sleeper)
-        : clock_(clock), queue_(std::make_shared<LibMidi::MIDIPlayerQueue>(sleeper)), previousMs_(clock.GetTimeMs()) {
+        : clock_(clock), queue_(std::make_shared<ListenedQueue>(*this, sleeper)), previousMs_(clock.GetTimeMs()) {
         queue_->SetTimeSource(&clock);
     }
     ~FakePlayer() override {
@@ -75,8 +75,32 @@ public:
     bool failsToStart = false;
     NK::CTimeSource* timeSource = nullptr;
     std::function<void(const std::string&)> log = [](const std::string&) {};
+    /// Called with each message that is handed to the sink, and whether it is a note with a duration.
+    std::function<void(const LibMidi::MIDIEvent&, bool timed)> onSend;
 
 private:
+    class ListenedQueue : public LibMidi::MIDIPlayerQueue {
+    public:
+        ListenedQueue(FakePlayer& player, NK::CSleeper& sleeper) : MIDIPlayerQueue(sleeper), player_(player) {}
+
+        void SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) override {
+            if (player_.onSend) {
+                player_.onSend(LibMidi::MIDIEvent::FromMessage(message, time), false);
+            }
+            MIDIPlayerQueue::SendMessage(message, time);
+        }
+        void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
+                      std::uint32_t time) override {
+            if (player_.onSend) {
+                player_.onSend(LibMidi::NoteEvent(time, channel, note, velocity, 0x90), duration > 0);
+            }
+            MIDIPlayerQueue::PlayNote(channel, note, velocity, duration, time);
+        }
+
+    private:
+        FakePlayer& player_;
+    };
+
     NK::CTimeSource& clock_;
     std::shared_ptr<LibMidi::MIDIPlayerQueue> queue_;
     std::int64_t previousMs_;

@@ -45,6 +45,7 @@ public:
                             log.push_back(line);
                             player = nullptr;
                         };
+                        made->onSend = onSend;
                         player = made.get();
                         return made;
                     },
@@ -103,6 +104,8 @@ public:
     FakeBackend backend;
     FakePlayer* player = nullptr;
     bool noPlayer = false;
+    /// FakePlayer::onSend of the players that are made.
+    std::function<void(const LibMidi::MIDIEvent&, bool timed)> onSend;
     std::vector<std::string> log;
     std::unique_ptr<Kivora::CKivora> engine;
 };

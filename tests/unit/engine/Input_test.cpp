@@ -127,18 +127,6 @@ TEST_F(Input, ACountBelow1DoesNothing) {
     EXPECT_THAT(shown.TakeMessages(), IsEmpty());
 }
 
-TEST_F(Input, PedalMessagesKeepTheirOrder) {
-    for (int i = 0; i < 20; ++i) {
-        rig.GetKeyboard().Deliver(0xB0, 64, 127);
-        rig.GetKeyboard().Deliver(0xB0, 64, 0);
-    }
-    const std::vector<std::string> written = rig.TakeWritten();
-    ASSERT_EQ(written.size(), 120U);
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_THAT(written[117 + i], testing::EndsWith("40 00"));
-    }
-}
-
 TEST_F(Input, ALossEndsTheKeysAndThePedalThatTheInputHolds) {
     rig.GetKeyboard().Deliver({{0, 0x90, 60, 100}, {0, 0x90, 62, 100}, {0, 0x90, 64, 100}, {0, 0x80, 62, 0}});
     rig.GetKeyboard().Deliver(0xB0, 64, 127);

@@ -9,6 +9,7 @@
 #include "engine/EngineFront.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_thread_role.h"
+#include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -25,7 +26,11 @@ protected:
         backend.Plug(kOtherKeyboard, LibMidi::kInput);
         backend.defaultInput = kKeyboard;
         for (const auto& device : backend.devices) {
-            device->onWrite = [this](const LibMidi::MIDIEvent&) { ++written; };
+            device->onWrite = [this](const LibMidi::MIDIEvent& event) {
+                synth.Play(event);
+                lastsWritten += (event.status & 0xF0) == 0xB0 && event.data1 == kLast ? 1 : 0;
+                ++written;
+            };
         }
         Create();
     }
@@ -65,7 +70,11 @@ protected:
         }
     }
 
+    static constexpr std::uint8_t kLast = 20;  ///< a controller that is sent after everything else
+
     FakeBackend backend;
+    SynthModel synth;  ///< of both outputs, of which one is open; written by the player's thread
+    std::atomic<int> lastsWritten{0};
     std::atomic<int> written{0};
     std::atomic<int> shown{0};
     std::atomic<int> delivered{0};
@@ -129,6 +138,48 @@ TEST_F(Threads, FloodTickGuiAndPlayerLiveTogether) {
     StopFlood();
     EXPECT_GT(shown, 0);
     EXPECT_FALSE(engine->IsOutputLost());
+}
+
+TEST_F(Threads, WhatIsSentLastStandsAndWhatIsHeldSounds) {
+    constexpr int kGestures = 500;
+    FakeInPort& port = *backend.GetIn(kKeyboard);
+    std::thread player([&port] {
+        for (int i = 0; i < kGestures; ++i) {
+            const auto program = static_cast<std::uint8_t>(i % 128);
+            std::vector<LibMidi::MIDIEvent> gesture{
+                {0, 0x80, 60, 0}, {0, 0x90, 60, 100}, {0, 0xB0, 0, program}, {0, 0xC0, program, 0}};
+            for (int step = 4; step >= 0; --step) {
+                const auto value = static_cast<std::uint8_t>(step);
+                gesture.emplace_back(0U, std::uint8_t{0xE0}, value, static_cast<std::uint8_t>(64 + step));
+                gesture.emplace_back(0U, std::uint8_t{0xB0}, std::uint8_t{1}, value);
+                gesture.emplace_back(0U, std::uint8_t{0xB0}, std::uint8_t{64}, value);
+            }
+            port.Deliver(std::move(gesture));
+        }
+    });
+    for (int i = 0; i < kGestures; ++i) {
+        engine->PlayNoteOff(48);
+        engine->PlayNoteOn(48, 100);
+        i % 3 == 0 ? engine->VolumeUp(1) : engine->VolumeDown(1);
+        front->SetSustain(true);
+        front->SetSustain(false);
+    }
+    player.join();
+    port.Deliver(0xB0, kLast, 1);
+    while (lastsWritten < 3) {
+        std::this_thread::yield();
+    }
+    for (int channel = 0; channel < 3; ++channel) {
+        const SynthModel::Controls& controls = synth.GetControls(channel);
+        EXPECT_EQ(controls.wheel, 0x2000);
+        EXPECT_EQ(controls.controller[1], 0);
+        EXPECT_EQ(controls.controller[64], 0);
+        EXPECT_EQ(controls.program, (kGestures - 1) % 128);
+        EXPECT_EQ(controls.bank[0], controls.program);
+    }
+    EXPECT_EQ(synth.GetControls(1).controller[7], engine->GetVolume(1));
+    EXPECT_TRUE(synth.IsPressed(0, 60));
+    EXPECT_TRUE(synth.IsPressed(0, 48));
 }
 
 TEST_F(Threads, ClosingAndReopeningTheInputUnderAFloodNeverDeadlocks) {
