@@ -189,7 +189,9 @@ public:
     LibMidi::SynthControl* GetSynth() const { return dependencies_.synth.get(); }
 
     // Metronome and tempo. [gui]
-    void SetTempo(int beatsPerMinute);  ///< clamped to 40..220; nothing when that is the tempo
+    void SetTempo(int beatsPerMinute);  ///< clamped to 40..220; nothing when that is the tempo, else a new bar begins
+    /// As SetTempo(), but the clock goes on from the place in the bar where it stands, and the arpeggiators with it.
+    void SetTempoInBar(int beatsPerMinute);
     void TempoUp();
     void TempoDown();
     int GetTempo() const;  ///< beats per minute
@@ -325,6 +327,7 @@ private:
 
     void ListPortNames() NK_REQUIRES(lock_);
     bool LoseOutput() NK_REQUIRES(lock_);
+    bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
     void SyncArpeggiators() NK_REQUIRES(lock_);
 

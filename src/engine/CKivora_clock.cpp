@@ -1,5 +1,6 @@
 // Tempo, the musical clock and its tick.
 #include <algorithm>
+#include <cmath>
 
 #include "engine/CKivora.h"
 #include "engine/ClockPosition.h"
@@ -16,15 +17,39 @@ void CKivora::SetTempo(int beatsPerMinute) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
         const CLockGuard guard(lock_);
-        const int clamped = std::clamp(beatsPerMinute, kMinTempo, kMaxTempo);
-        if (clamped == tempo_) {
+        if (!StoreTempo(beatsPerMinute)) {
             return;
         }
-        tempo_ = clamped;
-        clock_.tempo = clamped;
         RestartClock();
     }
     emit TempoChanged();
+}
+
+void CKivora::SetTempoInBar(int beatsPerMinute) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    {
+        const CLockGuard guard(lock_);
+        AdvanceClock();
+        const double beats = clock_.beatsPerBar * clock_.bar + clock_.beat + clock_.offset / clock_.BeatLength();
+        if (!StoreTempo(beatsPerMinute)) {
+            return;
+        }
+        // The arpeggiators count in ticks, which a place in the bar has at every tempo: they need no word of it.
+        const auto elapsed = static_cast<std::int64_t>(std::llround(beats * clock_.BeatLength()));
+        clockStartMs_ = dependencies_.wallClockMs() - elapsed;
+        SetClockPosition(clock_, elapsed);
+    }
+    emit TempoChanged();
+}
+
+bool CKivora::StoreTempo(int beatsPerMinute) {
+    const int clamped = std::clamp(beatsPerMinute, kMinTempo, kMaxTempo);
+    if (clamped == tempo_) {
+        return false;
+    }
+    tempo_ = clamped;
+    clock_.tempo = clamped;
+    return true;
 }
 
 void CKivora::TempoUp() {

@@ -88,6 +88,23 @@ void EngineFront::PrevPatch(int slot) {
     engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
 }
 
+void EngineFront::StepTempo(int by) {
+    const int tempo = engine_.GetTempo() + by;
+    if (IsArpeggioPlaying()) {
+        engine_.SetTempoInBar(tempo);
+    } else {
+        engine_.SetTempo(tempo);
+    }
+}
+
+bool EngineFront::IsArpeggioPlaying() {
+    const auto plays = [this](int index) {
+        return engine_.WithArpeggiator(
+            index, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.IsPlaying(); });
+    };
+    return engine_.IsArpeggiating() && (plays(0) || plays(1));
+}
+
 void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
     engine_.WithArpeggiator(index, [&](NK::MIDI::CArpeggiator1& arpeggiator) {
         const auto hears = [&arpeggiator] {

@@ -45,6 +45,10 @@ public:
     void TransposeUp(int slot) { engine_.TransposeUp(slot); }
     void TransposeDown(int slot) { engine_.TransposeDown(slot); }
     void SetArpeggiating(bool on) { engine_.SetArpeggiating(on); }
+    /// By one. A new bar begins, unless an arpeggio is playing: then it goes on in its step, so that a tempo that is
+    /// turned does not keep it silent.
+    void TempoUp() { StepTempo(1); }
+    void TempoDown() { StepTempo(-1); }
     /// Calls `change` with the arpeggiator under the engine's lock. Afterwards notes are ended if it is bypassed or
     /// listens otherwise than before, and a gate of 0 is raised. Throws what `change` and CKivora::WithArpeggiator()
     /// throw.
@@ -78,6 +82,8 @@ public:
 private:
     void Silence();
     void RestorePedal(std::uint8_t value);
+    void StepTempo(int by);
+    bool IsArpeggioPlaying();
     bool ChangeOutput(const std::function<bool()>& change);
     bool ReplaceLostOutput(int index);
     void OpenRemainingPorts();

@@ -57,7 +57,7 @@ void ParameterEditor::StepUp() {
         case EMode::kVolume2:
             return front_->GetEngine().VolumeUp(SecondarySlot());
         case EMode::kTempo:
-            return front_->GetEngine().TempoUp();
+            return front_->TempoUp();
     }
 }
 
@@ -79,6 +79,6 @@ void ParameterEditor::StepDown() {
         case EMode::kVolume2:
             return front_->GetEngine().VolumeDown(SecondarySlot());
         case EMode::kTempo:
-            return front_->GetEngine().TempoDown();
+            return front_->TempoDown();
     }
 }

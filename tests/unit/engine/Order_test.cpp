@@ -259,3 +259,55 @@ TEST_F(Order, ControllersThatAreResetFromOutsideTakeThePedalWithThem) {
     rig.RunPlayer();
     EXPECT_EQ(GetController(0, 64), 100) << "pressed again since";
 }
+
+// The tempo under an arpeggio.
+
+TEST_F(Order, ATempoThatIsTurnedLetsAnArpeggioPlayOn) {
+    front.SetArpeggiating(true);
+    engine.PlayNoteOn(60, 100);
+    rig.Run(600);
+    rig.TakeWritten();
+    int steps = 0;
+    // A click every 20 ms, much faster than the steps: 250 ms at the start.
+    for (int i = 0; i < 100; ++i) {
+        i < 50 ? front.TempoUp() : front.TempoDown();
+        rig.Run(20);
+        for (const std::string& message : rig.TakeWritten()) {
+            steps += message.starts_with("90") ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(engine.GetTempo(), 120);
+    // Two seconds at 145 beats per minute in the mean, two steps a beat.
+    EXPECT_GE(steps, 9);
+    EXPECT_LE(steps, 10);
+}
+
+TEST_F(Order, ATempoThatIsTurnedUnderAnArpeggioKeepsThePlaceInTheBar) {
+    front.SetArpeggiating(true);
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2750);
+    const NK::MIDI::MusicalClock before = engine.GetMusicalClock();
+    front.TempoDown();
+    EXPECT_EQ(engine.GetTempo(), 119);
+    const NK::MIDI::MusicalClock after = engine.GetMusicalClock();
+    EXPECT_EQ(after.bar, before.bar);
+    EXPECT_EQ(after.beat, before.beat);
+    EXPECT_NEAR(after.offset / after.BeatLength(), before.offset / before.BeatLength(), 0.005);
+}
+
+TEST_F(Order, WithoutAnArpeggioATempoBeginsANewBar) {
+    const auto expectNewBar = [this](const char* when) {
+        rig.Run(2750);
+        front.TempoUp();
+        const NK::MIDI::MusicalClock clock = engine.GetMusicalClock();
+        EXPECT_EQ(clock.bar * 10000 + clock.beat * 1000 + clock.offset, 0) << when;
+    };
+    engine.PlayNoteOn(60, 100);
+    expectNewBar("arpeggiating is off");
+    engine.PlayNoteOff(60);
+    front.SetArpeggiating(true);
+    expectNewBar("no key is held");
+    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    engine.PlayNoteOn(60, 100);
+    expectNewBar("the arpeggiator is off");
+}
