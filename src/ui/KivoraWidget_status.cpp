@@ -17,6 +17,7 @@ namespace {
 constexpr std::uint8_t kNoteOn = 0x90;
 constexpr std::uint8_t kController = 0xB0;
 constexpr std::uint8_t kSustain = 64;
+constexpr std::uint8_t kResetControllers = 121;
 constexpr int kRainbow = 1;
 constexpr int kScriabin = 2;
 }  // namespace
@@ -30,6 +31,9 @@ void KivoraWidget::MIDIMessageSent(int packedMessage) {
         updateStatusDisplay();
     } else if (message.status == kController && message.data1 == kSustain) {
         sustainShown_ = message.data2 != 0;
+        updateStatusDisplay();
+    } else if (message.status == kController && message.data1 == kResetControllers) {
+        sustainShown_ = false;
         updateStatusDisplay();
     }
 }

@@ -7,6 +7,8 @@
 using NK::MIDI::TMIDIMessage;
 
 namespace {
+constexpr std::size_t kResetController = 121;
+
 int Packed(TMIDIMessage message) {
     return static_cast<int>(message.ToWord());
 }
@@ -32,6 +34,9 @@ void MIDIEventRelay::Put(int packedMessage) {
             }
             break;
         case 0xB0:
+            if (number == kResetController) {
+                pending_.controllerChanged.reset();
+            }
             pending_.controllerChanged.set(number);
             pending_.controller[number] = message;
             break;
@@ -82,8 +87,11 @@ void MIDIEventRelay::Deliver() {
         }
     }
     DeliverNote(taken, taken.lastStruck);
+    if (taken.controllerChanged[kResetController]) {
+        emit MIDIMessageReady(Packed(taken.controller[kResetController]));
+    }
     for (std::size_t number = 0; number < taken.controllerChanged.size(); ++number) {
-        if (taken.controllerChanged[number]) {
+        if (taken.controllerChanged[number] && number != kResetController) {
             emit MIDIMessageReady(Packed(taken.controller[number]));
         }
     }

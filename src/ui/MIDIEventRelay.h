@@ -22,8 +22,8 @@ public:
 
 signals:
     /// On the GUI thread, once a wake-up, in this order: a system reset, the notes changed since it from low to high
-    /// but the one struck last at the end (a note that was struck and released meanwhile comes as both), controllers by
-    /// number, other messages as the last one.
+    /// but the one struck last at the end (a note that was struck and released meanwhile comes as both), a reset of the
+    /// controllers, controllers since it by number, other messages as the last one.
     void MIDIMessageReady(int packedMessage);
     /// After the messages of one wake-up.
     void BatchDone();

@@ -72,6 +72,14 @@ TEST_F(Relay, ControllersComeWithTheirLastValue) {
     EXPECT_THAT(shown, ElementsAre(TMIDIMessage{0xB0, 1, 7, 10}, TMIDIMessage{0xB0, 1, 64, 0}));
 }
 
+TEST_F(Relay, AResetOfTheControllersComesBeforeThoseSinceIt) {
+    Put({0xB0, 1, 64, 127});
+    Put({0xB0, 1, 121, 0});
+    Put({0xB0, 1, 7, 10});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, ElementsAre(TMIDIMessage{0xB0, 1, 121, 0}, TMIDIMessage{0xB0, 1, 7, 10}));
+}
+
 TEST_F(Relay, AResetForgetsWhatCameBeforeIt) {
     Put(NoteOn(60, 80));
     Put({0xFF, 0, 0, 0});

@@ -83,6 +83,65 @@ TEST_F(PanelKeys, NothingIsPlayedWhileAnotherWindowIsActive) {
     EXPECT_EQ(rig.TakeWritten(), Written{});
 }
 
+/// A key as the system tells it: with the code of its place and the time in ms.
+class PlacedKey {
+public:
+    PlacedKey(KivoraWidget& panel, Qt::Key key, quint32 scanCode) : panel_(panel), key_(key), scanCode_(scanCode) {}
+    void Press(quint64 timeMs) { Send(QEvent::KeyPress, timeMs); }
+    void Release(quint64 timeMs) { Send(QEvent::KeyRelease, timeMs); }
+
+private:
+    void Send(QEvent::Type type, quint64 timeMs) {
+        QKeyEvent event(type, key_, {}, scanCode_, 0, 0);
+        event.setTimestamp(timeMs);
+        QApplication::sendEvent(&panel_, &event);
+    }
+
+    KivoraWidget& panel_;
+    Qt::Key key_;
+    quint32 scanCode_;
+};
+
+TEST_F(PanelKeys, AKeyThatOvertakesTheReleaseOfAnotherOneOfItsNoteSounds) {
+    SynthModel synth;
+    rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) { synth.Play(event); };
+    PlacedKey comma(*panel, Qt::Key_Comma, 59);
+    PlacedKey q(*panel, Qt::Key_Q, 24);
+    comma.Press(1000);
+    rig.RunPlayer();
+    comma.Release(2000);
+    q.Press(2003);
+    rig.RunPlayer();
+    EXPECT_TRUE(synth.IsPressed(0, 72));
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 48 50", "80 48 00", "90 48 50"}));
+    q.Release(3000);
+    Wait([&] {
+        rig.RunPlayer();
+        return !synth.IsSounding();
+    });
+}
+
+TEST_F(PanelKeys, AKeyThatChattersSounds) {
+    SynthModel synth;
+    rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) { synth.Play(event); };
+    PlacedKey z(*panel, Qt::Key_Z, 52);
+    for (quint64 time = 1000; time < 2000; time += 100) {
+        z.Press(time);
+        rig.RunPlayer();
+        z.Release(time + 50);
+        z.Press(time + 52);
+        z.Release(time + 54);
+        z.Press(time + 56);
+        rig.RunPlayer();
+        EXPECT_TRUE(synth.IsPressed(0, 60)) << time;
+        z.Release(time + 90);
+        Wait([&] {
+            rig.RunPlayer();
+            return !synth.IsSounding();
+        });
+    }
+}
+
 TEST_F(PanelKeys, ARepeatedKeyPlaysOnce) {
     SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false);
     for (int i = 0; i < 5; ++i) {

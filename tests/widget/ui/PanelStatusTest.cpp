@@ -63,6 +63,22 @@ TEST_F(PanelStatus, Controller64ShowsTheSustainPedal) {
     EXPECT_EQ(Label("display-sustain"), "OFF") << "not a controller";
 }
 
+TEST_F(PanelStatus, AResetOfTheControllersLiftsThePedalOnTheDisplay) {
+    Engine().SetInputPortByName(kKeyboard);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    Show();
+    EXPECT_EQ(Label("display-sustain"), "ON");
+    rig.GetKeyboard().Deliver(0xB0, 121, 0);
+    Show();
+    EXPECT_EQ(Label("display-sustain"), "OFF");
+    rig.GetKeyboard().Deliver({{0, 0xB0, 121, 0}, {0, 0xB0, 64, 127}});
+    Show();
+    EXPECT_EQ(Label("display-sustain"), "ON") << "pressed again since";
+    rig.GetKeyboard().Deliver({{0, 0xB0, 64, 100}, {0, 0xB0, 121, 0}});
+    Show();
+    EXPECT_EQ(Label("display-sustain"), "OFF");
+}
+
 TEST_F(PanelStatus, EveryMessageMakesTheMIDILampBlink) {
     for (const int status : {0x80, 0x90, 0xA0, 0xB0, 0xC0, 0xD0, 0xE0, 0xFF}) {
         Wait([&] { return !Lamp("midi-led").isLit(); });
