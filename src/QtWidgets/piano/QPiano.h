@@ -12,6 +12,7 @@
 #include <array>
 #include <bitset>
 #include <map>
+#include <utility>
 
 #include "piano/CAutoRepeatFilter.h"
 #include "piano/CKeyboardPosCalc.h"
@@ -20,6 +21,7 @@
 #include "QtWidgets/piano/PianoKeySkin.h"
 #include "QtWidgets/piano/PianoTypes.h"
 
+class QInputDevice;
 class QTouchEvent;
 
 /// What pressed keys are lit in: those of the main part, those of the bass part, and the tips of the main part's for a
@@ -308,7 +310,7 @@ private:
     std::array<QRectF, NK::Piano::kNoteCount> keyRects_;    ///< in the frame
     std::array<QRectF, NK::Piano::kNoteCount> labelRects_;  ///< in the frame
     THold mouse_;
-    std::map<int, THold> fingers_;  ///< by the touch point's id
+    std::map<std::pair<const QInputDevice*, int>, THold> fingers_;  ///< by the screen and the touch point's id
     BYTE cursorNote_ = kNoKey;
     BYTE spaceNote_ = kNoKey;
     NK::Piano::CAutoRepeatFilter<TCursorKey> keyFilter_;

@@ -122,28 +122,34 @@ bool QPiano::touchEvent(const QTouchEvent& event) {
     if (event.device()->type() != QInputDevice::DeviceType::TouchScreen || !isEnabled()) {
         return false;
     }
+    const QInputDevice* const screen = event.device();
     if (event.type() == QEvent::TouchCancel) {
-        releasePointers();
-        fingers_.clear();
+        for (auto& [id, finger] : fingers_) {
+            if (id.first == screen) {
+                release(finger);
+            }
+        }
+        std::erase_if(fingers_, [screen](const auto& finger) { return finger.first.first == screen; });
         return true;
     }
     for (const QEventPoint& point : event.points()) {
+        const std::pair id(screen, point.id());
         switch (point.state()) {
             case QEventPoint::State::Pressed: {
-                THold& finger = fingers_[point.id()];
+                THold& finger = fingers_[id];
                 release(finger);  // the lifting of an earlier finger of this number may have been lost
                 press(finger, point.position());
                 break;
             }
             case QEventPoint::State::Updated:
-                if (const auto finger = fingers_.find(point.id()); finger != fingers_.end()) {
+                if (const auto finger = fingers_.find(id); finger != fingers_.end()) {
                     move(finger->second, point.position());
                 }
                 break;
             case QEventPoint::State::Released:
-                if (const auto finger = fingers_.find(point.id()); finger != fingers_.end()) {
+                if (const auto finger = fingers_.find(id); finger != fingers_.end()) {
                     release(finger->second);
-                    fingers_.erase(point.id());
+                    fingers_.erase(id);
                 }
                 break;
             case QEventPoint::State::Stationary:

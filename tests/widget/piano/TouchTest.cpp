@@ -78,6 +78,20 @@ TEST_F(PianoTouchTest, CancelledTouchReleasesItsKeys) {
     EXPECT_EQ(Signals(), CSignals{"released 60"});
 }
 
+TEST_F(PianoTouchTest, CancelledTouchLeavesTheMouseAndOtherScreensTheirKeys) {
+    QPointingDevice* const other = QTest::createTouchDevice();
+    QTest::mousePress(&piano_, Qt::LeftButton, Qt::NoModifier, QPoint(45, 90));
+    Touch().press(1, QPoint(5, 90));
+    QTest::touchEvent(&piano_, other).press(2, QPoint(85, 90));
+    Signals();
+    QTouchEvent cancel(QEvent::TouchCancel, Screen());
+    QCoreApplication::sendEvent(&piano_, &cancel);
+    EXPECT_EQ(Signals(), CSignals{"released 60"});
+    QTest::touchEvent(&piano_, other).release(2, QPoint(85, 90));
+    QTest::mouseRelease(&piano_, Qt::LeftButton, Qt::NoModifier, QPoint(45, 90));
+    EXPECT_EQ(Signals(), (CSignals{"released 67", "released 64"}));
+}
+
 TEST_F(PianoTouchTest, FingerWhoseLiftingWasLostLeavesNoKeyHeld) {
     Touch().press(1, QPoint(85, 80));
     Signals();
