@@ -8,6 +8,7 @@
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
 #include "app/EndRequests.h"
+#include "app/HeldInput.h"
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "locale/Locale.h"
@@ -65,6 +66,10 @@ int main(int argc, char** argv) {
     }
     Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
+    std::optional<Kivora::HeldInput> heldInput;
+    if (!demonstration) {  // which plays with keys that nobody holds
+        heldInput.emplace(*window.GetPanel());
+    }
     window.show();
     if (demonstration) {
         window.SetQuiet();

@@ -24,6 +24,14 @@ std::optional<std::uint8_t> CPCKeyLedger::Release(std::uint64_t key) {
     return note;
 }
 
+std::vector<std::uint64_t> CPCKeyLedger::GetKeys() const {
+    std::vector<std::uint64_t> keys;
+    for (const THeldKey& held : held_) {
+        keys.push_back(held.key);
+    }
+    return keys;
+}
+
 std::vector<std::uint8_t> CPCKeyLedger::EndNotes() {
     std::vector<std::uint8_t> notes;
     for (THeldKey& held : held_) {

@@ -26,6 +26,7 @@ public:
     std::optional<std::uint8_t> Release(std::uint64_t key);
     /// The notes begun and not ended, in the order of their presses; the keys stay down without a note.
     std::vector<std::uint8_t> EndNotes();
+    std::vector<std::uint64_t> GetKeys() const;  ///< that are down
     void Clear() noexcept { held_.clear(); }
 
 private:

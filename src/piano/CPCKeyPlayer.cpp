@@ -50,7 +50,7 @@ bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
     }
     if (key.code == TPCKey::kSpace) {
         ledger_.Press(IdOf(key), CPCKeyLedger::kNoNote);
-        sustain_ = true;
+        sustainKey_ = IdOf(key);
         actions.push_back({EKind::kSustainOn});
         return true;
     }
@@ -113,8 +113,25 @@ void CPCKeyPlayer::ReleaseAll(CActions& actions) {
         actions.push_back({EKind::kNoteOff, note});
     }
     ledger_.Clear();
-    if (std::exchange(sustain_, false)) {
+    if (std::exchange(sustainKey_, std::nullopt)) {
         actions.push_back({EKind::kSustainOff});
+    }
+}
+
+void CPCKeyPlayer::ReleaseAllBut(const std::function<bool(std::uint32_t scanCode)>& isDown, CActions& actions) {
+    for (const std::uint64_t id : ledger_.GetKeys()) {
+        const auto scanCode = static_cast<std::uint32_t>(id);
+        if (id != CPCKeyLedger::KeyId(scanCode, 0) || isDown(scanCode)) {
+            continue;
+        }
+        const auto begun = ledger_.Release(id);
+        if (begun && *begun != CPCKeyLedger::kNoNote) {
+            actions.push_back({EKind::kNoteOff, *begun});
+        }
+        if (sustainKey_ == id) {
+            sustainKey_.reset();
+            actions.push_back({EKind::kSustainOff});
+        }
     }
 }
 
@@ -136,7 +153,7 @@ void CPCKeyPlayer::CarryOutRelease(const TPCKey& key, CActions& actions) {
         actions.push_back({EKind::kNoteOff, *begun});
     }
     if (key.code == TPCKey::kSpace) {
-        sustain_ = false;
+        sustainKey_.reset();
         actions.push_back({EKind::kSustainOff});
         return;
     }

@@ -73,6 +73,9 @@ public:
 
     /// Ends all that held keys have begun, the pedal included: for when their releases will go elsewhere.
     void ReleaseAll(CActions& actions);
+    /// Ends what keys have begun that are not down any more, the pedal included: their releases went elsewhere. Keys
+    /// with an unknown scan code are left alone.
+    void ReleaseAllBut(const std::function<bool(std::uint32_t scanCode)>& isDown, CActions& actions);
 
 private:
     struct TNote {
@@ -85,7 +88,7 @@ private:
 
     CCharacterOf characterOf_;
     int octaveShift_ = 0;
-    bool sustain_ = false;
+    std::optional<std::uint64_t> sustainKey_;  ///< that holds the pedal
     CAutoRepeatFilter<TPCKey> filter_;
     CPCKeyLedger ledger_;
 };

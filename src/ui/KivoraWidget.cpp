@@ -255,6 +255,11 @@ bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
                 releaseComputerKeys();
             }
             break;
+        case QEvent::Hide:
+            if (auto* const control = qobject_cast<QWidget*>(watched); control != nullptr && control != window()) {
+                releaseControls(*control);
+            }
+            break;
         case QEvent::Close:
             if (watched == window() && !isReadyToClose()) {
                 event->ignore();

@@ -31,6 +31,10 @@ class QPianoPCKeyHelpBar;
 class arpeggiatorSettings;
 struct PanelTextStyle;
 
+namespace NK {
+struct TPressedInput;
+}
+
 namespace Kivora {
 class CKivora;
 class EngineFront;
@@ -51,6 +55,10 @@ public:
 
     QSize sizeHint() const override;
 
+    /// Ends what keys, the mouse and fingers hold on the panel, for when their releases will go elsewhere.
+    void releaseHeld();
+    /// Ends what is held by keys and the mouse that are up: their releases went elsewhere.
+    void releaseAllBut(const NK::TPressedInput& down);
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
 
@@ -162,8 +170,8 @@ private:
     void carryOut(const NK::Piano::CPCKeyPlayer::CActions& actions);
     /// Ends what held computer keys have begun, for when their releases will go elsewhere.
     void releaseComputerKeys();
-    /// The same for the keys under the mouse and fingers too, and lets go of the buttons that the mouse holds.
-    void releaseHeld();
+    /// Lets go of the buttons, dials and sliders that the mouse holds in `part`.
+    void releaseControls(QWidget& part);
     void showPresets(bool saveMode);
     void setOctaveShift(int semitones);
     void octaveUpClicked();

@@ -9,6 +9,7 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
+#include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
@@ -142,14 +143,29 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
 void KivoraWidget::releaseHeld() {
     releaseComputerKeys();
     piano_->releaseHeld();
-    // The release of the mouse may go elsewhere too, and a button that repeats would never stop.
-    for (QAbstractButton* button : findChildren<QAbstractButton*>()) {
-        if (button->window() == window()) {
-            button->setDown(false);
-        }
+    releaseControls(*this);
+}
+
+void KivoraWidget::releaseAllBut(const NK::TPressedInput& down) {
+    CPCKeyPlayer::CActions actions;
+    keys_.ReleaseAllBut([&down](std::uint32_t scanCode) { return down.IsKeyDown(scanCode); }, actions);
+    carryOut(actions);
+    piano_->releaseAllBut(down);
+    if (!down.IsButtonDown(NK::TPressedInput::kLeftButton)) {
+        releaseControls(*this);
     }
-    for (QAbstractSlider* slider : findChildren<QAbstractSlider*>()) {
-        if (slider->window() == window()) {
+}
+
+void KivoraWidget::releaseControls(QWidget& part) {
+    QList<QWidget*> controls = part.findChildren<QWidget*>();
+    controls.append(&part);
+    for (QWidget* control : controls) {
+        if (control->window() != window()) {
+            continue;
+        }
+        if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
+            button->setDown(false);
+        } else if (auto* const slider = qobject_cast<QAbstractSlider*>(control)) {
             slider->setSliderDown(false);
             slider->update();
         }

@@ -2,63 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <QDir>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "e2e/InstrumentProcess.h"
+#include "e2e/Sounding.h"
 
 namespace {
-
-/// What sounds after those messages: "channel/note" of each note, "channel/pedal" of each pedal that is down.
-std::set<std::string> SoundingAfter(const std::vector<std::string>& messages) {
-    std::map<int, std::set<std::string>> channels;
-    for (const std::string& message : messages) {
-        const auto byte = [&](std::size_t index) {
-            return static_cast<int>(std::strtol(message.substr(3 * index, 2).c_str(), nullptr, 16));
-        };
-        const int status = byte(0);
-        std::set<std::string>& sounding = channels[status & 0x0F];
-        const std::string note = std::to_string(byte(1));
-        switch (status == 0xFF ? 0xFF : status & 0xF0) {
-            case 0x90:
-                if (byte(2) > 0) {
-                    sounding.insert(note);
-                } else {
-                    sounding.erase(note);
-                }
-                break;
-            case 0x80:
-                sounding.erase(note);
-                break;
-            case 0xB0:
-                if (byte(1) == 64 && byte(2) > 0) {
-                    sounding.insert("pedal");
-                } else if (byte(1) == 64) {
-                    sounding.erase("pedal");
-                } else if (byte(1) == 123) {
-                    std::erase_if(sounding, [](const std::string& name) { return name != "pedal"; });
-                }
-                break;
-            case 0xFF:
-                channels.clear();
-                break;
-            default:
-                break;
-        }
-    }
-    std::set<std::string> all;
-    for (const auto& [channel, sounding] : channels) {
-        for (const std::string& name : sounding) {
-            all.insert(std::to_string(channel) + "/" + name);
-        }
-    }
-    return all;
-}
 
 TEST(SoundingAfterTest, FollowsNotesPedalsAndResets) {
     using Names = std::set<std::string>;
@@ -247,6 +201,23 @@ TEST_F(HeldThings, AChangeOfTheLanguageLeavesNothing) {
     }
     EXPECT_EQ(instrument.Close(), 0);
     EXPECT_TRUE(Sounding().empty());
+}
+
+TEST_F(HeldThings, NothingIsTypedIntoADialogByAHeldKey) {
+    const auto presets = [&] {
+        return QDir(instrument.GetDataDir() + "/data/Brennholt/Kivora/Presets").entryList(QDir::Files);
+    };
+    Press(kKey | kPedal);
+    ASSERT_TRUE(Run({"key", "F3"}));
+    ASSERT_TRUE(WaitFor([&] { return Run({"search", "--onlyvisible", "--name", "^Save Preset$", "windowfocus"}); }));
+    ASSERT_TRUE(Run({"sleep", "1"}));  // in which the server repeats them
+    ASSERT_TRUE(Run({"type", "--delay", "50", "name"}));
+    ASSERT_TRUE(Run({"key", "Return"}));
+    EXPECT_TRUE(WaitFor([&] { return !presets().isEmpty(); }));
+    ASSERT_EQ(presets().size(), 1);
+    EXPECT_TRUE(presets().front().startsWith("name")) << presets().front().toStdString();
+    Release(kKey | kPedal);
+    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
 }
 
 TEST_F(HeldThings, ThePedalIsLiftedWhenThePianoGetsTheFocus) {

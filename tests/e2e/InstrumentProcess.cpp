@@ -1,5 +1,7 @@
 #include "e2e/InstrumentProcess.h"
 
+#include <signal.h>
+#include <unistd.h>
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
@@ -104,6 +106,19 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     });
 }
 
+void InstrumentProcess::BreakOutput() {
+    program_.setChildProcessModifier([] {
+        int ends[2] = {-1, -1};
+        if (pipe(ends) == 0) {
+            dup2(ends[1], STDOUT_FILENO);
+            dup2(ends[1], STDERR_FILENO);
+            close(ends[0]);
+            close(ends[1]);
+        }
+        signal(SIGPIPE, SIG_DFL);
+    });
+}
+
 QString InstrumentProcess::RunOnDisplay(const QString& program, const QStringList& arguments, bool* ok) {
     QProcess process;
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
@@ -123,19 +138,24 @@ bool InstrumentProcess::Xdotool(const QStringList& arguments) {
     return ok;
 }
 
-void InstrumentProcess::LockLayout(std::uint8_t number) {
+void InstrumentProcess::WithServer(const std::function<void(xcb_connection_t* server)>& action) const {
     xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
-    std::free(xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, 1, 0), nullptr));
-    xcb_xkb_latch_lock_state(server, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, number, 0, 0, 0);
+    action(server);
     std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
     xcb_disconnect(server);
 }
 
+void InstrumentProcess::LockLayout(std::uint8_t number) {
+    WithServer([&](xcb_connection_t* server) {
+        std::free(xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, 1, 0), nullptr));
+        xcb_xkb_latch_lock_state(server, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, number, 0, 0, 0);
+    });
+}
+
 void InstrumentProcess::MoveKey(std::uint8_t code, bool down) {
-    xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
-    xcb_test_fake_input(server, down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-    std::free(xcb_get_input_focus_reply(server, xcb_get_input_focus(server), nullptr));
-    xcb_disconnect(server);
+    WithServer([&](xcb_connection_t* server) {
+        xcb_test_fake_input(server, down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    });
 }
 
 std::vector<std::string> InstrumentProcess::GetNoteMessages() const {
@@ -219,6 +239,20 @@ int InstrumentProcess::Close() {
 int InstrumentProcess::Terminate() {
     program_.terminate();
     return WaitForExitCode();
+}
+
+int InstrumentProcess::KillServer() {
+    server_.kill();
+    return WaitForExitCode();
+}
+
+int InstrumentProcess::KillClient() {
+    WithServer([&](xcb_connection_t* server) { xcb_kill_client(server, window_.toUInt()); });
+    return WaitForExitCode();
+}
+
+void InstrumentProcess::Signal(int number) const {
+    ::kill(static_cast<pid_t>(program_.processId()), number);
 }
 
 int InstrumentProcess::WaitForExitCode() {

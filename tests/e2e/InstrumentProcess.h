@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+struct xcb_connection_t;
+
 /// Starts the server and the program, and ends both. All waits have a limit of `kLimitMs`.
 class InstrumentProcess {
 public:
@@ -20,8 +22,12 @@ public:
 
     /// True once the program's main window is there and has the focus; says what failed otherwise.
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {});
+    /// Nobody reads what the program prints. Before Start().
+    void BreakOutput();
     /// Runs xdotool on the program's display; true when it succeeded.
     bool Xdotool(const QStringList& arguments);
+    /// Calls `action` with a connection to the program's display and waits until the server has done it.
+    void WithServer(const std::function<void(xcb_connection_t* server)>& action) const;
     /// Makes the keyboard layout of that number, from 0, the active one, as a desktop's switch does.
     void LockLayout(std::uint8_t number);
     /// Presses or releases a key in the active layout, for which xdotool would turn to the first one.
@@ -45,6 +51,12 @@ public:
     int Close();
     /// Asks the program to end as the system does, by SIGTERM, and waits for its end; its exit code, or -1.
     int Terminate();
+    /// Kills the X server and waits for the program's end; its exit code, or -1.
+    int KillServer();
+    /// Cuts the program's connection to the X server, as xkill does, and waits for its end; its exit code, or -1.
+    int KillClient();
+    /// Sends the program a signal.
+    void Signal(int number) const;
     QString GetWindow() const { return window_; }
     QString GetDataDir() const { return dir_.path(); }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "nk/nk_exception.h"
+#include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/KeyColors.h"
 #include "QtWidgets/piano/QPianoAccessible.h"
 
@@ -276,6 +277,15 @@ void QPiano::showEvent(QShowEvent* event) {
 void QPiano::releaseHeld() {
     releasePointers();
     releaseSpace();
+}
+
+void QPiano::releaseAllBut(const NK::TPressedInput& down) {
+    if (!down.IsButtonDown(NK::TPressedInput::kLeftButton)) {
+        release(mouse_);
+    }
+    if (!down.IsKeyDown(spaceScanCode_)) {
+        releaseSpace();
+    }
 }
 
 void QPiano::hideEvent(QHideEvent* event) {

@@ -24,6 +24,10 @@
 class QInputDevice;
 class QTouchEvent;
 
+namespace NK {
+struct TPressedInput;
+}
+
 /// What pressed keys are lit in: those of the main part, those of the bass part, and the tips of the main part's for a
 /// voice that is layered over it. An invalid colour lights nothing.
 struct TPianoLights {
@@ -122,6 +126,8 @@ public:
     bool isCursorShown() const;
     /// Releases what the mouse, fingers and Space hold, for when their releases will go elsewhere.
     void releaseHeld();
+    /// Releases what the mouse and Space hold although they are up: their releases went elsewhere.
+    void releaseAllBut(const NK::TPressedInput& down);
     /// Plays a key for a moment at the velocity of the cursor, as the press action of accessibility does.
     void playBriefly(BYTE note);
 
@@ -313,6 +319,7 @@ private:
     std::map<std::pair<const QInputDevice*, int>, THold> fingers_;  ///< by the screen and the touch point's id
     BYTE cursorNote_ = kNoKey;
     BYTE spaceNote_ = kNoKey;
+    quint32 spaceScanCode_ = 0;
     NK::Piano::CAutoRepeatFilter<TCursorKey> keyFilter_;
     QBasicTimer keySettleTimer_;
     CKeySet briefNotes_;

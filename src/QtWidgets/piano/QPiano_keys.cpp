@@ -68,6 +68,7 @@ void QPiano::keyPressEvent(QKeyEvent* event) {
     if (verdict == NK::Piano::EKeyVerdict::kPlay && event->key() == Qt::Key_Space && cursorNote_ != kNoKey) {
         releaseSpace();
         spaceNote_ = cursorNote_;
+        spaceScanCode_ = event->nativeScanCode();
         play(spaceNote_);
     }
 }

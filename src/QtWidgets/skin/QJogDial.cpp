@@ -47,7 +47,7 @@ void QJogDial::emitClicks(int clockwise) {
 
 void QJogDial::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
-        pressed_ = true;
+        setSliderDown(true);
         lastAngle_ = pointerAngle(*event);
     } else {
         event->ignore();
@@ -56,7 +56,7 @@ void QJogDial::mousePressEvent(QMouseEvent* event) {
 
 void QJogDial::mouseMoveEvent(QMouseEvent* event) {
     wheelRest_ = 0;
-    if (!pressed_) {
+    if (!isSliderDown()) {
         return;
     }
     const double angle = pointerAngle(*event);
@@ -93,7 +93,7 @@ void QJogDial::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void QJogDial::mouseReleaseEvent(QMouseEvent*) {
-    pressed_ = false;
+    setSliderDown(false);
 }
 
 void QJogDial::wheelEvent(QWheelEvent* event) {

@@ -43,7 +43,6 @@ private:
     void emitClicks(int clockwise);
     void turnValue(double radians);  ///< counter-clockwise positive
 
-    bool pressed_ = false;
     qreal clickAngle_ = 5.0;
     double lastAngle_ = 0.0;   ///< radians, at the last click
     double shownAngle_ = 0.0;  ///< degrees, of the value before the last turn

@@ -6,6 +6,7 @@
 
 QPixmapDial::QPixmapDial(QWidget* parent) : QDial(parent) {
     setWrapping(false);
+    connect(this, &QPixmapDial::sliderReleased, this, [this] { setCursor(Qt::ArrowCursor); });
 }
 
 void QPixmapDial::setImage(const QString& fileName, PixmapMode mode) {
@@ -122,7 +123,7 @@ void QPixmapDial::mousePressEvent(QMouseEvent* event) {
         setCursor(virtualSliderVertical_ ? Qt::SizeVerCursor : Qt::SizeHorCursor);
         dragStart_ = dragCoordinate(*event);
         dragStartValue_ = value();
-        dragging_ = true;
+        setSliderDown(true);
     } else {
         event->ignore();
     }
@@ -131,7 +132,7 @@ void QPixmapDial::mousePressEvent(QMouseEvent* event) {
 void QPixmapDial::mouseMoveEvent(QMouseEvent* event) {
     if (!virtualSlider_) {
         QDial::mouseMoveEvent(event);
-    } else if (dragging_) {
+    } else if (isSliderDown()) {
         const double range = static_cast<double>(maximum()) - minimum();
         const double moved = static_cast<double>(dragCoordinate(*event)) - dragStart_;
         const double dragged = dragStartValue_ - range * moved / virtualHeight_;
@@ -143,7 +144,6 @@ void QPixmapDial::mouseReleaseEvent(QMouseEvent* event) {
     if (!virtualSlider_) {
         QDial::mouseReleaseEvent(event);
     } else if (event->button() == Qt::LeftButton || event->buttons() == Qt::NoButton) {
-        setCursor(Qt::ArrowCursor);
-        dragging_ = false;
+        setSliderDown(false);
     }
 }

@@ -6,7 +6,7 @@
 #include "QtWidgets/skin/QPixmapReferencer.h"
 
 /// Shows its value by an image that turns or by a film strip, and is dragged linearly or as Qt drags a dial. Wrapping
-/// is off. Angles are degrees, clockwise from the image as it stands. An empty range shows the zero angle and frame 0.
+/// is off. A drag is on while the slider is down, and setSliderDown(false) ends it. Angles are degrees, clockwise from the image as it stands. An empty range shows the zero angle and frame 0.
 /// [gui]
 class QPixmapDial : public QDial, protected QPixmapReferencer {
     Q_OBJECT
@@ -69,7 +69,6 @@ private:
     qreal maxAngle_ = 150.0;
     bool virtualSlider_ = true;
     bool virtualSliderVertical_ = true;
-    bool dragging_ = false;
     int dragStart_ = 0;
     int dragStartValue_ = 0;
     int virtualHeight_ = 100;

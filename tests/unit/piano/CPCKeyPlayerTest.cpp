@@ -360,4 +360,18 @@ INSTANTIATE_TEST_SUITE_P(Keys, CPCKeyOrders,
                          testing::Values(std::pair{'2', '@'}, std::pair{'2', '"'}, std::pair{'Z', 'Z'},
                                          std::pair{',', '<'}, std::pair{'7', '/'}));
 
+TEST_F(CPCKeyPlayerTest, KeysWhoseReleasesWentElsewhereAreEndedAlone) {
+    Press(Key('Z', kScanZ));
+    Press(Key('Q', kScanQ));
+    Press(Key(TPCKey::kSpace, kScanSpace));
+    Press(Key('2'));
+    CActions actions;
+    player_.ReleaseAllBut([](std::uint32_t scanCode) { return scanCode == kScanQ; }, actions);
+    EXPECT_EQ(actions, (CActions{Off(60), {EKind::kSustainOff}})) << "a key with an unknown scan code stays";
+    actions.clear();
+    player_.ReleaseAllBut([](std::uint32_t) { return false; }, actions);
+    EXPECT_EQ(actions, CActions{Off(72)});
+    EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)}) << "it was up";
+}
+
 }  // namespace

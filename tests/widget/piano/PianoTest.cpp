@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "nk/nk_exception.h"
+#include "nk/nk_pressed_input.h"
 #include "PianoFixture.h"
 
 namespace {
@@ -404,6 +405,25 @@ TEST_F(PianoTest, KeyLitOutsideStandaloneModeStays) {
     piano_.show();
     piano_.PressKey(64);
     EXPECT_TRUE(piano_.IsPressed(64));
+}
+
+TEST_F(PianoTest, WhatIsUpIsReleasedThoughNoReleaseWasTold) {
+    constexpr quint32 kSpaceScanCode = 65;
+    ShowWithCursor();
+    NK::TPressedInput down;
+    down.keys.set(kSpaceScanCode);
+    down.buttons = 1;
+    SendKey(QEvent::KeyPress, Qt::Key_Space, false, kSpaceScanCode, 1);
+    QTest::mousePress(&piano_, Qt::LeftButton, Qt::NoModifier, {5, 90});
+    Signals();
+    piano_.releaseAllBut(down);
+    EXPECT_EQ(Signals(), CSignals{});
+    down.buttons = 0b100;
+    piano_.releaseAllBut(down);
+    EXPECT_EQ(Signals(), CSignals{"released 60"});
+    down.keys.reset();
+    piano_.releaseAllBut(down);
+    EXPECT_EQ(Signals(), CSignals{"released 66"});
 }
 
 }  // namespace

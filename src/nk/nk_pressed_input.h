@@ -1,0 +1,52 @@
+// Which keys and mouse buttons are down, as the X server knows it.
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+#include <optional>
+
+struct xcb_connection_t;
+
+namespace NK {
+
+struct TPressedInput {
+    static constexpr int kLeftButton = 1;
+
+    std::bitset<256> keys;     ///< by native scan code
+    std::uint8_t buttons = 0;  ///< bit n - 1 for button n of 1..5
+
+    /// A key with an unknown scan code (0) or one that no server has counts as down.
+    bool IsKeyDown(std::uint32_t scanCode) const noexcept {
+        return scanCode == 0 || scanCode >= keys.size() || keys[scanCode];
+    }
+    bool IsButtonDown(int number) const noexcept { return (buttons >> (number - 1) & 1) != 0; }
+    bool IsAnythingDown() const noexcept { return buttons != 0 || keys.any(); }
+};
+
+/// Asks without waiting for the answer. [gui]
+class CPressedInputQuery {
+public:
+    /// The connection is not owned, and another thread reads from it; null for none.
+    explicit CPressedInputQuery(xcb_connection_t* server) noexcept : server_(server) {}
+    ~CPressedInputQuery();
+    CPressedInputQuery(const CPressedInputQuery&) = delete;
+    CPressedInputQuery& operator=(const CPressedInputQuery&) = delete;
+
+    /// What was asked before and not answered yet is forgotten.
+    void Ask();
+    /// The answer to the last Ask(), once, when it has come.
+    std::optional<TPressedInput> TakeAnswer();
+
+private:
+    void Forget() noexcept;
+
+    xcb_connection_t* const server_;
+    bool asked_ = false;
+    unsigned keysRequest_ = 0;
+    unsigned pointerRequest_ = 0;
+};
+
+/// Whether an event of the X server, as XCB has it, tells that a window got the keyboard's focus.
+bool IsFocusIn(const void* xcbEvent) noexcept;
+
+}  // namespace NK

@@ -1,0 +1,81 @@
+#include <xcb/xcb.h>
+#include <xcb/xcbext.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "nk/nk_pressed_input.h"
+
+namespace NK {
+namespace {
+
+struct TFree {
+    void operator()(void* memory) const noexcept { std::free(memory); }
+};
+
+/// Null when there is no answer but an error.
+template <class TReply>
+using ReplyPointer = std::unique_ptr<TReply, TFree>;
+
+template <class TReply>
+bool Poll(xcb_connection_t* server, unsigned request, ReplyPointer<TReply>& reply) {
+    void* answer = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    const bool come = xcb_poll_for_reply(server, request, &answer, &error) != 0;
+    std::free(error);
+    reply.reset(static_cast<TReply*>(answer));
+    return come;
+}
+
+}  // namespace
+
+CPressedInputQuery::~CPressedInputQuery() {
+    Forget();
+}
+
+void CPressedInputQuery::Forget() noexcept {
+    if (asked_) {
+        xcb_discard_reply(server_, keysRequest_);
+        xcb_discard_reply(server_, pointerRequest_);
+        asked_ = false;
+    }
+}
+
+void CPressedInputQuery::Ask() {
+    Forget();
+    if (server_ == nullptr || xcb_connection_has_error(server_) != 0) {
+        return;
+    }
+    keysRequest_ = xcb_query_keymap(server_).sequence;
+    pointerRequest_ = xcb_query_pointer(server_, xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root).sequence;
+    xcb_flush(server_);
+    asked_ = true;
+}
+
+std::optional<TPressedInput> CPressedInputQuery::TakeAnswer() {
+    ReplyPointer<xcb_query_pointer_reply_t> pointer;
+    // Answers come in the order of their requests.
+    if (!asked_ || !Poll(server_, pointerRequest_, pointer)) {
+        return std::nullopt;
+    }
+    ReplyPointer<xcb_query_keymap_reply_t> keymap;
+    const bool keysCome = Poll(server_, keysRequest_, keymap);
+    asked_ = false;
+    if (!keysCome || !keymap || !pointer) {
+        return std::nullopt;
+    }
+    TPressedInput down;
+    constexpr std::size_t kBits = 8;
+    for (std::size_t key = 0; key < down.keys.size(); ++key) {
+        down.keys[key] = (keymap->keys[key / kBits] >> (key % kBits) & 1) != 0;
+    }
+    constexpr int kFirstButtonsBit = 8;
+    down.buttons = static_cast<std::uint8_t>(pointer->mask >> kFirstButtonsBit & 0x1F);
+    return down;
+}
+
+bool IsFocusIn(const void* xcbEvent) noexcept {
+    return (static_cast<const xcb_generic_event_t*>(xcbEvent)->response_type & 0x7F) == XCB_FOCUS_IN;
+}
+
+}  // namespace NK
