@@ -23,6 +23,11 @@ MainWindow::MainWindow(const EngineCreator& createEngine) {
 }
 
 MainWindow::~MainWindow() {
+    // Silence comes first: what follows may take its time, and boxes wait for the user.
+    panel_->releaseHeld();
+    if (front_) {
+        front_->Close();
+    }
     const bool saved = SaveSettings();
     if (!quiet_) {
         if (!saved) {
@@ -31,11 +36,7 @@ MainWindow::~MainWindow() {
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);
     }
-    // The panel goes first: it ends what its keys hold and refers to the engine.
-    delete panel_;
-    if (front_) {
-        front_->Close();
-    }
+    delete panel_;  // before the engine, to which it refers
 }
 
 bool MainWindow::SaveSettings() {
@@ -49,6 +50,14 @@ bool MainWindow::SaveSettings() {
 void MainWindow::Save() {
     SaveSettings();
     panel_->keepTakes();
+}
+
+void MainWindow::EndAtOnce() {
+    if (front_) {
+        front_->Close();
+        Save();
+        engine_->ShutdownMidi();
+    }
 }
 
 void MainWindow::CreateEngine(const EngineCreator& createEngine) {

@@ -13,7 +13,7 @@ class KivoraWidget;
 namespace Kivora {
 
 /// Creates the engine, says in a box why it could not, and goes on without one. Holds exactly the panel and cannot be
-/// resized. Saves the engine's settings when it is destroyed, and says in a box when that fails. [gui]
+/// resized. When it is destroyed everything falls silent, then the engine's settings are saved; a box says when that fails. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -31,6 +31,9 @@ public:
     /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
     /// logged.
     void Save();
+    /// Ends what sounds, saves as Save() does and closes the ports, without the display: nothing is shown and nothing of
+    /// the window is destroyed. The process ends afterwards.
+    void EndAtOnce();
     /// Nothing is said in a box when it is destroyed: nobody is there to read it.
     void SetQuiet() { quiet_ = true; }
 

@@ -7,6 +7,7 @@
 #include "app/Backends.h"
 #include "app/CommandLine.h"
 #include "app/Demonstration.h"
+#include "app/EmergencyEnd.h"
 #include "app/EndRequests.h"
 #include "app/HeldInput.h"
 #include "app/MainWindow.h"
@@ -14,6 +15,7 @@
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
 #include "nk/nk_session_bus.h"
+#include "nk/nk_standard_streams.h"
 #include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
@@ -41,6 +43,7 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK_REGISTER_THREAD_ROLE(gui);
+    NK::SecureStandardStreams();
     // A key goes before what other programs compute. Qt's thread that reads the keys is started below and inherits it.
     NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
     NK::SeedRandom();  // else random arpeggios would be the same in every run
@@ -66,6 +69,7 @@ int main(int argc, char** argv) {
     }
     Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
+    const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });
     std::optional<Kivora::HeldInput> heldInput;
     if (!demonstration) {  // which plays with keys that nobody holds
         heldInput.emplace(*window.GetPanel());

@@ -266,6 +266,13 @@ bool EngineFront::StopRecording() {
     });
 }
 
+void EngineFront::FallSilent() {
+    engine_.WithLock([&] {
+        engine_.ReleaseInputKeys();
+        Silence();
+    });
+}
+
 void EngineFront::Close() {
     engine_.WithLock([&] {
         engine_.ReleaseInputKeys();

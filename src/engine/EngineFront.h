@@ -76,6 +76,8 @@ public:
     /// What was played before is let out into the recording first. Ends nothing that sounds.
     bool StopRecording();
 
+    /// Ends every note and lifts every pedal for good, those of the input too, and lets the player write it.
+    void FallSilent();
     /// Closes the input, ends every note and lets the player write it. Before the engine is destroyed.
     void Close();
 

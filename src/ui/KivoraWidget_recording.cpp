@@ -174,6 +174,7 @@ bool KivoraWidget::isReadyToClose() {
         return true;
     }
     releaseHeld();
+    front_->FallSilent();
     {
         const QScopedValueRollback asking(askingAboutTakes_, true);
         engine_->StopRecording();

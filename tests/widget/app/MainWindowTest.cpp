@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <QAbstractButton>
 #include <QApplication>
@@ -14,6 +16,7 @@
 #include <QTimer>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "locale/Locale.h"
@@ -37,6 +40,9 @@ protected:
                 titles_ << box->windowTitle();
                 texts_ << box->text();
                 icons_.push_back(box->icon());
+                if (onBox_) {
+                    std::exchange(onBox_, {})();
+                }
                 box->accept();
             }
         });
@@ -45,6 +51,17 @@ protected:
 
     MainWindow::EngineCreator RealEngine() {
         return [this] { return std::make_unique<CKivora>(rig_.GetDependencies()); };
+    }
+    /// A note and the pedal, held.
+    void Play(MainWindow& window) {
+        window.GetFront()->SetSustain(true);
+        window.GetFront()->GetEngine().PlayNoteOn(60, 100);
+        rig_.TakeWritten();
+    }
+    static void ExpectSilenceIn(const std::vector<std::string>& written) {
+        for (const char* message : {"b0 40 00", "b0 7b 00"}) {
+            EXPECT_NE(std::find(written.begin(), written.end(), message), written.end()) << message;
+        }
     }
     void ExpectLifeWithoutAnEngine(MainWindow& window, const QString& text) {
         EXPECT_EQ(titles_, QStringList("Fatal Error"));
@@ -60,6 +77,7 @@ protected:
     KivoraTest::EngineRig rig_;
     std::string last_;
     bool ended_ = false;
+    std::function<void()> onBox_;  ///< called with the first box that is there
     QStringList titles_;
     QStringList texts_;
     std::vector<QMessageBox::Icon> icons_;
@@ -163,6 +181,46 @@ TEST_F(MainWindowTest, SettingsThatCannotBeSavedAreLoggedAndTheUserTold) {
     EXPECT_EQ(titles_, QStringList("Error"));
     EXPECT_EQ(texts_, QStringList("Failed to save the settings."));
     EXPECT_EQ(icons_, std::vector{QMessageBox::Critical});
+}
+
+TEST_F(MainWindowTest, EverythingIsSilentBeforeABoxIsShown) {
+    std::ofstream(rig_.folder / "user") << "a file where the folder should be";
+    KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
+    std::vector<std::string> written;
+    {
+        MainWindow window(RealEngine());
+        Play(window);
+        onBox_ = [&] { written = rig_.TakeWritten(); };
+    }
+    EXPECT_EQ(titles_, QStringList("Error"));
+    ExpectSilenceIn(written);
+}
+
+TEST_F(MainWindowTest, EverythingIsSilentBeforeATakeIsAskedFor) {
+    std::vector<std::string> written;
+    MainWindow window(RealEngine());
+    window.show();
+    ASSERT_TRUE(window.GetFront()->StartRecording());
+    Play(window);
+    rig_.RunPlayer();
+    onBox_ = [&] { written = rig_.TakeWritten(); };
+    window.close();
+    ASSERT_FALSE(titles_.isEmpty());
+    EXPECT_EQ(titles_.front(), "Recording Not Saved");
+    ExpectSilenceIn(written);
+}
+
+TEST_F(MainWindowTest, TheEndWithoutADisplaySilencesAndSaves) {
+    MainWindow window(RealEngine());
+    ASSERT_TRUE(window.GetFront()->StartRecording());
+    Play(window);
+    rig_.RunPlayer();
+    window.EndAtOnce();
+    ExpectSilenceIn(rig_.TakeWritten());
+    EXPECT_TRUE(std::filesystem::exists(rig_.folder / "user" / "Kivora.ini"));
+    EXPECT_FALSE(std::filesystem::is_empty(rig_.folder / "user" / "Takes"));
+    EXPECT_FALSE(window.GetFront()->GetEngine().IsOutputReady());
+    EXPECT_EQ(titles_, QStringList());
 }
 
 TEST_F(MainWindowTest, QuietItSaysNothing) {
