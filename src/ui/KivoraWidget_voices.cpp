@@ -211,6 +211,9 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
     releaseHeld();
     const int program = engine_->GetPatch(slot);
     QGMPatchMenu menu(slot, program, this);
+    menu.setTranslated(engine_->GetTranslatePatchNames());
+    menu.setFamilies(PatchTexts::Families(engine_->GetTranslatePatchNames()));
+    menu.setAvoided({display_->mapToGlobal(QPoint()), display_->size()});
     const std::optional<int> choice = menu.choose(widget->mapToGlobal(position));
     if (choice && *choice != program) {
         front_->SetPatch(*choice, slot);

@@ -61,6 +61,14 @@ Name NameOf(int program, bool translated) {
             translated ? GMProgramName(program) : QString::fromLatin1(NK::MIDI::GetGMProgramText(program))};
 }
 
+QStringList Families(bool translated) {
+    QStringList names;
+    for (const char* family : kFamilies) {
+        names << FamilyText(family, translated);
+    }
+    return names;
+}
+
 Name ErrorName() {
     return {QCoreApplication::translate("KivoraWidget", "Error"),
             QCoreApplication::translate("KivoraWidget", "Error: pointer to the engine is NULL")};

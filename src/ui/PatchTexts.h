@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// Programs are 0-based; -1 is the drum kit.
 namespace PatchTexts {
@@ -22,6 +23,8 @@ struct Name {
 /// The two lines on the main display, in the interface's language or in English. Throws NK::CException
 /// "Invalid MIDI patch number." for a program above 127.
 Name NameOf(int program, bool translated);
+/// The names of the sixteen families, likewise.
+QStringList Families(bool translated);
 /// Without an engine.
 Name ErrorName();
 

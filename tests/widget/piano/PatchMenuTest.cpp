@@ -1,4 +1,8 @@
 #include <gtest/gtest.h>
+#include <algorithm>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 
@@ -53,15 +57,15 @@ TEST(PatchMenu, OnlyTheCurrentProgramIsChecked) {
     }
 }
 
-std::optional<int> ChooseBy(QGMPatchMenu& menu, const std::function<void()>& user) {
+std::optional<int> ChooseBy(QGMPatchMenu& menu, const QPoint& point, const std::function<void()>& user) {
     QTimer::singleShot(0, &menu, user);
-    return menu.choose(QPoint(10, 10));
+    return menu.choose(point);
 }
 
 TEST(PatchMenu, ReturnsTheChosenProgram) {
     for (const int program : {0, 40, 127, -1}) {
         QGMPatchMenu menu(0, 5);
-        const auto chosen = ChooseBy(menu, [&] {
+        const auto chosen = ChooseBy(menu, QPoint(10, 10), [&] {
             menu.setActiveAction(ActionOf(menu, program));
             QTest::keyClick(&menu, Qt::Key_Return);
         });
@@ -71,7 +75,130 @@ TEST(PatchMenu, ReturnsTheChosenProgram) {
 
 TEST(PatchMenu, ClosingWithoutAChoiceReturnsNothing) {
     QGMPatchMenu menu(0, 5);
-    EXPECT_EQ(ChooseBy(menu, [&] { QTest::keyClick(&menu, Qt::Key_Escape); }), std::nullopt);
+    EXPECT_EQ(ChooseBy(menu, QPoint(10, 10), [&] { QTest::keyClick(&menu, Qt::Key_Escape); }), std::nullopt);
+}
+
+/// Works the menu while it is open, then closes it.
+void WhileOpen(QGMPatchMenu& menu, const std::function<void()>& user, const QPoint& point = QPoint(10, 10)) {
+    EXPECT_EQ(ChooseBy(menu, point,
+                       [&] {
+                           user();
+                           menu.close();
+                       }),
+              std::nullopt);
+}
+
+TEST(PatchMenu, OpensAtTheCurrentProgramsFamilyWithThatProgramActive) {
+    for (const int current : {0, 48, 127, -1}) {
+        QGMPatchMenu menu(0, current);
+        WhileOpen(menu, [&] {
+            ASSERT_NE(menu.activeAction(), nullptr);
+            EXPECT_EQ(menu.activeAction()->data().toInt(), current);
+            EXPECT_EQ(menu.shownFamily(), std::max(current, 0) / 8);
+            EXPECT_TRUE(menu.rect().contains(menu.programRect(current)));
+        });
+    }
+}
+
+TEST(PatchMenu, EveryProgramIsReachedByKeysAndThenInSight) {
+    QGMPatchMenu menu(0, 0);
+    WhileOpen(menu, [&] {
+        for (int place = 1; place <= 129; ++place) {
+            QTest::keyClick(&menu, Qt::Key_Down);
+            const int expected = place == 128 ? -1 : place % 129;
+            ASSERT_EQ(menu.activeAction()->data().toInt(), expected);
+            ASSERT_TRUE(menu.rect().contains(menu.programRect(expected)));
+        }
+        QTest::keyClick(&menu, Qt::Key_Up);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), -1);
+        QTest::keyClick(&menu, Qt::Key_Home);
+        QTest::keyClick(&menu, Qt::Key_Right);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 8);
+        QTest::keyClick(&menu, Qt::Key_Left);
+        QTest::keyClick(&menu, Qt::Key_Left);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 120);
+        QTest::keyClick(&menu, Qt::Key_End);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), -1);
+    });
+}
+
+TEST(PatchMenu, AClickOnAFamilyThenOnAProgramChooses) {
+    QGMPatchMenu menu(0, 5);
+    const auto chosen = ChooseBy(menu, QPoint(10, 10), [&] {
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(6).center());
+        EXPECT_EQ(menu.shownFamily(), 6);
+        EXPECT_TRUE(menu.isVisible());
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.programRect(49).center());
+    });
+    EXPECT_EQ(chosen, 49);
+}
+
+TEST(PatchMenu, TheDrumKitIsChosenByAClick) {
+    QGMPatchMenu menu(0, 5);
+    EXPECT_EQ(ChooseBy(menu, QPoint(10, 10),
+                       [&] { QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.programRect(-1).center()); }),
+              -1);
+}
+
+TEST(PatchMenu, APointerThatRestsOnAFamilyShowsItAndOneThatPassesDoesNot) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        QTest::mouseMove(&menu, menu.familyRect(9).center());
+        QTest::mouseMove(&menu, menu.programRect(2).center());
+        EXPECT_EQ(menu.shownFamily(), 0);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 2);
+        QTest::mouseMove(&menu, menu.familyRect(9).center());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return menu.shownFamily() == 9; }));
+    });
+}
+
+TEST(PatchMenu, TheReleaseOfTheButtonThatOpenedItChoosesNothing) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        QMouseEvent release(QEvent::MouseButtonRelease, menu.programRect(2).center(), QCursor::pos(), Qt::RightButton,
+                            {}, {});
+        QApplication::sendEvent(&menu, &release);
+        EXPECT_TRUE(menu.isVisible());
+    });
+}
+
+TEST(PatchMenu, NamesAreEnglishWhereTheyAreNotToBeTranslated) {
+    QGMPatchMenu menu(0, 5);
+    menu.setTranslated(false);
+    EXPECT_EQ(ActionOf(menu, 48)->text(), "049 String Ensemble 1");
+    EXPECT_EQ(ActionOf(menu, -1)->text(), "Standard Drum Kit");
+}
+
+TEST(PatchMenu, LeavesWhatItIsNotToCoverFree) {
+    QGMPatchMenu menu(0, 5);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect display(screen.left() + 100, screen.top() + 60, 250, 80);
+    menu.setAvoided(display);
+    WhileOpen(
+        menu,
+        [&] {
+            EXPECT_FALSE(menu.geometry().intersects(display));
+            EXPECT_TRUE(screen.contains(menu.geometry()));
+        },
+        display.center());
+}
+
+TEST(PatchMenuPlace, IsInsideTheScreenAndBesideTheDisplayOnEveryScreen) {
+    const QSize menu(500, 240);
+    for (const QSize& size :
+         {QSize(800, 600), QSize(1024, 600), QSize(911, 512), QSize(1093, 614), QSize(1920, 1080)}) {
+        const QRect room(QPoint(0, 0), size);
+        const double scale = std::min(1.0, size.width() / 1180.0);
+        const int top = (size.height() - static_cast<int>(520 * scale)) / 2;
+        const QRect display(static_cast<int>(268 * scale), top + static_cast<int>(56 * scale),
+                            static_cast<int>(428 * scale), static_cast<int>(124 * scale));
+        for (const QPoint& wanted : {display.center(), display.topLeft(), display.bottomRight() + QPoint(0, 60)}) {
+            const QRect place(PatchMenuLayout::Place(menu, wanted, display, room), menu);
+            EXPECT_TRUE(room.contains(place)) << size.width();
+            EXPECT_FALSE(place.intersects(display)) << size.width();
+        }
+    }
+    EXPECT_EQ(PatchMenuLayout::Place(menu, {30, 40}, {}, QRect(0, 0, 800, 600)), QPoint(30, 40));
 }
 
 }  // namespace
