@@ -1,6 +1,6 @@
 #include "midi/GMNames.h"
 
-#include "midi/TranslationMark.h"
+#include "nk/nk_translation_mark.h"
 #include "nk/nk_translate.h"
 
 namespace NK::MIDI {

@@ -1,10 +1,23 @@
 #include "nk/nk_directory.h"
 
+#include <cerrno>
 #include <new>
 
+#include "nk/nk_file_failure.h"
 #include "nk/platform/platform_files.h"
 
 namespace NK {
+
+namespace {
+
+bool Report(const CString& path, bool done) {
+    if (!done) {
+        SetFileFailure(path, errno);
+    }
+    return done;
+}
+
+}  // namespace
 
 bool ListFiles(const CString& folder, CStringArray& names) {
     names.Clear();
@@ -30,21 +43,33 @@ bool FolderExists(const CString& path) {
 }
 
 bool CreateFolder(const CString& path) {
+    int error = 0;
+    const auto create = [&error](const CString& folder) {
+        const bool created = Platform::CreateFolder(folder);
+        // What keeps a parent from being made is the reason for the rest.
+        if (!created && error == 0 && errno != EEXIST) {
+            error = errno;
+        }
+        return created;
+    };
     for (std::uint32_t end = 1; end < path.GetLength(); ++end) {
         if (path[end] == L'/') {
-            // A parent that cannot be created shows in the last step.
-            static_cast<void>(Platform::CreateFolder(path.Left(end)));
+            static_cast<void>(create(path.Left(end)));
         }
     }
-    return Platform::CreateFolder(path) || FolderExists(path);
+    if (create(path) || FolderExists(path)) {
+        return true;
+    }
+    SetFileFailure(path, error != 0 ? error : EEXIST);
+    return false;
 }
 
 bool RemoveFile(const CString& path) {
-    return Platform::RemoveFile(path);
+    return Report(path, Platform::RemoveFile(path));
 }
 
 bool RenameFile(const CString& from, const CString& to) {
-    return Platform::RenamePath(from, to);
+    return Report(from, Platform::RenamePath(from, to));
 }
 
 }  // namespace NK

@@ -1,4 +1,4 @@
-// Folders and what stands in them.
+// Folders and what stands in them. What is false for a failure has its reason in GetFileFailure().
 #pragma once
 
 #include "nk/nk_string.h"

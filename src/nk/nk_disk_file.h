@@ -40,7 +40,8 @@ public:
     /// "rb", "wb", "r+b", "w+b", "ab", "a+b".
     enum OpenMode : int { kRead = 0, kWrite = 1, kUpdate = 2, kCreate = 3, kAppend = 4, kReadAppend = 5 };
 
-    /// A mode text of the C library; a null or empty path stays closed. A folder cannot be opened.
+    /// A mode text of the C library; a null or empty path stays closed. Opening never waits: what is no regular file
+    /// cannot be opened, see Platform::OpenFile().
     CDiskFile(const CString& path, const wchar_t* mode);
     /// Throws CException "Bad file open mode constant." for any other constant. The permission bits are accepted and
     /// not used: the C library gives 0666 less the user's mask.

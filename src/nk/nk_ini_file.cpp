@@ -1,6 +1,7 @@
 #include "nk/nk_ini_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstring>
 #include <mutex>
@@ -8,6 +9,7 @@
 
 #include "nk/nk_atomic_save.h"
 #include "nk/nk_disk_file.h"
+#include "nk/nk_file_failure.h"
 #include "nk/platform/platform_files.h"
 
 namespace NK {
@@ -65,7 +67,9 @@ bool CIniFile::Load(const CString& fileName) {
                                                                                      : LoadResult::kUnreadable;
         return false;
     }
+    errno = 0;
     if (!Load(file)) {
+        SetFileFailure(fileName, loadResult_ == LoadResult::kDamaged ? kErrorTooLarge : errno);
         return false;
     }
     fileName_ = fileName;

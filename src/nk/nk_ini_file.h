@@ -32,8 +32,8 @@ public:
         kDamaged      ///< more than kMaxBytes or kMaxLines; no more than that is read
     };
 
-    /// Reads the file, with the cursor on no section, and remembers the name. False on failure: no lines then, and the
-    /// name as it was.
+    /// Reads the file, with the cursor on no section, and remembers the name. False on failure: no lines then, the name
+    /// as it was, and the reason in GetFileFailure().
     bool Load(const CString& fileName);
     /// The same from the file's present position on; the remembered name stays.
     bool Load(CFile& file);

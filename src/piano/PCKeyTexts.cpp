@@ -1,6 +1,6 @@
 #include "piano/PCKeyTexts.h"
 
-#include "midi/TranslationMark.h"
+#include "nk/nk_translation_mark.h"
 
 namespace NK::Piano {
 

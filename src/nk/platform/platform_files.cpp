@@ -4,17 +4,21 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "nk/nk_file_failure.h"
 
 namespace NK::Platform {
 
@@ -36,8 +40,32 @@ PathKind KindOf(const char* path) {
     return S_ISREG(status.st_mode) ? PathKind::kFile : S_ISDIR(status.st_mode) ? PathKind::kFolder : PathKind::kOther;
 }
 
+constexpr unsigned kMemoryDevices = 1;  // Linux's list of devices: null, zero, full and their like
+
+bool NeverKeepsWaiting(const struct stat& status) {
+    return S_ISREG(status.st_mode) || (S_ISCHR(status.st_mode) && major(status.st_rdev) == kMemoryDevices);
+}
+
+/// For a mode of the C library; nothing for any other text.
+std::optional<int> FlagsOf(std::string_view mode) {
+    if (mode.empty()) {
+        return std::nullopt;
+    }
+    const bool updates = mode.find('+') != std::string_view::npos;
+    switch (mode.front()) {
+        case 'r':
+            return updates ? O_RDWR : O_RDONLY;
+        case 'w':
+            return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_TRUNC;
+        case 'a':
+            return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND;
+        default:
+            return std::nullopt;
+    }
+}
+
 bool FlushToDisk(const char* path, int flags) {
-    const int descriptor = open(path, flags | O_CLOEXEC);
+    const int descriptor = open(path, flags | GetOpenFlags());
     if (descriptor < 0) {
         return false;
     }
@@ -87,15 +115,41 @@ PathKind GetPathKind(const CString& path) {
     return KindOf(path.ToUtf8().c_str());
 }
 
+int GetOpenFlags() {
+    return O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+}
+
 std::FILE* OpenFile(const CString& path, const wchar_t* mode) {
-    std::FILE* const stream = std::fopen(path.ToUtf8().c_str(), (CString(mode).ToLatin1() + "e").c_str());
+    const std::string modeText = CString(mode).ToLatin1();
+    const std::optional<int> flags = FlagsOf(modeText);
+    const std::string name = path.ToUtf8();
+    // What can be known to keep somebody waiting is not even opened: a device may act on that.
     struct stat status {};
-    // The C library opens folders for reading.
-    if (stream != nullptr && fstat(fileno(stream), &status) == 0 && S_ISDIR(status.st_mode)) {
-        std::fclose(stream);
+    const bool isThere = stat(name.c_str(), &status) == 0;
+    if (!flags || (isThere && !NeverKeepsWaiting(status))) {
+        SetFileFailure(path, flags ? kErrorNoRegularFile : EINVAL);
         return nullptr;
     }
+    const int descriptor = open(name.c_str(), *flags | GetOpenFlags(), 0666);
+    if (descriptor < 0) {
+        SetFileFailure(path, errno);
+        return nullptr;
+    }
+    const bool fits = fstat(descriptor, &status) == 0 && NeverKeepsWaiting(status);
+    std::FILE* const stream = fits ? fdopen(descriptor, modeText.c_str()) : nullptr;
+    if (stream == nullptr) {
+        SetFileFailure(path, fits ? errno : kErrorNoRegularFile);
+        close(descriptor);
+    }
     return stream;
+}
+
+const char* GetErrorText(int error) {
+    return strerrordesc_np(error);
+}
+
+const char* GetLocalErrorText(int error) {
+    return std::strerror(error);
 }
 
 int SeekFile(std::FILE* stream, std::int64_t offset, int origin) {
@@ -119,7 +173,7 @@ CString CreateFileBeside(const CString& path) {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         // A name of its own length, so that a target with the longest name that a folder takes can be saved too.
         const std::string name = begin + std::to_string(counter++).append(kTemporaryEnd);
-        const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0664);
+        const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | GetOpenFlags(), 0664);
         if (descriptor >= 0) {
             if (replaces) {
                 // Best effort: some file systems keep no permissions.

@@ -1,4 +1,5 @@
-// The system's files and folders. Paths cross to the system as UTF-8.
+// The system's files and folders. Paths cross to the system as UTF-8. Why something failed stands in errno, and where
+// it says so in GetFileFailure().
 #pragma once
 
 #include <cstdint>
@@ -13,8 +14,17 @@ enum class PathKind { kAbsent, kFile, kFolder, kOther, kUnknown };
 
 PathKind GetPathKind(const CString& path);
 
-/// As the C library's fopen(); null when that fails and for a folder. Not handed on to started programs.
+/// The one place where a named file is opened for reading or writing. As the C library's fopen(), but never waits for
+/// what stands at the path: null, and the reason in GetFileFailure(), for folders, FIFOs, sockets and devices as well.
+/// Of the devices only the system's memory (/dev/null and its like) can be opened. Not handed on to started programs.
 std::FILE* OpenFile(const CString& path, const wchar_t* mode);
+/// The flags for open() that keep it from waiting and from taking a terminal, and that hand nothing on to started
+/// programs.
+int GetOpenFlags();
+/// The words of the C library for an error number: in English, or null where it has none; in the language of the
+/// system.
+const char* GetErrorText(int error);
+const char* GetLocalErrorText(int error);
 /// 0 on success; the origin is the C library's SEEK_SET, SEEK_CUR or SEEK_END.
 int SeekFile(std::FILE* stream, std::int64_t offset, int origin);
 std::int64_t TellFile(std::FILE* stream);

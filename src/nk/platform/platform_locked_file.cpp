@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "nk/nk_file_failure.h"
 #include "nk/nk_locked_file.h"
 #include "nk/platform/platform_files.h"
 
@@ -29,7 +30,10 @@ bool TakeHold(int descriptor) {
 
 /// The open file if it can be held, else -1.
 int Open(const CString& path, int flags) {
-    const int descriptor = open(path.ToUtf8().c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | flags, 0664);
+    const int descriptor = open(path.ToUtf8().c_str(), O_RDWR | Platform::GetOpenFlags() | flags, 0664);
+    if (descriptor < 0) {
+        SetFileFailure(path, errno);
+    }
     if (descriptor >= 0 && !TakeHold(descriptor)) {
         close(descriptor);
         return -1;
@@ -68,6 +72,7 @@ bool CLockedFile::WriteAt(std::int64_t offset, const void* bytes, std::size_t si
             continue;
         }
         if (written <= 0) {
+            SetFileFailure(path_, written < 0 ? errno : kErrorUnknown);
             return false;
         }
         rest += written;
@@ -78,7 +83,11 @@ bool CLockedFile::WriteAt(std::int64_t offset, const void* bytes, std::size_t si
 }
 
 bool CLockedFile::Flush() {
-    return fdatasync(descriptor_) == 0;
+    if (fdatasync(descriptor_) != 0) {
+        SetFileFailure(path_, errno);
+        return false;
+    }
+    return true;
 }
 
 bool CLockedFile::Remove() {

@@ -6,7 +6,7 @@
 #include "midi/GMNames.h"
 #include "midi/NoteNames.h"
 #include "midi/TMIDIMessage.h"
-#include "midi/TranslationMark.h"
+#include "nk/nk_translation_mark.h"
 #include "nk/nk_translate.h"
 
 using namespace NK;

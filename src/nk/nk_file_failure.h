@@ -1,0 +1,28 @@
+// Why a file could not be read or written.
+#pragma once
+
+#include "nk/nk_string.h"
+
+namespace NK {
+
+/// An error number of the system (positive), or one of these.
+inline constexpr int kErrorNoRegularFile = -1;
+inline constexpr int kErrorTooLarge = -2;  ///< larger than what reads it takes
+inline constexpr int kErrorUnknown = -3;   ///< for which there are no words
+
+struct FileFailure {
+    CString path;   ///< empty: no file has failed
+    int error = 0;  ///< 0: none
+};
+
+/// Of the calling thread's operations on named files the one that failed last, since ForgetFileFailure(). An operation
+/// that succeeds leaves it. Who reports a failure to the user forgets before the attempt, and asks after it. [any]
+const FileFailure& GetFileFailure() noexcept;
+void ForgetFileFailure() noexcept;
+/// For who carries out an operation on a file.
+void SetFileFailure(const CString& path, int error);
+
+/// In the language of the program, else in that of the system; empty for 0 and kErrorUnknown. Without a full stop.
+CString DescribeFileError(int error);
+
+}  // namespace NK
