@@ -17,6 +17,7 @@
 #include "engine/HeldKeys.h"
 #include "engine/PresetStore.h"
 #include "engine/Settings.h"
+#include "engine/SettingsFile.h"
 #include "engine/VoiceSlots.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
@@ -27,6 +28,7 @@
 #include "midi/TMIDIMessage.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_ini_file.h"
+#include "nk/nk_paths.h"
 #include "nk/nk_sleeping_timer.h"
 #include "nk/nk_string.h"
 #include "nk/nk_time_source.h"
@@ -244,10 +246,14 @@ public:
     /// ResetSynth(). A file that cannot be read counts as an empty one, and the result is false.
     bool LoadSettings();
     /// Whether LoadSettings() refused the file as damaged. The first SaveSettings() sets that file aside.
-    bool AreSettingsDamaged() const { return settingsDamaged_; }
-    /// Writes the settings file; what others have put into it stays. False when it could not be saved: then it is as it
-    /// was.
+    bool AreSettingsDamaged() const { return settingsFile_.GetState() == SettingsFile::State::kDamaged; }
+    /// Writes the settings file; what others have put into it, or changed since it was loaded, stays. False when it
+    /// could not be saved, with the reason in NK::GetFileFailure(): then it is as it was.
     bool SaveSettings();
+    /// How the file was found and saved.
+    const SettingsFile& GetSettingsFile() const { return settingsFile_; }
+    /// Saved with the settings.
+    LastFolders& GetLastFolders() { return lastFolders_; }
     /// From a section and, for the arpeggiators, those named after it with "_Arpeggiator0" and "_Arpeggiator1". An
     /// arpeggiator whose section is missing or refused is bypassed. False, nothing changed, without the first section.
     bool LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section);
@@ -331,7 +337,7 @@ private:
     void AdvanceClock() NK_REQUIRES(lock_);
     void SyncArpeggiators() NK_REQUIRES(lock_);
 
-    NK::CString GetSettingsPath();
+    void WriteSettings(NK::CIniFile& file);
     void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);
     Settings GatherSettings() const NK_REQUIRES(lock_);
     void LoadSynthSettings(NK::CIniFile& file);
@@ -339,7 +345,8 @@ private:
 
     const EngineDependencies dependencies_;
     PresetStore presets_{dependencies_.userDataDir, dependencies_.factoryPresetsDir};
-    bool settingsDamaged_ = false;
+    SettingsFile settingsFile_{NK::JoinPath(dependencies_.userDataDir, Settings::kFileName)};
+    LastFolders lastFolders_;
     /// What LoadSettings() could not put in force, for example while its sound font is not to be found, and what came
     /// of it: as long as that is in force the former is saved.
     std::optional<std::pair<LibMidi::SynthSettings, LibMidi::SynthSettings>> refusedSynth_;

@@ -2,11 +2,11 @@
 #include <cmath>
 
 #include "engine/CKivora.h"
-#include "engine/DamagedFile.h"
 #include "engine/VoiceSlotsFile.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_exception.h"
+#include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
 
 namespace Kivora {
@@ -70,10 +70,6 @@ bool CKivora::SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section) 
     return saved;
 }
 
-NK::CString CKivora::GetSettingsPath() {
-    return NK::JoinPath(GetUserDataDir(), Settings::kFileName);
-}
-
 void CKivora::ApplySettings(const Settings& settings) {
     SetSavedInputPortName(settings.input);
     SetSavedOutputPortName(settings.output);
@@ -109,10 +105,8 @@ Settings CKivora::GatherSettings() const {
 }
 
 bool CKivora::LoadSettings() {
-    const NK::CString path = GetSettingsPath();
-    NK::CIniFile file;
-    const bool loaded = NK::FileExists(path) && file.Load(path);
-    settingsDamaged_ = file.GetLoadResult() == NK::CIniFile::LoadResult::kDamaged;
+    static_cast<void>(GetUserDataDir());
+    NK::CIniFile file = settingsFile_.Load();
     if (!file.SelectSection(Settings::kSection)) {
         // As on the first start: every key is missing, those of the arpeggiators too.
         for (std::size_t i = 0; i < kArpeggiatorCount; ++i) {
@@ -121,23 +115,19 @@ bool CKivora::LoadSettings() {
         file.SelectOrAddSection(Settings::kSection);
     }
     const Settings settings = Settings::Read(file);
+    lastFolders_ = LastFolders::Read(file);
     LoadSynthSettings(file);
-    const CLockGuard guard(lock_);
-    ApplySettings(settings);
-    LoadVoiceSettings(file, Settings::kSection);
-    ResetSynth();
-    return loaded;
+    {
+        const CLockGuard guard(lock_);
+        ApplySettings(settings);
+        LoadVoiceSettings(file, Settings::kSection);
+        ResetSynth();
+    }
+    settingsFile_.Remember([this](NK::CIniFile& lines) { WriteSettings(lines); });
+    return settingsFile_.GetState() == SettingsFile::State::kGood;
 }
 
-bool CKivora::SaveSettings() {
-    const NK::CString path = GetSettingsPath();
-    // The folder may have gone since it was first asked for.
-    static_cast<void>(NK::CreateFolder(GetUserDataDir()));
-    NK::CIniFile file;
-    const bool exists = NK::FileExists(path);
-    if (exists && !file.Load(path) && file.GetLoadResult() != NK::CIniFile::LoadResult::kDamaged) {
-        return false;
-    }
+void CKivora::WriteSettings(NK::CIniFile& file) {
     {
         const CLockGuard guard(lock_);
         file.SelectOrAddSection(Settings::kSection);
@@ -145,15 +135,22 @@ bool CKivora::SaveSettings() {
         SaveVoiceSettings(file, Settings::kSection);
     }
     SaveSynthSettings(file);
-    if (!exists || file.GetLoadResult() != NK::CIniFile::LoadResult::kDamaged) {
-        return file.Save(path);
-    }
-    NK::CString setAside;
-    if (!SaveOverDamaged(file, path, setAside)) {
+    lastFolders_.Write(file);
+}
+
+bool CKivora::SaveSettings() {
+    NK::ForgetFileFailure();
+    // The folder may have gone since it was first asked for.
+    if (!NK::CreateFolder(GetUserDataDir())) {
         return false;
     }
-    settingsDamaged_ = false;
-    emit DamagedFileSetAside(QString::fromStdWString(std::wstring(setAside.View())));
+    NK::CString setAside;
+    if (!settingsFile_.Save([this](NK::CIniFile& lines) { WriteSettings(lines); }, setAside)) {
+        return false;
+    }
+    if (!setAside.IsEmpty()) {
+        emit DamagedFileSetAside(QString::fromStdWString(std::wstring(setAside.View())));
+    }
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include "engine/DamagedFile.h"
 #include "engine/NameOrder.h"
 #include "nk/nk_directory.h"
+#include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
 
 namespace Kivora {
@@ -91,17 +92,17 @@ bool PresetStore::Exists(const NK::CString& name, bool factory) {
 }
 
 bool PresetStore::Read(const NK::CString& name, bool factory, NK::CIniFile& file) {
-    const NK::CString path = GetPath(name, factory);
-    return NK::FileExists(path) && file.Load(path) && file.SelectSection(kSection);
+    NK::ForgetFileFailure();
+    return file.Load(GetPath(name, factory)) && file.SelectSection(kSection);
 }
 
 bool PresetStore::Save(const NK::CString& name, NK::CIniFile& file, NK::CString& setAside) {
+    NK::ForgetFileFailure();
     const NK::CString path = GetPath(name, false);
-    if (path.IsEmpty()) {
+    // The folder may have gone since it was first asked for.
+    if (path.IsEmpty() || !NK::CreateFolder(userPresetsDir_)) {
         return false;
     }
-    // The folder may have gone since it was first asked for.
-    static_cast<void>(NK::CreateFolder(userPresetsDir_));
     NK::CIniFile former;
     const bool damaged = Exists(name, false) && !Read(name, false, former) &&
                          former.GetLoadResult() != NK::CIniFile::LoadResult::kUnreadable;
@@ -109,6 +110,7 @@ bool PresetStore::Save(const NK::CString& name, NK::CIniFile& file, NK::CString&
 }
 
 bool PresetStore::Delete(const NK::CString& name) {
+    NK::ForgetFileFailure();
     return Exists(name, false) && NK::RemoveFile(GetPath(name, false));
 }
 

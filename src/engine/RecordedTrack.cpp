@@ -4,6 +4,7 @@
 
 #include "midi/SMFWriter.h"
 #include "nk/nk_atomic_save.h"
+#include "nk/nk_file_failure.h"
 
 namespace Kivora {
 
@@ -73,6 +74,7 @@ void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<
 }
 
 bool SaveRecordedTrack(const CaptureStore::View& captured, const NK::CString& path) {
+    NK::ForgetFileFailure();
     return captured.GetCount() != 0 && NK::SaveAtomically(path, [&captured](NK::CFile& file) {
                if (!NK::MIDI::WriteMIDIHeader(file, kRecordingTempo)) {
                    return false;

@@ -4,6 +4,8 @@ namespace Kivora {
 
 namespace {
 
+constexpr const wchar_t* kTakes = L"Recordings";
+constexpr const wchar_t* kWallpapers = L"Wallpapers";
 constexpr std::uint32_t kColorBits = 0xFFFFFF;  // 8 bits each of red, green and blue
 
 std::uint32_t ToNumber(const QColor& color) {
@@ -52,6 +54,22 @@ void Settings::Write(NK::CIniFile& section) const {
     section.SetHex(L"UIDisplayColorRGB", ToNumber(uiDisplayColor));
     section.SetHex(L"UIDisplay2ColorRGB", ToNumber(uiDisplay2Color));
     section.SetString(L"Wallpaper", NK::CString(wallpaper.toStdWString()));
+}
+
+LastFolders LastFolders::Read(NK::CIniFile& file) {
+    if (!file.SelectSection(kSection)) {
+        return {};
+    }
+    return {file.GetString(kTakes).value_or(NK::CString()), file.GetString(kWallpapers).value_or(NK::CString())};
+}
+
+void LastFolders::Write(NK::CIniFile& file) const {
+    if (takes.IsEmpty() && wallpapers.IsEmpty()) {
+        return;
+    }
+    file.SelectOrAddSection(kSection);
+    file.SetString(kTakes, takes);
+    file.SetString(kWallpapers, wallpapers);
 }
 
 }  // namespace Kivora

@@ -38,4 +38,16 @@ struct Settings {
     void Write(NK::CIniFile& section) const;
 };
 
+/// Where the user has last saved a recording and last chosen a wallpaper; empty for nowhere yet.
+struct LastFolders {
+    static constexpr const wchar_t* kSection = L"Kivora_Folders";
+
+    NK::CString takes;
+    NK::CString wallpapers;
+
+    static LastFolders Read(NK::CIniFile& file);
+    /// Adds the section only when there is something to remember.
+    void Write(NK::CIniFile& file) const;
+};
+
 }  // namespace Kivora

@@ -6,7 +6,6 @@
 #include <QPointer>
 #include <QTranslator>
 
-#include "locale/LocaleFile.h"
 #include "nk/nk_translate.h"
 
 namespace Kivora {
@@ -107,13 +106,15 @@ bool SetLocale(const QString& code, bool save) {
     return saved;
 }
 
-void InitLocale() {
+LocaleFileState InitLocale() {
+    const LocaleFileState state = GetLocaleFileState();
     const NK::CString stored = LoadLocaleCode();
     if (stored.IsEmpty()) {
-        SetLocale(QLocale::system().name(), true);
+        SetLocale(QLocale::system().name(), state != LocaleFileState::kUnreadable);
     } else {
         SetLocale(QString::fromWCharArray(stored.c_str()), false);
     }
+    return state;
 }
 
 const CLocalizedKeyMap& GetLocalizedKeyMap() {

@@ -4,6 +4,7 @@
 #include <array>
 #include <QString>
 
+#include "locale/LocaleFile.h"
 #include "locale/LocalizedKeyMap.h"
 
 namespace Kivora {
@@ -34,9 +35,9 @@ const QString& GetCurrentLocale();
 /// its texts in English. The application object must exist. [gui]
 bool SetLocale(const QString& code, bool save);
 
-/// The language for this run: the code in "Locale.ini", else the system's, which is then saved. Once at start-up,
-/// before the first window. [gui]
-void InitLocale();
+/// The language for this run: the code in "Locale.ini", else the system's, which is then saved, unless the file is
+/// there and cannot be read. How the file was found. Once at start-up, before the first window. [gui]
+LocaleFileState InitLocale();
 
 /// Of the language in force. [gui]
 const CLocalizedKeyMap& GetLocalizedKeyMap();

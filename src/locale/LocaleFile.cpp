@@ -14,30 +14,48 @@ NK::CString GetUserDataDir() {
     return NK::ComposeUserDataDir(L"Brennholt", L"Kivora");
 }
 
+LocaleFileState Read(NK::CIniFile& file) {
+    using Result = NK::CIniFile::LoadResult;
+    if (file.Load(GetLocaleFilePath())) {
+        return file.IsConfiguration() ? LocaleFileState::kGood : LocaleFileState::kDamaged;
+    }
+    return file.GetLoadResult() == Result::kAbsent    ? LocaleFileState::kAbsent
+           : file.GetLoadResult() == Result::kDamaged ? LocaleFileState::kDamaged
+                                                      : LocaleFileState::kUnreadable;
+}
+
 }  // namespace
 
 NK::CString GetLocaleFilePath() {
     return NK::JoinPath(GetUserDataDir(), L"Locale.ini");
 }
 
+LocaleFileState GetLocaleFileState() {
+    NK::CIniFile file;
+    return Read(file);
+}
+
 NK::CString LoadLocaleCode() {
     NK::CIniFile file;
-    if (!file.Load(GetLocaleFilePath()) || !file.SelectSection(kSection)) {
+    if (Read(file) != LocaleFileState::kGood || !file.SelectSection(kSection)) {
         return {};
     }
     return file.GetString(kKey).value_or(NK::CString());
 }
 
 bool SaveLocaleCode(const NK::CString& code) {
-    using Result = NK::CIniFile::LoadResult;
     const NK::CString path = GetLocaleFilePath();
     if (!NK::CreateFolder(GetUserDataDir())) {
         return false;
     }
     NK::CIniFile file;
-    file.Load(path);
-    if (file.GetLoadResult() == Result::kUnreadable || file.GetLoadResult() == Result::kDamaged) {
+    const LocaleFileState state = Read(file);
+    if (state == LocaleFileState::kUnreadable) {
+        return false;
+    }
+    if (state == LocaleFileState::kDamaged) {
         NK::RenameFile(path, path + L".bad");
+        file = NK::CIniFile();
     }
     file.SelectOrAddSection(kSection);
     file.SetString(kKey, code);

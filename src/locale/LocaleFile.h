@@ -8,11 +8,17 @@ namespace Kivora {
 /// "Locale.ini" in the user's data folder.
 NK::CString GetLocaleFilePath();
 
+/// How the file was found: kDamaged is one that is no configuration, kUnreadable one that is there and is not given.
+enum class LocaleFileState { kGood, kAbsent, kDamaged, kUnreadable };
+/// With the reason in NK::GetFileFailure() for one that cannot be read. [gui]
+LocaleFileState GetLocaleFileState();
+
 /// The code stored; empty when there is none. [gui]
 NK::CString LoadLocaleCode();
 
-/// Stores the code, other lines of the file are kept; creates the user's data folder first. A file that cannot be read
-/// or is damaged is kept beside the new one with ".bad" added to its name. False when it could not be written. [gui]
+/// Stores the code, other lines of the file are kept; creates the user's data folder first. A damaged file is kept
+/// beside the new one with ".bad" added to its name; one that cannot be read is left as it is. False when it could not
+/// be written, with the reason in NK::GetFileFailure(). [gui]
 bool SaveLocaleCode(const NK::CString& code);
 
 }  // namespace Kivora

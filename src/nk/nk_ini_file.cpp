@@ -16,6 +16,8 @@ namespace NK {
 
 namespace {
 
+constexpr wchar_t kDelete = 0x7F;
+
 /// A line of the file has no line end in it.
 CString AsOneLine(CString text) {
     text.Replace(L'\n', L' ');
@@ -30,6 +32,10 @@ CString HeaderOf(const CString& name) {
 CString DecodeLine(std::string_view line) {
     std::optional<CString> text = CString::FromStrictUtf8(line);
     return text ? *std::move(text) : CString::FromLatin1(line);
+}
+
+bool IsComment(const CString& line) {
+    return line[0] == L'\'' || line[0] == L'#' || line[0] == L';';
 }
 
 bool BeginsWith(const CString& line, const CString& key, bool caseSensitive) {
@@ -151,6 +157,39 @@ bool CIniFile::Write(CFile& file) const {
            });
 }
 
+bool CIniFile::IsConfiguration() const {
+    const auto isControl = [](wchar_t character) {
+        return (character < L' ' && !CString::IsWhiteSpace(character)) || character == kDelete;
+    };
+    const auto isText = [&](const CString& line) {
+        return std::none_of(line.View().begin(), line.View().end(), isControl);
+    };
+    const auto isHeader = [](const CString& line) {
+        const std::wstring_view text = line.View();
+        return text.starts_with(L'[') && text.ends_with(L']');
+    };
+    const auto isEmpty = [](const CString& line) { return line.Trimmed().IsEmpty() || IsComment(line); };
+    return std::all_of(begin(), end(), isText) &&
+           (std::any_of(begin(), end(), isHeader) || std::all_of(begin(), end(), isEmpty));
+}
+
+void CIniFile::VisitKeys(
+    const std::function<void(const CString& section, const CString& key, const CString& value)>& visit) const {
+    CString section;
+    for (const CString& line : *this) {
+        const std::wstring_view text = line.View();
+        const std::size_t equals = text.find(L'=');
+        if (text.starts_with(L'[')) {
+            section = text.ends_with(L']') ? CString(text.substr(1, text.size() - 2)) : CString();
+        } else if (equals != std::wstring_view::npos && !IsComment(line)) {
+            const std::wstring_view value = text.substr(equals + 1);
+            const auto start = std::find_if_not(value.begin(), value.end(), CString::IsWhiteSpace);
+            visit(section, CString(text.substr(0, equals)).Trimmed(),
+                  CString(value.substr(static_cast<std::size_t>(start - value.begin()))));
+        }
+    }
+}
+
 bool CIniFile::FindHeader(const CString& name, std::uint32_t from, bool caseSensitive) {
     const CString header = HeaderOf(name);
     for (std::uint32_t i = from; i < GetSize(); ++i) {
@@ -187,11 +226,10 @@ void CIniFile::SelectOrAddSection(const CString& name, bool caseSensitive) {
 std::optional<CIniFile::KeyPlace> CIniFile::FindKey(const CString& key, bool caseSensitive) const {
     for (std::uint32_t i = static_cast<std::uint32_t>(cursor_ + 1); i < GetSize(); ++i) {
         const CString& line = (*this)[i];
-        const wchar_t first = line[0];
-        if (first == L'\'' || first == L'#' || first == L';') {
+        if (IsComment(line)) {
             continue;
         }
-        if (first == L'[') {
+        if (line[0] == L'[') {
             break;
         }
         if (!BeginsWith(line, key, caseSensitive)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -45,6 +46,14 @@ public:
     bool Save(const CString& fileName);
     /// Writes the lines at the file's present position; true when all of it was written, false at the limit of Load().
     bool Write(CFile& file) const;
+
+    /// Whether the lines can be a configuration at all, in whatever program's: no control characters but white space,
+    /// and a header, unless every line is blank or a comment. Zeros, pictures and UTF-16 are none.
+    bool IsConfiguration() const;
+    /// Calls with the section, the key and the value of each key line, in the order of the lines; the section is empty
+    /// for those before the first header. Of equal keys of a section the getters know the first.
+    void VisitKeys(
+        const std::function<void(const CString& section, const CString& key, const CString& value)>& visit) const;
 
     /// The file last loaded or saved.
     const CString& GetFileName() const noexcept { return fileName_; }

@@ -124,6 +124,28 @@ TEST_F(Locale, ALanguageThatCannotBeSavedIsTakenAllTheSame) {
     EXPECT_EQ(Tr("GM", "Violin"), "Скрипка");
 }
 
+TEST_F(Locale, AFileThatCannotBeReadForAMomentIsKept) {
+    Write("[Locale]\nName=ru_RU\n");
+    const std::filesystem::path file = GetFile().string();
+    std::filesystem::rename(file, file.native() + ".hidden");
+    std::filesystem::create_symlink("/proc/self/mem", file);
+    EXPECT_EQ(Kivora::InitLocale(), Kivora::LocaleFileState::kUnreadable);
+    EXPECT_EQ(GetCurrentLocale(), MatchLocale(QLocale::system().name()));
+    EXPECT_FALSE(SetLocale(GetCurrentLocale() == "ru_RU" ? "en_US" : "ru_RU", true));
+    EXPECT_TRUE(std::filesystem::is_symlink(file));
+    std::filesystem::rename(file.native() + ".hidden", file);
+    EXPECT_EQ(Kivora::InitLocale(), Kivora::LocaleFileState::kGood);
+    EXPECT_EQ(GetCurrentLocale(), "ru_RU");
+}
+
+TEST_F(Locale, WhatIsNoConfigurationIsSetAside) {
+    Write(std::string(100, '\0'));
+    SetLocale(MatchLocale(QLocale::system().name()) == "ru_RU" ? "en_US" : "ru_RU", false);
+    EXPECT_EQ(Kivora::InitLocale(), Kivora::LocaleFileState::kDamaged);
+    EXPECT_EQ(std::filesystem::file_size(GetFile().string() + ".bad"), 100U);
+    EXPECT_EQ(Kivora::GetLocaleFileState(), Kivora::LocaleFileState::kGood);
+}
+
 TEST_F(Locale, BothCataloguesChangeWithTheLanguage) {
     SetLocale("en_US", false);
     EXPECT_EQ(Tr("GM", "Violin"), "Violin");
