@@ -3,13 +3,16 @@
 #include <iostream>
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QTimer>
 
 #include "app/MainWindow.h"
+#include "app/PictureFile.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 
 namespace Kivora {
@@ -22,12 +25,7 @@ constexpr quint32 kFirstScanCode = 1;  // any numbers do, one for each key
 
 Demonstration::Demonstration(const QString& dir) : dir_(QDir(dir).absolutePath()) {
     QDir().mkpath(dir_);
-    if (qEnvironmentVariableIsEmpty("KIVORA_AUDIO_DRIVER")) {
-        qputenv("KIVORA_AUDIO_DRIVER", "file");
-    }
-    if (qEnvironmentVariableIsEmpty("KIVORA_AUDIO_FILE")) {
-        qputenv("KIVORA_AUDIO_FILE", QFile::encodeName(dir_ + "/demo.wav"));
-    }
+    DirectSound();
     // Middle C alone, long enough to hear its pitch, then a phrase in thirds over the same octave, and the chord.
     steps_ = {{0, 'z', true}, {900, 'z', false}};
     for (const char* pair : {"xv", "cb", "vn", "cb", "xv"}) {
@@ -47,15 +45,33 @@ Demonstration::Demonstration(const QString& dir) : dir_(QDir(dir).absolutePath()
     }
 }
 
+void Demonstration::DirectSound() {
+    // The synthesizer's library opens whatever stands there, and would wait for the other end of a FIFO.
+    const QFileInfo sound(dir_ + "/demo.wav");
+    const bool hasFile = !qEnvironmentVariableIsEmpty("KIVORA_AUDIO_FILE");
+    soundIsRefused_ = !hasFile && sound.exists() && !sound.isFile();
+    if (soundIsRefused_) {
+        return;
+    }
+    if (qEnvironmentVariableIsEmpty("KIVORA_AUDIO_DRIVER")) {
+        qputenv("KIVORA_AUDIO_DRIVER", "file");
+    }
+    if (!hasFile) {
+        qputenv("KIVORA_AUDIO_FILE", QFile::encodeName(sound.filePath()));
+    }
+}
+
 void Demonstration::Start(MainWindow& window) {
     window_ = &window;
     clock_.start();
     window.activateWindow();
-    WaitForFocus(kFocusTries);
+    QTimer::singleShot(0, this, [this] { WaitForFocus(kFocusTries); });  // in the event loop, which a failure ends
 }
 
 void Demonstration::WaitForFocus(int triesLeft) {
-    if (window_->GetFront() == nullptr) {
+    if (soundIsRefused_) {
+        Fail("demo.wav in the folder is no regular file");
+    } else if (window_->GetFront() == nullptr) {
         Fail("there is no engine");
     } else if (window_->isActiveWindow()) {
         if (window_->GetFront()->StartRecording()) {
@@ -80,8 +96,8 @@ void Demonstration::Play(std::size_t step) {
         if (step == screenshotStep_) {
             // The lit keys reach the screen by the relay's wake-up first.
             QTimer::singleShot(100, this, [this] {
-                if (!window_->grab().save(dir_ + "/screenshot.png")) {
-                    Fail("the screenshot could not be written");
+                if (!SavePicture(window_->grab(), dir_ + "/screenshot.png")) {
+                    Fail("the screenshot could not be written: " + Dialogs::GetFileFailure());
                 }
             });
         }
@@ -100,7 +116,7 @@ void Demonstration::SendKey(const Step& step) {
 void Demonstration::Finish() {
     CKivora& engine = window_->GetFront()->GetEngine();
     if (!engine.StopRecording() || !engine.SaveRecording(NK::CString((dir_ + "/demo.mid").toStdWString()))) {
-        Fail("the MIDI file could not be written");
+        Fail("the MIDI file could not be written: " + Dialogs::GetFileFailure());
         return;
     }
     window_->close();

@@ -29,6 +29,7 @@ private:
         bool press;
     };
 
+    void DirectSound();
     void WaitForFocus(int triesLeft);
     void Play(std::size_t step);
     void SendKey(const Step& step);
@@ -36,6 +37,7 @@ private:
     void Fail(const QString& reason);
 
     QString dir_;
+    bool soundIsRefused_ = false;  ///< no file can be written where the sound belongs
     MainWindow* window_ = nullptr;
     QElapsedTimer clock_;
     std::vector<Step> steps_;

@@ -31,7 +31,8 @@ MainWindow::~MainWindow() {
     const bool saved = SaveSettings();
     if (!quiet_) {
         if (!saved) {
-            Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to save the settings."));
+            Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), tr("Failed to save the settings."),
+                                 Dialogs::WhySettingsAreNotSaved(*engine_));
         }
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);
@@ -45,6 +46,22 @@ bool MainWindow::SaveSettings() {
     }
     NK::Log(L"The settings could not be saved.");
     return false;
+}
+
+void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failure) {
+    const auto tell = [this](const QString& text, const QString& details) {
+        panel_->notices().Tell(QMessageBox::Warning, tr("Warning"), text, details);
+    };
+    if (state == LocaleFileState::kDamaged) {
+        tell(tr("The file that remembers the language is damaged. The system's language is in force. The file was kept "
+                "under another name."),
+             QString::fromWCharArray(GetLocaleFilePath().c_str()) + ".bad");
+    } else if (state == LocaleFileState::kUnreadable) {
+        tell(
+            tr("The file that remembers the language cannot be read at present. The system's language is in force, and "
+               "the file is left as it is."),
+            failure);
+    }
 }
 
 void MainWindow::Save() {

@@ -7,6 +7,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "locale/LocaleFile.h"
 
 class KivoraWidget;
 
@@ -34,6 +35,8 @@ public:
     /// Ends what sounds, saves as Save() does and closes the ports, without the display: nothing is shown and nothing of
     /// the window is destroyed. The process ends afterwards.
     void EndAtOnce();
+    /// Before the window is shown: a file of the language that was damaged or could not be read is told then.
+    void TellAboutLocaleFile(LocaleFileState state, const QString& failure);
     /// Nothing is said in a box when it is destroyed: nobody is there to read it.
     void SetQuiet() { quiet_ = true; }
 

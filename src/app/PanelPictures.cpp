@@ -7,6 +7,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include "app/PictureFile.h"
+#include "ui/Dialogs.h"
 #include "ui/midiSettings.h"
 
 namespace Kivora {
@@ -14,10 +16,10 @@ namespace {
 
 bool Save(QWidget& widget, const QString& path) {
     QCoreApplication::processEvents();
-    if (widget.grab().save(path)) {
+    if (SavePicture(widget.grab(), path)) {
         return true;
     }
-    std::cerr << "kivora: the picture " << path.toStdString() << " could not be written\n";
+    std::cerr << "kivora: the picture could not be written: " << Dialogs::GetFileFailure().toStdString() << "\n";
     return false;
 }
 

@@ -19,6 +19,7 @@
 #include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
+#include "ui/Dialogs.h"
 #include "ui/EmbeddedFonts.h"
 #include "ui/InstrumentStyle.h"
 #include "ui/PlainTexts.h"
@@ -56,7 +57,8 @@ int main(int argc, char** argv) {
     NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
     Kivora::RegisterEmbeddedFonts();
     SetStyle();
-    Kivora::InitLocale();
+    const Kivora::LocaleFileState localeFile = Kivora::InitLocale();
+    const QString localeFailure = Dialogs::GetFileFailure();
     const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
     if (!commandLine.locale.isEmpty()) {
         Kivora::SetLocale(commandLine.locale, false);
@@ -68,6 +70,7 @@ int main(int argc, char** argv) {
         demonstration.emplace(commandLine.demonstrationDir);
     }
     Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
+    window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });
     std::optional<Kivora::HeldInput> heldInput;

@@ -1,6 +1,9 @@
 #include "ui/Dialogs.h"
 
+#include <QCoreApplication>
 #include <QLabel>
+
+#include "engine/CKivora.h"
 
 namespace Dialogs {
 
@@ -40,6 +43,25 @@ QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const 
 void ShowFailure(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
                  const QString& details) {
     MakeBox(parent, icon, title, text, QMessageBox::Ok, details)->exec();
+}
+
+QString GetFileFailure() {
+    return Describe(NK::GetFileFailure());
+}
+
+QString Describe(const NK::FileFailure& failure) {
+    const QString reason = ToQt(NK::DescribeFileError(failure.error));
+    return ToQt(failure.path) + (reason.isEmpty() ? QString() : "\n" + reason);
+}
+
+QString WhySettingsAreNotSaved(const Kivora::CKivora& engine) {
+    const Kivora::SettingsFile& file = engine.GetSettingsFile();
+    QString why = GetFileFailure();
+    if (file.IsSavedBeside()) {
+        why += "\n" + QCoreApplication::translate("Dialogs", "What was changed is kept in this file until then:") +
+               "\n" + ToQt(file.GetPathBeside());
+    }
+    return why;
 }
 
 }  // namespace Dialogs

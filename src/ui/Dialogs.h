@@ -6,7 +6,12 @@
 #include <QMessageBox>
 #include <QString>
 
+#include "nk/nk_file_failure.h"
 #include "nk/nk_string.h"
+
+namespace Kivora {
+class CKivora;
+}
 
 namespace Dialogs {
 
@@ -31,6 +36,12 @@ QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const 
 /// The same with details below the text.
 void ShowFailure(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
                  const QString& details);
+
+/// The file that failed last since NK::ForgetFileFailure() and the reason, a line each; empty for none.
+QString GetFileFailure();
+QString Describe(const NK::FileFailure& failure);
+/// The same after the engine could not save its settings, and what has become of them.
+QString WhySettingsAreNotSaved(const Kivora::CKivora& engine);
 
 /// The pointer has the shape for waiting while this lives.
 class WaitCursor {

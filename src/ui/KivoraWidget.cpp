@@ -63,11 +63,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
     recordingStateChanged();
     setFocus();
     if (engine_ != nullptr) {
-        if (engine_->AreSettingsDamaged()) {
-            Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
-                          tr("The settings file is damaged. The default settings are in force; the file will be "
-                             "kept under another name."));
-        }
+        tellAboutSettings();
         openPorts();
     }
 }
@@ -114,9 +110,25 @@ void KivoraWidget::loadSettings() {
     // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
     // just now is shown by the constructor.
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin, Qt::QueuedConnection);
+    wallpaperRefused_ = wallpaperCache().GetTold();
     takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
     connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
     connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
+}
+
+void KivoraWidget::tellAboutSettings() {
+    using State = Kivora::SettingsFile::State;
+    const Kivora::SettingsFile& file = engine_->GetSettingsFile();
+    if (file.GetState() == State::kDamaged) {
+        notices_.Tell(QMessageBox::Warning, tr("Warning"),
+                      tr("The settings file is damaged. The default settings are in force; the file will be kept under "
+                         "another name."));
+    } else if (file.GetState() == State::kUnreadable) {
+        notices_.Tell(QMessageBox::Warning, tr("Warning"),
+                      tr("The settings file cannot be read at present. The default settings are in force. The file is "
+                         "left as it is; what you change is kept beside it and taken over when it can be read."),
+                      Dialogs::Describe(file.GetFailure()));
+    }
 }
 
 void KivoraWidget::openPorts() {
@@ -283,7 +295,10 @@ void KivoraWidget::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     window()->installEventFilter(this);
     if (!std::exchange(shownBefore_, true)) {
-        takesChanged();  // what an earlier run left
+        QTimer::singleShot(0, this, [this] {
+            notices_.Begin();
+            takesChanged();  // what an earlier run left
+        });
     }
 }
 

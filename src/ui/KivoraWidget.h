@@ -15,6 +15,8 @@
 #include "ui/PanelLegends.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
+#include "ui/StartNotices.h"
+#include "ui/WallpaperCache.h"
 
 class FocusRing;
 class MainDisplay;
@@ -61,6 +63,8 @@ public:
     void releaseAllBut(const NK::TPressedInput& down);
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
+    /// In a box, with the window behind it: at once, or as soon as it is shown.
+    StartNotices& notices() { return notices_; }
 
 public slots:
     void loadLanguageFiles();
@@ -207,6 +211,8 @@ private:
     void connectEngine();
     void loadSettings();
     void openPorts();
+    void tellAboutSettings();
+    WallpaperCache wallpaperCache() const;
 
     Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
@@ -224,6 +230,7 @@ private:
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
     bool askingAboutTakes_ = false;
     bool shownBefore_ = false;
+    StartNotices notices_{this};
     BYTE lastVelocity_ = 0;  ///< 0: none yet
     bool sustainShown_ = false;
     LeftView leftView_ = LeftView::kMetronome;

@@ -9,6 +9,8 @@
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "engine/TakeJournal.h"
+#include "nk/nk_directory.h"
+#include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 #include "ui/PanelFigure.h"
@@ -83,16 +85,21 @@ void KivoraWidget::stopAndSave() {
 }
 
 bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save) {
-    QFileDialog dialog(this, tr("Save MIDI File"), QString::fromWCharArray(engine_->GetUserDataDir().c_str()),
+    NK::CString& folder = engine_->GetLastFolders().takes;
+    QFileDialog dialog(this, tr("Save MIDI File"),
+                       Dialogs::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
                        tr("MIDI Files (*.mid *.midi)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("mid");
     dialog.selectFile(tr("Recording %1", "suggested file name").arg(begun.toString("yyyy-MM-dd HH.mm.ss")) + ".mid");
     while (dialog.exec() == QDialog::Accepted) {
-        if (save(NK::CString(dialog.selectedFiles().value(0).toStdWString().c_str()))) {
+        const NK::CString path = Dialogs::FromQt(dialog.selectedFiles().value(0));
+        if (save(path)) {
+            folder = NK::GetFolderName(path);
             return true;
         }
-        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to write MIDI file."));
+        Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), tr("Failed to write MIDI file."),
+                             Dialogs::GetFileFailure());
     }
     return false;
 }

@@ -34,16 +34,22 @@ void KivoraWidget::updateSkin() {
     WallpaperCache::Result loaded;
     if (!path.isEmpty()) {
         const Dialogs::WaitCursor cursor;
-        const WallpaperCache cache(QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/");
-        loaded = cache.Load(path, PanelGeometry::kWallpaper.size() * kFinestScreen);
+        loaded = wallpaperCache().Load(path, PanelGeometry::kWallpaper.size() * kFinestScreen);
         wallpaper_ = QPixmap::fromImage(loaded.image);
     }
     composeSkin();
-    // Told once: the skin is composed anew with every colour that is tried out.
+    // Told once, and not at every start: the skin is composed anew with every colour that is tried out.
     const QString refused = loaded.error.isEmpty() ? QString() : path;
-    if (std::exchange(wallpaperRefused_, refused) != refused && !refused.isEmpty()) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("Error Loading Wallpaper"), loaded.error);
+    if (engine_ != nullptr && std::exchange(wallpaperRefused_, refused) != refused) {
+        wallpaperCache().RememberTold(refused);
+        if (!refused.isEmpty()) {
+            notices_.Tell(QMessageBox::Critical, tr("Error Loading Wallpaper"), loaded.error, loaded.reason);
+        }
     }
+}
+
+WallpaperCache KivoraWidget::wallpaperCache() const {
+    return WallpaperCache(QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/");
 }
 
 void KivoraWidget::composeSkin() {

@@ -193,5 +193,5 @@ bool PresetList::confirm(const QString& question) {
 }
 
 void PresetList::showError(const QString& text) {
-    Dialogs::Show(this, QMessageBox::Critical, tr("Error"), text);
+    Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, Dialogs::GetFileFailure());
 }

@@ -1,26 +1,68 @@
 #include "ui/WallpaperCache.h"
 
 #include <cmath>
+#include <optional>
+#include <QBuffer>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QImageReader>
+#include <string>
 
 #include "nk/nk_atomic_save.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
-#include "nk/nk_paths.h"
+#include "nk/nk_file_content.h"
+#include "nk/nk_file_failure.h"
 #include "nk/nk_string_serializable.h"
+#include "ui/Dialogs.h"
 
 namespace {
 
 constexpr const char* kPictureFile = "wallpaper.bmp";
 constexpr const char* kPathFile = "wallpaper.txt";
+constexpr const char* kToldFile = "wallpaper-told.txt";
+constexpr std::size_t kMaxBytes = 512 * 1024 * 1024;
+constexpr const char* kNotLoaded = QT_TRANSLATE_NOOP("KivoraWidget", "Failed to load wallpaper image from:");
+constexpr const char* kNoSize = QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:");
 
-QString Text(const char* source) {
-    return QCoreApplication::translate("KivoraWidget", source);
+WallpaperCache::Result Failure(const char* source, const QString& path, const QString& reason = {}) {
+    return {{}, QCoreApplication::translate("KivoraWidget", source) + "\n" + path, reason};
 }
 
-QString Failure(const char* source, const QString& path) {
-    return Text(source) + "\n" + path;
+/// Of the file that failed last.
+QString SystemsReason() {
+    return Dialogs::ToQt(NK::DescribeFileError(NK::GetFileFailure().error));
+}
+
+/// Null with a reason, or a picture.
+WallpaperCache::Result Decode(const QString& path) {
+    NK::ForgetFileFailure();
+    const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(path), kMaxBytes);
+    if (!content) {
+        return Failure(kNotLoaded, path, SystemsReason());
+    }
+    QByteArray bytes = QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size()));
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, QFileInfo(path).suffix().toLatin1());
+    reader.setAutoTransform(true);
+    const QSize announced = reader.size();
+    if (announced.isValid() && announced.isEmpty()) {
+        return Failure(kNoSize, path);
+    }
+    const QImage picture = reader.read();
+    return picture.isNull() ? Failure(kNotLoaded, path, reader.errorString()) : WallpaperCache::Result{picture, {}, {}};
+}
+
+/// The text of a file of ours; empty for none.
+QString ReadText(const QString& path) {
+    NK::CDiskFile file(Dialogs::FromQt(path), NK::CDiskFile::kRead);
+    NK::CStringSerializable text;
+    return text.ReadFrom(file) ? Dialogs::ToQt(text) : QString();
+}
+
+bool WriteText(const QString& path, const QString& text) {
+    const NK::CStringSerializable written(Dialogs::FromQt(text));
+    return NK::SaveAtomically(Dialogs::FromQt(path), [&](NK::CFile& file) { return written.WriteTo(file); });
 }
 
 /// The top of a picture, as much of it as an area shows that it fills from side to side.
@@ -29,58 +71,67 @@ QImage ShownPart(const QImage& picture, const QSize& area) {
     return picture.height() > shown ? picture.copy(0, 0, picture.width(), shown) : picture;
 }
 
-NK::CString ToNK(const QString& text) {
-    return NK::CString(text.toStdWString().c_str());
-}
-
 }  // namespace
 
 WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& area) const {
     if (const QImage kept = LoadKept(path); !kept.isNull()) {
-        return {kept, {}};
+        return {kept, {}, {}};
     }
-    QImageReader reader(path);
-    reader.setAutoTransform(true);
-    const QSize announced = reader.size();
-    if (announced.isValid() && announced.isEmpty()) {
-        return {{}, Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:"), path)};
+    const Result source = Decode(path);
+    if (source.image.isNull()) {
+        return source;
     }
-    const QImage source = reader.read();
-    if (source.isNull()) {
-        return {{}, Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to load wallpaper image from:"), path)};
-    }
-    const QImage scaled = ShownPart(source, area)
+    const QImage scaled = ShownPart(source.image, area)
                               .scaledToWidth(area.width(), Qt::SmoothTransformation)
                               .convertToFormat(QImage::Format_RGB32);
-    if (scaled.isNull()) {
-        return {{}, Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:"), path)};
-    }
-    return {scaled, Keep(scaled, path)};
+    return scaled.isNull() ? Failure(kNoSize, path) : Keep(scaled, path);
 }
 
 QImage WallpaperCache::LoadKept(const QString& path) const {
-    NK::CDiskFile file(ToNK(folder_ + kPathFile), NK::CDiskFile::kRead);
-    NK::CStringSerializable keptPath;
-    if (!keptPath.ReadFrom(file) || QString::fromWCharArray(keptPath.c_str()) != path) {
+    if (ReadText(folder_ + kPathFile) != path) {
         return {};
     }
-    return QImage(folder_ + kPictureFile, "BMP");
+    const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(folder_ + kPictureFile), kMaxBytes);
+    return content ? QImage::fromData(reinterpret_cast<const uchar*>(content->data()),
+                                      static_cast<int>(content->size()), "BMP")
+                   : QImage();
 }
 
-QString WallpaperCache::Keep(const QImage& image, const QString& path) const {
-    NK::CreateFolder(ToNK(folder_));
+WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& path) const {
+    const auto failure = [&image](const char* source, const QString& file) {
+        Result result = Failure(source, file, SystemsReason());
+        result.image = image;
+        return result;
+    };
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "BMP");
     const QString picture = folder_ + kPictureFile;
     const QString pathFile = folder_ + kPathFile;
     // Between the two saves no path may name a picture that is not there.
-    NK::RemoveFile(ToNK(pathFile));
-    if (!NK::SaveAtomicallyByName(ToNK(picture), [&](const NK::CString& temporary) {
-            return image.save(QString::fromWCharArray(temporary.c_str()), "BMP");
-        })) {
-        return Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
+    NK::RemoveFile(Dialogs::FromQt(pathFile));
+    NK::ForgetFileFailure();
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (!NK::CreateFolder(Dialogs::FromQt(folder_)) ||
+        !NK::SaveAtomically(Dialogs::FromQt(picture),
+                            [&](NK::CFile& file) { return file.Write(bytes.constData(), 1, size) == size; })) {
+        return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
     }
-    const NK::CStringSerializable text(ToNK(path));
-    if (!NK::SaveAtomically(ToNK(pathFile), [&](NK::CFile& file) { return text.WriteTo(file); })) {
-        return Failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache information to:"), pathFile);
+    if (!WriteText(pathFile, path)) {
+        return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache information to:"), pathFile);
     }
-    return {};
+    return {image, {}, {}};
+}
+
+QString WallpaperCache::GetTold() const {
+    return ReadText(folder_ + kToldFile);
+}
+
+void WallpaperCache::RememberTold(const QString& path) const {
+    if (path.isEmpty()) {
+        NK::RemoveFile(Dialogs::FromQt(folder_ + kToldFile));
+    } else if (NK::CreateFolder(Dialogs::FromQt(folder_))) {
+        WriteText(folder_ + kToldFile, path);
+    }
 }

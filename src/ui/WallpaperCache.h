@@ -11,19 +11,26 @@
 class WallpaperCache {
 public:
     struct Result {
-        QImage image;   ///< null when there is no picture to show
-        QString error;  ///< what to tell the user, empty for nothing; the image may stand all the same
+        QImage image;    ///< null when there is no picture to show
+        QString error;   ///< what to tell the user, empty for nothing; the image may stand all the same
+        QString reason;  ///< why, in the system's words; may be empty
     };
 
     /// The folder is created with the first picture.
     explicit WallpaperCache(const QString& folder) : folder_(folder) {}
 
-    /// The picture at that path, as wide as the area with its own proportions, and cut off below it.
+    /// The picture at that path, as wide as the area with its own proportions, and cut off below it. Waits for
+    /// nothing but a disk: what is no regular file cannot be loaded.
     Result Load(const QString& path, const QSize& area) const;
+
+    /// The path of which the user was told last that its picture cannot be shown, in this run or before; empty for
+    /// none.
+    QString GetTold() const;
+    void RememberTold(const QString& path) const;
 
 private:
     QImage LoadKept(const QString& path) const;
-    QString Keep(const QImage& image, const QString& path) const;
+    Result Keep(const QImage& image, const QString& path) const;
 
     QString folder_;
 };

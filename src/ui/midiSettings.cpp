@@ -236,12 +236,14 @@ void midiSettings::disp2ColorChanged(const QColor& color) {
 
 void midiSettings::onWPBrowse() {
     const QString current = ui_->wpEdit->text();
+    const QString last = engine_ != nullptr ? Dialogs::ToQt(engine_->GetLastFolders().wallpapers) : QString();
     const QString path = QFileDialog::getOpenFileName(this, tr("Select wallpaper image"),
-                                                      current.isEmpty() ? QString() : QFileInfo(current).absolutePath(),
+                                                      current.isEmpty() ? last : QFileInfo(current).absolutePath(),
                                                       tr("Image files") + " (*.png *.xpm *.jpg *.jpeg *.bmp)");
     if (!path.isEmpty()) {
         ui_->wpEdit->setText(path);
         if (engine_ != nullptr) {
+            engine_->GetLastFolders().wallpapers = Dialogs::FromQt(QFileInfo(path).absolutePath());
             engine_->SetWallpaper(path);
         }
     }
@@ -306,7 +308,7 @@ void midiSettings::closeClicked() {
         engine_->SetTranslateKeyNames(ui_->translateKeyNames->isChecked());
         engine_->SetShowNoteNames(ui_->showNoteNames->isChecked());
         if (!engine_->SaveSettings()) {
-            showError(tr("Failed to save the settings."));
+            showError(tr("Failed to save the settings."), Dialogs::WhySettingsAreNotSaved(*engine_));
         }
     }
     takeLanguage();
@@ -316,12 +318,12 @@ void midiSettings::closeClicked() {
 void midiSettings::takeLanguage() {
     const QString code = ui_->localeCombo->currentData().toString();
     if (code != Kivora::MatchLocale(Kivora::GetCurrentLocale()) && !Kivora::SetLocale(code, true)) {
-        showError(tr("Failed to save the settings."));
+        showError(tr("Failed to save the settings."), Dialogs::GetFileFailure());
     }
 }
 
-void midiSettings::showError(const QString& text) {
+void midiSettings::showError(const QString& text, const QString& details) {
     QApplication::setOverrideCursor(Qt::ArrowCursor);
-    Dialogs::Show(this, QMessageBox::Critical, tr("Error"), text);
+    Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, details);
     QApplication::restoreOverrideCursor();
 }

@@ -61,7 +61,7 @@ private:
     /// Runs the action; a box says what failed when it throws.
     void attempt(const QString& failure, const std::function<void()>& action);
     void takeLanguage();
-    void showError(const QString& text);
+    void showError(const QString& text, const QString& details = {});
 
     std::unique_ptr<Ui::midiSettings> ui_;
     Kivora::EngineFront* front_;

@@ -1,5 +1,8 @@
 // What the demonstration leaves behind on a machine without a display, a sound card and a MIDI device.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include <QFile>
 #include <QImage>
@@ -30,10 +33,9 @@ int RunProgram(const QStringList& arguments, const QProcessEnvironment& variable
     return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
 }
 
-TEST(Demonstration, LeavesAPictureTheMidiFileAndItsSound) {
-    const KivoraTest::CTemporaryFolder folder;
+/// Of a machine with nothing but a sound font in the folder.
+QProcessEnvironment Variables(const KivoraTest::CTemporaryFolder& folder) {
     const auto path = [&folder](const char* name) { return QString::fromStdString((folder / name).string()); };
-    KivoraTest::WriteBytes(folder / "tiny.sf2", KivoraTest::MakeTinySoundFont());
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (const char* unwanted : {"KIVORA_AUDIO_DRIVER", "KIVORA_AUDIO_FILE", "WAYLAND_DISPLAY", "PULSE_SERVER"}) {
         variables.remove(unwanted);
@@ -43,7 +45,26 @@ TEST(Demonstration, LeavesAPictureTheMidiFileAndItsSound) {
     variables.insert("HOME", path("home"));
     variables.insert("XDG_DATA_HOME", path("data"));
     variables.insert("KIVORA_SOUNDFONT", path("tiny.sf2"));
-    ASSERT_EQ(RunProgram({"--demo", path("out")}, variables), 0);
+    return variables;
+}
+
+TEST(Demonstration, NobodyWaitsForAFifoInPlaceOfWhatItLeaves) {
+    const KivoraTest::CTemporaryFolder folder;
+    const auto path = [&folder](const char* name) { return QString::fromStdString((folder / name).string()); };
+    std::filesystem::create_directory(folder / "out");
+    ASSERT_EQ(mkfifo((folder / "out/demo.wav").c_str(), 0600), 0);
+    KivoraTest::WriteBytes(folder / "tiny.sf2", KivoraTest::MakeTinySoundFont());
+    EXPECT_EQ(RunProgram({"--demo", path("out")}, Variables(folder)), 1);
+    std::filesystem::remove(folder / "out/demo.wav");
+    ASSERT_EQ(mkfifo((folder / "out/demo.mid").c_str(), 0600), 0);
+    EXPECT_EQ(RunProgram({"--demo", path("out")}, Variables(folder)), 1);
+}
+
+TEST(Demonstration, LeavesAPictureTheMidiFileAndItsSound) {
+    const KivoraTest::CTemporaryFolder folder;
+    const auto path = [&folder](const char* name) { return QString::fromStdString((folder / name).string()); };
+    KivoraTest::WriteBytes(folder / "tiny.sf2", KivoraTest::MakeTinySoundFont());
+    ASSERT_EQ(RunProgram({"--demo", path("out")}, Variables(folder)), 0);
 
     const QImage picture(path("out/screenshot.png"));
     EXPECT_GE(picture.width(), 1000);

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QTest>
 #include <QScreen>
 #include <QTimer>
 #include <stdexcept>
@@ -221,6 +222,18 @@ TEST_F(MainWindowTest, TheEndWithoutADisplaySilencesAndSaves) {
     EXPECT_FALSE(std::filesystem::is_empty(rig_.folder / "user" / "Takes"));
     EXPECT_FALSE(window.GetFront()->GetEngine().IsOutputReady());
     EXPECT_EQ(titles_, QStringList());
+}
+
+TEST_F(MainWindowTest, ALanguageThatIsNotKnownIsToldOnceTheWindowIsThere) {
+    MainWindow window(RealEngine());
+    window.TellAboutLocaleFile(Kivora::LocaleFileState::kGood, "path");
+    window.TellAboutLocaleFile(Kivora::LocaleFileState::kUnreadable, "path\nreason");
+    window.TellAboutLocaleFile(Kivora::LocaleFileState::kDamaged, {});
+    EXPECT_EQ(titles_, QStringList());
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return titles_.size() == 2; }));
+    EXPECT_TRUE(texts_[0].contains("cannot be read at present"));
+    EXPECT_TRUE(texts_[1].contains("is damaged"));
 }
 
 TEST_F(MainWindowTest, QuietItSaysNothing) {

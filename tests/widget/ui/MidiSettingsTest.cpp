@@ -345,10 +345,37 @@ TEST_F(SettingsDialog, ConfirmingSavesTheSettingsFile) {
 TEST_F(SettingsDialog, ASettingsFileThatCannotBeWrittenIsReported) {
     std::filesystem::create_directories(rig.folder / "user" / "Kivora.ini" / "in the way");
     Open();
-    boxes.click(QMessageBox::Ok);
+    std::string details;
+    boxes.add([&details](QWidget& box) {
+        details = dynamic_cast<QMessageBox&>(box).informativeText().toStdString();
+        box.close();
+    });
     Click("pushButton");
     EXPECT_THAT(boxes.take(), ElementsAre("Error|Failed to save the settings."));
+    const std::string path = (rig.folder / "user/Kivora.ini").native();
+    EXPECT_EQ(details, path + "\nIt is no regular file\nWhat was changed is kept in this file until then:\n" + path +
+                           ".changes");
     EXPECT_FALSE(dialog->isVisible());
+}
+
+TEST_F(SettingsDialog, TheFolderOfTheLastWallpaperIsOfferedAgain) {
+    Open();
+    std::filesystem::create_directories(rig.folder / "pictures");
+    std::ofstream(rig.folder / "pictures/blue.png") << "not decoded here";
+    const QString folder = QString::fromStdString((rig.folder / "pictures").native());
+    boxes.add([&](QWidget& files) {
+        files.findChild<QLineEdit*>("fileNameEdit")->setText(folder + "/blue.png");
+        QMetaObject::invokeMethod(&files, "accept");
+    });
+    Click("wpBrowseBtn");
+    Click("wpClearBtn");
+    QString offered;
+    boxes.add([&](QWidget& files) {
+        offered = dynamic_cast<QFileDialog&>(files).directory().absolutePath();
+        files.close();
+    });
+    Click("wpBrowseBtn");
+    EXPECT_EQ(offered, folder);
 }
 
 TEST_F(SettingsDialog, TheChosenLanguageIsTakenAndRememberedOnClosing) {

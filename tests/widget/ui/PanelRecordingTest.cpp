@@ -1,6 +1,8 @@
 // Recording from the panel: its controls, its limits, saving, and the takes that wait to be saved.
 #include "widget/ui/PanelRig.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -174,7 +176,47 @@ TEST_F(PanelRecording, AFileThatCannotBeWrittenLeadsToAnotherName) {
     answers.TypeFile(PathOf("missing folder/take.mid")).Click(QMessageBox::Ok).TypeFile(PathOf("second.mid"));
     Click("stop");
     EXPECT_EQ(answers.seen, (Seen{"Save MIDI File", "Error: Failed to write MIDI file.", "Save MIDI File"}));
+    EXPECT_EQ(answers.details, Seen{PathOf("missing folder/take.mid").toStdString() + "\nNo such file or directory"});
     EXPECT_TRUE(IsMIDIFile("second.mid"));
+}
+
+TEST_F(PanelRecording, NobodyWaitsForAFifoInPlaceOfTheFile) {
+    ASSERT_EQ(mkfifo((rig.folder / "fifo.mid").c_str(), 0600), 0);
+    Record();
+    PlayNote();
+    ModalAnswers answers;
+    answers.TypeFile(PathOf("fifo.mid")).Click(QMessageBox::Yes).Click(QMessageBox::Ok).TypeFile(PathOf("other.mid"));
+    Click("stop");
+    EXPECT_EQ(answers.details, Seen{PathOf("fifo.mid").toStdString() + "\nIt is no regular file"});
+    EXPECT_TRUE(IsMIDIFile("other.mid"));
+}
+
+TEST_F(PanelRecording, TheFolderOfTheLastSavedTakeIsOfferedAgain) {
+    const auto folderOfDialog = [this] {
+        QString offered;
+        Record();
+        PlayNote();
+        ModalAnswers answers;
+        answers.Then([&offered](QDialog& dialog) {
+            offered = dynamic_cast<QFileDialog&>(dialog).directory().absolutePath();
+            dialog.reject();
+        });
+        Click("stop");
+        return offered;
+    };
+    EXPECT_EQ(folderOfDialog(), PathOf("user"));
+    std::filesystem::create_directories(rig.folder / "mine/takes");
+    ModalAnswers answers;
+    answers.TypeFile(PathOf("mine/takes/first.mid"));
+    panel->onStopRecording();
+    ASSERT_TRUE(IsMIDIFile("mine/takes/first.mid"));
+    EXPECT_EQ(folderOfDialog(), PathOf("mine/takes"));
+    ASSERT_TRUE(Engine().SaveSettings());
+    Engine().GetLastFolders() = {};
+    ASSERT_TRUE(Engine().LoadSettings());
+    EXPECT_EQ(folderOfDialog(), PathOf("mine/takes")) << "by the next start";
+    std::filesystem::rename(rig.folder / "mine", rig.folder / "gone");
+    EXPECT_EQ(folderOfDialog(), PathOf("user"));
 }
 
 TEST_F(PanelRecording, ATakeWhoseDialogWasRefusedCanBeSavedLater) {

@@ -77,6 +77,7 @@ public:
 
     bool AllGiven() const { return answers_.empty(); }
     std::vector<std::string> seen;
+    std::vector<std::string> details;  ///< what stood below the text, of the boxes in which something did
 
 private:
     /// A timer of its own each time: one that is being handled does not fire in the event loops of its handler.
@@ -92,6 +93,9 @@ private:
         const QScopedValueRollback<const QDialog*> answering(answering_, dialog);
         const auto* const box = qobject_cast<QMessageBox*>(dialog);
         seen.push_back(dialog->windowTitle().toStdString() + (box != nullptr ? ": " + box->text().toStdString() : ""));
+        if (box != nullptr && !box->informativeText().isEmpty()) {
+            details.push_back(box->informativeText().toStdString());
+        }
         if (answers_.empty()) {
             dialog->reject();
             return;

@@ -65,6 +65,22 @@ TEST_F(PanelStart, DamagedSettingsAreTold) {
                                  "will be kept under another name."});
 }
 
+TEST_F(PanelStart, SettingsThatCannotBeReadAreToldWithThePathAndTheReasonOnceTheWindowIsThere) {
+    std::filesystem::create_directories(rig.folder / "user");
+    std::filesystem::create_symlink("/proc/self/mem", rig.folder / "user/Kivora.ini");
+    ModalAnswers answers;
+    bool windowIsThere = false;
+    answers.Then([&](QDialog& box) {
+        windowIsThere = window && window->isVisible();
+        box.reject();
+    });
+    Start();
+    EXPECT_TRUE(windowIsThere);
+    ASSERT_EQ(answers.seen.size(), 1u);
+    EXPECT_NE(answers.seen[0].find("cannot be read at present"), std::string::npos) << answers.seen[0];
+    EXPECT_EQ(answers.details, Seen{(rig.folder / "user/Kivora.ini").native() + "\nInput/output error"});
+}
+
 TEST_F(PanelStart, AnOutputThatIsLostIsToldAndWhatIsHeldIsReleased) {
     Start();
     Press(Qt::Key_Z);

@@ -1,6 +1,8 @@
 // The wallpaper, its cache on the disk, and the tint of the panel.
 #include "widget/ui/PanelRig.h"
 
+#include <sys/stat.h>
+
 #include <atomic>
 #include <filesystem>
 #include <QImage>
@@ -191,21 +193,64 @@ TEST_F(PanelWallpaper, AFailureIsToldOnceWhileColoursAreTriedOut) {
     EXPECT_TRUE(answers.AllGiven()) << "chosen once more it is told once more";
 }
 
-TEST_F(PanelWallpaper, AFailureAtTheStartIsToldOnce) {
-    Engine().SetWallpaper(PathOf("missing.png"));
-    ASSERT_TRUE(Engine().SaveSettings());
-    CloseWindow();
-    front->Close();
-    front.reset();
-    rig.engine.reset();
-    CreateEngine();
+TEST_F(PanelWallpaper, AFailureAtTheStartIsToldOnceUntilItChangesAndWithTheWindowThere) {
+    const auto startAgain = [this] {
+        CloseWindow();
+        front->Close();
+        front.reset();
+        rig.engine.reset();
+        CreateEngine();
+        ModalAnswers answers;
+        bool windowIsThere = true;
+        answers.Then([&](QDialog& box) {
+            windowIsThere = window && window->isVisible();
+            box.accept();
+        });
+        ShowPanel();
+        EXPECT_TRUE(windowIsThere);
+        return answers.seen;
+    };
+    const Seen told{
+        ("Error Loading Wallpaper: Failed to load wallpaper image from:\n" + PathOf("stick.png")).toStdString()};
+    MakePicture("stick.png", Qt::blue);
+    WriteFileBytes(rig.folder / "user/Kivora.ini", "[Kivora]\nWallpaper=" + PathOf("stick.png").toStdString() + "\n");
+    const auto pull = [this] {
+        std::filesystem::rename(rig.folder / "stick.png", rig.folder / "pulled.png");
+        std::filesystem::remove_all(rig.folder / "user/Cache/wallpaper.bmp");
+    };
+    pull();
+    EXPECT_EQ(startAgain(), told);
+    EXPECT_EQ(startAgain(), Seen{});
+    EXPECT_EQ(startAgain(), Seen{});
+    std::filesystem::rename(rig.folder / "pulled.png", rig.folder / "stick.png");
+    EXPECT_EQ(startAgain(), Seen{});
+    EXPECT_EQ(HueAt(kBareBody), kBlue);
+    pull();
+    EXPECT_EQ(startAgain(), told) << "it was there in between";
+}
+
+TEST_F(PanelWallpaper, TheReasonIsTold) {
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok).Click(QMessageBox::Ok).Click(QMessageBox::Ok);
+    Set(PathOf("missing.png"));
+    ASSERT_EQ(mkfifo((rig.folder / "fifo.png").c_str(), 0600), 0);
+    Set(PathOf("fifo.png"));
+    const QString path = MakePicture("blue.png", Qt::blue);
+    const CFileSizeLimit full(1000);
+    Set(path);
+    EXPECT_EQ(answers.details, (Seen{"No such file or directory", "It is no regular file", "File too large"}));
+}
+
+TEST_F(PanelWallpaper, NobodyWaitsForAFifoInPlaceOfTheCache) {
+    std::filesystem::create_directories(rig.folder / "user/Cache");
+    for (const char* const name : {"wallpaper.bmp", "wallpaper.txt", "wallpaper-told.txt"}) {
+        ASSERT_EQ(mkfifo((rig.folder / "user/Cache" / name).c_str(), 0600), 0);
+    }
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
-    ShowPanel();
-    EXPECT_EQ(
-        answers.seen,
-        Seen{
-            ("Error Loading Wallpaper: Failed to load wallpaper image from:\n" + PathOf("missing.png")).toStdString()});
+    Set(MakePicture("blue.png", Qt::blue));
+    EXPECT_EQ(HueAt(kBareBody), kBlue);
+    EXPECT_EQ(answers.details, Seen{"It is no regular file"});
 }
 
 TEST_F(PanelWallpaper, AFullDiskIsTold) {

@@ -290,9 +290,14 @@ TEST_F(Presets, AFailureToLoadIsReportedAndTheDialogStays) {
     AddUser(L"Alto");
     Open(false);
     std::filesystem::remove(rig.folder / "user" / "Presets" / "Alto.kivoraLXPreset");
-    boxes.click(QMessageBox::Ok);
+    std::string details;
+    boxes.add([&details](QWidget& box) {
+        details = dynamic_cast<QMessageBox&>(box).informativeText().toStdString();
+        box.close();
+    });
     Click("loadBtn");
     EXPECT_THAT(boxes.take(), ElementsAre("Error|Failed to load the preset."));
+    EXPECT_EQ(details, (rig.folder / "user/Presets/Alto.kivoraLXPreset").native() + "\nNo such file or directory");
     EXPECT_TRUE(dialog->isVisible());
 }
 
