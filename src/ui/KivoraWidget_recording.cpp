@@ -190,14 +190,16 @@ bool KivoraWidget::isReadyToClose() {
         return true;
     }
     // What waits is offered again at the next start, if it is there to be offered.
+    NK::ForgetFileFailure();
     takes_->WriteOut();
     const auto waiting = takes_->GetWaiting();
     if (std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; })) {
         return true;
     }
-    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
-                  tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
-                     "Save the recording in another folder, or discard it."));
+    Dialogs::ShowFailure(this, QMessageBox::Warning, tr("Warning"),
+                         tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
+                            "Save the recording in another folder, or discard it."),
+                         Dialogs::GetFileFailure());
     return false;
 }
 
