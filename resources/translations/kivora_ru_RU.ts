@@ -48,6 +48,104 @@
     </message>
 </context>
 <context>
+    <name>Dialogs</name>
+    <message>
+        <source>What was changed is kept in this file until then:</source>
+        <translation>До тех пор изменения хранятся в файле:</translation>
+    </message>
+</context>
+<context>
+    <name>Files</name>
+    <message>
+        <source>Operation not permitted</source>
+        <translation>Операция не разрешена</translation>
+    </message>
+    <message>
+        <source>No such file or directory</source>
+        <translation>Нет такого файла или папки</translation>
+    </message>
+    <message>
+        <source>Input/output error</source>
+        <translation>Ошибка ввода-вывода</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>Нет прав доступа</translation>
+    </message>
+    <message>
+        <source>File exists</source>
+        <translation>Файл уже существует</translation>
+    </message>
+    <message>
+        <source>Not a directory</source>
+        <translation>Это не папка</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>Это папка</translation>
+    </message>
+    <message>
+        <source>Too many open files in system</source>
+        <translation>В системе открыто слишком много файлов</translation>
+    </message>
+    <message>
+        <source>Too many open files</source>
+        <translation>Открыто слишком много файлов</translation>
+    </message>
+    <message>
+        <source>Text file busy</source>
+        <translation>Файл занят: эта программа выполняется</translation>
+    </message>
+    <message>
+        <source>File too large</source>
+        <translation>Файл слишком велик</translation>
+    </message>
+    <message>
+        <source>No space left on device</source>
+        <translation>На диске не осталось места</translation>
+    </message>
+    <message>
+        <source>Read-only file system</source>
+        <translation>Диск доступен только для чтения</translation>
+    </message>
+    <message>
+        <source>File name too long</source>
+        <translation>Слишком длинное имя файла</translation>
+    </message>
+    <message>
+        <source>Too many levels of symbolic links</source>
+        <translation>Слишком длинная цепочка ссылок</translation>
+    </message>
+    <message>
+        <source>Stale file handle</source>
+        <translation>Файл на сервере больше не доступен</translation>
+    </message>
+    <message>
+        <source>Disk quota exceeded</source>
+        <translation>Превышена дисковая квота</translation>
+    </message>
+    <message>
+        <source>Device or resource busy</source>
+        <translation>Устройство занято</translation>
+    </message>
+    <message>
+        <source>Transport endpoint is not connected</source>
+        <translation>Нет соединения с диском</translation>
+    </message>
+    <message>
+        <source>Host is down</source>
+        <translation>Сервер не отвечает</translation>
+    </message>
+    <message>
+        <source>It is no regular file</source>
+        <translation>Это не обычный файл</translation>
+    </message>
+    <message>
+        <source>It is too large</source>
+        <translation>Он слишком велик</translation>
+    </message>
+</context>
+<context>
     <name>GM</name>
     <message>
         <source>Acoustic Grand Piano</source>
@@ -893,6 +991,18 @@
         <source>Failed to save the settings.</source>
         <translation>Не удалось сохранить настройки.</translation>
     </message>
+    <message>
+        <source>Warning</source>
+        <translation>Предупреждение</translation>
+    </message>
+    <message>
+        <source>The file that remembers the language is damaged. The system&apos;s language is in force. The file was kept under another name.</source>
+        <translation>Файл, в котором хранится язык, повреждён. Выбран язык системы. Файл сохранён под другим именем.</translation>
+    </message>
+    <message>
+        <source>The file that remembers the language cannot be read at present. The system&apos;s language is in force, and the file is left as it is.</source>
+        <translation>Файл, в котором хранится язык, сейчас не читается. Выбран язык системы, а файл оставлен как есть.</translation>
+    </message>
 </context>
 <context>
     <name>Kivora::TakeJournal</name>
@@ -1310,6 +1420,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Secondary voice arpeggiator</source>
         <translation>Арпеджиатор второго голоса</translation>
+    </message>
+    <message>
+        <source>The settings file cannot be read at present. The default settings are in force. The file is left as it is; what you change is kept beside it and taken over when it can be read.</source>
+        <translation>Файл настроек сейчас не читается. Действуют настройки по умолчанию. Файл оставлен как есть; то, что вы измените, хранится рядом с ним и вступит в силу, когда файл удастся прочитать.</translation>
     </message>
 </context>
 <context>
