@@ -83,7 +83,12 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
         variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
     }
     program_.setProcessEnvironment(variables);
-    program_.setProcessChannelMode(QProcess::ForwardedChannels);
+    if (keepsOutput_) {
+        program_.setProcessChannelMode(QProcess::MergedChannels);
+        program_.setStandardOutputFile(dir_.filePath("output"));
+    } else {
+        program_.setProcessChannelMode(QProcess::ForwardedChannels);
+    }
     program_.start(KIVORA_PROGRAM, arguments);
     if (!program_.waitForStarted(kLimitMs)) {
         std::cerr << "the program did not start: " << program_.errorString().toStdString() << "\n";
@@ -214,6 +219,19 @@ bool InstrumentProcess::SavePicture(const QString& path) {
     return picture.save(path);
 }
 
+void InstrumentProcess::KeepOutput() {
+    keepsOutput_ = true;
+}
+
+QString InstrumentProcess::GetOutput() const {
+    QFile file(dir_.filePath("output"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+bool InstrumentProcess::IsRunning() {
+    return program_.state() != QProcess::NotRunning && !program_.waitForFinished(0);
+}
+
 int InstrumentProcess::Close() {
     // There is no window manager that would ask the window to close, so its message is sent from here (ICCCM, 4.2.8.1).
     xcb_connection_t* server = xcb_connect(display_.toLatin1().constData(), nullptr);
@@ -256,6 +274,6 @@ void InstrumentProcess::Signal(int number) const {
 }
 
 int InstrumentProcess::WaitForExitCode() {
-    const bool finished = program_.waitForFinished(kLimitMs);
+    const bool finished = program_.state() == QProcess::NotRunning || program_.waitForFinished(kLimitMs);
     return finished && program_.exitStatus() == QProcess::NormalExit ? program_.exitCode() : -1;
 }

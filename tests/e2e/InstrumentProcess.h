@@ -57,18 +57,26 @@ public:
     int KillClient();
     /// Sends the program a signal.
     void Signal(int number) const;
+    /// Before the start: what the program prints is kept in a file instead of being passed on.
+    void KeepOutput();
+    /// What the program printed so far, where it is kept.
+    QString GetOutput() const;
+    bool IsRunning();
+    /// Waits for the program's end, which it came to by itself; its exit code, or -1.
+    int WaitForExitCode();
+    QString GetDisplay() const { return display_; }
     QString GetWindow() const { return window_; }
     QString GetDataDir() const { return dir_.path(); }
 
 private:
     bool StartServer();
-    int WaitForExitCode();
 
     QTemporaryDir dir_;
     QProcess server_;
     QProcess program_;
     QString display_;
     QString window_;
+    bool keepsOutput_ = false;
 };
 
 /// Polls `condition` until it holds or the limit has passed.

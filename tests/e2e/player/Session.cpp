@@ -1,0 +1,376 @@
+#include "e2e/player/Session.h"
+
+#include <algorithm>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStringList>
+
+namespace Player {
+
+namespace {
+
+constexpr int kEscape = 9;
+constexpr int kReturn = 36;
+constexpr int kLeftButton = 1;
+constexpr int kLimitMs = 30000;
+/// The longest that a note of an arpeggio lasts, and more.
+constexpr int kQuietLimitMs = 8000;
+constexpr int kThousandths = 1000;
+/// Middle C.
+constexpr int kPianoKeyX = 478;
+constexpr int kPianoKeyY = 500;
+
+constexpr const char* kLayouts[] = {"us,ru,de,fr", "ru,us,gb,fr", "fr,de,us,ru"};
+
+/// What the program may say: that there is no sound card, and that a device went which the player unplugged.
+bool IsAnnounced(const QString& line) {
+    static const QStringList kParts = {"FluidSynth: ", "Software synthesizer: ", "ALSA lib "};
+    return std::any_of(kParts.begin(), kParts.end(), [&](const QString& part) { return line.contains(part); });
+}
+
+std::string Join(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : "; ") + name;
+    }
+    return text;
+}
+
+}  // namespace
+
+Session::Session() : devices_(dir_.filePath("devices").toStdString()) {
+}
+
+Session::~Session() = default;
+
+bool Session::Start() {
+    // The manual is asked for and goes nowhere.
+    QFile::link("/bin/true", dir_.filePath("xdg-open"));
+    instrument_.KeepOutput();
+    if (!instrument_.Start({}, {"KIVORA_STANDIN_DEVICES=" + dir_.filePath("devices"),
+                                "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH")})) {
+        return false;
+    }
+    client_ = std::make_unique<XClient>(instrument_.GetDisplay().toStdString());
+    windows_ = std::make_unique<WindowManager>(*client_, instrument_.GetWindow().toUInt());
+    panel_ = client_->GetPlace(windows_->GetPanel());
+    Do({EAct::kLayout, {0}});
+    Meet();
+    return !failure_;
+}
+
+std::optional<TFailure> Session::Play(const CActions& actions) {
+    if (!Start()) {
+        Fail(TFailure::EKind::kNoStart, "the program did not start");
+        return failure_;
+    }
+    for (const TAction& action : actions) {
+        Do(action);
+        ++doneCount_;
+        if (failure_ || windows_->IsGone()) {
+            break;
+        }
+    }
+    if (!failure_) {
+        Close();
+    }
+    return failure_;
+}
+
+void Session::Do(const TAction& action) {
+    const auto& [first, second, third] = action.numbers;
+    switch (action.act) {
+        case EAct::kKeyDown:
+            MoveKey(first, true);
+            break;
+        case EAct::kKeyUp:
+            MoveKey(first, false);
+            break;
+        case EAct::kMove:
+            client_->MovePointer(panel_.x + first, panel_.y + second);
+            break;
+        case EAct::kMoveOver: {
+            windows_->Attend();
+            const TPlace place = client_->GetPlace(windows_->GetTop().id);
+            client_->MovePointer(place.x + place.width * first / kThousandths,
+                                 place.y + place.height * second / kThousandths);
+            break;
+        }
+        case EAct::kButtonDown:
+            MoveButton(first, true);
+            break;
+        case EAct::kButtonUp:
+            MoveButton(first, false);
+            break;
+        case EAct::kGroup:
+            client_->LockGroup(first);
+            break;
+        case EAct::kLayout:
+            instrument_.RunOnDisplay("setxkbmap", {"-layout", kLayouts[first]});
+            break;
+        case EAct::kMIDI:
+            SendMIDI(action.numbers);
+            break;
+        case EAct::kOverflow:
+            devices_.Overflow();
+            break;
+        case EAct::kUnplug:
+            devices_.Unplug(first);
+            devices_.Listen(sounding_);
+            if (first == Standin::kInput) {
+                played_.clear();
+            }
+            break;
+        case EAct::kPlug:
+            devices_.PlugIn(first);
+            break;
+        case EAct::kFailWrite:
+            devices_.FailNextWrite();
+            break;
+        case EAct::kLeave:
+            windows_->Leave();
+            break;
+        case EAct::kReturn:
+            windows_->Return();
+            break;
+        case EAct::kGrab:
+            client_->GrabKeys();
+            break;
+        case EAct::kUngrab:
+            client_->UngrabKeys();
+            break;
+        case EAct::kFile:
+            AnswerFileDialog(first != 0);
+            break;
+        case EAct::kMeet:
+            Meet();
+            break;
+        case EAct::kRounds:
+            PassRounds(first);
+            break;
+        case EAct::kRest:
+            Rest();
+            break;
+        case EAct::kHome:
+            GoHome();
+            break;
+        case EAct::kProve:
+            Prove();
+            break;
+    }
+}
+
+bool Session::MayPress() const {
+    // Nothing is pressed at random in a dialog that reaches the files of whoever runs the test.
+    windows_->Attend();
+    return windows_->GetTop().kind != WindowManager::EKind::kFileDialog;
+}
+
+void Session::MoveKey(int code, bool down) {
+    if (down ? !keys_.contains(code) && MayPress() : keys_.contains(code)) {
+        client_->MoveKey(code, down);
+        down ? static_cast<void>(keys_.insert(code)) : static_cast<void>(keys_.erase(code));
+    }
+}
+
+void Session::MoveButton(int button, bool down) {
+    if (down ? !buttons_.contains(button) && MayPress() : buttons_.contains(button)) {
+        client_->MoveButton(button, down);
+        down ? static_cast<void>(buttons_.insert(button)) : static_cast<void>(buttons_.erase(button));
+    }
+}
+
+void Session::SendMIDI(const std::array<int, 3>& message) {
+    const auto& [status, data1, data2] = message;
+    const int kind = status & 0xF0;
+    const int channel = status & 0x0F;
+    if (kind == 0x90 && data2 > 0) {
+        played_.insert({0x80 | channel, data1});
+    } else if (kind == 0x80 || kind == 0x90) {
+        played_.erase({0x80 | channel, data1});
+    } else if (kind == 0xB0 && (data1 == 64 || data1 == 66 || data1 == 69)) {
+        played_.insert({status, data1});
+    }
+    devices_.Play(static_cast<std::uint32_t>(status | data1 << 8 | data2 << 16));
+}
+
+void Session::AnswerFileDialog(bool accepts) {
+    windows_->Attend();
+    if (windows_->GetTop().kind != WindowManager::EKind::kFileDialog) {
+        return;
+    }
+    const int key = accepts ? kReturn : kEscape;
+    client_->MoveKey(key, true);
+    client_->MoveKey(key, false);
+}
+
+void Session::LetGo() {
+    client_->UngrabKeys();
+    for (const int key : keys_) {
+        client_->MoveKey(key, false);
+    }
+    for (const int button : buttons_) {
+        client_->MoveButton(button, false);
+    }
+    for (const auto& [status, number] : played_) {
+        devices_.Play(static_cast<std::uint32_t>(status | number << 8));
+    }
+    keys_.clear();
+    buttons_.clear();
+    played_.clear();
+}
+
+void Session::Meet() {
+    if (!windows_->Meet(kLimitMs)) {
+        CheckAlive();
+        return;
+    }
+    QElapsedTimer timer;
+    timer.start();
+    while (!devices_.IsInputRead()) {
+        if (timer.hasExpired(kLimitMs)) {
+            Fail(TFailure::EKind::kStuck, "the program reads its input no more");
+            return;
+        }
+        windows_->Wait();
+    }
+}
+
+void Session::PassRounds(int count) {
+    const std::uint32_t from = devices_.GetInputRounds();
+    for (int met = 0; !failure_ && !windows_->IsGone(); ++met) {
+        const auto passed = static_cast<int>(devices_.GetInputRounds() - from);
+        // Nothing counts rounds without an input; then it is as often as the window answers.
+        if (passed >= count || (met >= count && !devices_.IsInputOpen())) {
+            return;
+        }
+        Meet();
+    }
+}
+
+bool Session::IsQuiet() {
+    devices_.Listen(sounding_);
+    return sounding_.IsQuiet();
+}
+
+void Session::Rest() {
+    constexpr int kQuietRounds = 40;  // what was still on its way has been written by then
+    LetGo();
+    ++restCount_;
+    QElapsedTimer timer;
+    timer.start();
+    do {
+        Meet();
+        if (IsQuiet()) {
+            PassRounds(kQuietRounds);
+            if (IsQuiet()) {
+                CheckAlive();
+                return;
+            }
+        }
+        if (windows_->IsGone()) {
+            return;
+        }
+        windows_->Wait();
+    } while (!failure_ && !timer.hasExpired(kQuietLimitMs));
+    Fail(TFailure::EKind::kHangs, Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));
+}
+
+void Session::GoHome() {
+    constexpr int kTries = 60;
+    constexpr int kPoliteTries = 20;
+    LetGo();
+    windows_->Return();
+    Meet();
+    for (int tried = 0; !failure_ && !windows_->IsPanelAlone(); ++tried) {
+        const WindowManager::TWindow top = windows_->GetTop();
+        if (tried == kTries) {
+            Fail(TFailure::EKind::kStuck, "a window does not close");
+            return;
+        }
+        if (tried >= kPoliteTries && top.kind != WindowManager::EKind::kPopUp) {
+            windows_->Close(top.id);
+        } else {
+            client_->MoveKey(kEscape, true);
+            client_->MoveKey(kEscape, false);
+        }
+        Meet();
+        windows_->Attend();
+    }
+    Meet();
+}
+
+void Session::Prove() {
+    windows_->Attend();
+    if (!windows_->IsPanelAlone() || !windows_->HasFocus() || !devices_.IsHeard() || !keys_.empty() ||
+        !buttons_.empty()) {
+        return;
+    }
+    Meet();
+    if (!IsQuiet()) {
+        return;
+    }
+    const std::uint32_t before = devices_.GetWrittenCount();
+    client_->MovePointer(panel_.x + kPianoKeyX, panel_.y + kPianoKeyY);
+    MoveButton(kLeftButton, true);
+    const bool sounds = WaitFor(
+        [&] {
+            windows_->Attend();
+            return devices_.GetWrittenCount() != before || !windows_->IsPanelAlone() || !devices_.IsHeard();
+        },
+        kQuietLimitMs);
+    MoveButton(kLeftButton, false);
+    if (!sounds) {
+        Fail(TFailure::EKind::kSilent, "a key of the piano is pressed and nothing is written");
+    }
+}
+
+void Session::CheckAlive() {
+    if (!instrument_.IsRunning()) {
+        const int code = instrument_.WaitForExitCode();
+        if (code != 0) {
+            Fail(TFailure::EKind::kEnded,
+                 "the program ended with " + std::to_string(code) + "\n" + instrument_.GetOutput().toStdString());
+        }
+    } else if (!windows_->IsGone() && !windows_->Meet(kLimitMs)) {
+        Fail(TFailure::EKind::kStuck, "the window does not answer");
+    }
+    for (const QString& line : instrument_.GetOutput().split('\n', Qt::SkipEmptyParts)) {
+        if (!IsAnnounced(line)) {
+            Fail(TFailure::EKind::kPrinted, "the program said: " + line.toStdString());
+        }
+    }
+}
+
+void Session::Close() {
+    LetGo();
+    windows_->Return();
+    windows_->Close(windows_->GetPanel());
+    const bool ended = WaitFor(
+        [&] {
+            windows_->Attend();
+            if (!windows_->IsPanelAlone()) {
+                client_->MoveKey(kEscape, true);
+                client_->MoveKey(kEscape, false);
+            }
+            return !instrument_.IsRunning();
+        },
+        kLimitMs);
+    if (!ended) {
+        Fail(TFailure::EKind::kStuck, "the program does not end");
+        return;
+    }
+    CheckAlive();
+    if (!IsQuiet()) {
+        Fail(TFailure::EKind::kHangs,
+             "after the end: " + Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));
+    }
+}
+
+void Session::Fail(TFailure::EKind kind, const std::string& text) {
+    if (!failure_) {
+        failure_ = TFailure{kind, doneCount_, text};
+    }
+}
+
+}  // namespace Player

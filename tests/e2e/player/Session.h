@@ -1,0 +1,72 @@
+// One run of the program that a player works: carries out actions and looks what comes of them.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <QTemporaryDir>
+#include <set>
+#include <string>
+
+#include "e2e/InstrumentProcess.h"
+#include "e2e/player/Action.h"
+#include "e2e/player/LentDevices.h"
+#include "e2e/player/Sounding.h"
+#include "e2e/player/WindowManager.h"
+#include "e2e/player/XClient.h"
+
+namespace Player {
+
+struct TFailure {
+    enum class EKind { kNoStart, kHangs, kSilent, kEnded, kPrinted, kStuck };
+
+    EKind kind = EKind::kNoStart;
+    std::size_t at = 0;  ///< the number of actions that were carried out before
+    std::string text;
+};
+
+class Session {
+public:
+    Session();
+    ~Session();
+
+    /// Starts the program, carries out the actions, closes the window; what went wrong first, if anything did.
+    std::optional<TFailure> Play(const CActions& actions);
+    /// How many of the actions were carried out, and at how many rests it was listened, so far.
+    std::size_t GetDoneCount() const { return doneCount_; }
+    std::size_t GetRestCount() const { return restCount_; }
+
+private:
+    bool Start();
+    void Do(const TAction& action);
+    void MoveKey(int code, bool down);
+    void MoveButton(int button, bool down);
+    void SendMIDI(const std::array<int, 3>& message);
+    void AnswerFileDialog(bool accepts);
+    void LetGo();
+    void GoHome();
+    void Meet();
+    void PassRounds(int count);
+    void Rest();
+    void Prove();
+    void Close();
+    bool MayPress() const;
+    bool IsQuiet();
+    void Fail(TFailure::EKind kind, const std::string& text);
+    void CheckAlive();
+
+    QTemporaryDir dir_;
+    LentDevices devices_;
+    InstrumentProcess instrument_;
+    std::unique_ptr<XClient> client_;
+    std::unique_ptr<WindowManager> windows_;
+    Sounding sounding_;
+    std::set<int> keys_;
+    std::set<int> buttons_;
+    std::set<std::array<int, 2>> played_;  ///< note-ons and pedals of the MIDI keyboard: status and data 1
+    TPlace panel_;
+    std::size_t doneCount_ = 0;
+    std::size_t restCount_ = 0;
+    std::optional<TFailure> failure_;
+};
+
+}  // namespace Player
