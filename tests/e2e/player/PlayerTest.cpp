@@ -38,37 +38,40 @@ std::size_t NumberFrom(const char* variable, std::size_t otherwise) {
 
 /// The shortest list that still ends in a failure of that kind.
 CActions ShrinkFailure(CActions actions, const TFailure& failure) {
-    constexpr int kTries = 2;  // what depends on the moment does not fail each time
     actions.resize(std::min(actions.size(), failure.at + 1));
-    const auto fails = [&](const CActions& shorter) {
-        for (int i = 0; i < kTries; ++i) {
-            const std::optional<TFailure> again = Session().Play(shorter);
-            if (again && again->kind == failure.kind) {
-                return true;
-            }
-        }
-        return false;
+    const auto fails = [kind = failure.kind](const CActions& shorter) {
+        const std::optional<TFailure> again = Session().Play(shorter);
+        return again && again->kind == kind;
     };
     const auto limit = static_cast<int>(NumberFrom("KIVORA_PLAYER_SHRINKS", 100));
     return Player::Shrink<Player::TAction>(std::move(actions), fails, limit);
 }
 
-/// What was done over all runs of this program.
+/// What was done over all runs of the program.
 struct TTally {
     std::size_t deeds = 0;
     std::size_t rests = 0;
     std::size_t failures = 0;
 };
 
-void PlaySeed(std::uint32_t seed, std::size_t count, TTally& tally) {
-    const CActions actions = Player::ActionGenerator(seed).Make(count);
+std::optional<TFailure> Play(const CActions& actions, TTally& tally) {
     Session session;
-    const std::optional<TFailure> failure = session.Play(actions);
+    std::optional<TFailure> failure = session.Play(actions);
     const auto done = static_cast<std::ptrdiff_t>(session.GetDoneCount());
     tally.deeds += Player::CountDeeds(CActions(actions.begin(), actions.begin() + done));
     tally.rests += session.GetRestCount();
+    tally.failures += failure ? 1U : 0U;
+    return failure;
+}
+
+void PlaySeed(std::uint32_t seed, std::size_t count, TTally& tally) {
+    const CActions actions = Player::ActionGenerator(seed).Make(count);
+    const std::optional<TFailure> failure = Play(actions, tally);
+    std::cout << "seed " << seed << ": " << tally.deeds << " actions, " << tally.rests << " rests, " << tally.failures
+              << " failures so far" << std::endl;
     if (failure) {
-        ++tally.failures;
+        // Before it is made shorter, which takes its time.
+        std::cout << "seed " << seed << " fails: " << failure->text << std::endl;
         ADD_FAILURE() << "seed " << seed << ", after " << failure->at << " of " << actions.size()
                       << " actions: " << failure->text << "\nit fails with:\n"
                       << Lines(ShrinkFailure(actions, *failure));
@@ -80,7 +83,7 @@ TEST(RandomPlayer, LeavesNothingHanging) {
     std::size_t length = kActionsOfAShortRun;
     const auto first = static_cast<std::uint32_t>(NumberFrom("KIVORA_PLAYER_SEED", std::random_device()()));
     if (const std::size_t wanted = NumberFrom("KIVORA_PLAYER_ACTIONS", 0); wanted != 0) {
-        length = std::min(wanted, kActionsOfARun);
+        length = std::min(wanted, NumberFrom("KIVORA_PLAYER_LENGTH", kActionsOfARun));
         seeds.clear();
         for (std::size_t done = 0; done < wanted; done += length) {
             seeds.push_back(first + static_cast<std::uint32_t>(seeds.size()));
@@ -92,8 +95,6 @@ TEST(RandomPlayer, LeavesNothingHanging) {
     TTally tally;
     for (const std::uint32_t seed : seeds) {
         PlaySeed(seed, length, tally);
-        std::cout << "seed " << seed << ": " << tally.deeds << " actions, " << tally.rests << " rests, "
-                  << tally.failures << " failures so far" << std::endl;
     }
 }
 

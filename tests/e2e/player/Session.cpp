@@ -1,6 +1,7 @@
 #include "e2e/player/Session.h"
 
 #include <algorithm>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QStringList>
@@ -343,19 +344,24 @@ void Session::CheckAlive() {
 }
 
 void Session::Close() {
-    LetGo();
-    windows_->Return();
-    windows_->Close(windows_->GetPanel());
-    const bool ended = WaitFor(
-        [&] {
-            windows_->Attend();
-            if (!windows_->IsPanelAlone()) {
-                client_->MoveKey(kEscape, true);
-                client_->MoveKey(kEscape, false);
-            }
-            return !instrument_.IsRunning();
-        },
-        kLimitMs);
+    GoHome();
+    bool asked = false;
+    const bool ended = !failure_ && WaitFor(
+                                        [&] {
+                                            windows_->Attend();
+                                            // What asks something on the way is left, and leaves the window open where
+                                            // it was about the closing.
+                                            if (!windows_->IsPanelAlone()) {
+                                                client_->MoveKey(kEscape, true);
+                                                client_->MoveKey(kEscape, false);
+                                                asked = false;
+                                            } else if (!asked) {
+                                                windows_->Close(windows_->GetPanel());
+                                                asked = true;
+                                            }
+                                            return !instrument_.IsRunning();
+                                        },
+                                        kLimitMs);
     if (!ended) {
         Fail(TFailure::EKind::kStuck, "the program does not end");
         return;
@@ -368,8 +374,12 @@ void Session::Close() {
 }
 
 void Session::Fail(TFailure::EKind kind, const std::string& text) {
-    if (!failure_) {
-        failure_ = TFailure{kind, doneCount_, text};
+    if (failure_) {
+        return;
+    }
+    failure_ = TFailure{kind, doneCount_, text};
+    if (client_ != nullptr && QDir().mkpath(KIVORA_PICTURES_DIR)) {
+        instrument_.SavePicture(QDir(KIVORA_PICTURES_DIR).filePath("player-failure.png"));
     }
 }
 
