@@ -39,7 +39,7 @@ constexpr TName kNames[] = {
     {EAct::kRounds, "rounds", 1},
     {EAct::kRest, "rest", 0},
     {EAct::kHome, "home", 0},
-    {EAct::kProve, "prove", 0},
+    {EAct::kProve, "prove", 1},
 };
 
 }  // namespace

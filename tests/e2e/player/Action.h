@@ -35,7 +35,7 @@ enum class EAct {
     kRounds,      ///< as many rounds of its input
     kRest,        ///< lets go of everything; nothing may sound after
     kHome,        ///< lets go, and closes every dialog and menu
-    kProve,       ///< where nothing is in the way: a key of the piano sounds
+    kProve,       ///< where nothing is in the way: a key that is held sounds; 0 by mouse, 1 MIDI, 2 computer keys
 };
 
 struct TAction {

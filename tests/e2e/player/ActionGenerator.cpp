@@ -341,6 +341,22 @@ void ActionGenerator::WorkADialog() {
     }
 }
 
+void ActionGenerator::PressThroughADialog() {
+    Tap(FunctionKey(Chance(50) ? 2 : 4));
+    Add(EAct::kMeet);
+    Add(EAct::kMoveOver, Below(1000), Below(1000));
+    Add(EAct::kButtonDown, 1);
+    MaybeMeet();
+    Tap(kEscape);
+    MaybeMeet();
+    if (Chance(70)) {
+        Add(EAct::kButtonUp, 1);
+    }
+    MaybeMeet();
+    Add(EAct::kMove, kPianoArea.x + Below(kPianoArea.width), kPianoArea.y + Below(kPianoArea.height));
+    Click();
+}
+
 void ActionGenerator::WorkAMenu() {
     switch (Below(4)) {
         case 0:
@@ -542,7 +558,8 @@ CActions ActionGenerator::Make(std::size_t count) {
         if (Chance(60)) {
             Add(EAct::kHome);
             Add(EAct::kRest);
-            Add(EAct::kProve);
+            Add(EAct::kProve, Below(3));
+            Add(EAct::kRest);
         }
     }
     return actions_;

@@ -44,6 +44,7 @@ private:
     void TurnMouseWheel();
     void PressAShortcut();
     void WorkADialog();
+    void PressThroughADialog();
     void WorkAMenu();
     void Arpeggiate();
     void RecordATake();

@@ -47,7 +47,8 @@ private:
     void Meet();
     void PassRounds(int count);
     void Rest();
-    void Prove();
+    void Prove(int way);
+    bool HoldAKey(int way);
     void Close();
     bool MayPress() const;
     bool IsQuiet();
