@@ -80,15 +80,21 @@ void LentDevices::Listen(Sounding& sounding) {
     }
 }
 
-bool LentDevices::IsHeard() const {
-    return std::any_of(std::begin(shared_->openOutputs), std::end(shared_->openOutputs),
-                       [this](const std::atomic<std::uint32_t>& streams) {
-                           return streams > 0 && IsPluggedIn(static_cast<int>(&streams - shared_->openOutputs));
-                       });
+bool LentDevices::IsReached(int device) const {
+    return IsPluggedIn(device) && shared_->openAs[device] == shared_->presence[device];
+}
+
+bool LentDevices::IsAnyOutputReached() const {
+    for (int output = 0; output < Standin::kOutputCount; ++output) {
+        if (IsReached(output)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool LentDevices::IsInputRead() const {
-    return !IsInputOpen() || !IsPluggedIn(Standin::kInput) ||
+    return !IsReached(Standin::kInput) ||
            (shared_->read == shared_->played && shared_->overflowsTold == shared_->overflows);
 }
 

@@ -29,9 +29,9 @@ public:
     /// What was written since the last call.
     void Listen(Sounding& sounding);
 
-    bool IsInputOpen() const { return shared_->openInputs > 0; }
-    /// Whether the program has an output open that is there.
-    bool IsHeard() const;
+    /// Whether the program has the device open and reaches it, which it does not after a plug was pulled.
+    bool IsReached(int device) const;
+    bool IsAnyOutputReached() const;
     /// Whether everything that was played has been read, or nobody reads.
     bool IsInputRead() const;
     std::uint32_t GetInputRounds() const { return shared_->inputRounds; }

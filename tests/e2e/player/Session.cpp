@@ -250,7 +250,7 @@ void Session::PassRounds(int count) {
     for (int met = 0; !failure_ && !windows_->IsGone(); ++met) {
         const auto passed = static_cast<int>(devices_.GetInputRounds() - from);
         // Nothing counts rounds without an input; then it is as often as the window answers.
-        if (passed >= count || (met >= count && !devices_.IsInputOpen())) {
+        if (passed >= count || (met >= count && !devices_.IsReached(Standin::kInput))) {
             return;
         }
         Meet();
@@ -321,7 +321,7 @@ bool Session::HoldAKey(int way) {
             SendMIDI({0x90, kMiddleC, 80});
             SendMIDI({0x80, kMiddleC, 0});
             SendMIDI({0x90, kMiddleC, 80});
-            return devices_.IsInputOpen() && devices_.IsPluggedIn(Standin::kInput);
+            return devices_.IsReached(Standin::kInput);
         default:
             // Two keys of one note.
             Do({EAct::kLayout, {0}});
@@ -337,7 +337,7 @@ void Session::Prove(int way) {
     constexpr int kWrittenByThen = 20;  // in rounds
     const auto isInTheWay = [this] {
         windows_->Attend();
-        return !windows_->IsPanelAlone() || !windows_->HasFocus() || !devices_.IsHeard();
+        return !windows_->IsPanelAlone() || !windows_->HasFocus() || !devices_.IsAnyOutputReached();
     };
     LetGo();
     Meet();

@@ -57,10 +57,6 @@ bool IsAlive(const TStream& stream) {
     return Shared() == nullptr || Shared()->presence[stream.device] == stream.presence;
 }
 
-std::atomic<std::uint32_t>& OpenCount(int device) {
-    return device == kInput ? Shared()->openInputs : Shared()->openOutputs[device];
-}
-
 void Record(PmMessage message) {
     const char* path = std::getenv("KIVORA_STANDIN_LOG");
     if (path == nullptr) {
@@ -109,7 +105,7 @@ PmError Open(PortMidiStream** stream, PmDeviceID number, bool input) {
         if (input) {
             shared->read = shared->played.load();  // what was played to nobody
         }
-        ++OpenCount(device);
+        shared->openAs[device] = opened->presence;
     }
     *stream = opened;
     return pmNoError;
@@ -172,8 +168,8 @@ PmError Pm_Abort(PortMidiStream*) {
 }
 PmError Pm_Close(PortMidiStream* stream) {
     const auto* const closed = static_cast<TStream*>(stream);
-    if (Shared() != nullptr) {
-        --OpenCount(closed->device);
+    if (TSharedDevices* const shared = Shared()) {
+        shared->openAs[closed->device] = 0;
     }
     delete closed;
     return pmNoError;
