@@ -40,6 +40,7 @@ constexpr TName kNames[] = {
     {EAct::kRest, "rest", 0},
     {EAct::kHome, "home", 0},
     {EAct::kProve, "prove", 1},
+    {EAct::kEnd, "end", 1},
 };
 
 }  // namespace

@@ -36,6 +36,7 @@ enum class EAct {
     kRest,        ///< lets go of everything; nothing may sound after
     kHome,        ///< lets go, and closes every dialog and menu
     kProve,       ///< where nothing is in the way: a key that is held sounds; 0 by mouse, 1 MIDI, 2 computer keys
+    kEnd,         ///< the program's end with all that is held: 0 its window is closed, 1 SIGTERM, 2 the X server goes
 };
 
 struct TAction {

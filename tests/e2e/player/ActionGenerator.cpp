@@ -515,8 +515,8 @@ void ActionGenerator::Pause() {
 
 std::size_t CountDeeds(const CActions& actions) {
     return static_cast<std::size_t>(std::count_if(actions.begin(), actions.end(), [](const TAction& action) {
-        return action.act != EAct::kMeet && action.act != EAct::kRounds && action.act != EAct::kRest &&
-               action.act != EAct::kHome && action.act != EAct::kProve;
+        return action.act != EAct::kEnd && action.act != EAct::kMeet && action.act != EAct::kRounds &&
+               action.act != EAct::kRest && action.act != EAct::kHome && action.act != EAct::kProve;
     }));
 }
 
@@ -562,6 +562,12 @@ CActions ActionGenerator::Make(std::size_t count) {
             Add(EAct::kRest);
         }
     }
+    // With something held.
+    for (int i = Below(6); i >= 0; --i) {
+        Chance(50) ? MoveAKey() : PlayMIDIKey();
+    }
+    MaybeMeet();
+    Add(EAct::kEnd, Chance(60) ? 0 : 1 + Below(2));
     return actions_;
 }
 

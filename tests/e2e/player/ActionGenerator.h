@@ -15,7 +15,7 @@ class ActionGenerator {
 public:
     explicit ActionGenerator(std::uint32_t seed) : random_(seed) {}
 
-    /// At least `count` actions, waits not counted; they end at a rest.
+    /// At least `count` actions, waits not counted, and the end of the program.
     CActions Make(std::size_t count);
 
 private:

@@ -24,6 +24,9 @@ constexpr int kPianoKeyY = 500;
 constexpr int kComma = 59;
 constexpr int kLetterQ = 24;
 
+/// How the program comes to its end, as actions number it.
+enum EEnd { kByClosing, kBySignal, kByServer };
+
 constexpr const char* kLayouts[] = {"us,ru,de,fr", "ru,us,gb,fr", "fr,de,us,ru"};
 
 /// The lines that the program may not say: all but the ones about the missing sound card.
@@ -76,12 +79,12 @@ std::optional<TFailure> Session::Play(const CActions& actions) {
     for (const TAction& action : actions) {
         Do(action);
         ++doneCount_;
-        if (failure_ || windows_->IsGone()) {
+        if (failure_ || hasEnded_ || windows_->IsGone()) {
             break;
         }
     }
-    if (!failure_) {
-        Close();
+    if (!failure_ && !hasEnded_) {
+        End(kByClosing);
     }
     return failure_;
 }
@@ -165,6 +168,9 @@ void Session::Do(const TAction& action) {
             break;
         case EAct::kProve:
             Prove(first);
+            break;
+        case EAct::kEnd:
+            End(first);
             break;
     }
 }
@@ -363,19 +369,22 @@ void Session::CheckAlive() {
     } else if (!windows_->IsGone() && !windows_->Meet(kLimitMs)) {
         Fail(TFailure::EKind::kStuck, "the window does not answer");
     }
+    CheckOutput();
+}
+
+void Session::CheckOutput() {
     if (const QStringList lines = FindUnannounced(instrument_.GetOutput()); !lines.isEmpty()) {
         Fail(TFailure::EKind::kPrinted, "the program said: " + lines.join('\n').toStdString());
     }
 }
 
-void Session::Close() {
+void Session::CloseWindow() {
     GoHome();
     bool asked = false;
     const bool ended = !failure_ && WaitFor(
                                         [&] {
                                             windows_->Attend();
-                                            // What asks something on the way is left, and leaves the window open where
-                                            // it was about the closing.
+                                            // What is asked on the way is left; closing may have been refused over it.
                                             if (!windows_->IsPanelAlone()) {
                                                 client_->MoveKey(kEscape, true);
                                                 client_->MoveKey(kEscape, false);
@@ -389,9 +398,30 @@ void Session::Close() {
                                         kLimitMs);
     if (!ended) {
         Fail(TFailure::EKind::kStuck, "the program does not end");
+    }
+}
+
+void Session::End(int way) {
+    hasEnded_ = true;
+    switch (way) {
+        case kByClosing:
+            CloseWindow();
+            break;
+        case kBySignal:
+            instrument_.Terminate();
+            break;
+        default:
+            instrument_.EndServer();
+            break;
+    }
+    if (failure_) {
         return;
     }
-    CheckAlive();
+    if (instrument_.IsRunning() && !WaitFor([this] { return !instrument_.IsRunning(); }, kLimitMs)) {
+        Fail(TFailure::EKind::kStuck, "the program does not end");
+    } else if (way != kByServer) {
+        CheckAlive();
+    }
     if (!IsQuiet()) {
         Fail(TFailure::EKind::kHangs,
              "after the end: " + Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));

@@ -29,7 +29,7 @@ public:
     Session();
     ~Session();
 
-    /// Starts the program, carries out the actions, closes the window; what went wrong first, if anything did.
+    /// Starts the program, carries out the actions, ends it; what went wrong first, if anything did.
     std::optional<TFailure> Play(const CActions& actions);
     /// How many of the actions were carried out, and at how many rests it was listened, so far.
     std::size_t GetDoneCount() const { return doneCount_; }
@@ -49,7 +49,9 @@ private:
     void Rest();
     void Prove(int way);
     bool HoldAKey(int way);
-    void Close();
+    void End(int way);
+    void CloseWindow();
+    void CheckOutput();
     bool MayPress() const;
     bool IsQuiet();
     void Fail(TFailure::EKind kind, const std::string& text);
@@ -67,6 +69,7 @@ private:
     TPlace panel_;
     std::size_t doneCount_ = 0;
     std::size_t restCount_ = 0;
+    bool hasEnded_ = false;
     std::optional<TFailure> failure_;
 };
 
