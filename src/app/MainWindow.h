@@ -14,7 +14,8 @@ class KivoraWidget;
 namespace Kivora {
 
 /// Creates the engine, says in a box why it could not, and goes on without one. Holds exactly the panel and cannot be
-/// resized. When it is destroyed everything falls silent, then the engine's settings are saved; a box says when that fails. [gui]
+/// resized. When it is destroyed everything falls silent, then the engine's settings are saved; a box says when that
+/// fails. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -32,8 +33,8 @@ public:
     /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
     /// logged.
     void Save();
-    /// Ends what sounds, saves as Save() does and closes the ports, without the display: nothing is shown and nothing of
-    /// the window is destroyed. The process ends afterwards.
+    /// Ends what sounds, saves as Save() does and closes the ports, without the display: nothing is shown and nothing
+    /// of the window is destroyed. The process ends afterwards.
     void EndAtOnce();
     /// Before the window is shown: a file of the language that was damaged or could not be read is told then.
     void TellAboutLocaleFile(LocaleFileState state, const QString& failure);

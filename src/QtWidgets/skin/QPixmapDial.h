@@ -6,8 +6,8 @@
 #include "QtWidgets/skin/QPixmapReferencer.h"
 
 /// Shows its value by an image that turns or by a film strip, and is dragged linearly or as Qt drags a dial. Wrapping
-/// is off. A drag is on while the slider is down, and setSliderDown(false) ends it. Angles are degrees, clockwise from the image as it stands. An empty range shows the zero angle and frame 0.
-/// [gui]
+/// is off. A drag is on while the slider is down, and setSliderDown(false) ends it. Angles are degrees, clockwise from
+/// the image as it stands. An empty range shows the zero angle and frame 0. [gui]
 class QPixmapDial : public QDial, protected QPixmapReferencer {
     Q_OBJECT
     Q_PROPERTY(qreal zeroAngle READ zeroAngle WRITE setZeroAngle)
