@@ -273,11 +273,6 @@ void InstrumentProcess::Signal(int number) const {
     ::kill(static_cast<pid_t>(program_.processId()), number);
 }
 
-void InstrumentProcess::EndServer() {
-    server_.terminate();
-    server_.waitForFinished(kLimitMs);
-}
-
 int InstrumentProcess::WaitForExitCode() {
     const bool finished = program_.state() == QProcess::NotRunning || program_.waitForFinished(kLimitMs);
     return finished && program_.exitStatus() == QProcess::NormalExit ? program_.exitCode() : -1;

@@ -65,8 +65,6 @@ public:
     /// Waits for the program's end, which it came to by itself; its exit code, or -1.
     int WaitForExitCode();
     QString GetDisplay() const { return display_; }
-    /// Ends the X server under the program.
-    void EndServer();
     QString GetWindow() const { return window_; }
     QString GetDataDir() const { return dir_.path(); }
 

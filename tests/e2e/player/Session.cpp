@@ -411,7 +411,7 @@ void Session::End(int way) {
             instrument_.Terminate();
             break;
         default:
-            instrument_.EndServer();
+            instrument_.KillServer();
             break;
     }
     if (failure_) {
