@@ -60,6 +60,27 @@ QPalette MakeForFields() {
     return MakeWithFigures(kFigures, kDimFigures);
 }
 
+QPalette MakeHighContrast() {
+    constexpr QColor kDisabled(0xC8, 0xC8, 0xC8);
+    QPalette palette(Qt::white, Qt::black, Qt::white, Qt::darkGray, Qt::gray, Qt::white, Qt::white, Qt::black,
+                     Qt::black);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, kDisabled);
+    }
+    const auto set = [&palette](QPalette::ColorRole role, const QColor& color) { palette.setColor(role, color); };
+    set(QPalette::AlternateBase, Qt::black);
+    set(QPalette::ToolTipBase, Qt::black);
+    set(QPalette::ToolTipText, Qt::white);
+    set(QPalette::PlaceholderText, kDisabled);
+    set(QPalette::Highlight, Qt::yellow);
+    set(QPalette::HighlightedText, Qt::black);
+    set(QPalette::Link, Qt::yellow);
+    set(QPalette::LinkVisited, Qt::yellow);
+    set(QPalette::Shadow, Qt::black);
+    set(QPalette::NoRole, Qt::black);
+    return palette;
+}
+
 bool IsHighContrast(const QPalette& palette) {
     const auto contrast = [&palette](QPalette::ColorRole front, QPalette::ColorRole back) {
         return Contrast(palette.color(QPalette::Active, front), palette.color(QPalette::Active, back));

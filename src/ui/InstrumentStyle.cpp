@@ -95,6 +95,12 @@ void InstrumentStyle::Dress(QStyle* base) {
         QApplication::setStyle(base);
         return;
     }
+    if (QIcon::themeName().startsWith("HighContrast", Qt::CaseInsensitive)) {
+        QApplication::setStyle(base);
+        QApplication::setPalette(InstrumentPalette::MakeHighContrast());
+        QToolTip::setPalette(InstrumentPalette::MakeHighContrast());
+        return;
+    }
     QApplication::setStyle(new InstrumentStyle(base));
     QApplication::setPalette(InstrumentPalette::Make());
     for (const char* name : kFieldClasses) {

@@ -18,8 +18,8 @@ public:
     explicit InstrumentStyle(QStyle* base);
 
     /// Makes the style, the palette and the typeface those of the whole application, in place of the desktop's; sizes
-    /// of type stay the desktop's. Where the desktop asks for high contrast its own palette and the bare base style are
-    /// taken. Owns the base.
+    /// of type stay the desktop's. Where the desktop asks for high contrast, by its palette or by its icons' theme, the
+    /// bare base style is taken, with the desktop's palette if that is one of high contrast. Owns the base.
     static void Dress(QStyle* base);
 
     using QProxyStyle::polish;

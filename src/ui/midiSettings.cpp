@@ -48,6 +48,9 @@ midiSettings::midiSettings(Kivora::EngineFront* front, QWidget* parent)
       engine_(front != nullptr ? &front->GetEngine() : nullptr) {
     ui_->setupUi(this);
     ui_->synthGroup->setSynth(engine_ != nullptr ? engine_->GetSynth() : nullptr);
+    if (ui_->synthGroup->isHidden()) {  // else the right column would be half empty
+        ui_->rightLayout->insertWidget(0, ui_->languageGroup);
+    }
     nameControls();
     fillLanguages();
     fillPorts();

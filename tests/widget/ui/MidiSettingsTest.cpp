@@ -13,6 +13,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
 #include <QtTest/QTest>
@@ -453,6 +455,28 @@ TEST_F(SettingsDialog, TextsAreAsGiven) {
     EXPECT_EQ(Combo("coloringCombo").toolTip(), "Piano keyboard coloring");
 }
 
+TEST_F(SettingsDialog, FitsEveryScreenAndReachesAllOfItThere) {
+    for (const char* locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        for (const QSize& room : {QSize(792, 560), QSize(1016, 560), QSize(1085, 574), QSize(903, 472)}) {
+            Open();
+            dialog->fitInto(room);
+            QApplication::processEvents();
+            EXPECT_LE(dialog->width(), room.width());
+            EXPECT_LE(dialog->height(), room.height());
+            EXPECT_EQ(Find<QScrollArea>("form").horizontalScrollBar()->maximum(), 0) << locale << room.width();
+            Combo("insCb").setFocus();
+            for (QWidget* control = nullptr; control != &Combo("insCb"); control = QApplication::focusWidget()) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                const QWidget& focused = *QApplication::focusWidget();
+                EXPECT_FALSE(focused.visibleRegion().isEmpty()) << focused.objectName().toStdString();
+                EXPECT_EQ(focused.visibleRegion().boundingRect().height(), focused.height())
+                    << focused.objectName().toStdString();
+            }
+        }
+    }
+}
+
 TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
     rig.engine->SetInputPortByName(kKeyboard);
     Open();
@@ -654,6 +678,13 @@ TEST_F(SynthGroup, IsHiddenWithoutASynthesizer) {
     front.emplace(*rig.engine);
     Open();
     EXPECT_FALSE(Find<QWidget>("synthGroup").isVisible());
+    dialog->fitInto(kUsualScreen);
+    QApplication::processEvents();
+    // Both columns are of about the same height.
+    const auto bottom = [&](const char* name) {
+        return Find<QWidget>(name).mapTo(dialog.get(), Find<QWidget>(name).rect().bottomLeft()).y();
+    };
+    EXPECT_LT(std::abs(bottom("pcGroup") - bottom("interfaceGroup")), 130);
     Click("pushButton");
     EXPECT_FALSE(dialog->isVisible());
 }

@@ -1,0 +1,101 @@
+// The instrument's look put on the application.
+#include <gtest/gtest.h>
+
+#include <qpa/qwindowsysteminterface.h>
+#include <QApplication>
+#include <QComboBox>
+#include <QIcon>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QSpinBox>
+#include <QStyleFactory>
+#include <QToolTip>
+
+#include "ui/EmbeddedFonts.h"
+#include "ui/InstrumentColors.h"
+#include "ui/InstrumentPalette.h"
+#include "ui/InstrumentStyle.h"
+#include "ui/SkinColors.h"
+
+namespace {
+
+void Dress() {
+    InstrumentStyle::Dress(QStyleFactory::create("Fusion"));
+}
+
+class Dressed : public testing::Test {
+protected:
+    Dressed() {
+        Kivora::RegisterEmbeddedFonts();
+        Dress();
+    }
+};
+
+TEST_F(Dressed, EveryWidgetHasThePaletteAndTheTypeface) {
+    QMessageBox box;
+    box.ensurePolished();
+    EXPECT_EQ(box.palette(), InstrumentPalette::Make());
+    EXPECT_EQ(QToolTip::palette(), InstrumentPalette::Make());
+    EXPECT_EQ(box.font().family(), "Inter");
+    EXPECT_TRUE(QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+}
+
+TEST_F(Dressed, FieldsShowFiguresInGreen) {
+    QLineEdit edit;
+    QComboBox combo;
+    QSpinBox spin;
+    for (const QWidget* field :
+         {static_cast<QWidget*>(&edit), static_cast<QWidget*>(&combo), static_cast<QWidget*>(&spin)}) {
+        EXPECT_EQ(field->palette().color(QPalette::Text), InstrumentColors::kFigures);
+    }
+}
+
+TEST_F(Dressed, SizesOfTypeAreTheDesktops) {
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSize(23);
+    QApplication::setFont(large);
+    Dress();
+    EXPECT_EQ(QApplication::font().pointSize(), 23);
+    QApplication::setFont(usual);
+    Dress();
+}
+
+/// The desktop that turns dark, or whose colours are chosen anew, tells so.
+TEST_F(Dressed, NothingOfAnotherDesktopShowsThrough) {
+    QMessageBox box;
+    QWindowSystemInterface::handleThemeChange<QWindowSystemInterface::SynchronousDelivery>(nullptr);
+    QApplication::processEvents();
+    EXPECT_EQ(box.palette(), InstrumentPalette::Make());
+    EXPECT_EQ(QApplication::palette("QMenu"), InstrumentPalette::Make());
+    EXPECT_EQ(QApplication::palette("QLineEdit"), InstrumentPalette::MakeForFields());
+}
+
+TEST_F(Dressed, MarksOfBoxesAreTheInstrumentsOwnAtAnySize) {
+    for (const QStyle::StandardPixmap icon : {QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxQuestion,
+                                              QStyle::SP_MessageBoxWarning, QStyle::SP_MessageBoxCritical}) {
+        for (const int side : {16, 40, 120}) {
+            const QImage mark = QApplication::style()->standardIcon(icon).pixmap(QSize(side, side), 1.0).toImage();
+            EXPECT_EQ(mark.size(), QSize(side, side));
+            // Dark glass, unlike Qt's pictures.
+            EXPECT_LT(RelativeLuminance(mark.pixelColor(side / 5, side / 2)), 0.05) << icon;
+        }
+    }
+}
+
+TEST_F(Dressed, HighContrastIsHonoured) {
+    QIcon::setThemeName("HighContrast");
+    Dress();
+    EXPECT_EQ(dynamic_cast<InstrumentStyle*>(QApplication::style()), nullptr);
+    EXPECT_TRUE(InstrumentPalette::IsHighContrast(QApplication::palette()));
+    QIcon::setThemeName({});
+    QPalette desktop(Qt::black, Qt::white, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::black, Qt::white,
+                     Qt::white);
+    QApplication::setPalette(desktop);
+    Dress();
+    EXPECT_EQ(dynamic_cast<InstrumentStyle*>(QApplication::style()), nullptr);
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window), Qt::white);
+    QApplication::setPalette({});
+}
+
+}  // namespace
