@@ -18,13 +18,14 @@ inline constexpr std::uint32_t kWrittenSize = 1U << 22;
 struct TSharedDevices {
     /// Odd while the device is there; a stream that was opened at another count is one of a device that went away.
     std::atomic<std::uint32_t> presence[kDeviceCount];
-    std::atomic<std::uint32_t> writesToFail;          ///< by the test; the device lives on
-    std::atomic<std::uint32_t> overflows;             ///< by the test: how often the input's buffer is to run over
-    std::atomic<std::uint32_t> overflowsTold;         ///< by the stand-in
-    std::atomic<std::uint32_t> inputRounds;           ///< how often the open input was polled
-    std::atomic<std::uint32_t> openAs[kDeviceCount];  ///< the presence at which the device is open; 0 where it is not
-    std::atomic<std::uint32_t> played;                ///< by the test: messages put into `input`
-    std::atomic<std::uint32_t> read;                  ///< by the stand-in: of these, taken
+    std::atomic<std::uint32_t> writesToFail;   ///< by the test; the device lives on
+    std::atomic<std::uint32_t> overflows;      ///< by the test: how often the input's buffer is to run over
+    std::atomic<std::uint32_t> overflowsTold;  ///< by the stand-in
+    std::atomic<std::uint32_t> inputRounds;    ///< how often the open input was polled
+    /// The presence at which the device is open; 0 where it is not, or its last write failed.
+    std::atomic<std::uint32_t> openAs[kDeviceCount];
+    std::atomic<std::uint32_t> played;  ///< by the test: messages put into `input`
+    std::atomic<std::uint32_t> read;    ///< by the stand-in: of these, taken
     std::atomic<std::uint32_t> input[kInputSize];
     std::atomic<std::uint32_t> writtenCount;
     std::atomic<std::uint32_t> written[kWrittenSize];  ///< the first of them; what comes after is a refused write
