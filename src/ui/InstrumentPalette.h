@@ -11,7 +11,7 @@ QPalette Make();
 /// The same with the lit figures of fields: line edits, combo boxes and spin boxes.
 QPalette MakeForFields();
 
-/// White on black, lit yellow, for a desktop that asks for high contrast without a palette of its own.
+/// White on black, lit yellow, for a desktop that asks for high contrast.
 QPalette MakeHighContrast();
 
 /// Whether a desktop's palette is one of high contrast: black on white or white on black, nothing between.

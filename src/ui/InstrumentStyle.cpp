@@ -85,28 +85,21 @@ QRect PartOfCombo(const QRect& box, QStyle::SubControl part) {
 
 }  // namespace
 
-InstrumentStyle::InstrumentStyle(QStyle* base) : QProxyStyle(base) {
+InstrumentStyle::InstrumentStyle(QStyle* base, const QPalette& palette) : QProxyStyle(base), palette_(palette) {
 }
 
 void InstrumentStyle::Dress(QStyle* base) {
     // Also the file dialog: one of the desktop would speak the desktop's language and have its look.
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    if (InstrumentPalette::IsHighContrast(QApplication::palette())) {
-        QApplication::setStyle(base);
-        return;
-    }
-    if (QIcon::themeName().startsWith("HighContrast", Qt::CaseInsensitive)) {
-        QApplication::setStyle(base);
-        QApplication::setPalette(InstrumentPalette::MakeHighContrast());
-        QToolTip::setPalette(InstrumentPalette::MakeHighContrast());
-        return;
-    }
-    QApplication::setStyle(new InstrumentStyle(base));
-    QApplication::setPalette(InstrumentPalette::Make());
+    const bool highContrast = InstrumentPalette::IsHighContrast(QApplication::palette()) ||
+                              QIcon::themeName().startsWith("HighContrast", Qt::CaseInsensitive);
+    const QPalette palette = highContrast ? InstrumentPalette::MakeHighContrast() : InstrumentPalette::Make();
+    QApplication::setStyle(new InstrumentStyle(base, palette));
+    QApplication::setPalette(palette);
     for (const char* name : kFieldClasses) {
-        QApplication::setPalette(InstrumentPalette::MakeForFields(), name);
+        QApplication::setPalette(highContrast ? palette : InstrumentPalette::MakeForFields(), name);
     }
-    QToolTip::setPalette(InstrumentPalette::Make());
+    QToolTip::setPalette(palette);
     QApplication::setFont(InstrumentLegend::TextFont(QApplication::font()));
     QApplication::setFont(InstrumentLegend::KeyFont(QApplication::font()), "QPushButton");
 }
@@ -114,12 +107,12 @@ void InstrumentStyle::Dress(QStyle* base) {
 void InstrumentStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (widget->inherits("QTipLabel")) {
-        widget->setPalette(InstrumentPalette::Make());  // Qt gives it the desktop's when that changes
+        widget->setPalette(palette_);  // Qt gives it the desktop's when that changes
     }
 }
 
 QPalette InstrumentStyle::standardPalette() const {
-    return InstrumentPalette::Make();
+    return palette_;
 }
 
 int InstrumentStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {

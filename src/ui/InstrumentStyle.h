@@ -15,11 +15,11 @@ class QStyleOptionSpinBox;
 class InstrumentStyle : public QProxyStyle {
 public:
     /// Owns the base.
-    explicit InstrumentStyle(QStyle* base);
+    InstrumentStyle(QStyle* base, const QPalette& palette);
 
     /// Makes the style, the palette and the typeface those of the whole application, in place of the desktop's; sizes
-    /// of type stay the desktop's. Where the desktop asks for high contrast, by its palette or by its icons' theme, the
-    /// bare base style is taken, with the desktop's palette if that is one of high contrast. Owns the base.
+    /// of type stay the desktop's. White on black where the desktop asks for high contrast, by its palette or by its
+    /// icons' theme. Owns the base.
     static void Dress(QStyle* base);
 
     using QProxyStyle::polish;
@@ -52,4 +52,6 @@ private:
     void drawFader(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
     void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
     void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
+
+    const QPalette palette_;
 };

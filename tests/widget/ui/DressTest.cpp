@@ -44,8 +44,8 @@ TEST_F(Dressed, FieldsShowFiguresInGreen) {
     QLineEdit edit;
     QComboBox combo;
     QSpinBox spin;
-    for (const QWidget* field :
-         {static_cast<QWidget*>(&edit), static_cast<QWidget*>(&combo), static_cast<QWidget*>(&spin)}) {
+    for (QWidget* field : std::initializer_list<QWidget*>{&edit, &combo, &spin}) {
+        field->ensurePolished();
         EXPECT_EQ(field->palette().color(QPalette::Text), InstrumentColors::kFigures);
     }
 }
@@ -86,16 +86,15 @@ TEST_F(Dressed, MarksOfBoxesAreTheInstrumentsOwnAtAnySize) {
 TEST_F(Dressed, HighContrastIsHonoured) {
     QIcon::setThemeName("HighContrast");
     Dress();
-    EXPECT_EQ(dynamic_cast<InstrumentStyle*>(QApplication::style()), nullptr);
-    EXPECT_TRUE(InstrumentPalette::IsHighContrast(QApplication::palette()));
+    EXPECT_EQ(QApplication::palette(), InstrumentPalette::MakeHighContrast());
+    EXPECT_EQ(QApplication::palette("QLineEdit"), InstrumentPalette::MakeHighContrast());
     QIcon::setThemeName({});
     QPalette desktop(Qt::black, Qt::white, Qt::white, Qt::darkGray, Qt::gray, Qt::black, Qt::black, Qt::white,
                      Qt::white);
     QApplication::setPalette(desktop);
     Dress();
-    EXPECT_EQ(dynamic_cast<InstrumentStyle*>(QApplication::style()), nullptr);
-    EXPECT_EQ(QApplication::palette().color(QPalette::Window), Qt::white);
-    QApplication::setPalette({});
+    EXPECT_EQ(QApplication::palette(), InstrumentPalette::MakeHighContrast());
+    QApplication::setPalette(InstrumentPalette::Make());
 }
 
 }  // namespace
