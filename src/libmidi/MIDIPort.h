@@ -14,6 +14,15 @@ enum Result : int { kSuccess = 0, kAlreadyOpen = 1, kNotOpen = 2, kNoData = 5, k
 /// Flags that every port reports.
 enum PortFlags : std::uint32_t { kInput = 1, kOutput = 2, kOpen = 4, kUnavailableFlag = 8 };
 
+/// What has become of the device of an open port.
+enum class DeviceState {
+    kWorks,      ///< as far as anybody can say
+    kStalled,    ///< it takes what is written and does nothing with it for now
+    kLost,       ///< nothing comes from it and reaches it any more
+    kBack,       ///< was lost; closing and opening the port reaches it again
+    kElsewhere,  ///< was lost; it is there, but only the ports of a new set reach it
+};
+
 /// Receives incoming MIDI on the input port's own thread, with none of the port's locks held. Not owned by the port;
 /// removed before it is destroyed.
 class MIDIPortDataListener {
@@ -38,6 +47,9 @@ public:
     /// kSuccess, kUnavailable or kNotOpen. Not for several threads at once; an input port's waits for its thread, so
     /// not from inside a listener's call. [gui]
     virtual Result Close() = 0;
+    /// Looks what has become of the device, waiting for nothing; to be called about once a second while the port is to
+    /// be open. Of a device that was lost a look may begin to reach it again behind the caller's back. [gui]
+    virtual DeviceState LookAtDevice() { return DeviceState::kWorks; }
 };
 
 class MIDIInPort : public virtual MIDIPort {

@@ -53,12 +53,13 @@ private:
     PortMIDIImpl& implementation_;
 };
 
-PortMIDIImpl::PortMIDIImpl(PortMidiApi& api, NK::CSleeper& sleeper, Threads threads)
-    : api_(api), sleeper_(sleeper), threads_(threads) {
+PortMIDIImpl::PortMIDIImpl(PortMidiApi& api, NK::CSleeper& sleeper, Threads threads, SequencerLister lister)
+    : api_(api), sleeper_(sleeper), threads_(threads), lister_(std::move(lister)) {
     initialized_ = api_.Initialize() == pmNoError;
     if (!initialized_) {
         return;
     }
+    sequencerAtStart_ = lister_();
     AddPorts(false);
     AddPorts(true);
     if (RunsThreads() && ports_.GetCount() != 0) {
@@ -99,6 +100,23 @@ void PortMIDIImpl::AddPort(PmDeviceID device, const PmDeviceInfo& info) {
     } else if (info.output != 0) {
         ports_.Append(std::make_unique<PortMIDIOutPort>(*this, device, name));
     }
+}
+
+DeviceWatch PortMIDIImpl::MakeWatch(PmDeviceID device) const {
+    const PmDeviceInfo* const info = api_.GetDeviceInfo(device);
+    if (info == nullptr || info->name == nullptr) {
+        return {lister_, std::nullopt, {}, false, 0};
+    }
+    const std::string name = info->name;
+    const bool isInput = info->input != 0;
+    std::size_t ordinal = 0;
+    for (PmDeviceID earlier = 0; earlier < device; ++earlier) {
+        const PmDeviceInfo* const other = api_.GetDeviceInfo(earlier);
+        if (other != nullptr && other->name != nullptr && other->name == name && (other->input != 0) == isInput) {
+            ++ordinal;
+        }
+    }
+    return {lister_, sequencerAtStart_, name, isInput, ordinal};
 }
 
 MIDIInPort* PortMIDIImpl::GetDefaultInput() const {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "libmidi/PortFactory.h"
+#include "libmidi/portmidi/DeviceWatch.h"
 #include "libmidi/portmidi/MIDIPortContext.h"
 #include "libmidi/portmidi/PortMidiApi.h"
 #include "nk/nk_sleep.h"
@@ -21,7 +23,7 @@ public:
     enum class Threads { kRun, kByHand };
 
     explicit PortMIDIImpl(PortMidiApi& api = RealPortMidiApi(), NK::CSleeper& sleeper = NK::SystemSleeper(),
-                          Threads threads = Threads::kRun);
+                          Threads threads = Threads::kRun, SequencerLister lister = NK::Platform::ListSequencerPorts);
     /// Stops the timer, closes and deletes the ports, terminates PortMidi.
     ~PortMIDIImpl() override;
     PortMIDIImpl(const PortMIDIImpl&) = delete;
@@ -36,6 +38,9 @@ public:
     /// Advances the tick counter, then reads each open input port once. [input-timer]
     void RunInputRound();
 
+    /// Follows that device of PortMidi's.
+    DeviceWatch MakeWatch(PmDeviceID device) const;
+
     PortMidiApi& GetApi() const { return api_; }
     NK::CSleeper& GetSleeper() const { return sleeper_; }
     bool RunsThreads() const { return threads_ == Threads::kRun; }
@@ -49,7 +54,9 @@ private:
     PortMidiApi& api_;
     NK::CSleeper& sleeper_;
     const Threads threads_;
+    const SequencerLister lister_;
     bool initialized_ = false;
+    std::optional<DeviceWatch::Ports> sequencerAtStart_;
     MIDIPortContainerImpl ports_;
     std::vector<MIDIPortContext*> inputs_;  ///< among ports_, in its order
     std::unique_ptr<InputTimer> timer_;

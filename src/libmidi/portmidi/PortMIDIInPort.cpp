@@ -12,7 +12,9 @@
 namespace LibMidi {
 
 PortMIDIInPort::PortMIDIInPort(PortMIDIImpl& implementation, PmDeviceID device, const NK::CString& name)
-    : MIDIPortImpl(device, name, kInput), MIDIInPortImpl(implementation.GetSleeper()), PortMIDIPort(implementation) {
+    : MIDIPortImpl(device, name, kInput),
+      MIDIInPortImpl(implementation.GetSleeper()),
+      PortMIDIPort(implementation, device) {
 }
 
 PortMIDIInPort::~PortMIDIInPort() {
@@ -21,11 +23,14 @@ PortMIDIInPort::~PortMIDIInPort() {
 
 bool PortMIDIInPort::OpenDevice() {
     constexpr std::int32_t kDefaultBufferSize = 0;
+    watch_.BeforeOpening();
     if (GetApi().OpenInput(&stream_, GetDevice(), nullptr, kDefaultBufferSize, &TickCounter::TimeProcedure, nullptr) !=
         pmNoError) {
         stream_ = nullptr;
         return false;
     }
+    watch_.AfterOpening();
+    isBroken_ = false;
     quietRounds_ = 0;
     SetLostCount(0);
     SetClosing(false);
@@ -58,9 +63,13 @@ void PortMIDIInPort::CloseDevice() {
 }
 
 bool PortMIDIInPort::IsReadDue() {
-    if (GetApi().Poll(stream_) > 0) {
+    const PmError polled = GetApi().Poll(stream_);
+    if (polled > 0) {
         quietRounds_ = 0;
         return true;
+    }
+    if (polled < 0) {
+        isBroken_ = true;
     }
     ++quietRounds_;
     return quietRounds_ % kProbeRounds == 1;
@@ -78,9 +87,25 @@ void PortMIDIInPort::ReceiveRound() {
     PmEvent event{};
     const int result = GetApi().Read(stream_, &event, 1);
     if (result > 0) {
+        isBroken_ = false;
         QueueMessage(event.message);
     } else if (result == pmBufferOverflow) {
         QueueLoss();
+    } else if (result < 0) {
+        isBroken_ = true;
+    }
+}
+
+DeviceState PortMIDIInPort::LookAtDevice() {
+    switch (watch_.Look()) {
+        case DeviceWatch::Presence::kAway:
+            return DeviceState::kLost;
+        case DeviceWatch::Presence::kReturned:
+            return DeviceState::kBack;
+        case DeviceWatch::Presence::kElsewhere:
+            return DeviceState::kElsewhere;
+        default:
+            return isBroken_ ? DeviceState::kBack : DeviceState::kWorks;
     }
 }
 

@@ -29,6 +29,7 @@ public:
 
     void ReceiveRound() override;
     void DeliverRound() override;
+    DeviceState LookAtDevice() override;
 
 protected:
     /// The number of queued events.
@@ -50,6 +51,7 @@ private:
     void Notify(std::size_t from, std::size_t to);
 
     std::uint32_t quietRounds_ NK_GUARDED_BY(deviceLock_) = 0;  ///< since the device last had data
+    std::atomic<bool> isBroken_{false};                         ///< the device has failed and has sent nothing since
     std::vector<MIDIEvent> queue_ NK_GUARDED_BY(queueLock_);
     std::uint32_t lost_ NK_GUARDED_BY(queueLock_) = 0;     ///< overruns not told to the listeners yet
     std::size_t lostAfter_ NK_GUARDED_BY(queueLock_) = 0;  ///< queued events that came before the last overrun

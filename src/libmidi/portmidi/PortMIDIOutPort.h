@@ -1,6 +1,8 @@
 // PortMidi's output port.
 #pragma once
 
+#include <atomic>
+
 #include "libmidi/MIDIOutPortImpl.h"
 #include "libmidi/portmidi/PortMIDIPort.h"
 
@@ -12,9 +14,15 @@ public:
     PortMIDIOutPort(PortMIDIImpl& implementation, PmDeviceID device, const NK::CString& name);
     ~PortMIDIOutPort() override;
 
+    /// On the sequencer the library keeps a message that failed and sends none after it, to whatever port: then it has
+    /// to be started anew.
+    DeviceState LookAtDevice() override;
+
 private:
     bool OpenDevice() override NK_REQUIRES(deviceLock_);
     bool WriteEvent(const MIDIEvent& event) override NK_REQUIRES(deviceLock_);
+
+    std::atomic<bool> hasFailed_{false};
 };
 
 }  // namespace LibMidi

@@ -4,8 +4,8 @@
 
 namespace LibMidi {
 
-PortMIDIPort::PortMIDIPort(PortMIDIImpl& implementation)
-    : implementation_(implementation), api_(implementation.GetApi()) {
+PortMIDIPort::PortMIDIPort(PortMIDIImpl& implementation, PmDeviceID device)
+    : watch_(implementation.MakeWatch(device)), implementation_(implementation), api_(implementation.GetApi()) {
 }
 
 void PortMIDIPort::CloseDevice() {
