@@ -68,12 +68,4 @@ TEST_F(DialogPictures, BoxesLookAsReviewed) {
     });
 }
 
-TEST_F(DialogPictures, ThePatchMenuLooksAsReviewed) {
-    front->SetPatch(48, 0);
-    InBothLanguages([this](const QString& language) {
-        OnPopUp([&](QWidget& popUp) { ExpectLikeReviewed(popUp.grab().toImage(), "patch_menu" + language); });
-        panel->patch1Menu(QPoint(10, 10));
-    });
-}
-
 }  // namespace
