@@ -25,7 +25,8 @@
 
 namespace {
 const NK::CString kTakesFolder = L"Takes";
-}
+constexpr int kLongestNoticeDelayMs = 1000;  // for a window that does not become the active one
+}  // namespace
 
 KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
     : QWidget(parent),
@@ -272,6 +273,11 @@ bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
                 releaseControls(*control);
             }
             break;
+        case QEvent::WindowActivate:
+            if (watched == window()) {
+                QTimer::singleShot(0, this, [this] { notices_.Begin(); });
+            }
+            break;
         case QEvent::Close:
             if (watched == window() && !isReadyToClose()) {
                 event->ignore();
@@ -295,10 +301,8 @@ void KivoraWidget::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     window()->installEventFilter(this);
     if (!std::exchange(shownBefore_, true)) {
-        QTimer::singleShot(0, this, [this] {
-            notices_.Begin();
-            takesChanged();  // what an earlier run left
-        });
+        takesChanged();  // what an earlier run left
+        QTimer::singleShot(kLongestNoticeDelayMs, this, [this] { notices_.Begin(); });
     }
 }
 

@@ -14,7 +14,9 @@ void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QStr
 }
 
 void StartNotices::Begin() {
-    begun_ = true;
+    if (std::exchange(begun_, true)) {
+        return;
+    }
     for (const Notice& notice : std::exchange(waiting_, {})) {
         Show(notice);
     }

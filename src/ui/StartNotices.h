@@ -15,7 +15,7 @@ public:
 
     /// `details` as in Dialogs::MakeBox().
     void Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details = {});
-    /// The window is shown.
+    /// The window is shown. Calls after the first do nothing.
     void Begin();
 
 private:
