@@ -10,5 +10,12 @@
             <numerusform>Messages of the MIDI keyboard were lost %n times, and its held keys were released.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Its file is damaged: %n event(s) of it are missing.</source>
+        <translation>
+            <numerusform>Its file is damaged: one event of it is missing.</numerusform>
+            <numerusform>Its file is damaged: %n events of it are missing.</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

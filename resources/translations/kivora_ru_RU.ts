@@ -1425,6 +1425,30 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>The settings file cannot be read at present. The default settings are in force. The file is left as it is; what you change is kept beside it and taken over when it can be read.</source>
         <translation>Файл настроек сейчас не читается. Действуют настройки по умолчанию. Файл оставлен как есть; то, что вы измените, хранится рядом с ним и вступит в силу, когда файл удастся прочитать.</translation>
     </message>
+    <message>
+        <source>A recording is not safe on the disk. Press here to save it.</source>
+        <translation>Запись на диске не сохранена. Нажмите здесь, чтобы сохранить её.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Its file is damaged: %n event(s) of it are missing.</source>
+        <translation>
+            <numerusform>Её файл повреждён: не хватает %n события.</numerusform>
+            <numerusform>Её файл повреждён: не хватает %n событий.</numerusform>
+            <numerusform>Её файл повреждён: не хватает %n событий.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>It is not safe on the disk: it is lost when the program ends.</source>
+        <translation>Уберечь её на диске не удалось: при завершении программы она пропадёт.</translation>
+    </message>
+    <message>
+        <source>The damaged file of a recording was kept under another name:</source>
+        <translation>Повреждённый файл записи сохранён под другим именем:</translation>
+    </message>
+    <message>
+        <source>A recording that waits to be saved cannot be read now. It stays where it is:</source>
+        <translation>Запись, которая ждёт сохранения, сейчас не читается. Она остаётся на месте:</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>

@@ -44,7 +44,8 @@ LostJournal SetAside(JournalFile& journal) {
 
 }  // namespace
 
-/// What is not const is guarded by the journal's lock, except the last two, which are guarded by its lock of the files.
+/// What is not const is guarded by the journal's lock, except the journal and whether its failure was told, which are
+/// guarded by its lock of the files.
 struct TakeJournal::Take {
     Take(int number, std::int64_t moment, bool isEarlier)
         : id(number), startedAt(moment), isFromEarlierRun(isEarlier) {}
@@ -58,7 +59,7 @@ struct TakeJournal::Take {
     /// Takes in what has been captured since the last time.
     void Follow() {
         if (source) {
-            endMs = source->GetCaptureEndMs();
+            endMs = source->GetCaptureTimeMs();
             events = source->GetCaptured();
             events.Visit(count, [this](const CapturedEvent& event) { Look(event); });
         }
@@ -82,7 +83,8 @@ struct TakeJournal::Take {
     bool isPlayed = false;
     bool isJournalDamaged = false;
     std::unique_ptr<JournalFile> journal;
-    bool hasFailed = false;
+    bool isFailing = false;
+    bool isFailureTold = false;
 };
 
 class TakeJournal::Thread : public LibMidi::RoundThread {
@@ -218,7 +220,7 @@ std::vector<WaitingTake> TakeJournal::GetWaiting() const {
     for (const TakePointer& take : takes_) {
         if (!take->source) {
             waiting.push_back({take->id, take->startedAt, static_cast<int>(take->lengthMs), take->isFromEarlierRun,
-                               take->countOnDisk == take->count, static_cast<int>(take->missing)});
+                               take->countOnDisk == take->count, take->isFailing, static_cast<int>(take->missing)});
         }
     }
     return waiting;
@@ -300,6 +302,7 @@ void TakeJournal::Forget(const TakePointer& take) {
 
 void TakeJournal::WriteOut() {
     bool failed = false;
+    bool recovered = false;
     {
         const CLockGuard files(fileLock_);
         struct Behind {
@@ -318,14 +321,28 @@ void TakeJournal::WriteOut() {
             }
         }
         for (const auto& [take, events, markMs] : behind) {
-            if (!Append(*take, events, markMs) && !std::exchange(take->hasFailed, true)) {
-                failed = true;
-            }
+            const bool isFailing = !Append(*take, events, markMs);
+            const CLockGuard guard(lock_);
+            recovered = recovered || (take->isFailing && !isFailing);
+            take->isFailing = isFailing;
+            failed = failed || (isFailing && !std::exchange(take->isFailureTold, true));
         }
     }
     if (failed) {
-        emit JournalFailed(tr("The recording goes on, but it cannot be kept safe on the disk meanwhile."));
+        emit JournalFailed(GetFailureText());
     }
+    if (recovered) {
+        emit WaitingChanged();
+    }
+}
+
+bool TakeJournal::IsFailing() const {
+    const CLockGuard guard(lock_);
+    return std::any_of(takes_.begin(), takes_.end(), [](const TakePointer& take) { return take->isFailing; });
+}
+
+QString TakeJournal::GetFailureText() {
+    return tr("The recording goes on, but it cannot be kept safe on the disk meanwhile.");
 }
 
 bool TakeJournal::Append(Take& take, const CaptureStore::View& events, std::optional<std::uint32_t> markMs) {

@@ -25,8 +25,9 @@ struct WaitingTake {
     std::int64_t startedAt = 0;  ///< seconds since 1970-01-01 UTC
     int lengthMs = 0;            ///< from the start of the recording to its last event
     bool isFromEarlierRun = false;
-    bool isOnDisk = false;  ///< all of it; otherwise it is lost at the end of the program unless it gets there
-    int missing = 0;        ///< events that its damaged journal does not give back
+    bool isOnDisk = false;   ///< all of it; otherwise it is lost at the end of the program unless it gets there
+    bool isFailing = false;  ///< its journal could not be written when that was tried last
+    int missing = 0;         ///< events that its damaged journal does not give back
 };
 
 /// A journal that tells nobody what it holds.
@@ -87,6 +88,10 @@ public:
     /// Forgets the recording of this run that ended last. False when it does not wait: it was saved or refused already,
     /// nothing was played in it, or there is none.
     bool RefuseLatest();
+    /// Whether the journal of any take could not be written when that was tried last.
+    bool IsFailing() const;
+    /// What the user is told of that, translated.
+    static QString GetFailureText();
     /// The journals that were found lost since the last call.
     std::vector<LostJournal> TakeLost();
 
@@ -95,10 +100,11 @@ public:
     void WriteOut();
 
 signals:
-    /// A recording has ended, or one that waited was saved or refused.
+    /// A recording has ended, one that waited was saved or refused, or one that could not be written is on the disk
+    /// now.
     void WaitingChanged();
-    /// Once for a recording: it goes on, but its journal could not be written. `text` tells the user so, translated.
-    /// From the journal's thread.
+    /// Once for a recording: it goes on, but its journal could not be written. `text` is GetFailureText(). From the
+    /// journal's thread.
     void JournalFailed(const QString& text);
 
 private:

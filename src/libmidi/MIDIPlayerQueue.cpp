@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <optional>
 #include <utility>
 
 #include "libmidi/ArrivalOrder.h"
@@ -15,6 +14,8 @@ namespace {
 
 /// The order in which ready events leave; the smallest first.
 enum EventClass : int { kRetriggeredOff = 0, kOther = 2, kNoteOff = 3, kDurationOff = 4 };
+
+constexpr NK::MIDI::TMIDIMessage kNothingSounds{NK::MIDI::TMIDIMessage::kSystemReset, 0, 0, 0};
 
 struct ReadyEvent {
     TakenEvent content;
@@ -94,8 +95,6 @@ public:
         return taken;
     }
 
-    std::uint32_t GetCaptureTimeMs() const NK_REQUIRES(lock) { return capturing ? clock.GetMs() : captureTimeMs; }
-
     void Clear() NK_REQUIRES(lock) {
         ready.clear();
         waiting.clear();
@@ -137,9 +136,8 @@ public:
     bool capturing NK_GUARDED_BY(lock) = false;
     CaptureStore captured NK_GUARDED_BY(lock);
     mutable CaptureClock clock NK_GUARDED_BY(lock);
-    std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;           ///< of the capture that was stopped
-    std::optional<std::uint32_t> deafSinceMs NK_GUARDED_BY(lock);  ///< in the capture; while queueing is off
-    std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;          ///< from the start of the capture
+    std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;   ///< of the capture that was stopped
+    std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;  ///< from the start of the capture
 
 private:
     static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.status & 0x0F; }
@@ -283,8 +281,8 @@ bool MIDIPlayerQueue::HasWork() const noexcept {
 
 void MIDIPlayerQueue::SetAccepting(bool on) {
     const CLockGuard guard(state_->lock);
-    if (state_->capturing && on != state_->accepting) {
-        state_->deafSinceMs = on ? std::nullopt : std::optional(state_->clock.GetMs());
+    if (!on && state_->accepting && state_->capturing) {
+        state_->captured.Append({state_->clock.GetMs(), kNothingSounds});
     }
     state_->accepting = on;
 }
@@ -309,7 +307,6 @@ void MIDIPlayerQueue::StartCapture() {
     const CLockGuard guard(state_->lock);
     std::swap(former, state_->captured);
     state_->capturing = true;
-    state_->deafSinceMs.reset();
     state_->lastCapturedMs = 0;
     state_->clock.Restart();
 }
@@ -329,12 +326,7 @@ bool MIDIPlayerQueue::IsCapturing() const {
 
 std::uint32_t MIDIPlayerQueue::GetCaptureTimeMs() const {
     const CLockGuard guard(state_->lock);
-    return state_->GetCaptureTimeMs();
-}
-
-std::uint32_t MIDIPlayerQueue::GetCaptureEndMs() const {
-    const CLockGuard guard(state_->lock);
-    return state_->deafSinceMs.value_or(state_->GetCaptureTimeMs());
+    return state_->capturing ? state_->clock.GetMs() : state_->captureTimeMs;
 }
 
 std::int32_t MIDIPlayerQueue::GetIdleTimeMs() const {

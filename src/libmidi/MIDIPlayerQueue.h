@@ -67,15 +67,13 @@ public:
     /// that it has reached. A clock that goes back counts as standing still.
     void SetTimeSource(NK::CTimeSource* source);
 
-    /// Capture of every event that leaves the queue. Start clears what was captured before.
+    /// Capture of every event that leaves the queue, and of a System Reset where queueing is turned off meanwhile: what
+    /// sounded ends there. Start clears what was captured before.
     void StartCapture();
     void StopCapture();
     bool IsCapturing() const;
     std::uint32_t GetCaptureTimeMs() const;  ///< length so far; the final length after StopCapture()
-    /// When the capture ended, or now while it runs: for what is open in it. Where queueing is off since, for want of
-    /// an output, the moment at which it was turned off.
-    std::uint32_t GetCaptureEndMs() const;
-    std::int32_t GetIdleTimeMs() const;  ///< ms since the last captured event (or the start); -1 when not capturing
+    std::int32_t GetIdleTimeMs() const;      ///< ms since the last captured event (or the start); -1 when not capturing
     std::uint32_t GetCapturedCount() const;
     /// Calls `visit` for events from..count-1 in capture order, with no lock held. Events captured meanwhile are not
     /// visited.

@@ -22,6 +22,7 @@
 #include "ui/PanelControlKeys.h"
 #include "ui/PanelGeometry.h"
 #include "ui/PresetList.h"
+#include "ui/UnaskedBox.h"
 
 namespace {
 const NK::CString kTakesFolder = L"Takes";
@@ -157,20 +158,16 @@ void KivoraWidget::inputLost() {
     midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
     if (engine_->GetInputLostCount() == 1) {
         releaseHeld();
-        QMessageBox* const box =
+        UnaskedBox::show(
             Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
                              tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
-                                "The keys that it held were released. The MIDI lamp tells how often."))
-                .release();
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->setWindowModality(Qt::NonModal);
-        box->setAttribute(Qt::WA_ShowWithoutActivating);  // who plays on is not to be stopped
-        box->show();
+                                "The keys that it held were released. The MIDI lamp tells how often.")),
+            *this);
     }
 }
 
-void KivoraWidget::takeNotKept(const QString& text) {
-    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"), text);
+void KivoraWidget::takeNotKept() {
+    updateTakeNotice();
 }
 
 void KivoraWidget::fileSetAside(const QString& path) {
@@ -237,7 +234,9 @@ bool KivoraWidget::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::WindowDeactivate:
         case QEvent::FocusOut:
-            releaseHeld();
+            if (!UnaskedBox::isActive()) {  // which passes on the releases
+                releaseHeld();
+            }
             break;
         case QEvent::ShortcutOverride:
             if (keyRepeats_.isRepeat(*static_cast<QKeyEvent*>(event))) {

@@ -5,8 +5,11 @@
 #include <memory>
 #include <QBasicTimer>
 #include <QDateTime>
+#include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
+#include <set>
 
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
@@ -41,6 +44,7 @@ namespace Kivora {
 class CKivora;
 class EngineFront;
 class TakeJournal;
+struct WaitingTake;
 }  // namespace Kivora
 
 /// Joins the controls, the piano, the computer keys and the displays to the engine. Without one the controls do nothing
@@ -142,7 +146,7 @@ private slots:
     void outputLost();
     void inputLost();
     void takesChanged();
-    void takeNotKept(const QString& text);
+    void takeNotKept();
     void fileSetAside(const QString& path);
 
 private:
@@ -193,8 +197,25 @@ private:
     /// Asks where to, until the take is written or the user gives up. `save` writes it to a path.
     bool saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save);
     void checkLimits();
-    /// Offers the takes that wait to be saved. False when the user wants to decide later.
-    bool offerTakes();
+    void askAfterStop(const QString& reason);
+
+    // KivoraWidget_takes.cpp
+    /// Asks about the takes that wait, one after the other, while the panel goes on.
+    void offerTakes();
+    /// One question at a time; `id` is 0 where the take does not wait.
+    void askAboutTake(int id, std::unique_ptr<QMessageBox> box,
+                      std::function<void(QMessageBox::StandardButton)> answered);
+    void withdrawTakeQuestion();
+    std::unique_ptr<QMessageBox> makeOffer(const Kivora::WaitingTake& take);
+    /// These two are false when the take waits on.
+    bool answerOffer(int id, const QDateTime& begun, QMessageBox::StandardButton answer);
+    bool saveTake(int id, const QDateTime& begun);
+    /// It is not offered by itself any more in this run.
+    void leaveForLater(int id);
+    void tellLostJournals();
+    void updateTakeNotice();
+    /// Asks about all that wait, and waits. False when the user wants to decide later.
+    bool decideAboutTakes();
     bool isReadyToClose();
 
     // KivoraWidget_menu.cpp
@@ -228,7 +249,10 @@ private:
     QTimer panelTimer_;
     Desktop desktop_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
-    bool askingAboutTakes_ = false;
+    bool askingAboutTakes_ = false;               ///< in a dialog that the program waits for
+    QPointer<QMessageBox> takeQuestion_;          ///< the one that is open while the panel goes on
+    int takeAsked_ = 0;                           ///< what it is about
+    std::set<int> takesForLater_;
     bool shownBefore_ = false;
     StartNotices notices_{this};
     BYTE lastVelocity_ = 0;  ///< 0: none yet

@@ -15,6 +15,7 @@
 #include "ui/KivoraWidget.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
+#include "ui/UnaskedBox.h"
 
 using NK::Piano::CPCKeyPlayer;
 using NK::Piano::EVelocityLevel;
@@ -67,7 +68,7 @@ int LevelOf(EVelocityLevel level) {
 }  // namespace
 
 bool KivoraWidget::isPlayable() const {
-    return engine_ != nullptr && isActiveWindow();
+    return engine_ != nullptr && (isActiveWindow() || UnaskedBox::isActive());
 }
 
 void KivoraWidget::keyPressEvent(QKeyEvent* event) {

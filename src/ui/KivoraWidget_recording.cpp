@@ -1,9 +1,6 @@
 // Recording: its controls, its limits, and saving what was played.
-#include <algorithm>
 #include <QDateTime>
 #include <QFileDialog>
-#include <QLocale>
-#include <QPushButton>
 #include <QScopedValueRollback>
 
 #include "engine/CKivora.h"
@@ -17,6 +14,7 @@
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
 #include "ui/RecordingTexts.h"
+#include "ui/UnaskedBox.h"
 
 namespace {
 constexpr int kTickMs = 100;
@@ -48,6 +46,7 @@ void KivoraWidget::recordingStateChanged() {
     } else {
         panelTimer_.stop();
     }
+    updateTakeNotice();
 }
 
 void KivoraWidget::onRecord() {
@@ -75,12 +74,15 @@ void KivoraWidget::onStopRecording() {
 
 void KivoraWidget::stopAndSave() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
-    if (engine_->IsRecording() && !engine_->StopRecording()) {
+    const bool captured = engine_->GetRecordedCount() > 0;
+    if (engine_->IsRecording() && !front_->StopRecording()) {
         Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
     }
-    if (engine_->GetRecordedCount() > 0) {
-        saveAs(QDateTime::currentDateTime(), [this](const NK::CString& path) { return engine_->SaveRecording(path); });
+    const int take = takes_->GetLatest();
+    if (captured &&
+        !saveAs(QDateTime::currentDateTime(), [this](const NK::CString& path) { return takes_->SaveLatest(path); })) {
+        leaveForLater(take);
     }
 }
 
@@ -117,94 +119,33 @@ void KivoraWidget::checkLimits() {
     if (reason.isEmpty()) {
         return;
     }
-    const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool captured = engine_->GetRecordedCount() > 0;
-    if (!engine_->StopRecording()) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
-        return;
-    }
-    if (!captured) {
-        Dialogs::Show(this, QMessageBox::Warning, tr("Warning"), reason);
-        return;
-    }
-    const auto answer = Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
-                                      reason + " " + tr("Do you want to save the recording?"),
-                                      QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes);
-    if (answer == QMessageBox::Yes) {
-        stopAndSave();
-    } else if (answer == QMessageBox::No) {
-        takes_->RefuseLatest();
-    }
-    // Without an answer, when the program is ended meanwhile, the take waits.
-}
-
-void KivoraWidget::takesChanged() {
-    if (!askingAboutTakes_) {
-        QTimer::singleShot(0, this, [this] { offerTakes(); });
-    }
-}
-
-bool KivoraWidget::offerTakes() {
-    if (takes_ == nullptr || askingAboutTakes_ || engine_->IsRecording()) {
-        return true;
-    }
     const QScopedValueRollback asking(askingAboutTakes_, true);
-    bool decided = true;
-    for (const Kivora::WaitingTake& take : takes_->GetWaiting()) {
-        const QDateTime begun = QDateTime::fromSecsSinceEpoch(take.startedAt);
-        const auto box = Dialogs::MakeBox(
-            this, QMessageBox::Question, tr("Recording Not Saved"),
-            tr("A recording of %1 (minutes and seconds), begun on %2, was not saved.")
-                    .arg(RecordingTexts::Elapsed(take.lengthMs), QLocale().toString(begun, QLocale::ShortFormat)) +
-                "\n" + tr("Do you want to save the recording?"),
-            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-        box->setDefaultButton(QMessageBox::Save);
-        box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
-        switch (box->exec()) {
-            case QMessageBox::Save:
-                decided &=
-                    saveAs(begun, [this, &take](const NK::CString& path) { return takes_->Save(take.id, path); });
-                break;
-            case QMessageBox::Discard:
-                takes_->Refuse(take.id);
-                break;
-            default:
-                decided = false;
-                break;
-        }
+    if (!front_->StopRecording()) {
+        UnaskedBox::show(
+            Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording.")), *this);
+    } else if (!captured) {
+        UnaskedBox::show(Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"), reason), *this);
+    } else {
+        askAfterStop(reason);
     }
-    return decided;
 }
 
-bool KivoraWidget::isReadyToClose() {
-    if (takes_ == nullptr) {
-        return true;
-    }
-    releaseHeld();
-    front_->FallSilent();
-    {
-        const QScopedValueRollback asking(askingAboutTakes_, true);
-        engine_->StopRecording();
-    }
-    if (offerTakes()) {
-        return true;
-    }
-    // What waits is offered again at the next start, if it is there to be offered.
-    NK::ForgetFileFailure();
-    takes_->WriteOut();
-    const auto waiting = takes_->GetWaiting();
-    if (std::all_of(waiting.begin(), waiting.end(), [](const Kivora::WaitingTake& take) { return take.isOnDisk; })) {
-        return true;
-    }
-    Dialogs::ShowFailure(this, QMessageBox::Warning, tr("Warning"),
-                         tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
-                            "Save the recording in another folder, or discard it."),
-                         Dialogs::GetFileFailure());
-    return false;
-}
-
-void KivoraWidget::keepTakes() {
-    if (takes_ != nullptr) {
-        takes_->WriteOut();
-    }
+void KivoraWidget::askAfterStop(const QString& reason) {
+    const int take = takes_->GetLatest();
+    askAboutTake(
+        take,
+        Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
+                         reason + " " + tr("Do you want to save the recording?"), QMessageBox::Yes | QMessageBox::No),
+        [this, take](QMessageBox::StandardButton answer) {
+            if (answer == QMessageBox::No) {
+                takes_->Refuse(take);
+            } else if (answer != QMessageBox::Yes) {
+                leaveForLater(take);
+            } else if (take != 0) {
+                saveTake(take, QDateTime::currentDateTime());
+            } else if (!engine_->IsRecording()) {
+                stopAndSave();  // nothing was played in it
+            }
+        });
 }

@@ -14,7 +14,7 @@ class NoticeLine : public QLabel {
 
 public:
     /// What a notice is about, the most urgent first; there is one notice for each at a time.
-    enum class Topic { kSound, kRecording, kInput, kHint };
+    enum class Topic { kSound, kRecording, kTakes, kInput, kHint };
 
     explicit NoticeLine(QWidget* parent = nullptr);
 

@@ -386,10 +386,18 @@ TEST_F(TakeJournalTest, AFullDiskIsToldOnceAndTheRecordingGoesOn) {
         journal->WriteOut();
         ASSERT_THAT(journal->GetWaiting(), SizeIs(1));
         EXPECT_FALSE(journal->GetWaiting()[0].isOnDisk);
+        EXPECT_TRUE(journal->GetWaiting()[0].isFailing);
+        EXPECT_TRUE(journal->IsFailing());
     }
     // There is room again.
+    int changes = 0;
+    QObject::connect(journal.get(), &TakeJournal::WaitingChanged, [&changes] { ++changes; });
     journal->WriteOut();
     EXPECT_THAT(told, SizeIs(1));
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(journal->IsFailing());
+    journal->WriteOut();
+    EXPECT_EQ(changes, 1);
     EXPECT_TRUE(journal->GetWaiting()[0].isOnDisk);
     Quit();
     Start();

@@ -125,34 +125,24 @@ TEST_F(MIDIPlayerQueueCapture, NoStepOfTheClockMakesATimeNegative) {
     EXPECT_EQ(queue.GetIdleTimeMs(), 0);
 }
 
-TEST_F(MIDIPlayerQueueCapture, TheEndIsTheStop) {
+TEST_F(MIDIPlayerQueueCapture, WhereQueueingIsTurnedOffNothingSoundsAnyMore) {
+    const std::uint32_t reset = TMIDIMessage{0xFF, 0, 0, 0}.ToWord();
     queue.StartCapture();
-    time.AdvanceMs(1000);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
-    time.AdvanceMs(500);
-    queue.StopCapture();
-    time.AdvanceMs(500);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 1500U);
-}
-
-TEST_F(MIDIPlayerQueueCapture, TheEndIsTheMomentSinceWhichNothingIsQueued) {
-    queue.StartCapture();
+    Send(on);
+    Take();
     time.AdvanceMs(1000);
     queue.SetAccepting(false);
     time.AdvanceMs(500);
     queue.SetAccepting(false);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
-    EXPECT_EQ(queue.GetCaptureTimeMs(), 1500U);
+    EXPECT_EQ(Read(), (Captured{{0, on.ToWord()}, {1000, reset}}));
+    EXPECT_EQ(queue.GetIdleTimeMs(), 1500) << "nobody played that";
+    queue.SetAccepting(true);
     queue.StopCapture();
-    queue.SetAccepting(true);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 1000U);
-    queue.StartCapture();
-    time.AdvanceMs(10);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 10U);
     queue.SetAccepting(false);
-    queue.SetAccepting(true);
-    time.AdvanceMs(10);
-    EXPECT_EQ(queue.GetCaptureEndMs(), 20U);
+    EXPECT_EQ(queue.GetCapturedCount(), 2U);
+    std::vector<TakenEvent> taken;
+    queue.AdvanceAndTake(0, taken);
+    EXPECT_TRUE(taken.empty()) << "it is captured and not sent";
 }
 
 TEST_F(MIDIPlayerQueueCapture, WhatWasCapturedStaysUntilTheNextStart) {

@@ -1,12 +1,14 @@
 // Recording from the panel: its controls, its limits, saving, and the takes that wait to be saved.
 #include "widget/ui/PanelRig.h"
 
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
 
 #include "support/Files.h"
+#include "unit/engine/SavedTake.h"
 
 using namespace KivoraTest;
 
@@ -57,6 +59,12 @@ protected:
         }
         return answers.seen.size() == before;
     }
+    /// Until all answers were given and nothing is open.
+    void WaitAnswered(const ModalAnswers& answers) {
+        Wait([&] {
+            return answers.AllGiven() && QApplication::activeModalWidget() == nullptr && FindUnaskedBox() == nullptr;
+        });
+    }
     /// That a limit, which is reached just now, stops the recording only a millisecond later, and says why.
     void ExpectTheStopAMillisecondLater(ModalAnswers& answers, const std::string& reason) {
         panel->timerTick();
@@ -65,6 +73,7 @@ protected:
         answers.Click(QMessageBox::No);
         Pass(1);
         panel->timerTick();
+        WaitAnswered(answers);
         EXPECT_EQ(answers.seen, Seen{"Warning: " + reason + " " + kAsk});
         EXPECT_FALSE(Engine().IsRecording());
     }
@@ -258,6 +267,7 @@ TEST_F(PanelRecording, TheIdleReasonWinsWhenBothHold) {
     Pass(kLongestIdleMs + 1);
     answers.Click(QMessageBox::No);
     panel->timerTick();
+    WaitAnswered(answers);
     EXPECT_EQ(answers.seen, Seen{"Warning: " + kIdle + " " + kAsk});
 }
 
@@ -268,6 +278,7 @@ TEST_F(PanelRecording, YesAtTheLimitSaves) {
     answers.Click(QMessageBox::Yes).TypeFile(PathOf("limit.mid"));
     Pass(kLongestIdleMs + 1);
     panel->timerTick();
+    WaitAnswered(answers);
     EXPECT_EQ(answers.seen, (Seen{"Warning: " + kIdle + " " + kAsk, "Save MIDI File"}));
     EXPECT_TRUE(IsMIDIFile("limit.mid"));
 }
@@ -279,6 +290,7 @@ TEST_F(PanelRecording, NoAtTheLimitIsNotAskedAgain) {
     answers.Click(QMessageBox::No);
     Pass(kLongestIdleMs + 1);
     panel->timerTick();
+    WaitAnswered(answers);
     EXPECT_TRUE(IsQuiet(answers));
     window->close();
     EXPECT_TRUE(IsQuiet(answers));
@@ -289,10 +301,12 @@ TEST_F(PanelRecording, ATakeWhoseQuestionAtTheLimitGotNoAnswerWaits) {
     ModalAnswers answers;
     Record();
     PlayNote();
-    answers.Then([](QDialog& dialog) { dialog.hide(); });  // as when the program is ended from outside
+    answers.Then([](QDialog& dialog) { dialog.close(); });
     Pass(kLongestIdleMs + 1);
     panel->timerTick();
+    WaitAnswered(answers);
     EXPECT_FALSE(Engine().IsRecording());
+    EXPECT_TRUE(IsQuiet(answers)) << "not again at once";
     answers.Click(QMessageBox::Save).TypeFile(PathOf("unanswered.mid"));
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(IsMIDIFile("unanswered.mid"));
@@ -305,6 +319,7 @@ TEST_F(PanelRecording, AtTheLimitWithNothingCapturedOnlyTheReasonIsShown) {
     Pass(kLongestIdleMs + 1);
     answers.Click(QMessageBox::Ok);
     panel->timerTick();
+    WaitAnswered(answers);
     EXPECT_EQ(answers.seen, Seen{"Warning: " + kIdle});
     EXPECT_FALSE(Engine().IsRecording());
 }
@@ -318,11 +333,12 @@ TEST_F(PanelRecording, TheLimitsAreCheckedBehindAnotherDialog) {
         Wait([&] { return Label("record-time") == "00:01"; });
         answers.Click(QMessageBox::No);
         Pass(kLongestIdleMs + 1);
-        Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == &about; });
+        Wait([&] { return !Engine().IsRecording(); });
         about.reject();
     });
     QTimer::singleShot(0, panel, &KivoraWidget::aboutClicked);
     Wait([&] { return !Engine().IsRecording() && QApplication::activeModalWidget() == nullptr; });
+    WaitAnswered(answers);
     EXPECT_EQ(answers.seen, (Seen{"About", "Warning: " + kIdle + " " + kAsk}));
 }
 
@@ -333,7 +349,9 @@ TEST_F(PanelRecording, ATakeEndedByAPanicIsOffered) {
     answers.Click(QMessageBox::Save).TypeFile(PathOf("panic.mid"));
     Type(Qt::Key_Escape);
     EXPECT_FALSE(Engine().IsRecording());
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    Wait([&] {
+        return answers.AllGiven() && QApplication::activeModalWidget() == nullptr && FindUnaskedBox() == nullptr;
+    });
     EXPECT_TRUE(IsMIDIFile("panic.mid"));
     ASSERT_EQ(answers.seen.size(), 2u);
     EXPECT_EQ(answers.seen[0].substr(0, 21), "Recording Not Saved: ");
@@ -346,7 +364,7 @@ TEST_F(PanelRecording, ATakeThatIsRefusedIsNotOfferedAgain) {
     PlayNote();
     answers.Click(QMessageBox::Discard);
     Click("reset");
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    WaitAnswered(answers);
     window->close();
     EXPECT_TRUE(IsQuiet(answers));
     EXPECT_FALSE(window->isVisible());
@@ -376,7 +394,7 @@ TEST_F(PanelRecording, ATakeForLaterIsOfferedAtTheNextStart) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Save).TypeFile(PathOf("next start.mid"));
     CreateWindow();
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    WaitAnswered(answers);
     EXPECT_TRUE(IsMIDIFile("next start.mid"));
     CreateAgain();
     CreateWindow();
@@ -387,16 +405,14 @@ TEST_F(PanelRecording, ATakeForLaterIsOfferedAtTheNextStart) {
 TEST_F(PanelRecording, ATakeThatTheDiskDoesNotKeepHoldsTheWindowOpenAndTheUserIsTold) {
     WriteFileBytes(rig.folder / "user/Takes", "a file where the folder should be");
     ModalAnswers answers;
-    answers.Click(QMessageBox::Ok);
     Record();
     PlayNote();
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
-    EXPECT_EQ(answers.seen, Seen{"Warning: The recording goes on, but it cannot be kept safe on the disk meanwhile."});
     answers.Click(QMessageBox::Cancel).Click(QMessageBox::Ok);
     EXPECT_FALSE(window->close());
     EXPECT_TRUE(window->isVisible());
-    ASSERT_EQ(answers.seen.size(), 3u);
-    EXPECT_EQ(answers.seen[2],
+    ASSERT_EQ(answers.seen.size(), 2u);
+    EXPECT_NE(answers.seen[0].find("It is not safe on the disk: it is lost when the program ends."), std::string::npos);
+    EXPECT_EQ(answers.seen[1],
               "Warning: The recording cannot be kept on the disk until the next start, so the program goes on. Save "
               "the recording in another folder, or discard it.");
     answers.Click(QMessageBox::Discard);
@@ -415,7 +431,7 @@ TEST_F(PanelRecording, ASaveAtTheCloseThatIsBrokenOffKeepsTheTake) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Discard);
     CreateWindow();
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
+    WaitAnswered(answers);
     EXPECT_EQ(answers.seen.size(), 1u);
 }
 
@@ -426,12 +442,69 @@ TEST_F(PanelRecording, ATakeThatCannotBeKeptIsTold) {
     ShowPanel();
     Click("record-view");
     ModalAnswers answers;
-    answers.Click(QMessageBox::Ok);
     Record();
-    PlayNote();
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
-    EXPECT_EQ(answers.seen, Seen{"Warning: The recording goes on, but it cannot be kept safe on the disk meanwhile."});
+    Press(Qt::Key_Z);
+    Show();
+    Wait([&] { return Find("display-notice").isVisible(); });
+    EXPECT_EQ(Label("display-notice"), "The recording goes on, but it cannot be kept safe on the disk meanwhile.");
     EXPECT_TRUE(Engine().IsRecording());
+    rig.TakeWritten();
+    Release(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten(), Seen{"80 3c 00"}) << "the key was held until then";
+    EXPECT_EQ(answers.seen, Seen{});
+    answers.Refuse();
+    Click("stop");
+    EXPECT_EQ(Label("display-notice"), "A recording is not safe on the disk. Press here to save it.");
+    EXPECT_TRUE(IsQuiet(answers));
+    answers.Click(QMessageBox::Save).TypeFile(PathOf("pressed.mid"));
+    QTest::mouseClick(&Find("display-notice"), Qt::LeftButton);
+    WaitAnswered(answers);
+    EXPECT_TRUE(IsMIDIFile("pressed.mid"));
+    EXPECT_FALSE(Find("display-notice").isVisible());
+}
+
+TEST_F(PanelRecording, AChordThatIsHeldAtTheStopEndsInTheFileAndGoesOnSounding) {
+    Record();
+    Press(Qt::Key_Z);
+    Show();
+    Pass(500);
+    ModalAnswers answers;
+    answers.TypeFile(PathOf("held.mid"));
+    Engine().SetDual(true);
+    Engine().PlayNoteOn(72, 100);
+    Show();
+    rig.TakeWritten();
+    panel->onStopRecording();
+    EXPECT_THAT(FindOpen(ReadSavedTake(rig.folder / "held.mid")), testing::IsEmpty());
+    const std::vector<std::string> written = rig.TakeWritten();
+    EXPECT_EQ(std::count(written.begin(), written.end(), "80 48 00"), 0);
+}
+
+TEST_F(PanelRecording, ADamagedTakeIsOfferedWithWhatIsMissingAndItsFileIsKept) {
+    {
+        ModalAnswers answers;
+        Record();
+        for (int i = 0; i < 10; ++i) {
+            PlayNote();
+        }
+        answers.Click(QMessageBox::Cancel);
+        EXPECT_TRUE(window->close());
+    }
+    CreateAgain();
+    const std::filesystem::path journal = std::filesystem::directory_iterator(rig.folder / "user/Takes")->path();
+    std::string bytes = ReadFileBytes(journal);
+    bytes.replace(20 + 8 * 12, 2 * 12, std::string(2 * 12, '?'));
+    WriteFileBytes(journal, bytes);
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Save).TypeFile(PathOf("damaged.mid")).Click(QMessageBox::Ok);
+    CreateWindow();
+    WaitAnswered(answers);
+    ASSERT_EQ(answers.seen.size(), 3u);
+    EXPECT_NE(answers.seen[0].find("Its file is damaged: 2 event(s) of it are missing."), std::string::npos)
+        << answers.seen[0];
+    EXPECT_EQ(answers.seen[2],
+              "Warning: The damaged file of a recording was kept under another name:\n" + journal.string() + ".bad");
+    EXPECT_TRUE(IsMIDIFile("damaged.mid"));
 }
 
 TEST_F(PanelRecording, RecordingEndsTheKeysThatAreHeld) {

@@ -33,8 +33,29 @@ namespace KivoraTest {
 
 inline constexpr int kWaitMs = 30000;
 
-/// While it lives, answers each modal dialog that appears with the next of its answers, and notes what was seen:
-/// "title: text" of a box, the title of any other dialog. A dialog without an answer is refused, so that no test hangs.
+/// The box that has come by itself and is open, if no dialog is before it.
+inline QMessageBox* FindUnaskedBox() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        auto* const box = qobject_cast<QMessageBox*>(window);
+        if (box != nullptr && box->isVisible() && !box->isModal() && box->findChild<QTimer*>("deaf-time") != nullptr) {
+            return QApplication::activeModalWidget() == nullptr ? box : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+/// Its first second, in which nothing acts, is over.
+inline void EndDeafTime(QMessageBox& box) {
+    auto* const deaf = box.findChild<QTimer*>("deaf-time");
+    if (deaf != nullptr && deaf->isActive()) {
+        deaf->start(0);
+        ASSERT_TRUE(QTest::qWaitFor([deaf] { return !deaf->isActive(); }, kWaitMs));
+    }
+}
+
+/// While it lives, answers each modal dialog and each box that comes by itself with the next of its answers, and notes
+/// what was seen: "title: text" of a box, the title of any other dialog. A dialog without an answer is refused, so that
+/// no test hangs.
 class ModalAnswers {
 public:
     using Answer = std::function<void(QDialog& dialog)>;
@@ -86,12 +107,18 @@ private:
     }
     void Look() {
         LookLater();
-        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr) {
+            dialog = FindUnaskedBox();
+        }
         if (dialog == nullptr || !dialog->isVisible() || dialog == answering_) {
             return;
         }
         const QScopedValueRollback<const QDialog*> answering(answering_, dialog);
-        const auto* const box = qobject_cast<QMessageBox*>(dialog);
+        auto* const box = qobject_cast<QMessageBox*>(dialog);
+        if (box != nullptr) {
+            EndDeafTime(*box);
+        }
         seen.push_back(dialog->windowTitle().toStdString() + (box != nullptr ? ": " + box->text().toStdString() : ""));
         if (box != nullptr && !box->informativeText().isEmpty()) {
             details.push_back(box->informativeText().toStdString());
