@@ -1,6 +1,8 @@
 #include "nk/nk_file_failure.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 
@@ -38,24 +40,30 @@ constexpr const char* kTranslated[] = {
     KIVORA_TR_NOOP("Files", "Host is down"),
 };
 
-FileFailure& Failure() noexcept {
-    static thread_local FileFailure failure;
-    return failure;
-}
+/// Of the last failure. Nothing in it has a destructor, so that it is there for what runs at the end of the process,
+/// when the objects of the thread are gone.
+struct Record {
+    std::array<wchar_t, 4096> path;  ///< with a zero at its end; a longer one is cut
+    int error;
+};
+constinit thread_local Record record{};
 
 }  // namespace
 
-const FileFailure& GetFileFailure() noexcept {
-    return Failure();
+FileFailure GetFileFailure() {
+    return {CString(record.path.data()), record.error};
 }
 
 void ForgetFileFailure() noexcept {
-    Failure().path.Clear();
-    Failure().error = 0;
+    record.path.front() = L'\0';
+    record.error = 0;
 }
 
-void SetFileFailure(const CString& path, int error) {
-    Failure() = {path, error};
+void SetFileFailure(const CString& path, int error) noexcept {
+    const std::size_t length = std::min<std::size_t>(path.GetLength(), record.path.size() - 1);
+    std::copy_n(path.c_str(), length, record.path.begin());
+    record.path[length] = L'\0';
+    record.error = error;
 }
 
 CString DescribeFileError(int error) {

@@ -16,11 +16,12 @@ struct FileFailure {
 };
 
 /// Of the calling thread's operations on named files the one that failed last, since ForgetFileFailure(). An operation
-/// that succeeds leaves it. Who reports a failure to the user forgets before the attempt, and asks after it. [any]
-const FileFailure& GetFileFailure() noexcept;
+/// that succeeds leaves it. A path is cut after 4,095 characters. Who reports a failure to the user forgets before the
+/// attempt, and asks after it. [any]
+FileFailure GetFileFailure();
 void ForgetFileFailure() noexcept;
 /// For who carries out an operation on a file.
-void SetFileFailure(const CString& path, int error);
+void SetFileFailure(const CString& path, int error) noexcept;
 
 /// In the language of the program, else in that of the system; empty for 0 and kErrorUnknown. Without a full stop.
 CString DescribeFileError(int error);
