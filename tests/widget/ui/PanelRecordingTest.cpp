@@ -215,9 +215,11 @@ TEST_F(PanelRecording, TheFolderOfTheLastSavedTakeIsOfferedAgain) {
     };
     EXPECT_EQ(folderOfDialog(), PathOf("user"));
     std::filesystem::create_directories(rig.folder / "mine/takes");
-    ModalAnswers answers;
-    answers.TypeFile(PathOf("mine/takes/first.mid"));
-    panel->onStopRecording();
+    {
+        ModalAnswers answers;
+        answers.TypeFile(PathOf("mine/takes/first.mid"));
+        panel->onStopRecording();
+    }
     ASSERT_TRUE(IsMIDIFile("mine/takes/first.mid"));
     EXPECT_EQ(folderOfDialog(), PathOf("mine/takes"));
     ASSERT_TRUE(Engine().SaveSettings());
@@ -500,7 +502,7 @@ TEST_F(PanelRecording, ADamagedTakeIsOfferedWithWhatIsMissingAndItsFileIsKept) {
     CreateWindow();
     WaitAnswered(answers);
     ASSERT_EQ(answers.seen.size(), 3u);
-    EXPECT_NE(answers.seen[0].find("Its file is damaged: 2 event(s) of it are missing."), std::string::npos)
+    EXPECT_NE(answers.seen[0].find("Its file is damaged: 2 events of it are missing."), std::string::npos)
         << answers.seen[0];
     EXPECT_EQ(answers.seen[2],
               "Warning: The damaged file of a recording was kept under another name:\n" + journal.string() + ".bad");
