@@ -143,7 +143,7 @@ bool CKivora::LoseOutput() {
         return false;
     }
     outputLost_ = true;
-    sink_->SetAccepting(false);
+    sink_->LoseOutput();
     sink_->Clear();
     return true;
 }

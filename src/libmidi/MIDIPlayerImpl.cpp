@@ -221,7 +221,7 @@ bool MIDIPlayerImpl::WriteToAll(const MIDIEvent& event) {
 }
 
 void MIDIPlayerImpl::OnWriteFailed() {
-    queue_->SetAccepting(false);
+    queue_->LoseOutput();
     queue_->Clear();
     writeFailed_ = true;
     running_ = false;

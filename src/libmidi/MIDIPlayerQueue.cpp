@@ -281,10 +281,15 @@ bool MIDIPlayerQueue::HasWork() const noexcept {
 
 void MIDIPlayerQueue::SetAccepting(bool on) {
     const CLockGuard guard(state_->lock);
-    if (!on && state_->accepting && state_->capturing) {
+    state_->accepting = on;
+}
+
+void MIDIPlayerQueue::LoseOutput() {
+    const CLockGuard guard(state_->lock);
+    if (state_->accepting && state_->capturing) {
         state_->captured.Append({state_->clock.GetMs(), kNothingSounds});
     }
-    state_->accepting = on;
+    state_->accepting = false;
 }
 
 void MIDIPlayerQueue::SetKeepsOrder(bool on) {

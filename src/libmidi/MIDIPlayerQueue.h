@@ -57,6 +57,9 @@ public:
     /// While off, queueing drops everything, so that a player that has ended lets no memory grow. On by default; the
     /// player turns it off when a write fails and when it is destroyed, and on when it starts.
     void SetAccepting(bool on);
+    /// SetAccepting(false), where what was written does not sound on: a running capture gets a system reset, once until
+    /// queueing is turned on again. It is not sent, and counts as nothing that was played.
+    void LoseOutput();
     /// While on, a message whose order with one that is ready matters (see ArrivalOrder) is held back until that one is
     /// taken, and is taken in the same round. Off by default: everything is ready as soon as it is queued.
     void SetKeepsOrder(bool on);

@@ -125,20 +125,20 @@ TEST_F(MIDIPlayerQueueCapture, NoStepOfTheClockMakesATimeNegative) {
     EXPECT_EQ(queue.GetIdleTimeMs(), 0);
 }
 
-TEST_F(MIDIPlayerQueueCapture, WhereQueueingIsTurnedOffNothingSoundsAnyMore) {
+TEST_F(MIDIPlayerQueueCapture, OnALostOutputNothingSoundsAnyMore) {
     const std::uint32_t reset = TMIDIMessage{0xFF, 0, 0, 0}.ToWord();
     queue.StartCapture();
     Send(on);
     Take();
     time.AdvanceMs(1000);
-    queue.SetAccepting(false);
+    queue.LoseOutput();
     time.AdvanceMs(500);
-    queue.SetAccepting(false);
+    queue.LoseOutput();
     EXPECT_EQ(Read(), (Captured{{0, on.ToWord()}, {1000, reset}}));
     EXPECT_EQ(queue.GetIdleTimeMs(), 1500) << "nobody played that";
     queue.SetAccepting(true);
     queue.StopCapture();
-    queue.SetAccepting(false);
+    queue.LoseOutput();
     EXPECT_EQ(queue.GetCapturedCount(), 2U);
     std::vector<TakenEvent> taken;
     queue.AdvanceAndTake(0, taken);

@@ -47,7 +47,7 @@ TEST_F(PanelPictures, AFolderThatCannotBeMadeIsAFailure) {
     std::ofstream(folder_ / "pictures") << "a file where the folder should be";
     testing::internal::CaptureStderr();
     EXPECT_FALSE(Kivora::SavePanelPictures(panel_, Dir()));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("panel.png could not be written"), std::string::npos);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("panel.png"), std::string::npos);
 }
 
 }  // namespace
