@@ -15,6 +15,7 @@
 
 #include "engine/EngineDependencies.h"
 #include "engine/HeldKeys.h"
+#include "engine/OutputFollower.h"
 #include "engine/PresetStore.h"
 #include "engine/Settings.h"
 #include "engine/SettingsFile.h"
@@ -176,6 +177,27 @@ public:
     bool IsOutputReady() const;
     /// Whether the open output has failed: nothing is queued until a port is opened again.
     bool IsOutputLost() const;
+    /// Whether the device of the open input has gone; what it held was ended.
+    bool IsInputLost() const;
+    /// Look what has become of the devices of the open ports, and take note of one that has gone. Where no
+    /// output is open the wanted one of a fixed set is asked; one that has failed to write and seems to work is back.
+    /// [gui]
+    LibMidi::DeviceState LookAtOutput();
+    LibMidi::DeviceState LookAtInput();
+    /// Close and open the same port again after its device was lost. An output is given its patches, volumes and what
+    /// ends the notes that sounded when it was lost; a recording goes on. False when the device does not open: it stays
+    /// lost. [gui]
+    bool ReopenOutputPort();
+    bool ReopenInputPort();
+    /// Whether a re-scan would disturb nothing that sounds and no recording. [gui]
+    bool IsRescanQuiet() const;
+    /// Whether notes may sound on a device that was lost as an output, because they could not be ended.
+    bool HasStrandedNotes() const;
+    /// Ends them where a port has that device's name: through the open output, or by opening the port for a moment.
+    /// [gui]
+    void EndStrandedNotes();
+    /// The same when no port is to play any more: closes the ports and looks for the devices anew before. [gui]
+    void EndStrandedNotesAtLast();
     /// Waits until everything queued has been taken by the player, at most kSettleLimitMs; at once when no player
     /// runs. True when nothing is left. [gui] [input]
     bool SettleOutput();
@@ -292,7 +314,8 @@ signals:
     void ArpeggiatingChanged();
     void Bar();
     void Beat();
-    void OutputLost();      ///< once when a write to the output has failed; emitted on the tick's thread
+    /// Once when the output has failed or gone; emitted on the tick's or the GUI thread.
+    void OutputLost();
     void InputLost();       ///< the input device's buffer ran over; emitted on the input port's thread
     void RecordingSaved();  ///< SaveRecording() has written a file; emitted with no lock held
     /// A damaged settings or preset file stood where one was saved now; it is kept under this path. Emitted with no
@@ -332,7 +355,8 @@ private:
     void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
     void ListPortNames() NK_REQUIRES(lock_);
-    bool LoseOutput() NK_REQUIRES(lock_);
+    void LoseOutput() NK_REQUIRES(lock_);
+    LibMidi::DeviceState LookAtWantedOutput() NK_REQUIRES(lock_);
     bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
     void SyncArpeggiators() NK_REQUIRES(lock_);
@@ -383,12 +407,16 @@ private:
     std::unique_ptr<LibMidi::MIDIPlayer> player_ NK_GUARDED_BY(lock_);
     std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
     LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
+    std::optional<OutputFollower> follower_ NK_GUARDED_BY(lock_);  ///< of the open output, for the player
+    OpenSounds stranded_ NK_GUARDED_BY(lock_);
+    NK::CString strandedPortName_ NK_GUARDED_BY(lock_);
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
     bool keepsOrder_ NK_GUARDED_BY(lock_) = false;
     int outputBinding_ NK_GUARDED_BY(lock_) = -1;
     int inputIndex_ NK_GUARDED_BY(lock_) = -1;
     int outputIndex_ NK_GUARDED_BY(lock_) = -1;
     bool outputLost_ NK_GUARDED_BY(lock_) = false;
+    bool inputLost_ NK_GUARDED_BY(lock_) = false;
     HeldKeys inputKeys_ NK_GUARDED_BY(lock_);
     VoiceSlots voices_ NK_GUARDED_BY(lock_);
 };

@@ -137,7 +137,10 @@ void CKivora::OnTimer(std::uint32_t) {
         }
         AdvanceClock();
         if (IsReady()) {
-            lost = LoseOutput();
+            lost = !outputLost_ && player_->HasWriteFailed();
+            if (lost) {
+                LoseOutput();
+            }
             sink_->WaitUntilEmpty(kPlayedOut);
             for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
                 arpeggiator.Process(nullptr, 0, clock_, *sink_);

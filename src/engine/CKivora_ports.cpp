@@ -101,7 +101,8 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     if (!player_ || port->Open() != LibMidi::kSuccess) {
         Fail(tr("Failed to open output MIDI port."));
     }
-    outputBinding_ = player_->AttachOutput(port);
+    follower_.emplace(*port);
+    outputBinding_ = player_->AttachOutput(&*follower_);
     outputPort_ = port;
     outputPortName_ = port->GetName();
     outputIndex_ = outputNames_.Find(outputPortName_);
@@ -125,10 +126,11 @@ void CKivora::CloseOutputPort() {
         if (outputBinding_ >= 0) {
             player_->DetachOutput(outputBinding_);
         }
-        if (player_->HasWriteFailed()) {
+        if (outputLost_ || player_->HasWriteFailed()) {
             sink_->Clear();
         }
     }
+    follower_.reset();
     if (outputPort_ != nullptr) {
         outputPort_->Close();
         outputPort_ = nullptr;
@@ -136,16 +138,6 @@ void CKivora::CloseOutputPort() {
     outputBinding_ = -1;
     outputIndex_ = -1;
     outputLost_ = false;
-}
-
-bool CKivora::LoseOutput() {
-    if (outputLost_ || !player_->HasWriteFailed()) {
-        return false;
-    }
-    outputLost_ = true;
-    sink_->LoseOutput();
-    sink_->Clear();
-    return true;
 }
 
 void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
@@ -178,6 +170,7 @@ void CKivora::CloseInputPort() {
         inputPort_.store(nullptr);
     }
     inputIndex_ = -1;
+    inputLost_ = false;
 }
 
 bool CKivora::SetOutputPortByName(const NK::CString& name) {
@@ -260,7 +253,8 @@ bool CKivora::RescanPorts() {
     if (!factory_ || IsRecording()) {
         return false;
     }
-    const bool outputStays = outputPort_ != nullptr && !player_->HasWriteFailed() && factory_->IsFixed(outputPort_);
+    const bool outputStays =
+        outputPort_ != nullptr && !outputLost_ && !player_->HasWriteFailed() && factory_->IsFixed(outputPort_);
     const bool inputStays = inputPort_.load() != nullptr && factory_->IsFixed(inputPort_.load());
     if (!inputStays) {
         CloseInputPort();

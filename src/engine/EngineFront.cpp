@@ -160,6 +160,7 @@ bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
         engine_.DiscardQueued();
     }
     const bool changed = change();
+    engine_.EndStrandedNotes();
     RestorePedal(pedal);
     return changed;
 }
@@ -248,6 +249,14 @@ bool EngineFront::RescanPorts() {
     });
 }
 
+bool EngineFront::ReopenOutput() {
+    return engine_.WithLock([&] {
+        const bool opened = engine_.ReopenOutputPort();
+        RestorePedal(opened ? pedal_.load() : 0);
+        return opened;
+    });
+}
+
 bool EngineFront::StartRecording() {
     return engine_.WithLock([&] {
         const std::uint8_t pedal = pedal_;
@@ -278,6 +287,9 @@ void EngineFront::Close() {
         engine_.ReleaseInputKeys();
         engine_.CloseInputPort();
         Silence();
+        if (engine_.HasStrandedNotes()) {
+            engine_.EndStrandedNotesAtLast();
+        }
     });
 }
 

@@ -71,6 +71,9 @@ public:
     /// A port that fails keeps no other from being opened; throws the first failure then.
     void OpenPorts();
     bool RescanPorts();
+    /// After a loss, the same port once more; a pedal that is not at rest gets its value again. False when it does not
+    /// open.
+    bool ReopenOutput();
     /// A pedal that is not at rest gets its value again, in the recording too.
     bool StartRecording();
     /// What was played before is let out into the recording first. Ends nothing that sounds.
@@ -78,7 +81,8 @@ public:
 
     /// Ends every note and lifts every pedal for good, those of the input too, and lets the player write it.
     void FallSilent();
-    /// Closes the input, ends every note and lets the player write it. Before the engine is destroyed.
+    /// Closes the input, ends every note and lets the player write it; what could not be ended on a lost output is
+    /// tried once more. Before the engine is destroyed.
     void Close();
 
 private:

@@ -40,7 +40,7 @@ public:
 
     bool Write(const LibMidi::MIDIEvent& event) {
         const std::lock_guard guard(mutex_);
-        if (failsToWrite) {
+        if (failsToWrite || (failedWrites > 0 && failedWrites-- > 0)) {
             return false;
         }
         if (keepsWritten) {
@@ -66,9 +66,13 @@ public:
     const std::uint32_t flags;
     bool failsToOpen = false;
     std::atomic<bool> failsToWrite = false;
+    int failedWrites = 0;  ///< so many writes fail, and those after them work
+    /// What a look at the port says while the device is open.
+    std::atomic<LibMidi::DeviceState> state = LibMidi::DeviceState::kWorks;
     bool keepsWritten = true;  ///< whether TakeWritten() has anything to give
     /// Called with each message written, on the writing thread.
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;
+    int openAttempts = 0;
     int openCount = 0;
     bool isOpen = false;
 
@@ -87,8 +91,11 @@ public:
           log_(std::move(log)) {}
     ~FakeOutPort() override { Close(); }
 
+    LibMidi::DeviceState LookAtDevice() override { return device_.state; }
+
 protected:
     bool OpenDevice() override {
+        ++device_.openAttempts;
         if (device_.failsToOpen) {
             return false;
         }
@@ -117,6 +124,8 @@ public:
           log_(std::move(log)) {}
     ~FakeInPort() override { Close(); }
 
+    LibMidi::DeviceState LookAtDevice() override { return device_.state; }
+
     /// Tells the listeners on the calling thread, which plays the part of the port's own.
     void Deliver(std::vector<LibMidi::MIDIEvent> events) {
         NotifyData(events.data(), static_cast<std::int32_t>(events.size()));
@@ -135,6 +144,7 @@ public:
 
 protected:
     bool OpenDevice() override {
+        ++device_.openAttempts;
         if (device_.failsToOpen) {
             return false;
         }

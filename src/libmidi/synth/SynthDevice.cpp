@@ -5,6 +5,7 @@
 #include "libmidi/MIDIPortContainer.h"
 #include "libmidi/synth/SynthLog.h"
 #include "libmidi/synth/SynthMessages.h"
+#include "libmidi/synth/SynthReasons.h"
 #include "nk/nk_translate.h"
 
 namespace LibMidi {
@@ -27,7 +28,7 @@ bool DrivesSynthItself(const std::string& driver) {
 }
 
 NK::CString ReasonOr(const SynthLog& log, const NK::CString& otherwise) {
-    return log.GetError().empty() ? otherwise : NK::CString::FromUtf8(log.GetError());
+    return log.GetError().empty() ? otherwise : ExplainSynthError(log.GetError(), otherwise);
 }
 
 }  // namespace
@@ -126,7 +127,9 @@ int SynthDevice::OnAudio(void* self, int frames, int, float*[], int outCount, fl
     if (outCount < 2) {
         return FLUID_FAILED;
     }
-    static_cast<SynthDevice*>(self)->Render(out[0], out[1], frames);
+    auto& device = *static_cast<SynthDevice*>(self);
+    device.Render(out[0], out[1], frames);
+    device.playedFrames_.fetch_add(static_cast<std::uint64_t>(frames), std::memory_order_relaxed);
     return FLUID_OK;
 }
 

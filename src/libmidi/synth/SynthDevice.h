@@ -1,6 +1,7 @@
 // One FluidSynth synthesizer with its sound font and its audio driver.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -49,6 +50,10 @@ public:
     /// Overwrites both sides with the next frames of sound, limited. Only where no audio driver runs.
     void Render(float* left, float* right, int frames) noexcept;
 
+    /// How much sound the audio driver has taken so far; stays 0 with a driver that makes FluidSynth render by itself.
+    /// [any]
+    std::uint64_t GetPlayedFrames() const noexcept { return playedFrames_.load(std::memory_order_relaxed); }
+
     /// The audio drivers that the installed FluidSynth has.
     static std::vector<std::string> ListDrivers(SynthApi& api);
 
@@ -61,6 +66,7 @@ private:
     fluid_synth_t* synth_ = nullptr;
     fluid_audio_driver_t* driver_ = nullptr;
     int font_ = FLUID_FAILED;
+    std::atomic<std::uint64_t> playedFrames_{0};
     PeakLimiter limiter_{static_cast<float>(kSampleRate)};
 };
 

@@ -16,6 +16,7 @@ public:
     explicit SynthOutPort(std::shared_ptr<Synthesizer> synthesizer);
     ~SynthOutPort() override;
 
+    DeviceState LookAtDevice() override { return synthesizer_->LookAtSession(); }
     NK::CString GetLastError() const { return synthesizer_->GetLastError(); }  ///< [any]
 
 protected:

@@ -81,6 +81,16 @@ public:
         return Enqueue(event);
     }
 
+    bool HasFailed() const {
+        const std::lock_guard guard(mutex_);
+        return phase_ == Phase::kFailed || HasAudioStopped();
+    }
+
+    std::uint64_t GetPlayedFrames() const {
+        const std::lock_guard guard(mutex_);
+        return device_ != nullptr ? device_->GetPlayedFrames() : 0;
+    }
+
     bool IsOver() const {
         const std::lock_guard guard(mutex_);
         return phase_ == Phase::kFailed && device_ == nullptr;
@@ -303,6 +313,14 @@ NK::CString SynthSession::GetReason() const {
 
 bool SynthSession::Write(const MIDIEvent& event) {
     return worker_->Write(event);
+}
+
+bool SynthSession::HasFailed() const {
+    return worker_->HasFailed();
+}
+
+std::uint64_t SynthSession::GetPlayedFrames() const {
+    return worker_->GetPlayedFrames();
 }
 
 bool SynthSession::IsOver() const {

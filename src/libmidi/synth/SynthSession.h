@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <thread>
 
@@ -40,6 +41,10 @@ public:
     /// False once the session has failed, its audio system has stopped, or kMaxWaiting messages wait. Allocates nothing
     /// once warm. [any]
     bool Write(const MIDIEvent& event);
+    /// Whether it plays nothing any more: it could not be started, or its audio system has stopped.
+    bool HasFailed() const;
+    /// As SynthDevice::GetPlayedFrames(); 0 while it starts.
+    std::uint64_t GetPlayedFrames() const;
     /// Whether it has failed for good: it plays nothing any more, whatever is applied.
     bool IsOver() const;
     /// Puts the configuration in force; on failure the former one, `reason` in words. A session that is not over works

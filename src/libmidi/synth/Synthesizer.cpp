@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <system_error>
 
 #include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthApi.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr const char* kDriverOrder[] = {"pipewire", "jack", "pulseaudio", "alsa"};
 constexpr std::uint32_t kBlockFrames = 64;
+constexpr int kLooksBetweenAttempts = 2;
 
 bool Contains(const std::vector<std::string>& list, const std::string& value) {
     return std::find(list.begin(), list.end(), value) != list.end();
@@ -49,6 +51,7 @@ Synthesizer::Synthesizer(SynthApi& api, SynthEnvironment environment, Limits lim
 
 Synthesizer::~Synthesizer() {
     EndSession(testSession_);
+    spare_.reset();
     Close();
 }
 
@@ -58,6 +61,13 @@ bool Synthesizer::Open() {
         return true;
     }
     EndSession(testSession_);
+    if (IsSpareReady()) {
+        session_ = std::move(spare_);
+        activeDriver_ = spareDriver_;
+        SetLastError({});
+        return true;
+    }
+    spare_.reset();
     NK::CString reason;
     session_ = StartSession(reason);
     SetLastError(reason);
@@ -68,6 +78,92 @@ void Synthesizer::Close() {
     NK_ASSERT_THREAD_ROLE(gui);
     EndSession(session_);
     activeDriver_.clear();
+    if (!IsSpareReady()) {
+        spare_.reset();
+    }
+}
+
+DeviceState Synthesizer::LookAtSession() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    if (session_ != nullptr && !session_->HasFailed()) {
+        spare_.reset();
+        looksToWait_ = 0;
+        return IsStalled() ? DeviceState::kStalled : DeviceState::kWorks;
+    }
+    if (session_ != nullptr) {
+        SetLastError(session_->GetReason());
+    }
+    return LookForSpare() ? DeviceState::kBack : DeviceState::kLost;
+}
+
+bool Synthesizer::IsStalled() {
+    const auto now = std::chrono::steady_clock::now();
+    const std::uint64_t played = session_->GetPlayedFrames();
+    if (played != playedFrames_ || played == 0) {
+        playedFrames_ = played;
+        playedAt_ = now;
+    }
+    return now - playedAt_ >= limits_.stall;
+}
+
+bool Synthesizer::IsSpareReady() const {
+    if (spare_ == nullptr) {
+        return false;
+    }
+    const SynthSession::Phase phase = spare_->WaitForDriver(SynthSession::Milliseconds(0));
+    return phase == SynthSession::Phase::kLoading || (phase == SynthSession::Phase::kReady && !spare_->HasFailed());
+}
+
+bool Synthesizer::LookForSpare() {
+    if (IsSpareReady()) {
+        return true;
+    }
+    if (spare_ != nullptr && !spare_->HasFailed()) {
+        if (std::chrono::steady_clock::now() - spareBegin_ < limits_.driverStart) {
+            return false;
+        }
+        NoteStuck(spareDriver_, *spare_);
+    }
+    if (spare_ != nullptr) {
+        spare_.reset();
+        looksToWait_ = kLooksBetweenAttempts;
+    }
+    if (looksToWait_ > 0) {
+        --looksToWait_;
+    } else {
+        BeginSpare();
+    }
+    return false;
+}
+
+void Synthesizer::BeginSpare() {
+    const std::filesystem::path font = FindFont();
+    if (font.empty() || !CheckSoundFont(font).IsEmpty()) {
+        return;
+    }
+    const std::vector<std::string> candidates = GetCandidates();
+    const bool isForced = !GetForcedDriver(settings_).empty();
+    for (std::size_t count = 0; count < candidates.size(); ++count) {
+        const std::string& driver = candidates[nextCandidate_++ % candidates.size()];
+        if (!FindObstacle(driver, isForced).IsEmpty()) {
+            continue;
+        }
+        SynthDeviceConfig config = MakeConfig(settings_);
+        config.audioDriver = driver;
+        try {
+            spare_ = std::make_unique<SynthSession>(api_, config);
+        } catch (const std::system_error&) {
+            return;  // no thread to be had now
+        }
+        spareDriver_ = driver;
+        spareBegin_ = std::chrono::steady_clock::now();
+        return;
+    }
+}
+
+void Synthesizer::NoteStuck(const std::string& driver, const SynthSession& session) {
+    std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
+    stuck_.emplace_back(driver, session.GetLife());
 }
 
 bool Synthesizer::Write(const MIDIEvent& event) {
@@ -89,6 +185,7 @@ std::vector<NK::CString> Synthesizer::GetAudioDrivers() const {
 }
 
 Result Synthesizer::ApplySettings(const SynthSettings& settings) {
+    spare_.reset();  // it was begun with the former ones
     const SynthSettings target = Clamped(settings);
     const SynthSettings former = std::exchange(settings_, target);
     NK::CString reason;
@@ -178,22 +275,25 @@ NK::CString Synthesizer::FindObstacle(const std::string& driver, bool isForced) 
     return IsStuck(driver) ? NK::Translate("Synthesizer", "The audio system does not answer.") : NK::CString();
 }
 
+std::vector<std::string> Synthesizer::GetCandidates() const {
+    if (const std::string forced = GetForcedDriver(settings_); !forced.empty()) {
+        return {forced};
+    }
+    std::vector<std::string> drivers(std::begin(kDriverOrder), std::end(kDriverOrder));
+    std::erase_if(drivers, [this](const std::string& driver) { return !Contains(installedDrivers_, driver); });
+    return drivers;
+}
+
 std::unique_ptr<SynthSession> Synthesizer::StartSession(NK::CString& reason) {
     const std::filesystem::path font = FindFont();
     reason = font.empty() ? NK::Translate("Synthesizer", "No sound font is found.") : CheckSoundFont(font);
     std::unique_ptr<SynthSession> session;
     if (reason.IsEmpty()) {
-        const std::string forced = GetForcedDriver(settings_);
-        std::vector<std::string> drivers(std::begin(kDriverOrder), std::end(kDriverOrder));
-        if (forced.empty()) {
-            std::erase_if(drivers, [this](const std::string& driver) { return !Contains(installedDrivers_, driver); });
-        } else {
-            drivers = {forced};
-        }
+        const bool isForced = !GetForcedDriver(settings_).empty();
         NK::CString reasons;
-        for (const std::string& driver : drivers) {
+        for (const std::string& driver : GetCandidates()) {
             NK::CString why;
-            session = TryDriver(driver, !forced.empty(), why);
+            session = TryDriver(driver, isForced, why);
             if (session != nullptr) {
                 break;
             }
@@ -231,8 +331,7 @@ std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, 
             reason = session->GetReason();
         } else {
             reason = NK::Translate("Synthesizer", "The audio system does not answer.");
-            std::erase_if(stuck_, [](const StuckThread& thread) { return thread.second.expired(); });
-            stuck_.emplace_back(driver, session->GetLife());
+            NoteStuck(driver, *session);
         }
         EndSession(session);
     } catch (const std::exception& failure) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -27,7 +28,8 @@ public:
         std::chrono::milliseconds driverStart{2500};  ///< each driver; then the audio system counts as hanging
         std::chrono::milliseconds fontLoad{150};      ///< a slower font goes on loading while the port is open
         std::chrono::milliseconds apply{5000};
-        std::chrono::milliseconds close{250};  ///< then the thread frees the rest in its own time
+        std::chrono::milliseconds close{250};   ///< then the thread frees the rest in its own time
+        std::chrono::milliseconds stall{2000};  ///< that long without taking any sound the audio system stands still
     };
 
     /// With the installed FluidSynth and the process's environment; calls PrepareAudioEnvironment().
@@ -46,6 +48,10 @@ public:
     /// Silences at once and frees everything; an audio system that is slow to let go does so behind the caller's back.
     void Close();
     bool IsOpen() const { return session_ != nullptr; }
+    /// What has become of the session that Open() began. When it has failed, each look takes the attempt to begin
+    /// another one a step further, in that one's thread; with kBack one plays already, and Open() after Close() takes
+    /// it over.
+    DeviceState LookAtSession();
     /// False when the session has failed, with the reason in GetLastError(). [any]
     bool Write(const MIDIEvent& event);
     /// FluidSynth's name of the driver that plays; empty while closed.
@@ -70,6 +76,12 @@ private:
     std::unique_ptr<SynthSession> StartSession(NK::CString& reason);
     std::unique_ptr<SynthSession> TryDriver(const std::string& driver, bool isForced, NK::CString& reason);
     void EndSession(std::unique_ptr<SynthSession>& session);
+    std::vector<std::string> GetCandidates() const;
+    bool IsStalled();
+    bool IsSpareReady() const;
+    bool LookForSpare();
+    void BeginSpare();
+    void NoteStuck(const std::string& driver, const SynthSession& session);
     bool IsStuck(const std::string& driver) const;
     void SetLastError(const NK::CString& reason);
 
@@ -81,6 +93,13 @@ private:
     std::string activeDriver_;
     std::unique_ptr<SynthSession> session_;
     std::unique_ptr<SynthSession> testSession_;
+    std::unique_ptr<SynthSession> spare_;  ///< is to take over from one that has failed
+    std::string spareDriver_;
+    std::chrono::steady_clock::time_point spareBegin_;
+    std::size_t nextCandidate_ = 0;
+    int looksToWait_ = 0;             ///< before the next attempt
+    std::uint64_t playedFrames_ = 0;  ///< at the last look at which there were more than before
+    std::chrono::steady_clock::time_point playedAt_;
     std::vector<StuckThread> stuck_;  ///< the driver in whose start each hangs
     mutable CCriticalSection errorLock_;
     NK::CString lastError_ NK_GUARDED_BY(errorLock_);

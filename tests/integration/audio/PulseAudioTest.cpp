@@ -134,7 +134,7 @@ TEST_F(PulseAudioTest, MiddleCIsHeardUnderTheProgramsName) {
 }
 
 TEST_F(PulseAudioTest, WithoutAServerTheOpeningGives6AndTheReason) {
-    CFatalLog::Instance().Expect(L"pulseaudio: Failed to create PulseAudio connection");
+    CFatalLog::Instance().Expect(L"pulseaudio: The sound server does not run or refuses the connection.");
     const auto port = MakePort(limits_);
     EXPECT_EQ(port->Open(), kDeviceError);
     EXPECT_GE(port->GetLastError().Find(L"Connection refused"), 0) << port->GetLastError().ToUtf8();
@@ -164,6 +164,42 @@ TEST_F(PulseAudioTest, AServerThatEndsFailsTheWriting) {
     EXPECT_TRUE(WaitUntil([&] { return port->Write(&note_, 1) == kDeviceError; }));
     EXPECT_EQ(port->GetLastError(), L"The audio system has stopped.");
     EXPECT_EQ(port->Close(), kSuccess);
+}
+
+TEST_F(PulseAudioTest, AServerThatEndsIsNoticedAndSoundReturnsWithTheNextOne) {
+    StartServer();
+    const auto port = MakePort(limits_);
+    ASSERT_EQ(port->Open(), kSuccess);
+    EXPECT_EQ(port->LookAtDevice(), DeviceState::kWorks);
+    server_->End(SIGKILL);
+    EXPECT_TRUE(WaitUntil([&] { return port->LookAtDevice() == DeviceState::kLost; })) << "with nothing written";
+    EXPECT_EQ(port->GetLastError(), L"The audio system has stopped.");
+    for (int look = 0; look < 10; ++look) {
+        EXPECT_EQ(port->LookAtDevice(), DeviceState::kLost);
+    }
+    fs::remove(socket_);
+    StartServer();
+    EXPECT_TRUE(WaitUntil([&] { return port->LookAtDevice() == DeviceState::kBack; }));
+    ASSERT_EQ(port->Close(), kSuccess);
+    ASSERT_EQ(port->Open(), kSuccess);
+    EXPECT_EQ(port->LookAtDevice(), DeviceState::kWorks);
+    EXPECT_EQ(port->Write(&note_, 1), kSuccess);
+    EXPECT_NE(ReadOutput("pactl list sink-inputs").find("application.name = \"Kivora LX\""), std::string::npos);
+    EXPECT_EQ(port->GetLastError(), L"");
+}
+
+TEST_F(PulseAudioTest, AServerThatStandsStillIsToldUntilItGoesOn) {
+    StartServer();
+    auto limits = limits_;
+    limits.stall = 1s;
+    const auto port = MakePort(limits);
+    ASSERT_EQ(port->Open(), kSuccess);
+    ASSERT_TRUE(WaitUntil([&] { return port->LookAtDevice() == DeviceState::kWorks; }));
+    server_->Signal(SIGSTOP);
+    EXPECT_TRUE(WaitUntil([&] { return port->LookAtDevice() == DeviceState::kStalled; }));
+    EXPECT_EQ(port->Write(&note_, 1), kSuccess) << "it will be heard";
+    server_->Signal(SIGCONT);
+    EXPECT_TRUE(WaitUntil([&] { return port->LookAtDevice() == DeviceState::kWorks; }));
 }
 
 }  // namespace

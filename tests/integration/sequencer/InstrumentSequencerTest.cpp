@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/PortKeeper.h"
 #include "integration/sequencer/RequireSequencer.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/portmidi/PortMIDIBackend.h"
@@ -139,4 +139,55 @@ TEST_F(InstrumentSequencer, AnOutputThatComesBackIsFoundByName) {
     EXPECT_TRUE(WaitUntil([&] { return hasArrived("on 62"); }));
     client->Send(0, 64, 100);
     EXPECT_TRUE(WaitUntil([&] { return hasArrived("on 64"); }));
+}
+
+TEST_F(InstrumentSequencer, AKeyboardThatIsPulledOutEndsWhatItHeldAndPlaysAgainWhenItIsBack) {
+    Kivora::PortKeeper keeper(*front);
+    ASSERT_TRUE(engine->SetInputPortByName(L"Other keyboard"));
+    otherClient->Send(0, 60, 100);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
+    keeper.Look();
+    EXPECT_FALSE(engine->IsInputLost());
+    otherClient.reset();
+    keeper.Look();
+    EXPECT_TRUE(engine->IsInputLost());
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 2; }));
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 60", "off 60"));
+    otherClient = std::make_unique<CSequencerClient>("Other synth", "Other keyboard");
+    keeper.Look();
+    EXPECT_FALSE(engine->IsInputLost());
+    otherClient->Send(0, 62, 100);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 3; }));
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 60", "off 60", "on 62"));
+}
+
+TEST_F(InstrumentSequencer, AKeyboardWhosePlugWobblesBetweenTwoLooksLeavesNothingHeld) {
+    Kivora::PortKeeper keeper(*front);
+    ASSERT_TRUE(engine->SetInputPortByName(L"Other keyboard"));
+    otherClient->Send(0, 60, 100);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
+    otherClient.reset();
+    otherClient = std::make_unique<CSequencerClient>("Other synth", "Other keyboard");
+    keeper.Look();
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 2; }));
+    otherClient->Send(0, 62, 100);
+    ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 3; }));
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 60", "off 60", "on 62"));
+}
+
+TEST_F(InstrumentSequencer, AnOutputThatHasGoneIsNoticedWithoutANoteAndPlaysWhenItIsBack) {
+    Kivora::PortKeeper keeper(*front);
+    keeper.Look();
+    ASSERT_FALSE(engine->IsOutputLost());
+    client.reset();
+    keeper.Look();
+    EXPECT_TRUE(engine->IsOutputLost());
+    client = std::make_unique<CSequencerClient>("Test synth", "Test keyboard");
+    keeper.Look();
+    EXPECT_FALSE(engine->IsOutputLost());
+    engine->PlayNoteOn(62, 100);
+    EXPECT_TRUE(WaitUntil([&] {
+        const std::vector<std::string> notes = GetNotes();
+        return std::find(notes.begin(), notes.end(), "on 62") != notes.end();
+    }));
 }

@@ -4,8 +4,11 @@
 
 #include <fstream>
 #include <limits>
+#include <thread>
 
 #include "FakeSynthApi.h"
+#include "libmidi/synth/SynthLog.h"
+#include "libmidi/synth/SynthReasons.h"
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
@@ -58,6 +61,22 @@ protected:
     Synthesizer::Limits limits_{.driverStart = 60s, .fontLoad = 60s, .apply = 60s, .close = 60s};
     std::unique_ptr<Synthesizer> synthesizer_;
 };
+
+TEST(SynthReasons, WhatIsKnownToBeMeantIsSaidInTheProgramsWords) {
+    EXPECT_EQ(ExplainSynthError("Failed to create PulseAudio connection, because pa_simple_new() failed with error: "
+                                "Connection refused",
+                                L"?"),
+              L"The sound server does not run or refuses the connection. (Connection refused)");
+    EXPECT_EQ(ExplainSynthError("Failed to connect to Jack server.", L"?"), L"No JACK server runs.");
+    EXPECT_EQ(ExplainSynthError("The \"hw:0\" audio device is used by another application", L"?"),
+              L"The sound card is used by another program.");
+    EXPECT_EQ(ExplainSynthError("Failed to open the \"hw:0\" audio device", L"?"), L"The sound card cannot be opened.");
+}
+
+TEST(SynthReasons, WhatIsNotKnownStandsBehindTheProgramsWords) {
+    EXPECT_EQ(ExplainSynthError("Bad things", L"Ours."), L"Ours. (Bad things)");
+    EXPECT_EQ(ExplainSynthError("", L"Ours."), L"Ours.");
+}
 
 TEST_F(SynthesizerTest, TriesPipeWireThenJackThenPulseAudioThenAlsa) {
     CFatalLog::Instance().Expect(L"No sound can be played.");
@@ -290,6 +309,47 @@ TEST_F(SynthesizerTest, AnotherFontCanBeChosenAfterOneThatFailedInTheBackground)
     ASSERT_TRUE(synthesizer_->Open());
     EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
     api_.WaitFor("load " + otherFont_.native());
+}
+
+TEST_F(SynthesizerTest, InPlaceOfASessionThatFailedAnotherIsBegunBehindTheCallersBack) {
+    ShowSoundCard();
+    ASSERT_TRUE(Make().Open());
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
+    api_.failingDrivers = {"pulseaudio"};
+    std::thread([] { SynthLog::Write(true, "the server has gone"); }).join();
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kLost);
+    EXPECT_EQ(synthesizer_->GetLastError(), L"The audio system has stopped.");
+    const auto look = [this] { return synthesizer_->LookAtSession(); };
+    DeviceState state = look();
+    while (state == DeviceState::kLost) {
+        std::this_thread::yield();
+        state = look();
+    }
+    EXPECT_EQ(state, DeviceState::kBack);
+    EXPECT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90))) << "until the port is opened again";
+    synthesizer_->Close();
+    const auto started = api_.Count("driver2 alsa");
+    EXPECT_EQ(started, 1);
+    ASSERT_TRUE(synthesizer_->Open());
+    EXPECT_EQ(synthesizer_->GetActiveDriver(), "alsa");
+    EXPECT_EQ(api_.Count("driver2 alsa"), started);
+    EXPECT_EQ(look(), DeviceState::kWorks);
+    EXPECT_EQ(synthesizer_->GetLastError(), L"");
+    EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+}
+
+TEST_F(SynthesizerTest, ClosingDoesNotWaitForAnAttemptThatHangs) {
+    ShowSoundCard();
+    ASSERT_TRUE(Make().Open());
+    api_.driverStart.Shut();
+    std::thread([] { SynthLog::Write(true, "the server has gone"); }).join();
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kLost);
+    api_.driverStart.WaitUntilReached();
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kLost) << "it may still start";
+    synthesizer_->Close();
+    api_.driverStart.Open();
+    synthesizer_.reset();
+    api_.WaitUntilFreed();
 }
 
 TEST_F(SynthesizerTest, SettingsOutliveTheSession) {

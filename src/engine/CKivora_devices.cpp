@@ -1,0 +1,169 @@
+// Devices that are lost and come back while their ports are open.
+#include "engine/CKivora.h"
+#include "nk/nk_thread_role.h"
+
+namespace Kivora {
+
+using LibMidi::DeviceState;
+
+namespace {
+bool IsGone(DeviceState state) {
+    return state == DeviceState::kLost || state == DeviceState::kBack || state == DeviceState::kElsewhere;
+}
+}  // namespace
+
+void CKivora::LoseOutput() {
+    outputLost_ = true;
+    sink_->LoseOutput();
+    sink_->Clear();
+    if (!follower_) {
+        return;
+    }
+    // A device that lives on after a failed write may take this; a recording that goes on later needs it in any case.
+    const OpenSounds sounding = follower_->GetSounding();
+    follower_->EndSounding();
+    if (sink_->IsCapturing() || follower_->GetSounding().IsAny()) {
+        stranded_ = sounding;
+        strandedPortName_ = outputPortName_;
+    }
+}
+
+DeviceState CKivora::LookAtOutput() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    bool lost = false;
+    auto state = DeviceState::kWorks;
+    {
+        const CLockGuard guard(lock_);
+        if (!IsReady()) {
+            return LookAtWantedOutput();
+        }
+        state = outputPort_->LookAtDevice();
+        lost = !outputLost_ && (IsGone(state) || player_->HasWriteFailed());
+        if (lost) {
+            player_->Stop();
+            LoseOutput();
+        }
+        if (outputLost_ && !IsGone(state)) {
+            state = DeviceState::kBack;
+        }
+    }
+    if (lost) {
+        emit OutputLost();
+    }
+    return state;
+}
+
+DeviceState CKivora::LookAtWantedOutput() {
+    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
+    const int index = outputPortName_.IsEmpty() ? FindDefaultOutputPort() : outputNames_.Find(outputPortName_);
+    LibMidi::MIDIOutPort* const port =
+        ports != nullptr && index >= 0
+            ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
+            : nullptr;
+    return factory_ && factory_->IsFixed(port) ? port->LookAtDevice() : DeviceState::kWorks;
+}
+
+DeviceState CKivora::LookAtInput() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    LibMidi::MIDIInPort* const port = inputPort_.load();
+    const DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kWorks;
+    const bool lost = IsGone(state);
+    if (lost && !inputLost_) {
+        ReleaseInputKeys();
+    }
+    inputLost_ = lost;
+    return state;
+}
+
+bool CKivora::ReopenOutputPort() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    if (!IsReady() || !outputLost_) {
+        return false;
+    }
+    player_->Stop();
+    player_->DetachOutput(outputBinding_);
+    outputPort_->Close();
+    sink_->Clear();
+    follower_.emplace(*outputPort_);
+    outputBinding_ = player_->AttachOutput(&*follower_);
+    if (outputPort_->Open() != LibMidi::kSuccess || !player_->Start()) {
+        sink_->SetAccepting(false);
+        return false;
+    }
+    outputLost_ = false;
+    sink_->SetAccepting(true);
+    EndStrandedNotes();
+    SendPatches();
+    SendVolumes();
+    SettleOutput();
+    return true;
+}
+
+bool CKivora::ReopenInputPort() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    LibMidi::MIDIInPort* const port = inputPort_.load();
+    if (port == nullptr || !inputLost_) {
+        return false;
+    }
+    ReleaseInputKeys();
+    port->Close();
+    inputLost_ = port->Open() != LibMidi::kSuccess;
+    return !inputLost_;
+}
+
+bool CKivora::IsInputLost() const {
+    const CLockGuard guard(lock_);
+    return inputLost_;
+}
+
+bool CKivora::IsRescanQuiet() const {
+    const CLockGuard guard(lock_);
+    return factory_ && !IsRecording() && (outputPort_ == nullptr || (!outputLost_ && factory_->IsFixed(outputPort_)));
+}
+
+bool CKivora::HasStrandedNotes() const {
+    const CLockGuard guard(lock_);
+    return stranded_.IsAny();
+}
+
+void CKivora::EndStrandedNotes() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
+    LibMidi::MIDIOutPort* const port =
+        ports != nullptr && stranded_.IsAny() ? ports->FindOutputByName(strandedPortName_) : nullptr;
+    if (port == nullptr || (port == outputPort_ && outputLost_)) {
+        return;
+    }
+    if (port == outputPort_) {
+        stranded_.VisitEnds([this](NK::MIDI::TMIDIMessage ending) { Send(ending); });
+    } else if (!factory_->IsFixed(port) && port->Open() == LibMidi::kSuccess) {
+        // What a fixed port plays through was made anew, and nothing sounds there.
+        stranded_.VisitEnds([port](NK::MIDI::TMIDIMessage message) {
+            const auto ending = LibMidi::MIDIEvent::FromMessage(message, 0);
+            port->Write(&ending, 1);
+        });
+        port->Close();
+    }
+    stranded_ = {};
+}
+
+void CKivora::EndStrandedNotesAtLast() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    if (!factory_) {
+        return;
+    }
+    CloseInputPort();
+    if (!factory_->IsFixed(outputPort_)) {
+        CloseOutputPort();
+    }
+    factory_->Rescan();
+    ListPortNames();
+    EndStrandedNotes();
+}
+
+}  // namespace Kivora

@@ -1,0 +1,116 @@
+#include "engine/PortKeeper.h"
+
+#include <algorithm>
+
+#include "nk/nk_exception.h"
+#include "nk/nk_thread_role.h"
+
+namespace Kivora {
+
+using LibMidi::DeviceState;
+
+namespace {
+
+constexpr int kLongestPause = 32;  // looks
+constexpr int kLongCalm = 30;
+
+/// False also for what throws: then it is tried again, or the user does.
+template <class Action>
+bool Succeeds(const Action& action) {
+    try {
+        return action();
+    } catch (const NK::CException&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+bool PortKeeper::Pauses::IsOver() {
+    calm_ = 0;
+    left_ = std::max(left_ - 1, 0);
+    return left_ == 0;
+}
+
+void PortKeeper::Pauses::NoteAttempt() {
+    left_ = next_;
+    next_ = std::min(next_ * 2, kLongestPause);
+}
+
+void PortKeeper::Pauses::NoteCalm() {
+    if (++calm_ >= kLongCalm) {
+        *this = Pauses();
+    }
+}
+
+void PortKeeper::Look() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CKivora& engine = front_.GetEngine();
+    const OutputState outputBefore = GetOutputState();
+    const bool inputLostBefore = engine.IsInputLost();
+    LookAtOutput();
+    LookAtInput();
+    if (GetOutputState() != outputBefore || engine.IsInputLost() != inputLostBefore) {
+        emit StateChanged();
+    }
+}
+
+void PortKeeper::LookAtOutput() {
+    CKivora& engine = front_.GetEngine();
+    const DeviceState state = engine.LookAtOutput();
+    isStalled_ = state == DeviceState::kStalled;
+    if (engine.IsOutputReady() && !engine.IsOutputLost()) {
+        outputPauses_.NoteCalm();
+        return;
+    }
+    const bool isThere = state == DeviceState::kBack || (state == DeviceState::kElsewhere && !engine.IsRecording());
+    if (!isThere || !outputPauses_.IsOver()) {
+        return;
+    }
+    outputPauses_.NoteAttempt();
+    if (state == DeviceState::kBack && engine.IsOutputLost()) {
+        front_.ReopenOutput();
+    } else {
+        const int index = engine.GetOutputPortNames().Find(engine.GetOutputPortName());
+        Succeeds([&] { return front_.SetOutputPortByIndex(index >= 0 ? index : engine.FindDefaultOutputPort()); });
+    }
+}
+
+void PortKeeper::LookAtInput() {
+    CKivora& engine = front_.GetEngine();
+    const DeviceState state = engine.LookAtInput();
+    if (!engine.IsInputLost()) {
+        inputPauses_.NoteCalm();
+        return;
+    }
+    const bool isThere = state == DeviceState::kBack || (state == DeviceState::kElsewhere && engine.IsRescanQuiet());
+    if (!isThere || !inputPauses_.IsOver()) {
+        return;
+    }
+    inputPauses_.NoteAttempt();
+    const bool returned = state == DeviceState::kBack ? engine.ReopenInputPort() : Succeeds([&] {
+        engine.RescanPorts();  // what plays stays as it is, so nothing is silenced before
+        return engine.GetInputPortIndex() >= 0;
+    });
+    if (returned) {
+        emit InputReturned();
+    }
+}
+
+PortKeeper::OutputState PortKeeper::GetOutputState() const {
+    const CKivora& engine = front_.GetEngine();
+    if (engine.IsOutputLost()) {
+        return OutputState::kLost;
+    }
+    if (engine.IsOutputReady()) {
+        return isStalled_ ? OutputState::kStalled : OutputState::kPlays;
+    }
+    const NK::CStringArray names = engine.GetOutputPortNames();
+    if (names.GetSize() == 0) {
+        return OutputState::kNone;
+    }
+    const NK::CString name = engine.GetOutputPortName();
+    return !name.IsEmpty() && names.Find(name) < 0 ? OutputState::kMissing : OutputState::kFailed;
+}
+
+}  // namespace Kivora

@@ -1,0 +1,64 @@
+// What becomes of the open ports while the program runs.
+#pragma once
+
+#include <QObject>
+
+#include "engine/EngineFront.h"
+
+namespace Kivora {
+
+/// Looks at the devices of the open ports and opens again what was lost and is back, where that disturbs nothing; an
+/// output that could not be opened, because its sound server did not run for example, is opened when it can be. [gui]
+class PortKeeper : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int kLookPeriodMs = 1000;
+
+    enum class OutputState {
+        kPlays,
+        kStalled,  ///< open, and the device does nothing with what it is given for now
+        kLost,     ///< open, and its device has failed or gone
+        kMissing,  ///< none is open, and none has the name that was saved or chosen
+        kFailed,   ///< none is open, though there are some
+        kNone,     ///< there is none
+    };
+
+    /// The front outlives the keeper.
+    explicit PortKeeper(EngineFront& front) : front_(front) {}
+
+    /// Once in kLookPeriodMs. Between attempts to open a port that is lost again and again the pauses grow.
+    void Look();
+    OutputState GetOutputState() const;
+
+signals:
+    /// GetOutputState(), or whether the input is lost, may have changed; emitted from Look().
+    void StateChanged();
+    /// The keyboard that was lost is there again, and open.
+    void InputReturned();
+
+private:
+    /// Counts the looks between two attempts.
+    class Pauses {
+    public:
+        bool IsOver();
+        void NoteAttempt();
+        /// To be called at each look at which nothing is lost.
+        void NoteCalm();
+
+    private:
+        int left_ = 0;
+        int next_ = 1;
+        int calm_ = 0;
+    };
+
+    void LookAtOutput();
+    void LookAtInput();
+
+    EngineFront& front_;
+    bool isStalled_ = false;
+    Pauses outputPauses_;
+    Pauses inputPauses_;
+};
+
+}  // namespace Kivora

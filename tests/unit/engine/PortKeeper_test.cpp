@@ -1,0 +1,299 @@
+// Devices that go and come back while the instrument plays.
+#include "engine/PortKeeper.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/SynthModel.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+using LibMidi::DeviceState;
+using OutputState = Kivora::PortKeeper::OutputState;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class Keeper : public testing::Test {
+protected:
+    Keeper() {
+        Listen(kSynth, synth);
+        Listen(kOtherSynth, otherSynth);
+        engine.SetInputPortByName(kKeyboard);
+        QObject::connect(&keeper, &Kivora::PortKeeper::StateChanged, [this] { ++changes; });
+        QObject::connect(&keeper, &Kivora::PortKeeper::InputReturned, [this] { ++returns; });
+    }
+    void Listen(const wchar_t* name, SynthModel& model) {
+        rig.GetDevice(name).onWrite = [&model](const LibMidi::MIDIEvent& event) { model.Play(event); };
+    }
+    void SetState(const wchar_t* name, DeviceState state) { rig.GetDevice(name).state = state; }
+    bool IsSounding() {
+        rig.RunPlayer();
+        return synth.IsSounding();
+    }
+    /// A note sounds, another one is refused by the device, `failures` writes in all.
+    void FailWhilePlaying(int failures) {
+        engine.PlayNoteOn(60, 100);
+        rig.Run(2);
+        rig.GetDevice(kSynth).failedWrites = failures;
+        engine.PlayNoteOn(64, 100);
+        rig.Run(2);
+        ASSERT_TRUE(engine.IsOutputLost());
+    }
+
+    EngineRig rig;
+    SynthModel synth;
+    SynthModel otherSynth;
+    Kivora::CKivora& engine = rig.CreateOpen();
+    Kivora::EngineFront front{engine};
+    Kivora::PortKeeper keeper{front};
+    int changes = 0;
+    int returns = 0;
+};
+
+// An input.
+
+TEST_F(Keeper, KeysAndPedalsOfAKeyboardThatIsPulledOutEndAndItIsToldOnce) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    rig.GetKeyboard().Deliver(0xB0, 66, 127);
+    ASSERT_TRUE(IsSounding());
+    keeper.Look();
+    EXPECT_TRUE(IsSounding()) << "it is there";
+    EXPECT_EQ(changes, 0);
+    SetState(kKeyboard, DeviceState::kLost);
+    keeper.Look();
+    EXPECT_FALSE(IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown());
+    EXPECT_FALSE(synth.IsSostenutoDown());
+    EXPECT_TRUE(engine.IsInputLost());
+    keeper.Look();
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(Keeper, TheArpeggioThatAKeyboardHeldEndsWhenItIsPulledOut) {
+    front.SetArpeggiating(true);
+    front.ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetBypassed(false); });
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    rig.Run(1000);
+    rig.TakeWritten();
+    rig.Run(1000);
+    ASSERT_THAT(rig.TakeWritten(), testing::Not(IsEmpty()));
+    SetState(kKeyboard, DeviceState::kLost);
+    keeper.Look();
+    rig.Run(1000);
+    rig.TakeWritten();
+    EXPECT_FALSE(IsSounding());
+    rig.Run(1000);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+}
+
+TEST_F(Keeper, AKeyboardThatIsBackPlaysAgainAndTheOutputIsNotTouched) {
+    SetState(kKeyboard, DeviceState::kLost);
+    keeper.Look();
+    engine.PlayNoteOn(72, 100);
+    rig.TakeWritten();
+    rig.log.clear();
+    SetState(kKeyboard, DeviceState::kBack);
+    keeper.Look();
+    EXPECT_THAT(rig.log, ElementsAre("input closed", "input opened"));
+    EXPECT_EQ(returns, 1);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    SetState(kKeyboard, DeviceState::kWorks);
+    keeper.Look();
+    EXPECT_FALSE(engine.IsInputLost());
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("90 3c 64"));
+}
+
+TEST_F(Keeper, WhatAPlugThatWobbledLeftHeldEndsToo) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    ASSERT_TRUE(IsSounding());
+    SetState(kKeyboard, DeviceState::kBack);
+    keeper.Look();
+    EXPECT_FALSE(IsSounding());
+    EXPECT_EQ(returns, 1);
+}
+
+TEST_F(Keeper, AKeyboardInAnotherPlaceIsOpenedWhereNothingIsDisturbed) {
+    SetState(kKeyboard, DeviceState::kElsewhere);
+    engine.PlayNoteOn(72, 100);
+    const int created = rig.backend.created;
+    keeper.Look();
+    EXPECT_EQ(rig.backend.created, created) << "the output would be closed";
+    EXPECT_TRUE(IsSounding());
+    EXPECT_TRUE(engine.IsInputLost());
+    front.GetEngine().CloseOutputPort();
+    SetState(kKeyboard, DeviceState::kElsewhere);
+    keeper.Look();
+    EXPECT_EQ(rig.backend.created, created + 1);
+    EXPECT_EQ(returns, 1);
+    EXPECT_EQ(engine.GetInputPortIndex(), 0);
+}
+
+TEST_F(Keeper, AKeyboardThatDoesNotOpenIsTriedInGrowingPauses) {
+    rig.GetDevice(kKeyboard).failsToOpen = true;
+    int closings = 0;
+    rig.GetKeyboard().onClosing = [&] { ++closings; };
+    SetState(kKeyboard, DeviceState::kBack);
+    std::vector<int> attempts;
+    for (int look = 0; look < 40; ++look) {
+        const int before = rig.GetDevice(kKeyboard).openAttempts;
+        keeper.Look();
+        if (rig.GetDevice(kKeyboard).openAttempts != before) {
+            attempts.push_back(look);
+        }
+    }
+    EXPECT_THAT(attempts, ElementsAre(0, 1, 3, 7, 15, 31));
+    EXPECT_EQ(closings, 1);
+    EXPECT_TRUE(engine.IsInputLost());
+    EXPECT_EQ(returns, 0);
+}
+
+// An output.
+
+TEST_F(Keeper, AfterOneFailedWriteWhatSoundsIsEndedOnTheSameDevice) {
+    engine.SetSustain(true);
+    FailWhilePlaying(1);
+    EXPECT_FALSE(synth.IsSounding());
+    EXPECT_FALSE(synth.IsPedalDown());
+    EXPECT_FALSE(engine.HasStrandedNotes());
+}
+
+TEST_F(Keeper, AnOutputThatWorksAgainIsOpenedAgainAndPlaysWhatItHas) {
+    FailWhilePlaying(3);
+    EXPECT_TRUE(synth.IsSounding()) << "the ending failed too";
+    EXPECT_TRUE(engine.HasStrandedNotes());
+    engine.PlayNoteOff(60);
+    engine.PlayNoteOff(64);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    rig.TakeWritten();
+    keeper.Look();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_FALSE(IsSounding());
+    EXPECT_THAT(rig.GetDevice(kSynth).TakeWritten(), Contains("c0 00"));
+    engine.PlayNoteOn(62, 100);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("90 3e 64"));
+}
+
+TEST_F(Keeper, AnOutputThatGoesWhileNothingIsPlayedIsToldAndPlaysWhenItIsBack) {
+    SignalLog emitted(engine);
+    SetState(kSynth, DeviceState::kLost);
+    keeper.Look();
+    keeper.Look();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kLost);
+    EXPECT_THAT(emitted.Take(), ElementsAre("OutputLost"));
+    EXPECT_EQ(changes, 1);
+    engine.SetSustain(true);
+    SetState(kSynth, DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, DeviceState::kWorks);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_EQ(changes, 2);
+    rig.RunPlayer();
+    EXPECT_TRUE(synth.IsPedalDown()) << "it is held";
+}
+
+TEST_F(Keeper, AnOutputThatOnlyANewSetReachesIsOpenedByTheSet) {
+    FailWhilePlaying(1000);
+    SetState(kSynth, DeviceState::kElsewhere);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    const int created = rig.backend.created;
+    keeper.Look();
+    EXPECT_EQ(rig.backend.created, created + 1);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_FALSE(IsSounding());
+    EXPECT_FALSE(engine.HasStrandedNotes());
+}
+
+TEST_F(Keeper, ADeviceThatAnotherOneReplacedIsSilencedAllTheSame) {
+    FailWhilePlaying(1000);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
+    EXPECT_FALSE(synth.IsSounding());
+    EXPECT_FALSE(rig.GetDevice(kSynth).isOpen);
+}
+
+TEST_F(Keeper, AtTheProgramsEndTheDeviceIsTriedOnceMore) {
+    FailWhilePlaying(1000);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    EXPECT_TRUE(synth.IsSounding());
+    front.Close();
+    EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, ATakeGoesOnWhenItsOutputIsBack) {
+    ASSERT_TRUE(front.StartRecording());
+    FailWhilePlaying(1000);
+    SetState(kSynth, DeviceState::kElsewhere);
+    keeper.Look();
+    EXPECT_TRUE(engine.IsRecording()) << "a new set would end the take";
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kLost);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    SetState(kSynth, DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, DeviceState::kWorks);
+    EXPECT_TRUE(engine.IsRecording());
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    rig.RunPlayer();
+    const int count = engine.GetRecordedCount();
+    engine.PlayNoteOn(62, 100);
+    rig.RunPlayer();
+    EXPECT_EQ(engine.GetRecordedCount(), count + 1);
+    SynthModel take;
+    engine.GetCapture()->VisitCaptured(
+        0, [&](const LibMidi::CapturedEvent& event) { take.Play(LibMidi::MIDIEvent::FromMessage(event.message, 0)); });
+    EXPECT_FALSE(take.IsPressed(0, 60)) << "in the take too the note that sounded at the loss has ended";
+    EXPECT_TRUE(take.IsPressed(0, 62));
+}
+
+TEST_F(Keeper, AnOutputThatStandsStillIsToldUntilItGoesOn) {
+    SetState(kSynth, DeviceState::kStalled);
+    keeper.Look();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kStalled);
+    EXPECT_EQ(changes, 1);
+    engine.PlayNoteOn(60, 100);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("90 3c 64"));
+    SetState(kSynth, DeviceState::kWorks);
+    keeper.Look();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(Keeper, AnOutputThatCouldNotBeOpenedIsOpenedWhenItCanBe) {
+    rig.backend.fixed = true;
+    rig.GetDevice(kSynth).failsToOpen = true;
+    SetState(kSynth, DeviceState::kLost);
+    EXPECT_THROW(front.SetOutputPortByIndex(0), NK::CException);
+    const int attempts = rig.GetDevice(kSynth).openAttempts;
+    for (int look = 0; look < 5; ++look) {
+        keeper.Look();
+    }
+    EXPECT_EQ(rig.GetDevice(kSynth).openAttempts, attempts) << "nothing is there";
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kFailed);
+    rig.GetDevice(kSynth).failsToOpen = false;
+    SetState(kSynth, DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, DeviceState::kWorks);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(Keeper, WithoutAnOpenOutputItsStateTellsWhy) {
+    engine.CloseOutputPort();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kFailed);
+    engine.SetSavedOutputPortName(L"Not there");
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kMissing);
+    engine.SetSavedOutputPortName({});
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kFailed);
+    rig.backend.Unplug(kSynth);
+    rig.backend.Unplug(kOtherSynth);
+    engine.RescanPorts();
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kNone);
+    keeper.Look();
+}
+
+}  // namespace
