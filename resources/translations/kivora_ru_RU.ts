@@ -1030,10 +1030,6 @@
         <translation>Ошибка</translation>
     </message>
     <message>
-        <source>The connection to the MIDI synthesizer was lost: %1</source>
-        <translation>Связь с MIDI-синтезатором потеряна: %1</translation>
-    </message>
-    <message>
         <source>Warning</source>
         <translation>Предупреждение</translation>
     </message>
@@ -2254,6 +2250,73 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>SoundTexts</name>
+    <message>
+        <source>Sound goes on as soon as the audio system does.</source>
+        <translation>Звук продолжится, как только звуковая система снова заработает.</translation>
+    </message>
+    <message>
+        <source>As soon as it is back, it plays again by itself. You can also choose another synthesizer here, or look for the devices again.</source>
+        <translation>Как только связь восстановится, звук вернётся сам. Здесь можно также выбрать другой синтезатор или найти устройства заново.</translation>
+    </message>
+    <message>
+        <source>Connect it and look for the devices again, or choose another synthesizer here.</source>
+        <translation>Подключите его и найдите устройства заново или выберите здесь другой синтезатор.</translation>
+    </message>
+    <message>
+        <source>Choose another synthesizer here, or another audio system or sound font for the software synthesizer.</source>
+        <translation>Выберите здесь другой синтезатор, а для программного синтезатора — другую звуковую систему или другой банк звуков.</translation>
+    </message>
+    <message>
+        <source>Choose a sound font for the software synthesizer, or connect a MIDI synthesizer and look for the devices again.</source>
+        <translation>Выберите банк звуков для программного синтезатора или подключите MIDI-синтезатор и найдите устройства заново.</translation>
+    </message>
+    <message>
+        <source>No sound now: the audio system does not answer</source>
+        <translation>Звука пока нет: звуковая система не отвечает</translation>
+    </message>
+    <message>
+        <source>Nothing sounds or is recorded: the connection to %1 was lost</source>
+        <translation>Нет ни звука, ни записи: потеряна связь с %1</translation>
+    </message>
+    <message>
+        <source>No sound: the connection to %1 was lost</source>
+        <translation>Нет звука: потеряна связь с %1</translation>
+    </message>
+    <message>
+        <source>No sound: %1 is not connected</source>
+        <translation>Нет звука: не подключено устройство %1</translation>
+    </message>
+    <message>
+        <source>No sound: no synthesizer could be opened</source>
+        <translation>Нет звука: не удалось открыть ни одного синтезатора</translation>
+    </message>
+    <message>
+        <source>No sound: there is no synthesizer</source>
+        <translation>Нет звука: нет ни одного синтезатора</translation>
+    </message>
+    <message>
+        <source>No sound: %1</source>
+        <translation>Нет звука: %1</translation>
+    </message>
+    <message>
+        <source>The MIDI keyboard was disconnected: %1</source>
+        <translation>MIDI-клавиатура отключена: %1</translation>
+    </message>
+    <message>
+        <source>Connect it again. If it does not play then, look for the devices again; with an external synthesizer this ends what sounds there.</source>
+        <translation>Подключите её снова. Если после этого она не играет, найдите устройства заново; звуки внешнего синтезатора при этом прекратятся.</translation>
+    </message>
+    <message>
+        <source>The MIDI keyboard is connected again: %1</source>
+        <translation>MIDI-клавиатура снова подключена: %1</translation>
+    </message>
+    <message>
+        <source>Not recording: nothing sounds, so nothing would be recorded</source>
+        <translation>Запись не начата: звука нет, записывать нечего</translation>
+    </message>
+</context>
+<context>
     <name>SynthSettingsGroup</name>
     <message>
         <source>Built-in synthesizer</source>
@@ -2401,6 +2464,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>No sound can be played.</source>
         <translation>Звук воспроизвести нельзя.</translation>
+    </message>
+    <message>
+        <source>The sound server does not run or refuses the connection.</source>
+        <translation>Звуковой сервер не запущен или отклоняет соединение.</translation>
+    </message>
+    <message>
+        <source>The sound card is used by another program.</source>
+        <translation>Звуковая карта занята другой программой.</translation>
+    </message>
+    <message>
+        <source>The sound card cannot be opened.</source>
+        <translation>Не удалось открыть звуковую карту.</translation>
     </message>
 </context>
 <context>

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QScreen>
+#include <QTimer>
+#include <utility>
 
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
@@ -12,14 +14,63 @@
 
 namespace Kivora {
 
-MainWindow::MainWindow(const EngineCreator& createEngine) {
+namespace {
+constexpr int kPaintedAtLatestMs = 1000;
+}
+
+MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthControl* synth)
+    : createEngine_(std::move(createEngine)), synth_(synth) {
     setObjectName("KivoraMainWindowClass");
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
-    CreateEngine(createEngine);
-    panel_ = new KivoraWidget(front_.get(), this);
-    setCentralWidget(panel_);
+    const QString failure = CreateEngine();
+    CreatePanel(ports == Ports::kOpen);
     FitAndCentre();
+    if (ports == Ports::kOpenWhenPainted) {
+        QTimer::singleShot(kPaintedAtLatestMs, this, &MainWindow::OpenPorts);  // it may be kept out of sight
+    }
+    if (!front_) {
+        panel_->setEngineFailure(tr("Fatal Error"), failure + "\r\n" + tr("Sorry, the application cannot continue."),
+                                 failure, synth_);
+    }
+}
+
+void MainWindow::CreatePanel(bool opensPorts) {
+    panel_ =
+        new KivoraWidget(front_.get(), this, opensPorts ? KivoraWidget::Ports::kOpen : KivoraWidget::Ports::kLeave);
+    setCentralWidget(panel_);
+    if (!opensPorts) {
+        panel_->installEventFilter(this);
+    }
+    connect(panel_, &KivoraWidget::engineWanted, this, &MainWindow::TryEngineAgain, Qt::QueuedConnection);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == panel_ && event->type() == QEvent::Paint) {
+        panel_->removeEventFilter(this);
+        QTimer::singleShot(0, this, &MainWindow::OpenPorts);
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::OpenPorts() {
+    panel_->openPorts();
+}
+
+void MainWindow::TryEngineAgain() {
+    if (front_ || !CreateEngine().isEmpty()) {
+        return;
+    }
+    // What was chosen, which the file does not have yet.
+    const LibMidi::SynthSettings chosen = synth_ != nullptr ? synth_->GetSettings() : LibMidi::SynthSettings();
+    CreatePanel(false);
+    if (synth_ != nullptr && synth_->GetSettings() != chosen) {
+        static_cast<void>(synth_->ApplySettings(chosen));
+    }
+    OpenPorts();
+    SaveSettings();
+    panel_->show();
+    emit PanelReplaced();
 }
 
 MainWindow::~MainWindow() {
@@ -77,21 +128,18 @@ void MainWindow::EndAtOnce() {
     }
 }
 
-void MainWindow::CreateEngine(const EngineCreator& createEngine) {
-    const auto showFatal = [this](const QString& text) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("Fatal Error"),
-                      text + "\r\n" + tr("Sorry, the application cannot continue."));
-    };
+QString MainWindow::CreateEngine() {
     try {
-        engine_ = createEngine();
+        engine_ = createEngine_();
         if (!engine_) {
-            throw NK::CException(tr("Engine creation failed.").toStdWString().c_str());
+            return tr("Engine creation failed.");
         }
         front_ = std::make_unique<EngineFront>(*engine_);
+        return {};
     } catch (const NK::CException& error) {
-        showFatal(QString::fromWCharArray(error.GetMessage()));
+        return QString::fromWCharArray(error.GetMessage());
     } catch (...) {
-        showFatal(tr("Failed to create MIDI engine (unknown exception)."));
+        return tr("Failed to create MIDI engine (unknown exception).");
     }
 }
 

@@ -13,9 +13,9 @@ class KivoraWidget;
 
 namespace Kivora {
 
-/// Creates the engine, says in a box why it could not, and goes on without one. Holds exactly the panel and cannot be
-/// resized. When it is destroyed everything falls silent, then the engine's settings are saved; a box says when that
-/// fails. [gui]
+/// Creates the engine, says in a box why it could not once it is shown, and goes on without one; after a visit to the
+/// settings it tries again. Holds exactly the panel and cannot be resized. When it is destroyed everything falls
+/// silent, then the engine's settings are saved; a box says when that fails. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -23,12 +23,19 @@ public:
     /// May throw; null counts as a failure too.
     using EngineCreator = std::function<std::unique_ptr<CKivora>()>;
 
-    explicit MainWindow(const EngineCreator& createEngine);
+    /// Whether the ports are opened at once, or when the window has been painted, so that no audio system that is slow
+    /// to answer keeps it away.
+    enum class Ports { kOpen, kOpenWhenPainted };
+
+    /// `synth` is what can be set up where the engine cannot be created; not owned, outlives the window, may be null.
+    explicit MainWindow(EngineCreator createEngine, Ports ports = Ports::kOpen, LibMidi::SynthControl* synth = nullptr);
     ~MainWindow() override;
 
     /// Null when the engine could not be created.
     EngineFront* GetFront() const { return front_.get(); }
     KivoraWidget* GetPanel() const { return panel_; }
+    /// Opens the ports if they are not open yet.
+    void OpenPorts();
 
     /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
     /// logged.
@@ -41,11 +48,23 @@ public:
     /// Nothing is said in a box when it is destroyed: nobody is there to read it.
     void SetQuiet() { quiet_ = true; }
 
+signals:
+    /// GetPanel() is another one now; the former is deleted when the event loop comes to it.
+    void PanelReplaced();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     bool SaveSettings();
-    void CreateEngine(const EngineCreator& createEngine);
+    /// Why there is none; empty when there is one now.
+    QString CreateEngine();
+    void CreatePanel(bool opensPorts);
+    void TryEngineAgain();
     void FitAndCentre();
 
+    const EngineCreator createEngine_;
+    LibMidi::SynthControl* const synth_;
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child

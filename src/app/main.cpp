@@ -69,20 +69,26 @@ int main(int argc, char** argv) {
     if (!commandLine.demonstrationDir.isEmpty()) {
         demonstration.emplace(commandLine.demonstrationDir);
     }
-    Kivora::MainWindow window([] { return std::make_unique<Kivora::CKivora>(Kivora::CreateEngineDependencies()); });
+    const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies();
+    Kivora::MainWindow window([&] { return std::make_unique<Kivora::CKivora>(dependencies); },
+                              Kivora::MainWindow::Ports::kOpenWhenPainted, dependencies.synth.get());
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });
     std::optional<Kivora::HeldInput> heldInput;
     if (!demonstration) {  // which plays with keys that nobody holds
         heldInput.emplace(*window.GetPanel());
+        QObject::connect(&window, &Kivora::MainWindow::PanelReplaced, &window,
+                         [&] { heldInput.emplace(*window.GetPanel()); });
     }
     window.show();
     if (demonstration) {
+        window.OpenPorts();
         window.SetQuiet();
         demonstration->Start(window);
     }
     if (!commandLine.pictureDir.isEmpty()) {
+        window.OpenPorts();
         window.SetQuiet();
         const bool saved = Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) &&
                            Kivora::SaveSettingsPicture(window.GetFront(), commandLine.pictureDir);

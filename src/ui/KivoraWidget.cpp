@@ -7,18 +7,17 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "engine/PortKeeper.h"
 #include "engine/TakeJournal.h"
 #include "locale/Locale.h"
 #include "nk/nk_paths.h"
 #include "QtWidgets/piano/QPiano.h"
-#include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/About.h"
 #include "ui/arpeggiatorSettings.h"
 #include "ui/Dialogs.h"
 #include "ui/FocusRing.h"
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
-#include "ui/midiSettings.h"
 #include "ui/PanelControlKeys.h"
 #include "ui/PanelGeometry.h"
 #include "ui/PresetList.h"
@@ -29,7 +28,7 @@ const NK::CString kTakesFolder = L"Takes";
 constexpr int kLongestNoticeDelayMs = 1000;  // for a window that does not become the active one
 }  // namespace
 
-KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
+KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports ports)
     : QWidget(parent),
       front_(front),
       engine_(front != nullptr ? &front->GetEngine() : nullptr),
@@ -66,8 +65,11 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent)
     setFocus();
     if (engine_ != nullptr) {
         tellAboutSettings();
-        openPorts();
+        if (ports == Ports::kOpen) {
+            openPorts();
+        }
     }
+    connect(&inputReturnTimer_, &QTimer::timeout, this, &KivoraWidget::updateNotices);
 }
 
 KivoraWidget::~KivoraWidget() {
@@ -133,39 +135,6 @@ void KivoraWidget::tellAboutSettings() {
     }
 }
 
-void KivoraWidget::openPorts() {
-    const auto showError = [this](const QString& text) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("MIDI Engine Error"), text);
-    };
-    try {
-        front_->OpenPorts();
-    } catch (const NK::CException& error) {
-        showError(QString::fromWCharArray(error.GetMessage()));
-    } catch (...) {
-        showError(tr("An unknown exception occured."));
-    }
-}
-
-void KivoraWidget::outputLost() {
-    Dialogs::Show(this, QMessageBox::Warning, tr("MIDI Engine Error"),
-                  tr("The connection to the MIDI synthesizer was lost: %1")
-                      .arg(QString::fromWCharArray(engine_->GetOutputPortName().c_str())));
-}
-
-void KivoraWidget::inputLost() {
-    midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
-                             nullptr, static_cast<int>(engine_->GetInputLostCount())));
-    midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
-    if (engine_->GetInputLostCount() == 1) {
-        releaseHeld();
-        UnaskedBox::show(
-            Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
-                             tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
-                                "The keys that it held were released. The MIDI lamp tells how often.")),
-            *this);
-    }
-}
-
 void KivoraWidget::takeNotKept() {
     updateTakeNotice();
 }
@@ -194,11 +163,6 @@ void KivoraWidget::aboutClicked() {
     about.exec();
 }
 
-void KivoraWidget::settingsClicked() {
-    releaseHeld();
-    midiSettings(front_, this).exec();
-}
-
 void KivoraWidget::loadPatchClicked() {
     showPresets(false);
 }
@@ -225,6 +189,7 @@ void KivoraWidget::loadLanguageFiles() {
     updateKeyboardDisplay();
     updateTempo();
     updateStatusDisplay();
+    updateNotices();
     updateMetronome();
     arpeggiatingChanged();
     update();

@@ -43,9 +43,13 @@ struct TPressedInput;
 namespace Kivora {
 class CKivora;
 class EngineFront;
+class PortKeeper;
 class TakeJournal;
 struct WaitingTake;
 }  // namespace Kivora
+namespace LibMidi {
+class SynthControl;
+}
 
 /// Joins the controls, the piano, the computer keys and the displays to the engine. Without one the controls do nothing
 /// and the display says so. A key, button or pedal that is held when the panel loses the keyboard, opens a menu or a
@@ -54,9 +58,12 @@ class KivoraWidget : public QWidget {
     Q_OBJECT
 
 public:
-    /// The front is not owned and outlives the panel; null where there is no engine. Loads the settings and opens the
-    /// ports; a box titled "MIDI Engine Error" says why one could not be opened.
-    explicit KivoraWidget(Kivora::EngineFront* front, QWidget* parent = nullptr);
+    /// Whether the constructor opens the ports, or somebody calls openPorts() afterwards.
+    enum class Ports { kOpen, kLeave };
+
+    /// The front is not owned and outlives the panel; null where there is no engine. Loads the settings. No box comes
+    /// before the panel is shown.
+    explicit KivoraWidget(Kivora::EngineFront* front, QWidget* parent = nullptr, Ports ports = Ports::kOpen);
     ~KivoraWidget() override;
 
     QSize sizeHint() const override;
@@ -65,6 +72,14 @@ public:
     void releaseHeld();
     /// Ends what is held by keys and the mouse that are up: their releases went elsewhere.
     void releaseAllBut(const NK::TPressedInput& down);
+    /// Opens the ports, once; a box titled "MIDI Engine Error" says why one could not be opened. From then on the
+    /// display says what does not sound or was lost, and what is back is opened again where that disturbs nothing.
+    void openPorts();
+    /// Where there is no engine: the box that says so, and its reason alone. `synth`, which may be null and is not
+    /// owned, can be set up all the same.
+    void setEngineFailure(const QString& title, const QString& text, const QString& reason,
+                          LibMidi::SynthControl* synth);
+
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
     /// In a box, with the window behind it: at once, or as soon as it is shown.
@@ -130,6 +145,10 @@ public slots:
     void onBeat();
     void updateEffectWidgets();
 
+signals:
+    /// There is no engine, and the user has been to the settings.
+    void engineWanted();
+
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -145,6 +164,8 @@ protected:
 private slots:
     void outputLost();
     void inputLost();
+    void inputReturned();
+    void updateNotices();
     void takesChanged();
     void takeNotKept();
     void fileSetAside(const QString& path);
@@ -231,9 +252,13 @@ private:
 
     void connectEngine();
     void loadSettings();
-    void openPorts();
     void tellAboutSettings();
     WallpaperCache wallpaperCache() const;
+
+    // KivoraWidget_ports.cpp
+    /// What does not play, why, and what can be done about it; empty when all is well.
+    QString explainPorts() const;
+    bool isOutputWorking() const;
 
     Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
@@ -247,6 +272,11 @@ private:
     QBasicTimer keySettleTimer_;
     KeyRepeats keyRepeats_;
     QTimer panelTimer_;
+    std::unique_ptr<Kivora::PortKeeper> keeper_;  ///< null until the ports are opened
+    QTimer portTimer_;
+    QTimer inputReturnTimer_;  ///< runs while the return of the keyboard is told
+    QString engineFailure_;
+    LibMidi::SynthControl* substituteSynth_ = nullptr;
     Desktop desktop_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
     bool askingAboutTakes_ = false;               ///< in a dialog that the program waits for

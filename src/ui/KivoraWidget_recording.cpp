@@ -10,10 +10,13 @@
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
+#include "ui/NoticeLine.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
 #include "ui/RecordingTexts.h"
+#include "ui/SoundTexts.h"
 #include "ui/UnaskedBox.h"
 
 namespace {
@@ -47,13 +50,14 @@ void KivoraWidget::recordingStateChanged() {
         panelTimer_.stop();
     }
     updateTakeNotice();
+    updateNotices();
 }
 
 void KivoraWidget::onRecord() {
     if (engine_ != nullptr && !engine_->IsRecording()) {
         onStartRecording();
     }
-    recordingStateChanged();
+    record_->setChecked(engine_ != nullptr && engine_->IsRecording());
 }
 
 void KivoraWidget::onStartRecording() {
@@ -61,6 +65,11 @@ void KivoraWidget::onStartRecording() {
         return;
     }
     releaseHeld();
+    if (!isOutputWorking()) {
+        display_->notice()->tell(NoticeLine::Topic::kSound, SoundTexts::NothingToRecord(),
+                                 [this] { settingsClicked(); });
+        return;
+    }
     if (!front_->StartRecording()) {
         Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
     }
@@ -115,7 +124,8 @@ void KivoraWidget::timerTick() {
 }
 
 void KivoraWidget::checkLimits() {
-    const QString reason = RecordingTexts::ReasonToStop(engine_->GetRecordingTime(), engine_->GetIdleTime());
+    const QString reason = RecordingTexts::ReasonToStop(
+        engine_->GetRecordingTime(), isOutputWorking() ? engine_->GetIdleTime() : 0);  // else nothing can be played
     if (reason.isEmpty()) {
         return;
     }

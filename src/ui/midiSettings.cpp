@@ -60,6 +60,21 @@ midiSettings::midiSettings(Kivora::EngineFront* front, QWidget* parent)
 
 midiSettings::~midiSettings() = default;
 
+void midiSettings::setSynth(LibMidi::SynthControl* synth) {
+    ui_->synthGroup->setSynth(synth);
+}
+
+void midiSettings::explainBy(std::function<QString()> text) {
+    explanation_ = std::move(text);
+    explain();
+}
+
+void midiSettings::explain() {
+    const QString text = explanation_ ? explanation_() : QString();
+    ui_->troubleLabel->setText(text);
+    ui_->troubleLabel->setVisible(!text.isEmpty());
+}
+
 void midiSettings::connectControls() {
     const auto click = [this](QPushButton* button, void (midiSettings::*slot)()) {
         connect(button, &QPushButton::clicked, this, slot);
@@ -105,6 +120,7 @@ bool midiSettings::event(QEvent* event) {
         ui_->retranslateUi(this);
         nameLanguages();
         nameControls();  // the synthesizer's group has its new texts by now
+        explain();
     }
     return handled;
 }
@@ -274,6 +290,7 @@ void midiSettings::rescanPorts() {
         front_->RescanPorts();
     });
     fillPorts();
+    explain();
     const auto keep = [](QComboBox& combo, const QString& name) {
         if (const int index = combo.findText(name); index >= 0) {
             combo.setCurrentIndex(index);  // chosen, and not yet taken over

@@ -11,6 +11,9 @@ namespace Kivora {
 class CKivora;
 class EngineFront;
 }  // namespace Kivora
+namespace LibMidi {
+class SynthControl;
+}
 namespace Ui {
 class midiSettings;
 }
@@ -26,7 +29,15 @@ public:
     explicit midiSettings(Kivora::EngineFront* front, QWidget* parent = nullptr);
     ~midiSettings() override;
 
+    /// A synthesizer to be set up where there is no engine; null for none.
+    void setSynth(LibMidi::SynthControl* synth);
+    /// What gives the text that stands above everything and says what does not play; none stands there while it is
+    /// empty.
+    void explainBy(std::function<QString()> text);
+
 public slots:
+    /// Asks anew for that text.
+    void explain();
     /// Takes everything over, saves the settings and closes.
     void closeClicked();
     void defaultVelocities();
@@ -64,6 +75,7 @@ private:
     void showError(const QString& text, const QString& details = {});
 
     std::unique_ptr<Ui::midiSettings> ui_;
+    std::function<QString()> explanation_;
     Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
     QColor bgColor_;

@@ -10,11 +10,13 @@
 #include <iterator>
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QTest>
 #include <QScreen>
 #include <QTimer>
+#include <QtTest/QTest>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -26,6 +28,7 @@
 #include "ui/KivoraWidget.h"
 #include "ui/midiSettings.h"
 #include "unit/engine/EngineRig.h"
+#include "widget/ui/FakeSynth.h"
 
 namespace {
 
@@ -50,6 +53,13 @@ protected:
         timer_.start(1);
     }
 
+    void WaitForBoxes(qsizetype count) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return titles_.size() >= count; }, 30000));
+    }
+    std::string Notice(MainWindow& window) {
+        auto* const line = window.GetPanel()->findChild<QLabel*>("display-notice");
+        return line->isVisible() ? line->text().toStdString() : "";
+    }
     MainWindow::EngineCreator RealEngine() {
         return [this] { return std::make_unique<CKivora>(rig_.GetDependencies()); };
     }
@@ -65,11 +75,13 @@ protected:
         }
     }
     void ExpectLifeWithoutAnEngine(MainWindow& window, const QString& text) {
+        EXPECT_EQ(titles_, QStringList()) << "the window comes first";
+        window.show();
+        WaitForBoxes(1);
         EXPECT_EQ(titles_, QStringList("Fatal Error"));
         EXPECT_EQ(texts_, QStringList(text + "\r\nSorry, the application cannot continue."));
         EXPECT_EQ(icons_, std::vector{QMessageBox::Critical});
         EXPECT_EQ(window.GetFront(), nullptr);
-        window.show();
         EXPECT_TRUE(window.isVisible());
         ASSERT_NE(window.GetPanel(), nullptr);
         EXPECT_TRUE(window.GetPanel()->isVisible());
@@ -130,9 +142,62 @@ TEST_F(MainWindowTest, AnyOtherExceptionIsAnUnknownOne) {
     ExpectLifeWithoutAnEngine(window, "Failed to create MIDI engine (unknown exception).");
 }
 
+TEST_F(MainWindowTest, WithoutAnEngineTheDisplaySaysWhyAndAVisitToTheSettingsBringsOne) {
+    const auto devices = rig_.backend.devices;
+    rig_.backend.devices.clear();
+    rig_.synth = std::make_shared<KivoraTest::FakeSynth>();
+    MainWindow window(RealEngine(), MainWindow::Ports::kOpenWhenPainted, rig_.synth.get());
+    window.show();
+    WaitForBoxes(1);
+    EXPECT_EQ(Notice(window), "No sound: No MIDI ports found.");
+    bool hadSynth = false;
+    const auto visit = [&](const std::function<void()>& meanwhile) {
+        QTimer::singleShot(0, [&] {
+            auto* const dialog = qobject_cast<midiSettings*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            hadSynth = dialog->findChild<QWidget*>("synthGroup")->isVisible();
+            meanwhile();
+            dialog->closeClicked();
+        });
+        window.GetPanel()->settingsClicked();
+        QCoreApplication::processEvents();
+    };
+    visit([] {});
+    EXPECT_TRUE(hadSynth) << "its sound font can be chosen";
+    EXPECT_EQ(window.GetFront(), nullptr) << "there is still no port";
+    LibMidi::SynthSettings chosen;
+    chosen.gain = 1.5;
+    visit([&] {
+        rig_.backend.devices = devices;
+        static_cast<void>(rig_.synth->ApplySettings(chosen));
+    });
+    ASSERT_NE(window.GetFront(), nullptr);
+    EXPECT_TRUE(window.GetFront()->GetEngine().IsOutputReady());
+    EXPECT_TRUE(window.GetPanel()->isVisible());
+    EXPECT_EQ(window.centralWidget(), window.GetPanel());
+    EXPECT_EQ(Notice(window), "");
+    EXPECT_EQ(rig_.synth->GetSettings(), chosen);
+    std::ifstream stream(rig_.folder / "user" / "Kivora.ini");
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_NE(text.find("Gain=1.5\n"), std::string::npos) << text;
+    EXPECT_EQ(titles_.size(), 1) << "nothing more was asked or told";
+}
+
+TEST_F(MainWindowTest, ThePortsAreOpenedOnceTheWindowIsPainted) {
+    MainWindow window(RealEngine(), MainWindow::Ports::kOpenWhenPainted);
+    EXPECT_FALSE(window.GetFront()->GetEngine().IsOutputReady());
+    window.show();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.GetFront()->GetEngine().IsOutputReady(); }, 30000));
+    EXPECT_EQ(rig_.GetDevice(KivoraTest::kSynth).openCount, 1);
+    window.OpenPorts();
+    EXPECT_EQ(rig_.GetDevice(KivoraTest::kSynth).openCount, 1) << "once";
+}
+
 TEST_F(MainWindowTest, TheFatalBoxIsInTheLanguageInForce) {
     Kivora::SetLocale("ru_RU", false);
     MainWindow window([] { return std::unique_ptr<CKivora>(); });
+    window.show();
+    WaitForBoxes(1);
     EXPECT_EQ(titles_, QStringList("Неустранимая ошибка"));
     EXPECT_EQ(texts_, QStringList("Не удалось создать движок.\r\nК сожалению, программа не может продолжать работу."));
     Kivora::SetLocale("en_US", false);
@@ -282,10 +347,9 @@ TEST_F(MainWindowTest, ADamagedSettingsFileIsKeptAsideAndTheUserTold) {
     std::ofstream(file) << std::string(2 * 1024 * 1024, 'x');
     {
         MainWindow window(RealEngine());
-        EXPECT_EQ(titles_, QStringList()) << "nothing before the window";
         window.show();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return titles_ == QStringList("Warning"); }))
-            << "at the start: the defaults are in force";
+        WaitForBoxes(1);
+        EXPECT_EQ(titles_, QStringList("Warning")) << "at the start: the defaults are in force";
     }
     ASSERT_EQ(texts_.size(), 2);
     EXPECT_TRUE(texts_[1].endsWith("Kivora.ini.bad")) << texts_[1].toStdString();

@@ -19,6 +19,11 @@ protected:
         ShowPanel();
     }
     QWidget& Lamp() { return Find("midi-led"); }
+    /// What the display's line says; empty while it is hidden.
+    std::string Notice() {
+        const QLabel& line = Find<QLabel>("display-notice");
+        return line.isVisible() ? line.text().toStdString() : "";
+    }
 };
 
 TEST_F(PanelStart, AnOutputThatCannotBeOpenedIsToldAndThePanelIsThere) {
@@ -26,6 +31,7 @@ TEST_F(PanelStart, AnOutputThatCannotBeOpenedIsToldAndThePanelIsThere) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
     Start();
+    Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(answers.seen, Seen{"MIDI Engine Error: Failed to open output MIDI port."});
     EXPECT_EQ(Caption("patch1"), "1");
     Type(Qt::Key_Z);
@@ -38,6 +44,7 @@ TEST_F(PanelStart, AnInputThatCannotBeOpenedIsToldWithItsName) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
     Start();
+    Wait([&] { return answers.AllGiven(); });
     ASSERT_EQ(answers.seen.size(), 1u);
     EXPECT_EQ(answers.seen[0].substr(0, 19), "MIDI Engine Error: ");
     EXPECT_NE(answers.seen[0].find("Failed to open input MIDI port:"), std::string::npos);
@@ -52,6 +59,7 @@ TEST_F(PanelStart, WithoutADefaultOutputTheUserIsTold) {
     answers.Click(QMessageBox::Ok);
     CreateEngine();
     CreateWindow();
+    Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(answers.seen, Seen{"MIDI Engine Error: No default output MIDI port found."});
 }
 
@@ -61,6 +69,7 @@ TEST_F(PanelStart, DamagedSettingsAreTold) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
     Start();
+    Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(answers.seen, Seen{"Warning: The settings file is damaged. The default settings are in force; the file "
                                  "will be kept under another name."});
 }
@@ -81,21 +90,131 @@ TEST_F(PanelStart, SettingsThatCannotBeReadAreToldWithThePathAndTheReasonOnceThe
     EXPECT_EQ(answers.details, Seen{(rig.folder / "user/Kivora.ini").native() + "\nInput/output error"});
 }
 
+TEST_F(PanelStart, NoBoxComesBeforeThePanel) {
+    rig.GetDevice(kSynth).failsToOpen = true;
+    std::filesystem::create_directories(rig.folder / "user");
+    WriteFileBytes(rig.folder / "user/Kivora.ini", std::string(2'000'000, 'x'));
+    ModalAnswers answers;
+    std::vector<bool> panelWasThere;
+    for (int box = 0; box < 2; ++box) {
+        answers.Then([&](QDialog& dialog) {
+            panelWasThere.push_back(panel != nullptr && panel->isVisible());
+            dialog.accept();
+        });
+    }
+    Start();
+    Wait([&] { return answers.AllGiven(); });
+    EXPECT_EQ(panelWasThere, (std::vector<bool>{true, true}));
+}
+
 TEST_F(PanelStart, AnOutputThatIsLostIsToldAndWhatIsHeldIsReleased) {
     Start();
+    EXPECT_EQ(Notice(), "");
     Press(Qt::Key_Z);
     Show();
     ASSERT_TRUE(Piano().IsPressed(60));
     rig.GetDevice(kSynth).failsToWrite = true;
     Type(Qt::Key_X);
-    ModalAnswers answers;
-    answers.Click(QMessageBox::Ok);
     rig.Run(5);
-    Wait([&] { return answers.AllGiven() && QApplication::activeModalWidget() == nullptr; });
-    EXPECT_EQ(answers.seen,
-              Seen{"MIDI Engine Error: The connection to the MIDI synthesizer was lost: Software synthesizer"});
+    Wait([&] { return Notice() != ""; });
+    EXPECT_EQ(Notice(), "No sound: the connection to Software synthesizer was lost");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "who plays on is not stopped";
     QApplication::processEvents();
     EXPECT_FALSE(Piano().IsPressed(60));
+    rig.GetDevice(kSynth).failsToWrite = false;
+    Wait([&] { return Notice() == ""; });
+    rig.TakeWritten();
+    Type(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten().front(), "90 3c 50") << "it is opened again by itself";
+}
+
+TEST_F(PanelStart, AKeyboardThatIsPulledOutIsToldUntilItIsBack) {
+    rig.backend.defaultInput = kKeyboard;
+    Start();
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    Show();
+    ASSERT_TRUE(Piano().IsPressed(60));
+    rig.GetDevice(kKeyboard).state = LibMidi::DeviceState::kLost;
+    Wait([&] { return Notice() != ""; });
+    EXPECT_EQ(Notice(), "The MIDI keyboard was disconnected: Keyboard");
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(60));
+    rig.GetDevice(kKeyboard).state = LibMidi::DeviceState::kBack;
+    Wait([&] { return Notice() != "The MIDI keyboard was disconnected: Keyboard"; });
+    EXPECT_EQ(Notice(), "The MIDI keyboard is connected again: Keyboard");
+    rig.GetDevice(kKeyboard).state = LibMidi::DeviceState::kWorks;
+}
+
+TEST_F(PanelStart, ASavedOutputThatIsMissingIsToldByTheDisplayAndAPressOpensTheSettings) {
+    CreateEngine();
+    Engine().SetSavedOutputPortName(L"Grand <b>piano</b>");
+    Engine().SaveSettings();
+    Engine().SetSavedOutputPortName({});
+    ModalAnswers answers;
+    QString trouble;
+    answers.Then([&](QDialog& dialog) {
+        trouble = dialog.findChild<QLabel*>("troubleLabel")->text();
+        dialog.reject();
+    });
+    ShowPanel();
+    EXPECT_EQ(Notice(), "No sound: Grand <b>piano</b> is not connected");
+    Click("display-notice");
+    EXPECT_EQ(answers.seen, Seen{"MIDI Settings"});
+    EXPECT_EQ(trouble,
+              "No sound: Grand <b>piano</b> is not connected.\nConnect it and look for the devices again, or choose "
+              "another synthesizer here.");
+}
+
+TEST_F(PanelStart, WithoutAnyOutputTheDisplaySaysSo) {
+    rig.backend.defaultOutput.clear();
+    rig.backend.Unplug(kSynth);
+    rig.backend.Unplug(kOtherSynth);
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    Start();
+    Wait([&] { return answers.AllGiven(); });
+    EXPECT_EQ(Notice(), "No sound: there is no synthesizer");
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    EXPECT_EQ(Notice(), "Нет звука: нет ни одного синтезатора");
+}
+
+TEST_F(PanelStart, WithoutAWorkingOutputNothingIsRecordedAndTheDisplaySaysSo) {
+    rig.GetDevice(kSynth).failsToOpen = true;
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    Start();
+    Wait([&] { return answers.AllGiven(); });
+    EXPECT_EQ(Notice(), "No sound: no synthesizer could be opened");
+    panel->onRecord();
+    EXPECT_FALSE(Engine().IsRecording());
+    EXPECT_FALSE(Button("record").isChecked());
+    EXPECT_EQ(Notice(), "Not recording: nothing sounds, so nothing would be recorded");
+    rig.GetDevice(kSynth).failsToOpen = false;
+    EXPECT_TRUE(front->SetOutputPortByIndex(0));
+    panel->onRecord();
+    EXPECT_TRUE(Engine().IsRecording());
+    EXPECT_EQ(Notice(), "");
+}
+
+TEST_F(PanelStart, ATakeWhoseOutputIsLostSaysSoAndIsNotStoppedForNotPlaying) {
+    Start();
+    panel->onRecord();
+    ASSERT_TRUE(Engine().IsRecording());
+    Type(Qt::Key_Z);
+    rig.Run(5);
+    rig.GetDevice(kSynth).state = LibMidi::DeviceState::kLost;
+    Wait([&] { return Engine().IsOutputLost(); });
+    Wait([&] { return Notice() != ""; });
+    EXPECT_EQ(Notice(), "Nothing sounds or is recorded: the connection to Software synthesizer was lost");
+    rig.time.AdvanceMs(31000);
+    panel->timerTick();
+    EXPECT_TRUE(Engine().IsRecording());
+    rig.GetDevice(kSynth).state = LibMidi::DeviceState::kBack;
+    Wait([&] { return !Engine().IsOutputLost(); });
+    rig.GetDevice(kSynth).state = LibMidi::DeviceState::kWorks;
+    EXPECT_TRUE(Engine().IsRecording()) << "it goes on";
+    EXPECT_EQ(Notice(), "");
 }
 
 TEST_F(PanelStart, LostMessagesAreToldOnceByABoxThatStopsNobodyAndCountedAtTheLamp) {

@@ -1,0 +1,142 @@
+// The ports: opening them, what is told about them, and the settings where they are chosen.
+#include <QMessageBox>
+
+#include "engine/CKivora.h"
+#include "engine/EngineFront.h"
+#include "engine/PortKeeper.h"
+#include "nk/nk_exception.h"
+#include "QtWidgets/skin/QBlinkingLed.h"
+#include "ui/Dialogs.h"
+#include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
+#include "ui/midiSettings.h"
+#include "ui/NoticeLine.h"
+#include "ui/SoundTexts.h"
+#include "ui/UnaskedBox.h"
+
+using Kivora::PortKeeper;
+using Topic = NoticeLine::Topic;
+
+namespace {
+constexpr int kReturnToldMs = 8000;
+}
+
+void KivoraWidget::openPorts() {
+    if (front_ == nullptr || keeper_ != nullptr) {
+        return;
+    }
+    keeper_ = std::make_unique<PortKeeper>(*front_);
+    connect(keeper_.get(), &PortKeeper::StateChanged, this, &KivoraWidget::updateNotices);
+    connect(keeper_.get(), &PortKeeper::InputReturned, this, &KivoraWidget::inputReturned);
+    connect(&portTimer_, &QTimer::timeout, keeper_.get(), &PortKeeper::Look);
+    const auto showError = [this](const QString& text) {
+        notices_.Tell(QMessageBox::Critical, tr("MIDI Engine Error"), text);
+    };
+    try {
+        front_->OpenPorts();
+    } catch (const NK::CException& error) {
+        showError(QString::fromWCharArray(error.GetMessage()));
+    } catch (...) {
+        showError(tr("An unknown exception occured."));
+    }
+    portTimer_.start(PortKeeper::kLookPeriodMs);
+    updateNotices();
+}
+
+void KivoraWidget::setEngineFailure(const QString& title, const QString& text, const QString& reason,
+                                    LibMidi::SynthControl* synth) {
+    engineFailure_ = reason;
+    substituteSynth_ = synth;
+    notices_.Tell(QMessageBox::Critical, title, text);
+    updateNotices();
+}
+
+QString KivoraWidget::explainPorts() const {
+    if (engine_ == nullptr) {
+        return engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineExplanation(engineFailure_);
+    }
+    if (keeper_ == nullptr) {
+        return {};
+    }
+    const LibMidi::SynthControl* const synth = engine_->GetSynth();
+    QStringList texts;
+    const QString output =
+        SoundTexts::OutputExplanation(keeper_->GetOutputState(), Dialogs::ToQt(engine_->GetOutputPortName()),
+                                      synth != nullptr ? Dialogs::ToQt(synth->GetLastError()) : QString());
+    if (!output.isEmpty()) {
+        texts << output;
+    }
+    if (engine_->IsInputLost()) {
+        texts << SoundTexts::InputExplanation(Dialogs::ToQt(engine_->GetInputPortName()));
+    }
+    return texts.join("\n\n");
+}
+
+void KivoraWidget::updateNotices() {
+    NoticeLine& line = *display_->notice();
+    const auto tell = [&](Topic topic, const QString& text) {
+        if (text.isEmpty()) {
+            line.withdraw(topic);
+        } else {
+            line.tell(topic, text, [this] { settingsClicked(); });
+        }
+    };
+    if (engine_ == nullptr) {
+        tell(Topic::kSound, engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineNotice(engineFailure_));
+    } else if (keeper_ != nullptr) {
+        const PortKeeper::OutputState state = keeper_->GetOutputState();
+        tell(Topic::kSound,
+             SoundTexts::OutputNotice(state, Dialogs::ToQt(engine_->GetOutputPortName()), engine_->IsRecording()));
+        if (engine_->IsInputLost()) {
+            tell(Topic::kInput, SoundTexts::InputNotice(Dialogs::ToQt(engine_->GetInputPortName())));
+        } else if (!inputReturnTimer_.isActive()) {
+            line.withdraw(Topic::kInput);
+        }
+    }
+}
+
+void KivoraWidget::inputReturned() {
+    display_->notice()->tell(Topic::kInput, SoundTexts::InputReturned(Dialogs::ToQt(engine_->GetInputPortName())));
+    inputReturnTimer_.setSingleShot(true);
+    inputReturnTimer_.start(kReturnToldMs);
+}
+
+bool KivoraWidget::isOutputWorking() const {
+    return engine_ != nullptr && engine_->IsOutputReady() && !engine_->IsOutputLost();
+}
+
+void KivoraWidget::outputLost() {
+    releaseHeld();
+    updateNotices();
+}
+
+void KivoraWidget::inputLost() {
+    midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
+                             nullptr, static_cast<int>(engine_->GetInputLostCount())));
+    midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
+    if (engine_->GetInputLostCount() == 1) {
+        releaseHeld();
+        UnaskedBox::show(
+            Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
+                             tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
+                                "The keys that it held were released. The MIDI lamp tells how often.")),
+            *this);
+    }
+}
+
+void KivoraWidget::settingsClicked() {
+    releaseHeld();
+    midiSettings dialog(front_, this);
+    if (engine_ == nullptr) {
+        dialog.setSynth(substituteSynth_);
+    }
+    dialog.explainBy([this] { return explainPorts(); });
+    if (keeper_ != nullptr) {
+        connect(keeper_.get(), &PortKeeper::StateChanged, &dialog, &midiSettings::explain);
+    }
+    const bool confirmed = dialog.exec() == QDialog::Accepted;
+    updateNotices();
+    if (confirmed && engine_ == nullptr) {
+        emit engineWanted();
+    }
+}

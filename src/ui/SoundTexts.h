@@ -1,0 +1,25 @@
+// What is said about an output that does not sound, and about an input that was lost.
+#pragma once
+
+#include <QString>
+
+#include "engine/PortKeeper.h"
+
+/// In the user's language. Names of ports are text from outside.
+namespace SoundTexts {
+
+using OutputState = Kivora::PortKeeper::OutputState;
+
+/// For the display's line; empty while the output plays.
+QString OutputNotice(OutputState state, const QString& port, bool isRecording);
+/// Why and what to do, for the settings dialog; empty while the output plays. `reason` may be empty.
+QString OutputExplanation(OutputState state, const QString& port, const QString& reason);
+QString NoEngineNotice(const QString& reason);
+QString NoEngineExplanation(const QString& reason);
+QString InputNotice(const QString& port);
+QString InputExplanation(const QString& port);
+QString InputReturned(const QString& port);
+/// Why no recording is begun without an output.
+QString NothingToRecord();
+
+}  // namespace SoundTexts
