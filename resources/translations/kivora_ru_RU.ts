@@ -1094,10 +1094,6 @@
         <translation>Два голоса на каждой клавише</translation>
     </message>
     <message>
-        <source>A bass voice below middle C, the main voice from it</source>
-        <translation>Басовый голос ниже «до» первой октавы, основной — от неё и выше</translation>
-    </message>
-    <message>
         <source>Load preset</source>
         <translation>Загрузить пресет</translation>
     </message>
@@ -1444,6 +1440,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>A recording that waits to be saved cannot be read now. It stays where it is:</source>
         <translation>Запись, которая ждёт сохранения, сейчас не читается. Она остаётся на месте:</translation>
+    </message>
+    <message>
+        <source>A bass voice below middle C, the main voice from it. An octave shift of −1 brings the bass to the computer keys.</source>
+        <translation>Басовый голос ниже «до» первой октавы, основной — от неё и выше. Со сдвигом октавы −1 бас играют клавиши компьютера.</translation>
+    </message>
+    <message>
+        <source>No computer key plays the bass: press here for octave shift −1</source>
+        <translation>Клавиши компьютера до баса не достают: нажмите здесь, сдвиг октавы −1</translation>
     </message>
 </context>
 <context>
@@ -2177,6 +2181,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Arpeggio</source>
         <translation>Арпеджио</translation>
+    </message>
+    <message>
+        <source>Octave −1</source>
+        <translation>Октава −1</translation>
+    </message>
+    <message>
+        <source>the bass of a split</source>
+        <translation>бас раздельного режима</translation>
     </message>
 </context>
 <context>

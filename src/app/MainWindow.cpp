@@ -7,8 +7,12 @@
 #include <QTimer>
 #include <utility>
 
+#include "app/ScreenFit.h"
+#include "engine/Settings.h"
+#include "nk/nk_directory.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
+#include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 
@@ -18,8 +22,8 @@ namespace {
 constexpr int kPaintedAtLatestMs = 1000;
 }
 
-MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthControl* synth)
-    : createEngine_(std::move(createEngine)), synth_(synth) {
+MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthControl* synth, EPanelSize panelSize)
+    : createEngine_(std::move(createEngine)), synth_(synth), panelSize_(panelSize) {
     setObjectName("KivoraMainWindowClass");
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
@@ -38,7 +42,14 @@ MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthCo
 void MainWindow::CreatePanel(bool opensPorts) {
     panel_ =
         new KivoraWidget(front_.get(), this, opensPorts ? KivoraWidget::Ports::kOpen : KivoraWidget::Ports::kLeave);
+    screenFit_.reset();  // of the former panel
     setCentralWidget(panel_);
+    if (panelSize_ == EPanelSize::kFitsScreen) {
+        if (front_ && !NK::FileExists(NK::JoinPath(engine_->GetUserDataDir(), Settings::kFileName))) {
+            panel_->showPCKeyCard();  // at the first start
+        }
+        screenFit_ = std::make_unique<ScreenFit>(*this, *panel_);
+    }
     if (!opensPorts) {
         panel_->installEventFilter(this);
     }
@@ -88,6 +99,7 @@ MainWindow::~MainWindow() {
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);
     }
+    screenFit_.reset();
     delete panel_;  // before the engine, to which it refers
 }
 
@@ -144,7 +156,11 @@ QString MainWindow::CreateEngine() {
 }
 
 void MainWindow::FitAndCentre() {
-    setFixedSize(panel_->sizeHint());
+    if (screenFit_) {
+        screenFit_->Fit();
+    } else {
+        setFixedSize(panel_->sizeHint());
+    }
     adjustSize();
     const QRect available = screen()->availableGeometry();
     move(available.left() + (available.width() - frameGeometry().width()) / 2,

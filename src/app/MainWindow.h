@@ -13,6 +13,8 @@ class KivoraWidget;
 
 namespace Kivora {
 
+class ScreenFit;
+
 /// Creates the engine, says in a box why it could not once it is shown, and goes on without one; after a visit to the
 /// settings it tries again. Holds exactly the panel and cannot be resized. When it is destroyed everything falls
 /// silent, then the engine's settings are saved; a box says when that fails. [gui]
@@ -26,9 +28,14 @@ public:
     /// Whether the ports are opened at once, or when the window has been painted, so that no audio system that is slow
     /// to answer keeps it away.
     enum class Ports { kOpen, kOpenWhenPainted };
+    enum class EPanelSize { kFitsScreen, kAsDesigned };
 
     /// `synth` is what can be set up where the engine cannot be created; not owned, outlives the window, may be null.
-    explicit MainWindow(EngineCreator createEngine, Ports ports = Ports::kOpen, LibMidi::SynthControl* synth = nullptr);
+    /// A panel that is larger than the screen is drawn smaller, whole and in proportion, and follows the screen that
+    /// the window is on; at the first start it shows the card with the computer keys. Neither where it is wanted as
+    /// designed.
+    explicit MainWindow(EngineCreator createEngine, Ports ports = Ports::kOpen, LibMidi::SynthControl* synth = nullptr,
+                        EPanelSize panelSize = EPanelSize::kFitsScreen);
     ~MainWindow() override;
 
     /// Null when the engine could not be created.
@@ -65,9 +72,11 @@ private:
 
     const EngineCreator createEngine_;
     LibMidi::SynthControl* const synth_;
+    const EPanelSize panelSize_;
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
-    KivoraWidget* panel_ = nullptr;  // owned by this window as its child
+    std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
+    KivoraWidget* panel_ = nullptr;         // owned by this window as its child
     bool quiet_ = false;
 };
 

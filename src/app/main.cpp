@@ -69,9 +69,13 @@ int main(int argc, char** argv) {
     if (!commandLine.demonstrationDir.isEmpty()) {
         demonstration.emplace(commandLine.demonstrationDir);
     }
+    // Pictures show the panel as it is designed, whatever the screen.
+    const bool forPictures = demonstration || !commandLine.pictureDir.isEmpty();
     const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies();
-    Kivora::MainWindow window([&] { return std::make_unique<Kivora::CKivora>(dependencies); },
-                              Kivora::MainWindow::Ports::kOpenWhenPainted, dependencies.synth.get());
+    Kivora::MainWindow window(
+        [&] { return std::make_unique<Kivora::CKivora>(dependencies); }, Kivora::MainWindow::Ports::kOpenWhenPainted,
+        dependencies.synth.get(),
+        forPictures ? Kivora::MainWindow::EPanelSize::kAsDesigned : Kivora::MainWindow::EPanelSize::kFitsScreen);
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });

@@ -19,7 +19,6 @@
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
 #include "ui/PanelControlKeys.h"
-#include "ui/PanelGeometry.h"
 #include "ui/PresetList.h"
 #include "ui/UnaskedBox.h"
 
@@ -47,9 +46,12 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     createValueColumn();
     createRightColumn();
     createKeyboard();
+    scale_.TakeDesign(*this);
     orderFocus();
     focusRing_ = new FocusRing(this);
     focusRing_->exclude(piano_);
+    octaveOfferTimer_.setSingleShot(true);
+    connect(&octaveOfferTimer_, &QTimer::timeout, this, &KivoraWidget::withdrawOctaveShift);
     connect(&panelTimer_, &QTimer::timeout, this, &KivoraWidget::timerTick);
     connect(relay_.get(), &MIDIEventRelay::MIDIMessageReady, this, &KivoraWidget::MIDIMessageSent);
     if (engine_ != nullptr) {
@@ -81,7 +83,7 @@ KivoraWidget::~KivoraWidget() {
 }
 
 QSize KivoraWidget::sizeHint() const {
-    return PanelGeometry::kPanel.size();
+    return scale_.GetSize();
 }
 
 void KivoraWidget::connectEngine() {
@@ -113,7 +115,7 @@ void KivoraWidget::loadSettings() {
     front_->LoadSettings();
     // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
     // just now is shown by the constructor.
-    connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::updateSkin, Qt::QueuedConnection);
+    connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::skinChanged, Qt::QueuedConnection);
     wallpaperRefused_ = wallpaperCache().GetTold();
     takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
     connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
@@ -192,6 +194,9 @@ void KivoraWidget::loadLanguageFiles() {
     updateNotices();
     updateMetronome();
     arpeggiatingChanged();
+    if (octaveOfferTimer_.isActive()) {
+        offerOctaveShift();
+    }
     update();
 }
 
@@ -240,6 +245,11 @@ bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::WindowActivate:
             if (watched == window()) {
                 QTimer::singleShot(0, this, [this] { notices_.Begin(); });
+            }
+            break;
+        case QEvent::Resize:
+            if (watched == piano_) {
+                QMetaObject::invokeMethod(this, &KivoraWidget::centreHints, Qt::QueuedConnection);  // of its new keys
             }
             break;
         case QEvent::Close:

@@ -16,6 +16,7 @@
 #include "ui/Desktop.h"
 #include "ui/KeyRepeats.h"
 #include "ui/PanelLegends.h"
+#include "ui/PanelScale.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
 #include "ui/StartNotices.h"
@@ -30,6 +31,7 @@ class PanelLabel;
 class QBlinkingLed;
 class QJogDial;
 class QAction;
+class QActionGroup;
 class QMenu;
 class QPiano;
 class QPianoPCKeyHelpBar;
@@ -67,6 +69,12 @@ public:
     ~KivoraWidget() override;
 
     QSize sizeHint() const override;
+
+    /// Draws the whole panel at that scale, 1 at first: sizeHint() is what it takes then, and what it has to be given.
+    void setPanelScale(double scale);
+    /// Shows the card with the computer keys in the right pane.
+    void showPCKeyCard();
+    double panelScale() const { return scale_.Get(); }
 
     /// Ends what keys, the mouse and fingers hold on the panel, for when their releases will go elsewhere.
     void releaseHeld();
@@ -193,6 +201,9 @@ private:
     void composeSkin();
     void composeBackground();
     void dressControls();
+    void tintControls();
+    void skinChanged();
+    QString wallpaperPath() const;
 
     // KivoraWidget_keys.cpp
     bool isPlayable() const;
@@ -205,6 +216,8 @@ private:
     void setOctaveShift(int semitones);
     void octaveUpClicked();
     void octaveDownClicked();
+    void offerOctaveShift();     ///< where no computer key plays the bass of a split
+    void withdrawOctaveShift();  ///< once one does, there is no split, or nobody has taken it for a while
 
     // KivoraWidget_voices.cpp
     void setEditMode(ParameterEditor::EMode mode);
@@ -245,9 +258,9 @@ private:
     void createViewActions();
     QAction* addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
                            std::function<void()> action);
-    /// An entry that is checked while `state` says so.
+    /// An entry that is checked while `state` says so; of the entries of a choice one is.
     QAction* addMenuState(QMenu& menu, const QString& text, const QKeySequence& shortcut, std::function<void()> action,
-                          std::function<bool()> state);
+                          std::function<bool()> state, QActionGroup* choice = nullptr);
     void showMenu(const QPoint& globalPosition);
 
     void connectEngine();
@@ -265,8 +278,9 @@ private:
     ParameterEditor editor_;
     std::unique_ptr<MIDIEventRelay> relay_;
     PanelSkin skin_;
-    QPixmap background_;  ///< the skin's panel with its legends
+    QPixmap background_;  ///< the skin's overlay with the legends
     QPixmap wallpaper_;
+    QString wallpaperLoaded_;   ///< the stamp of its file when it was read
     QString wallpaperRefused_;  ///< the path whose failure the user was told last; empty for none
     NK::Piano::CPCKeyPlayer keys_;
     QBasicTimer keySettleTimer_;
@@ -277,6 +291,7 @@ private:
     QTimer inputReturnTimer_;  ///< runs while the return of the keyboard is told
     QString engineFailure_;
     LibMidi::SynthControl* substituteSynth_ = nullptr;
+    QTimer octaveOfferTimer_;
     Desktop desktop_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
     bool askingAboutTakes_ = false;               ///< in a dialog that the program waits for
@@ -331,4 +346,6 @@ private:
     PanelControlKeys* controlKeys_ = nullptr;
     FocusRing* focusRing_ = nullptr;
     QMenu* menu_ = nullptr;
+
+    PanelScale scale_;
 };

@@ -242,7 +242,13 @@ void KivoraWidget::nameControls() {
     reset_->setToolTip(tr("Silence everything and reset the synthesizer"));
     single_->setToolTip(tr("One voice on all keys"));
     dual_->setToolTip(tr("Two voices on each key"));
-    split_->setToolTip(tr("A bass voice below middle C, the main voice from it"));
+    split_->setToolTip(
+        tr("A bass voice below middle C, the main voice from it. An octave shift of \xE2\x88\x92"
+           "1 brings the bass to the "
+           "computer keys."));
+    PanelKey::ShareCaptionSize({reset_, settings_, helpButton_, about_});
+    PanelKey::ShareCaptionSize({single_, dual_, split_});
+    PanelKey::ShareCaptionSize({loadPreset_, savePreset_});
     loadPreset_->setAccessibleName(tr("Load preset"));
     savePreset_->setAccessibleName(tr("Save preset"));
 

@@ -13,6 +13,8 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
+#include "ui/NoticeLine.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
 #include "ui/UnaskedBox.h"
@@ -26,6 +28,9 @@ namespace {
 
 constexpr int kOctave = 12;
 constexpr int kMaxOctaveShift = 3 * kOctave;
+constexpr int kLowestPCKey = 60;  // the note of the lower manual's first key
+constexpr int kSplitStartNote = 60;
+constexpr int kOfferMs = 15000;
 
 /// Qt's code of the key. With CTRL held Qt tells the Latin character that another layout of the keyboard has there, for
 /// the sake of shortcuts; then that of the active layout where the localized keyboard has it.
@@ -179,10 +184,29 @@ void KivoraWidget::setOctaveShift(int semitones) {
     keys_.SetOctaveShift(shift, actions);
     carryOut(actions);
     hintBar_->setOctaveShift(shift);
+    if (kLowestPCKey + shift < kSplitStartNote) {
+        withdrawOctaveShift();
+    }
     const int octaves = shift / kOctave;
     ShowFigure(octaveValue_, octaves == 0
                                  ? QStringLiteral("0")
                                  : QString(QChar(octaves < 0 ? 0x2212 : '+')) + QString::number(std::abs(octaves)));
+}
+
+void KivoraWidget::offerOctaveShift() {
+    if (engine_ == nullptr || !engine_->IsSplit() || kLowestPCKey + keys_.GetOctaveShift() < kSplitStartNote) {
+        return;
+    }
+    display_->notice()->tell(NoticeLine::Topic::kHint,
+                             tr("No computer key plays the bass: press here for octave shift \xE2\x88\x92"
+                                "1"),
+                             [this] { octaveDownClicked(); });
+    octaveOfferTimer_.start(kOfferMs);
+}
+
+void KivoraWidget::withdrawOctaveShift() {
+    octaveOfferTimer_.stop();
+    display_->notice()->withdraw(NoticeLine::Topic::kHint);
 }
 
 void KivoraWidget::octaveUpClicked() {

@@ -25,9 +25,10 @@ QAction* KivoraWidget::addMenuAction(QMenu& menu, const QString& text, const QKe
 }
 
 QAction* KivoraWidget::addMenuState(QMenu& menu, const QString& text, const QKeySequence& shortcut,
-                                    std::function<void()> action, std::function<bool()> state) {
+                                    std::function<void()> action, std::function<bool()> state, QActionGroup* choice) {
     QAction* entry = addMenuAction(menu, text, shortcut, std::move(action));
     entry->setCheckable(true);
+    entry->setActionGroup(choice);
     // A triggered entry checks itself; what is in force tells.
     const auto show = [entry, state = std::move(state)] { entry->setChecked(state()); };
     connect(entry, &QAction::triggered, this, show);
@@ -85,12 +86,13 @@ void KivoraWidget::createVoiceActions() {
             return engine_ != nullptr && engine_->IsDual() == dual && engine_->IsSplit() == split;
         };
     };
+    auto* const choice = new QActionGroup(menu_);
     addMenuState(
-        *menu_, tr("S&ingle Voice"), Qt::Key_F5, [this] { vm1Clicked(); }, mode(false, false));
+        *menu_, tr("S&ingle Voice"), Qt::Key_F5, [this] { vm1Clicked(); }, mode(false, false), choice);
     addMenuState(
-        *menu_, tr("&Dual Voices"), Qt::Key_F6, [this] { vm2Clicked(); }, mode(true, false));
+        *menu_, tr("&Dual Voices"), Qt::Key_F6, [this] { vm2Clicked(); }, mode(true, false), choice);
     addMenuState(
-        *menu_, tr("Spli&t Keyboard"), Qt::Key_F7, [this] { vmSClicked(); }, mode(false, true));
+        *menu_, tr("Spli&t Keyboard"), Qt::Key_F7, [this] { vmSClicked(); }, mode(false, true), choice);
 }
 
 void KivoraWidget::createViewActions() {
@@ -104,6 +106,7 @@ void KivoraWidget::createViewActions() {
         [this] { return engine_ != nullptr && engine_->GetShowNoteNames(); });
 
     QMenu* coloring = menu_->addMenu(tr("Key &Colors"));
+    auto* const colorings = new QActionGroup(menu_);
     const QString names[kColorings] = {tr("&None"), tr("&Rainbow"), tr("&Scriabin")};
     for (int scheme = 0; scheme < kColorings; ++scheme) {
         addMenuState(
@@ -113,16 +116,17 @@ void KivoraWidget::createViewActions() {
                     engine_->SetKeyboardColoring(scheme);
                 }
             },
-            [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; });
+            [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; }, colorings);
     }
 
     QMenu* language = menu_->addMenu(tr("Lang&uage", "interface language"));
+    auto* const languages = new QActionGroup(menu_);
     for (const char* code : Kivora::kSupportedLocales) {
         // Queued: the change of language makes this menu anew.
         addMenuState(
             *language, Kivora::LocaleDisplayName(code), {},
             [this, code] { QTimer::singleShot(0, this, [code] { Kivora::SetLocale(code, true); }); },
-            [code] { return Kivora::GetCurrentLocale() == code; });
+            [code] { return Kivora::GetCurrentLocale() == code; }, languages);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
 #include "ui/arpeggiatorSettings.h"
@@ -30,7 +31,8 @@ void Dress(PanelKey* button, const QString& name, bool hasDisabled = false) {
 
 void KivoraWidget::updateSkin() {
     wallpaper_ = QPixmap();
-    const QString path = engine_ != nullptr ? engine_->GetWallpaper() : QString();
+    const QString path = wallpaperPath();
+    wallpaperLoaded_ = WallpaperCache::StampOf(path);
     WallpaperCache::Result loaded;
     if (!path.isEmpty()) {
         const Dialogs::WaitCursor cursor;
@@ -59,19 +61,39 @@ void KivoraWidget::composeSkin() {
     settings.display = engine_ != nullptr ? engine_->GetUIDisplayColor() : CKivora::GetDefaultUIDisplayColor();
     settings.secondDisplay = engine_ != nullptr ? engine_->GetUIDisplay2Color() : CKivora::GetDefaultUIDisplay2Color();
     settings.wallpaper = wallpaper_;
-    settings.devicePixelRatio = devicePixelRatio();
+    settings.devicePixelRatio = devicePixelRatioF();
+    settings.scale = scale_.Get();
+    const qint64 former = skin_.GetOverlay().cacheKey();
     skin_.Compose(settings);
-    dressControls();
-    composeBackground();
+    if (skin_.GetOverlay().cacheKey() != former) {
+        dressControls();
+        composeBackground();
+    }
+    tintControls();
+    // The piano and the display hide what is under them.
+    update(QRegion(rect()).subtracted(piano_->geometry()).subtracted(display_->geometry()));
+}
+
+void KivoraWidget::skinChanged() {
+    if (wallpaperLoaded_ == WallpaperCache::StampOf(wallpaperPath())) {
+        composeSkin();  // a colour, of which many come while one is chosen
+    } else {
+        updateSkin();
+    }
+}
+
+QString KivoraWidget::wallpaperPath() const {
+    return engine_ != nullptr ? engine_->GetWallpaper() : QString();
 }
 
 void KivoraWidget::composeBackground() {
-    if (skin_.GetPanel().isNull()) {
+    if (skin_.GetOverlay().isNull()) {
         return;
     }
-    background_ = skin_.GetPanel();
+    background_ = skin_.GetOverlay();
     QPainter painter(&background_);
-    DrawPanelLegends(painter, leftView_, rightView_, skin_.GetDevicePixelRatio());
+    painter.scale(skin_.GetRatio(), skin_.GetRatio());
+    DrawPanelLegends(painter, leftView_, rightView_, skin_.GetRatio());
     painter.end();
     update();
 }
@@ -96,33 +118,50 @@ void KivoraWidget::dressControls() {
     Dress(octaveUp_, "Btn_OctUp");
     Dress(minus_, "Btn_Minus");
     Dress(plus_, "Btn_Plus");
-    for (PanelKey* button : {tempo_, patch1_, patch2_, transpose1_, transpose2_, volume1_, volume2_}) {
-        button->setCaptionColors(skin_.GetFigureColor(), PanelText::kLitGlassInk);
-    }
     tempo_->setImages(skin_.GetTinted("Btn_Tempo_In"), skin_.GetTinted("Btn_Tempo_Pr"));
     for (PanelKey* button : {patch1_, patch2_, transpose1_, transpose2_, volume1_, volume2_}) {
         button->setImages(skin_.GetTinted("Btn_Param_In"), skin_.GetTinted("Btn_Param_Pr"),
                           skin_.GetTinted("Btn_Param_Dis"));
     }
     recordTime_->setGlass(skin_.GetTinted("Lcd_Time"));
-    recordTime_->setTextColor(skin_.GetFigureColor());
     octaveValue_->setGlass(skin_.GetTinted("Lcd_Octave"));
-    octaveValue_->setTextColor(skin_.GetFigureColor());
     midiLamp_->setImage(":/Resources/Led_9x9_green.png");
     beatLamp_->setImage(":/Resources/Led_9x9_green.png");
     barLamp_->setImage(":/Resources/Led_19x9_green.png");
     jog_->setImage(":/Resources/Jog.png", QJogDial::FixedTopRotatingBottom);
-    display_->setGlass(skin_.GetTinted("Display_Main"), skin_.GetDisplayColor());
     arpeggiator1_->updateSkin(skin_);
     arpeggiator2_->updateSkin(skin_);
 }
 
-void KivoraWidget::paintEvent(QPaintEvent* event) {
-    if (skin_.GetDevicePixelRatio() != devicePixelRatio()) {
-        composeSkin();  // the window has moved to another screen
+void KivoraWidget::tintControls() {
+    for (PanelKey* button : {tempo_, patch1_, patch2_, transpose1_, transpose2_, volume1_, volume2_}) {
+        button->setCaptionColors(skin_.GetFigureColor(), PanelText::kLitGlassInk);
     }
+    recordTime_->setTextColor(skin_.GetFigureColor());
+    octaveValue_->setTextColor(skin_.GetFigureColor());
+    display_->setGlass(skin_.GetTinted("Display_Main"), skin_.GetDisplayColor());
+    arpeggiator1_->updateColors(skin_);
+    arpeggiator2_->updateColors(skin_);
+}
+
+void KivoraWidget::setPanelScale(double scale) {
+    if (scale == scale_.Get()) {
+        return;
+    }
+    scale_.Apply(scale);
+    centreHints();
+    composeSkin();
+    updateGeometry();
+}
+
+void KivoraWidget::paintEvent(QPaintEvent* /*event*/) {
+    if (skin_.GetRatio() != devicePixelRatioF() * scale_.Get()) {
+        composeSkin();  // the window has moved to another screen, or the screen has another scale
+    }
+    // Whole, and cut by the painter: parts of the picture would not meet where a logical pixel is no whole number of
+    // the screen's.
     QPainter painter(this);
-    const QRectF area = event->rect();
-    const double ratio = background_.devicePixelRatio();
-    painter.drawPixmap(area, background_, QRectF(area.topLeft() * ratio, area.size() * ratio));
+    painter.scale(scale_.Get(), scale_.Get());
+    skin_.DrawBody(painter);
+    skin_.DrawComposed(painter, background_);
 }

@@ -126,6 +126,11 @@ void KivoraWidget::onArpeggiatorView() {
     updateRightPane();
 }
 
+void KivoraWidget::showPCKeyCard() {
+    rightView_ = RightView::kPCKeyCard;
+    updateRightPane();
+}
+
 void KivoraWidget::updateRightPane() {
     const bool arpeggiators = rightView_ == RightView::kArpeggiator;
     arpeggioView_->setChecked(arpeggiators);

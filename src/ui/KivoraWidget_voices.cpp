@@ -183,6 +183,7 @@ void KivoraWidget::vm2Clicked() {
 
 void KivoraWidget::vmSClicked() {
     setVoiceMode(false, true);
+    offerOctaveShift();
 }
 
 void KivoraWidget::updateVoiceModeButtons() {
@@ -199,6 +200,9 @@ void KivoraWidget::updateVoiceModeButtons() {
 void KivoraWidget::updateKeyboardKeyLayout() {
     const bool split = engine_ != nullptr && engine_->IsSplit();
     const bool dual = engine_ != nullptr && engine_->IsDual();
+    if (!split) {
+        withdrawOctaveShift();
+    }
     piano_->setSplitMainPartStartKey(split ? kSplitStartNote : 0);
     piano_->setLights({kMainLight, dual ? kSecondLight : QColor(), kSecondLight});
     hintBar_->update();

@@ -157,6 +157,7 @@ void MainDisplay::drawFace() {
     if (glass_ != nullptr) {
         painter.drawPixmap(rect(), *glass_);
     }
+    painter.scale(panelScale(), panelScale());
     painter.setOpacity(kShadowInk);
     painter.translate(1, 1);
     drawLegends(painter, kInk, kInk);
@@ -166,17 +167,28 @@ void MainDisplay::drawFace() {
 }
 
 void MainDisplay::drawLegends(QPainter& painter, const QColor& ink, const QColor& badgeText) const {
-    const auto draw = [&](const QString& text, double x, double y, Qt::Alignment alignment, double width) {
-        PanelText::Draw(painter, PanelText::kStatusLabel, text, {x, y}, alignment, width);
+    struct Head {
+        QString text;
+        double right;
+        double width;
     };
-    draw(tr("Preset"), 10, 15, Qt::AlignLeft, 46);
-    draw(tr("Transpose"), 342, 15, Qt::AlignRight, 76);
-    draw(tr("Volume"), 418, 15, Qt::AlignRight, 72);
-    draw(tr("Tempo"), 128, kStatusLabelBaseline, Qt::AlignRight, 60);
-    draw(tr("Velocity"), 262, kStatusLabelBaseline, Qt::AlignRight, 84);
+    const auto drawRow = [&](const std::vector<Head>& heads, double baseline) {
+        std::vector<PanelText::InRoom> texts;
+        for (const Head& head : heads) {
+            texts.push_back({head.text, head.width});
+        }
+        const PanelTextStyle style =
+            PanelText::kStatusLabel.Sized(PanelText::CommonSize(PanelText::kStatusLabel, texts));
+        for (const Head& head : heads) {
+            PanelText::Draw(painter, style, head.text, {head.right, baseline}, Qt::AlignRight, head.width);
+        }
+    };
+    PanelText::Draw(painter, PanelText::kStatusLabel, tr("Preset"), {10, 15}, Qt::AlignLeft, 46);
+    drawRow({{tr("Transpose"), 342, 76}, {tr("Volume"), 418, 72}}, 15);
     const double sustainWidth =
         PanelText::Fit(PanelText::kStatusValue, sustain_->text(), kSustainBox.width()).Width() + kSustainGap;
-    draw(tr("Sustain"), 418 - sustainWidth, kStatusLabelBaseline, Qt::AlignRight, 76);
+    drawRow({{tr("Tempo"), 128, 60}, {tr("Velocity"), 262, 84}, {tr("Sustain"), 418 - sustainWidth, 76}},
+            kStatusLabelBaseline);
 
     QColor rule = ink;
     rule.setAlphaF(static_cast<float>(kRuleInk));

@@ -9,13 +9,14 @@
 
 #include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
+#include "ui/PanelScale.h"
 #include "ui/PatchTexts.h"
 
 class NoticeLine;
 class QClickableLabel;
 
 /// A view: shows what it is told. Voices are 0 and 1. [gui]
-class MainDisplay : public QWidget {
+class MainDisplay : public QWidget, public PanelScaled {
     Q_OBJECT
 
 public:

@@ -58,10 +58,12 @@ void NoticeLine::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(PanelText::kInk);
-    painter.drawRoundedRect(rect(), kRadius, kRadius);
+    painter.scale(panelScale(), panelScale());
+    const QRectF area(QPointF(), QSizeF(size()) / panelScale());
+    painter.drawRoundedRect(area, kRadius, kRadius);
     const PanelTextStyle style = PanelText::kStatusValue.Colored(glassColor_);
-    const double room = width() - 2 * kMargin;
-    const double baseline = (height() + PanelText::Fit(style, text(), room).CapHeight()) / 2;
+    const double room = area.width() - 2 * kMargin;
+    const double baseline = (area.height() + PanelText::Fit(style, text(), room).CapHeight()) / 2;
     PanelText::Draw(painter, style, text(), {kMargin, baseline}, Qt::AlignLeft, room);
 }
 

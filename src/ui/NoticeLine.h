@@ -7,9 +7,11 @@
 #include <QLabel>
 #include <QString>
 
+#include "ui/PanelScale.h"
+
 /// Lies over the display's status values while there is something to tell, and is hidden otherwise. Of several notices
 /// the most urgent is shown. A press acts where its notice gives it something to do. [gui]
-class NoticeLine : public QLabel {
+class NoticeLine : public QLabel, public PanelScaled {
     Q_OBJECT
 
 public:

@@ -54,8 +54,8 @@ void PanelCombo::setSkin(const QPixmap* face, const QColor& figures) {
     update();
 }
 
-QRect PanelCombo::textArea() const {
-    return rect().adjusted(kTextLeft, 0, -kChevronZone, 0);
+QRectF PanelCombo::textArea() const {
+    return QRectF(QPointF(), QSizeF(size()) / panelScale()).adjusted(kTextLeft, 0, -kChevronZone, 0);
 }
 
 QString PanelCombo::fittedText() const {
@@ -73,8 +73,9 @@ void PanelCombo::paintEvent(QPaintEvent*) {
     if (face_ != nullptr) {
         painter.drawPixmap(rect(), *face_);
     }
+    painter.scale(panelScale(), panelScale());
     const QRectF area = textArea();
     const double capHeight = PanelText::Fit(style_, currentText(), area.width()).CapHeight();
-    PanelText::Draw(painter, style_, currentText(), {area.left(), (height() + capHeight) / 2.0}, Qt::AlignLeft,
+    PanelText::Draw(painter, style_, currentText(), {area.left(), (area.height() + capHeight) / 2.0}, Qt::AlignLeft,
                     area.width());
 }

@@ -4,10 +4,11 @@
 #include <QComboBox>
 #include <QPixmap>
 
+#include "ui/PanelScale.h"
 #include "ui/PanelText.h"
 
 /// Its face is a picture with the current text on it; its list opens below, dark, with the current row lit. [gui]
-class PanelCombo : public QComboBox {
+class PanelCombo : public QComboBox, public PanelScaled {
     Q_OBJECT
 
 public:
@@ -24,7 +25,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QRect textArea() const;
+    QRectF textArea() const;  ///< in the design's pixels
 
     const QPixmap* face_ = nullptr;
     PanelTextStyle style_ = PanelText::kComboText;

@@ -24,6 +24,18 @@ void PanelKey::setCaptionStyle(const PanelTextStyle& style, double baseline) {
     update();
 }
 
+void PanelKey::ShareCaptionSize(std::initializer_list<PanelKey*> row) {
+    std::vector<PanelText::InRoom> captions;
+    for (const PanelKey* key : row) {
+        captions.push_back({key->text(), key->captionWidth()});
+    }
+    const double size = PanelText::CommonSize(PanelText::kCaption, captions);
+    for (PanelKey* key : row) {
+        key->style_.pixels = size;
+        key->update();
+    }
+}
+
 void PanelKey::setCaptionColors(const QColor& normal, const QColor& on) {
     normalColor_ = normal;
     onColor_ = on;
@@ -36,7 +48,7 @@ void PanelKey::setCaptionTravel(double y) {
 }
 
 double PanelKey::captionWidth() const {
-    return width() - 2 * kMargin;
+    return width() / panelScale() - 2 * kMargin;
 }
 
 QString PanelKey::fittedCaption() const {
@@ -51,7 +63,8 @@ void PanelKey::paintEvent(QPaintEvent* event) {
     const bool on = isOn();
     QPainter painter(this);
     painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.scale(panelScale(), panelScale());
     painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
     PanelText::Draw(painter, style_.Colored(on ? onColor_ : normalColor_), text(),
-                    {width() / 2.0, baseline_ + (on ? travel_ : 0.0)}, Qt::AlignHCenter, captionWidth());
+                    {width() / panelScale() / 2.0, baseline_ + (on ? travel_ : 0.0)}, Qt::AlignHCenter, captionWidth());
 }

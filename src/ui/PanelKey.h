@@ -1,13 +1,15 @@
 // A key of the panel with a caption.
 #pragma once
 
+#include <initializer_list>
 #include <QTimer>
 
 #include "QtWidgets/skin/QPixmapButton.h"
+#include "ui/PanelScale.h"
 #include "ui/PanelText.h"
 
 /// Draws its text in a style of the panel, fitted, over its picture; a disabled key's is pale. [gui]
-class PanelKey : public QPixmapButton {
+class PanelKey : public QPixmapButton, public PanelScaled {
     Q_OBJECT
 
 public:
@@ -15,6 +17,9 @@ public:
 
     /// Without it no caption is drawn. The baseline is in logical pixels from the key's top.
     void setCaptionStyle(const PanelTextStyle& style, double baseline);
+    /// Gives the keys of a row the largest size of letters at which all of their captions fit.
+    static void ShareCaptionSize(std::initializer_list<PanelKey*> row);
+    double captionSize() const { return style_.pixels; }
     /// The caption's colours; the second while the key is on.
     void setCaptionColors(const QColor& normal, const QColor& on);
     /// Logical pixels by which the caption sinks while the key is on.

@@ -17,6 +17,17 @@ void PanelLabel::setTextStyle(const PanelTextStyle& style) {
     update();
 }
 
+void PanelLabel::ShareTextStyle(const PanelTextStyle& style, std::initializer_list<PanelLabel*> row) {
+    std::vector<PanelText::InRoom> texts;
+    for (const PanelLabel* label : row) {
+        texts.push_back({label->text(), label->room().width()});
+    }
+    const PanelTextStyle shared = style.Sized(PanelText::CommonSize(style, texts));
+    for (PanelLabel* label : row) {
+        label->setTextStyle(shared);
+    }
+}
+
 void PanelLabel::setTextColor(const QColor& color) {
     style_.color = color;
     update();
@@ -43,17 +54,20 @@ void PanelLabel::paintEvent(QPaintEvent* /*event*/) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(rect(), *glass_);
     }
+    painter.scale(panelScale(), panelScale());
+    const QSizeF place = room();
     double x = 0.0;
     if (alignment().testFlag(Qt::AlignRight)) {
-        x = width();
+        x = place.width();
     } else if (alignment().testFlag(Qt::AlignHCenter)) {
-        x = width() / 2.0;
+        x = place.width() / 2.0;
     }
-    const double y = baseline_ ? *baseline_ : (height() + PanelText::Fit(style_, text(), width()).CapHeight()) / 2.0;
+    const double y =
+        baseline_ ? *baseline_ : (place.height() + PanelText::Fit(style_, text(), place.width()).CapHeight()) / 2.0;
     if (shadow_) {
         painter.setOpacity(kShadowInk);
-        PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), width());
+        PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), place.width());
         painter.setOpacity(1.0);
     }
-    PanelText::Draw(painter, style_, text(), {x, y}, alignment(), width());
+    PanelText::Draw(painter, style_, text(), {x, y}, alignment(), place.width());
 }

@@ -3,13 +3,15 @@
 
 #include <QLabel>
 
+#include <initializer_list>
 #include <optional>
 
+#include "ui/PanelScale.h"
 #include "ui/PanelText.h"
 
 /// Shows its text in a style of the panel, fitted into its width, over an optional picture. The horizontal alignment
 /// counts; the vertical place is the baseline's. [gui]
-class PanelLabel : public QLabel {
+class PanelLabel : public QLabel, public PanelScaled {
     Q_OBJECT
 
 public:
@@ -17,6 +19,9 @@ public:
     explicit PanelLabel(const PanelTextStyle& style, QWidget* parent = nullptr);
 
     void setTextStyle(const PanelTextStyle& style);
+    /// Gives the labels of a row a style, at the largest size at which all of their texts fit.
+    static void ShareTextStyle(const PanelTextStyle& style, std::initializer_list<PanelLabel*> row);
+    double textSize() const { return style_.pixels; }
     void setTextColor(const QColor& color);
     /// Logical pixels from the label's top; without one the capitals stand in the middle.
     void setBaseline(double y);
@@ -25,12 +30,15 @@ public:
     /// Whether the text throws the faint shadow of an LCD.
     void setShadow(bool on);
     /// The text as it fits the label now.
-    QString fittedText() const { return PanelText::Fit(style_, text(), width()).text; }
+    QString fittedText() const { return PanelText::Fit(style_, text(), room().width()).text; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// The label's size in the design's pixels.
+    QSizeF room() const { return QSizeF(size()) / panelScale(); }
+
     PanelTextStyle style_;
     std::optional<double> baseline_;
     const QPixmap* glass_ = nullptr;

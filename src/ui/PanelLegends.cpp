@@ -56,16 +56,20 @@ struct CardRow {
     const char* meaning;
 };
 
-constexpr std::array<CardRow, 5> kCard = {{
+constexpr std::array<CardRow, 6> kCard = {{
     {QT_TRANSLATE_NOOP("PanelLegends", "Shift"), QT_TRANSLATE_NOOP("PanelLegends", "play louder")},
     {QT_TRANSLATE_NOOP("PanelLegends", "Ctrl"), QT_TRANSLATE_NOOP("PanelLegends", "play softer")},
     {QT_TRANSLATE_NOOP("PanelLegends", "Space"), QT_TRANSLATE_NOOP("PanelLegends", "sustain pedal")},
     {QT_TRANSLATE_NOOP("PanelLegends", "Esc"), QT_TRANSLATE_NOOP("PanelLegends", "silence and reset")},
     {QT_TRANSLATE_NOOP("PanelLegends", "Alt  \xE2\x88\x92  +"), QT_TRANSLATE_NOOP("PanelLegends", "change the value")},
+    {QT_TRANSLATE_NOOP("PanelLegends",
+                       "Octave \xE2\x88\x92"
+                       "1"),
+     QT_TRANSLATE_NOOP("PanelLegends", "the bass of a split")},
 }};
 
 constexpr QRectF kCardKey{880, 112, 84, 24};
-constexpr int kCardRowHeight = 35;
+constexpr int kCardRowHeight = 30;
 constexpr double kCardMeaningX = 976;
 constexpr double kCardMeaningWidth = 180;
 constexpr double kCardMeaningPixels = 12;
@@ -82,11 +86,18 @@ QColor White(double opacity) {
     return color;
 }
 
+/// Legends on one line are of one size.
 template <std::size_t N>
 void DrawAll(QPainter& painter, const std::array<Legend, N>& legends) {
     for (const Legend& legend : legends) {
-        PanelText::Draw(painter, PanelText::kLegend, Text(legend.text), {legend.x, legend.y}, legend.alignment,
-                        legend.width);
+        std::vector<PanelText::InRoom> row;
+        for (const Legend& other : legends) {
+            if (other.y == legend.y) {
+                row.push_back({Text(other.text), other.width});
+            }
+        }
+        const PanelTextStyle style = PanelText::kLegend.Sized(PanelText::CommonSize(PanelText::kLegend, row));
+        PanelText::Draw(painter, style, Text(legend.text), {legend.x, legend.y}, legend.alignment, legend.width);
     }
 }
 

@@ -1,7 +1,10 @@
 #include "ui/PanelSkin.h"
 
+#include <cmath>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmapCache>
+#include <utility>
 
 #include "ui/PanelGeometry.h"
 #include "ui/SkinColors.h"
@@ -32,20 +35,22 @@ constexpr TintedPicture kSecondDisplays[] = {
     {"Combo_74", {}, 3},
 };
 
+constexpr const char* kSliderParts[] = {"Slider_Hor_Channel", "Slider_Hor_In", "Slider_Hor_Pr"};
+
 constexpr double kSmokeOfBody = 0.31;
 constexpr float kSmokeOpacity = 0.54F;
 constexpr int kPlateRadius = 6;
 constexpr int kBayRadius = 7;
 constexpr int kBezelRadius = 9;
 
-QPixmap Tint(const QString& name, const QRect& window, double radius, const QColor& color, double devicePixelRatio) {
-    const QPixmap overlay = LoadSkinPicture(name, devicePixelRatio);
+QPixmap Tint(const QString& name, const QRect& window, double radius, const QColor& color, double ratio) {
+    const QPixmap overlay = LoadSkinPicture(name, ratio);
     const QSizeF size = overlay.deviceIndependentSize();
-    QPixmap picture((size * devicePixelRatio).toSize());
-    picture.setDevicePixelRatio(devicePixelRatio);
+    QPixmap picture((size * ratio).toSize());
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.scale(ratio, ratio);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawRoundedRect(window.isEmpty() ? QRectF(QPointF(), size) : QRectF(window), radius, radius);
@@ -53,11 +58,15 @@ QPixmap Tint(const QString& name, const QRect& window, double radius, const QCol
     return picture;
 }
 
-/// Smoked glass under the texts, so that they are legible on any picture.
-void DrawSmoke(QPainter& painter, const QColor& body) {
+QColor SmokeOf(const QColor& body) {
     QColor smoke(static_cast<int>(body.red() * kSmokeOfBody + 0.5), static_cast<int>(body.green() * kSmokeOfBody + 0.5),
                  static_cast<int>(body.blue() * kSmokeOfBody + 0.5));
     smoke.setAlphaF(kSmokeOpacity);
+    return smoke;
+}
+
+/// Smoked glass under the texts, so that they are legible on any picture.
+void DrawSmoke(QPainter& painter, const QColor& smoke) {
     painter.fillRect(PanelGeometry::kHeader, smoke);
     painter.setPen(Qt::NoPen);
     painter.setBrush(smoke);
@@ -70,48 +79,96 @@ void DrawSmoke(QPainter& painter, const QColor& body) {
     painter.drawRoundedRect(PanelGeometry::kMainDisplayBezel, kBezelRadius, kBezelRadius);
 }
 
-void DrawWallpaper(QPainter& painter, const QPixmap& wallpaper, const QColor& body) {
-    painter.save();
-    painter.setClipRect(PanelGeometry::kWallpaper);
-    const QSizeF size =
-        wallpaper.size().scaled(PanelGeometry::kWallpaper.width(), wallpaper.height() * 8192, Qt::KeepAspectRatio);
-    painter.drawPixmap(QRectF(QPointF(), size), wallpaper, QRectF(wallpaper.rect()));
-    DrawSmoke(painter, body);
-    painter.restore();
+/// A transparent picture of an area of the design, in whole device pixels, none fewer than it takes.
+QPixmap Blank(const QSize& area, double ratio) {
+    const QSizeF size = QSizeF(area) * ratio;
+    QPixmap picture(static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height())));
+    picture.fill(Qt::transparent);
+    return picture;
 }
 
 }  // namespace
 
 QPixmap LoadSkinPicture(const QString& name, double devicePixelRatio) {
     const bool fine = devicePixelRatio > 1.0;
-    QPixmap picture(QString(":/Resources/%1%2.png").arg(name, fine ? "@2x" : ""));
-    picture.setDevicePixelRatio(fine ? 2.0 : 1.0);
+    const QString file = QString(":/Resources/%1%2.png").arg(name, fine ? "@2x" : "");
+    QPixmap picture;
+    if (!QPixmapCache::find(file, &picture)) {
+        picture.load(file);
+        picture.setDevicePixelRatio(fine ? 2.0 : 1.0);
+        QPixmapCache::insert(file, picture);
+    }
     return picture;
 }
 
 void PanelSkin::Compose(const PanelSkinSettings& settings) {
-    const double ratio = settings.devicePixelRatio;
-    const QColor body = CapColor(settings.body);
-    displayColor_ = LiftColor(settings.display);
-    figureColor_ = LiftColor(settings.secondDisplay);
-    for (const TintedPicture& picture : kSecondDisplays) {
-        tinted_[picture.name] = Tint(picture.name, picture.window, picture.radius, figureColor_, ratio);
-    }
-    tinted_["Display_Main"] = Tint("Display_Main", {}, 0, displayColor_, ratio);
+    const double ratio = settings.devicePixelRatio * settings.scale;
+    const bool rescaled = ratio != std::exchange(ratio_, ratio);
+    const qint64 wallpaperKey = settings.wallpaper.isNull() ? 0 : settings.wallpaper.cacheKey();
+    const qint64 formerKey = std::exchange(wallpaperKey_, wallpaperKey);
+    body_ = CapColor(settings.body);
+    smoke_ = SmokeOf(settings.body);
 
-    const QRectF whole(QPointF(), QSizeF(PanelGeometry::kPanel.size()));
-    QPixmap panel((whole.size() * ratio).toSize());
-    panel.setDevicePixelRatio(ratio);
-    panel.fill(body);
-    QPainter painter(&panel);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (settings.wallpaper.isNull()) {
-        painter.drawPixmap(0, 0, LoadSkinPicture("Panel_Brush", ratio));
-    } else {
-        DrawWallpaper(painter, settings.wallpaper, settings.body);
+    const QColor display = LiftColor(settings.display);
+    if (display != std::exchange(displayColor_, display) || rescaled) {
+        tinted_["Display_Main"] = Tint("Display_Main", {}, 0, displayColor_, ratio);
     }
-    painter.drawPixmap(0, 0, LoadSkinPicture("Panel", ratio));
-    painter.drawPixmap(PanelGeometry::kMainDisplay, tinted_["Display_Main"]);
-    painter.end();
-    panel_ = panel;
+    const QColor figures = LiftColor(settings.secondDisplay);
+    if (figures != std::exchange(figureColor_, figures) || rescaled) {
+        for (const TintedPicture& picture : kSecondDisplays) {
+            tinted_[picture.name] = Tint(picture.name, picture.window, picture.radius, figureColor_, ratio);
+        }
+    }
+    if (rescaled) {
+        for (const char* name : kSliderParts) {
+            QPixmap part = LoadSkinPicture(name, ratio);
+            part.setDevicePixelRatio(part.devicePixelRatio() / settings.scale);
+            sliderParts_[name] = part;
+        }
+    }
+    if (rescaled || overlay_.isNull() || (wallpaperKey == 0) != (formerKey == 0)) {
+        ComposeOverlay(settings.wallpaper.isNull());
+    }
+    if (rescaled || wallpaperKey != formerKey) {
+        ComposeWallpaper(settings.wallpaper);
+    }
+}
+
+void PanelSkin::ComposeOverlay(bool brushed) {
+    overlay_ = Blank(PanelGeometry::kPanel.size(), ratio_);
+    QPainter painter(&overlay_);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.scale(ratio_, ratio_);
+    if (brushed) {
+        painter.drawPixmap(0, 0, LoadSkinPicture("Panel_Brush", ratio_));
+    }
+    painter.drawPixmap(0, 0, LoadSkinPicture("Panel", ratio_));
+}
+
+void PanelSkin::ComposeWallpaper(const QPixmap& wallpaper) {
+    wallpaper_ = QPixmap();
+    if (wallpaper.isNull()) {
+        return;
+    }
+    wallpaper_ = Blank(PanelGeometry::kWallpaper.size(), ratio_);
+    QPainter painter(&wallpaper_);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.scale(ratio_, ratio_);
+    painter.setClipRect(PanelGeometry::kWallpaper);
+    const double height =
+        static_cast<double>(wallpaper.height()) * PanelGeometry::kWallpaper.width() / wallpaper.width();
+    painter.drawPixmap(QRectF(0, 0, PanelGeometry::kWallpaper.width(), height), wallpaper, QRectF(wallpaper.rect()));
+}
+
+void PanelSkin::DrawComposed(QPainter& painter, const QPixmap& picture) const {
+    painter.drawPixmap(QRectF(QPointF(), QSizeF(picture.size()) / ratio_), picture, QRectF(picture.rect()));
+}
+
+void PanelSkin::DrawBody(QPainter& painter) const {
+    painter.fillRect(PanelGeometry::kPanel.adjusted(0, 0, 1, 1), body_);  // past the edge, which may be half a pixel
+    if (!wallpaper_.isNull()) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        DrawComposed(painter, wallpaper_);
+        DrawSmoke(painter, smoke_);
+    }
 }

@@ -72,6 +72,16 @@ Fitted Fit(const PanelTextStyle& style, const QString& text, double width) {
     return fitted;
 }
 
+double CommonSize(const PanelTextStyle& style, const std::vector<InRoom>& texts) {
+    for (double size = style.pixels; size > style.smallest; size -= kShrinkStep) {
+        if (std::all_of(texts.begin(), texts.end(),
+                        [&](const InRoom& one) { return AtSize(style, one.text, size).Width() <= one.width; })) {
+            return size;
+        }
+    }
+    return style.smallest;
+}
+
 void Draw(QPainter& painter, const PanelTextStyle& style, const QString& text, const QPointF& baseline,
           Qt::Alignment alignment, double width) {
     const Fitted fitted = Fit(style, text, width);
@@ -95,6 +105,12 @@ void Draw(QPainter& painter, const PanelTextStyle& style, const QString& text, c
 
 QFont PanelTextStyle::Font() const {
     return MakeFont(*this, pixels, spacing);
+}
+
+PanelTextStyle PanelTextStyle::Sized(double otherPixels) const {
+    PanelTextStyle style = *this;
+    style.pixels = otherPixels;
+    return style;
 }
 
 PanelTextStyle PanelTextStyle::Colored(const QColor& other) const {

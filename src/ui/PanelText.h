@@ -6,6 +6,8 @@
 #include <QPointF>
 #include <QString>
 
+#include <vector>
+
 class QPainter;
 
 /// Sizes and distances in logical pixels.
@@ -23,6 +25,7 @@ struct PanelTextStyle {
     /// At the style's size, rounded to whole pixels.
     QFont Font() const;
     PanelTextStyle Colored(const QColor& other) const;
+    PanelTextStyle Sized(double otherPixels) const;
 };
 
 namespace PanelText {
@@ -63,6 +66,16 @@ Fitted AtSize(const PanelTextStyle& style, const QString& text, double pixels);
 
 /// Shrinks in steps of half a pixel down to the style's smallest size, then elides on the right.
 Fitted Fit(const PanelTextStyle& style, const QString& text, double width);
+
+/// A text and how wide it may be.
+struct InRoom {
+    QString text;
+    double width;
+};
+
+/// The largest size, in steps of half a pixel down to the style's smallest, at which every one of the texts fits: texts
+/// of one row are of one size.
+double CommonSize(const PanelTextStyle& style, const std::vector<InRoom>& texts);
 
 /// Draws a fitted text. `baseline` is the left end, the middle or the right end of the line that the letters stand on,
 /// by the horizontal alignment.

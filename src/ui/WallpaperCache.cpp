@@ -4,6 +4,7 @@
 #include <optional>
 #include <QBuffer>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QImageReader>
 #include <string>
@@ -24,6 +25,7 @@ constexpr const char* kToldFile = "wallpaper-told.txt";
 constexpr std::size_t kMaxBytes = 512 * 1024 * 1024;
 constexpr const char* kNotLoaded = QT_TRANSLATE_NOOP("KivoraWidget", "Failed to load wallpaper image from:");
 constexpr const char* kNoSize = QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:");
+constexpr const char* kStampFile = "wallpaper.stamp";
 
 WallpaperCache::Result Failure(const char* source, const QString& path, const QString& reason = {}) {
     return {{}, QCoreApplication::translate("KivoraWidget", source) + "\n" + path, reason};
@@ -71,6 +73,13 @@ QImage ShownPart(const QImage& picture, const QSize& area) {
     return picture.height() > shown ? picture.copy(0, 0, picture.width(), shown) : picture;
 }
 
+/// By its header. The kept picture cannot be transparent.
+bool MayBeTransparent(const QString& path) {
+    const QImage::Format format = QImageReader(path).imageFormat();
+    return format == QImage::Format_Invalid || format == QImage::Format_Indexed8 ||
+           QImage::toPixelFormat(format).alphaUsage() == QPixelFormat::UsesAlpha;
+}
+
 }  // namespace
 
 WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& area) const {
@@ -83,12 +92,32 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& ar
     }
     const QImage scaled = ShownPart(source.image, area)
                               .scaledToWidth(area.width(), Qt::SmoothTransformation)
-                              .convertToFormat(QImage::Format_RGB32);
+                              .convertToFormat(source.image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                                              : QImage::Format_RGB32);
     return scaled.isNull() ? Failure(kNoSize, path) : Keep(scaled, path);
 }
 
+QString WallpaperCache::StampOf(const QString& path) {
+    const QFileInfo file(path);
+    return file.exists() ? QString("%1 %2 %3").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch()).arg(path)
+                         : path;
+}
+
+bool WallpaperCache::IsCurrent(const QString& path) const {
+    if (!QFileInfo(path).isFile()) {
+        return true;  // and what is no file is not opened
+    }
+    if (MayBeTransparent(path)) {
+        return false;
+    }
+    if (const QString stamp = ReadText(folder_ + kStampFile); !stamp.isEmpty()) {
+        return stamp == StampOf(path);
+    }
+    return QFileInfo(folder_ + kPictureFile).lastModified() >= QFileInfo(path).lastModified();
+}
+
 QImage WallpaperCache::LoadKept(const QString& path) const {
-    if (ReadText(folder_ + kPathFile) != path) {
+    if (ReadText(folder_ + kPathFile) != path || !IsCurrent(path)) {
         return {};
     }
     const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(folder_ + kPictureFile), kMaxBytes);
@@ -111,6 +140,7 @@ WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& 
     const QString pathFile = folder_ + kPathFile;
     // Between the two saves no path may name a picture that is not there.
     NK::RemoveFile(Dialogs::FromQt(pathFile));
+    NK::RemoveFile(Dialogs::FromQt(folder_ + kStampFile));
     NK::ForgetFileFailure();
     const auto size = static_cast<std::size_t>(bytes.size());
     if (!NK::CreateFolder(Dialogs::FromQt(folder_)) ||
@@ -118,7 +148,7 @@ WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& 
                             [&](NK::CFile& file) { return file.Write(bytes.constData(), 1, size) == size; })) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
     }
-    if (!WriteText(pathFile, path)) {
+    if (!WriteText(folder_ + kStampFile, StampOf(path)) || !WriteText(pathFile, path)) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache information to:"), pathFile);
     }
     return {image, {}, {}};

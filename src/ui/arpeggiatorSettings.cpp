@@ -39,21 +39,12 @@ arpeggiatorSettings::arpeggiatorSettings(QWidget* parent)
     ui_->setupUi(this);
     setFixedSize(size());
 
-    const QString in(":/Resources/Btn_35x19_In.png");
-    const QString pressed(":/Resources/Btn_35x19_Pr.png");
-    ui_->onOffButton->setImages(in, pressed);
-    ui_->btnRepeat->setImages(in, pressed, ":/Resources/Btn_35x19_Dis.png");
-    ui_->btnLastVelocity->setImages(":/Resources/Check_Art_In.png", ":/Resources/Check_Art_Pr.png");
+    dressLamps();
     ui_->durationPcSlider->setImages(":/Resources/Slider_Hor_Channel.png", ":/Resources/Slider_Hor_In.png",
                                      ":/Resources/Slider_Hor_Pr.png");
 
     ui_->captionLabel->setTextStyle(PanelText::kTitle);
     ui_->durationPcDisplay->setTextStyle(PanelText::kGateFigure);
-    for (PanelLabel* label :
-         {ui_->repeatLabel1, ui_->repeatLabel2, ui_->directionLabel, ui_->rangeLabel, ui_->noteStepLabel,
-          ui_->durationPcLabel, ui_->lastVelocityLabel1, ui_->lastVelocityLabel2}) {
-        label->setTextStyle(PanelText::kSmallLegend);
-    }
 
     for (QAbstractButton* button : {ui_->onOffButton, ui_->btnRepeat, ui_->btnLastVelocity}) {
         connect(button, &QAbstractButton::clicked, this, qOverload<>(&arpeggiatorSettings::settingsChanged));
@@ -85,7 +76,24 @@ void arpeggiatorSettings::setCaption(const QString& caption, const QString& purp
     setAccessibleDescription(purpose);
 }
 
+void arpeggiatorSettings::dressLamps() {
+    const QString on = lit_ ? "Pr" : "Dim";
+    const auto file = [](const char* name, const QString& state) {
+        return QString(":/Resources/%1_%2.png").arg(name, state);
+    };
+    ui_->onOffButton->setImages(file("Btn_35x19", "In"), file("Btn_35x19", on));
+    ui_->btnRepeat->setImages(file("Btn_35x19", "In"), file("Btn_35x19", on), file("Btn_35x19", "Dis"));
+    ui_->btnLastVelocity->setImages(file("Check_Art", "In"), file("Check_Art", on));
+}
+
 void arpeggiatorSettings::updateSkin(PanelSkin& skin) {
+    dressLamps();
+    ui_->durationPcSlider->setImages(skin.GetSliderPart("Slider_Hor_Channel"), skin.GetSliderPart("Slider_Hor_In"),
+                                     skin.GetSliderPart("Slider_Hor_Pr"));
+    updateColors(skin);
+}
+
+void arpeggiatorSettings::updateColors(PanelSkin& skin) {
     ui_->directionCombo->setSkin(skin.GetTinted("Combo_124"), skin.GetFigureColor());
     ui_->rangeCombo->setSkin(skin.GetTinted("Combo_62"), skin.GetFigureColor());
     ui_->noteStepCombo->setSkin(skin.GetTinted("Combo_74"), skin.GetFigureColor());
@@ -95,6 +103,11 @@ void arpeggiatorSettings::updateSkin(PanelSkin& skin) {
 
 void arpeggiatorSettings::nameControls() {
     const auto joined = [](const QLabel& first, const QLabel& second) { return first.text() + ' ' + second.text(); };
+    // What stands on one row is of one size.
+    const PanelTextStyle& style = PanelText::kSmallLegend;
+    PanelLabel::ShareTextStyle(style, {ui_->directionLabel, ui_->rangeLabel, ui_->noteStepLabel});
+    PanelLabel::ShareTextStyle(style, {ui_->repeatLabel1, ui_->repeatLabel2});
+    PanelLabel::ShareTextStyle(style, {ui_->durationPcLabel, ui_->lastVelocityLabel1, ui_->lastVelocityLabel2});
     ui_->btnRepeat->setAccessibleName(joined(*ui_->repeatLabel1, *ui_->repeatLabel2));
     ui_->btnLastVelocity->setAccessibleName(joined(*ui_->lastVelocityLabel1, *ui_->lastVelocityLabel2));
 }
@@ -121,6 +134,10 @@ void arpeggiatorSettings::refresh() {
         settings = arpeggiator.GetSettings();
         bypassed = arpeggiator.IsBypassed();
     });
+    if (const bool lit = front_->GetEngine().IsArpeggiating(); lit != lit_) {
+        lit_ = lit;
+        dressLamps();
+    }
     ui_->onOffButton->setChecked(!bypassed);
     ui_->btnLastVelocity->setChecked(settings.velocityMode == ArpeggiatorSettings::kLastVelocity);
     ui_->noteStepCombo->setCurrentIndex(IndexOf(kSteps, settings.noteStep));

@@ -27,8 +27,10 @@ public:
     void setArpeggiator(Kivora::EngineFront* front, int index);
     /// Names the panel on its face and for screen readers; the tool tip of the name says what the arpeggiator is for.
     void setCaption(const QString& caption, const QString& purpose);
-    /// Takes the tinted pictures of the skin, which outlives the panel.
+    /// Takes the pictures of the skin, which outlives the panel, and its colours.
     void updateSkin(PanelSkin& skin);
+    /// The skin has other colours.
+    void updateColors(PanelSkin& skin);
 
 public slots:
     /// Loads the controls from the arpeggiator.
@@ -46,6 +48,7 @@ protected:
 
 private:
     void nameControls();
+    void dressLamps();  ///< dim while no arpeggiator plays
     void showGate();
 
     std::unique_ptr<Ui::arpeggiatorSettings> ui_;
@@ -53,4 +56,5 @@ private:
     Kivora::EngineFront* front_ = nullptr;
     int index_ = 0;
     bool updating = false;
+    bool lit_ = true;
 };

@@ -224,6 +224,17 @@ TEST_F(MainWindowTest, ChangingTheLanguageRetranslatesWhatIsOpen) {
     EXPECT_EQ(settings.windowTitle(), "MIDI Settings");
 }
 
+TEST_F(MainWindowTest, AFirstStartShowsTheCardWithTheComputerKeys) {
+    const auto showsArpeggiators = [](const MainWindow& window) {
+        return window.findChild<QAbstractButton*>("arpeggio-view")->isChecked();
+    };
+    EXPECT_TRUE(showsArpeggiators(MainWindow(RealEngine(), MainWindow::EPanelSize::kAsDesigned)))
+        << "pictures show the panel as designed";
+    std::filesystem::remove_all(rig_.folder / "user");
+    EXPECT_FALSE(showsArpeggiators(MainWindow(RealEngine())));
+    EXPECT_TRUE(showsArpeggiators(MainWindow(RealEngine()))) << "the settings were saved meanwhile";
+}
+
 TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {
     const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
     {

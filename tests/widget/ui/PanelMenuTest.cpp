@@ -2,6 +2,7 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <QActionGroup>
 #include <QMenu>
 #include <set>
 
@@ -189,6 +190,20 @@ TEST_F(PanelMenu, TheKeyColoursAreChosen) {
         EXPECT_EQ(Engine().GetKeyboardColoring(), scheme++);
         EXPECT_TRUE(Entry(entry).isChecked());
     }
+}
+
+TEST_F(PanelMenu, WhatIsOneOfSeveralIsMarkedAsAChoice) {
+    for (const char* entry : {"Single Voice", "Dual Voices", "Split Keyboard", "None", "Rainbow", "Scriabin",
+                              "English (United States)", "Russian"}) {
+        ASSERT_NE(Entry(entry).actionGroup(), nullptr) << entry;
+        EXPECT_TRUE(Entry(entry).actionGroup()->isExclusive()) << entry;
+    }
+    EXPECT_NE(Entry("Dual Voices").actionGroup(), Entry("Rainbow").actionGroup());
+    EXPECT_EQ(Entry("Arpeggio").actionGroup(), nullptr);
+    Choose("Dual Voices");
+    Choose("Dual Voices");
+    EXPECT_TRUE(Entry("Dual Voices").isChecked()) << "chosen again it stays";
+    EXPECT_FALSE(Entry("Single Voice").isChecked());
 }
 
 TEST_F(PanelMenu, RecordStartsAndStopsAndTheTakeCanBeSaved) {

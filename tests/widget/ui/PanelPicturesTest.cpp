@@ -61,6 +61,8 @@ TEST_F(PanelPictures, LooksAsReviewed) {
 TEST_F(PanelPictures, TheOtherViewsLookAsReviewed) {
     Prepare();
     Click("voice-mode-split");
+    Click("octave-down");  // what the display offers is done
+    Click("octave-up");
     Click("record-view");
     Click("arpeggio-view");
     ExpectLike("panel_views");
@@ -76,6 +78,28 @@ TEST_F(PanelPictures, EveryTextFitsInBothLanguagesAndAllViews) {
         for (const char* mode : {"voice-mode-single", "voice-mode-dual", "voice-mode-split"}) {
             Click(mode);
             ExpectTextsFit(std::string(locale) + " " + mode);
+        }
+    }
+}
+
+TEST_F(PanelPictures, CaptionsOfARowAreOfOneSize) {
+    for (const char* locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        const std::vector<std::vector<const char*>> rows = {
+            {"reset", "settings", "help", "about"},
+            {"voice-mode-single", "voice-mode-dual", "voice-mode-split"},
+            {"preset-load", "preset-save"}};
+        for (const auto& row : rows) {
+            for (const char* name : row) {
+                EXPECT_EQ(Find<PanelKey>(name).captionSize(), Find<PanelKey>(row.front()).captionSize())
+                    << locale << " " << name;
+            }
+        }
+        for (const char* pane : {"arp1", "arp2"}) {
+            const auto size = [&](const char* label) { return Find(pane).findChild<PanelLabel*>(label)->textSize(); };
+            EXPECT_EQ(size("directionLabel"), size("noteStepLabel")) << locale;
+            EXPECT_EQ(size("rangeLabel"), size("noteStepLabel")) << locale;
         }
     }
 }

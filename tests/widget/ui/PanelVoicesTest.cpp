@@ -10,6 +10,7 @@
 #include "nk/nk_exception.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
 #include "QtWidgets/skin/QJogDial.h"
+#include "ui/NoticeLine.h"
 #include "ui/PanelKey.h"
 
 using namespace KivoraTest;
@@ -524,6 +525,27 @@ TEST_F(PanelVoices, TheSlotsStandInTheirOrder) {
         EXPECT_EQ(method.methodType(), QMetaMethod::Slot);
         EXPECT_EQ(method.access(), QMetaMethod::Public);
     }
+}
+
+TEST_F(PanelVoices, SplitOffersTheOctaveShiftThatBringsTheBassToTheComputerKeys) {
+    auto& line = Find<NoticeLine>("display-notice");
+    EXPECT_TRUE(line.isHidden());
+    Click("voice-mode-split");
+    ASSERT_FALSE(line.isHidden());
+    EXPECT_NE(line.text().indexOf("octave shift"), -1);
+    QTest::mouseClick(&line, Qt::LeftButton);
+    EXPECT_EQ(Label("octave-value"),
+              "\xE2\x88\x92"
+              "1");
+    EXPECT_TRUE(line.isHidden()) << "it is done";
+    Click("voice-mode-single");
+    Click("voice-mode-split");
+    EXPECT_TRUE(line.isHidden()) << "computer keys play the bass";
+    Click("octave-up");
+    Click("voice-mode-split");
+    EXPECT_FALSE(line.isHidden());
+    Click("voice-mode-dual");
+    EXPECT_TRUE(line.isHidden()) << "no split, no bass";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <QImage>
 #include <thread>
@@ -111,6 +112,44 @@ TEST_F(PanelWallpaper, APathOfAnyLettersIsKept) {
     ASSERT_TRUE(QFile::remove(path));
     panel->updateSkin();
     EXPECT_EQ(HueAt(kBareBody), kBlue);
+}
+
+TEST_F(PanelWallpaper, AFileThatChangedUnderItsNameIsTakenAnew) {
+    const QString path = MakePicture("picture.png", Qt::blue);
+    Set(path);
+    ASSERT_EQ(HueAt(kBareBody), kBlue);
+    MakePicture("picture.png", Qt::red, QSize(590, 210));
+    Engine().SetUIColor(Qt::gray);
+    EXPECT_EQ(HueAt(kBareBody), kRed) << "seen with the next change of the skin";
+    Set({});
+    MakePicture("picture.png", Qt::green, QSize(590, 220));
+    Set(path);
+    EXPECT_EQ(HueAt(kBareBody), kGreen) << "and when it is chosen again";
+}
+
+TEST_F(PanelWallpaper, AnOlderFileInItsPlaceIsAnotherOneToo) {
+    const QString path = MakePicture("picture.png", Qt::blue);
+    Set(path);
+    MakePicture("picture.png", Qt::green);
+    std::filesystem::last_write_time(rig.folder / "picture.png",
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(9));
+    panel->updateSkin();
+    EXPECT_EQ(HueAt(kBareBody), kGreen);
+}
+
+TEST_F(PanelWallpaper, ATransparentPictureKeepsTheBodysColourUnderIt) {
+    QImage picture(QSize(590, 200), QImage::Format_ARGB32);
+    picture.fill(Qt::transparent);
+    ASSERT_TRUE(picture.save(PathOf("clear.png")));
+    Engine().SetUIColor(QColor(20, 60, 120));
+    for (int times = 0; times < 2; ++times) {  // decoded, and kept
+        Set(PathOf("clear.png"));
+        EXPECT_NEAR(HueAt(kBareBody), QColor(20, 60, 120).hsvHue(), 8);
+        Set({});
+    }
+    Set(PathOf("clear.png"));
+    Engine().SetUIColor(QColor(120, 40, 20));
+    EXPECT_NEAR(HueAt(kBareBody), QColor(120, 40, 20).hsvHue(), 8);
 }
 
 TEST_F(PanelWallpaper, OfAHighPictureOnlyTheTopIsScaledAndKept) {

@@ -1,0 +1,91 @@
+// What a move of the pointer over the colour dialog costs, at two device pixels a logical pixel: the panel in another
+// colour, composed and painted. Beside it a floor: as many pixels filled with the colour and covered once.
+#include <benchmark/benchmark.h>
+#include <QApplication>
+#include <QImage>
+#include <QMainWindow>
+#include <QPainter>
+
+#include "engine/EngineFront.h"
+#include "ui/EmbeddedFonts.h"
+#include "ui/KivoraWidget.h"
+#include "unit/engine/EngineRig.h"
+
+namespace {
+
+constexpr QSize kPixels(2360, 1040);
+
+class Panel {
+public:
+    Panel() {
+        Kivora::RegisterEmbeddedFonts();
+        rig_.backend.defaultOutput = KivoraTest::kSynth;
+        rig_.Create();
+        front_ = std::make_unique<Kivora::EngineFront>(*rig_.engine);
+        window_ = std::make_unique<QMainWindow>();
+        auto* const panel = new KivoraWidget(front_.get(), window_.get());
+        window_->setCentralWidget(panel);
+        window_->setFixedSize(panel->sizeHint());
+        window_->show();
+        QCoreApplication::processEvents();
+    }
+    ~Panel() {
+        window_.reset();
+        front_->Close();
+    }
+    Kivora::CKivora& Engine() { return *rig_.engine; }
+
+private:
+    KivoraTest::EngineRig rig_;
+    std::unique_ptr<Kivora::EngineFront> front_;
+    std::unique_ptr<QMainWindow> window_;
+};
+
+QColor Next(int& step) {
+    return QColor::fromHsv(step++ * 7 % 360, 120, 120);
+}
+
+void BM_FillAndCoverThePanel(benchmark::State& state) {
+    QImage screen(kPixels, QImage::Format_RGB32);
+    QImage cover(kPixels, QImage::Format_ARGB32_Premultiplied);
+    cover.fill(QColor(0, 0, 0, 100));
+    int step = 0;
+    for (auto _ : state) {
+        QPainter painter(&screen);
+        painter.fillRect(screen.rect(), Next(step));
+        painter.drawImage(0, 0, cover);
+    }
+}
+BENCHMARK(BM_FillAndCoverThePanel)->Unit(benchmark::kMillisecond);
+
+void TryColors(benchmark::State& state, void (Kivora::CKivora::*set)(const QColor&)) {
+    Panel panel;
+    int step = 0;
+    for (auto _ : state) {
+        (panel.Engine().*set)(Next(step));
+        QCoreApplication::processEvents();
+    }
+}
+void BM_ColourOfTheBody(benchmark::State& state) {
+    TryColors(state, &Kivora::CKivora::SetUIColor);
+}
+void BM_ColourOfTheDisplay(benchmark::State& state) {
+    TryColors(state, &Kivora::CKivora::SetUIDisplayColor);
+}
+void BM_ColourOfTheSmallDisplays(benchmark::State& state) {
+    TryColors(state, &Kivora::CKivora::SetUIDisplay2Color);
+}
+BENCHMARK(BM_ColourOfTheBody)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ColourOfTheDisplay)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ColourOfTheSmallDisplays)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_SCALE_FACTOR", "2");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

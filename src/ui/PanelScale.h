@@ -1,0 +1,53 @@
+// How large the panel is drawn.
+#pragma once
+
+#include <QPointer>
+#include <QRect>
+#include <QSize>
+
+#include <vector>
+
+class QWidget;
+
+/// A widget of the panel that paints in the design's pixels, whatever size it has on the screen. [gui]
+class PanelScaled {
+public:
+    virtual ~PanelScaled() = default;
+
+    /// Logical pixels of the screen for one of the design.
+    double panelScale() const { return panelScale_; }
+    void setPanelScale(double scale) { panelScale_ = scale; }
+
+private:
+    double panelScale_ = 1.0;
+};
+
+/// Lays the panel's widgets out at a scale: edges that meet in the design meet at every scale. [gui]
+class PanelScale {
+public:
+    /// The largest scale up to 1 at which the design fits that room; 1 for no room.
+    static double FitInto(const QSize& room);
+
+    /// Where the widgets inside the panel stand now is their place in the design. Windows and the parts of combo boxes
+    /// are left alone, and so is the focus ring.
+    void TakeDesign(const QWidget& panel);
+
+    /// Moves, resizes and repaints all of them.
+    void Apply(double scale);
+    double Get() const { return scale_; }
+    /// The whole panel's, in whole logical pixels, none of them more than it fills.
+    QSize GetSize() const;
+
+private:
+    struct Place {
+        QPointer<QWidget> widget;
+        QRect design;   ///< from the panel's top left corner
+        QPoint parent;  ///< the parent's top left corner, likewise
+    };
+
+    void Collect(const QWidget& parent, const QPoint& corner);
+    QPoint Scaled(const QPoint& design) const;
+
+    std::vector<Place> places_;
+    double scale_ = 1.0;
+};

@@ -1,0 +1,26 @@
+// The main function of the tests of the program's window: the offscreen platform with three screens, a large one, one
+// that is smaller than the panel and one of two device pixels a logical pixel.
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "support/TestMain.h"
+
+int main(int argc, char** argv) {
+    const QTemporaryDir folder;
+    QFile screens(folder.filePath("screens.json"));
+    if (!screens.open(QIODevice::WriteOnly)) {
+        return 1;
+    }
+    screens.write(R"({"screens": [
+        {"name": "large", "x": 0, "y": 0, "width": 1600, "height": 1000,
+         "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
+        {"name": "small", "x": 1600, "y": 0, "width": 1024, "height": 600,
+         "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
+        {"name": "fine", "x": 2624, "y": 0, "width": 3200, "height": 2000,
+         "logicalDpi": 192, "logicalBaseDpi": 96, "dpr": 1}]})");
+    screens.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
+    QApplication application(argc, argv);
+    return KivoraTestMain(argc, argv);
+}
