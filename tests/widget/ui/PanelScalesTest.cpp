@@ -18,7 +18,7 @@ namespace {
 
 constexpr QColor kBehind(255, 0, 255);  // nothing on the panel comes near it
 constexpr int kNoneOfIt = 12;           // of 255
-constexpr int kRounding = 3;            // of 255
+constexpr int kRounding = 16;           // of 255
 
 class PanelScales : public PanelTest {
 protected:
