@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include "app/MainWindow.h"
+#include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/FatalLog.h"
 #include "ui/EmbeddedFonts.h"
 #include "ui/KivoraWidget.h"
@@ -87,6 +88,8 @@ TEST_F(ScreenFitTest, PicturesAreTakenOfThePanelAsDesigned) {
 
 TEST_F(ScreenFitTest, AFinerScreenShowsTheSamePanelInMorePixels) {
     const auto window = Open();
+    auto* const lamp = window->findChild<QBlinkingLed*>("midi-led");
+    ASSERT_TRUE(Wait([&] { return !lamp->isLit(); }));
     const QImage coarse = window->grab().toImage();
     MoveTo(*window, Screen("fine"));
     ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 2.0; }));
@@ -96,7 +99,7 @@ TEST_F(ScreenFitTest, AFinerScreenShowsTheSamePanelInMorePixels) {
     };
     ASSERT_TRUE(Wait([&] { return shown() == kDesign * 2; }));
     EXPECT_EQ(window->size(), kDesign);
-    EXPECT_EQ(window->windowHandle()->size(), kDesign);
+    ASSERT_TRUE(Wait([&] { return window->windowHandle()->size() == kDesign; })) << "cut at first";
     // The picture is as fine as the screen: no block of 2 x 2 pixels in the texts would differ otherwise.
     const QImage fine = window->grab().toImage();
     ASSERT_EQ(fine.size(), kDesign * 2);
