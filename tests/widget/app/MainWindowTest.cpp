@@ -13,8 +13,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QTest>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <QtTest/QTest>
 #include <stdexcept>
@@ -228,7 +228,8 @@ TEST_F(MainWindowTest, AFirstStartShowsTheCardWithTheComputerKeys) {
     const auto showsArpeggiators = [](const MainWindow& window) {
         return window.findChild<QAbstractButton*>("arpeggio-view")->isChecked();
     };
-    EXPECT_TRUE(showsArpeggiators(MainWindow(RealEngine(), MainWindow::EPanelSize::kAsDesigned)))
+    EXPECT_TRUE(showsArpeggiators(
+        MainWindow(RealEngine(), MainWindow::Ports::kOpen, nullptr, MainWindow::EPanelSize::kAsDesigned)))
         << "pictures show the panel as designed";
     std::filesystem::remove_all(rig_.folder / "user");
     EXPECT_FALSE(showsArpeggiators(MainWindow(RealEngine())));

@@ -38,8 +38,9 @@ protected:
         return nullptr;
     }
     std::unique_ptr<MainWindow> Open(MainWindow::EPanelSize size = MainWindow::EPanelSize::kFitsScreen) {
-        auto window = std::make_unique<MainWindow>(
-            [this] { return std::make_unique<Kivora::CKivora>(rig_.GetDependencies()); }, size);
+        auto window =
+            std::make_unique<MainWindow>([this] { return std::make_unique<Kivora::CKivora>(rig_.GetDependencies()); },
+                                         MainWindow::Ports::kOpen, nullptr, size);
         window->SetQuiet();
         window->show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
