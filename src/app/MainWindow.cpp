@@ -35,7 +35,10 @@ MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthCo
     }
     if (!front_) {
         panel_->setEngineFailure(tr("Fatal Error"), failure + "\r\n" + tr("Sorry, the application cannot continue."),
-                                 failure, synth_);
+                                 failure, synth_, [this] {
+                                     // The settings, which belong to the panel, are on the way out.
+                                     QTimer::singleShot(0, this, &MainWindow::TryEngineAgain);
+                                 });
     }
 }
 
@@ -53,7 +56,6 @@ void MainWindow::CreatePanel(bool opensPorts) {
     if (!opensPorts) {
         panel_->installEventFilter(this);
     }
-    connect(panel_, &KivoraWidget::engineWanted, this, &MainWindow::TryEngineAgain, Qt::QueuedConnection);
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -84,9 +84,9 @@ public:
     /// display says what does not sound or was lost, and what is back is opened again where that disturbs nothing.
     void openPorts();
     /// Where there is no engine: the box that says so, and its reason alone. `synth`, which may be null and is not
-    /// owned, can be set up all the same.
+    /// owned, can be set up all the same; `engineWanted` is called when the user has been to the settings.
     void setEngineFailure(const QString& title, const QString& text, const QString& reason,
-                          LibMidi::SynthControl* synth);
+                          LibMidi::SynthControl* synth, std::function<void()> engineWanted = {});
 
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
@@ -152,10 +152,6 @@ public slots:
     void onBar();
     void onBeat();
     void updateEffectWidgets();
-
-signals:
-    /// There is no engine, and the user has been to the settings.
-    void engineWanted();
 
 protected:
     bool event(QEvent* event) override;
@@ -290,6 +286,7 @@ private:
     QTimer portTimer_;
     QTimer inputReturnTimer_;  ///< runs while the return of the keyboard is told
     QString engineFailure_;
+    std::function<void()> engineWanted_;
     LibMidi::SynthControl* substituteSynth_ = nullptr;
     QTimer octaveOfferTimer_;
     Desktop desktop_;

@@ -44,8 +44,9 @@ void KivoraWidget::openPorts() {
 }
 
 void KivoraWidget::setEngineFailure(const QString& title, const QString& text, const QString& reason,
-                                    LibMidi::SynthControl* synth) {
+                                    LibMidi::SynthControl* synth, std::function<void()> engineWanted) {
     engineFailure_ = reason;
+    engineWanted_ = std::move(engineWanted);
     substituteSynth_ = synth;
     notices_.Tell(QMessageBox::Critical, title, text);
     updateNotices();
@@ -136,7 +137,7 @@ void KivoraWidget::settingsClicked() {
     }
     const bool confirmed = dialog.exec() == QDialog::Accepted;
     updateNotices();
-    if (confirmed && engine_ == nullptr) {
-        emit engineWanted();
+    if (confirmed && engine_ == nullptr && engineWanted_) {
+        engineWanted_();
     }
 }

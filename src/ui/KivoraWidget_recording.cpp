@@ -65,7 +65,7 @@ void KivoraWidget::onStartRecording() {
         return;
     }
     releaseHeld();
-    if (!isOutputWorking()) {
+    if (engine_->GetCapture() && !isOutputWorking()) {
         display_->notice()->tell(NoticeLine::Topic::kSound, SoundTexts::NothingToRecord(),
                                  [this] { settingsClicked(); });
         return;

@@ -73,6 +73,7 @@ void midiSettings::explain() {
     const QString text = explanation_ ? explanation_() : QString();
     ui_->troubleLabel->setText(text);
     ui_->troubleLabel->setVisible(!text.isEmpty());
+    ui_->troubleLabel->setFocusPolicy(text.isEmpty() ? Qt::NoFocus : Qt::ClickFocus);
 }
 
 void midiSettings::connectControls() {

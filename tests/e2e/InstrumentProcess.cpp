@@ -1,4 +1,5 @@
 #include "e2e/InstrumentProcess.h"
+#include <algorithm>
 
 #include <signal.h>
 #include <unistd.h>
@@ -103,6 +104,16 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     });
     if (!found) {
         std::cerr << "the program's window did not appear\n";
+        return false;
+    }
+    // The ports are opened when the window has been painted; the last that is written then is the third voice's
+    // program.
+    const bool opened = WaitFor([&] {
+        const std::vector<std::string> messages = GetMessages();
+        return std::any_of(messages.begin(), messages.end(), [](const auto& text) { return text.starts_with("C2 "); });
+    });
+    if (!opened) {
+        std::cerr << "the program opened no output\n";
         return false;
     }
     return WaitFor([&] {
