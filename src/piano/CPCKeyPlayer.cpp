@@ -63,6 +63,7 @@ bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
     if (!note) {
         return false;
     }
+    std::erase(letGo_, IdOf(key));
     const auto previous = ledger_.Release(IdOf(key));
     if (previous && *previous != CPCKeyLedger::kNoNote && *previous != note->note) {
         actions.push_back({EKind::kNoteOff, *previous});
@@ -127,6 +128,7 @@ void CPCKeyPlayer::ReleaseAllBut(const std::function<bool(std::uint32_t scanCode
         const auto begun = ledger_.Release(id);
         if (begun && *begun != CPCKeyLedger::kNoNote) {
             actions.push_back({EKind::kNoteOff, *begun});
+            letGo_.push_back(id);
         }
         if (sustainKey_ == id) {
             sustainKey_.reset();
@@ -148,6 +150,9 @@ bool CPCKeyPlayer::IsActing(const TPCKey& key) const {
 }
 
 void CPCKeyPlayer::CarryOutRelease(const TPCKey& key, CActions& actions) {
+    if (std::erase(letGo_, IdOf(key)) != 0) {
+        return;
+    }
     const auto begun = ledger_.Release(IdOf(key));
     if (begun && *begun != CPCKeyLedger::kNoNote) {
         actions.push_back({EKind::kNoteOff, *begun});

@@ -74,7 +74,7 @@ public:
     /// Ends all that held keys have begun, the pedal included: for when their releases will go elsewhere.
     void ReleaseAll(CActions& actions);
     /// Ends what keys have begun that are not down any more, the pedal included: their releases went elsewhere. Keys
-    /// with an unknown scan code are left alone.
+    /// with an unknown scan code are left alone. A release that comes late after all ends nothing more.
     void ReleaseAllBut(const std::function<bool(std::uint32_t scanCode)>& isDown, CActions& actions);
 
 private:
@@ -91,6 +91,7 @@ private:
     std::optional<std::uint64_t> sustainKey_;  ///< that holds the pedal
     CAutoRepeatFilter<TPCKey> filter_;
     CPCKeyLedger ledger_;
+    std::vector<std::uint64_t> letGo_;  ///< keys of notes that ReleaseAllBut() ended, whose releases may still come
 };
 
 }  // namespace NK::Piano

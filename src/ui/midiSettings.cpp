@@ -55,6 +55,7 @@ midiSettings::midiSettings(Kivora::EngineFront* front, QWidget* parent)
     fillLanguages();
     fillPorts();
     loadControls();
+    explain();
     connectControls();
 }
 

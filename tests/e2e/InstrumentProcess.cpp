@@ -72,6 +72,14 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "PULSE_SERVER"}) {
         variables.remove(unwanted);
     }
+    // Not the first start, which shows the card with the computer keys.
+    const QDir settings(dir_.filePath("data/Brennholt/Kivora"));
+    QFile file(settings.filePath("Kivora.ini"));
+    if (!file.exists() && (!settings.mkpath(".") || !file.open(QIODevice::WriteOnly) || file.write("[Kivora]\n") < 0)) {
+        std::cerr << "the settings cannot be written\n";
+        return false;
+    }
+    file.close();
     // Without an address libdbus starts a bus that outlives the program.
     variables.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     variables.insert("DISPLAY", display_);

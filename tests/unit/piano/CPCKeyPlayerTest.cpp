@@ -374,4 +374,14 @@ TEST_F(CPCKeyPlayerTest, KeysWhoseReleasesWentElsewhereAreEndedAlone) {
     EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)}) << "it was up";
 }
 
+TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterTheKeyWasLetGoEndsNothingMore) {
+    Press(Key('Z', kScanZ));
+    CActions actions;
+    player_.ReleaseAllBut([](std::uint32_t) { return false; }, actions);
+    EXPECT_EQ(actions, CActions{Off(60)});
+    EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{});
+    EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)});
+    EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
+}
+
 }  // namespace

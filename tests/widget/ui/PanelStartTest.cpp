@@ -171,7 +171,8 @@ TEST_F(PanelStart, WithoutAnyOutputTheDisplaySaysSo) {
     rig.backend.Unplug(kOtherSynth);
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
-    Start();
+    CreateEngine();
+    CreateWindow();
     Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(Notice(), "No sound: there is no synthesizer");
     Kivora::SetLocale("ru_RU", false);
