@@ -26,6 +26,9 @@ export KIVORA_TEST_PACKAGES=(
 # The further checks of .ci/run, on top of what testing needs.
 export KIVORA_CHECK_PACKAGES=(clang clang-format libclang-rt-14-dev shellcheck)
 
+# Making the Debian package, on top of what building needs.
+export KIVORA_PACKAGING_PACKAGES=(debhelper dpkg-dev fakeroot git lintian)
+
 # is_installed <package>
 is_installed() {
     [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
