@@ -8,7 +8,8 @@ namespace Kivora {
 
 /// Knows the folders of the factory's and the user's presets and which file holds which preset. A folder is created
 /// when it is first asked for. A preset's name never leads out of its folder: see GetStoredName(). Nothing here throws
-/// for what stands on the disk; why Read(), Save() and Delete() were false tells NK::GetFileFailure(). For one thread. [gui]
+/// for what stands on the disk; why Read(), Save() and Delete() were false tells NK::GetFileFailure(). For one thread.
+/// [gui]
 class PresetStore {
 public:
     static constexpr const wchar_t* kSection = L"KivoraPreset";

@@ -1,7 +1,7 @@
 #include "midi/NoteNames.h"
 
-#include "nk/nk_translation_mark.h"
 #include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 namespace NK::MIDI {
 

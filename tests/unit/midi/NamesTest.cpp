@@ -6,8 +6,8 @@
 #include "midi/GMNames.h"
 #include "midi/NoteNames.h"
 #include "midi/TMIDIMessage.h"
-#include "nk/nk_translation_mark.h"
 #include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 using namespace NK;
 using namespace NK::MIDI;
