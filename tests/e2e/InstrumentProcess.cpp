@@ -1,11 +1,11 @@
 #include "e2e/InstrumentProcess.h"
-#include <algorithm>
 
 #include <signal.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -64,6 +64,18 @@ bool InstrumentProcess::StartServer() {
     return number.endsWith('\n');
 }
 
+bool InstrumentProcess::WriteSettings() {
+    // An arpeggiator without settings of its own is bypassed.
+    constexpr char kSettings[] = "[Kivora]\n[Kivora_Arpeggiator0]\nBypass=0\n[Kivora_Arpeggiator1]\nBypass=0\n";
+    const QDir folder(dir_.filePath("data/Brennholt/Kivora"));
+    QFile file(folder.filePath("Kivora.ini"));
+    return file.exists() || (folder.mkpath(".") && file.open(QIODevice::WriteOnly) && file.write(kSettings) > 0);
+}
+
+void InstrumentProcess::MakeFirstStart() {
+    startsFirst_ = true;
+}
+
 bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment) {
     if (!StartServer()) {
         return false;
@@ -72,14 +84,10 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "PULSE_SERVER"}) {
         variables.remove(unwanted);
     }
-    // Not the first start, which shows the card with the computer keys.
-    const QDir settings(dir_.filePath("data/Brennholt/Kivora"));
-    QFile file(settings.filePath("Kivora.ini"));
-    if (!file.exists() && (!settings.mkpath(".") || !file.open(QIODevice::WriteOnly) || file.write("[Kivora]\n") < 0)) {
+    if (!startsFirst_ && !WriteSettings()) {
         std::cerr << "the settings cannot be written\n";
         return false;
     }
-    file.close();
     // Without an address libdbus starts a bus that outlives the program.
     variables.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     variables.insert("DISPLAY", display_);

@@ -20,6 +20,9 @@ public:
     InstrumentProcess();
     ~InstrumentProcess();
 
+    /// Before Start(): there are no settings, so the card of the computer keys is shown first; else all of
+    /// them are at their defaults.
+    void MakeFirstStart();
     /// True once the program's main window is there and has the focus; says what failed otherwise.
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {});
     /// Nobody reads what the program prints. Before Start().
@@ -70,6 +73,7 @@ public:
 
 private:
     bool StartServer();
+    bool WriteSettings();
 
     QTemporaryDir dir_;
     QProcess server_;
@@ -77,6 +81,7 @@ private:
     QString display_;
     QString window_;
     bool keepsOutput_ = false;
+    bool startsFirst_ = false;
 };
 
 /// Polls `condition` until it holds or the limit has passed.

@@ -41,6 +41,7 @@ private:
 
 TEST(Start, TakesTheSystemsLanguageAndRemembersIt) {
     InstrumentProcess instrument;
+    instrument.MakeFirstStart();
     ASSERT_TRUE(instrument.Start({}, {"LANG=ru_RU.UTF-8", "LC_ALL=", "LANGUAGE="}));
     EXPECT_EQ(Read(instrument.GetDataDir() + "/data/Brennholt/Kivora/Locale.ini").trimmed(), "[Locale]\nName=ru_RU");
     EXPECT_EQ(instrument.Close(), 0);
@@ -48,6 +49,7 @@ TEST(Start, TakesTheSystemsLanguageAndRemembersIt) {
 
 TEST(Start, SettingsAreSavedWhenTheWindowCloses) {
     InstrumentProcess instrument;
+    instrument.MakeFirstStart();
     ASSERT_TRUE(instrument.Start());
     const QString file = instrument.GetDataDir() + "/data/Brennholt/Kivora/Kivora.ini";
     EXPECT_FALSE(QFile::exists(file));

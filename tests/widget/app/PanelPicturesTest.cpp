@@ -47,7 +47,9 @@ TEST_F(PanelPictures, AFolderThatCannotBeMadeIsAFailure) {
     std::ofstream(folder_ / "pictures") << "a file where the folder should be";
     testing::internal::CaptureStderr();
     EXPECT_FALSE(Kivora::SavePanelPictures(panel_, Dir()));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("panel.png"), std::string::npos);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_NE(told.find("the picture could not be written: " + Dir().toStdString() + "/panel.png"), std::string::npos)
+        << told;
 }
 
 }  // namespace

@@ -195,9 +195,10 @@ TEST_F(PanelRecording, NobodyWaitsForAFifoInPlaceOfTheFile) {
     PlayNote();
     ModalAnswers answers;
     answers.TypeFile(PathOf("fifo.mid")).Click(QMessageBox::Yes).Click(QMessageBox::Ok);
-    answers.Then([](QDialog& dialog) { dialog.reject(); });
+    answers.TypeFile(PathOf("other.mid"));
     Click("stop");
     EXPECT_EQ(answers.details, Seen{PathOf("fifo.mid").toStdString() + "\nIt is no regular file"});
+    EXPECT_TRUE(IsMIDIFile("other.mid"));
 }
 
 TEST_F(PanelRecording, TheFolderOfTheLastSavedTakeIsOfferedAgain) {

@@ -88,6 +88,8 @@ public:
                 dialog.reject();
                 return;
             }
+            QApplication::setActiveWindow(&dialog);
+            name->setFocus();  // else the dialog keeps the file that is selected in its list
             name->setText(path);
             QTest::keyClick(name, Qt::Key_Return);
         });
