@@ -4,6 +4,7 @@
 #include <bitset>
 #include <cstdint>
 #include <optional>
+#include <queue>
 
 struct xcb_connection_t;
 
@@ -23,27 +24,27 @@ struct TPressedInput {
     bool IsAnythingDown() const noexcept { return buttons != 0 || keys.any(); }
 };
 
-/// Asks without waiting for the answer. [gui]
+/// Asks without waiting for the answer; what nobody took goes with the connection. [gui]
 class CPressedInputQuery {
 public:
     /// The connection is not owned, and another thread reads from it; null for none.
     explicit CPressedInputQuery(xcb_connection_t* server) noexcept : server_(server) {}
-    ~CPressedInputQuery();
     CPressedInputQuery(const CPressedInputQuery&) = delete;
     CPressedInputQuery& operator=(const CPressedInputQuery&) = delete;
 
-    /// What was asked before and not answered yet is forgotten.
+    /// What was asked before is not answered any more.
     void Ask();
     /// The answer to the last Ask(), once, when it has come.
     std::optional<TPressedInput> TakeAnswer();
 
 private:
-    void Forget() noexcept;
+    struct TRequests {
+        unsigned keys;
+        unsigned pointer;
+    };
 
     xcb_connection_t* const server_;
-    bool asked_ = false;
-    unsigned keysRequest_ = 0;
-    unsigned pointerRequest_ = 0;
+    std::queue<TRequests> asked_;  ///< the last of them is the one that counts
 };
 
 /// Whether an event of the X server, as XCB has it, tells that a window got the keyboard's focus.

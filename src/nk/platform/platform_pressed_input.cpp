@@ -29,38 +29,29 @@ bool Poll(xcb_connection_t* server, unsigned request, ReplyPointer<TReply>& repl
 
 }  // namespace
 
-CPressedInputQuery::~CPressedInputQuery() {
-    Forget();
-}
-
-void CPressedInputQuery::Forget() noexcept {
-    if (asked_) {
-        xcb_discard_reply(server_, keysRequest_);
-        xcb_discard_reply(server_, pointerRequest_);
-        asked_ = false;
-    }
-}
-
 void CPressedInputQuery::Ask() {
-    Forget();
     if (server_ == nullptr || xcb_connection_has_error(server_) != 0) {
+        asked_ = {};
         return;
     }
-    keysRequest_ = xcb_query_keymap(server_).sequence;
-    pointerRequest_ = xcb_query_pointer(server_, xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root).sequence;
+    asked_.push(
+        {.keys = xcb_query_keymap(server_).sequence,
+         .pointer = xcb_query_pointer(server_, xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root).sequence});
     xcb_flush(server_);
-    asked_ = true;
 }
 
 std::optional<TPressedInput> CPressedInputQuery::TakeAnswer() {
     ReplyPointer<xcb_query_pointer_reply_t> pointer;
-    // Answers come in the order of their requests.
-    if (!asked_ || !Poll(server_, pointerRequest_, pointer)) {
-        return std::nullopt;
-    }
     ReplyPointer<xcb_query_keymap_reply_t> keymap;
-    const bool keysCome = Poll(server_, keysRequest_, keymap);
-    asked_ = false;
+    bool keysCome = false;
+    do {
+        // Answers come in the order of their requests.
+        if (asked_.empty() || !Poll(server_, asked_.front().pointer, pointer)) {
+            return std::nullopt;
+        }
+        keysCome = Poll(server_, asked_.front().keys, keymap);
+        asked_.pop();
+    } while (!asked_.empty());
     if (!keysCome || !keymap || !pointer) {
         return std::nullopt;
     }
