@@ -116,6 +116,7 @@ void QPiano::prepareUnpressed() {
         return;
     }
     unpressed_ = QPixmap(size);
+    unpressed_.fill(Qt::black);  // seen in part where the edge falls between two of the screen's pixels
     unpressed_.setDevicePixelRatio(ratio);
     QPainter painter(&unpressed_);
     drawKeys(painter, toWidget(rect()), true);
