@@ -76,7 +76,14 @@ void InstrumentProcess::MakeFirstStart() {
     startsFirst_ = true;
 }
 
-bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment) {
+bool InstrumentProcess::IsOutputOpen() const {
+    // The last that is written then is the third voice's program.
+    const std::vector<std::string> messages = GetMessages();
+    return std::any_of(messages.begin(), messages.end(), [](const auto& text) { return text.starts_with("C2 "); });
+}
+
+bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment,
+                              const std::function<bool()>& isOutputOpen) {
     if (!StartServer()) {
         return false;
     }
@@ -122,13 +129,8 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
         std::cerr << "the program's window did not appear\n";
         return false;
     }
-    // The ports are opened when the window has been painted; the last that is written then is the third voice's
-    // program.
-    const bool opened = WaitFor([&] {
-        const std::vector<std::string> messages = GetMessages();
-        return std::any_of(messages.begin(), messages.end(), [](const auto& text) { return text.starts_with("C2 "); });
-    });
-    if (!opened) {
+    // The ports are opened when the window has been painted.
+    if (!WaitFor([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
         std::cerr << "the program opened no output\n";
         return false;
     }

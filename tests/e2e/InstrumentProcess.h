@@ -24,7 +24,9 @@ public:
     /// them are at their defaults.
     void MakeFirstStart();
     /// True once the program's main window is there and has the focus; says what failed otherwise.
-    bool Start(const QStringList& arguments = {}, const QStringList& environment = {});
+    /// `isOutputOpen` tells of a stand-in that does not log what it is sent.
+    bool Start(const QStringList& arguments = {}, const QStringList& environment = {},
+               const std::function<bool()>& isOutputOpen = {});
     /// Nobody reads what the program prints. Before Start().
     void BreakOutput();
     /// Runs xdotool on the program's display; true when it succeeded.
@@ -74,6 +76,7 @@ public:
 private:
     bool StartServer();
     bool WriteSettings();
+    bool IsOutputOpen() const;
 
     QTemporaryDir dir_;
     QProcess server_;

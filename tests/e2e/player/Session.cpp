@@ -59,8 +59,10 @@ bool Session::Start() {
     // The manual is asked for and goes nowhere.
     QFile::link("/bin/true", dir_.filePath("xdg-open"));
     instrument_.KeepOutput();
-    if (!instrument_.Start({}, {"KIVORA_STANDIN_DEVICES=" + dir_.filePath("devices"), "KIVORA_AUDIO_DRIVER=none",
-                                "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH")})) {
+    if (!instrument_.Start({},
+                           {"KIVORA_STANDIN_DEVICES=" + dir_.filePath("devices"), "KIVORA_AUDIO_DRIVER=none",
+                            "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH")},
+                           [this] { return devices_.IsAnyOutputReached(); })) {
         return false;
     }
     client_ = std::make_unique<XClient>(instrument_.GetDisplay().toStdString());
