@@ -58,8 +58,7 @@ void KivoraWidget::askAboutTake(int id, std::unique_ptr<QMessageBox> box,
 
 void KivoraWidget::withdrawTakeQuestion() {
     if (takeQuestion_) {
-        takeQuestion_->hide();
-        takeQuestion_->deleteLater();
+        UnaskedBox::withdraw(*takeQuestion_);
         takeQuestion_.clear();
     }
 }

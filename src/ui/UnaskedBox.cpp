@@ -52,9 +52,28 @@ QMessageBox* UnaskedBox::show(std::unique_ptr<QMessageBox> box, QWidget& panel, 
     });
     shown->setWindowModality(Qt::NonModal);
     shown->setAttribute(Qt::WA_ShowWithoutActivating);
-    shown->show();
-    governor->dress();
+    governor->comes_ = true;
+    panel.window()->installEventFilter(governor);
+    governor->come();
     return shown;
+}
+
+void UnaskedBox::withdraw(QMessageBox& box) {
+    governorOf(box)->comes_ = false;
+    box.hide();
+    box.deleteLater();
+}
+
+void UnaskedBox::come() {
+    if (comes_ && QApplication::activeModalWidget() == nullptr) {
+        comes_ = false;
+        box_.show();
+        dress();
+    }
+}
+
+UnaskedBox* UnaskedBox::governorOf(const QWidget& box) {
+    return box.findChild<UnaskedBox*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 QMessageBox::StandardButton UnaskedBox::exec(QMessageBox& box) {
@@ -66,8 +85,7 @@ QMessageBox::StandardButton UnaskedBox::exec(QMessageBox& box) {
 
 bool UnaskedBox::isActive() {
     const QWidget* const active = QApplication::activeWindow();
-    const auto* const governor =
-        active == nullptr ? nullptr : active->findChild<UnaskedBox*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto* const governor = active == nullptr ? nullptr : governorOf(*active);
     return governor != nullptr && governor->panel_;
 }
 
@@ -80,6 +98,12 @@ void UnaskedBox::dress() {
 }
 
 bool UnaskedBox::eventFilter(QObject* watched, QEvent* event) {
+    if (panel_ && watched == panel_->window()) {
+        if (event->type() == QEvent::WindowUnblocked) {
+            QTimer::singleShot(0, this, &UnaskedBox::come);
+        }
+        return false;
+    }
     switch (event->type()) {
         case QEvent::Show:
         case QEvent::WindowUnblocked:

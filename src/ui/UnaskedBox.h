@@ -14,10 +14,10 @@ class QKeyEvent;
 
 /// Governs a box that nobody asked for, so that nobody answers it by playing on:
 /// - No button is its default. Space and Enter press the button that has the focus, which a button gets by Tab, an
-/// arrow
-///   or a click, and by a press of their own: not while they are held on from before, nor by their repeats.
+///   arrow or a click, and by a press of their own: not while they are held on from before, nor by their repeats.
 /// - A letter acts with ALT only. Escape and the close button decide nothing.
 /// - In its first second no key and no click acts.
+/// - It waits until no dialog is open, which would keep it from being answered and lie under it.
 /// - It takes no keyboard from the panel where the system lets it. Where it gets it all the same, every key that means
 ///   nothing to it is passed on to the panel: notes go on, and begin, underneath.
 /// [gui]
@@ -29,9 +29,11 @@ public:
     /// Gets the button that was chosen; NoButton when nothing was decided.
     using Answered = std::function<void(QMessageBox::StandardButton button)>;
 
-    /// Shows the box and returns at once. The box, which has a parent, goes when it is answered, or with its parent,
-    /// and then nothing is called. The panel outlives it. Returns the box.
+    /// Shows the box, now or when the last dialog has closed, and returns at once. The box, which has a parent, goes
+    /// when it is answered, or with its parent, and then nothing is called. The panel outlives it. Returns the box.
     static QMessageBox* show(std::unique_ptr<QMessageBox> box, QWidget& panel, Answered answered = {});
+    /// Takes back a box that show() returned: it is not shown any more, goes, and nothing is called.
+    static void withdraw(QMessageBox& box);
     /// The same for a box that the program waits for: what is typed meanwhile reaches nobody else.
     static QMessageBox::StandardButton exec(QMessageBox& box);
 
@@ -44,6 +46,8 @@ protected:
 private:
     UnaskedBox(QMessageBox& box, QWidget* panel);
 
+    static UnaskedBox* governorOf(const QWidget& box);
+    void come();
     void dress();
     bool takesPress(QKeyEvent& event);
     bool takesRelease(QKeyEvent& event);
@@ -54,4 +58,5 @@ private:
     QTimer deaf_;  ///< runs while nothing acts
     KeyRepeats repeats_;
     bool spacePressed_ = false;  ///< on a button of the box
+    bool comes_ = false;         ///< as soon as no dialog is open
 };

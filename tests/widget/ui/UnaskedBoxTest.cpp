@@ -153,6 +153,30 @@ TEST_F(PanelUnaskedBox, WhatIsHeldEndsWhenTheKeyboardGoesElsewhere) {
     EXPECT_THAT(rig.TakeWritten(), Contains("80 3c 00"));
 }
 
+TEST_F(PanelUnaskedBox, ItWaitsUntilNoDialogIsOpen) {
+    const auto show = [&] {
+        return UnaskedBox::show(Dialogs::MakeBox(panel, QMessageBox::Warning, "Warning", "Lost."), *panel);
+    };
+    QDialog dialog(panel);
+    QPointer<QMessageBox> withdrawn;
+    QTimer::singleShot(0, &dialog, [&] {
+        box = show();
+        withdrawn = show();
+        QDialog question(&dialog);
+        QTimer::singleShot(0, &question, &QDialog::reject);
+        question.exec();
+        EXPECT_FALSE(IsOpen()) << "it could not be answered over a dialog";
+        UnaskedBox::withdraw(*withdrawn);
+        dialog.reject();
+    });
+    dialog.exec();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return IsOpen(); }, kWaitMs));
+    EXPECT_FALSE(withdrawn && withdrawn->isVisible());
+    EndDeafTime(*box);
+    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+    EXPECT_FALSE(IsOpen());
+}
+
 TEST_F(PanelUnaskedBox, ABoxThatTheProgramWaitsForIsAsCareful) {
     const auto shown = Dialogs::MakeBox(panel, QMessageBox::Question, "Warning", "Save?",
                                         QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
