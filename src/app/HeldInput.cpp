@@ -19,8 +19,13 @@ HeldInput::HeldInput(KivoraWidget& panel) {
 }
 
 bool HeldInput::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (eventType == "xcb_generic_event_t" && NK::IsFocusIn(message)) {
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    if (NK::IsFocusIn(message)) {
         watch_->askNow();
+    } else if (const auto release = NK::AsKeyRelease(message)) {
+        carried_.noteRelease(release->scanCode, release->atMs);
     }
     return false;
 }

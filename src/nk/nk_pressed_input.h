@@ -50,4 +50,12 @@ private:
 /// Whether an event of the X server, as XCB has it, tells that a window got the keyboard's focus.
 bool IsFocusIn(const void* xcbEvent) noexcept;
 
+struct TKeyRelease {
+    std::uint32_t scanCode;
+    std::uint32_t atMs;  ///< the server's time
+};
+
+/// Of an event of the X server, as XCB has it.
+std::optional<TKeyRelease> AsKeyRelease(const void* xcbEvent) noexcept;
+
 }  // namespace NK

@@ -87,6 +87,13 @@ void CarriedInput::keepOnly(const NK::TPressedInput& down) {
     }
 }
 
+void CarriedInput::noteRelease(quint32 scanCode, quint64 atMs) {
+    Key& key = keys_[scanCode];
+    key.up = true;
+    key.upAtMs = atMs;
+    key.toldUpAtMs = atMs;
+}
+
 bool CarriedInput::takesPress(QKeyEvent& event) {
     if (event.nativeScanCode() == 0) {
         return false;
@@ -99,7 +106,7 @@ bool CarriedInput::takesPress(QKeyEvent& event) {
         return true;
     }
     key.carried = false;
-    key.up = false;
+    key.up = event.timestamp() < key.toldUpAtMs;
     return false;
 }
 

@@ -24,6 +24,8 @@ public:
 
     /// All others are up, though their releases may have gone elsewhere.
     void keepOnly(const NK::TPressedInput& down);
+    /// The system told of it at that time stamp; Qt delivers it later, or nowhere while a dialog blocks the window.
+    void noteRelease(quint32 scanCode, quint64 atMs);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -31,7 +33,8 @@ protected:
 private:
     struct Key {
         bool up = false;
-        quint64 upAtMs = 0;  ///< time stamp of the latest release; a repeat has its press at the same time
+        quint64 upAtMs = 0;      ///< time stamp of the latest release; a repeat has its press at the same time
+        quint64 toldUpAtMs = 0;  ///< the same of those that the system told of
         bool carried = false;
     };
 

@@ -27,6 +27,11 @@ bool Poll(xcb_connection_t* server, unsigned request, ReplyPointer<TReply>& repl
     return come;
 }
 
+int TypeOf(const void* xcbEvent) noexcept {
+    constexpr int kWithoutTheMarkOfSentOnes = 0x7F;
+    return static_cast<const xcb_generic_event_t*>(xcbEvent)->response_type & kWithoutTheMarkOfSentOnes;
+}
+
 }  // namespace
 
 void CPressedInputQuery::Ask() {
@@ -66,7 +71,15 @@ std::optional<TPressedInput> CPressedInputQuery::TakeAnswer() {
 }
 
 bool IsFocusIn(const void* xcbEvent) noexcept {
-    return (static_cast<const xcb_generic_event_t*>(xcbEvent)->response_type & 0x7F) == XCB_FOCUS_IN;
+    return TypeOf(xcbEvent) == XCB_FOCUS_IN;
+}
+
+std::optional<TKeyRelease> AsKeyRelease(const void* xcbEvent) noexcept {
+    if (TypeOf(xcbEvent) != XCB_KEY_RELEASE) {
+        return std::nullopt;
+    }
+    const auto& release = *static_cast<const xcb_key_release_event_t*>(xcbEvent);
+    return TKeyRelease{.scanCode = release.detail, .atMs = release.time};
 }
 
 }  // namespace NK

@@ -133,6 +133,40 @@ TEST_F(Carried, AKeyWhoseReleaseWentElsewhereIsPressedAnew) {
     EXPECT_EQ(name.text(), "z");
 }
 
+TEST_F(Carried, AReleaseThatReachesNoWindowCountsThoughThePressIsHandledLater) {
+    for (const bool readTogether : {false, true}) {
+        const quint64 begin = readTogether ? 10 : 20;
+        if (readTogether) {
+            carried.noteRelease(kZ, begin + 1);
+        }
+        Press(panel, kZ, begin);
+        QDialog dialog(&panel);
+        dialog.setModal(true);
+        dialog.show();
+        if (!readTogether) {
+            carried.noteRelease(kZ, begin + 1);
+        }
+        dialog.close();
+        panel.Take();
+        Press(panel, kZ, begin + 5);
+        EXPECT_EQ(panel.Take(), Strings{"down z"});
+        Release(panel, kZ, begin + 6);
+        panel.Take();
+    }
+}
+
+TEST_F(Carried, ARepeatWhoseReleaseReachesNoWindowMeansNothing) {
+    Press(panel, kZ, 1);
+    panel.Take();
+    QDialog dialog(&panel);
+    QLineEdit name(&dialog);
+    dialog.setModal(true);
+    dialog.show();
+    carried.noteRelease(kZ, 2);
+    Press(name, kZ, 2);
+    EXPECT_EQ(name.text(), "");
+}
+
 TEST_F(Carried, AButtonThatWasPressedInAClosedDialogDoesNotCount) {
     QDialog dialog(&panel);
     dialog.setModal(true);
