@@ -14,6 +14,11 @@ ScrolledForm::ScrolledForm(QWidget* parent) : QScrollArea(parent) {
     connect(qApp, &QApplication::focusChanged, this, &ScrolledForm::showFocused);
 }
 
+ScrolledForm::~ScrolledForm() {
+    // The focus is taken off the contents while they are destroyed, after this part of the object.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 QSize ScrolledForm::sizeHint() const {
     return widget() != nullptr ? widget()->sizeHint() : QScrollArea::sizeHint();
 }

@@ -10,6 +10,7 @@ class ScrolledForm : public QScrollArea {
 
 public:
     explicit ScrolledForm(QWidget* parent = nullptr);
+    ~ScrolledForm() override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

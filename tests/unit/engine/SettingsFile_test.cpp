@@ -12,6 +12,7 @@
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
+using namespace std::string_literals;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -166,8 +167,8 @@ TEST_F(SettingsBesideOthers, NobodyWaitsForAFifoInItsPlace) {
 
 TEST_F(SettingsBesideOthers, WhatIsNoConfigurationIsSetAside) {
     const std::string zeros(4096, '\0');
-    const std::string utf16("\xFF\xFE[\0K\0i\0v\0o\0r\0a\0]\0\r\0\n\0T\0e\0m\0p\0o\0=\0\x39\0\x39\0\r\0\n\0", 42);
-    const std::string picture("\x89PNG\r\n\x1A\n\0\0\0\rIHDR[Kivora]\nTempo=99\n", 39);
+    const std::string utf16 = "\xFF\xFE[\0K\0i\0v\0o\0r\0a\0]\0\r\0\n\0T\0e\0m\0p\0o\0=\0\x39\0\x39\0\r\0\n\0"s;
+    const std::string picture = "\x89PNG\r\n\x1A\n\0\0\0\rIHDR[Kivora]\nTempo=99\n"s;
     for (const std::string& content : {zeros, utf16, picture, std::string("<html>\n<body></body></html>\n"),
                                        std::string("{ \"Tempo\": 99 }\n"), std::string("[Kivora]\nTempo=9\x01\n")}) {
         SCOPED_TRACE(testing::PrintToString(content.substr(0, 20)));

@@ -1,3 +1,4 @@
+#include <memory>
 #include <QPointingDevice>
 #include <QWindow>
 
@@ -79,15 +80,15 @@ TEST_F(PianoTouchTest, CancelledTouchReleasesItsKeys) {
 }
 
 TEST_F(PianoTouchTest, CancelledTouchLeavesTheMouseAndOtherScreensTheirKeys) {
-    QPointingDevice* const other = QTest::createTouchDevice();
+    const std::unique_ptr<QPointingDevice> other(QTest::createTouchDevice());
     QTest::mousePress(&piano_, Qt::LeftButton, Qt::NoModifier, QPoint(45, 90));
     Touch().press(1, QPoint(5, 90));
-    QTest::touchEvent(&piano_, other).press(2, QPoint(85, 90));
+    QTest::touchEvent(&piano_, other.get()).press(2, QPoint(85, 90));
     Signals();
     QTouchEvent cancel(QEvent::TouchCancel, Screen());
     QCoreApplication::sendEvent(&piano_, &cancel);
     EXPECT_EQ(Signals(), CSignals{"released 60"});
-    QTest::touchEvent(&piano_, other).release(2, QPoint(85, 90));
+    QTest::touchEvent(&piano_, other.get()).release(2, QPoint(85, 90));
     QTest::mouseRelease(&piano_, Qt::LeftButton, Qt::NoModifier, QPoint(45, 90));
     EXPECT_EQ(Signals(), (CSignals{"released 67", "released 64"}));
 }

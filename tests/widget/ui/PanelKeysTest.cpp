@@ -102,46 +102,6 @@ private:
     quint32 scanCode_;
 };
 
-TEST_F(PanelKeys, AKeyThatOvertakesTheReleaseOfAnotherOneOfItsNoteSounds) {
-    SynthModel synth;
-    rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) { synth.Play(event); };
-    PlacedKey comma(*panel, Qt::Key_Comma, 59);
-    PlacedKey q(*panel, Qt::Key_Q, 24);
-    comma.Press(1000);
-    rig.RunPlayer();
-    comma.Release(2000);
-    q.Press(2003);
-    rig.RunPlayer();
-    EXPECT_TRUE(synth.IsPressed(0, 72));
-    EXPECT_EQ(rig.TakeWritten(), (Written{"90 48 50", "80 48 00", "90 48 50"}));
-    q.Release(3000);
-    Wait([&] {
-        rig.RunPlayer();
-        return !synth.IsSounding();
-    });
-}
-
-TEST_F(PanelKeys, AKeyThatChattersSounds) {
-    SynthModel synth;
-    rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) { synth.Play(event); };
-    PlacedKey z(*panel, Qt::Key_Z, 52);
-    for (quint64 time = 1000; time < 2000; time += 100) {
-        z.Press(time);
-        rig.RunPlayer();
-        z.Release(time + 50);
-        z.Press(time + 52);
-        z.Release(time + 54);
-        z.Press(time + 56);
-        rig.RunPlayer();
-        EXPECT_TRUE(synth.IsPressed(0, 60)) << time;
-        z.Release(time + 90);
-        Wait([&] {
-            rig.RunPlayer();
-            return !synth.IsSounding();
-        });
-    }
-}
-
 TEST_F(PanelKeys, ARepeatedKeyPlaysOnce) {
     SendKey(QEvent::KeyPress, Qt::Key_Z, {}, false);
     for (int i = 0; i < 5; ++i) {
@@ -418,6 +378,42 @@ protected:
     SynthModel synth;
     std::unique_ptr<QWidget> other;
 };
+
+TEST_F(PanelHeld, AKeyThatOvertakesTheReleaseOfAnotherOneOfItsNoteSounds) {
+    PlacedKey comma(*panel, Qt::Key_Comma, 59);
+    PlacedKey q(*panel, Qt::Key_Q, 24);
+    comma.Press(1000);
+    rig.RunPlayer();
+    comma.Release(2000);
+    q.Press(2003);
+    rig.RunPlayer();
+    EXPECT_TRUE(synth.IsPressed(0, 72));
+    EXPECT_EQ(rig.TakeWritten(), (Written{"90 48 50", "80 48 00", "90 48 50"}));
+    q.Release(3000);
+    Wait([&] {
+        rig.RunPlayer();
+        return !synth.IsSounding();
+    });
+}
+
+TEST_F(PanelHeld, AKeyThatChattersSounds) {
+    PlacedKey z(*panel, Qt::Key_Z, 52);
+    for (quint64 time = 1000; time < 2000; time += 100) {
+        z.Press(time);
+        rig.RunPlayer();
+        z.Release(time + 50);
+        z.Press(time + 52);
+        z.Release(time + 54);
+        z.Press(time + 56);
+        rig.RunPlayer();
+        EXPECT_TRUE(synth.IsPressed(0, 60)) << time;
+        z.Release(time + 90);
+        Wait([&] {
+            rig.RunPlayer();
+            return !synth.IsSounding();
+        });
+    }
+}
 
 TEST_F(PanelHeld, AChangeOfTheLanguageMeanwhileLeavesNothing) {
     for (const char* locale : {"ru_RU", "en_US"}) {
