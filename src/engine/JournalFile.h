@@ -23,7 +23,7 @@ public:
 
     /// A new file of a free name in the folder, which is made where it is missing. Null when none can be written.
     static std::unique_ptr<JournalFile> Create(const NK::CString& folder, std::int64_t startedAt);
-    /// Takes hold of one that is there. Null when it cannot be held, for example since another program holds it.
+    /// Takes hold of one that is there. Null when it cannot be held, see NK::CLockedFile::Claim().
     static std::unique_ptr<JournalFile> Claim(const NK::CString& path);
 
     const NK::CString& GetPath() const { return file_->GetPath(); }

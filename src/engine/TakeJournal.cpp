@@ -1,6 +1,7 @@
 #include "engine/TakeJournal.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "libmidi/RoundThread.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
+#include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
 #include "nk/nk_thread_role.h"
 
@@ -35,6 +37,13 @@ bool IsPlayed(TMIDIMessage message) {
                (message.data1 != HeldKeys::kSustainController || message.data2 != 0);
     }
     return message.status < TMIDIMessage::kFirstSystemStatus && message.status != TMIDIMessage::kProgramChange;
+}
+
+/// Whether an operation on a file or folder failed, since ForgetFileFailure(), though something of its kind may be
+/// there.
+bool IsKeptFromUs() {
+    const int error = NK::GetFileFailure().error;
+    return error != 0 && error != ENOENT && error != ENOTDIR;
 }
 
 LostJournal SetAside(JournalFile& journal) {
@@ -134,8 +143,12 @@ TakeJournal::~TakeJournal() {
 
 void TakeJournal::TakeUpJournals() {
     NK::CStringArray names;
-    NK::ListFiles(folder_, names);
+    NK::ForgetFileFailure();
+    const bool isListed = NK::ListFiles(folder_, names);
     const CLockGuard guard(lock_);
+    if (!isListed && IsKeptFromUs()) {
+        lost_.push_back({folder_, false});
+    }
     for (const CString& name : names) {
         if (NK::GetFileExtension(name) == JournalFile::kExtension) {
             if (TakePointer take = TakeUp(NK::JoinPath(folder_, name))) {
@@ -149,8 +162,12 @@ void TakeJournal::TakeUpJournals() {
 }
 
 TakeJournal::TakePointer TakeJournal::TakeUp(const CString& path) {
+    NK::ForgetFileFailure();
     std::unique_ptr<JournalFile> journal = JournalFile::Claim(path);
     if (!journal) {
+        if (IsKeptFromUs()) {
+            lost_.push_back({path, false});
+        }
         return nullptr;
     }
     CaptureStore events;

@@ -32,7 +32,7 @@ struct WaitingTake {
 
 /// A journal that tells nobody what it holds.
 struct LostJournal {
-    NK::CString path;
+    NK::CString path;  ///< of the folder when that could not be read
     bool isSetAside =
         false;  ///< damaged, and kept under this name; otherwise it could not be read, and stays for later
 };

@@ -22,7 +22,7 @@ bool Report(const CString& path, bool done) {
 bool ListFiles(const CString& folder, CStringArray& names) {
     names.Clear();
     try {
-        if (Platform::ListFiles(folder, names)) {
+        if (Report(folder, Platform::ListFiles(folder, names))) {
             return true;
         }
     } catch (const CMemoryException&) {

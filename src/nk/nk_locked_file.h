@@ -18,8 +18,9 @@ public:
     /// Makes a new, empty file, permission bits 0664 less the user's mask, and returns once its name has reached the
     /// disk. Null when something has that name already and when no file can be made there.
     static std::unique_ptr<CLockedFile> Create(const CString& path);
-    /// Takes hold of a file that is there. Null when another owner holds it, in this process or another, when it was
-    /// removed meanwhile, and when it cannot be opened for reading and writing.
+    /// Takes hold of a file that is there. Null when another owner holds it, in this process or another, or has removed
+    /// it meanwhile, which leaves GetFileFailure() as it was; and, with the reason there, when it is absent, no regular
+    /// file or a link, or cannot be opened for reading and writing.
     static std::unique_ptr<CLockedFile> Claim(const CString& path);
     ~CLockedFile();
     CLockedFile(const CLockedFile&) = delete;

@@ -15,8 +15,8 @@ namespace NK {
 namespace {
 
 /// Whether nobody else holds the file and its name still stands in the folder: before the lock was got, another owner
-/// may have held, and removed, it.
-bool TakeHold(int descriptor) {
+/// may have held, and removed, it. Neither is a failure.
+bool TakeHold(int descriptor, const CString& path) {
     int result = 0;
     do {
         result = flock(descriptor, LOCK_EX | LOCK_NB);
@@ -25,7 +25,15 @@ bool TakeHold(int descriptor) {
         return false;
     }
     struct stat status {};
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 0;
+    if (fstat(descriptor, &status) != 0) {
+        SetFileFailure(path, errno);
+        return false;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        SetFileFailure(path, kErrorNoRegularFile);
+        return false;
+    }
+    return status.st_nlink > 0;
 }
 
 /// The open file if it can be held, else -1.
@@ -34,7 +42,7 @@ int Open(const CString& path, int flags) {
     if (descriptor < 0) {
         SetFileFailure(path, errno);
     }
-    if (descriptor >= 0 && !TakeHold(descriptor)) {
+    if (descriptor >= 0 && !TakeHold(descriptor, path)) {
         close(descriptor);
         return -1;
     }

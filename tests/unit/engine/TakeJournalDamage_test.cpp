@@ -2,14 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "engine/JournalFile.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_disk_file.h"
+#include "nk/nk_file_failure.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
 #include "unit/engine/EngineRig.h"
@@ -205,6 +208,38 @@ TEST_F(TakeJournalDamage, AJournalThatCannotBeReadStaysAndIsToldAndOfferedOnceIt
     Start();
     EXPECT_EQ(journal->GetWaiting().at(0).missing, 0);
     EXPECT_EQ(CountSaved(), kSavedWhole);
+}
+
+TEST_F(TakeJournalDamage, AJournalThatCannotBeHeldIsToldAndStays) {
+    const std::filesystem::path elsewhere = folder / "elsewhere";
+    std::filesystem::rename(file, elsewhere);
+    std::filesystem::create_symlink(elsewhere, file);
+    Start();
+    EXPECT_THAT(journal->GetWaiting(), IsEmpty());
+    EXPECT_THAT(TakeLost(), ElementsAre("? " + file.string()));
+    EXPECT_THAT(TakeLost(), IsEmpty()) << "told once";
+    EXPECT_EQ(ReadFileBytes(elsewhere), whole);
+    EXPECT_TRUE(std::filesystem::is_symlink(file));
+}
+
+TEST_F(TakeJournalDamage, AJournalThatAnotherProgramHoldsIsNotTold) {
+    const auto held = Kivora::JournalFile::Claim(ToPath(file));
+    ASSERT_TRUE(held);
+    NK::SetFileFailure(L"earlier", EIO);
+    Start();
+    EXPECT_THAT(journal->GetWaiting(), IsEmpty());
+    EXPECT_THAT(TakeLost(), IsEmpty());
+}
+
+TEST_F(TakeJournalDamage, AFolderThatCannotBeReadIsToldAndOneThatIsAbsentIsNot) {
+    std::filesystem::remove_all(GetTakes());
+    NK::SetFileFailure(L"earlier", EIO);
+    Start();
+    EXPECT_THAT(TakeLost(), IsEmpty());
+    std::filesystem::create_symlink(GetTakes(), GetTakes());  // to itself
+    Start();
+    EXPECT_THAT(journal->GetWaiting(), IsEmpty());
+    EXPECT_THAT(TakeLost(), ElementsAre("? " + GetTakes().string()));
 }
 
 TEST_F(TakeJournalDamage, ATakeOfTheFirstVersionIsOffered) {

@@ -87,6 +87,16 @@ TEST_F(FileFailures, SoDoLoadingAndOpening) {
     ExpectFailure(Path("absent"), ENOENT);
     EXPECT_EQ(CLockedFile::Create(Path("missing/a")), nullptr);
     ExpectFailure(Path("missing/a"), ENOENT);
+    EXPECT_EQ(CLockedFile::Claim(Path("absent")), nullptr);
+    ExpectFailure(Path("absent"), ENOENT);
+    EXPECT_EQ(CLockedFile::Claim(L"/dev/null"), nullptr);
+    ExpectFailure(L"/dev/null", kErrorNoRegularFile);
+    const auto held = CLockedFile::Create(Path("held"));
+    EXPECT_EQ(CLockedFile::Claim(Path("held")), nullptr);
+    EXPECT_EQ(GetFileFailure().error, 0) << "somebody else's is no failure";
+    CStringArray names;
+    EXPECT_FALSE(ListFiles(Path("absent"), names));
+    ExpectFailure(Path("absent"), ENOENT);
 }
 
 TEST_F(FileFailures, NobodyWaitsForWhatIsNoFile) {
