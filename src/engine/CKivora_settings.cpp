@@ -144,14 +144,12 @@ bool CKivora::SaveSettings() {
     if (!NK::CreateFolder(GetUserDataDir())) {
         return false;
     }
-    NK::CString setAside;
-    if (!settingsFile_.Save([this](NK::CIniFile& lines) { WriteSettings(lines); }, setAside)) {
-        return false;
+    NK::CStringArray setAside;
+    const bool saved = settingsFile_.Save([this](NK::CIniFile& lines) { WriteSettings(lines); }, setAside);
+    for (const NK::CString& path : setAside) {
+        emit DamagedFileSetAside(QString::fromStdWString(std::wstring(path.View())));
     }
-    if (!setAside.IsEmpty()) {
-        emit DamagedFileSetAside(QString::fromStdWString(std::wstring(setAside.View())));
-    }
-    return true;
+    return saved;
 }
 
 void CKivora::LoadSynthSettings(NK::CIniFile& file) {

@@ -73,9 +73,8 @@ CIniFile SettingsFile::Load() {
     }
     onDisk_ = lines;
     own_ = CIniFile();
-    if (ReadFile(changes_, GetPathBeside()) != State::kGood) {
-        changes_ = CIniFile();
-    }
+    late_ = CIniFile();
+    ReadBeside();
     for (const auto& entry : ValuesOf(changes_)) {
         SetValue(lines, entry);
     }
@@ -92,8 +91,30 @@ void SettingsFile::Remember(const Writer& write) {
     }
 }
 
-bool SettingsFile::Save(const Writer& write, CString& setAside) {
+void SettingsFile::ReadBeside() {
+    stateBeside_ = ReadFile(changes_, GetPathBeside());
+    if (stateBeside_ != State::kGood) {
+        changes_ = CIniFile();
+    }
+}
+
+void SettingsFile::MendBeside(NK::CStringArray& setAside) {
+    if (stateBeside_ == State::kUnreadable) {
+        ReadBeside();
+        late_ = changes_;
+    }
+    if (stateBeside_ == State::kDamaged) {
+        const CString name = SetFileAside(GetPathBeside());
+        if (!name.IsEmpty()) {
+            setAside.Push(name);
+            stateBeside_ = State::kAbsent;
+        }
+    }
+}
+
+bool SettingsFile::Save(const Writer& write, NK::CStringArray& setAside) {
     isSavedBeside_ = false;
+    MendBeside(setAside);
     CIniFile file;
     const State state = ReadFile(file, path_);
     if (state == State::kUnreadable) {
@@ -103,7 +124,10 @@ bool SettingsFile::Save(const Writer& write, CString& setAside) {
         return false;
     }
     const bool damaged = state == State::kDamaged;
-    const Values theirs = damaged ? Values() : ValuesOf(file);
+    Values theirs = damaged ? Values() : ValuesOf(file);
+    for (const auto& [key, value] : ValuesOf(late_)) {
+        theirs.insert_or_assign(key, value);
+    }
     if (damaged) {
         file = onDisk_;
     }
@@ -119,12 +143,20 @@ bool SettingsFile::Save(const Writer& write, CString& setAside) {
             SetValue(file, entry);
         }
     }
-    if (!(damaged ? SaveOverDamaged(file, path_, setAside) : file.Save(path_))) {
+    CString damagedName;
+    if (!(damaged ? SaveOverDamaged(file, path_, damagedName) : file.Save(path_))) {
         return false;
+    }
+    if (damaged) {
+        setAside.Push(damagedName);
     }
     state_ = State::kGood;
     onDisk_ = own;
-    own_ = std::move(own);
+    late_ = CIniFile();
+    // What has been changed since the load is newer than what an unreadable file beside may hold.
+    if (stateBeside_ != State::kUnreadable) {
+        own_ = std::move(own);
+    }
     if (!changes_.IsEmpty() && NK::RemoveFile(GetPathBeside())) {
         changes_ = CIniFile();
     }
@@ -132,6 +164,9 @@ bool SettingsFile::Save(const Writer& write, CString& setAside) {
 }
 
 void SettingsFile::SaveBeside(const Writer& write) {
+    if (stateBeside_ == State::kUnreadable || stateBeside_ == State::kDamaged) {
+        return;
+    }
     CIniFile now = onDisk_;
     write(now);
     const Values own = ValuesOf(own_);

@@ -6,15 +6,20 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "support/Files.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
 using namespace std::string_literals;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -45,11 +50,30 @@ protected:
         std::filesystem::rename(hidden, path);
     }
 
+    void MakeChangesUnreadable(const std::string& content) {
+        WriteFileBytes(hiddenChanges, content);
+        std::filesystem::create_symlink("/proc/self/mem", changes);
+    }
+    void MakeChangesReadable() {
+        std::filesystem::remove(changes);
+        std::filesystem::rename(hiddenChanges, changes);
+    }
+    /// Saves, and puts into `names` what was told to be set aside.
+    bool Save(std::vector<std::string>& names) {
+        const auto connection =
+            QObject::connect(&engine, &Kivora::CKivora::DamagedFileSetAside,
+                             [&names](const QString& name) { names.push_back(name.toStdString()); });
+        const bool saved = engine.SaveSettings();
+        QObject::disconnect(connection);
+        return saved;
+    }
+
     EngineRig rig;
     EngineRig otherRig;
     const std::filesystem::path path = rig.folder / "user/Kivora.ini";
     const std::filesystem::path changes = rig.folder / "user/Kivora.ini.changes";
     const std::filesystem::path hidden = rig.folder / "hidden.ini";
+    const std::filesystem::path hiddenChanges = rig.folder / "hidden.changes";
     Kivora::CKivora& engine = rig.Create();
 };
 
@@ -143,6 +167,80 @@ TEST_F(SettingsBesideOthers, WhatAnEarlierRunKeptBesideCountsEvenIfOnlyTheEndCan
     EXPECT_TRUE(engine.SaveSettings());
     EXPECT_THAT(Read(), HasSubstr("\nVolume0=103\n"));
     EXPECT_THAT(Read(), HasSubstr("\nTempo=99\n"));
+}
+
+TEST_F(SettingsBesideOthers, WhatIsKeptBesideIsAddedToWhenOnlyTheEndCanReadIt) {
+    MakeUnreadable();
+    MakeChangesUnreadable("[Kivora]\nVolume0=103\nTempo=150\n");
+    engine.LoadSettings();
+    engine.SetTempo(60);
+    EXPECT_FALSE(engine.SaveSettings());
+    EXPECT_FALSE(engine.GetSettingsFile().IsSavedBeside());
+    EXPECT_TRUE(std::filesystem::is_symlink(changes)) << "left as it is";
+    EXPECT_EQ(NK::GetFileFailure().path.ToUtf8(), path.native());
+    MakeChangesReadable();
+    EXPECT_FALSE(engine.SaveSettings());
+    EXPECT_TRUE(engine.GetSettingsFile().IsSavedBeside());
+    EXPECT_THAT(ReadChanges(), HasSubstr("Volume0=103\n"));
+    EXPECT_THAT(ReadChanges(), HasSubstr("Tempo=60\n")) << "changed last";
+    MakeReadable();
+    EXPECT_TRUE(engine.SaveSettings());
+    EXPECT_THAT(Read(), HasSubstr("\nVolume0=103\n"));
+    EXPECT_THAT(Read(), HasSubstr("\nTempo=60\n"));
+    EXPECT_THAT(Read(), HasSubstr("\nInput=none\n"));
+    EXPECT_FALSE(std::filesystem::exists(changes));
+}
+
+TEST_F(SettingsBesideOthers, WhatIsKeptBesideComesIntoTheFileWhenOnlyASaveCanReadIt) {
+    MakeChangesUnreadable("[Kivora]\nVolume0=103\nTempo=150\n");
+    EXPECT_TRUE(engine.LoadSettings());
+    engine.SetTempo(60);
+    EXPECT_TRUE(engine.SaveSettings());
+    EXPECT_THAT(Read(), HasSubstr("\nVolume0=50\n"));
+    EXPECT_TRUE(std::filesystem::is_symlink(changes)) << "left as it is";
+    MakeChangesReadable();
+    for (int save = 0; save < 2; ++save) {
+        EXPECT_TRUE(engine.SaveSettings());
+        EXPECT_THAT(Read(), HasSubstr("\nVolume0=103\n"));
+        EXPECT_THAT(Read(), HasSubstr("\nTempo=60\n")) << "changed last";
+        EXPECT_FALSE(std::filesystem::exists(changes));
+    }
+}
+
+TEST_F(SettingsBesideOthers, WhatIsKeptBesideIsSetAsideWhenItIsNoConfiguration) {
+    const std::string zeros(4096, '\0');
+    WriteFileBytes(changes, zeros);
+    EXPECT_TRUE(engine.LoadSettings());
+    EXPECT_EQ(ReadChanges(), zeros);
+    std::vector<std::string> names;
+    EXPECT_TRUE(Save(names));
+    EXPECT_THAT(names, ElementsAre(changes.native() + ".bad"));
+    EXPECT_EQ(ReadFileBytes(changes.native() + ".bad"), zeros);
+    EXPECT_FALSE(std::filesystem::exists(changes));
+    names.clear();
+    EXPECT_TRUE(Save(names));
+    EXPECT_THAT(names, IsEmpty()) << "told once";
+}
+
+TEST_F(SettingsBesideOthers, WhatIsKeptBesideIsSetAsideBeforeMoreIsKept) {
+    WriteFileBytes(changes, "no configuration");
+    MakeUnreadable();
+    engine.LoadSettings();
+    engine.SetTempo(60);
+    std::vector<std::string> names;
+    EXPECT_FALSE(Save(names));
+    EXPECT_THAT(names, ElementsAre(changes.native() + ".bad"));
+    EXPECT_EQ(ReadFileBytes(changes.native() + ".bad"), "no configuration");
+    EXPECT_EQ(ReadChanges(), "[Kivora]\nTempo=60\n");
+}
+
+TEST_F(SettingsBesideOthers, BothFilesAreSetAsideWhenBothAreDamaged) {
+    Write("no configuration");
+    WriteFileBytes(changes, "none either");
+    EXPECT_FALSE(engine.LoadSettings());
+    std::vector<std::string> names;
+    EXPECT_TRUE(Save(names));
+    EXPECT_THAT(names, UnorderedElementsAre(path.native() + ".bad", changes.native() + ".bad"));
 }
 
 TEST_F(SettingsBesideOthers, AFileThatCannotBeReadAtTheEndIsLeftAsWell) {
