@@ -22,16 +22,23 @@ ScreenFit::ScreenFit(QWidget& window, KivoraWidget& panel) : window_(window), pa
     calm_.setInterval(kCalmMs);
     connect(&calm_, &QTimer::timeout, this, &ScreenFit::Fit);
     window_.installEventFilter(this);
+    if (window_.isVisible()) {
+        FollowWindow();
+    }
 }
 
 bool ScreenFit::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Show) {
-        connect(window_.windowHandle(), &QWindow::screenChanged, this, &ScreenFit::FollowScreen, Qt::UniqueConnection);
-        FollowScreen();  // the window's frame is known soon, too
+        FollowWindow();  // its frame is known soon, too
     } else if (event->type() == QEvent::Move && calm_.isActive()) {
         FitSoon();
     }
     return QObject::eventFilter(watched, event);
+}
+
+void ScreenFit::FollowWindow() {
+    connect(window_.windowHandle(), &QWindow::screenChanged, this, &ScreenFit::FollowScreen, Qt::UniqueConnection);
+    FollowScreen();
 }
 
 void ScreenFit::FollowScreen() {

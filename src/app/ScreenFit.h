@@ -18,7 +18,7 @@ class ScreenFit : public QObject {
     Q_OBJECT
 
 public:
-    /// Neither is owned; both outlive this.
+    /// Neither is owned; both outlive this. The panel of a window that is shown already is fitted soon.
     ScreenFit(QWidget& window, KivoraWidget& panel);
 
     void Fit();
@@ -27,6 +27,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void FollowWindow();
     void FollowScreen();
     void FitSoon() { calm_.start(); }
     void MoveOntoScreen();

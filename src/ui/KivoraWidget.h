@@ -284,7 +284,8 @@ private:
     QTimer panelTimer_;
     std::unique_ptr<Kivora::PortKeeper> keeper_;  ///< null until the ports are opened
     QTimer portTimer_;
-    QTimer inputReturnTimer_;  ///< runs while the return of the keyboard is told
+    bool inputLossTold_ = false;  ///< since ports were chosen
+    QTimer inputReturnTimer_;     ///< runs while the return of the keyboard is told
     QString engineFailure_;
     std::function<void()> engineWanted_;
     LibMidi::SynthControl* substituteSynth_ = nullptr;

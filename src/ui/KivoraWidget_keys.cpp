@@ -200,7 +200,7 @@ void KivoraWidget::offerOctaveShift() {
     display_->notice()->tell(NoticeLine::Topic::kHint,
                              tr("No computer key plays the bass: press here for octave shift \xE2\x88\x92"
                                 "1"),
-                             [this] { octaveDownClicked(); });
+                             [this] { setOctaveShift(-kOctave); });
     octaveOfferTimer_.start(kOfferMs);
 }
 

@@ -1,5 +1,6 @@
 // The ports: opening them, what is told about them, and the settings where they are chosen.
 #include <QMessageBox>
+#include <utility>
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
@@ -115,7 +116,7 @@ void KivoraWidget::inputLost() {
     midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
                              nullptr, static_cast<int>(engine_->GetInputLostCount())));
     midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
-    if (engine_->GetInputLostCount() == 1) {
+    if (!std::exchange(inputLossTold_, true)) {
         releaseHeld();
         UnaskedBox::show(
             Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
@@ -133,10 +134,12 @@ void KivoraWidget::settingsClicked() {
     }
     dialog.explainBy([this] { return explainPorts(); });
     if (keeper_ != nullptr) {
-        connect(keeper_.get(), &PortKeeper::StateChanged, &dialog, &midiSettings::explain);
+        connect(keeper_.get(), &PortKeeper::StateChanged, &dialog, &midiSettings::portsChanged);
+        connect(keeper_.get(), &PortKeeper::InputReturned, &dialog, &midiSettings::portsChanged);
     }
     const bool confirmed = dialog.exec() == QDialog::Accepted;
     updateNotices();
+    inputLossTold_ = inputLossTold_ && !confirmed;
     if (confirmed && engine_ == nullptr && engineWanted_) {
         engineWanted_();
     }

@@ -44,8 +44,7 @@ void NoticeLine::showMostUrgent() {
     if (text() != notice.text) {
         setText(notice.text);
         setAccessibleName(notice.text);
-        // Whole, where the line is too short for it; as markup, so that none in a device's name is taken for it.
-        setToolTip("<span>" + notice.text.toHtmlEscaped() + "</span>");
+        setToolTip(notice.text);  // whole, where the line is too short for it
         QAccessibleEvent alert(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&alert);
     }

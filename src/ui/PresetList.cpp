@@ -54,7 +54,7 @@ PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* paren
     fillList();
     if (const auto found = ui_->presetList->findItems(current, Qt::MatchFixedString | Qt::MatchCaseSensitive);
         !found.isEmpty()) {
-        ui_->presetList->setCurrentItem(found.first());
+        ui_->presetList->setCurrentItem(found.last());  // the own one, where a factory preset bears its name
     }
     updateButtons();
     nameEditChanged();

@@ -1,6 +1,7 @@
 #include "ui/PressedInputWatch.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <utility>
 
@@ -13,7 +14,12 @@ bool PressedInputWatch::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress:
         case QEvent::ShortcutOverride:
-            notePress();
+            if (const auto& key = static_cast<const QKeyEvent&>(*event); !repeats_.isRepeat(key)) {
+                notePress();
+            }
+            break;
+        case QEvent::KeyRelease:
+            repeats_.noteRelease(static_cast<const QKeyEvent&>(*event));
             break;
         case QEvent::MouseButtonPress:
             ofMouse_ = static_cast<QMouseEvent*>(event)->source() == Qt::MouseEventNotSynthesized;

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "nk/nk_pressed_input.h"
+#include "ui/KeyRepeats.h"
 
 /// From a press of any key or mouse button of the program until nothing is down, asks the window system every
 /// `kPeriodMs` what is down. It tells of no release while the keyboard is elsewhere for a moment, with a notice that
@@ -46,6 +47,7 @@ private:
 
     Source source_;
     QTimer timer_;
+    KeyRepeats repeats_;  ///< of a key that is down, which ask for nothing new
     bool asking_ = false;
     std::optional<NK::TPressedInput> answer_;  ///< that has come and is not told yet
     bool pressedSince_ = false;                ///< an answer to an older question would not know that press

@@ -1,11 +1,23 @@
 #include "ui/ScrolledForm.h"
 
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
+#include <QScrollBar>
 
 namespace {
 constexpr QSize kSmallest(160, 80);
+
+/// What the wheel would change.
+bool isTurned(const QObject* object) {
+    return qobject_cast<const QComboBox*>(object) != nullptr ||
+           qobject_cast<const QAbstractSpinBox*>(object) != nullptr ||
+           (qobject_cast<const QAbstractSlider*>(object) != nullptr &&
+            qobject_cast<const QScrollBar*>(object) == nullptr);
 }
+}  // namespace
 
 ScrolledForm::ScrolledForm(QWidget* parent) : QScrollArea(parent) {
     setWidgetResizable(true);
@@ -30,8 +42,21 @@ QSize ScrolledForm::minimumSizeHint() const {
 bool ScrolledForm::eventFilter(QObject* watched, QEvent* event) {
     if (watched == widget() && event->type() == QEvent::LayoutRequest) {
         updateGeometry();
+    } else if (event->type() == QEvent::Wheel && isTurned(watched) && !static_cast<QWidget*>(watched)->hasFocus()) {
+        event->ignore();  // the next that gets it is what it lies on
+        return true;
     }
     return QScrollArea::eventFilter(watched, event);
+}
+
+void ScrolledForm::showEvent(QShowEvent* event) {
+    for (QWidget* part : findChildren<QWidget*>()) {
+        if (isTurned(part)) {
+            part->setFocusPolicy(Qt::StrongFocus);  // and not by the wheel
+            part->installEventFilter(this);
+        }
+    }
+    QScrollArea::showEvent(event);
 }
 
 void ScrolledForm::showFocused(QWidget*, QWidget* focused) {

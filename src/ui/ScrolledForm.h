@@ -3,8 +3,8 @@
 
 #include <QScrollArea>
 
-/// Wants the room of its whole contents, and scrolls where it gets less. What gets the keyboard is scrolled into sight.
-/// [gui]
+/// Wants the room of its whole contents, and scrolls where it gets less. What gets the keyboard is scrolled into sight;
+/// the wheel turns only what has it, and scrolls over everything else. [gui]
 class ScrolledForm : public QScrollArea {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void showFocused(QWidget* former, QWidget* focused);

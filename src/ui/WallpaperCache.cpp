@@ -86,6 +86,7 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& ar
     if (const QImage kept = LoadKept(path); !kept.isNull()) {
         return {kept, {}, {}};
     }
+    const QString stamp = StampOf(path);  // before it may become another picture
     const Result source = Decode(path);
     if (source.image.isNull()) {
         return source;
@@ -94,7 +95,11 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& ar
                               .scaledToWidth(area.width(), Qt::SmoothTransformation)
                               .convertToFormat(source.image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                                               : QImage::Format_RGB32);
-    return scaled.isNull() ? Failure(kNoSize, path) : Keep(scaled, path);
+    if (scaled.isNull()) {
+        return Failure(kNoSize, path);
+    }
+    // The kept picture cannot be transparent.
+    return scaled.hasAlphaChannel() ? Result{scaled, {}, {}} : Keep(scaled, path, stamp);
 }
 
 QString WallpaperCache::StampOf(const QString& path) {
@@ -126,7 +131,7 @@ QImage WallpaperCache::LoadKept(const QString& path) const {
                    : QImage();
 }
 
-WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& path) const {
+WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& path, const QString& stamp) const {
     const auto failure = [&image](const char* source, const QString& file) {
         Result result = Failure(source, file, SystemsReason());
         result.image = image;
@@ -148,7 +153,7 @@ WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& 
                             [&](NK::CFile& file) { return file.Write(bytes.constData(), 1, size) == size; })) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
     }
-    if (!WriteText(folder_ + kStampFile, StampOf(path)) || !WriteText(pathFile, path)) {
+    if (!WriteText(folder_ + kStampFile, stamp) || !WriteText(pathFile, path)) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache information to:"), pathFile);
     }
     return {image, {}, {}};

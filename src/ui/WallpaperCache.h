@@ -35,7 +35,7 @@ public:
 private:
     QImage LoadKept(const QString& path) const;
     bool IsCurrent(const QString& path) const;
-    Result Keep(const QImage& image, const QString& path) const;
+    Result Keep(const QImage& image, const QString& path, const QString& stamp) const;
 
     QString folder_;
 };

@@ -285,12 +285,16 @@ void midiSettings::rescanPorts() {
         showError(tr("MIDI devices cannot be looked for while recording."));
         return;
     }
-    const QString input = ui_->insCb->currentText();
-    const QString output = ui_->outsCb->currentText();
     attempt(tr("Looking for MIDI devices failed"), [this] {
         const Dialogs::WaitCursor wait;
         front_->RescanPorts();
     });
+    portsChanged();
+}
+
+void midiSettings::portsChanged() {
+    const QString input = ui_->insCb->currentText();
+    const QString output = ui_->outsCb->currentText();
     fillPorts();
     explain();
     const auto keep = [](QComboBox& combo, const QString& name) {

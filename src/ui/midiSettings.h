@@ -38,6 +38,8 @@ public:
 public slots:
     /// Asks anew for that text.
     void explain();
+    /// Other ports are there than when they were listed: lists them anew, with those chosen that were, by name.
+    void portsChanged();
     /// Takes everything over, saves the settings and closes.
     void closeClicked();
     void defaultVelocities();

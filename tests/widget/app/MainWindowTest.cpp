@@ -17,6 +17,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QtTest/QTest>
+#include <QWindow>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -150,6 +151,14 @@ TEST_F(MainWindowTest, WithoutAnEngineTheDisplaySaysWhyAndAVisitToTheSettingsBri
     window.show();
     WaitForBoxes(1);
     EXPECT_EQ(Notice(window), "No sound: No MIDI ports found.");
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto small =
+        std::find_if(screens.begin(), screens.end(), [](const QScreen* screen) { return screen->name() == "small"; });
+    ASSERT_NE(small, screens.end());
+    window.windowHandle()->setScreen(*small);
+    window.move((*small)->availableGeometry().topLeft());
+    const auto isFitted = [&] { return window.GetPanel()->panelScale() < 1.0; };
+    EXPECT_TRUE(QTest::qWaitFor(isFitted, 30000));
     bool hadSynth = false;
     const auto visit = [&](const std::function<void()>& meanwhile) {
         QTimer::singleShot(0, [&] {
@@ -175,6 +184,7 @@ TEST_F(MainWindowTest, WithoutAnEngineTheDisplaySaysWhyAndAVisitToTheSettingsBri
     EXPECT_TRUE(window.GetFront()->GetEngine().IsOutputReady());
     EXPECT_TRUE(window.GetPanel()->isVisible());
     EXPECT_EQ(window.centralWidget(), window.GetPanel());
+    EXPECT_TRUE(QTest::qWaitFor(isFitted, 30000)) << "the new one too";
     EXPECT_EQ(Notice(window), "");
     EXPECT_EQ(rig_.synth->GetSettings(), chosen);
     std::ifstream stream(rig_.folder / "user" / "Kivora.ini");

@@ -477,6 +477,37 @@ TEST_F(SettingsDialog, FitsEveryScreenAndReachesAllOfItThere) {
     }
 }
 
+TEST_F(SettingsDialog, PortsThatChangeMeanwhileAreListedAnewAndTheChosenOnesStay) {
+    Open();
+    Combo("outsCb").setCurrentIndex(Combo("outsCb").findText(QString::fromWCharArray(kOtherSynth)));
+    rig.backend.Unplug(kSynth);
+    rig.engine->RescanPorts();
+    dialog->portsChanged();
+    EXPECT_EQ(Combo("outsCb").currentText(), QString::fromWCharArray(kOtherSynth));
+    dialog->closeClicked();
+    EXPECT_EQ(rig.engine->GetOutputPortName(), kOtherSynth);
+}
+
+TEST_F(SettingsDialog, TheWheelTurnsOnlyWhatHasTheFocus) {
+    Open();
+    Combo("insCb").setFocus();
+    auto& low = Find<QSpinBox>("spinLow");
+    const int value = low.value();
+    const auto turn = [&low] {
+        const QPointF at = low.rect().center();
+        QWheelEvent wheel(at, low.mapToGlobal(at), {}, QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&low, &wheel);
+        return wheel.isAccepted();
+    };
+    EXPECT_FALSE(low.focusPolicy() == Qt::WheelFocus);
+    EXPECT_FALSE(turn()) << "left to the form, which scrolls";
+    EXPECT_EQ(low.value(), value);
+    low.setFocus();
+    EXPECT_TRUE(turn());
+    EXPECT_EQ(low.value(), value - 1);
+}
+
 TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
     rig.engine->SetInputPortByName(kKeyboard);
     Open();

@@ -64,7 +64,7 @@ TEST_F(Notices, APressDoesWhatTheShownOneIsFor) {
 TEST_F(Notices, ANameWithMarkupIsShownAsItIs) {
     line.tell(Topic::kSound, "<img src=x> is lost");
     EXPECT_EQ(line.textFormat(), Qt::PlainText);
-    EXPECT_EQ(line.toolTip(), "<span>&lt;img src=x&gt; is lost</span>");
+    EXPECT_EQ(line.toolTip(), "<img src=x> is lost");
     EXPECT_EQ(line.accessibleName(), "<img src=x> is lost");
 }
 

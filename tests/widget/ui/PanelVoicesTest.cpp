@@ -546,6 +546,11 @@ TEST_F(PanelVoices, SplitOffersTheOctaveShiftThatBringsTheBassToTheComputerKeys)
     EXPECT_FALSE(line.isHidden());
     Click("voice-mode-dual");
     EXPECT_TRUE(line.isHidden()) << "no split, no bass";
+    Click("octave-up");
+    Click("octave-up");
+    Click("voice-mode-split");
+    QTest::mouseClick(&line, Qt::LeftButton);
+    EXPECT_TRUE(line.isHidden()) << "the shift that the line names, from any other";
 }
 
 }  // namespace

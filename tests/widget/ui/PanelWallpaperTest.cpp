@@ -150,6 +150,7 @@ TEST_F(PanelWallpaper, ATransparentPictureKeepsTheBodysColourUnderIt) {
     Set(PathOf("clear.png"));
     Engine().SetUIColor(QColor(120, 40, 20));
     EXPECT_NEAR(HueAt(kBareBody), QColor(120, 40, 20).hsvHue(), 8);
+    EXPECT_FALSE(QFile::exists(CachePicture())) << "what is kept has no transparency";
 }
 
 TEST_F(PanelWallpaper, OfAHighPictureOnlyTheTopIsScaledAndKept) {

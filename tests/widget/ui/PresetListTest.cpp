@@ -115,6 +115,15 @@ TEST_F(Presets, TheCurrentPresetIsNamedAndSelected) {
     EXPECT_EQ(dialog->windowTitle(), "Load Preset");
 }
 
+TEST_F(Presets, OfTwoOfTheCurrentNameTheOwnOneIsSelected) {
+    AddFactory(L"Zither");
+    AddUser(L"Zither");
+    Open(false);
+    ASSERT_NE(List().currentItem(), nullptr);
+    EXPECT_FALSE(List().currentItem()->font().bold()) << "a factory preset";
+    EXPECT_EQ(List().currentItem()->text(), "Zither");
+}
+
 TEST_F(Presets, WhatIsTypedFirstReplacesTheNameToSaveUnder) {
     AddUser(L"Alto");
     Open(true);

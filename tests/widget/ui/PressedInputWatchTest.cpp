@@ -70,6 +70,23 @@ TEST_F(Watch, AnAnswerFromBeforeAPressDoesNotCount) {
     ASSERT_TRUE(Wait([&] { return told.size() == 1; }));
 }
 
+TEST_F(Watch, RepeatsOfAHeldKeyKeepNoAnswerFromCounting) {
+    PressKey();
+    ASSERT_TRUE(Wait([&] { return asked == 1; }));
+    // As the system repeats a held key: mostly without its flag. A widget would be sent more.
+    QObject window;
+    for (const QEvent::Type type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent repeat(type, Qt::Key_Z, Qt::NoModifier, 52, 0, 0);
+        repeat.setTimestamp(500);
+        QApplication::sendEvent(&window, &repeat);
+    }
+    QKeyEvent flagged(QEvent::KeyPress, Qt::Key_Z, Qt::NoModifier, 52, 0, 0, {}, true);
+    QApplication::sendEvent(&window, &flagged);
+    answer = ZDown();
+    ASSERT_TRUE(Wait([&] { return told.size() == 1; }));
+    EXPECT_EQ(asked, 1);
+}
+
 TEST_F(Watch, AsksAtOnceWhenTheFocusComesBack) {
     PressKey();
     watch.askNow();
