@@ -15,6 +15,7 @@
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/UnaskedBox.h"
 
 namespace Kivora {
 
@@ -76,7 +77,9 @@ void MainWindow::TryEngineAgain() {
     }
     // What was chosen, which the file does not have yet.
     const LibMidi::SynthSettings chosen = synth_ != nullptr ? synth_->GetSettings() : LibMidi::SynthSettings();
+    KivoraWidget& former = *panel_;  // which is deleted when the event loop comes to it
     CreatePanel(false);
+    former.notices().HandOver(panel_->notices());
     if (synth_ != nullptr && synth_->GetSettings() != chosen) {
         static_cast<void>(synth_->ApplySettings(chosen));
     }
@@ -94,9 +97,11 @@ MainWindow::~MainWindow() {
     }
     const bool saved = SaveSettings();
     if (!quiet_) {
+        const QString why = saved ? QString() : Dialogs::WhySettingsAreNotSaved(*engine_);
+        panel_->notices().End();
         if (!saved) {
-            Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), tr("Failed to save the settings."),
-                                 Dialogs::WhySettingsAreNotSaved(*engine_));
+            UnaskedBox::exec(*Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"),
+                                               tr("Failed to save the settings."), QMessageBox::Ok, why));
         }
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);

@@ -142,8 +142,7 @@ void KivoraWidget::takeNotKept() {
 }
 
 void KivoraWidget::fileSetAside(const QString& path) {
-    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"),
-                  tr("A damaged file was kept under another name:") + "\n" + path);
+    notices_.Tell(QMessageBox::Warning, tr("Warning"), tr("A damaged file was kept under another name:") + "\n" + path);
 }
 
 void KivoraWidget::resetClicked() {

@@ -90,7 +90,7 @@ public:
 
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
-    /// In a box, with the window behind it: at once, or as soon as it is shown.
+    /// What the user is told in boxes, from when the window is shown.
     StartNotices& notices() { return notices_; }
 
 public slots:

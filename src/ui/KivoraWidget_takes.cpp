@@ -172,10 +172,11 @@ bool KivoraWidget::isReadyToClose() {
     if (std::all_of(waiting.begin(), waiting.end(), [](const WaitingTake& take) { return take.isOnDisk; })) {
         return true;
     }
-    Dialogs::ShowFailure(this, QMessageBox::Warning, tr("Warning"),
-                         tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
-                            "Save the recording in another folder, or discard it."),
-                         Dialogs::GetFileFailure());
+    UnaskedBox::exec(
+        *Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
+                          tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
+                             "Save the recording in another folder, or discard it."),
+                          QMessageBox::Ok, Dialogs::GetFileFailure()));
     return false;
 }
 

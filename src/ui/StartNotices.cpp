@@ -1,27 +1,70 @@
 #include "ui/StartNotices.h"
 
+#include <QTimer>
 #include <utility>
 
 #include "ui/Dialogs.h"
+#include "ui/UnaskedBox.h"
 
 void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details) {
-    const Notice notice{icon, title, text, details};
-    if (begun_) {
-        Show(notice);
+    waiting_.push_back({icon, title, text, details});
+    if (ended_) {
+        TellAndWait();
     } else {
-        waiting_.push_back(notice);
+        Show();
     }
 }
 
 void StartNotices::Begin() {
-    if (std::exchange(begun_, true)) {
-        return;
-    }
-    for (const Notice& notice : std::exchange(waiting_, {})) {
-        Show(notice);
+    if (!std::exchange(begun_, true)) {
+        Show();
     }
 }
 
-void StartNotices::Show(const Notice& notice) {
-    Dialogs::ShowFailure(window_, notice.icon, notice.title, notice.text, notice.details);
+void StartNotices::End() {
+    ended_ = true;
+    Withdraw();
+    TellAndWait();
+}
+
+void StartNotices::HandOver(StartNotices& successor) {
+    ended_ = true;
+    Withdraw();
+    for (const Notice& notice : std::exchange(waiting_, {})) {
+        successor.Tell(notice.icon, notice.title, notice.text, notice.details);
+    }
+}
+
+void StartNotices::Show() {
+    if (!begun_ || ended_ || box_ || waiting_.empty()) {
+        return;
+    }
+    box_ = UnaskedBox::show(MakeBox(waiting_.front()), *panel_, [this](QMessageBox::StandardButton) {
+        box_.clear();
+        waiting_.pop_front();
+        // Not at once: who closes all windows would close the next one unread.
+        QTimer::singleShot(0, panel_, [this] { Show(); });
+    });
+}
+
+void StartNotices::Withdraw() {
+    if (box_) {
+        if (UnaskedBox::hasCome(*box_)) {
+            waiting_.pop_front();
+        }
+        UnaskedBox::withdraw(*box_);
+        box_.clear();
+    }
+}
+
+void StartNotices::TellAndWait() {
+    while (!waiting_.empty()) {
+        const std::unique_ptr<QMessageBox> box = MakeBox(waiting_.front());
+        waiting_.pop_front();
+        UnaskedBox::exec(*box);
+    }
+}
+
+std::unique_ptr<QMessageBox> StartNotices::MakeBox(const Notice& notice) const {
+    return Dialogs::MakeBox(panel_, notice.icon, notice.title, notice.text, QMessageBox::Ok, notice.details);
 }

@@ -1,22 +1,29 @@
 // What the user is to be told once the window is there.
 #pragma once
 
+#include <deque>
+#include <memory>
 #include <QMessageBox>
+#include <QPointer>
 #include <QString>
-#include <vector>
 
 class QWidget;
 
-/// Keeps what comes up before the window is shown, and tells it in boxes, one after the other, from Begin() on; what
-/// comes later is told at once. [gui]
+/// Keeps what comes up before the window is shown, and tells it, and what comes later, from Begin() on: one box after
+/// the other, the next when the former was answered, while the panel goes on. See UnaskedBox. [gui]
 class StartNotices {
 public:
-    explicit StartNotices(QWidget* window) : window_(window) {}
+    /// The panel outlives it.
+    explicit StartNotices(QWidget* panel) : panel_(panel) {}
 
     /// `details` as in Dialogs::MakeBox().
     void Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details = {});
     /// The window is shown. Calls after the first do nothing.
     void Begin();
+    /// The program ends: what was not shown yet is told now, and what comes later at once, in boxes that it waits for.
+    void End();
+    /// The panel goes and another takes its place, which tells what was not shown yet.
+    void HandOver(StartNotices& successor);
 
 private:
     struct Notice {
@@ -26,9 +33,14 @@ private:
         QString details;
     };
 
-    void Show(const Notice& notice);
+    void Show();
+    void Withdraw();
+    void TellAndWait();
+    std::unique_ptr<QMessageBox> MakeBox(const Notice& notice) const;
 
-    QWidget* window_;
+    QWidget* panel_;
     bool begun_ = false;
-    std::vector<Notice> waiting_;
+    bool ended_ = false;
+    std::deque<Notice> waiting_;  ///< the first one is in the box, if there is one
+    QPointer<QMessageBox> box_;   ///< not answered yet
 };

@@ -64,6 +64,10 @@ void UnaskedBox::withdraw(QMessageBox& box) {
     box.deleteLater();
 }
 
+bool UnaskedBox::hasCome(const QMessageBox& box) {
+    return !governorOf(box)->comes_;
+}
+
 void UnaskedBox::come() {
     if (comes_ && QApplication::activeModalWidget() == nullptr) {
         comes_ = false;

@@ -34,6 +34,8 @@ public:
     static QMessageBox* show(std::unique_ptr<QMessageBox> box, QWidget& panel, Answered answered = {});
     /// Takes back a box that show() returned: it is not shown any more, goes, and nothing is called.
     static void withdraw(QMessageBox& box);
+    /// Whether a box that show() returned was there to be read, and does not wait for a dialog.
+    static bool hasCome(const QMessageBox& box);
     /// The same for a box that the program waits for: what is typed meanwhile reaches nobody else.
     static QMessageBox::StandardButton exec(QMessageBox& box);
 

@@ -30,6 +30,7 @@
 #include "ui/midiSettings.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/FakeSynth.h"
+#include "widget/ui/PanelRig.h"
 
 namespace {
 
@@ -41,7 +42,11 @@ protected:
     MainWindowTest() {
         Kivora::SetLocale("en_US", false);
         QObject::connect(&timer_, &QTimer::timeout, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr && answersUnasked_) {
+                box = KivoraTest::FindUnaskedBox();
+            }
+            if (box != nullptr) {
                 titles_ << box->windowTitle();
                 texts_ << box->text();
                 icons_.push_back(box->icon());
@@ -91,6 +96,7 @@ protected:
     KivoraTest::EngineRig rig_;
     std::string last_;
     bool ended_ = false;
+    bool answersUnasked_ = true;
     std::function<void()> onBox_;  ///< called with the first box that is there
     QStringList titles_;
     QStringList texts_;
@@ -191,6 +197,25 @@ TEST_F(MainWindowTest, WithoutAnEngineTheDisplaySaysWhyAndAVisitToTheSettingsBri
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     EXPECT_NE(text.find("Gain=1.5\n"), std::string::npos) << text;
     EXPECT_EQ(titles_.size(), 1) << "nothing more was asked or told";
+}
+
+TEST_F(MainWindowTest, WhatWasNotToldWithoutAnEngineIsToldWithIt) {
+    const auto devices = std::exchange(rig_.backend.devices, {});
+    answersUnasked_ = false;
+    MainWindow window(RealEngine());
+    window.TellAboutLocaleFile(Kivora::LocaleFileState::kDamaged, {});
+    window.show();
+    ASSERT_TRUE(QTest::qWaitFor([] { return KivoraTest::FindUnaskedBox() != nullptr; }, 30000));
+    EXPECT_EQ(KivoraTest::FindUnaskedBox()->windowTitle(), "Fatal Error");
+    QTimer::singleShot(0, [&] {
+        rig_.backend.devices = devices;
+        qobject_cast<midiSettings*>(QApplication::activeModalWidget())->closeClicked();
+    });
+    window.GetPanel()->settingsClicked();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.GetFront() != nullptr; }, 30000));
+    answersUnasked_ = true;
+    WaitForBoxes(1);
+    EXPECT_EQ(titles_, QStringList("Warning")) << "and the failure no more";
 }
 
 TEST_F(MainWindowTest, ThePortsAreOpenedOnceTheWindowIsPainted) {
@@ -321,6 +346,53 @@ TEST_F(MainWindowTest, ALanguageThatIsNotKnownIsToldOnceTheWindowIsThere) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return titles_.size() == 2; }));
     EXPECT_TRUE(texts_[0].contains("cannot be read at present"));
     EXPECT_TRUE(texts_[1].contains("is damaged"));
+}
+
+TEST_F(MainWindowTest, WhatWasNotShownIsToldAtTheEnd) {
+    {
+        answersUnasked_ = false;
+        MainWindow window(RealEngine());
+        window.TellAboutLocaleFile(Kivora::LocaleFileState::kUnreadable, "path\nreason");
+        window.TellAboutLocaleFile(Kivora::LocaleFileState::kDamaged, {});
+        window.show();
+        ASSERT_TRUE(QTest::qWaitFor([] { return KivoraTest::FindUnaskedBox() != nullptr; }, 30000));
+    }
+    ASSERT_EQ(texts_.size(), 1) << "the first one was open";
+    EXPECT_TRUE(texts_[0].contains("is damaged"));
+}
+
+TEST_F(MainWindowTest, WhatWaitedForADialogIsToldAtTheEnd) {
+    {
+        MainWindow window(RealEngine());
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window, 30000));
+        QCoreApplication::processEvents();
+        QDialog dialog(&window);
+        QTimer::singleShot(0, &dialog, [&] {
+            window.TellAboutLocaleFile(Kivora::LocaleFileState::kUnreadable, "path\nreason");
+            window.TellAboutLocaleFile(Kivora::LocaleFileState::kDamaged, {});
+            dialog.reject();
+        });
+        dialog.exec();
+    }
+    ASSERT_EQ(texts_.size(), 2);
+    EXPECT_TRUE(texts_[0].contains("cannot be read at present"));
+    EXPECT_TRUE(texts_[1].contains("is damaged"));
+}
+
+TEST_F(MainWindowTest, NoKeyOfWhoPlaysOnDismissesTheBoxesOfTheEnd) {
+    std::ofstream(rig_.folder / "user") << "a file where the folder should be";
+    KivoraTest::CFatalLog::Instance().Expect(L"settings could not be saved");
+    onBox_ = [] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_O, Qt::Key_Escape}) {
+            QTest::keyClick(box->focusWidget() != nullptr ? box->focusWidget() : box, key);
+            EXPECT_TRUE(box->isVisible()) << key;
+        }
+    };
+    { const MainWindow window(RealEngine()); }
+    EXPECT_EQ(titles_, QStringList("Error"));
 }
 
 TEST_F(MainWindowTest, QuietItSaysNothing) {

@@ -1,6 +1,8 @@
 // What the panel tells when a port cannot be opened, is lost or loses messages, and when its settings are damaged.
 #include "widget/ui/PanelRig.h"
 
+#include <gmock/gmock.h>
+
 #include <filesystem>
 
 #include "support/Files.h"
@@ -17,6 +19,15 @@ protected:
     void Start() {
         CreateEngine();
         ShowPanel();
+    }
+    void DamageSettings() {
+        std::filesystem::create_directories(rig.folder / "user");
+        WriteFileBytes(rig.folder / "user/Kivora.ini", std::string(2'000'000, 'x'));
+    }
+    QMessageBox& WaitForBox() {
+        Wait([] { return FindUnaskedBox() != nullptr; });
+        QMessageBox* const box = FindUnaskedBox();
+        return box != nullptr ? *box : throw std::runtime_error("no box");
     }
     QWidget& Lamp() { return Find("midi-led"); }
     /// What the display's line says; empty while it is hidden.
@@ -52,8 +63,7 @@ TEST_F(PanelStart, AnInputThatCannotBeOpenedIsToldWithItsName) {
 }
 
 TEST_F(PanelStart, DamagedSettingsAreTold) {
-    std::filesystem::create_directories(rig.folder / "user");
-    WriteFileBytes(rig.folder / "user/Kivora.ini", std::string(2'000'000, 'x'));
+    DamageSettings();
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
     Start();
@@ -72,6 +82,7 @@ TEST_F(PanelStart, SettingsThatCannotBeReadAreToldWithThePathAndTheReasonOnceThe
         box.reject();
     });
     Start();
+    Wait([&] { return answers.AllGiven(); });
     EXPECT_TRUE(windowIsThere);
     ASSERT_EQ(answers.seen.size(), 1u);
     EXPECT_NE(answers.seen[0].find("cannot be read at present"), std::string::npos) << answers.seen[0];
@@ -80,8 +91,7 @@ TEST_F(PanelStart, SettingsThatCannotBeReadAreToldWithThePathAndTheReasonOnceThe
 
 TEST_F(PanelStart, NoBoxComesBeforeThePanel) {
     rig.GetDevice(kSynth).failsToOpen = true;
-    std::filesystem::create_directories(rig.folder / "user");
-    WriteFileBytes(rig.folder / "user/Kivora.ini", std::string(2'000'000, 'x'));
+    DamageSettings();
     ModalAnswers answers;
     std::vector<bool> panelWasThere;
     for (int box = 0; box < 2; ++box) {
@@ -93,6 +103,53 @@ TEST_F(PanelStart, NoBoxComesBeforeThePanel) {
     Start();
     Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(panelWasThere, (std::vector<bool>{true, true}));
+}
+
+TEST_F(PanelStart, WhatIsToldStopsNobodyAndIsDismissedByNoKeyOfWhoPlays) {
+    DamageSettings();
+    Start();
+    QMessageBox& box = WaitForBox();
+    EXPECT_FALSE(box.isModal());
+    box.activateWindow();  // as where the system gives it the keyboard
+    Wait([&] { return QApplication::activeWindow() == &box; });
+    Type(Qt::Key_Escape);
+    EXPECT_TRUE(box.isVisible()) << "in its first second";
+    EndDeafTime(box);
+    rig.TakeWritten();
+    Press(Qt::Key_Z);
+    EXPECT_EQ(rig.TakeWritten().front(), "90 3c 50");
+    Type(Qt::Key_Space);
+    Type(Qt::Key_Return);
+    EXPECT_TRUE(box.isVisible());
+    EXPECT_THAT(rig.TakeWritten(), testing::Not(testing::Contains("80 3c 00")));
+    Release(Qt::Key_Z);
+    QTest::mouseClick(box.button(QMessageBox::Ok), Qt::LeftButton);
+    EXPECT_EQ(FindUnaskedBox(), nullptr);
+}
+
+TEST_F(PanelStart, OneIsToldAfterTheOther) {
+    rig.GetDevice(kSynth).failsToOpen = true;
+    DamageSettings();
+    Start();
+    const auto boxes = [&] { return panel->findChildren<QMessageBox*>(); };
+    QMessageBox& first = WaitForBox();
+    EXPECT_EQ(first.windowTitle(), "Warning");
+    EXPECT_EQ(boxes().size(), 1);
+    first.reject();
+    Wait([&] { return boxes().size() == 1 && FindUnaskedBox() != nullptr; });
+    EXPECT_EQ(FindUnaskedBox()->windowTitle(), "MIDI Engine Error");
+}
+
+TEST_F(PanelStart, AFileThatIsSetAsideIsToldWhileNotesGoOn) {
+    DamageSettings();
+    Start();
+    WaitForBox().reject();
+    Press(Qt::Key_Z);
+    rig.TakeWritten();
+    ASSERT_TRUE(Engine().SaveSettings());
+    Wait([&] { return FindUnaskedBox() != nullptr && FindUnaskedBox()->text().endsWith("Kivora.ini.bad"); });
+    EXPECT_THAT(rig.TakeWritten(), testing::Not(testing::Contains("80 3c 00")));
+    Release(Qt::Key_Z);
 }
 
 TEST_F(PanelStart, AnOutputThatIsLostIsToldAndWhatIsHeldIsReleased) {

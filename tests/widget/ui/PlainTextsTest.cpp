@@ -117,7 +117,7 @@ TEST_F(PlainTextsTest, APanelWithNamesLikeMarkupOpensNothing) {
     ModalAnswers answers;
     answers.Then(GrabAndClose);
     Engine().SetWallpaper(markup + "/missing");
-    QApplication::processEvents();
+    Wait([&] { return answers.AllGiven() && FindUnaskedBox() == nullptr; });
     EXPECT_EQ(answers.seen.size(), 1u) << "the wallpaper's failure";
     panel->grab();
     EXPECT_EQ(Label("display-preset-name"), markup.toStdString());
