@@ -193,6 +193,8 @@ public:
     bool IsRescanQuiet() const;
     /// Whether notes may sound on a device that was lost as an output, because they could not be ended.
     bool HasStrandedNotes() const;
+    /// Whether a write failed that no look has told of yet.
+    bool HasOutputFailed() const;
     /// Ends them where a port has that device's name: through the open output, or by opening the port for a moment.
     /// [gui]
     void EndStrandedNotes();
@@ -355,7 +357,8 @@ private:
     void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
     void ListPortNames() NK_REQUIRES(lock_);
-    void LoseOutput() NK_REQUIRES(lock_);
+    /// What is gone takes no endings, and a write that it refuses would keep it from being opened again.
+    void LoseOutput(bool isGone) NK_REQUIRES(lock_);
     LibMidi::DeviceState LookAtWantedOutput() NK_REQUIRES(lock_);
     bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);

@@ -139,7 +139,7 @@ void CKivora::OnTimer(std::uint32_t) {
         if (IsReady()) {
             lost = !outputLost_ && player_->HasWriteFailed();
             if (lost) {
-                LoseOutput();
+                LoseOutput(false);
             }
             sink_->WaitUntilEmpty(kPlayedOut);
             for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {

@@ -12,7 +12,7 @@ bool IsGone(DeviceState state) {
 }
 }  // namespace
 
-void CKivora::LoseOutput() {
+void CKivora::LoseOutput(bool isGone) {
     outputLost_ = true;
     sink_->LoseOutput();
     sink_->Clear();
@@ -21,8 +21,10 @@ void CKivora::LoseOutput() {
     }
     // A device that lives on after a failed write may take this; a recording that goes on later needs it in any case.
     const OpenSounds sounding = follower_->GetSounding();
-    follower_->EndSounding();
-    if (sink_->IsCapturing() || follower_->GetSounding().IsAny()) {
+    if (!isGone) {
+        follower_->EndSounding();
+    }
+    if (sounding.IsAny() && (sink_->IsCapturing() || follower_->GetSounding().IsAny())) {
         stranded_ = sounding;
         strandedPortName_ = outputPortName_;
     }
@@ -41,7 +43,7 @@ DeviceState CKivora::LookAtOutput() {
         lost = !outputLost_ && (IsGone(state) || player_->HasWriteFailed());
         if (lost) {
             player_->Stop();
-            LoseOutput();
+            LoseOutput(IsGone(state));
         }
         if (outputLost_ && !IsGone(state)) {
             state = DeviceState::kBack;
@@ -67,7 +69,10 @@ DeviceState CKivora::LookAtInput() {
     NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     LibMidi::MIDIInPort* const port = inputPort_.load();
-    const DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kWorks;
+    if (port == nullptr) {
+        return inputLost_ ? DeviceState::kElsewhere : DeviceState::kWorks;  // where, only a re-scan finds
+    }
+    const DeviceState state = port->LookAtDevice();
     const bool lost = IsGone(state);
     if (lost && !inputLost_) {
         ReleaseInputKeys();
@@ -124,6 +129,11 @@ bool CKivora::IsRescanQuiet() const {
     return factory_ && !IsRecording() && (outputPort_ == nullptr || (!outputLost_ && factory_->IsFixed(outputPort_)));
 }
 
+bool CKivora::HasOutputFailed() const {
+    const CLockGuard guard(lock_);
+    return IsReady() && !outputLost_ && player_->HasWriteFailed();
+}
+
 bool CKivora::HasStrandedNotes() const {
     const CLockGuard guard(lock_);
     return stranded_.IsAny();
@@ -138,17 +148,22 @@ void CKivora::EndStrandedNotes() {
     if (port == nullptr || (port == outputPort_ && outputLost_)) {
         return;
     }
+    bool ended = true;
     if (port == outputPort_) {
         stranded_.VisitEnds([this](NK::MIDI::TMIDIMessage ending) { Send(ending); });
-    } else if (!factory_->IsFixed(port) && port->Open() == LibMidi::kSuccess) {
-        // What a fixed port plays through was made anew, and nothing sounds there.
-        stranded_.VisitEnds([port](NK::MIDI::TMIDIMessage message) {
-            const auto ending = LibMidi::MIDIEvent::FromMessage(message, 0);
-            port->Write(&ending, 1);
-        });
-        port->Close();
+    } else if (!factory_->IsFixed(port)) {  // what a fixed port plays through was made anew, and nothing sounds there
+        ended = port->Open() == LibMidi::kSuccess;
+        if (ended) {
+            stranded_.VisitEnds([port, &ended](NK::MIDI::TMIDIMessage message) {
+                const auto ending = LibMidi::MIDIEvent::FromMessage(message, 0);
+                ended = port->Write(&ending, 1) == LibMidi::kSuccess && ended;
+            });
+            port->Close();
+        }
     }
-    stranded_ = {};
+    if (ended) {
+        stranded_ = {};
+    }
 }
 
 void CKivora::EndStrandedNotesAtLast() {

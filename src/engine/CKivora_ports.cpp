@@ -126,7 +126,10 @@ void CKivora::CloseOutputPort() {
         if (outputBinding_ >= 0) {
             player_->DetachOutput(outputBinding_);
         }
-        if (outputLost_ || player_->HasWriteFailed()) {
+        if (!outputLost_ && player_->HasWriteFailed()) {
+            LoseOutput(false);  // by the last that was written, which nobody has looked at yet
+        }
+        if (outputLost_) {
             sink_->Clear();
         }
     }
@@ -255,6 +258,7 @@ bool CKivora::RescanPorts() {
     }
     const bool outputStays =
         outputPort_ != nullptr && !outputLost_ && !player_->HasWriteFailed() && factory_->IsFixed(outputPort_);
+    const bool inputWasLost = inputLost_;
     const bool inputStays = inputPort_.load() != nullptr && factory_->IsFixed(inputPort_.load());
     if (!inputStays) {
         CloseInputPort();
@@ -282,6 +286,7 @@ bool CKivora::RescanPorts() {
     } else if (!inputPortName_.IsEmpty()) {
         attempt([this] { SetInputPortByName(NK::CString(GetInputPortName())); });
     }
+    inputLost_ = inputLost_ || (inputWasLost && inputPort_.load() == nullptr);
     if (failure) {
         std::rethrow_exception(failure);
     }

@@ -287,6 +287,9 @@ void EngineFront::Close() {
         engine_.ReleaseInputKeys();
         engine_.CloseInputPort();
         Silence();
+        if (engine_.HasOutputFailed()) {
+            engine_.CloseOutputPort();
+        }
         if (engine_.HasStrandedNotes()) {
             engine_.EndStrandedNotesAtLast();
         }

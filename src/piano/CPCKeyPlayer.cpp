@@ -49,6 +49,7 @@ bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
         return IsActing(key);
     }
     if (key.code == TPCKey::kSpace) {
+        std::erase(letGo_, IdOf(key));
         ledger_.Press(IdOf(key), CPCKeyLedger::kNoNote);
         sustainKey_ = IdOf(key);
         actions.push_back({EKind::kSustainOn});
@@ -133,6 +134,7 @@ void CPCKeyPlayer::ReleaseAllBut(const std::function<bool(std::uint32_t scanCode
         if (sustainKey_ == id) {
             sustainKey_.reset();
             actions.push_back({EKind::kSustainOff});
+            letGo_.push_back(id);
         }
     }
 }

@@ -133,6 +133,22 @@ TEST_F(Keeper, AKeyboardInAnotherPlaceIsOpenedWhereNothingIsDisturbed) {
     EXPECT_EQ(engine.GetInputPortIndex(), 0);
 }
 
+TEST_F(Keeper, AKeyboardThatAReScanDoesNotFindStaysLostUntilItIsBack) {
+    SetState(kKeyboard, DeviceState::kLost);
+    keeper.Look();
+    const auto all = rig.backend.devices;
+    rig.backend.Unplug(kKeyboard);
+    EXPECT_TRUE(engine.RescanPorts());
+    keeper.Look();
+    EXPECT_TRUE(engine.IsInputLost()) << "it was not taken back";
+    EXPECT_EQ(engine.GetInputPortName(), kKeyboard);
+    rig.backend.devices = all;
+    SetState(kKeyboard, DeviceState::kWorks);
+    EXPECT_TRUE(engine.RescanPorts());
+    EXPECT_FALSE(engine.IsInputLost());
+    EXPECT_GE(engine.GetInputPortIndex(), 0);
+}
+
 TEST_F(Keeper, AKeyboardThatDoesNotOpenIsTriedInGrowingPauses) {
     rig.GetDevice(kKeyboard).failsToOpen = true;
     int closings = 0;
@@ -223,6 +239,47 @@ TEST_F(Keeper, AtTheProgramsEndTheDeviceIsTriedOnceMore) {
     EXPECT_TRUE(synth.IsSounding());
     front.Close();
     EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, AtTheProgramsEndADeviceThatFailsOnlyThenIsTriedOnceMore) {
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.GetDevice(kSynth).failedWrites = 1;
+    front.Close();
+    EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, ADeviceThatFailsWhileAnotherReplacesItIsSilencedAllTheSame) {
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.GetDevice(kSynth).failedWrites = 1;
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, ADeviceThatIsBusyWhenItIsReplacedIsSilencedAtTheEnd) {
+    FailWhilePlaying(1000);
+    rig.GetDevice(kSynth).failedWrites = 0;
+    rig.GetDevice(kSynth).failsToOpen = true;
+    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(synth.IsSounding());
+    EXPECT_TRUE(engine.HasStrandedNotes());
+    rig.GetDevice(kSynth).failsToOpen = false;
+    front.Close();
+    EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, NothingIsWrittenToADeviceThatIsGone) {
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.TakeWritten();
+    SetState(kSynth, DeviceState::kLost);
+    keeper.Look();
+    EXPECT_THAT(rig.GetDevice(kSynth).TakeWritten(), IsEmpty()) << "a refusal would keep it from being opened again";
+    SetState(kSynth, DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, DeviceState::kWorks);
+    EXPECT_FALSE(IsSounding());
 }
 
 TEST_F(Keeper, ATakeGoesOnWhenItsOutputIsBack) {

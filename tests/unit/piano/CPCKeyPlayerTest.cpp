@@ -384,4 +384,15 @@ TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterTheKeyWasLetGoEndsNothingMore) {
     EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
 }
 
+TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterThePedalWasLetGoLiftsNothingMore) {
+    const TPCKey space = Key(TPCKey::kSpace, kScanSpace);
+    const CActions down = Press(space);
+    CActions actions;
+    player_.ReleaseAllBut([](std::uint32_t) { return false; }, actions);
+    EXPECT_EQ(actions.size(), 1U);
+    EXPECT_EQ(Release(space), CActions{}) << "another pedal may be down by now";
+    EXPECT_EQ(Press(space), down);
+    EXPECT_EQ(Release(space), actions);
+}
+
 }  // namespace
