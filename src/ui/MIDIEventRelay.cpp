@@ -1,8 +1,7 @@
 #include "ui/MIDIEventRelay.h"
 #include "nk/nk_thread_role.h"
 
-#include <QCoreApplication>
-#include <QEvent>
+#include <QMetaObject>
 
 using NK::MIDI::TMIDIMessage;
 
@@ -51,12 +50,8 @@ void MIDIEventRelay::Put(int packedMessage) {
     }
     if (!posted_) {
         posted_ = true;
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection);
     }
-}
-
-void MIDIEventRelay::customEvent(QEvent* /*event*/) {
-    Deliver();
 }
 
 void MIDIEventRelay::DeliverNote(const Pending& taken, std::size_t note) {
@@ -69,7 +64,7 @@ void MIDIEventRelay::DeliverNote(const Pending& taken, std::size_t note) {
     emit MIDIMessageReady(Packed(taken.last[note]));
 }
 
-void MIDIEventRelay::Deliver() {
+void MIDIEventRelay::deliver() {
     NK_ASSERT_THREAD_ROLE(gui);
     Pending taken;
     {

@@ -28,9 +28,9 @@ signals:
     /// After the messages of one wake-up.
     void BatchDone();
 
-protected:
-    /// The wake-up, the one event that is posted here.
-    void customEvent(QEvent* event) override;
+private slots:
+    /// The wake-up.
+    void deliver();
 
 private:
     struct Pending {
@@ -45,7 +45,6 @@ private:
         NK::MIDI::TMIDIMessage other{};
     };
 
-    void Deliver();
     void DeliverNote(const Pending& taken, std::size_t note);
 
     CCriticalSection lock_;
