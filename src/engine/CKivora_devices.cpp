@@ -150,7 +150,7 @@ void CKivora::EndStrandedNotes() {
     }
     bool ended = true;
     if (port == outputPort_) {
-        stranded_.VisitEnds([this](NK::MIDI::TMIDIMessage ending) { Send(ending); });
+        stranded_.VisitEnds([&sink = *sink_](NK::MIDI::TMIDIMessage ending) { sink.SendMessage(ending, 0); });
     } else if (!factory_->IsFixed(port)) {  // what a fixed port plays through was made anew, and nothing sounds there
         ended = port->Open() == LibMidi::kSuccess;
         if (ended) {
