@@ -91,8 +91,7 @@ private:
     std::optional<std::uint64_t> sustainKey_;  ///< that holds the pedal
     CAutoRepeatFilter<TPCKey> filter_;
     CPCKeyLedger ledger_;
-    std::vector<std::uint64_t>
-        letGo_;  ///< keys whose note or pedal ReleaseAllBut() ended, whose releases may still come
+    std::vector<std::uint64_t> letGo_;  ///< keys that ReleaseAllBut() ended, whose releases may still come
 };
 
 }  // namespace NK::Piano
