@@ -5,13 +5,14 @@
 # KIVORA_ONLY_<leaf>_<used leaf> is an expression for the only headers that <leaf> may include of the used one.
 
 set(KIVORA_LEAVES
-    nk nk/qt midi piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine
+    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine
     QtWidgets/skin QtWidgets/piano locale ui app)
 set(KIVORA_QT_LEAVES nk/qt engine QtWidgets/skin QtWidgets/piano locale ui app)
 
 set(KIVORA_LAYER_nk "")
 set(KIVORA_LAYER_nk_qt nk)
 set(KIVORA_LAYER_midi nk)
+set(KIVORA_LAYER_midi_reader midi nk)
 set(KIVORA_LAYER_piano midi nk)
 set(KIVORA_LAYER_midi_arpeggiator midi piano nk)
 set(KIVORA_LAYER_libmidi midi nk)

@@ -1837,6 +1837,57 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>MIDIFile</name>
+    <message>
+        <source>It is no MIDI file (byte %1).</source>
+        <translation>Это не MIDI-файл (байт %1).</translation>
+    </message>
+    <message>
+        <source>It is a MIDI file of a kind that cannot be played (byte %1).</source>
+        <translation>Это MIDI-файл такого вида, который нельзя сыграть (байт %1).</translation>
+    </message>
+    <message>
+        <source>It does not say how long its ticks are (byte %1).</source>
+        <translation>В нём не указана длина отсчёта времени (байт %1).</translation>
+    </message>
+    <message>
+        <source>It is cut short: it ends at byte %1, inside a track.</source>
+        <translation>Файл обрезан: он кончается на байте %1, внутри дорожки.</translation>
+    </message>
+    <message>
+        <source>It is cut short: it ends at byte %1, and a track is missing.</source>
+        <translation>Файл обрезан: он кончается на байте %1, и дорожки не хватает.</translation>
+    </message>
+    <message>
+        <source>It is damaged: a track ends inside a message (byte %1).</source>
+        <translation>Файл повреждён: дорожка кончается внутри сообщения (байт %1).</translation>
+    </message>
+    <message>
+        <source>It is damaged: a number is too long (byte %1).</source>
+        <translation>Файл повреждён: слишком длинное число (байт %1).</translation>
+    </message>
+    <message>
+        <source>It is damaged: a message stands at an impossible time (byte %1).</source>
+        <translation>Файл повреждён: сообщение стоит на невозможном времени (байт %1).</translation>
+    </message>
+    <message>
+        <source>It is damaged: no message begins at byte %1.</source>
+        <translation>Файл повреждён: на байте %1 не начинается сообщение.</translation>
+    </message>
+    <message>
+        <source>It is damaged: an unknown message stands at byte %1.</source>
+        <translation>Файл повреждён: на байте %1 стоит неизвестное сообщение.</translation>
+    </message>
+    <message>
+        <source>It is damaged: a message is cut short at byte %1.</source>
+        <translation>Файл повреждён: сообщение обрывается на байте %1.</translation>
+    </message>
+    <message>
+        <source>It is damaged: the tempo at byte %1 is none.</source>
+        <translation>Файл повреждён: на байте %1 стоит негодный темп.</translation>
+    </message>
+</context>
+<context>
     <name>MainDisplay</name>
     <message>
         <source>Preset</source>
