@@ -2,7 +2,7 @@
 
 #include "engine/Settings.h"
 #include "libmidi/portmidi/PortMIDIBackend.h"
-#include "libmidi/synth/SynthImpl.h"
+#include "libmidi/synth/SynthBackend.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_ini_file.h"
 #include "nk/nk_paths.h"

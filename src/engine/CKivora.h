@@ -411,7 +411,7 @@ private:
     std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
     LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
     std::optional<OutputFollower> follower_ NK_GUARDED_BY(lock_);  ///< of the open output, for the player
-    OpenSounds stranded_ NK_GUARDED_BY(lock_);
+    LibMidi::OpenSounds stranded_ NK_GUARDED_BY(lock_);
     NK::CString strandedPortName_ NK_GUARDED_BY(lock_);
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
     bool keepsOrder_ NK_GUARDED_BY(lock_) = false;

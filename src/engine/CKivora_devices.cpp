@@ -20,7 +20,7 @@ void CKivora::LoseOutput(bool isGone) {
         return;
     }
     // A device that lives on after a failed write may take this; a recording that goes on later needs it in any case.
-    const OpenSounds sounding = follower_->GetSounding();
+    const LibMidi::OpenSounds sounding = follower_->GetSounding();
     if (!isGone) {
         follower_->EndSounding();
     }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/OpenSounds.h"
+#include "libmidi/OpenSounds.h"
 
 namespace Kivora {
 
@@ -12,9 +12,9 @@ using NK::MIDI::TMIDIMessage;
 
 CaptureStore::View CloseTake(const CaptureStore::View& captured, std::uint32_t endMs) {
     CaptureStore closed;
-    OpenSounds open;
+    LibMidi::OpenSounds open;
     std::uint32_t time = 0;
-    const OpenSounds::Visit append = [&](TMIDIMessage message) { closed.Append({time, message}); };
+    const LibMidi::OpenSounds::Visit append = [&](TMIDIMessage message) { closed.Append({time, message}); };
     captured.Visit(0, [&](const CapturedEvent& event) {
         time = event.time;
         open.VisitEndedBy(event.message, append);

@@ -19,7 +19,7 @@ Result OutputFollower::Write(const MIDIEvent* events, std::int32_t count) {
     return LibMidi::kSuccess;
 }
 
-OpenSounds OutputFollower::GetSounding() const {
+LibMidi::OpenSounds OutputFollower::GetSounding() const {
     const CLockGuard guard(lock_);
     return sounding_;
 }

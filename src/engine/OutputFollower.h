@@ -1,8 +1,8 @@
 // An output port that is followed.
 #pragma once
 
-#include "engine/OpenSounds.h"
 #include "libmidi/MIDIPort.h"
+#include "libmidi/OpenSounds.h"
 #include "nk/nk_critical_section.h"
 
 namespace Kivora {
@@ -20,14 +20,14 @@ public:
     LibMidi::Result Write(const LibMidi::MIDIEvent* events, std::int32_t count) override;
 
     /// What was written and has not been ended. [any]
-    OpenSounds GetSounding() const;
+    LibMidi::OpenSounds GetSounding() const;
     /// Writes what ends everything that sounds, up to the first write that fails. [any]
     void EndSounding();
 
 private:
     LibMidi::MIDIOutPort& port_;
     mutable CCriticalSection lock_;
-    OpenSounds sounding_ NK_GUARDED_BY(lock_);
+    LibMidi::OpenSounds sounding_ NK_GUARDED_BY(lock_);
 };
 
 }  // namespace Kivora

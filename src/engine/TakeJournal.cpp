@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "engine/ClosedTake.h"
-#include "engine/OpenSounds.h"
 #include "engine/RecordedTrack.h"
+#include "libmidi/OpenSounds.h"
 #include "libmidi/RoundThread.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
@@ -83,7 +83,7 @@ struct TakeJournal::Take {
     const bool isFromEarlierRun;
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> source;  ///< while it is recorded
     CaptureStore::View events;
-    OpenSounds open;
+    LibMidi::OpenSounds open;
     std::uint32_t lengthMs = 0;  ///< to the last event
     std::uint32_t endMs = 0;
     std::uint32_t count = 0;

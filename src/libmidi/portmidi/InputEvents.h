@@ -9,8 +9,7 @@
 
 namespace LibMidi {
 
-/// The event of a channel message, with time 0 and data bytes of 7 bits. Channel pressure keeps its low four bits only.
-/// Nothing for system messages and for a first byte that is no status.
+/// As for every backend (libmidi/InputEvents.h), but that channel pressure keeps its low four bits only.
 std::optional<MIDIEvent> ToInputEvent(PmMessage message);
 
 }  // namespace LibMidi

@@ -1,34 +1,21 @@
 #include "libmidi/portmidi/PortMIDIImpl.h"
 
-#include <string_view>
 #include <utility>
 
 #include "libmidi/portmidi/PortMIDIInPort.h"
 #include "libmidi/portmidi/PortMIDIOutPort.h"
 #include "libmidi/portmidi/TickCounter.h"
+#include "libmidi/PortNames.h"
 #include "nk/nk_thread_role.h"
 
 namespace LibMidi {
 
 namespace {
-// What the ALSA sequencer's own loop-back client calls its ports.
-constexpr std::string_view kLoopBackName = "Midi Through";
-
-bool IsLoopBack(std::string_view name) {
-    return name.starts_with(kLoopBackName);
-}
-
 /// The device's name, with a number behind it where a port of the same direction has the name already.
-NK::CString FindFreeName(const MIDIPortContainer& ports, const PmDeviceInfo& device) {
-    const NK::CString given = NK::CString::FromUtf8(device.name);
-    NK::CString name = given;
-    const auto isTaken = [&] {
+NK::CString FindNameFor(const PmDeviceInfo& device, const MIDIPortContainer& ports) {
+    return FindFreeName(NK::CString::FromUtf8(device.name), [&](const NK::CString& name) {
         return device.input != 0 ? ports.FindInputByName(name) != nullptr : ports.FindOutputByName(name) != nullptr;
-    };
-    for (int number = 2; isTaken(); ++number) {
-        name = given + L" (" + NK::CString::FromInt(number) + L")";
-    }
-    return name;
+    });
 }
 }  // namespace
 
@@ -92,7 +79,7 @@ void PortMIDIImpl::AddPorts(bool loopBack) {
 }
 
 void PortMIDIImpl::AddPort(PmDeviceID device, const PmDeviceInfo& info) {
-    const NK::CString name = FindFreeName(ports_, info);
+    const NK::CString name = FindNameFor(info, ports_);
     if (info.input != 0) {
         auto port = std::make_unique<PortMIDIInPort>(*this, device, name);
         inputs_.push_back(port.get());

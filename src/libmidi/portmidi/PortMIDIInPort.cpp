@@ -1,8 +1,5 @@
 #include "libmidi/portmidi/PortMIDIInPort.h"
 
-#include <utility>
-
-#include "libmidi/EventLog.h"
 #include "libmidi/portmidi/InputEvents.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "libmidi/portmidi/TickCounter.h"
@@ -13,7 +10,7 @@ namespace LibMidi {
 
 PortMIDIInPort::PortMIDIInPort(PortMIDIImpl& implementation, PmDeviceID device, const NK::CString& name)
     : MIDIPortImpl(device, name, kInput),
-      MIDIInPortImpl(implementation.GetSleeper()),
+      QueuedInPort(implementation.GetSleeper()),
       PortMIDIPort(implementation, device) {
 }
 
@@ -32,8 +29,7 @@ bool PortMIDIInPort::OpenDevice() {
     watch_.AfterOpening();
     isBroken_ = false;
     quietRounds_ = 0;
-    SetLostCount(0);
-    SetClosing(false);
+    BeginReceiving();
     return true;
 }
 
@@ -88,7 +84,9 @@ void PortMIDIInPort::ReceiveRound() {
     const int result = GetApi().Read(stream_, &event, 1);
     if (result > 0) {
         isBroken_ = false;
-        QueueMessage(event.message);
+        if (const std::optional<MIDIEvent> received = ToInputEvent(event.message)) {
+            QueueEvent(*received);
+        }
     } else if (result == pmBufferOverflow) {
         QueueLoss();
     } else if (result < 0) {
@@ -109,67 +107,8 @@ DeviceState PortMIDIInPort::LookAtDevice() {
     }
 }
 
-void PortMIDIInPort::QueueMessage(PmMessage message) {
-    const CLockGuard guard(queueLock_);
-    if (const std::optional<MIDIEvent> event = ToInputEvent(message)) {
-        queue_.push_back(*event);
-        hasQueued_.store(true, std::memory_order_release);
-        LogEvent(L"MIDI in", GetName(), *event);
-    }
-}
-
-void PortMIDIInPort::QueueLoss() {
-    const CLockGuard guard(queueLock_);
-    ++lost_;
-    lostAfter_ = queue_.size();
-    hasQueued_.store(true, std::memory_order_release);
-    SetLostCount(GetLostCount() + 1);
-}
-
-void PortMIDIInPort::ClearQueue() {
-    const CLockGuard guard(queueLock_);
-    queue_.clear();
-    lost_ = 0;
-    hasQueued_.store(false, std::memory_order_release);
-}
-
-bool PortMIDIInPort::TakeQueue(std::uint32_t& lost, std::size_t& lostAfter) {
-    const CLockGuard guard(queueLock_);
-    if (GetQueueSize() > kMaxQueueSize) {
-        if (NK::IsEventLogEnabled()) {
-            NK::Log(L"WARNING: MIDI input port thread - bogus queue size detected / " + GetName());
-        }
-        GetImplementation().GetSleeper().Sleep(200);
-        return false;
-    }
-    batch_.clear();
-    batch_.swap(queue_);
-    lost = std::exchange(lost_, 0);
-    lostAfter = lostAfter_;
-    hasQueued_.store(false, std::memory_order_release);
-    return true;
-}
-
 void PortMIDIInPort::DeliverRound() {
-    NK_ASSERT_THREAD_ROLE(input);
-    std::uint32_t lost = 0;
-    std::size_t lostAfter = 0;
-    if (!hasQueued_.load(std::memory_order_acquire) || !TakeQueue(lost, lostAfter)) {
-        return;
-    }
-    if (lost != 0) {
-        Notify(0, lostAfter);
-        NotifyDataLost(lost);
-        Notify(lostAfter, batch_.size());
-    } else {
-        Notify(0, batch_.size());
-    }
-}
-
-void PortMIDIInPort::Notify(std::size_t from, std::size_t to) {
-    if (from < to) {
-        NotifyData(batch_.data() + from, static_cast<std::int32_t>(to - from));
-    }
+    DeliverQueued();
 }
 
 PortMIDIInPort::InPortThread::InPortThread(PortMIDIInPort* port, PortMIDIImpl* implementation)

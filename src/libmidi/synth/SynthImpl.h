@@ -22,7 +22,4 @@ private:
     MIDIPortContainerImpl ports_;
 };
 
-/// For the port factory. The synthesizer is shared with whoever shows its settings.
-BackendCreator MakeSynthBackend(std::shared_ptr<Synthesizer> synthesizer);
-
 }  // namespace LibMidi

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeSynthApi.h"
+#include "libmidi/synth/SynthBackend.h"
 #include "libmidi/synth/SynthImpl.h"
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"

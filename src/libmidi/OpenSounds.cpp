@@ -1,8 +1,8 @@
-#include "engine/OpenSounds.h"
+#include "libmidi/OpenSounds.h"
 
 #include <algorithm>
 
-namespace Kivora {
+namespace LibMidi {
 
 using NK::MIDI::TMIDIMessage;
 
@@ -91,4 +91,4 @@ void OpenSounds::VisitPedals(int channel, const Visit& visit) const {
     }
 }
 
-}  // namespace Kivora
+}  // namespace LibMidi

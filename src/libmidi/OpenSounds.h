@@ -8,7 +8,7 @@
 
 #include "midi/TMIDIMessage.h"
 
-namespace Kivora {
+namespace LibMidi {
 
 /// Follows the notes and the pedals (sustain, sostenuto, soft, hold 2) of each of the sixteen channels. A note that was
 /// struck twice is ended by one note-off, as synthesizers have it. Plain value; whoever owns one says what guards it.
@@ -39,4 +39,4 @@ private:
     std::array<Channel, kChannels> channels_{};
 };
 
-}  // namespace Kivora
+}  // namespace LibMidi
