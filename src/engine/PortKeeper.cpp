@@ -11,8 +11,8 @@ using LibMidi::DeviceState;
 
 namespace {
 
-constexpr int kLongestPause = 32;  // looks
-constexpr int kLongCalm = 30;
+constexpr int kLongestPause = 8;  // looks
+constexpr int kLongCalm = 5;
 
 /// False also for what throws: then it is tried again, or the user does.
 template <class Action>

@@ -162,10 +162,23 @@ TEST_F(Keeper, AKeyboardThatDoesNotOpenIsTriedInGrowingPauses) {
             attempts.push_back(look);
         }
     }
-    EXPECT_THAT(attempts, ElementsAre(0, 1, 3, 7, 15, 31));
+    EXPECT_THAT(attempts, ElementsAre(0, 1, 3, 7, 15, 23, 31, 39));
     EXPECT_EQ(closings, 1);
     EXPECT_TRUE(engine.IsInputLost());
     EXPECT_EQ(returns, 0);
+}
+
+TEST_F(Keeper, AKeyboardThatIsLostNowAndThenIsOpenedAtOnceEachTime) {
+    constexpr int kFewLooks = 6;
+    for (int loss = 0; loss < 4; ++loss) {
+        SetState(kKeyboard, DeviceState::kBack);
+        keeper.Look();
+        EXPECT_EQ(returns, loss + 1);
+        SetState(kKeyboard, DeviceState::kWorks);
+        for (int look = 0; look < kFewLooks; ++look) {
+            keeper.Look();
+        }
+    }
 }
 
 // An output.
