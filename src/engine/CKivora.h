@@ -359,7 +359,8 @@ private:
     void ListPortNames() NK_REQUIRES(lock_);
     /// What is gone takes no endings, and a write that it refuses would keep it from being opened again.
     void LoseOutput(bool isGone) NK_REQUIRES(lock_);
-    LibMidi::DeviceState LookAtWantedOutput() NK_REQUIRES(lock_);
+    /// The open one, or where none is open the wanted one of a fixed set; null otherwise.
+    LibMidi::MIDIOutPort* FindWatchedOutput();
     bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
     void SyncArpeggiators() NK_REQUIRES(lock_);

@@ -32,14 +32,15 @@ void CKivora::LoseOutput(bool isGone) {
 
 DeviceState CKivora::LookAtOutput() {
     NK_ASSERT_THREAD_ROLE(gui);
+    LibMidi::MIDIOutPort* const port = FindWatchedOutput();
+    // Without the lock: what it takes is the system's matter, and only this thread closes ports.
+    DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kWorks;
     bool lost = false;
-    auto state = DeviceState::kWorks;
     {
         const CLockGuard guard(lock_);
         if (!IsReady()) {
-            return LookAtWantedOutput();
+            return state;
         }
-        state = outputPort_->LookAtDevice();
         lost = !outputLost_ && (IsGone(state) || player_->HasWriteFailed());
         if (lost) {
             player_->Stop();
@@ -55,24 +56,28 @@ DeviceState CKivora::LookAtOutput() {
     return state;
 }
 
-DeviceState CKivora::LookAtWantedOutput() {
+LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
+    const CLockGuard guard(lock_);
+    if (IsReady()) {
+        return outputPort_;
+    }
     const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
     const int index = outputPortName_.IsEmpty() ? FindDefaultOutputPort() : outputNames_.Find(outputPortName_);
     LibMidi::MIDIOutPort* const port =
         ports != nullptr && index >= 0
             ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
             : nullptr;
-    return factory_ && factory_->IsFixed(port) ? port->LookAtDevice() : DeviceState::kWorks;
+    return factory_ && factory_->IsFixed(port) ? port : nullptr;
 }
 
 DeviceState CKivora::LookAtInput() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
     LibMidi::MIDIInPort* const port = inputPort_.load();
+    const DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kElsewhere;  // without the lock too
+    const CLockGuard guard(lock_);
     if (port == nullptr) {
-        return inputLost_ ? DeviceState::kElsewhere : DeviceState::kWorks;  // where, only a re-scan finds
+        return inputLost_ ? state : DeviceState::kWorks;  // where it is, only a re-scan finds
     }
-    const DeviceState state = port->LookAtDevice();
     const bool lost = IsGone(state);
     if (lost && !inputLost_) {
         ReleaseInputKeys();

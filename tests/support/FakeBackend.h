@@ -62,6 +62,13 @@ public:
         return texts;
     }
 
+    LibMidi::DeviceState Look() const {
+        if (onLook) {
+            onLook();
+        }
+        return state;
+    }
+
     const std::wstring name;
     const std::uint32_t flags;
     bool failsToOpen = false;
@@ -69,7 +76,8 @@ public:
     int failedWrites = 0;  ///< so many writes fail, and those after them work
     /// What a look at the port says while the device is open.
     std::atomic<LibMidi::DeviceState> state = LibMidi::DeviceState::kWorks;
-    bool keepsWritten = true;  ///< whether TakeWritten() has anything to give
+    std::function<void()> onLook;  ///< called when it is looked at
+    bool keepsWritten = true;      ///< whether TakeWritten() has anything to give
     /// Called with each message written, on the writing thread.
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;
     int openAttempts = 0;
@@ -91,7 +99,7 @@ public:
           log_(std::move(log)) {}
     ~FakeOutPort() override { Close(); }
 
-    LibMidi::DeviceState LookAtDevice() override { return device_.state; }
+    LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
 
 protected:
     bool OpenDevice() override {
@@ -124,7 +132,7 @@ public:
           log_(std::move(log)) {}
     ~FakeInPort() override { Close(); }
 
-    LibMidi::DeviceState LookAtDevice() override { return device_.state; }
+    LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
 
     /// Tells the listeners on the calling thread, which plays the part of the port's own.
     void Deliver(std::vector<LibMidi::MIDIEvent> events) {

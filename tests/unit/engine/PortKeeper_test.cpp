@@ -4,6 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+#include <vector>
+
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
@@ -318,6 +322,22 @@ TEST_F(Keeper, ATakeGoesOnWhenItsOutputIsBack) {
         0, [&](const LibMidi::CapturedEvent& event) { take.Play(LibMidi::MIDIEvent::FromMessage(event.message, 0)); });
     EXPECT_FALSE(take.IsPressed(0, 60)) << "in the take too the note that sounded at the loss has ended";
     EXPECT_TRUE(take.IsPressed(0, 62));
+}
+
+TEST_F(Keeper, NobodyWaitsForTheSystemThatIsAskedForADevice) {
+    std::vector<std::future<int>> others;
+    const auto askMeanwhile = [&] {
+        others.push_back(std::async(std::launch::async, [&] { return engine.GetTempo(); }));
+        EXPECT_EQ(others.back().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+    };
+    rig.GetDevice(kSynth).onLook = askMeanwhile;
+    rig.GetDevice(kKeyboard).onLook = askMeanwhile;
+    keeper.Look();
+    EXPECT_EQ(others.size(), 2U);
+    rig.backend.fixed = true;
+    engine.CloseOutputPort();
+    keeper.Look();
+    EXPECT_EQ(others.size(), 4U);
 }
 
 TEST_F(Keeper, AnOutputThatStandsStillIsToldUntilItGoesOn) {
