@@ -83,7 +83,6 @@ void PortMIDIInPort::ReceiveRound() {
     PmEvent event{};
     const int result = GetApi().Read(stream_, &event, 1);
     if (result > 0) {
-        isBroken_ = false;
         if (const std::optional<MIDIEvent> received = ToInputEvent(event.message)) {
             QueueEvent(*received);
         }

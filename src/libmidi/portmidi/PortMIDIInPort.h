@@ -37,7 +37,7 @@ private:
     bool IsReadDue() NK_REQUIRES(deviceLock_);
 
     std::uint32_t quietRounds_ NK_GUARDED_BY(deviceLock_) = 0;  ///< since the device last had data
-    std::atomic<bool> isBroken_{false};                         ///< the device has failed and has sent nothing since
+    std::atomic<bool> isBroken_{false};                         ///< the device has failed since it was opened
     std::unique_ptr<InPortThread> thread_;
 };
 

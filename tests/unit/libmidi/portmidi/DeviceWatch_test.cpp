@@ -135,7 +135,7 @@ TEST_F(DeviceWatchTest, WhereNothingIsKnownADeviceCountsAsThere) {
     EXPECT_EQ(out.LookAtDevice(), DeviceState::kWorks);
 }
 
-TEST_F(DeviceWatchTest, AnInputThatFailsIsToBeOpenedAgainUntilItSends) {
+TEST_F(DeviceWatchTest, AnInputThatHasFailedIsToBeOpenedAgainThoughItSends) {
     auto& input = dynamic_cast<PortMIDIInPort&>(keys);
     ASSERT_EQ(keys.Open(), kSuccess);
     api.pollError = pmHostError;
@@ -143,17 +143,16 @@ TEST_F(DeviceWatchTest, AnInputThatFailsIsToBeOpenedAgainUntilItSends) {
     EXPECT_EQ(keys.LookAtDevice(), DeviceState::kBack);
     api.pollError = pmNoError;
     input.ReceiveRound();
-    EXPECT_EQ(keys.LookAtDevice(), DeviceState::kBack) << "quiet";
     api.Receive(1, Pm_Message(0x90, 60, 80));
     input.ReceiveRound();
+    EXPECT_EQ(keys.LookAtDevice(), DeviceState::kBack) << "a release may have been lost";
+    keys.Close();
+    keys.Open();
     EXPECT_EQ(keys.LookAtDevice(), DeviceState::kWorks);
     api.Receive(1, pmBadPtr);
     input.ReceiveRound();
     input.ReceiveRound();
     EXPECT_EQ(keys.LookAtDevice(), DeviceState::kBack);
-    keys.Close();
-    keys.Open();
-    EXPECT_EQ(keys.LookAtDevice(), DeviceState::kWorks);
 }
 
 TEST_F(DeviceWatchTest, AnOutputThatGoesUnnoticedByTheWritingIsBackInItsPlace) {
