@@ -86,24 +86,27 @@ void Synthesizer::Close() {
 DeviceState Synthesizer::LookAtSession() {
     NK_ASSERT_THREAD_ROLE(gui);
     if (session_ != nullptr && !session_->HasFailed()) {
-        spare_.reset();
-        looksToWait_ = 0;
-        return IsStalled() ? DeviceState::kStalled : DeviceState::kWorks;
-    }
-    if (session_ != nullptr) {
+        const auto standstill = GetStandstill();
+        if (standstill < limits_.hang) {
+            spare_.reset();
+            looksToWait_ = 0;
+            return standstill < limits_.stall ? DeviceState::kWorks : DeviceState::kStalled;
+        }
+        SetLastError(NK::Translate("Synthesizer", "The audio system does not answer."));
+    } else if (session_ != nullptr) {
         SetLastError(session_->GetReason());
     }
     return LookForSpare() ? DeviceState::kBack : DeviceState::kLost;
 }
 
-bool Synthesizer::IsStalled() {
+std::chrono::steady_clock::duration Synthesizer::GetStandstill() {
     const auto now = std::chrono::steady_clock::now();
     const std::uint64_t played = session_->GetPlayedFrames();
     if (played != playedFrames_ || played == 0) {
         playedFrames_ = played;
         playedAt_ = now;
     }
-    return now - playedAt_ >= limits_.stall;
+    return now - playedAt_;
 }
 
 bool Synthesizer::IsSpareReady() const {

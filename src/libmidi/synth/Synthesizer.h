@@ -30,6 +30,7 @@ public:
         std::chrono::milliseconds apply{5000};
         std::chrono::milliseconds close{250};   ///< then the thread frees the rest in its own time
         std::chrono::milliseconds stall{2000};  ///< that long without taking any sound the audio system stands still
+        std::chrono::milliseconds hang{10000};  ///< that long, and it is taken for lost
     };
 
     /// With the installed FluidSynth and the process's environment; calls PrepareAudioEnvironment().
@@ -48,9 +49,9 @@ public:
     /// Silences at once and frees everything; an audio system that is slow to let go does so behind the caller's back.
     void Close();
     bool IsOpen() const { return session_ != nullptr; }
-    /// What has become of the session that Open() began. When it has failed, each look takes the attempt to begin
-    /// another one a step further, in that one's thread; with kBack one plays already, and Open() after Close() takes
-    /// it over.
+    /// What has become of the session that Open() began. When it has failed or hangs, each look takes the attempt to
+    /// begin another one a step further, in that one's thread; with kBack one plays already, and Open() after Close()
+    /// takes it over.
     DeviceState LookAtSession();
     /// False when the session has failed, with the reason in GetLastError(). [any]
     bool Write(const MIDIEvent& event);
@@ -77,7 +78,8 @@ private:
     std::unique_ptr<SynthSession> TryDriver(const std::string& driver, bool isForced, NK::CString& reason);
     void EndSession(std::unique_ptr<SynthSession>& session);
     std::vector<std::string> GetCandidates() const;
-    bool IsStalled();
+    /// How long the session has been taking no sound.
+    std::chrono::steady_clock::duration GetStandstill();
     bool IsSpareReady() const;
     bool LookForSpare();
     void BeginSpare();

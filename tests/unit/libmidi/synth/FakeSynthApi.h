@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -93,6 +94,11 @@ public:
             return std::any_of(calls_.begin(), calls_.end(), [&](const Call& call) { return call.text == text; });
         });
     }
+    /// What the audio system does that was started last.
+    void TakeSound(int frames) {
+        const std::lock_guard guard(mutex_);
+        takeSound_(frames);
+    }
     /// Waits until everything that was made is deleted.
     void WaitUntilFreed() {
         std::unique_lock lock(mutex_);
@@ -122,7 +128,16 @@ public:
     fluid_synth_t* NewSynth(fluid_settings_t*) override { return canMakeSynth ? Make<fluid_synth_t>() : nullptr; }
     void DeleteSynth(fluid_synth_t*) override { Delete(); }
     fluid_audio_driver_t* NewAudioDriver(fluid_settings_t*, fluid_synth_t*) override { return StartDriver("driver "); }
-    fluid_audio_driver_t* NewAudioDriver2(fluid_settings_t*, fluid_audio_func_t, void*) override {
+    fluid_audio_driver_t* NewAudioDriver2(fluid_settings_t*, fluid_audio_func_t function, void* data) override {
+        {
+            const std::lock_guard guard(mutex_);
+            takeSound_ = [function, data](int frames) {
+                std::vector<float> left(static_cast<std::size_t>(frames));
+                std::vector<float> right(left);
+                float* out[] = {left.data(), right.data()};
+                function(data, frames, 0, nullptr, 2, out);
+            };
+        }
         return StartDriver("driver2 ");
     }
     void DeleteAudioDriver(fluid_audio_driver_t*) override {
@@ -196,6 +211,7 @@ private:
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Call> calls_;
+    std::function<void(int frames)> takeSound_;
     std::string driver_;
     int live_ = 0;
     int font_ = 0;

@@ -338,6 +338,35 @@ TEST_F(SynthesizerTest, InPlaceOfASessionThatFailedAnotherIsBegunBehindTheCaller
     EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
 }
 
+TEST_F(SynthesizerTest, AnAudioSystemThatHangsIsTakenForLostAndAnotherOneIsBegun) {
+    limits_.hang = 1ms;
+    ASSERT_TRUE(Make().Open());
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
+    api_.TakeSound(64);
+    while (synthesizer_->LookAtSession() == DeviceState::kWorks) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(synthesizer_->GetLastError(), L"The audio system does not answer.");
+    while (synthesizer_->LookAtSession() != DeviceState::kBack) {
+        std::this_thread::yield();
+    }
+    synthesizer_->Close();
+    ASSERT_TRUE(synthesizer_->Open());
+    EXPECT_EQ(api_.Count("driver2 pulseaudio"), 2);
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
+}
+
+TEST_F(SynthesizerTest, AnAudioSystemThatGoesOnAfterAllWorks) {
+    limits_.hang = 1ms;
+    ASSERT_TRUE(Make().Open());
+    api_.TakeSound(64);
+    while (synthesizer_->LookAtSession() == DeviceState::kWorks) {
+        std::this_thread::yield();
+    }
+    api_.TakeSound(64);
+    EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
+}
+
 TEST_F(SynthesizerTest, ClosingDoesNotWaitForAnAttemptThatHangs) {
     ShowSoundCard();
     ASSERT_TRUE(Make().Open());
