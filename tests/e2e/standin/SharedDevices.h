@@ -22,7 +22,7 @@ struct TSharedDevices {
     std::atomic<std::uint32_t> overflows;      ///< by the test: how often the input's buffer is to run over
     std::atomic<std::uint32_t> overflowsTold;  ///< by the stand-in
     std::atomic<std::uint32_t> inputRounds;    ///< how often the open input was polled
-    /// The presence at which the device is open; 0 where it is not, or its last write failed.
+    /// The presence at which the device is open; 0 where it is not, or a write has failed since.
     std::atomic<std::uint32_t> openAs[kDeviceCount];
     std::atomic<std::uint32_t> played;  ///< by the test: messages put into `input`
     std::atomic<std::uint32_t> read;    ///< by the stand-in: of these, taken

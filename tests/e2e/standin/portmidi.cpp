@@ -86,7 +86,6 @@ PmError Write(const TStream& stream, PmMessage message) {
         shared->openAs[stream.device] = 0;
         return pmHostError;
     }
-    shared->openAs[stream.device] = stream.presence;
     const auto device = static_cast<std::uint32_t>(stream.device) << 24U;
     shared->written[shared->writtenCount] = (static_cast<std::uint32_t>(message) & 0xFFFFFFU) | device;
     ++shared->writtenCount;
