@@ -46,8 +46,10 @@ std::optional<std::uint32_t> FindFirstNote(const CaptureStore::View& captured) {
 
 }  // namespace
 
-void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<void(const CMIDIMessageX&)>& visit) {
-    const std::optional<std::uint32_t> firstNote = FindFirstNote(captured);
+void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<void(const CMIDIMessageX&)>& visit,
+                        TrackBegin begin) {
+    const std::optional<std::uint32_t> firstNote =
+        begin == TrackBegin::kFirstNote ? FindFirstNote(captured) : std::nullopt;
     bool isBeforeFirstNote = firstNote.has_value();
     const auto align = [&](std::int32_t time) {
         if (!firstNote) {
@@ -73,14 +75,14 @@ void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<
     visit(out);
 }
 
-bool SaveRecordedTrack(const CaptureStore::View& captured, const NK::CString& path) {
+bool SaveRecordedTrack(const CaptureStore::View& captured, const NK::CString& path, TrackBegin begin) {
     NK::ForgetFileFailure();
-    return captured.GetCount() != 0 && NK::SaveAtomically(path, [&captured](NK::CFile& file) {
+    return captured.GetCount() != 0 && NK::SaveAtomically(path, [&captured, begin](NK::CFile& file) {
                if (!NK::MIDI::WriteMIDIHeader(file, kRecordingTempo)) {
                    return false;
                }
                NK::MIDI::CMIDITrackWriter track(file, kRecordingTempo);
-               VisitRecordedTrack(captured, [&track](const CMIDIMessageX& event) { track.Write(event); });
+               VisitRecordedTrack(captured, [&track](const CMIDIMessageX& event) { track.Write(event); }, begin);
                return track.Finish();
            });
 }

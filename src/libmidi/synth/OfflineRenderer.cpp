@@ -2,11 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
-#include <fstream>
-#include <limits>
-#include <string_view>
 
 #include "libmidi/MIDIPortContainer.h"
 #include "libmidi/synth/SoundFontFile.h"
@@ -17,19 +13,6 @@ namespace {
 
 constexpr std::uint32_t kFramesPerMs = OfflineRenderer::kSampleRate / 1000;
 constexpr std::size_t kBlockFrames = 4096;
-constexpr std::uint32_t kBytesPerSample = 2;
-constexpr std::uint32_t kWaveHeaderSize = 44;
-constexpr float kFullScale = 32767.0F;
-
-void Append(std::vector<char>& bytes, std::uint32_t value, int size) {
-    for (int index = 0; index < size; ++index) {
-        bytes.push_back(static_cast<char>(value >> (8 * index) & 0xFF));
-    }
-}
-
-void Append(std::vector<char>& bytes, std::string_view text) {
-    bytes.insert(bytes.end(), text.begin(), text.end());
-}
 
 }  // namespace
 
@@ -74,36 +57,6 @@ std::vector<float> OfflineRenderer::Render(const std::vector<MIDIEvent>& events,
     }
     renderUntil(frames);
     return samples;
-}
-
-bool WriteWaveFile(const std::filesystem::path& path, const std::vector<float>& samples, std::uint32_t sampleRate) {
-    if (samples.size() > (std::numeric_limits<std::uint32_t>::max() - kWaveHeaderSize) / kBytesPerSample) {
-        return false;
-    }
-    const auto dataSize = static_cast<std::uint32_t>(samples.size() * kBytesPerSample);
-    constexpr std::uint32_t frameSize = kBytesPerSample * OfflineRenderer::kChannels;
-    std::vector<char> bytes;
-    bytes.reserve(kWaveHeaderSize + dataSize);
-    Append(bytes, "RIFF");
-    Append(bytes, kWaveHeaderSize - 8 + dataSize, 4);
-    Append(bytes, "WAVEfmt ");
-    Append(bytes, 16, 4);  // size of the format chunk
-    Append(bytes, 1, 2);   // PCM
-    Append(bytes, OfflineRenderer::kChannels, 2);
-    Append(bytes, sampleRate, 4);
-    Append(bytes, sampleRate * frameSize, 4);
-    Append(bytes, frameSize, 2);
-    Append(bytes, kBytesPerSample * 8, 2);
-    Append(bytes, "data");
-    Append(bytes, dataSize, 4);
-    for (const float sample : samples) {
-        const float scaled = std::clamp(sample, -1.0F, 1.0F) * kFullScale;
-        Append(bytes, static_cast<std::uint32_t>(static_cast<std::int32_t>(std::lround(scaled))), 2);
-    }
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    return file.good();
 }
 
 }  // namespace LibMidi

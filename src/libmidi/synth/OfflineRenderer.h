@@ -31,8 +31,4 @@ private:
     SynthDevice device_;
 };
 
-/// Writes 16-bit stereo samples as a RIFF WAVE file; samples beyond -1..1 are cut. False when the file cannot be
-/// written or would pass 4 GB.
-bool WriteWaveFile(const std::filesystem::path& path, const std::vector<float>& samples, std::uint32_t sampleRate);
-
 }  // namespace LibMidi

@@ -87,22 +87,4 @@ TEST_F(OfflineRendererTest, APianoChordNeedsNoLimiter) {
     EXPECT_LT(peak, PeakLimiter::kCeiling);
 }
 
-TEST_F(OfflineRendererTest, TheWaveFileHoldsTheSamplesIn16Bits) {
-    const std::vector<float> samples{0.0F, 1.0F, -1.0F, 0.5F, 7.0F, -7.0F};
-    ASSERT_TRUE(WriteWaveFile(folder_ / "x.wav", samples, 44100));
-    const auto wave = KivoraTest::ReadWaveFile(folder_ / "x.wav");
-    EXPECT_EQ(wave.sampleRate, 44100U);
-    EXPECT_EQ(wave.channels, 2U);
-    ASSERT_EQ(wave.samples.size(), samples.size());
-    const float expected[] = {0.0F, 1.0F, -1.0F, 0.5F, 1.0F, -1.0F};
-    for (std::size_t index = 0; index < samples.size(); ++index) {
-        EXPECT_NEAR(wave.samples[index], expected[index], 1.0F / 16384.0F) << index;
-    }
-    EXPECT_EQ(std::filesystem::file_size(folder_ / "x.wav"), 44U + 12U);
-}
-
-TEST_F(OfflineRendererTest, AWaveFileThatCannotBeWrittenGivesFalse) {
-    EXPECT_FALSE(WriteWaveFile(folder_ / "missing/x.wav", {0.0F, 0.0F}, 48000));
-}
-
 }  // namespace
