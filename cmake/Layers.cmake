@@ -5,9 +5,9 @@
 # KIVORA_ONLY_<leaf>_<used leaf> is an expression for the only headers that <leaf> may include of the used one.
 
 set(KIVORA_LEAVES
-    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine
+    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine render
     QtWidgets/skin QtWidgets/piano locale ui app)
-set(KIVORA_QT_LEAVES nk/qt engine QtWidgets/skin QtWidgets/piano locale ui app)
+set(KIVORA_QT_LEAVES nk/qt engine render QtWidgets/skin QtWidgets/piano locale ui app)
 
 set(KIVORA_LAYER_nk "")
 set(KIVORA_LAYER_nk_qt nk)
@@ -19,6 +19,7 @@ set(KIVORA_LAYER_libmidi midi nk)
 set(KIVORA_LAYER_libmidi_portmidi libmidi midi nk)
 set(KIVORA_LAYER_libmidi_synth libmidi midi nk)
 set(KIVORA_LAYER_engine midi/arpeggiator piano libmidi midi nk)
+set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
 set(KIVORA_LAYER_QtWidgets_skin "")
 set(KIVORA_LAYER_QtWidgets_piano piano midi nk)
 set(KIVORA_LAYER_locale nk piano)
@@ -33,6 +34,7 @@ set(KIVORA_EXTERNAL_nk_qt Qt6::Core)
 set(KIVORA_EXTERNAL_libmidi_portmidi PortMidi::PortMidi)
 set(KIVORA_EXTERNAL_libmidi_synth PkgConfig::FluidSynth)
 set(KIVORA_EXTERNAL_engine Qt6::Core Qt6::Gui)
+set(KIVORA_EXTERNAL_render Qt6::Core)
 set(KIVORA_EXTERNAL_QtWidgets_skin Qt6::Widgets)
 set(KIVORA_EXTERNAL_QtWidgets_piano Qt6::Widgets)
 set(KIVORA_EXTERNAL_locale Qt6::Core)

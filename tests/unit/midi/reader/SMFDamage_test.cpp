@@ -1,6 +1,7 @@
 // Files that are not whole: what is whole is given, and the damage with its place.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "midi/reader/SMFReader.h"
@@ -17,6 +18,8 @@ struct Case {
     SMFDefect defect;
     std::int64_t offset;
     std::size_t events;  ///< how many are given all the same
+
+    friend void PrintTo(const Case& tested, std::ostream* out) { *out << tested.name; }
 };
 
 const std::string kNote = Bytes({0, 0x90, 60, 100});
