@@ -27,6 +27,126 @@
         <source>Leave pictures for the manual in &lt;folder&gt; and quit.</source>
         <translation>Оставить в &lt;папке&gt; изображения для руководства и завершить работу.</translation>
     </message>
+    <message>
+        <source>The sound font &quot;%1&quot; cannot be played: %2</source>
+        <translation>Банк звуков «%1» сыграть нельзя: %2</translation>
+    </message>
+    <message>
+        <source>With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
+        <translation>Вместе с --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
+    </message>
+    <message>
+        <source>The value of --%1 is empty.</source>
+        <translation>Значение --%1 пусто.</translation>
+    </message>
+    <message>
+        <source>--render needs the name of the file to write.</source>
+        <translation>Для --render нужно имя файла, который надо записать.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one argument too many.</source>
+        <translation>Аргумент «%1» лишний.</translation>
+    </message>
+    <message>
+        <source>--%1 and --%2 do not go together.</source>
+        <translation>--%1 и --%2 нельзя указать вместе.</translation>
+    </message>
+    <message>
+        <source>The file to write, &quot;%1&quot;, ends neither in .wav nor in .mid.</source>
+        <translation>Имя файла, который надо записать, «%1», не кончается ни на .wav, ни на .mid.</translation>
+    </message>
+    <message>
+        <source>Play to the MIDI output &lt;name&gt; in this run.</source>
+        <translation>Играть в этот запуск на MIDI-выход Играть в этот раз на MIDI-выход &lt;имя&gt;lt;имяИграть в этот раз на MIDI-выход &lt;имя&gt;gt;.</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>имя</translation>
+    </message>
+    <message>
+        <source>Listen to the MIDI input &lt;name&gt; in this run.</source>
+        <translation>Слушать в этот запуск MIDI-вход &lt;имя&gt;.</translation>
+    </message>
+    <message>
+        <source>Begin with a preset: its name or its file.</source>
+        <translation>Начать с пресета: его имя или его файл.</translation>
+    </message>
+    <message>
+        <source>preset</source>
+        <translation>пресет</translation>
+    </message>
+    <message>
+        <source>Play the sound font &lt;file&gt; in this run.</source>
+        <translation>Играть в этот запуск банком звуков из Играть в этот раз банком звуков &lt;файл&gt;lt;файлаИграть в этот раз банком звуков &lt;файл&gt;gt;.</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>файл</translation>
+    </message>
+    <message>
+        <source>List the MIDI outputs and inputs, a line each, and quit.</source>
+        <translation>Вывести MIDI-выходы и MIDI-входы, по одному в строке, и завершить работу.</translation>
+    </message>
+    <message>
+        <source>Play the MIDI file &lt;file&gt; as if a MIDI keyboard sent it, write what comes out to the target, and quit. Needs no window, no display and no sound card.</source>
+        <translation>Сыграть MIDI-Сыграть MIDI-файл &lt;файл&gt;, какlt;файлСыграть MIDI-файл &lt;файл&gt;, какgt;, как если бы его передала MIDI-клавиатура, записать то, что получится, в цель и завершить работу. Не нужны ни окно, ни экран, ни звуковая карта.</translation>
+    </message>
+    <message>
+        <source>Output: %1</source>
+        <translation>Выход: %1</translation>
+    </message>
+    <message>
+        <source>Input: %1</source>
+        <translation>Вход: %1</translation>
+    </message>
+    <message>
+        <source>kivora --help lists the options.</source>
+        <translation>Параметры перечисляет kivora --help.</translation>
+    </message>
+    <message>
+        <source>There is no preset &quot;%1&quot;.</source>
+        <translation>Нет пресета «%1».</translation>
+    </message>
+    <message>
+        <source>%1 is no preset.</source>
+        <translation>%1 — не пресет.</translation>
+    </message>
+    <message>
+        <source>The preset %1 cannot be read</source>
+        <translation>Пресет %1 прочитать нельзя</translation>
+    </message>
+    <message>
+        <source>The piece is longer than six hours.</source>
+        <translation>Пьеса длиннее шести часов.</translation>
+    </message>
+    <message>
+        <source>No sound font is found; --sound-font names one.</source>
+        <translation>Банк звуков не найден; его можно указать с помощью --sound-font.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written</source>
+        <translation>%1 записать нельзя</translation>
+    </message>
+    <message>
+        <source>The file to write is the one to play.</source>
+        <translation>Файл, который надо записать, — тот же, который надо сыграть.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read</source>
+        <translation>%1 прочитать нельзя</translation>
+    </message>
+    <message>
+        <source>kivora --list-ports lists those that are there.</source>
+        <translation>Имеющиеся перечисляет kivora --list-ports.</translation>
+    </message>
+    <message>
+        <source>There is no MIDI output &quot;%1&quot;.</source>
+        <translation>Нет MIDI-выхода «%1».</translation>
+    </message>
+    <message>
+        <source>There is no MIDI input &quot;%1&quot;.</source>
+        <translation>Нет MIDI-входа «%1».</translation>
+    </message>
 </context>
 <context>
     <name>Desktop</name>

@@ -1,7 +1,10 @@
 #include "app/Backends.h"
 
+#include <QCoreApplication>
+
 #include "engine/Settings.h"
 #include "libmidi/portmidi/PortMIDIBackend.h"
+#include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthBackend.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_ini_file.h"
@@ -22,10 +25,18 @@ void ApplySavedSettings(LibMidi::Synthesizer& synthesizer, const NK::CString& us
 
 }  // namespace
 
-EngineDependencies CreateEngineDependencies() {
+QString ExplainSoundFont(const QString& path) {
+    const NK::CString reason = LibMidi::CheckSoundFont(path.toStdString());
+    return reason.IsEmpty() ? QString()
+                            : QCoreApplication::translate("CommandLine", "The sound font \"%1\" cannot be played: %2")
+                                  .arg(path, QString::fromWCharArray(reason.c_str()));
+}
+
+EngineDependencies CreateEngineDependencies(const QString& soundFont) {
     EngineDependencies dependencies;
     const auto synthesizer = std::make_shared<LibMidi::Synthesizer>();
     ApplySavedSettings(*synthesizer, dependencies.userDataDir);
+    synthesizer->SetRunFont(soundFont.toStdString());
     dependencies.synth = synthesizer;
     dependencies.backends = {LibMidi::PortMIDIBackend(), LibMidi::MakeSynthBackend(synthesizer)};
     dependencies.createPlayer = [] { return LibMidi::CreateMIDIPlayer(); };

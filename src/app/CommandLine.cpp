@@ -1,41 +1,192 @@
 #include "app/CommandLine.h"
 
+#include <algorithm>
+#include <iterator>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 namespace Kivora {
 namespace {
 
+using Action = CommandLine::Action;
+
 QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);
 }
 
-}  // namespace
+/// The options of Qt's application object, most of which take a value. It takes them out of the arguments, but only
+/// where it has a window system.
+QStringList WithoutToolkitOptions(const QStringList& arguments) {
+    static const QStringList kWithValue = {"display",         "geometry",           "icon",          "name",
+                                           "platform",        "platformpluginpath", "platformtheme", "plugin",
+                                           "qwindowgeometry", "qwindowicon",        "qwindowtitle",  "session",
+                                           "style",           "stylesheet",         "title"};
+    QStringList own;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        if (argument == "--") {
+            return own + arguments.mid(i);
+        }
+        const QString name = argument.startsWith("--")  ? argument.mid(2)
+                             : argument.startsWith('-') ? argument.mid(1)
+                                                        : "";
+        if (kWithValue.contains(name)) {
+            ++i;
+        } else if (name != "reverse" && !kWithValue.contains(name.section('=', 0, 0))) {
+            own << argument;
+        }
+    }
+    return own;
+}
 
-CommandLine CommandLine::Parse(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
+/// The options that the program knows, with their texts in the language in force.
+class Parser {
+public:
+    Parser() {
+        parser_.setApplicationDescription(
+            Tr(QT_TRANSLATE_NOOP("CommandLine",
+                                 "A virtual MIDI keyboard: play on the computer keys, on the screen's piano "
+                                 "and on a MIDI keyboard.")));
+        parser_.addOptions(
+            {output_, input_, preset_, soundFont_, listPorts_, render_, locale_, demonstration_, pictures_});
+        parser_.addPositionalArgument(
+            "target",
+            Tr(QT_TRANSLATE_NOOP("CommandLine", "With --render: the sound file (.wav) or MIDI file (.mid) to write.")),
+            "[target]");
+    }
+
+    QString GetHelp() const { return parser_.helpText(); }
+
+    CommandLine Parse(const QStringList& arguments) {
+        CommandLine line;
+        if (!parser_.parse(WithoutToolkitOptions(arguments))) {
+            line.refusal = parser_.errorText();
+        }
+        line.locale = parser_.value(locale_);
+        line.demonstrationDir = parser_.value(demonstration_);
+        line.pictureDir = parser_.value(pictures_);
+        line.outputPort = parser_.value(output_);
+        line.inputPort = parser_.value(input_);
+        line.preset = parser_.value(preset_);
+        line.soundFont = parser_.value(soundFont_);
+        line.renderFrom = parser_.value(render_);
+        line.action = GetAction();
+        Check(line);
+        return line;
+    }
+
+private:
+    Action GetAction() const {
+        if (parser_.isSet(help_) || parser_.isSet("help-all")) {
+            return Action::kHelp;
+        }
+        if (parser_.isSet(version_)) {
+            return Action::kVersion;
+        }
+        return parser_.isSet(listPorts_) ? Action::kListPorts
+               : parser_.isSet(render_)  ? Action::kRender
+                                         : Action::kPlay;
+    }
+
+    void Check(CommandLine& line) const {
+        const auto refuse = [&line](const QString& why) { line.refusal = line.refusal.isEmpty() ? why : line.refusal; };
+        for (const QCommandLineOption* option :
+             {&output_, &input_, &preset_, &soundFont_, &render_, &locale_, &demonstration_, &pictures_}) {
+            if (parser_.isSet(*option) && parser_.value(*option).isEmpty()) {
+                refuse(
+                    Tr(QT_TRANSLATE_NOOP("CommandLine", "The value of --%1 is empty.")).arg(option->names().first()));
+            }
+        }
+        CheckTogether(line, refuse);
+        const QStringList others = parser_.positionalArguments();
+        if (line.action == Action::kRender) {
+            if (others.isEmpty()) {
+                refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "--render needs the name of the file to write.")));
+            } else {
+                line.renderTo = others.first();
+                CheckTarget(line.renderTo, refuse);
+            }
+        }
+        const qsizetype expected = line.action == Action::kRender ? 1 : 0;
+        if (others.size() > expected) {
+            refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "\"%1\" is one argument too many.")).arg(others[expected]));
+        }
+    }
+
+    template <class Refuse>
+    void CheckTogether(const CommandLine& line, const Refuse& refuse) const {
+        if (line.action == Action::kHelp || line.action == Action::kVersion) {
+            return;
+        }
+        const auto exclude = [&](const QCommandLineOption& one,
+                                 std::initializer_list<const QCommandLineOption*> others) {
+            for (const QCommandLineOption* other : others) {
+                if (parser_.isSet(one) && parser_.isSet(*other)) {
+                    refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "--%1 and --%2 do not go together."))
+                               .arg(one.names().first(), other->names().first()));
+                }
+            }
+        };
+        exclude(listPorts_, {&render_, &output_, &input_, &preset_, &demonstration_, &pictures_});
+        exclude(render_, {&output_, &input_, &demonstration_, &pictures_});
+        exclude(demonstration_, {&pictures_});
+    }
+
+    template <class Refuse>
+    static void CheckTarget(const QString& path, const Refuse& refuse) {
+        if (!CommandLine::IsSoundFile(path) && !path.endsWith(".mid", Qt::CaseInsensitive) &&
+            !path.endsWith(".midi", Qt::CaseInsensitive)) {
+            refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "The file to write, \"%1\", ends neither in .wav nor in .mid."))
+                       .arg(path));
+        }
+    }
+
+    QCommandLineParser parser_;
+    const QCommandLineOption output_{
+        "output", Tr(QT_TRANSLATE_NOOP("CommandLine", "Play to the MIDI output <name> in this run.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "name"))};
+    const QCommandLineOption input_{
+        "input", Tr(QT_TRANSLATE_NOOP("CommandLine", "Listen to the MIDI input <name> in this run.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "name"))};
+    const QCommandLineOption preset_{"preset",
+                                     Tr(QT_TRANSLATE_NOOP("CommandLine", "Begin with a preset: its name or its file.")),
+                                     Tr(QT_TRANSLATE_NOOP("CommandLine", "preset"))};
+    const QCommandLineOption soundFont_{"sound-font",
+                                        Tr(QT_TRANSLATE_NOOP("CommandLine", "Play the sound font <file> in this run.")),
+                                        Tr(QT_TRANSLATE_NOOP("CommandLine", "file"))};
+    const QCommandLineOption listPorts_{
+        "list-ports", Tr(QT_TRANSLATE_NOOP("CommandLine", "List the MIDI outputs and inputs, a line each, and quit."))};
+    const QCommandLineOption render_{
+        "render",
         Tr(QT_TRANSLATE_NOOP("CommandLine",
-                             "A virtual MIDI keyboard: play on the computer keys, on the screen's piano "
-                             "and on a MIDI keyboard.")));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption locale(
+                             "Play the MIDI file <file> as if a MIDI keyboard sent it, write what comes out to the "
+                             "target, and quit. Needs no window, no display and no sound card.")),
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "file"))};
+    const QCommandLineOption locale_{
         "locale",
         Tr(QT_TRANSLATE_NOOP("CommandLine", "Take the interface language of <locale>, such as ru_RU, for this run.")),
-        Tr(QT_TRANSLATE_NOOP("CommandLine", "locale")));
-    const QCommandLineOption demonstration(
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "locale"))};
+    const QCommandLineOption demonstration_{
         "demo",
         Tr(QT_TRANSLATE_NOOP("CommandLine",
                              "Play a short demonstration, leave a screenshot, a MIDI file and a sound "
                              "file in <folder>, and quit.")),
-        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
-    const QCommandLineOption pictures(
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder"))};
+    const QCommandLineOption pictures_{
         "pictures", Tr(QT_TRANSLATE_NOOP("CommandLine", "Leave pictures for the manual in <folder> and quit.")),
-        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder")));
-    parser.addOptions({locale, demonstration, pictures});
-    parser.process(arguments);
-    return {parser.value(locale), parser.value(demonstration), parser.value(pictures)};
+        Tr(QT_TRANSLATE_NOOP("CommandLine", "folder"))};
+    const QCommandLineOption help_ = parser_.addHelpOption();
+    const QCommandLineOption version_ = parser_.addVersionOption();
+};
+
+}  // namespace
+
+CommandLine CommandLine::Parse(const QStringList& arguments) {
+    return Parser().Parse(arguments);
+}
+
+QString CommandLine::GetHelp() {
+    return Parser().GetHelp();
 }
 
 }  // namespace Kivora

@@ -111,7 +111,11 @@ MainWindow::~MainWindow() {
 }
 
 bool MainWindow::SaveSettings() {
-    if (!front_ || engine_->SaveSettings()) {
+    if (!front_) {
+        return true;
+    }
+    const RunPorts::Hidden hidden(runPorts_, *engine_);
+    if (engine_->SaveSettings()) {
         return true;
     }
     NK::Log(L"The settings could not be saved.");

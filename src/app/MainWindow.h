@@ -5,6 +5,7 @@
 #include <memory>
 #include <QMainWindow>
 
+#include "app/RunChoices.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "locale/LocaleFile.h"
@@ -41,6 +42,8 @@ public:
     /// Null when the engine could not be created.
     EngineFront* GetFront() const { return front_.get(); }
     KivoraWidget* GetPanel() const { return panel_; }
+    /// Ports of this run, which are not saved.
+    RunPorts& GetRunPorts() { return runPorts_; }
     /// Opens the ports if they are not open yet.
     void OpenPorts();
 
@@ -76,7 +79,8 @@ private:
     std::unique_ptr<CKivora> engine_;
     std::unique_ptr<EngineFront> front_;
     std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
-    KivoraWidget* panel_ = nullptr;         // owned by this window as its child
+    RunPorts runPorts_;
+    KivoraWidget* panel_ = nullptr;  // owned by this window as its child
     bool quiet_ = false;
 };
 

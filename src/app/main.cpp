@@ -6,12 +6,15 @@
 
 #include "app/Backends.h"
 #include "app/CommandLine.h"
+#include "app/ConsoleOutput.h"
+#include "app/ConsoleRun.h"
 #include "app/Demonstration.h"
 #include "app/EmergencyEnd.h"
 #include "app/EndRequests.h"
 #include "app/HeldInput.h"
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
+#include "app/RunChoices.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
 #include "nk/nk_session_bus.h"
@@ -26,12 +29,14 @@
 
 namespace {
 
-void SetIdentity() {
-    QApplication::setApplicationName("Kivora LX");
-    QApplication::setApplicationVersion(KIVORA_VERSION);
-    QApplication::setOrganizationName("Brennholt");
-    QGuiApplication::setDesktopFileName("kivora");
-    QApplication::setWindowIcon(QIcon(":/Resources/Kivora.ico"));
+/// Whether the command line asks for what needs no display, or for nothing that can be done.
+bool IsWindowWanted(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) {
+        arguments << QString::fromLocal8Bit(argv[i]);
+    }
+    const Kivora::CommandLine line = Kivora::CommandLine::Parse(arguments);
+    return line.refusal.isEmpty() && line.action == Kivora::CommandLine::Action::kPlay;
 }
 
 /// The style that the panel is designed for, or its successor where it is not installed, under the panel's own look.
@@ -43,8 +48,11 @@ void SetStyle() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    NK_REGISTER_THREAD_ROLE(gui);
     NK::SecureStandardStreams();
+    if (!IsWindowWanted(argc, argv)) {
+        return Kivora::RunWithoutWindow(argc, argv);
+    }
+    NK_REGISTER_THREAD_ROLE(gui);
     // A key goes before what other programs compute. Qt's thread that reads the keys is started below and inherits it.
     NK::CThread::SetCallersLevel(NK::CThread::kLevelAboveNormal);
     NK::SeedRandom();  // else random arpeggios would be the same in every run
@@ -53,7 +61,9 @@ int main(int argc, char** argv) {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     const PlainTexts plainTexts;
-    SetIdentity();
+    Kivora::SetIdentity();
+    QGuiApplication::setDesktopFileName("kivora");
+    QApplication::setWindowIcon(QIcon(":/Resources/Kivora.ico"));
     NK::GetKeyboardLanguage();  // connects to the X server, which the first key would have to wait for
     Kivora::RegisterEmbeddedFonts();
     SetStyle();
@@ -63,6 +73,15 @@ int main(int argc, char** argv) {
     if (!commandLine.locale.isEmpty()) {
         Kivora::SetLocale(commandLine.locale, false);
     }
+    if (!commandLine.refusal.isEmpty()) {
+        return Kivora::RefuseArguments(commandLine);
+    }
+    if (const QString failure =
+            commandLine.soundFont.isEmpty() ? QString() : Kivora::ExplainSoundFont(commandLine.soundFont);
+        !failure.isEmpty()) {
+        Kivora::PrintError(failure);
+        return Kivora::kFailureExit;
+    }
 
     Kivora::EndRequests endRequests;
     std::optional<Kivora::Demonstration> demonstration;
@@ -71,11 +90,17 @@ int main(int argc, char** argv) {
     }
     // Pictures show the panel as it is designed, whatever the screen.
     const bool forPictures = demonstration || !commandLine.pictureDir.isEmpty();
-    const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies();
+    const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies(commandLine.soundFont);
     Kivora::MainWindow window(
         [&] { return std::make_unique<Kivora::CKivora>(dependencies); }, Kivora::MainWindow::Ports::kOpenWhenPainted,
         dependencies.synth.get(),
         forPictures ? Kivora::MainWindow::EPanelSize::kAsDesigned : Kivora::MainWindow::EPanelSize::kFitsScreen);
+    if (window.GetFront() != nullptr) {
+        if (const auto exitCode = Kivora::ApplyChoices(commandLine, *window.GetFront(), window.GetRunPorts())) {
+            window.SetQuiet();
+            return *exitCode;
+        }
+    }
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });

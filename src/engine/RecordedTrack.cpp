@@ -82,7 +82,8 @@ bool SaveRecordedTrack(const CaptureStore::View& captured, const NK::CString& pa
                    return false;
                }
                NK::MIDI::CMIDITrackWriter track(file, kRecordingTempo);
-               VisitRecordedTrack(captured, [&track](const CMIDIMessageX& event) { track.Write(event); }, begin);
+               VisitRecordedTrack(
+                   captured, [&track](const CMIDIMessageX& event) { track.Write(event); }, begin);
                return track.Finish();
            });
 }

@@ -191,8 +191,11 @@ Result Synthesizer::ApplySettings(const SynthSettings& settings) {
     spare_.reset();  // it was begun with the former ones
     const SynthSettings target = Clamped(settings);
     const SynthSettings former = std::exchange(settings_, target);
+    const bool isOtherFont = target.soundFont != former.soundFont;
+    const std::filesystem::path formerRunFont =
+        isOtherFont ? std::exchange(runFont_, std::filesystem::path()) : runFont_;
     NK::CString reason;
-    if (!target.soundFont.IsEmpty() && target.soundFont != former.soundFont) {
+    if (isOtherFont && !target.soundFont.IsEmpty()) {
         reason = CheckSoundFont(FindFont());
     }
     if (reason.IsEmpty() && session_ != nullptr && !session_->IsOver()) {
@@ -206,6 +209,7 @@ Result Synthesizer::ApplySettings(const SynthSettings& settings) {
     }
     if (!reason.IsEmpty()) {
         settings_ = former;
+        runFont_ = formerRunFont;
     }
     SetLastError(reason);
     return reason.IsEmpty() ? kSuccess : kDeviceError;
@@ -244,6 +248,9 @@ NK::CString Synthesizer::GetLastError() const {
 }
 
 std::filesystem::path Synthesizer::FindFont() const {
+    if (!runFont_.empty()) {
+        return runFont_;
+    }
     return settings_.soundFont.IsEmpty() ? FindSoundFont(environment_)
                                          : std::filesystem::path(settings_.soundFont.ToUtf8());
 }

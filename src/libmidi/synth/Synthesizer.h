@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -42,6 +43,9 @@ public:
     Synthesizer& operator=(const Synthesizer&) = delete;
 
     bool HasSoundFont() const { return !FindFont().empty(); }
+    /// A font that goes before the one of the settings, and is none of them, until settings with another font are
+    /// applied. Before Open(); CheckSoundFont() has nothing against it.
+    void SetRunFont(std::filesystem::path font) { runFont_ = std::move(font); }
     /// Starts the audio system and loads the font. The drivers are tried in the order pipewire, jack, pulseaudio, alsa,
     /// unless the environment or the settings name one. False, with the reason in GetLastError(), when nothing can
     /// sound.
@@ -92,6 +96,7 @@ private:
     const Limits limits_;
     const std::vector<std::string> installedDrivers_;
     SynthSettings settings_;
+    std::filesystem::path runFont_;  ///< empty for none
     std::string activeDriver_;
     std::unique_ptr<SynthSession> session_;
     std::unique_ptr<SynthSession> testSession_;

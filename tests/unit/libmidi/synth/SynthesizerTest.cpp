@@ -229,6 +229,25 @@ TEST_F(SynthesizerTest, AnotherFontReplacesTheOneThatPlays) {
     EXPECT_EQ(synthesizer_->GetSoundFontPath(), settings.soundFont);
 }
 
+TEST_F(SynthesizerTest, AFontOfTheRunIsPlayedAndIsNoSetting) {
+    SynthSettings settings;
+    settings.soundFont = NK::CString::FromUtf8(font_.native());
+    ASSERT_EQ(Make().ApplySettings(settings), kSuccess);
+    synthesizer_->SetRunFont(otherFont_);
+    ASSERT_TRUE(synthesizer_->Open());
+    EXPECT_EQ(synthesizer_->GetSoundFontPath().ToUtf8(), otherFont_.native());
+    EXPECT_EQ(synthesizer_->GetSettings(), settings);
+    settings.gain = 1.0;
+    EXPECT_EQ(synthesizer_->ApplySettings(settings), kSuccess);
+    EXPECT_EQ(synthesizer_->GetSoundFontPath().ToUtf8(), otherFont_.native()) << "the font was not chosen anew";
+    settings.soundFont = L"missing.sf2";
+    EXPECT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
+    EXPECT_EQ(synthesizer_->GetSoundFontPath().ToUtf8(), otherFont_.native());
+    settings.soundFont.Clear();
+    EXPECT_EQ(synthesizer_->ApplySettings(settings), kSuccess);
+    EXPECT_EQ(synthesizer_->GetSoundFontPath().ToUtf8(), font_.native()) << "the environment's";
+}
+
 TEST_F(SynthesizerTest, AFontThatCannotBeReadLeavesTheFormerSettings) {
     environment_.audioDriver = "pulseaudio";
     ASSERT_TRUE(Make().Open());

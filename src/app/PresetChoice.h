@@ -1,0 +1,20 @@
+// The preset that a command line names.
+#pragma once
+
+#include <QString>
+
+namespace Kivora {
+
+class EngineFront;
+
+enum class PresetResult {
+    kLoaded,
+    kUnknown,    ///< there is no preset of that name
+    kUnreadable  ///< the file cannot be read, or holds no preset
+};
+
+/// Loads a preset by its name, the user's own before the factory's, or from a file: what ends as a preset's file does,
+/// or has a "/" in it. `failure` says in a sentence why nothing was loaded. [gui]
+PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QString& failure);
+
+}  // namespace Kivora

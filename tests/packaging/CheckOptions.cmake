@@ -1,0 +1,15 @@
+# The options that PROGRAM tells of are those of the manual page PAGE.
+execute_process(COMMAND ${PROGRAM} --locale en_US --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "\n  (-[a-z], )?--[a-z-]+" told "${help}")
+list(TRANSFORM told REPLACE ".*--" "")
+list(REMOVE_ITEM told help-all)  # Qt's own
+file(READ ${PAGE} page)
+string(REPLACE "\\-" "-" page "${page}")
+string(REGEX REPLACE "^.*\n.SH OPTIONS\n(.*)\n.SH ENVIRONMENT.*$" "\\1" options "${page}")
+string(REGEX MATCHALL "\n\\.B[RI]* [^\n]*--[a-z-]+" described "\n${options}")
+list(TRANSFORM described REPLACE ".*--" "")
+list(SORT told)
+list(SORT described)
+if(NOT told OR NOT told STREQUAL described)
+    message(FATAL_ERROR "--help tells of: ${told}\nthe manual page of: ${described}")
+endif()
