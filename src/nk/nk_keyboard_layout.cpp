@@ -52,7 +52,18 @@ constexpr TVariant kVariants[] = {
     {"us", "hbs", 0x0000},  {"us", "rus", 0x0419},     {"uz", "latin", 0x0443},
 };
 
+constexpr TKeyboardLayout::TKey kNoKey;
+
 }  // namespace
+
+const TKeyboardLayout::TKey& TKeyboardLayout::operator[](std::uint32_t scanCode) const noexcept {
+    return scanCode < keys.size() ? keys[scanCode] : kNoKey;
+}
+
+bool TKeyboardLayout::TypesLatinLetters() const noexcept {
+    return std::any_of(keys.begin(), keys.end(),
+                       [](const TKey& key) { return key.character >= U'a' && key.character <= U'z'; });
+}
 
 LanguageNumber GetLanguageOfLayout(std::string_view layout, std::string_view variant) {
     const std::size_t bracket = layout.find('(');

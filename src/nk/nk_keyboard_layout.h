@@ -1,8 +1,13 @@
-// The language of the active keyboard layout.
+// The active keyboard layout: its language, and what its keys type.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace NK {
 
@@ -18,6 +23,35 @@ constexpr LanguageNumber kLanguageRussian = 0x0419;
 /// call connects to the X server; later ones ask it only after it has told of a change of the layouts, and wait for
 /// nothing otherwise. [any]
 LanguageNumber GetKeyboardLanguage();
+
+/// What a keyboard's keys type in one layout.
+struct TKeyboardLayout {
+    struct TKey {
+        char32_t character = 0;  ///< without modifiers; of a dead key its accent; 0 for none
+        char32_t shifted = 0;    ///< the same with SHIFT
+        bool isDead = false;     ///< without modifiers it types nothing but waits for another key
+
+        friend bool operator==(const TKey&, const TKey&) = default;
+    };
+
+    LanguageNumber language = kLanguageUnknown;
+    std::array<TKey, 256> keys{};  ///< by native scan code, of X11 and Wayland
+
+    /// A key that types nothing for a scan code that is not in the layout.
+    const TKey& operator[](std::uint32_t scanCode) const noexcept;
+    /// Whether it types any of the letters a to z without modifiers.
+    bool TypesLatinLetters() const noexcept;
+
+    friend bool operator==(const TKeyboardLayout&, const TKeyboardLayout&) = default;
+};
+
+/// The layout that is active on the X display; another object after a change only. Null without an X display, on
+/// Wayland, and while the server's keymap cannot be compiled. It asks the server as GetKeyboardLanguage() does. [any]
+std::shared_ptr<const TKeyboardLayout> GetKeyboardLayout();
+
+/// The layouts of a keymap in XKB's text format, version 1, in their order; none when it cannot be compiled. Of the
+/// languages it tells English and Russian only. [any]
+std::vector<TKeyboardLayout> ReadKeyboardLayouts(const std::string& keymap);
 
 /// The language of an XKB layout as the rules name it, for example "us" and "intl"; the variant may be empty, or stand
 /// in brackets behind the layout. [any]

@@ -7,24 +7,16 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "nk/nk_keyboard_layout.h"
+#include "nk/platform/platform_keymap.h"
 #include "nk/platform/platform_xcb_xkb.h"
 
 namespace NK {
 namespace {
 
-template <auto Release>
-struct TReleaser {
-    template <class T>
-    void operator()(T* object) const {
-        Release(object);
-    }
-};
 using ConnectionPointer = std::unique_ptr<xcb_connection_t, TReleaser<&xcb_disconnect>>;
-using ContextPointer = std::unique_ptr<xkb_context, TReleaser<&xkb_context_unref>>;
-using KeymapPointer = std::unique_ptr<xkb_keymap, TReleaser<&xkb_keymap_unref>>;
-using StatePointer = std::unique_ptr<xkb_state, TReleaser<&xkb_state_unref>>;
 template <class T>
 using ReplyPointer = std::unique_ptr<T, TReleaser<&std::free>>;
 
@@ -58,25 +50,32 @@ public:
         namesAtom_ = atom ? atom->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
         root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data->root;
         context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
+        if (context_) {
+            xkb_context_set_log_level(context_.get(), XKB_LOG_LEVEL_CRITICAL);  // a refusal is a result
+        }
         usable_ = device_ >= 0 && namesAtom_ != XCB_ATOM_NONE && context_;
         if (usable_) {
             SelectEvents();
         }
     }
 
-    LanguageNumber GetLanguage() {
+    /// Null while it is not known.
+    std::shared_ptr<const TKeyboardLayout> GetLayout() {
         if (!usable_) {
-            return kLanguageUnknown;
+            return nullptr;
         }
-        const bool changed = TakeChanges();
+        const bool told = TakeEvents();
         if (xcb_connection_has_error(connection_.get()) != 0) {
-            return kLanguageUnknown;
+            return nullptr;
         }
-        if (changed || !asked_) {
-            asked_ = true;
-            language_ = AskLanguage();
+        if (stale_) {
+            stale_ = false;
+            AskLayouts();
         }
-        return language_;
+        if (told) {
+            Choose();
+        }
+        return active_;
     }
 
 private:
@@ -84,47 +83,59 @@ private:
         const std::uint32_t properties = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_.get(), root_, XCB_CW_EVENT_MASK, &properties);
         constexpr auto kMaps = std::uint16_t{XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY};
+        constexpr std::uint16_t kAllParts = 0xFF;  // of a map
         xcb_xkb_select_events_details_t details{};
         details.affectState = XCB_XKB_STATE_PART_GROUP_STATE;
         details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
         xcb_xkb_select_events_aux(connection_.get(), static_cast<std::uint16_t>(device_),
-                                  kMaps | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, kMaps, 0, 0, &details);
+                                  kMaps | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, kMaps, kAllParts, kAllParts, &details);
         xcb_flush(connection_.get());
     }
 
-    /// Whether the server has told of a change since the last call.
-    bool TakeChanges() {
-        bool changed = false;
+    /// Whether the server has told of a change since the last call; true for the first one.
+    bool TakeEvents() {
+        bool told = stale_;
         while (const ReplyPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
             const int type = event->response_type & 0x7F;
             const auto* const property = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
-            changed |= type == xkbEvent_ || (type == XCB_PROPERTY_NOTIFY && property->atom == namesAtom_);
+            const auto* const state = reinterpret_cast<const xcb_xkb_state_notify_event_t*>(event.get());
+            if (type == xkbEvent_ && state->xkbType == XCB_XKB_STATE_NOTIFY) {
+                group_ = state->group;
+                told = true;
+            } else if (type == xkbEvent_ || (type == XCB_PROPERTY_NOTIFY && property->atom == namesAtom_)) {
+                stale_ = true;
+                told = true;
+            }
         }
-        return changed;
+        return told;
     }
 
-    LanguageNumber AskLanguage() {
-        std::string names = ReadNames();
-        if (names.empty()) {
-            return kLanguageUnknown;
-        }
-        if (names != names_ || !keymap_) {
-            keymap_.reset(xkb_x11_keymap_new_from_device(context_.get(), connection_.get(), device_,
-                                                         XKB_KEYMAP_COMPILE_NO_FLAGS));
-            names_ = std::move(names);
-        }
-        if (!keymap_) {
-            return kLanguageUnknown;
-        }
-        const StatePointer state(xkb_x11_state_new_from_device(keymap_.get(), connection_.get(), device_));
+    void AskLayouts() {
+        layouts_.clear();
+        const XkbKeymapPointer keymap(
+            xkb_x11_keymap_new_from_device(context_.get(), connection_.get(), device_, XKB_KEYMAP_COMPILE_NO_FLAGS));
+        const XkbStatePointer state(keymap ? xkb_x11_state_new_from_device(keymap.get(), connection_.get(), device_)
+                                           : nullptr);
         if (!state) {
-            return kLanguageUnknown;
+            return;
         }
-        const xkb_layout_index_t group = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
+        group_ = xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE);
+        layouts_ = ReadLayoutsOfKeymap(keymap.get());
+        const std::string names = ReadNames();
         constexpr std::uint32_t kLayouts = 2;
         constexpr std::uint32_t kVariants = 3;
-        return GetLanguageOfLayout(PartOf(PartOf(names_, '\0', kLayouts), ',', group),
-                                   PartOf(PartOf(names_, '\0', kVariants), ',', group));
+        for (std::uint32_t group = 0; group < layouts_.size(); ++group) {
+            layouts_[group].language = GetLanguageOfLayout(PartOf(PartOf(names, '\0', kLayouts), ',', group),
+                                                           PartOf(PartOf(names, '\0', kVariants), ',', group));
+        }
+    }
+
+    void Choose() {
+        if (group_ >= layouts_.size()) {
+            active_.reset();
+        } else if (!active_ || *active_ != layouts_[group_]) {
+            active_ = std::make_shared<const TKeyboardLayout>(layouts_[group_]);
+        }
     }
 
     /// Rules, model, layouts, variants and options, each with a terminating zero.
@@ -141,16 +152,16 @@ private:
     }
 
     ConnectionPointer connection_;
-    ContextPointer context_;
-    KeymapPointer keymap_;
-    std::string names_;
+    XkbContextPointer context_;
+    std::vector<TKeyboardLayout> layouts_;  ///< of the server's keymap
+    std::uint32_t group_ = 0;               ///< the number of the active one
+    std::shared_ptr<const TKeyboardLayout> active_;
     std::int32_t device_ = -1;
     xcb_atom_t namesAtom_ = XCB_ATOM_NONE;
     xcb_window_t root_ = 0;
     std::uint8_t xkbEvent_ = 0;  ///< the type of the extension's events
     bool usable_ = false;
-    bool asked_ = false;
-    LanguageNumber language_ = kLanguageUnknown;
+    bool stale_ = true;  ///< the server has told of other layouts
 };
 
 bool IsSet(const char* variable) {
@@ -164,14 +175,19 @@ char32_t GetCharacterOfKeySymbol(std::uint32_t keySymbol) noexcept {
     return xkb_keysym_to_utf32(keySymbol);
 }
 
-LanguageNumber GetKeyboardLanguage() {
+std::shared_ptr<const TKeyboardLayout> GetKeyboardLayout() {
     if (!IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY")) {
-        return kLanguageUnknown;
+        return nullptr;
     }
     static std::mutex mutex;
     const std::lock_guard guard(mutex);
     static CKeyboardDisplay display;
-    return display.GetLanguage();
+    return display.GetLayout();
+}
+
+LanguageNumber GetKeyboardLanguage() {
+    const std::shared_ptr<const TKeyboardLayout> layout = GetKeyboardLayout();
+    return layout ? layout->language : kLanguageUnknown;
 }
 
 }  // namespace NK

@@ -8,10 +8,13 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 #include <vector>
 
 #include "nk/platform/platform_xcb_xkb.h"
+#include "support/SystemLayout.h"
+#include "support/TemporaryFolder.h"
 #include "unit/nk/WaitUntil.h"
 
 namespace {
@@ -129,6 +132,17 @@ protected:
         waitpid(child, &status, 0);
         ASSERT_EQ(status, 0);
     }
+    /// Gives the server a keymap without names of layouts.
+    static void UseMap(const std::string& text) {
+        const KivoraTest::CTemporaryFolder folder;
+        const std::string path = (folder / "map.xkb").native();
+        std::ofstream(path) << text;
+        const pid_t child = Spawn({"xkbcomp", "-w", "0", path, getenv("DISPLAY")});
+        ASSERT_GT(child, 0);
+        int status = -1;
+        waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0);
+    }
     /// Makes the layout of that number the active one, as a desktop's switch does.
     static void LockGroup(std::uint8_t group) {
         xcb_connection_t* const server = xcb_connect(nullptr, nullptr);
@@ -142,6 +156,12 @@ protected:
 private:
     pid_t server_ = 0;
 };
+
+/// What the key types that has Z on a US keyboard; 0 while the layout is not known.
+char32_t KeyOfZ() {
+    const std::shared_ptr<const NK::TKeyboardLayout> layout = NK::GetKeyboardLayout();
+    return layout ? (*layout)[52].character : 0;
+}
 
 /// Waits until the server has told of a change.
 bool BecomesLanguage(NK::LanguageNumber language) {
@@ -160,11 +180,26 @@ TEST_F(KeyboardDisplay, TellsTheLanguageOfTheActiveLayoutAndFollowsAChange) {
     EXPECT_TRUE(BecomesLanguage(0x0407)) << "the same layouts, another one of them active";
     LockGroup(0);
     EXPECT_TRUE(BecomesLanguage(0x0419));
+    const std::shared_ptr<const NK::TKeyboardLayout> before = NK::GetKeyboardLayout();
+    EXPECT_EQ(NK::GetKeyboardLayout(), before) << "the same object while nothing changes";
+    UseLayout("us,gr", ",");
+    EXPECT_TRUE(KivoraTest::WaitUntil([] { return KeyOfZ() == U'z'; }));
+    LockGroup(1);
+    EXPECT_TRUE(KivoraTest::WaitUntil([] { return KeyOfZ() == U'\u03B6'; })) << "zeta";
+    EXPECT_EQ(NK::GetKeyboardLanguage(), 0x0408);
+    LockGroup(3);
+    EXPECT_TRUE(KivoraTest::WaitUntil([] { return KeyOfZ() == U'\u03B6'; })) << "there are two: it goes round";
+    LockGroup(0);
+    EXPECT_TRUE(KivoraTest::WaitUntil([] { return KeyOfZ() == U'z'; }));
+    UseMap(KivoraTest::SystemKeymap("de"));
+    EXPECT_TRUE(KivoraTest::WaitUntil([] { return KeyOfZ() == U'y'; })) << "a map of one's own, under the same names";
     setenv("WAYLAND_DISPLAY", "wayland-0", 1);
+    EXPECT_EQ(NK::GetKeyboardLayout(), nullptr);
     EXPECT_EQ(NK::GetKeyboardLanguage(), 0x0000) << "the X server of a Wayland session does not know";
     unsetenv("WAYLAND_DISPLAY");
     StopServer();
     EXPECT_TRUE(BecomesLanguage(0x0000)) << "the server is gone";
+    EXPECT_EQ(NK::GetKeyboardLayout(), nullptr);
 }
 
 }  // namespace
