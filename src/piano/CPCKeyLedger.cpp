@@ -8,9 +8,14 @@ bool CPCKeyLedger::IsDown(std::uint64_t key) const noexcept {
     return std::any_of(held_.begin(), held_.end(), [key](const THeldKey& held) { return held.key == key; });
 }
 
-void CPCKeyLedger::Press(std::uint64_t key, std::uint8_t note) {
+bool CPCKeyLedger::IsByPlace(std::uint64_t key) const noexcept {
+    return std::any_of(held_.begin(), held_.end(),
+                       [key](const THeldKey& held) { return held.key == key && held.byPlace; });
+}
+
+void CPCKeyLedger::Press(std::uint64_t key, std::uint8_t note, bool byPlace) {
     Release(key);
-    held_.push_back({key, note});
+    held_.push_back({key, note, byPlace});
 }
 
 std::optional<std::uint8_t> CPCKeyLedger::Release(std::uint64_t key) {

@@ -20,8 +20,10 @@ public:
     }
 
     bool IsDown(std::uint64_t key) const noexcept;
+    /// Whether the note of a key that is down was found by its place.
+    bool IsByPlace(std::uint64_t key) const noexcept;
     /// Replaces what the key began before.
-    void Press(std::uint64_t key, std::uint8_t note);
+    void Press(std::uint64_t key, std::uint8_t note, bool byPlace = false);
     /// The key's note (kNoNote without one), or nothing when the key is not down.
     std::optional<std::uint8_t> Release(std::uint64_t key);
     /// The notes begun and not ended, in the order of their presses; the keys stay down without a note.
@@ -33,6 +35,7 @@ private:
     struct THeldKey {
         std::uint64_t key;
         std::uint8_t note;
+        bool byPlace;
     };
     std::vector<THeldKey> held_;
 };

@@ -69,7 +69,7 @@ bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
     if (previous && *previous != CPCKeyLedger::kNoNote && *previous != note->note) {
         actions.push_back({EKind::kNoteOff, *previous});
     }
-    ledger_.Press(IdOf(key), note->note);
+    ledger_.Press(IdOf(key), note->note, key.place.has_value());
     EVelocityLevel level = note->shifted ? EVelocityLevel::kHigh : EVelocityLevel::kNormal;
     if (key.ctrl) {
         level = EVelocityLevel::kLow;
@@ -140,11 +140,12 @@ void CPCKeyPlayer::ReleaseAllBut(const std::function<bool(std::uint32_t scanCode
 }
 
 std::optional<CPCKeyPlayer::TNote> CPCKeyPlayer::NoteOf(const TPCKey& key) const {
-    const TPCKeyEntry* entry = FindPCKeyEntry(characterOf_(key.code, key.shift), key.shift);
+    const TPCKeyEntry* entry =
+        key.place ? &GetPCKeyEntry(*key.place) : FindPCKeyEntry(characterOf_(key.code, key.shift), key.shift);
     if (entry == nullptr || entry->note == TPCKeyEntry::kNone) {
         return std::nullopt;
     }
-    return TNote{WrapNoteByOctaves(entry->note + octaveShift_), entry->shifted != 0};
+    return TNote{WrapNoteByOctaves(entry->note + octaveShift_), key.place ? key.shift : entry->shifted != 0};
 }
 
 bool CPCKeyPlayer::IsActing(const TPCKey& key) const {
@@ -155,13 +156,18 @@ void CPCKeyPlayer::CarryOutRelease(const TPCKey& key, CActions& actions) {
     if (std::erase(letGo_, IdOf(key)) != 0) {
         return;
     }
+    const bool otherWay = ledger_.IsByPlace(IdOf(key)) != key.place.has_value();
     const auto begun = ledger_.Release(IdOf(key));
-    if (begun && *begun != CPCKeyLedger::kNoNote) {
+    const bool endsNote = begun && *begun != CPCKeyLedger::kNoNote;
+    if (endsNote) {
         actions.push_back({EKind::kNoteOff, *begun});
     }
     if (key.code == TPCKey::kSpace) {
         sustainKey_.reset();
         actions.push_back({EKind::kSustainOff});
+        return;
+    }
+    if (endsNote && otherWay) {
         return;
     }
     const std::optional<TNote> note = key.alt ? std::nullopt : NoteOf(key);

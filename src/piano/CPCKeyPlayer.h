@@ -28,6 +28,8 @@ struct TPCKey {
     bool ctrl = false;
     bool alt = false;
     bool autoRepeat = false;  ///< the event's own flag
+    /// Where the key is found by its place, see FindPCKeyPlace(); nothing where its character decides.
+    std::optional<char> place;
 };
 
 /// The three velocities that the user sets.
@@ -48,7 +50,9 @@ struct TPCKeyAction {
 ///
 /// A press plays the table's note of the key's character plus the octave shift, brought into 0..127 by whole octaves;
 /// CTRL chooses the low level, else a shifted entry the high one. A release ends what its key began and sends the
-/// note-off that the key's character and the octave shift of that moment make, where it differs. Space is the sustain
+/// note-off that the key's character and the octave shift of that moment make, where it differs. A key that is found by
+/// its place plays the note of the US character there, at the high level with SHIFT; where one of press and release was
+/// found by the place and the other by the character, what the press began ends and nothing else. Space is the sustain
 /// pedal, Escape and Delete the panic. With ALT only the value keys act, repeats included; other repeats are ignored.
 /// [gui]
 class CPCKeyPlayer {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "piano/PCKeyPlaces.h"
 #include "piano/PCKeyTable.h"
 
 namespace {
@@ -36,6 +37,12 @@ protected:
         key.code = code;
         key.scanCode = scanCode;
         key.timeMs = scanCode != 0 ? ++now_ : 0;
+        return key;
+    }
+    /// Found by its place, whatever it types.
+    TPCKey At(char place, std::uint32_t scanCode, int code = 0x3B2) {
+        TPCKey key = Key(code, scanCode);
+        key.place = place;
         return key;
     }
     TPCKey Shifted(int code, std::uint32_t scanCode = 0) {
@@ -393,6 +400,78 @@ TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterThePedalWasLetGoLiftsNothingMore)
     EXPECT_EQ(Release(space), CActions{}) << "another pedal may be down by now";
     EXPECT_EQ(Press(space), down);
     EXPECT_EQ(Release(space), actions);
+}
+
+TEST_F(CPCKeyPlayerTest, ByPlaceThePlacePlaysAndNotTheCharacter) {
+    EXPECT_EQ(Press(At('z', kScanZ, 'Y')), CActions{On(60)});
+    EXPECT_EQ(Release(At('z', kScanZ, 'Y')), CActions{Off(60)});
+    TPCKey shifted = At('2', kScan2);
+    shifted.shift = true;
+    EXPECT_EQ(Press(shifted), (CActions{On(73, EVelocityLevel::kHigh)}));
+    EXPECT_EQ(Release(At('2', kScan2)), CActions{Off(73)});
+    TPCKey soft = At('q', kScanQ);
+    soft.ctrl = true;
+    EXPECT_EQ(Press(soft), (CActions{On(72, EVelocityLevel::kLow)}));
+}
+
+TEST_F(CPCKeyPlayerTest, ByPlaceAPlaceWithoutANoteIsLeftToOthersWhateverItTypes) {
+    for (const char silent : {'a', 'f', '1', '\'', '`', NK::Piano::kExtraPlace}) {
+        for (const bool shift : {false, true}) {
+            TPCKey key = At(silent, 94, 'Z');
+            key.shift = shift;
+            EXPECT_EQ(Press(key), CActions{});
+            EXPECT_FALSE(handled_);
+            EXPECT_EQ(Release(key), CActions{});
+            EXPECT_FALSE(handled_);
+        }
+    }
+}
+
+TEST_F(CPCKeyPlayerTest, ByPlaceSpaceAndEscapeAreTheSame) {
+    EXPECT_EQ(Press(Key(TPCKey::kSpace, kScanSpace)), CActions{{EKind::kSustainOn}});
+    EXPECT_EQ(Release(Key(TPCKey::kSpace, kScanSpace)), CActions{{EKind::kSustainOff}});
+    EXPECT_EQ(Press(Key(TPCKey::kEscape, 9)), CActions{{EKind::kPanic}});
+}
+
+TEST_F(CPCKeyPlayerTest, AHeldKeyEndsWhatItBeganWhenTheWayChangesAndNothingElse) {
+    Press(At('y', 29, 'Z'));
+    Press(At('z', kScanZ, 'Y'));
+    // As typed from now on, the two keys change places.
+    EXPECT_EQ(Release(Key('Z', 29)), CActions{Off(81)}) << "60 is held by the other one";
+    EXPECT_EQ(Release(Key('Y', kScanZ)), CActions{Off(60)});
+    Press(Key('Z', 29));
+    Press(Key('Y', kScanZ));
+    // By place from now on.
+    EXPECT_EQ(Release(At('y', 29, 'Z')), CActions{Off(60)});
+    EXPECT_EQ(Release(At('z', kScanZ, 'Y')), CActions{Off(81)});
+}
+
+TEST_F(CPCKeyPlayerTest, FourKeysHeldOverAChangeOfTheLayoutAreAllEnded) {
+    const char places[] = {'z', 'x', 'q', '['};
+    const std::uint32_t scanCodes[] = {52, 53, 24, 34};
+    const int typed[] = {'W', 'X', 'A', 0x01001252};  // the last a dead key
+    std::multiset<std::uint8_t> sounding;
+    const auto follow = [&](const CActions& actions) {
+        for (const TPCKeyAction& action : actions) {
+            if (action.kind == EKind::kNoteOn) {
+                sounding.insert(action.note);
+            } else {
+                sounding.erase(action.note);
+            }
+        }
+    };
+    for (const bool startsByPlace : {false, true}) {
+        for (int key = 0; key < 4; ++key) {
+            follow(Press(startsByPlace ? At(places[key], scanCodes[key], typed[key])
+                                       : Key(places[key] >= 'a' ? places[key] - 32 : places[key], scanCodes[key])));
+        }
+        EXPECT_EQ(sounding.size(), 4U);
+        for (int key = 0; key < 4; ++key) {
+            follow(
+                Release(startsByPlace ? Key(typed[key], scanCodes[key]) : At(places[key], scanCodes[key], typed[key])));
+            EXPECT_EQ(sounding.size(), 3U - static_cast<std::size_t>(key));
+        }
+    }
 }
 
 }  // namespace
