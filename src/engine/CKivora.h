@@ -244,16 +244,18 @@ public:
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> GetCapture() const;
 
     // Interface settings: kept here, used by the panel. The first four setters emit on every call.
-    void SetTranslatePatchNames(bool on);    ///< PatchChanged()
-    void SetTranslateKeyNames(bool on);      ///< KeyTranslationSettingChanged()
-    void SetShowNoteNames(bool on);          ///< KeyboardDisplayChanged()
-    void SetKeyboardColoring(int coloring);  ///< 0 none, 1 rainbow, 2 Scriabin; KeyboardDisplayChanged()
-    void SetUIColor(const QColor& color);    ///< these four: UISkinChanged() when the value differs
+    void SetTranslatePatchNames(bool on);        ///< PatchChanged()
+    void SetTranslateKeyNames(bool on);          ///< KeyTranslationSettingChanged()
+    void SetShowNoteNames(bool on);              ///< KeyboardDisplayChanged()
+    void SetKeyboardColoring(int coloring);      ///< 0 none, 1 rainbow, 2 Scriabin; KeyboardDisplayChanged()
+    void SetPCKeyWay(NK::Piano::EPCKeyWay way);  ///< KeyTranslationSettingChanged() when it differs
+    void SetUIColor(const QColor& color);        ///< these four: UISkinChanged() when the value differs
     void SetUIDisplayColor(const QColor& color);
     void SetUIDisplay2Color(const QColor& color);
     void SetWallpaper(const QString& path);
     bool GetTranslatePatchNames() const;
     bool GetTranslateKeyNames() const;
+    NK::Piano::EPCKeyWay GetPCKeyWay() const;
     bool GetShowNoteNames() const;
     int GetKeyboardColoring() const;
     QColor GetUIColor() const;
@@ -395,6 +397,7 @@ private:
     int tempo_ NK_GUARDED_BY(lock_) = 120;
     bool translatePatchNames_ NK_GUARDED_BY(lock_) = true;
     bool translateKeyNames_ NK_GUARDED_BY(lock_) = true;
+    NK::Piano::EPCKeyWay pcKeyWay_ NK_GUARDED_BY(lock_) = NK::Piano::EPCKeyWay::kAutomatic;
     bool showNoteNames_ NK_GUARDED_BY(lock_) = false;
     NK::CString presetName_ NK_GUARDED_BY(lock_);
     int keyboardColoring_ NK_GUARDED_BY(lock_) = 0;

@@ -15,6 +15,14 @@ void CKivora::SetTranslateKeyNames(bool on) {
     emit KeyTranslationSettingChanged();
 }
 
+void CKivora::SetPCKeyWay(NK::Piano::EPCKeyWay way) {
+    const CLockGuard guard(lock_);
+    if (way != pcKeyWay_) {
+        pcKeyWay_ = way;
+        emit KeyTranslationSettingChanged();
+    }
+}
+
 void CKivora::SetShowNoteNames(bool on) {
     const CLockGuard guard(lock_);
     showNoteNames_ = on;
@@ -67,6 +75,11 @@ bool CKivora::GetTranslatePatchNames() const {
 bool CKivora::GetTranslateKeyNames() const {
     const CLockGuard guard(lock_);
     return translateKeyNames_;
+}
+
+NK::Piano::EPCKeyWay CKivora::GetPCKeyWay() const {
+    const CLockGuard guard(lock_);
+    return pcKeyWay_;
 }
 
 bool CKivora::GetShowNoteNames() const {

@@ -78,6 +78,7 @@ void CKivora::ApplySettings(const Settings& settings) {
     velocityHigh_ = settings.velocityHigh;
     SetTranslatePatchNames(settings.translatePatchNames);
     SetTranslateKeyNames(settings.translateKeyNames);
+    SetPCKeyWay(settings.pcKeyWay);
     SetShowNoteNames(settings.showNoteNames);
     SetKeyboardColoring(settings.keyboardColoring);
     SetUIColor(settings.uiColor);
@@ -95,6 +96,7 @@ Settings CKivora::GatherSettings() const {
     settings.velocityHigh = velocityHigh_;
     settings.translatePatchNames = translatePatchNames_;
     settings.translateKeyNames = translateKeyNames_;
+    settings.pcKeyWay = pcKeyWay_;
     settings.showNoteNames = showNoteNames_;
     settings.keyboardColoring = keyboardColoring_;
     settings.uiColor = uiColor_;

@@ -20,6 +20,28 @@ std::uint8_t ReadByte(const NK::CIniFile& section, const wchar_t* key, std::uint
     return static_cast<std::uint8_t>(section.GetInt(key, defaultValue));
 }
 
+using NK::Piano::EPCKeyWay;
+
+constexpr const wchar_t* kPCKeyWay = L"ComputerKeys";
+
+/// As the file has it: 0 automatic, 1 as typed, 2 by place; any other number is the default.
+EPCKeyWay ReadPCKeyWay(const NK::CIniFile& section) {
+    switch (section.GetInt(kPCKeyWay, 0)) {
+        case 1:
+            return EPCKeyWay::kAsTyped;
+        case 2:
+            return EPCKeyWay::kByPlace;
+        default:
+            return EPCKeyWay::kAutomatic;
+    }
+}
+
+void WritePCKeyWay(NK::CIniFile& section, EPCKeyWay way) {
+    if (way != EPCKeyWay::kAutomatic || section.GetString(kPCKeyWay)) {
+        section.SetInt(kPCKeyWay, static_cast<int>(way));
+    }
+}
+
 }  // namespace
 
 Settings Settings::Read(const NK::CIniFile& section) {
@@ -32,6 +54,7 @@ Settings Settings::Read(const NK::CIniFile& section) {
     section.GetBool(L"TranslatePatchNames", read.translatePatchNames);
     section.GetBool(L"TranslateKeyNames", read.translateKeyNames);
     section.GetBool(L"ShowNoteNames", read.showNoteNames);
+    read.pcKeyWay = ReadPCKeyWay(section);
     read.keyboardColoring = section.GetInt(L"KeyboardColoring", read.keyboardColoring);
     read.uiColor = ReadColor(section, L"UIColorRGB", read.uiColor);
     read.uiDisplayColor = ReadColor(section, L"UIDisplayColorRGB", read.uiDisplayColor);
@@ -49,6 +72,7 @@ void Settings::Write(NK::CIniFile& section) const {
     section.SetInt(L"TranslatePatchNames", translatePatchNames ? 1 : 0);
     section.SetInt(L"TranslateKeyNames", translateKeyNames ? 1 : 0);
     section.SetInt(L"ShowNoteNames", showNoteNames ? 1 : 0);
+    WritePCKeyWay(section, pcKeyWay);
     section.SetInt(L"KeyboardColoring", keyboardColoring);
     section.SetHex(L"UIColorRGB", ToNumber(uiColor));
     section.SetHex(L"UIDisplayColorRGB", ToNumber(uiDisplayColor));

@@ -8,6 +8,7 @@
 
 #include "nk/nk_ini_file.h"
 #include "nk/nk_string.h"
+#include "piano/PCKeyPlaces.h"
 
 namespace Kivora {
 
@@ -26,6 +27,7 @@ struct Settings {
     bool translatePatchNames = true;
     bool translateKeyNames = true;
     bool showNoteNames = false;
+    NK::Piano::EPCKeyWay pcKeyWay = NK::Piano::EPCKeyWay::kAutomatic;
     int keyboardColoring = 0;  ///< 0 none, 1 rainbow, 2 Scriabin
     QColor uiColor{110, 112, 93};
     QColor uiDisplayColor{83, 149, 255};
@@ -33,7 +35,7 @@ struct Settings {
     QString wallpaper;  ///< path of a picture; empty for none
 
     /// Both work on the section that the file's cursor stands on. Of a velocity the low 8 bits are kept, of a colour
-    /// the low 24.
+    /// the low 24. The way of the computer keys is written where it is not the default or the section has it already.
     static Settings Read(const NK::CIniFile& section);
     void Write(NK::CIniFile& section) const;
 };

@@ -104,6 +104,33 @@ TEST_F(SettingsFile, IsWrittenInItsOrderByteForByte) {
     EXPECT_EQ(Read(), ReadGolden());
 }
 
+TEST_F(SettingsFile, TheWayOfTheComputerKeysIsKeptWhereItIsNotTheDefault) {
+    using NK::Piano::EPCKeyWay;
+    EXPECT_EQ(engine.GetPCKeyWay(), EPCKeyWay::kAutomatic);
+    EXPECT_TRUE(engine.SaveSettings());
+    EXPECT_EQ(Read().find("ComputerKeys"), std::string::npos);
+    for (const EPCKeyWay way : {EPCKeyWay::kAsTyped, EPCKeyWay::kByPlace, EPCKeyWay::kAutomatic}) {
+        engine.SetPCKeyWay(way);
+        EXPECT_TRUE(engine.SaveSettings());
+        engine.SetPCKeyWay(EPCKeyWay::kByPlace);
+        EXPECT_TRUE(engine.LoadSettings());
+        EXPECT_EQ(engine.GetPCKeyWay(), way);
+    }
+}
+
+TEST_F(SettingsFile, AWayOfTheComputerKeysThatDoesNotExistIsTheDefault) {
+    using NK::Piano::EPCKeyWay;
+    for (const char* value : {"3", "-1", "typed", "", "99999999999999999999"}) {
+        engine.SetPCKeyWay(EPCKeyWay::kByPlace);
+        Write(std::string("[Kivora]\nComputerKeys=") + value + "\n");
+        EXPECT_TRUE(engine.LoadSettings());
+        EXPECT_EQ(engine.GetPCKeyWay(), EPCKeyWay::kAutomatic) << value;
+    }
+    Write("[Kivora]\nComputerKeys=1\n");
+    EXPECT_TRUE(engine.LoadSettings());
+    EXPECT_EQ(engine.GetPCKeyWay(), EPCKeyWay::kAsTyped);
+}
+
 TEST_F(SettingsFile, WhatIsWrittenIsReadBack) {
     Write(ReadGolden());
     EXPECT_TRUE(engine.LoadSettings());
