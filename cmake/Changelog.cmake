@@ -1,7 +1,8 @@
 # The releases that CHANGELOG.md tells of, as an AppStream <releases> element.
 #
 # kivora_releases(<out>): puts the element into <out>. The changelog is headings "## VERSION (DATE)", newest first, under
-# each of them lines of text and lists; the newest is the project's version, or the configure step stops.
+# each of them lines of text and lists; the newest is the project's version, or the configure step stops. What stands
+# before the first of them is not released yet and is left out.
 function(kivora_releases out)
     set(changelog ${CMAKE_SOURCE_DIR}/CHANGELOG.md)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${changelog})
@@ -44,6 +45,8 @@ function(kivora_releases out)
             endif()
             string(APPEND xml
                 "    <release version=\"${CMAKE_MATCH_1}\" date=\"${CMAKE_MATCH_2}\">\n      <description>\n")
+        elseif(NOT in_release)
+            continue()  # the head, and what is not released yet
         elseif(line MATCHES "^- (.*)$")
             end_entry()
             if(NOT in_list)
@@ -53,7 +56,7 @@ function(kivora_releases out)
             set(entry "${CMAKE_MATCH_1}")
         elseif(line MATCHES "^  (.*)$")
             string(APPEND entry " ${CMAKE_MATCH_1}")
-        elseif(line AND in_release)
+        elseif(line)
             end_list()
             string(APPEND xml "        <p>${line}</p>\n")
         endif()
