@@ -3036,5 +3036,25 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Error</source>
         <translation>Ошибка</translation>
     </message>
+    <message>
+        <source>Computer keys:</source>
+        <translation>Читать клавиши:</translation>
+    </message>
+    <message>
+        <source>How the note of a key is found: by the character that it types, or by its place on the keyboard, where a US keyboard has that character</source>
+        <translation>Как находится нота клавиши: по символу, который она печатает, или по её месту на клавиатуре, как на клавиатуре США</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Автоматически</translation>
+    </message>
+    <message>
+        <source>As typed</source>
+        <translation>По символу</translation>
+    </message>
+    <message>
+        <source>By place</source>
+        <translation>По месту</translation>
+    </message>
 </context>
 </TS>

@@ -12,6 +12,10 @@ NK::LanguageNumber GetInputLanguage() {
     return NK::GetKeyboardLanguage();
 }
 
+std::shared_ptr<const NK::TKeyboardLayout> GetInputLayout() {
+    return QGuiApplication::platformName() == "xcb" ? NK::GetKeyboardLayout() : nullptr;
+}
+
 NK::LanguageNumber GetLanguageOfLocale(const QLocale& locale) {
     if (locale.language() == QLocale::C) {
         return NK::kLanguageUnknown;

@@ -14,6 +14,7 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "ui/About.h"
 #include "ui/arpeggiatorSettings.h"
+#include "ui/ComputerKeys.h"
 #include "ui/Dialogs.h"
 #include "ui/FocusRing.h"
 #include "ui/InputLanguage.h"
@@ -36,6 +37,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
       keys_([](int code, bool shift) {
           return Kivora::PlayingKeyToCharacter(Kivora::GetLocalizedKeyMap(), code, shift, Kivora::GetInputLanguage());
       }),
+      computerKeys_(std::make_unique<ComputerKeys>(&Kivora::GetInputLayout)),
       desktop_(this) {
     setObjectName("KivoraWidget");
     setFocusPolicy(Qt::StrongFocus);
@@ -53,6 +55,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     octaveOfferTimer_.setSingleShot(true);
     connect(&octaveOfferTimer_, &QTimer::timeout, this, &KivoraWidget::withdrawOctaveShift);
     connect(&panelTimer_, &QTimer::timeout, this, &KivoraWidget::timerTick);
+    connect(computerKeys_.get(), &ComputerKeys::layoutChanged, this, &KivoraWidget::updateKeyNames);
     connect(relay_.get(), &MIDIEventRelay::MIDIMessageReady, this, &KivoraWidget::MIDIMessageSent);
     if (engine_ != nullptr) {
         connectEngine();

@@ -22,6 +22,7 @@
 #include "ui/StartNotices.h"
 #include "ui/WallpaperCache.h"
 
+class ComputerKeys;
 class FocusRing;
 class MainDisplay;
 class MIDIEventRelay;
@@ -90,6 +91,8 @@ public:
 
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
+    /// Follows the active keyboard layout.
+    ComputerKeys& computerKeys() { return *computerKeys_; }
     /// What the user is told in boxes, from when the window is shown.
     StartNotices& notices() { return notices_; }
 
@@ -279,6 +282,7 @@ private:
     QString wallpaperLoaded_;   ///< the stamp of its file when it was read
     QString wallpaperRefused_;  ///< the path whose failure the user was told last; empty for none
     NK::Piano::CPCKeyPlayer keys_;
+    std::unique_ptr<ComputerKeys> computerKeys_;
     QBasicTimer keySettleTimer_;
     KeyRepeats keyRepeats_;
     QTimer panelTimer_;

@@ -7,11 +7,10 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "locale/Locale.h"
-#include "nk/nk_keyboard_layout.h"
 #include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
+#include "ui/ComputerKeys.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/NoticeLine.h"
@@ -21,7 +20,6 @@
 
 using NK::Piano::CPCKeyPlayer;
 using NK::Piano::EVelocityLevel;
-using NK::Piano::TPCKey;
 using NK::Piano::TPCKeyAction;
 
 namespace {
@@ -31,32 +29,6 @@ constexpr int kMaxOctaveShift = 3 * kOctave;
 constexpr int kLowestPCKey = 60;  // the note of the lower manual's first key
 constexpr int kSplitStartNote = 60;
 constexpr int kOfferMs = 15000;
-
-/// Qt's code of the key. With CTRL held Qt tells the Latin character that another layout of the keyboard has there, for
-/// the sake of shortcuts; then that of the active layout where the localized keyboard has it.
-int CodeOf(const QKeyEvent& event) {
-    constexpr char32_t kLastLatin1 = 0xFF;
-    if (event.modifiers().testFlag(Qt::ControlModifier)) {
-        const char32_t typed = NK::GetCharacterOfKeySymbol(event.nativeVirtualKey());
-        const int code = static_cast<int>(QChar::toUpper(typed));
-        if (typed > kLastLatin1 && Kivora::GetLocalizedKeyMap().Find(code) != code) {
-            return code;
-        }
-    }
-    return event.key();
-}
-
-TPCKey KeyOf(const QKeyEvent& event) {
-    TPCKey key;
-    key.code = CodeOf(event);
-    key.scanCode = event.nativeScanCode();
-    key.timeMs = event.timestamp();
-    key.shift = event.modifiers().testFlag(Qt::ShiftModifier);
-    key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
-    key.alt = event.modifiers().testFlag(Qt::AltModifier);
-    key.autoRepeat = event.isAutoRepeat();
-    return key;
-}
 
 /// The level as the engine counts them.
 int LevelOf(EVelocityLevel level) {
@@ -82,7 +54,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
         return;
     }
     CPCKeyPlayer::CActions actions;
-    const bool acts = isPlayable() && keys_.Press(KeyOf(*event), actions);
+    const bool acts = isPlayable() && keys_.Press(computerKeys_->keyOf(*event), actions);
     carryOut(actions);
     event->setAccepted(acts);
 }
@@ -90,7 +62,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
 void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
     keyRepeats_.noteRelease(*event);
     CPCKeyPlayer::CActions actions;
-    const bool acts = engine_ != nullptr && keys_.Release(KeyOf(*event), actions);
+    const bool acts = engine_ != nullptr && keys_.Release(computerKeys_->keyOf(*event), actions);
     carryOut(actions);
     if (keys_.IsReleaseWaiting()) {
         keySettleTimer_.start(NK::Piano::kRepeatSettleMs, Qt::PreciseTimer, this);

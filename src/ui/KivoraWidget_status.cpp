@@ -6,6 +6,7 @@
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/arpeggiatorSettings.h"
+#include "ui/ComputerKeys.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/PanelFigure.h"
@@ -56,7 +57,11 @@ void KivoraWidget::presetChanged() {
 }
 
 void KivoraWidget::updateKeyNames() {
+    if (engine_ != nullptr) {
+        computerKeys_->setWay(engine_->GetPCKeyWay());
+    }
     hintBar_->setTranslateKeyNames(engine_ == nullptr || engine_->GetTranslateKeyNames());
+    hintBar_->setKeyTops(computerKeys_->keyTops());
 }
 
 void KivoraWidget::updateKeyboardDisplay() {

@@ -171,6 +171,7 @@ void midiSettings::loadControls() {
         return;
     }
     updating = true;
+    ui_->pcKeyWayCombo->setCurrentIndex(static_cast<int>(engine_->GetPCKeyWay()));
     ui_->spinLow->setValue(engine_->GetVelocityLow());
     ui_->spinNormal->setValue(engine_->GetVelocityNormal());
     ui_->spinHigh->setValue(engine_->GetVelocityHigh());
@@ -327,6 +328,7 @@ void midiSettings::closeClicked() {
             attempt(tr("Setting output port failed"),
                     [this] { front_->SetOutputPortByIndex(ui_->outsCb->currentIndex()); });
         }
+        engine_->SetPCKeyWay(static_cast<NK::Piano::EPCKeyWay>(ui_->pcKeyWayCombo->currentIndex()));
         engine_->SetVelocityLow(ui_->spinLow->value());
         engine_->SetVelocityNormal(ui_->spinNormal->value());
         engine_->SetVelocityHigh(ui_->spinHigh->value());

@@ -66,10 +66,11 @@ bool InstrumentProcess::StartServer() {
 
 bool InstrumentProcess::WriteSettings() {
     // An arpeggiator without settings of its own is bypassed.
-    constexpr char kSettings[] = "[Kivora]\n[Kivora_Arpeggiator0]\nBypass=0\n[Kivora_Arpeggiator1]\nBypass=0\n";
+    const QByteArray settings =
+        "[Kivora]\n" + settings_ + "[Kivora_Arpeggiator0]\nBypass=0\n[Kivora_Arpeggiator1]\nBypass=0\n";
     const QDir folder(dir_.filePath("data/Brennholt/Kivora"));
     QFile file(folder.filePath("Kivora.ini"));
-    return file.exists() || (folder.mkpath(".") && file.open(QIODevice::WriteOnly) && file.write(kSettings) > 0);
+    return file.exists() || (folder.mkpath(".") && file.open(QIODevice::WriteOnly) && file.write(settings) > 0);
 }
 
 void InstrumentProcess::MakeFirstStart() {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <QByteArray>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -23,6 +24,8 @@ public:
     /// Before Start(): there are no settings, so the card of the computer keys is shown first; else all of
     /// them are at their defaults.
     void MakeFirstStart();
+    /// Before Start(): a line of the settings, of those that are not at their defaults.
+    void AddSetting(const QByteArray& line) { settings_ += line + '\n'; }
     /// True once the program's main window is there and has the focus; says what failed otherwise.
     /// `isOutputOpen` tells of a stand-in that does not log what it is sent.
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {},
@@ -78,6 +81,7 @@ private:
     bool WriteSettings();
     bool IsOutputOpen() const;
 
+    QByteArray settings_;
     QTemporaryDir dir_;
     QProcess server_;
     QProcess program_;

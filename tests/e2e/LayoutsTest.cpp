@@ -1,4 +1,4 @@
-// What every physical key plays on the keyboard layouts of several countries.
+// What every physical key plays as typed on the keyboard layouts of several countries.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -64,7 +64,10 @@ const TLayout kLayouts[] = {
 
 class Layouts : public testing::TestWithParam<TLayout> {
 protected:
-    void SetUp() override { ASSERT_TRUE(instrument.Start({"--locale", GetParam().locale})); }
+    void SetUp() override {
+        instrument.AddSetting("ComputerKeys=1");
+        ASSERT_TRUE(instrument.Start({"--locale", GetParam().locale}));
+    }
     void TearDown() override { EXPECT_EQ(instrument.Close(), 0); }
 
     /// Presses the keys one after another, which must play these notes and nothing else.

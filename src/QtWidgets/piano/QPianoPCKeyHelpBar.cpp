@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QPainter>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -28,6 +29,11 @@ void QPianoPCKeyHelpBar::setOctaveShift(int semitones) {
 
 void QPianoPCKeyHelpBar::setTranslateKeyNames(bool on) {
     translateKeyNames_ = on;
+    rebuildLabels();
+}
+
+void QPianoPCKeyHelpBar::setKeyTops(const std::optional<QMap<char, QString>>& tops) {
+    keyTops_ = tops;
     rebuildLabels();
 }
 
@@ -62,13 +68,26 @@ void QPianoPCKeyHelpBar::rebuildLabels() {
     for (int note = 0; note < static_cast<int>(labels_.size()); ++note) {
         const char hint = NK::Piano::GetPCKeyHint(NK::Piano::WrapNoteByOctaves(note - octaveShift_));
         QString& label = labels_[static_cast<std::size_t>(note)];
-        if (hint == 0) {
-            label.clear();
-        } else {
-            label = translateKeyNames_ ? PCKeyHintText(hint) : QString(QLatin1Char(hint));
-        }
+        label = hint != 0 ? labelOf(hint) : QString();
     }
+    QStringList shown;
+    for (int note = firstNote_; note < endOfRange(); ++note) {
+        shown << labels_[static_cast<std::size_t>(note)];
+    }
+    shown.removeAll(QString());
+    setAccessibleDescription(shown.join(' '));
     update();
+}
+
+int QPianoPCKeyHelpBar::endOfRange() const {
+    return std::min(firstNote_ + keyCount_, static_cast<int>(labels_.size()));
+}
+
+QString QPianoPCKeyHelpBar::labelOf(char hint) const {
+    if (!translateKeyNames_) {
+        return QString(QLatin1Char(hint));
+    }
+    return keyTops_ ? keyTops_->value(hint) : PCKeyHintText(hint);
 }
 
 void QPianoPCKeyHelpBar::paintEvent(QPaintEvent*) {
@@ -79,7 +98,7 @@ void QPianoPCKeyHelpBar::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setFont(fontForBar());
     painter.setPen(textColor_);
-    const int last = std::min(firstNote_ + keyCount_, static_cast<int>(labels_.size()));
+    const int last = endOfRange();
     // The strokes of all hints together stand in the middle: the font's own line is higher than the bar.
     const QFontMetricsF metrics(painter.font(), this);
     QRectF ink;

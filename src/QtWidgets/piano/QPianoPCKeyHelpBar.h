@@ -3,15 +3,18 @@
 
 #include <QColor>
 #include <QFont>
+#include <QMap>
 #include <QString>
 #include <QWidget>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "QtWidgets/piano/PianoTypes.h"
 
-/// One cell a note from the left, all of the same width, unless it is told where the keys are. [gui]
+/// One cell a note from the left, all of the same width, unless it is told where the keys are. Its accessible
+/// description is what it shows, from the left. [gui]
 class QPianoPCKeyHelpBar : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int octaveShift READ octaveShift WRITE setOctaveShift)
@@ -31,6 +34,9 @@ public:
     /// Whether hints are shown as the letters of the localized keyboard.
     bool translateKeyNames() const { return translateKeyNames_; }
     void setTranslateKeyNames(bool on);
+    /// What is shown instead where the hints are not translated characters: by hint character, what stands on that key.
+    /// Nothing for the characters; without translation they are shown all the same.
+    void setKeyTops(const std::optional<QMap<char, QString>>& tops);
     QColor textColor() const { return textColor_; }
     void setTextColor(const QColor& color);
 
@@ -48,6 +54,8 @@ protected:
 
 private:
     void rebuildLabels();
+    QString labelOf(char hint) const;
+    int endOfRange() const;  ///< the note after the last that is shown
     double cellWidth() const { return static_cast<double>(width()) / keyCount_; }
     QFont fontForBar() const;
 
@@ -57,6 +65,7 @@ private:
     std::vector<double> centres_;  ///< by note; empty for cells
     int octaveShift_ = 0;
     bool translateKeyNames_ = true;
+    std::optional<QMap<char, QString>> keyTops_;
     QColor textColor_ = Qt::white;
 };
 

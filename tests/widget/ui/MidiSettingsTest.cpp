@@ -240,6 +240,21 @@ TEST_F(SettingsDialog, TheLanguageOptionsReachTheEngineOnClosing) {
     EXPECT_TRUE(rig.engine->GetShowNoteNames());
 }
 
+TEST_F(SettingsDialog, TheWayOfTheComputerKeysIsShownAndReachesTheEngineOnClosing) {
+    using NK::Piano::EPCKeyWay;
+    rig.engine->SetPCKeyWay(EPCKeyWay::kByPlace);
+    Open();
+    EXPECT_EQ(Combo("pcKeyWayCombo").currentText(), "By place");
+    Combo("pcKeyWayCombo").setCurrentIndex(Combo("pcKeyWayCombo").findText("As typed"));
+    EXPECT_EQ(rig.engine->GetPCKeyWay(), EPCKeyWay::kByPlace);
+    Click("pushButton");
+    EXPECT_EQ(rig.engine->GetPCKeyWay(), EPCKeyWay::kAsTyped);
+    Open();
+    Combo("pcKeyWayCombo").setCurrentIndex(Combo("pcKeyWayCombo").findText("Automatic"));
+    Click("pushButton");
+    EXPECT_EQ(rig.engine->GetPCKeyWay(), EPCKeyWay::kAutomatic);
+}
+
 TEST_F(SettingsDialog, TheKeyColouringAppliesAtOnce) {
     Open();
     Combo("coloringCombo").setFocus();
@@ -523,6 +538,7 @@ TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
     EXPECT_EQ(reached, (QStringList{"insCb",
                                     "outsCb",
                                     "rescanBtn",
+                                    "pcKeyWayCombo",
                                     "spinHigh",
                                     "spinNormal",
                                     "spinLow",

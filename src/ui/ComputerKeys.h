@@ -1,0 +1,52 @@
+// The keys of the computer's keyboard by the layout that is active.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include "nk/nk_keyboard_layout.h"
+#include "piano/CPCKeyPlayer.h"
+#include "piano/PCKeyPlaces.h"
+
+class QKeyEvent;
+
+/// Tells of each key where the user's way and the layout of that moment find its note, and what stands on the keys.
+/// [gui]
+class ComputerKeys : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int kPeriodMs = 250;  ///< how often it is looked whether the layout is another one
+
+    using Layout = std::shared_ptr<const NK::TKeyboardLayout>;
+    /// The active layout, null while it is not known; another object when it is another one. Waits for nothing.
+    using Source = std::function<Layout()>;
+
+    explicit ComputerKeys(Source source, QObject* parent = nullptr);
+
+    void setSource(Source source);
+    void setWay(NK::Piano::EPCKeyWay way) { way_ = way; }
+
+    NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
+    /// By the characters of a US keyboard at their places, in upper case: what stands on the keys that play, where they
+    /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed.
+    std::optional<QMap<char, QString>> keyTops() const;
+
+signals:
+    /// Other letters may stand on the keys, or the keys are found another way.
+    void layoutChanged();
+
+private:
+    void look();
+    bool isByPlace(const Layout& layout) const;
+
+    Source source_;
+    NK::Piano::EPCKeyWay way_ = NK::Piano::EPCKeyWay::kAutomatic;
+    Layout seen_;  ///< when it was looked last
+    QTimer timer_;
+};
