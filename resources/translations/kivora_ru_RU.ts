@@ -147,6 +147,10 @@
         <source>There is no MIDI input &quot;%1&quot;.</source>
         <translation>Нет MIDI-входа «%1».</translation>
     </message>
+    <message>
+        <source>Say what would sound, what would not and what to do about it, with a test note, and quit. The exit code is 0 when a key would sound.</source>
+        <translation>Сказать, что зазвучит, что нет и что с этим делать, сыграв пробную ноту, и завершить работу. Код завершения — 0, если клавиша зазвучит.</translation>
+    </message>
 </context>
 <context>
     <name>Desktop</name>
@@ -2430,6 +2434,157 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Piano keyboard</source>
         <translation>Клавиатура фортепиано</translation>
+    </message>
+</context>
+<context>
+    <name>SoundReport</name>
+    <message>
+        <source>A key sounds: %1.</source>
+        <translation>Клавиша звучит: %1.</translation>
+    </message>
+    <message>
+        <source>No key sounds. What is marked below says why.</source>
+        <translation>Ни одна клавиша не звучит. Причины отмечены ниже.</translation>
+    </message>
+    <message>
+        <source>There is no synthesizer to play to.</source>
+        <translation>Нет синтезатора, на котором можно играть.</translation>
+    </message>
+    <message>
+        <source>Connect one, or see to the software synthesizer&apos;s sound font.</source>
+        <translation>Подключите его или позаботьтесь о банке звуков программного синтезатора.</translation>
+    </message>
+    <message>
+        <source>The chosen synthesizer, %1, is not connected.</source>
+        <translation>Выбранный синтезатор, %1, не подключён.</translation>
+    </message>
+    <message>
+        <source>Connect it, or choose another one in the settings.</source>
+        <translation>Подключите его или выберите в настройках другой.</translation>
+    </message>
+    <message>
+        <source>No sound font is found; without one the software synthesizer cannot play.</source>
+        <translation>Банк звуков не найден; без него программный синтезатор играть не может.</translation>
+    </message>
+    <message>
+        <source>Install the package timgm6mb-soundfont or, for a fuller sound, fluid-soundfont-gm, or choose a file in the settings.</source>
+        <translation>Установите пакет timgm6mb-soundfont или, для более полного звука, fluid-soundfont-gm либо выберите файл в настройках.</translation>
+    </message>
+    <message>
+        <source>The sound font %1 cannot be played. %2</source>
+        <translation>Банк звуков %1 сыграть нельзя. %2</translation>
+    </message>
+    <message>
+        <source>Choose another one in the settings.</source>
+        <translation>Выберите в настройках другой.</translation>
+    </message>
+    <message>
+        <source>The sound font is %1 (%2 MB).</source>
+        <translation>Банк звуков: %1 (%2 МБ).</translation>
+    </message>
+    <message>
+        <source>It is a small one; that of the package fluid-soundfont-gm sounds fuller.</source>
+        <translation>Он мал; банк из пакета fluid-soundfont-gm звучит полнее.</translation>
+    </message>
+    <message>
+        <source>%1 has taken a test note.</source>
+        <translation>%1: пробная нота принята.</translation>
+    </message>
+    <message>
+        <source>%1 does not play. %2</source>
+        <translation>%1 не играет. %2</translation>
+    </message>
+    <message>
+        <source>No audio system takes the sound.</source>
+        <translation>Ни одна звуковая система не принимает звук.</translation>
+    </message>
+    <message>
+        <source>Start a sound server (the package pipewire-pulse or pulseaudio), or connect a sound card.</source>
+        <translation>Запустите звуковой сервер (пакет pipewire-pulse или pulseaudio) или подключите звуковую карту.</translation>
+    </message>
+    <message>
+        <source>The latency is set to %1 ms.</source>
+        <translation>Задана задержка %1 мс.</translation>
+    </message>
+    <message>
+        <source>The system&apos;s sound is switched off.</source>
+        <translation>Звук системы выключен.</translation>
+    </message>
+    <message>
+        <source>Switch it on in the desktop&apos;s volume control, or with: pactl set-sink-mute @DEFAULT_SINK@ 0</source>
+        <translation>Включите его регулятором громкости рабочего стола или командой: pactl set-sink-mute @DEFAULT_SINK@ 0</translation>
+    </message>
+    <message>
+        <source>The system&apos;s volume is %1 %.</source>
+        <translation>Громкость системы — %1 %.</translation>
+    </message>
+    <message>
+        <source>Turn it up in the desktop&apos;s volume control.</source>
+        <translation>Прибавьте её регулятором громкости рабочего стола.</translation>
+    </message>
+    <message>
+        <source>The system&apos;s volume cannot be asked for.</source>
+        <translation>Громкость системы узнать нельзя.</translation>
+    </message>
+    <message>
+        <source>The package pulseaudio-utils is missing.</source>
+        <translation>Не установлен пакет pulseaudio-utils.</translation>
+    </message>
+    <message>
+        <source>The sound server does not tell it.</source>
+        <translation>Звуковой сервер её не сообщает.</translation>
+    </message>
+    <message>
+        <source>No MIDI device and no other program can be reached: %1</source>
+        <translation>MIDI-устройства и другие программы недоступны: %1</translation>
+    </message>
+    <message>
+        <source>MIDI devices and other programs can be reached.</source>
+        <translation>MIDI-устройства и другие программы доступны.</translation>
+    </message>
+    <message>
+        <source>the system&apos;s MIDI sequencer is not there.</source>
+        <translation>в системе нет MIDI-секвенсора.</translation>
+    </message>
+    <message>
+        <source>Load it with: sudo modprobe snd-seq</source>
+        <translation>Загрузите его командой: sudo modprobe snd-seq</translation>
+    </message>
+    <message>
+        <source>you may not use the system&apos;s MIDI sequencer.</source>
+        <translation>у вас нет прав на MIDI-секвенсор системы.</translation>
+    </message>
+    <message>
+        <source>Join the group audio with &quot;sudo adduser $USER audio&quot;, and log in again.</source>
+        <translation>Вступите в группу audio командой «sudo adduser $USER audio» и войдите в систему заново.</translation>
+    </message>
+    <message>
+        <source>the system&apos;s MIDI sequencer does not open.</source>
+        <translation>MIDI-секвенсор системы не открывается.</translation>
+    </message>
+    <message>
+        <source>Synthesizers: %1.</source>
+        <translation>Синтезаторы: %1.</translation>
+    </message>
+    <message>
+        <source>No MIDI keyboard is connected.</source>
+        <translation>MIDI-клавиатура не подключена.</translation>
+    </message>
+    <message>
+        <source>MIDI keyboards: %1.</source>
+        <translation>MIDI-клавиатуры: %1.</translation>
+    </message>
+    <message>
+        <source>The system grants real-time priority.</source>
+        <translation>Система даёт приоритет реального времени.</translation>
+    </message>
+    <message>
+        <source>The system refuses real-time priority, so notes may come late while it is busy.</source>
+        <translation>Система не даёт приоритета реального времени, и, когда она занята, ноты могут запаздывать.</translation>
+    </message>
+    <message>
+        <source>Install the package rtkit.</source>
+        <translation>Установите пакет rtkit.</translation>
     </message>
 </context>
 <context>

@@ -32,11 +32,15 @@ QString ExplainSoundFont(const QString& path) {
                                   .arg(path, QString::fromWCharArray(reason.c_str()));
 }
 
-EngineDependencies CreateEngineDependencies(const QString& soundFont) {
-    EngineDependencies dependencies;
-    const auto synthesizer = std::make_shared<LibMidi::Synthesizer>();
-    ApplySavedSettings(*synthesizer, dependencies.userDataDir);
+std::shared_ptr<LibMidi::Synthesizer> CreateSynthesizer(const QString& soundFont) {
+    auto synthesizer = std::make_shared<LibMidi::Synthesizer>();
+    ApplySavedSettings(*synthesizer, EngineDependencies().userDataDir);
     synthesizer->SetRunFont(soundFont.toStdString());
+    return synthesizer;
+}
+
+EngineDependencies CreateEngineDependencies(const std::shared_ptr<LibMidi::Synthesizer>& synthesizer) {
+    EngineDependencies dependencies;
     dependencies.synth = synthesizer;
     dependencies.backends = {LibMidi::PortMIDIBackend(), LibMidi::MakeSynthBackend(synthesizer)};
     dependencies.createPlayer = [] { return LibMidi::CreateMIDIPlayer(); };

@@ -48,7 +48,7 @@ public:
                                  "A virtual MIDI keyboard: play on the computer keys, on the screen's piano "
                                  "and on a MIDI keyboard.")));
         parser_.addOptions(
-            {output_, input_, preset_, soundFont_, listPorts_, render_, locale_, demonstration_, pictures_});
+            {output_, input_, preset_, soundFont_, listPorts_, check_, render_, locale_, demonstration_, pictures_});
         parser_.addPositionalArgument(
             "target",
             Tr(QT_TRANSLATE_NOOP("CommandLine", "With --render: the sound file (.wav) or MIDI file (.mid) to write.")),
@@ -82,6 +82,9 @@ private:
         }
         if (parser_.isSet(version_)) {
             return Action::kVersion;
+        }
+        if (parser_.isSet(check_)) {
+            return Action::kCheck;
         }
         return parser_.isSet(listPorts_) ? Action::kListPorts
                : parser_.isSet(render_)  ? Action::kRender
@@ -127,6 +130,7 @@ private:
                 }
             }
         };
+        exclude(check_, {&listPorts_, &render_, &input_, &preset_, &demonstration_, &pictures_});
         exclude(listPorts_, {&render_, &output_, &input_, &preset_, &demonstration_, &pictures_});
         exclude(render_, {&output_, &input_, &demonstration_, &pictures_});
         exclude(demonstration_, {&pictures_});
@@ -156,6 +160,10 @@ private:
                                         Tr(QT_TRANSLATE_NOOP("CommandLine", "file"))};
     const QCommandLineOption listPorts_{
         "list-ports", Tr(QT_TRANSLATE_NOOP("CommandLine", "List the MIDI outputs and inputs, a line each, and quit."))};
+    const QCommandLineOption check_{
+        "check", Tr(QT_TRANSLATE_NOOP("CommandLine",
+                                      "Say what would sound, what would not and what to do about it, with a test note, "
+                                      "and quit. The exit code is 0 when a key would sound."))};
     const QCommandLineOption render_{
         "render",
         Tr(QT_TRANSLATE_NOOP("CommandLine",

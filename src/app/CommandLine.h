@@ -8,7 +8,7 @@ namespace Kivora {
 
 struct CommandLine {
     /// All but kPlay need no window and no display.
-    enum class Action { kPlay, kHelp, kVersion, kListPorts, kRender };
+    enum class Action { kPlay, kHelp, kVersion, kListPorts, kCheck, kRender };
 
     Action action = Action::kPlay;
     QString refusal;           ///< what is wrong with the arguments, a sentence; empty: nothing

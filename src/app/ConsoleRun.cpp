@@ -1,14 +1,17 @@
 #include "app/ConsoleRun.h"
 
+#include <memory>
 #include <QCoreApplication>
 
 #include "app/Backends.h"
 #include "app/CommandLine.h"
 #include "app/ConsoleOutput.h"
 #include "app/RenderCommand.h"
+#include "app/SoundDoctor.h"
 #include "engine/CKivora.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
+#include "ui/SoundReport.h"
 
 namespace Kivora {
 
@@ -16,6 +19,10 @@ namespace {
 
 QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);
+}
+
+int Print(const QString& lines) {
+    return PrintLines(lines) ? kSuccessExit : kFailureExit;
 }
 
 QString ListNames(const QString& line, const NK::CStringArray& names) {
@@ -26,39 +33,59 @@ QString ListNames(const QString& line, const NK::CStringArray& names) {
     return lines;
 }
 
-int ListPorts(EngineDependencies dependencies) {
-    dependencies.runTickTimer = false;
+int ListPorts(const EngineDependencies& dependencies) {
     try {
-        const CKivora engine(std::move(dependencies));
-        return PrintLines(ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Output: %1")), engine.GetOutputPortNames()) +
-                          ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Input: %1")), engine.GetInputPortNames()))
-                   ? kSuccessExit
-                   : kFailureExit;
+        const CKivora engine(dependencies);
+        return Print(ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Output: %1")), engine.GetOutputPortNames()) +
+                     ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Input: %1")), engine.GetInputPortNames()));
     } catch (const NK::CException& error) {
         PrintError(QString::fromWCharArray(error.GetMessage()));
         return kFailureExit;
     }
 }
 
+/// Null when there is nothing to play to and nothing to listen to.
+std::unique_ptr<CKivora> CreateEngine(const EngineDependencies& dependencies) {
+    try {
+        return std::make_unique<CKivora>(dependencies);
+    } catch (const NK::CException&) {
+        return nullptr;
+    }
+}
+
+int CheckSound(const CommandLine& line, const EngineDependencies& dependencies,
+               const std::shared_ptr<LibMidi::Synthesizer>& synthesizer) {
+    const std::unique_ptr<CKivora> engine = CreateEngine(dependencies);
+    if (engine) {
+        engine->LoadSettings();
+        if (!line.outputPort.isEmpty()) {
+            engine->SetSavedOutputPortName(NK::CString(line.outputPort.toStdWString()));
+        }
+    }
+    const SoundFindings findings = SoundDoctor(synthesizer).Look(engine.get());
+    const int exitCode = Print(SoundReport::ToText(SoundReport::Write(findings)));
+    return findings.WouldSound() ? exitCode : kFailureExit;
+}
+
 int Run(const CommandLine& line) {
-    switch (line.action) {
-        case CommandLine::Action::kHelp:
-            return PrintLines(CommandLine::GetHelp()) ? kSuccessExit : kFailureExit;
-        case CommandLine::Action::kVersion:
-            return PrintLines(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() + '\n')
-                       ? kSuccessExit
-                       : kFailureExit;
-        default:
-            break;
+    if (line.action == CommandLine::Action::kHelp) {
+        return Print(CommandLine::GetHelp());
+    }
+    if (line.action == CommandLine::Action::kVersion) {
+        return Print(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() + '\n');
     }
     if (const QString failure = line.soundFont.isEmpty() ? QString() : ExplainSoundFont(line.soundFont);
         !failure.isEmpty()) {
         PrintError(failure);
         return kFailureExit;
     }
-    EngineDependencies dependencies = CreateEngineDependencies(line.soundFont);
-    return line.action == CommandLine::Action::kRender ? Render(line, dependencies)
-                                                       : ListPorts(std::move(dependencies));
+    const auto synthesizer = CreateSynthesizer(line.soundFont);
+    EngineDependencies dependencies = CreateEngineDependencies(synthesizer);
+    dependencies.runTickTimer = false;
+    if (line.action == CommandLine::Action::kCheck) {
+        return CheckSound(line, dependencies, synthesizer);
+    }
+    return line.action == CommandLine::Action::kRender ? Render(line, dependencies) : ListPorts(dependencies);
 }
 
 }  // namespace

@@ -90,7 +90,8 @@ int main(int argc, char** argv) {
     }
     // Pictures show the panel as it is designed, whatever the screen.
     const bool forPictures = demonstration || !commandLine.pictureDir.isEmpty();
-    const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies(commandLine.soundFont);
+    const Kivora::EngineDependencies dependencies =
+        Kivora::CreateEngineDependencies(Kivora::CreateSynthesizer(commandLine.soundFont));
     Kivora::MainWindow window(
         [&] { return std::make_unique<Kivora::CKivora>(dependencies); }, Kivora::MainWindow::Ports::kOpenWhenPainted,
         dependencies.synth.get(),

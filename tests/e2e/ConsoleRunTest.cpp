@@ -163,3 +163,18 @@ TEST_F(ConsoleRun, NothingButTheResultIsLeft) {
     }
     EXPECT_EQ(names, (std::vector<std::string>{"data/Brennholt/Kivora/Locale.ini", "in.mid", "out.wav", "tiny.sf2"}));
 }
+
+TEST_F(ConsoleRun, ChecksWhetherAKeyWouldSound) {
+    variables_.insert("KIVORA_AUDIO_DRIVER", "file");
+    variables_.insert("KIVORA_AUDIO_FILE", GetPath("check.wav"));
+    EXPECT_EQ(Run({"--check"}), 0);
+    EXPECT_EQ(output_.find("[!!]"), std::string::npos) << output_;
+    EXPECT_NE(output_.find("[ok] A key sounds: Software synthesizer.\n"), std::string::npos) << output_;
+    EXPECT_NE(output_.find(GetPath("tiny.sf2").toStdString()), std::string::npos) << output_;
+    EXPECT_GT(std::filesystem::file_size(folder_ / "check.wav"), 0U) << "the test note";
+    EXPECT_EQ(Run({"--check", "--output", "USB Piano"}), 1);
+    EXPECT_NE(output_.find("[!!] The chosen synthesizer, USB Piano, is not connected."), std::string::npos) << output_;
+    variables_.insert("KIVORA_SOUNDFONT", GetPath("none.sf2"));
+    EXPECT_EQ(Run({"--check", "--locale", "ru_RU"}), 1);
+    EXPECT_NE(output_.find("[!!] Банк звуков не найден"), std::string::npos) << output_;
+}

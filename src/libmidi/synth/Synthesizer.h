@@ -4,12 +4,14 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "libmidi/MIDIEvent.h"
+#include "libmidi/synth/SynthDriverTrials.h"
 #include "libmidi/synth/SynthEnvironment.h"
 #include "libmidi/SynthSettings.h"
 #include "nk/nk_critical_section.h"
@@ -61,6 +63,10 @@ public:
     bool Write(const MIDIEvent& event);
     /// FluidSynth's name of the driver that plays; empty while closed.
     const std::string& GetActiveDriver() const { return activeDriver_; }
+
+    /// Starts each audio system that Open() would try, for as long as `listen` takes, while a test note plays. The
+    /// session goes on, and is what plays on its own. Needs a sound font that can be played.
+    SynthDriverTrials TryDrivers(const std::function<void()>& listen);
 
     std::vector<NK::CString> GetAudioDrivers() const override;
     SynthSettings GetSettings() const override { return settings_; }

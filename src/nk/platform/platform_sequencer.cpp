@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 
 namespace NK::Platform {
@@ -109,6 +110,25 @@ std::optional<std::vector<SequencerPort>> ListSequencerPorts() {
         return std::nullopt;
     }
     return ParseSequencerPorts(listing);
+}
+
+SequencerAccess LookAtSequencer(const char* device) {
+    const int descriptor = open(device, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        close(descriptor);
+        return SequencerAccess::kGranted;
+    }
+    switch (errno) {
+        case ENOENT:
+        case ENODEV:
+        case ENXIO:
+            return SequencerAccess::kAbsent;
+        case EACCES:
+        case EPERM:
+            return SequencerAccess::kForbidden;
+        default:
+            return SequencerAccess::kFailed;
+    }
 }
 
 }  // namespace NK::Platform

@@ -32,4 +32,10 @@ std::optional<std::vector<SequencerPort>> ListSequencerPorts();
 /// The ports in a listing of the kernel's ("/proc/asound/seq/clients"); lines of another form count as none.
 std::vector<SequencerPort> ParseSequencerPorts(std::string_view listing);
 
+/// What the system lets this process do with its sequencer.
+enum class SequencerAccess { kGranted, kAbsent, kForbidden, kFailed };
+
+/// Opens the device for a moment, waiting for nothing. [any]
+SequencerAccess LookAtSequencer(const char* device = "/dev/snd/seq");
+
 }  // namespace NK::Platform

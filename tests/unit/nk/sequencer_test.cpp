@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <string>
+
+#include "support/TemporaryFolder.h"
+
 namespace {
 
 using NK::Platform::ParseSequencerPorts;
@@ -62,6 +67,16 @@ TEST(SequencerListing, WhatIsNoListingHasNoPorts) {
     ASSERT_EQ(cut.size(), 1U);
     EXPECT_FALSE(cut[0].sends || cut[0].receives);
     EXPECT_TRUE(cut[0].listeners.empty());
+}
+
+TEST(SequencerAccess, IsWhatTheSystemLetsOneDo) {
+    const KivoraTest::CTemporaryFolder folder;
+    const std::string device = (folder / "seq").string();
+    EXPECT_EQ(NK::Platform::LookAtSequencer(device.c_str()), NK::Platform::SequencerAccess::kAbsent);
+    std::ofstream(device) << "x";
+    EXPECT_EQ(NK::Platform::LookAtSequencer(device.c_str()), NK::Platform::SequencerAccess::kGranted);
+    EXPECT_EQ(NK::Platform::LookAtSequencer(folder.GetPath().c_str()), NK::Platform::SequencerAccess::kFailed)
+        << "a folder";
 }
 
 }  // namespace

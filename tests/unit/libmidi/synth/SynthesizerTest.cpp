@@ -433,6 +433,36 @@ TEST_F(SynthesizerTest, TheTestOfAClosedPortFreesTheAudioSystemByItself) {
     api_.WaitUntilFreed();
 }
 
+TEST_F(SynthesizerTest, EveryDriverIsTriedWithANoteEach) {
+    ShowSoundCard();
+    api_.failingDrivers = {"pulseaudio"};
+    int heard = 0;
+    const SynthDriverTrials trials = Make().TryDrivers([&heard] { ++heard; });
+    ASSERT_EQ(trials.size(), 3U);
+    EXPECT_EQ(trials[0].driver, "jack");
+    EXPECT_EQ(trials[0].reason, L"No JACK server runs.");
+    EXPECT_EQ(trials[1].driver, "pulseaudio");
+    EXPECT_FALSE(trials[1].reason.IsEmpty());
+    EXPECT_EQ(trials[2].driver, "alsa");
+    EXPECT_TRUE(trials[2].reason.IsEmpty());
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(synthesizer_->GetActiveDriver(), "");
+    EXPECT_EQ(api_.GetLive(), 0) << "nothing is left open";
+}
+
+TEST_F(SynthesizerTest, WhatPlaysGoesOnWhileTheDriversAreTried) {
+    ASSERT_TRUE(Make().Open());
+    ASSERT_EQ(synthesizer_->GetActiveDriver(), "pulseaudio");
+    api_.Forget();
+    int heard = 0;
+    synthesizer_->TryDrivers([&heard] { ++heard; });
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(api_.Count("driver2 pulseaudio"), 0) << "it is not opened a second time";
+    EXPECT_EQ(api_.Count("delete driver"), 0);
+    EXPECT_EQ(synthesizer_->GetActiveDriver(), "pulseaudio");
+    EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+}
+
 TEST_F(SynthesizerTest, OpeningDuringATestTakesOver) {
     environment_.audioDriver = "pulseaudio";
     EXPECT_EQ(Make().Test(), L"");
