@@ -24,7 +24,9 @@
 #include "nk/nk_time.h"
 #include "ui/Dialogs.h"
 #include "ui/EmbeddedFonts.h"
+#include "ui/InputLanguage.h"
 #include "ui/InstrumentStyle.h"
+#include "ui/PlacedShortcuts.h"
 #include "ui/PlainTexts.h"
 
 namespace {
@@ -105,6 +107,7 @@ int main(int argc, char** argv) {
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });
+    const PlacedShortcuts placedShortcuts(&Kivora::GetInputLayout);
     std::optional<Kivora::HeldInput> heldInput;
     if (!demonstration) {  // which plays with keys that nobody holds
         heldInput.emplace(*window.GetPanel());

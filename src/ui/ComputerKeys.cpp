@@ -60,8 +60,13 @@ TPCKey ComputerKeys::keyOf(const QKeyEvent& event) const {
     key.ctrl = event.modifiers().testFlag(Qt::ControlModifier);
     key.alt = event.modifiers().testFlag(Qt::AltModifier);
     key.autoRepeat = event.isAutoRepeat();
-    if (isByPlace(source_())) {
-        key.place = NK::Piano::FindPCKeyPlace(key.scanCode);
+    const Layout layout = source_();
+    const std::optional<char> place = NK::Piano::FindPCKeyPlace(key.scanCode);
+    if (isByPlace(layout)) {
+        key.place = place;
+    }
+    if (key.alt && layout && !layout->TypesLatinLetters() && (place == '-' || place == '=')) {
+        key.code = *place;  // the value keys, as other shortcuts
     }
     return key;
 }

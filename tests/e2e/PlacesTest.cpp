@@ -164,6 +164,22 @@ TEST_F(Places, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
     EXPECT_EQ(instrument.GetNoteMessages().size(), 26U) << "four notes on and off three times, and the last one";
 }
 
+TEST(PlacedKeys, AltWithThePlaceOfQEndsTheProgramOnGreek) {
+    constexpr std::uint8_t kAlt = 64;
+    constexpr std::uint8_t kScanQ = 24;
+    for (const QStringList& layouts : {QStringList{"gr"}, QStringList{"us,gr"}, QStringList{"ru"}}) {
+        InstrumentProcess instrument;
+        ASSERT_TRUE(instrument.Start());
+        bool ok = false;
+        instrument.RunOnDisplay("setxkbmap", layouts, &ok);
+        ASSERT_TRUE(ok);
+        instrument.LockLayout(layouts.front().contains(',') ? 1 : 0);
+        instrument.MoveKey(kAlt, true);
+        instrument.MoveKey(kScanQ, true);
+        EXPECT_EQ(instrument.WaitForExitCode(), 0) << layouts.front().toStdString();
+    }
+}
+
 TEST_F(Places, TheHintsFollowTheLayout) {
     ASSERT_TRUE(instrument.Start());
     const QImage english = GrabHints();
