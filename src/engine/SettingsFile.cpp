@@ -1,10 +1,13 @@
 #include "engine/SettingsFile.h"
 
 #include <map>
+#include <memory>
 #include <utility>
 
 #include "engine/DamagedFile.h"
 #include "nk/nk_directory.h"
+#include "nk/nk_folder_lock.h"
+#include "nk/nk_paths.h"
 
 namespace Kivora {
 
@@ -113,6 +116,8 @@ void SettingsFile::MendBeside(NK::CStringArray& setAside) {
 }
 
 bool SettingsFile::Save(const Writer& write, NK::CStringArray& setAside) {
+    // Where it cannot be had, a moment in which another program saves may lose one of the two's changes.
+    const std::unique_ptr<NK::CFolderLock> lock = NK::CFolderLock::Take(NK::GetFolderName(path_));
     isSavedBeside_ = false;
     MendBeside(setAside);
     CIniFile file;

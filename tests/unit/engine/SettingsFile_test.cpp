@@ -7,9 +7,11 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <future>
 #include <string>
 #include <vector>
 
+#include "nk/nk_folder_lock.h"
 #include "support/Files.h"
 #include "unit/engine/EngineRig.h"
 
@@ -96,6 +98,28 @@ TEST_F(SettingsBesideOthers, EachProgramSavesWhatItChangedItself) {
     ASSERT_TRUE(other.SaveSettings());
     EXPECT_THAT(Read(), HasSubstr("\nTempo=60\n"));
     EXPECT_THAT(Read(), HasSubstr("\nVolume0=53\n"));
+}
+
+TEST_F(SettingsBesideOthers, AProgramThatIsSavingIsWaitedFor) {
+    SettingsFile file(NK::CString::FromUtf8(path.native()));
+    file.Load();
+    file.Remember([](NK::CIniFile&) {});
+    auto theirs = NK::CFolderLock::Take(NK::CString::FromUtf8(path.parent_path().native()));
+    ASSERT_TRUE(theirs);
+    auto saved = std::async(std::launch::async, [&file] {
+        NK::CStringArray setAside;
+        return file.Save(
+            [](NK::CIniFile& lines) {
+                lines.SelectOrAddSection(L"Kivora");
+                lines.SetString(L"Volume0", L"60");
+            },
+            setAside);
+    });
+    Write("[Kivora]\nTempo=150\nVolume0=50\n");
+    theirs.reset();
+    EXPECT_TRUE(saved.get());
+    EXPECT_THAT(Read(), HasSubstr("Tempo=150\n"));
+    EXPECT_THAT(Read(), HasSubstr("Volume0=60\n"));
 }
 
 TEST_F(SettingsBesideOthers, WhatNobodyElseChangedIsWrittenAsItIsInForce) {
