@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine/EngineFront.h"
+#include "support/FakeSynth.h"
 #include "support/Files.h"
 #include "support/FileSizeLimit.h"
 #include "unit/engine/EngineRig.h"
@@ -23,27 +24,6 @@ namespace {
 std::string ReadGolden() {
     return ReadFileBytes(std::filesystem::path(KIVORA_GOLDEN_DIR) / "engine/Kivora.ini");
 }
-
-/// Takes any settings, but no sound font that does not exist.
-class FakeSynth : public LibMidi::SynthControl {
-public:
-    std::vector<NK::CString> GetAudioDrivers() const override { return {L"alsa"}; }
-    LibMidi::SynthSettings GetSettings() const override { return settings; }
-    LibMidi::Result ApplySettings(const LibMidi::SynthSettings& wanted) override {
-        if (wanted.soundFont == missingFont && !missingFont.IsEmpty()) {
-            return LibMidi::kDeviceError;
-        }
-        settings = wanted;
-        return LibMidi::kSuccess;
-    }
-    double GetLatencyMs(std::uint32_t latencyFrames) const override { return latencyFrames; }
-    NK::CString GetSoundFontPath() const override { return settings.soundFont; }
-    NK::CString Test() override { return {}; }
-    NK::CString GetLastError() const override { return {}; }
-
-    LibMidi::SynthSettings settings;
-    NK::CString missingFont;
-};
 
 std::string Repeat(const std::string& text, int count) {
     std::string repeated;

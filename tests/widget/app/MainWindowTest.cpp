@@ -24,12 +24,12 @@
 #include <vector>
 
 #include "locale/Locale.h"
+#include "support/FakeSynth.h"
 #include "support/FatalLog.h"
 #include "ui/About.h"
 #include "ui/KivoraWidget.h"
 #include "ui/midiSettings.h"
 #include "unit/engine/EngineRig.h"
-#include "widget/ui/FakeSynth.h"
 #include "widget/ui/PanelRig.h"
 
 namespace {

@@ -21,10 +21,10 @@
 
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
+#include "support/FakeSynth.h"
 #include "ui/midiSettings.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/DialogTexts.h"
-#include "widget/ui/FakeSynth.h"
 #include "widget/ui/ModalBoxes.h"
 
 using KivoraTest::kKeyboard;

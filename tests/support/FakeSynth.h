@@ -14,7 +14,7 @@ public:
     LibMidi::SynthSettings GetSettings() const override { return settings; }
     LibMidi::Result ApplySettings(const LibMidi::SynthSettings& wanted) override {
         ++applied;
-        if (!failure.IsEmpty()) {
+        if (!failure.IsEmpty() || (!missingFont.IsEmpty() && wanted.soundFont == missingFont)) {
             return LibMidi::kDeviceError;
         }
         settings = wanted;
@@ -32,7 +32,8 @@ public:
 
     LibMidi::SynthSettings settings;
     NK::CString defaultFont = L"/fonts/default-GM.sf2";
-    NK::CString failure;  ///< why nothing works; empty: everything does
+    NK::CString missingFont;  ///< which cannot be chosen
+    NK::CString failure;      ///< why nothing works; empty: everything does
     int applied = 0;
     int tested = 0;
 };
