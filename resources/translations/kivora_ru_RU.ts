@@ -2653,6 +2653,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Not recording: nothing sounds, so nothing would be recorded</source>
         <translation>Запись не начата: звука нет, записывать нечего</translation>
     </message>
+    <message>
+        <source>No sound: the software synthesizer has no sound font</source>
+        <translation>Нет звука: у программного синтезатора нет банка звуков</translation>
+    </message>
+    <message>
+        <source>No sound here: %1 hands the notes to other programs</source>
+        <translation>Здесь звука нет: %1 передаёт ноты другим программам</translation>
+    </message>
 </context>
 <context>
     <name>SynthSettingsGroup</name>

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "libmidi/PortNames.h"
+#include "libmidi/SynthSettings.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
@@ -102,15 +104,33 @@ PortKeeper::OutputState PortKeeper::GetOutputState() const {
     if (engine.IsOutputLost()) {
         return OutputState::kLost;
     }
+    const NK::CStringArray names = engine.GetOutputPortNames();
+    const NK::CString name = engine.GetOutputPortName();
+    const LibMidi::SynthControl* const synth = engine.GetSynth();
+    const bool lacksFont = synth != nullptr && names.Find(synth->GetPortName()) < 0;
     if (engine.IsOutputReady()) {
+        if (lacksFont && LibMidi::IsLoopBack(name.ToUtf8())) {
+            return OutputState::kHandsOn;
+        }
         return isStalled_ ? OutputState::kStalled : OutputState::kPlays;
     }
-    const NK::CStringArray names = engine.GetOutputPortNames();
     if (names.GetSize() == 0) {
         return OutputState::kNone;
     }
-    const NK::CString name = engine.GetOutputPortName();
+    if (lacksFont && name == synth->GetPortName()) {
+        return OutputState::kNoFont;
+    }
     return !name.IsEmpty() && names.Find(name) < 0 ? OutputState::kMissing : OutputState::kFailed;
+}
+
+bool PortKeeper::IsOutputBuiltIn() const {
+    const CKivora& engine = front_.GetEngine();
+    const LibMidi::SynthControl* const synth = engine.GetSynth();
+    if (synth == nullptr) {
+        return false;
+    }
+    const NK::CString name = engine.GetOutputPortName();
+    return name.IsEmpty() || name == synth->GetPortName();
 }
 
 }  // namespace Kivora

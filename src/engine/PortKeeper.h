@@ -22,6 +22,8 @@ public:
         kMissing,  ///< none is open, and none has the name that was saved or chosen
         kFailed,   ///< none is open, though there are some
         kNone,     ///< there is none
+        kNoFont,   ///< none is open: the built-in synthesizer was chosen, and is not listed without a sound font
+        kHandsOn,  ///< open, and only a way to other programs, as the built-in synthesizer has no sound font
     };
 
     /// The front outlives the keeper.
@@ -30,6 +32,8 @@ public:
     /// Once in kLookPeriodMs. Between attempts to open a port that is lost again and again the pauses grow.
     void Look();
     OutputState GetOutputState() const;
+    /// Whether the output that is open, or else wanted, is the built-in synthesizer.
+    bool IsOutputBuiltIn() const;
 
 signals:
     /// GetOutputState(), or whether the input is lost, may have changed; emitted from Look().

@@ -32,6 +32,8 @@ struct SynthSettings {
 class SynthControl {
 public:
     virtual ~SynthControl() = default;
+    /// Under which it is listed among the outputs while there is a sound font.
+    virtual NK::CString GetPortName() const = 0;
     /// The audio systems that can be asked for on this machine, in the order in which they are tried.
     virtual std::vector<NK::CString> GetAudioDrivers() const = 0;
     virtual SynthSettings GetSettings() const = 0;

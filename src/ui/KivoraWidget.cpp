@@ -119,7 +119,7 @@ void KivoraWidget::loadSettings() {
     // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
     // just now is shown by the constructor.
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::skinChanged, Qt::QueuedConnection);
-    wallpaperRefused_ = wallpaperCache().GetTold();
+    wallpaperRefused_ = wallpaperTold().Get();
     takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
     connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
     connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);

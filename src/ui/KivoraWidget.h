@@ -14,6 +14,7 @@
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
 #include "ui/Desktop.h"
+#include "ui/KeptText.h"
 #include "ui/KeyRepeats.h"
 #include "ui/PanelLegends.h"
 #include "ui/PanelScale.h"
@@ -81,8 +82,9 @@ public:
     void releaseHeld();
     /// Ends what is held by keys and the mouse that are up: their releases went elsewhere.
     void releaseAllBut(const NK::TPressedInput& down);
-    /// Opens the ports, once; a box titled "MIDI Engine Error" says why one could not be opened. From then on the
-    /// display says what does not sound or was lost, and what is back is opened again where that disturbs nothing.
+    /// Opens the ports, once; a box titled "MIDI Engine Error" says why one could not be opened, and does not come
+    /// again at the next start for the same reasons. From then on the display says what does not sound or was lost, and
+    /// what is back is opened again where that disturbs nothing.
     void openPorts();
     /// Where there is no engine: the box that says so, and its reason alone. `synth`, which may be null and is not
     /// owned, can be set up all the same; `engineWanted` is called when the user has been to the settings.
@@ -266,6 +268,9 @@ private:
     void loadSettings();
     void tellAboutSettings();
     WallpaperCache wallpaperCache() const;
+    /// The path of which the user was told last that its picture cannot be shown; empty for none.
+    KeptText wallpaperTold() const;
+    QString cacheFolder() const;
 
     // KivoraWidget_ports.cpp
     /// What does not play, why, and what can be done about it; empty when all is well.

@@ -8,6 +8,7 @@
 #include "nk/nk_exception.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/Dialogs.h"
+#include "ui/KeptText.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/midiSettings.h"
@@ -30,18 +31,21 @@ void KivoraWidget::openPorts() {
     connect(keeper_.get(), &PortKeeper::StateChanged, this, &KivoraWidget::updateNotices);
     connect(keeper_.get(), &PortKeeper::InputReturned, this, &KivoraWidget::inputReturned);
     connect(&portTimer_, &QTimer::timeout, keeper_.get(), &PortKeeper::Look);
-    const auto showError = [this](const QString& text) {
-        notices_.Tell(QMessageBox::Critical, tr("MIDI Engine Error"), text);
-    };
+    portTimer_.start(PortKeeper::kLookPeriodMs);
+    QString failure;
     try {
         front_->OpenPorts();
     } catch (const NK::CException& error) {
-        showError(QString::fromWCharArray(error.GetMessage()));
+        failure = QString::fromWCharArray(error.GetMessage());
     } catch (...) {
-        showError(tr("An unknown exception occured."));
+        failure = tr("An unknown exception occured.");
     }
-    portTimer_.start(PortKeeper::kLookPeriodMs);
     updateNotices();
+    const QString reasons = failure.isEmpty() ? QString() : explainPorts();
+    // Told once, and not at every start: the display goes on saying it.
+    if (KeptText(cacheFolder() + "ports-told.txt").Change(failure + reasons) && !failure.isEmpty()) {
+        notices_.Tell(QMessageBox::Critical, tr("MIDI Engine Error"), failure, reasons);
+    }
 }
 
 void KivoraWidget::setEngineFailure(const QString& title, const QString& text, const QString& reason,
@@ -64,7 +68,7 @@ QString KivoraWidget::explainPorts() const {
     QStringList texts;
     const QString output =
         SoundTexts::OutputExplanation(keeper_->GetOutputState(), Dialogs::ToQt(engine_->GetOutputPortName()),
-                                      synth != nullptr ? Dialogs::ToQt(synth->GetLastError()) : QString());
+                                      keeper_->IsOutputBuiltIn() ? Dialogs::ToQt(synth->GetLastError()) : QString());
     if (!output.isEmpty()) {
         texts << output;
     }
@@ -117,7 +121,6 @@ void KivoraWidget::inputLost() {
                              nullptr, static_cast<int>(engine_->GetInputLostCount())));
     midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
     if (!std::exchange(inputLossTold_, true)) {
-        releaseHeld();
         UnaskedBox::show(
             Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
                              tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "

@@ -43,7 +43,7 @@ void KivoraWidget::updateSkin() {
     // Told once, and not at every start: the skin is composed anew with every colour that is tried out.
     const QString refused = loaded.error.isEmpty() ? QString() : path;
     if (engine_ != nullptr && std::exchange(wallpaperRefused_, refused) != refused) {
-        wallpaperCache().RememberTold(refused);
+        wallpaperTold().Keep(refused);
         if (!refused.isEmpty()) {
             notices_.Tell(QMessageBox::Critical, tr("Error Loading Wallpaper"), loaded.error, loaded.reason);
         }
@@ -51,7 +51,15 @@ void KivoraWidget::updateSkin() {
 }
 
 WallpaperCache KivoraWidget::wallpaperCache() const {
-    return WallpaperCache(QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/");
+    return WallpaperCache(cacheFolder());
+}
+
+KeptText KivoraWidget::wallpaperTold() const {
+    return KeptText(cacheFolder() + "wallpaper-told.txt");
+}
+
+QString KivoraWidget::cacheFolder() const {
+    return QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/";
 }
 
 void KivoraWidget::composeSkin() {

@@ -55,6 +55,10 @@ QString OutputNotice(OutputState state, const QString& port, bool isRecording) {
             return Tr(QT_TRANSLATE_NOOP("SoundTexts", "No sound: no synthesizer could be opened"));
         case OutputState::kNone:
             return Tr(QT_TRANSLATE_NOOP("SoundTexts", "No sound: there is no synthesizer"));
+        case OutputState::kNoFont:
+            return Tr(QT_TRANSLATE_NOOP("SoundTexts", "No sound: the software synthesizer has no sound font"));
+        case OutputState::kHandsOn:
+            return Tr(QT_TRANSLATE_NOOP("SoundTexts", "No sound here: %1 hands the notes to other programs")).arg(port);
         default:
             return {};
     }

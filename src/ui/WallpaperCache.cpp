@@ -11,17 +11,15 @@
 
 #include "nk/nk_atomic_save.h"
 #include "nk/nk_directory.h"
-#include "nk/nk_disk_file.h"
 #include "nk/nk_file_content.h"
 #include "nk/nk_file_failure.h"
-#include "nk/nk_string_serializable.h"
 #include "ui/Dialogs.h"
+#include "ui/KeptText.h"
 
 namespace {
 
 constexpr const char* kPictureFile = "wallpaper.bmp";
 constexpr const char* kPathFile = "wallpaper.txt";
-constexpr const char* kToldFile = "wallpaper-told.txt";
 constexpr std::size_t kMaxBytes = 512 * 1024 * 1024;
 constexpr const char* kNotLoaded = QT_TRANSLATE_NOOP("KivoraWidget", "Failed to load wallpaper image from:");
 constexpr const char* kNoSize = QT_TRANSLATE_NOOP("KivoraWidget", "Cannot determine image size:");
@@ -56,17 +54,6 @@ WallpaperCache::Result Decode(const QString& path) {
 }
 
 /// The text of a file of ours; empty for none.
-QString ReadText(const QString& path) {
-    NK::CDiskFile file(Dialogs::FromQt(path), NK::CDiskFile::kRead);
-    NK::CStringSerializable text;
-    return text.ReadFrom(file) ? Dialogs::ToQt(text) : QString();
-}
-
-bool WriteText(const QString& path, const QString& text) {
-    const NK::CStringSerializable written(Dialogs::FromQt(text));
-    return NK::SaveAtomically(Dialogs::FromQt(path), [&](NK::CFile& file) { return written.WriteTo(file); });
-}
-
 /// The top of a picture, as much of it as an area shows that it fills from side to side.
 QImage ShownPart(const QImage& picture, const QSize& area) {
     const int shown = static_cast<int>(std::ceil(static_cast<double>(picture.width()) * area.height() / area.width()));
@@ -115,14 +102,14 @@ bool WallpaperCache::IsCurrent(const QString& path) const {
     if (MayBeTransparent(path)) {
         return false;
     }
-    if (const QString stamp = ReadText(folder_ + kStampFile); !stamp.isEmpty()) {
+    if (const QString stamp = KeptText(folder_ + kStampFile).Get(); !stamp.isEmpty()) {
         return stamp == StampOf(path);
     }
     return QFileInfo(folder_ + kPictureFile).lastModified() >= QFileInfo(path).lastModified();
 }
 
 QImage WallpaperCache::LoadKept(const QString& path) const {
-    if (ReadText(folder_ + kPathFile) != path || !IsCurrent(path)) {
+    if (KeptText(folder_ + kPathFile).Get() != path || !IsCurrent(path)) {
         return {};
     }
     const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(folder_ + kPictureFile), kMaxBytes);
@@ -153,20 +140,8 @@ WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& 
                             [&](NK::CFile& file) { return file.Write(bytes.constData(), 1, size) == size; })) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
     }
-    if (!WriteText(folder_ + kStampFile, stamp) || !WriteText(pathFile, path)) {
+    if (!KeptText(folder_ + kStampFile).Keep(stamp) || !KeptText(pathFile).Keep(path)) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache information to:"), pathFile);
     }
     return {image, {}, {}};
-}
-
-QString WallpaperCache::GetTold() const {
-    return ReadText(folder_ + kToldFile);
-}
-
-void WallpaperCache::RememberTold(const QString& path) const {
-    if (path.isEmpty()) {
-        NK::RemoveFile(Dialogs::FromQt(folder_ + kToldFile));
-    } else if (NK::CreateFolder(Dialogs::FromQt(folder_))) {
-        WriteText(folder_ + kToldFile, path);
-    }
 }

@@ -27,11 +27,6 @@ public:
     /// nothing but a disk: what is no regular file cannot be loaded.
     Result Load(const QString& path, const QSize& area) const;
 
-    /// The path of which the user was told last that its picture cannot be shown, in this run or before; empty for
-    /// none.
-    QString GetTold() const;
-    void RememberTold(const QString& path) const;
-
 private:
     QImage LoadKept(const QString& path) const;
     bool IsCurrent(const QString& path) const;

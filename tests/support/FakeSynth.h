@@ -10,6 +10,7 @@ namespace KivoraTest {
 
 class FakeSynth : public LibMidi::SynthControl {
 public:
+    NK::CString GetPortName() const override { return L"Software synthesizer"; }
     std::vector<NK::CString> GetAudioDrivers() const override { return {L"pulseaudio", L"alsa"}; }
     LibMidi::SynthSettings GetSettings() const override { return settings; }
     LibMidi::Result ApplySettings(const LibMidi::SynthSettings& wanted) override {

@@ -6,6 +6,7 @@
 
 #include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthApi.h"
+#include "libmidi/synth/SynthOutPort.h"
 #include "libmidi/synth/SynthSession.h"
 #include "nk/nk_logger.h"
 #include "nk/nk_thread_role.h"
@@ -175,6 +176,10 @@ bool Synthesizer::Write(const MIDIEvent& event) {
     }
     SetLastError(session_->GetReason());
     return false;
+}
+
+NK::CString Synthesizer::GetPortName() const {
+    return SynthOutPort::kName;
 }
 
 std::vector<NK::CString> Synthesizer::GetAudioDrivers() const {

@@ -68,6 +68,7 @@ public:
     /// session goes on, and is what plays on its own. Needs a sound font that can be played.
     SynthDriverTrials TryDrivers(const std::function<void()>& listen);
 
+    NK::CString GetPortName() const override;
     std::vector<NK::CString> GetAudioDrivers() const override;
     SynthSettings GetSettings() const override { return settings_; }
     Result ApplySettings(const SynthSettings& settings) override;

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "support/FakeSynth.h"
 #include "support/Files.h"
 
 using namespace KivoraTest;
@@ -47,6 +48,83 @@ TEST_F(PanelStart, AnOutputThatCannotBeOpenedIsToldAndThePanelIsThere) {
     EXPECT_EQ(Caption("patch1"), "1");
     Type(Qt::Key_Z);
     EXPECT_EQ(rig.TakeWritten(), Seen{});
+}
+
+TEST_F(PanelStart, APortThatCannotBeOpenedIsToldWithTheReasonsAndOnceUntilTheyChange) {
+    const auto synth = std::make_shared<FakeSynth>();
+    synth->failure = L"No sound can be played.\nalsa: There is no sound card.";
+    rig.synth = synth;
+    rig.GetDevice(kSynth).failsToOpen = true;
+    const auto start = [this](bool isTold) {
+        ModalAnswers answers;
+        answers.Click(QMessageBox::Ok);
+        Start();
+        if (isTold) {
+            Wait([&] { return answers.AllGiven(); });
+        } else {
+            QApplication::processEvents();
+            EXPECT_EQ(FindUnaskedBox(), nullptr);
+        }
+        CloseWindow();
+        front->Close();
+        front.reset();
+        rig.engine.reset();
+        return answers.details;
+    };
+    const Seen why{
+        "No sound: no synthesizer could be opened.\nNo sound can be played.\nalsa: There is no sound card.\n"
+        "Choose another synthesizer here, or another audio system or sound font for the software synthesizer."};
+    EXPECT_EQ(start(true), why);
+    EXPECT_EQ(start(false), Seen{});
+    synth->failure = L"No sound can be played.";
+    EXPECT_NE(start(true), why);
+    rig.GetDevice(kSynth).failsToOpen = false;
+    start(false);
+    rig.GetDevice(kSynth).failsToOpen = true;
+    EXPECT_EQ(start(true).size(), 1u) << "it worked in between";
+}
+
+TEST_F(PanelStart, TheBuiltInSynthesizersReasonIsNotGivenForAnotherOutput) {
+    const auto synth = std::make_shared<FakeSynth>();
+    synth->failure = L"No sound can be played.";
+    rig.synth = synth;
+    rig.backend.defaultOutput = kOtherSynth;
+    rig.backend.Unplug(kSynth);
+    rig.GetDevice(kOtherSynth).failsToOpen = true;
+    CreateEngine();
+    Engine().SetSavedOutputPortName(kOtherSynth);
+    Engine().SaveSettings();
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    CreateWindow();
+    Wait([&] { return answers.AllGiven(); });
+    EXPECT_EQ(
+        answers.details,
+        Seen{"No sound: no synthesizer could be opened.\nChoose another synthesizer here, or another audio system "
+             "or sound font for the software synthesizer."});
+}
+
+TEST_F(PanelStart, TheBuiltInSynthesizerThatWasChosenAndHasNoFontIsTold) {
+    rig.synth = std::make_shared<FakeSynth>();
+    rig.backend.Unplug(kSynth);
+    CreateEngine();
+    Engine().SetSavedOutputPortName(kSynth);
+    Engine().SaveSettings();
+    CreateWindow();
+    Wait([&] { return !Notice().empty(); });
+    EXPECT_EQ(Notice(), "No sound: the software synthesizer has no sound font");
+}
+
+TEST_F(PanelStart, ALoopBackThatStandsInForTheSynthesizerIsTold) {
+    constexpr const wchar_t* kLoopBack = L"Midi Through Port-0";
+    rig.synth = std::make_shared<FakeSynth>();
+    rig.backend.Unplug(kSynth);
+    rig.backend.Plug(kLoopBack, LibMidi::kOutput);
+    rig.backend.defaultOutput = kLoopBack;
+    CreateEngine();
+    CreateWindow();
+    Wait([&] { return !Notice().empty(); });
+    EXPECT_EQ(Notice(), "No sound here: Midi Through Port-0 hands the notes to other programs");
 }
 
 TEST_F(PanelStart, AnInputThatCannotBeOpenedIsToldWithItsName) {
@@ -268,9 +346,15 @@ TEST_F(PanelStart, LostMessagesAreToldOnceByABoxThatStopsNobodyAndCountedAtTheLa
     rig.backend.defaultInput = kKeyboard;
     Start();
     EXPECT_EQ(Lamp().toolTip(), "");
-    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    Press(Qt::Key_Z);
+    rig.GetKeyboard().Deliver(0x90, 67, 100);
+    Show();
+    ASSERT_TRUE(Piano().IsPressed(60));
+    ASSERT_TRUE(Piano().IsPressed(67));
     rig.GetKeyboard().Lose(1);
-    QApplication::processEvents();
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(67));
+    EXPECT_TRUE(Piano().IsPressed(60)) << "of the computer's keys nothing was lost";
     const auto boxes = [&] { return panel->findChildren<QMessageBox*>(); };
     ASSERT_EQ(boxes().size(), 1);
     EXPECT_FALSE(boxes().first()->isModal());
