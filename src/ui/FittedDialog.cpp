@@ -1,5 +1,6 @@
 #include "ui/FittedDialog.h"
 
+#include <algorithm>
 #include <QEvent>
 #include <QScreen>
 #include <QShowEvent>
@@ -34,10 +35,24 @@ void FittedDialog::fitInto(const QSize& room) {
     resize(size.boundedTo(room));
 }
 
+void FittedDialog::moveOntoScreen() {
+    const QRect room = screen()->availableGeometry();
+    const QRect frame = frameGeometry();
+    const auto within = [](int begin, int size, int first, int end) {
+        return std::max(std::min(begin, end - size), first);
+    };
+    const QPoint corner(within(frame.x(), frame.width(), room.x(), room.x() + room.width()),
+                        within(frame.y(), frame.height(), room.y(), room.y() + room.height()));
+    if (corner != frame.topLeft()) {
+        move(corner);
+    }
+}
+
 bool FittedDialog::event(QEvent* event) {
     const bool handled = QDialog::event(event);
     if (event->type() == QEvent::LayoutRequest && isVisible() && sizeHint() != wanted_) {
         fitInto(room_);
+        moveOntoScreen();
     }
     return handled;
 }

@@ -4,7 +4,7 @@
 #include <QDialog>
 
 /// As large as its contents want, or as its own resize() before it was shown if that is more, and never larger than its
-/// screen has room for; grows when they come to want more. [gui]
+/// screen has room for; grows when they come to want more, and stays on the screen then. [gui]
 class FittedDialog : public QDialog {
     Q_OBJECT
 
@@ -22,6 +22,7 @@ protected:
 
 private:
     QSize roomOfScreen() const;
+    void moveOntoScreen();
 
     QSize preferred_;  ///< set before it was shown
     QSize room_;       ///< what there was at the last fit

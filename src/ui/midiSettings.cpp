@@ -1,6 +1,5 @@
 #include "ui/midiSettings.h"
 
-#include <QColorDialog>
 #include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -9,6 +8,7 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
+#include "ui/ColorChooser.h"
 #include "ui/Dialogs.h"
 #include "ui/Mnemonics.h"
 #include "ui_midiSettings.h"
@@ -205,10 +205,9 @@ void midiSettings::onKeyboardColorChanged(int index) {
 
 void midiSettings::pickColor(const QString& title, const QColor& color, void (midiSettings::*changed)(const QColor&)) {
     const QColor former = color;
-    QColorDialog dialog(former, this);
-    dialog.setOption(QColorDialog::DontUseNativeDialog);  // not every desktop's own tells of moves
+    ColorChooser dialog(former, this);
     dialog.setWindowTitle(title);
-    connect(&dialog, &QColorDialog::currentColorChanged, this, changed);
+    connect(&dialog, &ColorChooser::currentColorChanged, this, changed);
     if (dialog.exec() != QDialog::Accepted) {
         (this->*changed)(former);
     }

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFrame>
 #include <QGroupBox>
@@ -18,6 +19,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QtTest/QTest>
+#include <QVBoxLayout>
 
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
@@ -285,24 +287,55 @@ TEST_F(SettingsDialog, EachColourFollowsItsColourDialogLive) {
         const QColor before = (*rig.engine.*entry.color)();
         QColor meanwhile;
         boxes.add([&](QWidget& window) {
-            auto& colors = dynamic_cast<QColorDialog&>(window);
-            EXPECT_EQ(colors.windowTitle(), entry.title);
+            auto& colors = *window.findChild<QColorDialog*>();
+            EXPECT_EQ(window.windowTitle(), entry.title);
             EXPECT_EQ(colors.currentColor(), before);
             colors.setCurrentColor(QColor(12, 34, 56));
             meanwhile = (*rig.engine.*entry.color)();
-            colors.accept();
+            QTest::mouseClick(window.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
         });
         Click(entry.button);
         EXPECT_EQ(meanwhile, QColor(12, 34, 56)) << entry.title;
         EXPECT_EQ(SwatchColor(entry.swatch), QColor(12, 34, 56));
         boxes.add([&](QWidget& window) {
-            auto& colors = dynamic_cast<QColorDialog&>(window);
+            auto& colors = *window.findChild<QColorDialog*>();
             colors.setCurrentColor(Qt::red);
-            colors.reject();
+            QTest::keyClick(&colors, Qt::Key_Escape);
         });
         Click(entry.button);
         EXPECT_EQ((*rig.engine.*entry.color)(), QColor(12, 34, 56)) << "cancelled";
     }
+}
+
+TEST_F(SettingsDialog, TheChoiceOfAColourFitsASmallScreenWithItsButtonsInSight) {
+    constexpr QSize kSmall(525, 360);
+    Open();
+    boxes.add([&](QWidget& window) {
+        auto& chooser = dynamic_cast<FittedDialog&>(window);
+        chooser.fitInto(kSmall);
+        QApplication::processEvents();
+        EXPECT_LE(chooser.width(), kSmall.width());
+        EXPECT_LE(chooser.height(), kSmall.height());
+        auto* const buttons = chooser.findChild<QDialogButtonBox*>();
+        EXPECT_EQ(buttons->visibleRegion().boundingRect().size(), buttons->size());
+        chooser.reject();
+    });
+    Click("setBgColorBtn");
+}
+
+TEST(FittedDialog, StaysOnTheScreenWhenItGrows) {
+    FittedDialog grown;
+    auto* const label = new QLabel("1", &grown);
+    auto* const layout = new QVBoxLayout(&grown);
+    layout->addWidget(label);
+    grown.show();
+    const QRect screen = grown.screen()->availableGeometry();
+    grown.move(screen.bottomRight() - QPoint(grown.frameGeometry().width(), grown.frameGeometry().height()));
+    const int before = grown.height();
+    label->setText("1\n2\n3\n4\n5\n6\n7\n8\n9");
+    QApplication::processEvents();
+    EXPECT_GT(grown.height(), before);
+    EXPECT_TRUE(screen.contains(grown.frameGeometry()));
 }
 
 TEST_F(SettingsDialog, TheDefaultColoursAreTheEngines) {
