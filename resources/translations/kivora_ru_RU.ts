@@ -2437,6 +2437,45 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>SoundCheck</name>
+    <message>
+        <source>Sound Check</source>
+        <translation>Проверка звука</translation>
+    </message>
+    <message>
+        <source>Each audio system is tried with a short note...</source>
+        <translation>Каждая звуковая система пробуется короткой нотой...</translation>
+    </message>
+    <message>
+        <source>Check Again</source>
+        <translation>Проверить снова</translation>
+    </message>
+    <message>
+        <source>Play a Note</source>
+        <translation>Сыграть ноту</translation>
+    </message>
+    <message>
+        <source>Plays a note as a key does, to the synthesizer that is chosen.</source>
+        <translation>Играет ноту, как это делает клавиша, на выбранном синтезаторе.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Well</source>
+        <translation>Исправно</translation>
+    </message>
+    <message>
+        <source>Hint</source>
+        <translation>Совет</translation>
+    </message>
+    <message>
+        <source>Trouble</source>
+        <translation>Неисправность</translation>
+    </message>
+</context>
+<context>
     <name>SoundReport</name>
     <message>
         <source>A key sounds: %1.</source>
@@ -3218,6 +3257,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>By place</source>
         <translation>По месту</translation>
+    </message>
+    <message>
+        <source>Sound Check...</source>
+        <translation>Проверка звука...</translation>
+    </message>
+    <message>
+        <source>Says what would sound, what would not and what to do about it</source>
+        <translation>Говорит, что зазвучит, что нет и что с этим делать</translation>
     </message>
 </context>
 </TS>

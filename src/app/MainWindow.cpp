@@ -15,6 +15,7 @@
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/SoundFindings.h"
 #include "ui/UnaskedBox.h"
 
 namespace Kivora {
@@ -56,6 +57,33 @@ void MainWindow::CreatePanel(bool opensPorts) {
     }
     if (!opensPorts) {
         panel_->installEventFilter(this);
+    }
+    EquipPanel();
+}
+
+void MainWindow::SetSoundDoctor(std::function<SoundFindings(const CKivora*)> look) {
+    lookAtSound_ = std::move(look);
+    EquipPanel();
+}
+
+void MainWindow::EquipPanel() {
+    if (!lookAtSound_) {
+        return;
+    }
+    SoundDoctorTools tools;
+    tools.look = [this] { return lookAtSound_(engine_.get()); };
+    if (front_) {
+        tools.holdNote = [this](bool isDown) { HoldTestNote(isDown); };
+    }
+    panel_->setSoundDoctor(std::move(tools));
+}
+
+void MainWindow::HoldTestNote(bool isDown) {
+    constexpr std::uint8_t kMiddleC = 60;
+    if (isDown) {
+        engine_->PlayNoteOn(kMiddleC, engine_->GetVelocityNormal());
+    } else {
+        engine_->PlayNoteOff(kMiddleC);
     }
 }
 

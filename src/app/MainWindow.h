@@ -11,6 +11,7 @@
 #include "locale/LocaleFile.h"
 
 class KivoraWidget;
+struct SoundFindings;
 
 namespace Kivora {
 
@@ -44,6 +45,8 @@ public:
     KivoraWidget* GetPanel() const { return panel_; }
     /// Ports of this run, which are not saved.
     RunPorts& GetRunPorts() { return runPorts_; }
+    /// What looks at the sound for the settings; the engine may be null.
+    void SetSoundDoctor(std::function<SoundFindings(const CKivora*)> look);
     /// Opens the ports if they are not open yet.
     void OpenPorts();
 
@@ -70,6 +73,8 @@ private:
     /// Why there is none; empty when there is one now.
     QString CreateEngine();
     void CreatePanel(bool opensPorts);
+    void EquipPanel();
+    void HoldTestNote(bool isDown);
     void TryEngineAgain();
     void FitAndCentre();
 
@@ -80,6 +85,7 @@ private:
     std::unique_ptr<EngineFront> front_;
     std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
     RunPorts runPorts_;
+    std::function<SoundFindings(const CKivora*)> lookAtSound_;
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
     bool quiet_ = false;
 };

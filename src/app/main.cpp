@@ -15,6 +15,7 @@
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "app/RunChoices.h"
+#include "app/SoundDoctor.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
 #include "nk/nk_session_bus.h"
@@ -92,8 +93,9 @@ int main(int argc, char** argv) {
     }
     // Pictures show the panel as it is designed, whatever the screen.
     const bool forPictures = demonstration || !commandLine.pictureDir.isEmpty();
-    const Kivora::EngineDependencies dependencies =
-        Kivora::CreateEngineDependencies(Kivora::CreateSynthesizer(commandLine.soundFont));
+    const auto synthesizer = Kivora::CreateSynthesizer(commandLine.soundFont);
+    const Kivora::SoundDoctor soundDoctor(synthesizer);
+    const Kivora::EngineDependencies dependencies = Kivora::CreateEngineDependencies(synthesizer);
     Kivora::MainWindow window(
         [&] { return std::make_unique<Kivora::CKivora>(dependencies); }, Kivora::MainWindow::Ports::kOpenWhenPainted,
         dependencies.synth.get(),
@@ -104,6 +106,7 @@ int main(int argc, char** argv) {
             return *exitCode;
         }
     }
+    window.SetSoundDoctor([&soundDoctor](const Kivora::CKivora* engine) { return soundDoctor.Look(engine); });
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });

@@ -20,6 +20,7 @@
 #include "ui/PanelScale.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
+#include "ui/SoundDoctorTools.h"
 #include "ui/StartNotices.h"
 #include "ui/WallpaperCache.h"
 
@@ -90,6 +91,9 @@ public:
     /// owned, can be set up all the same; `engineWanted` is called when the user has been to the settings.
     void setEngineFailure(const QString& title, const QString& text, const QString& reason,
                           LibMidi::SynthControl* synth, std::function<void()> engineWanted = {});
+
+    /// For the settings: what looks at the sound.
+    void setSoundDoctor(SoundDoctorTools tools);
 
     /// Writes what is recorded, and what waits to be saved, to where the next start finds it.
     void keepTakes();
@@ -298,6 +302,7 @@ private:
     QString engineFailure_;
     std::function<void()> engineWanted_;
     LibMidi::SynthControl* substituteSynth_ = nullptr;
+    SoundDoctorTools doctor_;
     QTimer octaveOfferTimer_;
     Desktop desktop_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine

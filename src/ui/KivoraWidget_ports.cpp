@@ -57,6 +57,10 @@ void KivoraWidget::setEngineFailure(const QString& title, const QString& text, c
     updateNotices();
 }
 
+void KivoraWidget::setSoundDoctor(SoundDoctorTools tools) {
+    doctor_ = std::move(tools);
+}
+
 QString KivoraWidget::explainPorts() const {
     if (engine_ == nullptr) {
         return engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineExplanation(engineFailure_);
@@ -136,6 +140,7 @@ void KivoraWidget::settingsClicked() {
         dialog.setSynth(substituteSynth_);
     }
     dialog.explainBy([this] { return explainPorts(); });
+    dialog.setSoundDoctor(doctor_);
     if (keeper_ != nullptr) {
         connect(keeper_.get(), &PortKeeper::StateChanged, &dialog, &midiSettings::portsChanged);
         connect(keeper_.get(), &PortKeeper::InputReturned, &dialog, &midiSettings::portsChanged);

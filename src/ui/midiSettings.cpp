@@ -11,6 +11,7 @@
 #include "ui/ColorChooser.h"
 #include "ui/Dialogs.h"
 #include "ui/Mnemonics.h"
+#include "ui/SoundCheck.h"
 #include "ui_midiSettings.h"
 
 using Kivora::CKivora;
@@ -70,6 +71,15 @@ void midiSettings::explainBy(std::function<QString()> text) {
     explain();
 }
 
+void midiSettings::setSoundDoctor(const SoundDoctorTools& tools) {
+    doctor_ = tools;
+    ui_->soundCheckBtn->setVisible(static_cast<bool>(doctor_.look));
+}
+
+void midiSettings::checkSound() {
+    SoundCheck(doctor_, this).exec();
+}
+
 void midiSettings::explain() {
     const QString text = explanation_ ? explanation_() : QString();
     ui_->troubleLabel->setText(text);
@@ -83,6 +93,7 @@ void midiSettings::connectControls() {
     };
     click(ui_->pushButton, &midiSettings::closeClicked);
     click(ui_->rescanBtn, &midiSettings::rescanPorts);
+    click(ui_->soundCheckBtn, &midiSettings::checkSound);
     click(ui_->restoreDefaultVelocities, &midiSettings::defaultVelocities);
     click(ui_->setBgColorBtn, &midiSettings::setBgColor);
     click(ui_->setDefaultBgColorBtn, &midiSettings::defaultBgColor);

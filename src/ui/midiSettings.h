@@ -6,6 +6,7 @@
 #include <QColor>
 
 #include "ui/FittedDialog.h"
+#include "ui/SoundDoctorTools.h"
 
 namespace Kivora {
 class CKivora;
@@ -35,6 +36,8 @@ public:
     /// What gives the text that stands above everything and says what does not play; none stands there while it is
     /// empty.
     void explainBy(std::function<QString()> text);
+    /// With them a button opens the page that says what would sound.
+    void setSoundDoctor(const SoundDoctorTools& tools);
 
 public slots:
     /// Asks anew for that text.
@@ -58,6 +61,7 @@ public slots:
     void onKeyboardColorChanged(int index);
     /// Looks for MIDI devices again.
     void rescanPorts();
+    void checkSound();
 
 protected:
     bool event(QEvent* event) override;
@@ -79,6 +83,7 @@ private:
 
     std::unique_ptr<Ui::midiSettings> ui_;
     std::function<QString()> explanation_;
+    SoundDoctorTools doctor_;
     Kivora::EngineFront* front_;
     Kivora::CKivora* engine_;
     QColor bgColor_;

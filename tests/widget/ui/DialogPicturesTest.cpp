@@ -2,10 +2,15 @@
 #include "widget/ui/PanelRig.h"
 
 #include <filesystem>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QtTest/QTest>
 
 #include "ui/Dialogs.h"
 #include "ui/PresetList.h"
+#include "ui/SoundCheck.h"
 #include "widget/ui/GoldenWindow.h"
+#include "widget/ui/SoundFindingsOf.h"
 
 using namespace KivoraTest;
 
@@ -65,6 +70,28 @@ TEST_F(DialogPictures, BoxesLookAsReviewed) {
         show(QMessageBox::Question, "box_question" + language, QMessageBox::Yes | QMessageBox::No);
         show(QMessageBox::Warning, "box_warning" + language, QMessageBox::Ok);
         show(QMessageBox::Critical, "box_critical" + language, QMessageBox::Ok);
+    });
+}
+
+TEST_F(DialogPictures, TheSoundCheckLooksAsReviewed) {
+    InBothLanguages([this](const QString& language) {
+        bool hasLooked = false;
+        SoundFindings findings = FindNoSound();
+        findings.drivers = {{"pulseaudio", "(Connection refused)"}};
+        SoundCheck page({[&hasLooked, &findings] {
+                             hasLooked = true;
+                             return findings;
+                         },
+                         [](bool) {}});
+        page.show();
+        const QScrollBar& bar = *page.findChild<QScrollArea*>()->verticalScrollBar();
+        ASSERT_TRUE(QTest::qWaitFor(
+            [&] {
+                QApplication::processEvents();
+                return hasLooked && bar.isVisible() == (bar.maximum() > 0);
+            },
+            30000));
+        ExpectLike(page, "sound_check" + language);
     });
 }
 
