@@ -1038,6 +1038,66 @@
     </message>
 </context>
 <context>
+    <name>KeyboardTest</name>
+    <message>
+        <source>Test My Keyboard</source>
+        <translation>Проверка клавиатуры</translation>
+    </message>
+    <message>
+        <source>Press keys together: each one that your keyboard reports lights up.</source>
+        <translation>Нажимайте несколько клавиш сразу: каждая, о которой клавиатура сообщает, загорается.</translation>
+    </message>
+    <message>
+        <source>One stays dark</source>
+        <translation>Одна не горит</translation>
+    </message>
+    <message>
+        <source>Start again</source>
+        <translation>Начать заново</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Keys of the computer&apos;s keyboard</source>
+        <translation>Клавиши клавиатуры компьютера</translation>
+    </message>
+    <message>
+        <source>All chords have been tried.</source>
+        <translation>Все аккорды проверены.</translation>
+    </message>
+    <message>
+        <source>Chord %1 of %2: hold %3, then let go.</source>
+        <translation>Аккорд %1 из %2: удерживайте %3, затем отпустите.</translation>
+    </message>
+    <message>
+        <source>If the third key stays dark, let go of another one first, or press the button.</source>
+        <translation>Если третья клавиша не загорелась, сначала отпустите одну из других или нажмите кнопку.</translation>
+    </message>
+    <message>
+        <source>Your keyboard reports every chord that was asked for.</source>
+        <translation>Клавиатура сообщает обо всех проверенных аккордах.</translation>
+    </message>
+    <message>
+        <source>%1 (without %2)</source>
+        <comment>a chord, and the key that is missing</comment>
+        <translation>%1 (нет %2)</translation>
+    </message>
+    <message>
+        <source>Your keyboard cannot report: %1.</source>
+        <translation>Клавиатура не может сообщить об аккордах: %1.</translation>
+    </message>
+    <message>
+        <source>That is the wiring of the keyboard, which no program can change. A keyboard with “n-key rollover” reports every chord.</source>
+        <translation>Так устроена разводка клавиатуры, и ни одна программа этого не изменит. Клавиатура с «n-key rollover» сообщает о любом аккорде.</translation>
+    </message>
+    <message>
+        <source>Keys at once: %1. Most so far: %2.</source>
+        <translation>Клавиш сразу: %1. Больше всего: %2.</translation>
+    </message>
+</context>
+<context>
     <name>Kivora::CKivora</name>
     <message>
         <source>MIDI engine initalization failed (PortMIDI interface couldn&apos;t be created).</source>
@@ -1572,6 +1632,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>No computer key plays the bass: press here for octave shift −1</source>
         <translation>Клавиши компьютера до баса не достают: нажмите здесь, сдвиг октавы −1</translation>
+    </message>
+    <message>
+        <source>Test My &amp;Keyboard...</source>
+        <translation>Пров&amp;ерка клавиатуры...</translation>
     </message>
 </context>
 <context>

@@ -32,6 +32,7 @@ public:
     void setSource(Source source);
     void setWay(NK::Piano::EPCKeyWay way) { way_ = way; }
 
+    Layout layout() const { return source_(); }
     NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
     /// By the characters of a US keyboard at their places, in upper case: what stands on the keys that play, where they
     /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed.

@@ -74,6 +74,7 @@ void KivoraWidget::createActions() {
     createViewActions();
     menu_->addSeparator();
     addMenuAction(*menu_, tr("S&ettings..."), Qt::Key_F4, slot(&KivoraWidget::settingsClicked));
+    addMenuAction(*menu_, tr("Test My &Keyboard..."), {}, slot(&KivoraWidget::testKeyboardClicked));
     addMenuAction(*menu_, tr("&Help"), Qt::Key_F1, slot(&KivoraWidget::helpClicked));
     addMenuAction(*menu_, tr("A&bout"), {}, slot(&KivoraWidget::aboutClicked));
     menu_->addSeparator();

@@ -16,6 +16,7 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
+#include "ui/KeyboardTest.h"
 #include "ui/KivoraWidget.h"
 #include "ui/midiSettings.h"
 #include "ui/PresetList.h"
@@ -75,7 +76,8 @@ TEST_P(Manual, ExplainsEveryControlOfThePanel) {
 }
 
 TEST_P(Manual, ExplainsEveryControlOfTheDialogs) {
-    const QStringList controls = ControlsOf(midiSettings(nullptr)) + ControlsOf(PresetList(nullptr, false));
+    const QStringList controls =
+        ControlsOf(midiSettings(nullptr)) + ControlsOf(PresetList(nullptr, false)) + ControlsOf(KeyboardTest(nullptr));
     EXPECT_GT(controls.size(), 30);
     for (const QString& name : controls) {
         EXPECT_TRUE(Ids(text_).contains(name)) << name.toStdString();
