@@ -26,7 +26,7 @@ void ApplySavedSettings(LibMidi::Synthesizer& synthesizer, const NK::CString& us
 }  // namespace
 
 QString ExplainSoundFont(const QString& path) {
-    const NK::CString reason = LibMidi::CheckSoundFont(path.toStdString());
+    const NK::CString reason = LibMidi::CheckSoundFont(path.toStdString()).ToText();
     return reason.IsEmpty() ? QString()
                             : QCoreApplication::translate("CommandLine", "The sound font \"%1\" cannot be played: %2")
                                   .arg(path, QString::fromWCharArray(reason.c_str()));

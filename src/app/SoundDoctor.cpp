@@ -93,7 +93,7 @@ void SoundDoctor::LookAtSynth(SoundFindings& findings) const {
         return;
     }
     findings.fontPath = QString::fromStdString(font.native());
-    findings.fontReason = ToQt(LibMidi::CheckSoundFont(font));
+    findings.fontReason = ToQt(LibMidi::CheckSoundFont(font).ToText());
     findings.font = findings.fontReason.isEmpty() ? SoundFindings::Font::kPlayable : SoundFindings::Font::kUnplayable;
     if (findings.font == SoundFindings::Font::kUnplayable) {
         return;

@@ -18,7 +18,7 @@ constexpr std::size_t kBlockFrames = 4096;
 
 OfflineRenderer::OfflineRenderer(const std::filesystem::path& soundFont, const SynthSettings& settings)
     : device_(SystemSynthApi()) {
-    NK::CString reason = CheckSoundFont(soundFont);
+    SynthReason reason = CheckSoundFont(soundFont);
     device_.SetSound({.soundFont = {},
                       .audioDriver = {},
                       .audioFile = {},
@@ -27,7 +27,7 @@ OfflineRenderer::OfflineRenderer(const std::filesystem::path& soundFont, const S
                       .reverb = settings.reverb,
                       .chorus = settings.chorus});
     if (!reason.IsEmpty() || !device_.LoadFont(soundFont.native(), reason)) {
-        throw CMIDIException(reason.c_str());
+        throw CMIDIException(reason.ToText().c_str());
     }
 }
 

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <vector>
 
-#include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 namespace LibMidi {
 
@@ -225,18 +225,18 @@ private:
 
 }  // namespace
 
-NK::CString CheckSoundFont(std::istream& stream) {
+SynthReason CheckSoundFont(std::istream& stream) {
     Checker checker(stream);
     if (!checker.IsReadable()) {
-        return NK::Translate("Synthesizer", "The sound font cannot be read.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "The sound font cannot be read."));
     }
     if (!checker.IsSoundFont()) {
-        return NK::Translate("Synthesizer", "The file is no sound font.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "The file is no sound font."));
     }
-    return checker.IsWhole() ? NK::CString() : NK::Translate("Synthesizer", "The sound font is damaged.");
+    return checker.IsWhole() ? SynthReason() : SynthReason(KIVORA_TR_NOOP("Synthesizer", "The sound font is damaged."));
 }
 
-NK::CString CheckSoundFont(const fs::path& path) {
+SynthReason CheckSoundFont(const fs::path& path) {
     std::error_code ignored;
     std::ifstream file;
     if (fs::is_regular_file(path, ignored)) {

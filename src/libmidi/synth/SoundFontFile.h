@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <istream>
 
+#include "libmidi/synth/SynthReason.h"
 #include "nk/nk_string.h"
 
 namespace LibMidi {
@@ -13,8 +14,8 @@ namespace LibMidi {
 /// order and in whole records, and indices that stay inside the tables (SoundFont Technical Specification 2.04,
 /// chapters 4 to 7; .sf3 files keep that outline). Reads the tables but no samples. The file is untrusted: any content
 /// is safe to ask about.
-NK::CString CheckSoundFont(const std::filesystem::path& path);
+SynthReason CheckSoundFont(const std::filesystem::path& path);
 /// The same for any seekable binary stream.
-NK::CString CheckSoundFont(std::istream& stream);
+SynthReason CheckSoundFont(std::istream& stream);
 
 }  // namespace LibMidi

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "libmidi/MIDIPortContainer.h"
+#include "libmidi/synth/SynthErrors.h"
 #include "libmidi/synth/SynthLog.h"
 #include "libmidi/synth/SynthMessages.h"
-#include "libmidi/synth/SynthReasons.h"
-#include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 namespace LibMidi {
 
@@ -27,7 +27,7 @@ bool DrivesSynthItself(const std::string& driver) {
     return driver == kFile || driver == kJack;
 }
 
-NK::CString ReasonOr(const SynthLog& log, const NK::CString& otherwise) {
+SynthReason ReasonOr(const SynthLog& log, const SynthReason& otherwise) {
     return log.GetError().empty() ? otherwise : ExplainSynthError(log.GetError(), otherwise);
 }
 
@@ -47,7 +47,10 @@ SynthDevice::SynthDevice(SynthApi& api) : api_(api), settings_(api.NewSettings()
         if (settings_ != nullptr) {
             api_.DeleteSettings(settings_);
         }
-        throw CMIDIException(ReasonOr(log, NK::Translate("Synthesizer", "The synthesizer cannot be created.")).c_str());
+        throw CMIDIException(
+            ReasonOr(log, SynthReason(KIVORA_TR_NOOP("Synthesizer", "The synthesizer cannot be created.")))
+                .ToText()
+                .c_str());
     }
 }
 
@@ -66,7 +69,7 @@ void SynthDevice::SetSound(const SynthDeviceConfig& config) {
     api_.SynthChorusOn(synth_, kAllGroups, config.chorus ? 1 : 0);
 }
 
-bool SynthDevice::StartDriver(const SynthDeviceConfig& config, NK::CString& reason) {
+bool SynthDevice::StartDriver(const SynthDeviceConfig& config, SynthReason& reason) {
     const SynthLog log;
     StopDriver();
     const int frames = static_cast<int>(config.latencyFrames);
@@ -80,16 +83,16 @@ bool SynthDevice::StartDriver(const SynthDeviceConfig& config, NK::CString& reas
                                                         : api_.NewAudioDriver2(settings_, OnAudio, this);
     }
     if (driver_ == nullptr) {
-        reason = ReasonOr(log, NK::Translate("Synthesizer", "The audio driver does not start."));
+        reason = ReasonOr(log, SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio driver does not start.")));
     }
     return driver_ != nullptr;
 }
 
-bool SynthDevice::LoadFont(const std::string& path, NK::CString& reason) {
+bool SynthDevice::LoadFont(const std::string& path, SynthReason& reason) {
     const SynthLog log;
     const int font = api_.SynthSfload(synth_, path.c_str(), 1);
     if (font == FLUID_FAILED) {
-        reason = ReasonOr(log, NK::Translate("Synthesizer", "The sound font cannot be loaded."));
+        reason = ReasonOr(log, SynthReason(KIVORA_TR_NOOP("Synthesizer", "The sound font cannot be loaded.")));
         return false;
     }
     if (font_ != FLUID_FAILED) {

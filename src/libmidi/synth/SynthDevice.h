@@ -9,6 +9,7 @@
 #include "libmidi/MIDIEvent.h"
 #include "libmidi/synth/PeakLimiter.h"
 #include "libmidi/synth/SynthApi.h"
+#include "libmidi/synth/SynthReason.h"
 #include "nk/nk_string.h"
 
 namespace LibMidi {
@@ -42,10 +43,10 @@ public:
     void SetSound(const SynthDeviceConfig& config);
     /// Starts the audio driver in place of the one that runs. False, `reason` in words, when it does not start: then
     /// none runs.
-    bool StartDriver(const SynthDeviceConfig& config, NK::CString& reason);
+    bool StartDriver(const SynthDeviceConfig& config, SynthReason& reason);
     /// Loads the font in place of the present one; the channels keep their programs. False, `reason` in words, when it
     /// cannot be loaded: then the present one stays.
-    bool LoadFont(const std::string& path, NK::CString& reason);
+    bool LoadFont(const std::string& path, SynthReason& reason);
     void Send(const MIDIEvent& event);
     /// Overwrites both sides with the next frames of sound, limited. Only where no audio driver runs.
     void Render(float* left, float* right, int frames) noexcept;

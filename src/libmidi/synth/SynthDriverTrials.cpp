@@ -13,7 +13,7 @@ SynthDriverTrials Synthesizer::TryDrivers(const std::function<void()>& listen) {
     const bool isForced = !GetForcedDriver(settings_).empty();
     SynthDriverTrials trials;
     for (const std::string& driver : GetCandidates()) {
-        NK::CString reason;
+        SynthReason reason;
         if (session_ != nullptr && driver == active) {
             reason = session_->GetReason();
             if (reason.IsEmpty()) {
@@ -25,7 +25,7 @@ SynthDriverTrials Synthesizer::TryDrivers(const std::function<void()>& listen) {
             listen();
             EndSession(session);
         }
-        trials.push_back({driver, reason});
+        trials.push_back({driver, reason.ToText()});
     }
     activeDriver_ = active;
     return trials;

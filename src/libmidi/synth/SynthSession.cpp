@@ -11,7 +11,7 @@
 #include "libmidi/synth/SynthLog.h"
 #include "libmidi/synth/SynthMessages.h"
 #include "nk/nk_exception.h"
-#include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 namespace LibMidi {
 
@@ -45,9 +45,9 @@ public:
                 Serve(device);
             }
         } catch (const NK::CException& failure) {
-            Fail(failure.GetMessage());
+            Fail(SynthReason::AsItIs(failure.GetMessage()));
         } catch (const std::exception& failure) {
-            Fail(NK::CString::FromUtf8(failure.what()));
+            Fail(SynthReason::AsItIs(NK::CString::FromUtf8(failure.what())));
         }
         const std::lock_guard guard(mutex_);
         ended_ = true;
@@ -60,13 +60,14 @@ public:
         return phase_;
     }
 
-    NK::CString GetReason() const {
+    SynthReason GetReason() const {
         const std::lock_guard guard(mutex_);
         if (HasAudioStopped()) {
-            return NK::Translate("Synthesizer", "The audio system has stopped.");
+            return SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio system has stopped."));
         }
-        return waiting_.size() >= kMaxWaiting ? NK::Translate("Synthesizer", "The sound font is still being loaded.")
-                                              : reason_;
+        return waiting_.size() >= kMaxWaiting
+                   ? SynthReason(KIVORA_TR_NOOP("Synthesizer", "The sound font is still being loaded."))
+                   : reason_;
     }
 
     bool Write(const MIDIEvent& event) {
@@ -96,7 +97,7 @@ public:
         return phase_ == Phase::kFailed && device_ == nullptr;
     }
 
-    bool Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason) {
+    bool Apply(const SynthDeviceConfig& config, Milliseconds limit, SynthReason& reason) {
         std::unique_lock lock(mutex_);
         if ((phase_ == Phase::kFailed && device_ == nullptr) || endRequested_) {
             reason = reason_;
@@ -109,8 +110,9 @@ public:
         if (!changed_.wait_for(lock, limit, [&] { return isApplied_ || ended_; })) {
             // What the thread has not begun stays undone.
             requested_.reset();
-            reason = phase_ == Phase::kLoading ? NK::Translate("Synthesizer", "The sound font is still being loaded.")
-                                               : NK::Translate("Synthesizer", "The audio system does not answer.");
+            reason = phase_ == Phase::kLoading
+                         ? SynthReason(KIVORA_TR_NOOP("Synthesizer", "The sound font is still being loaded."))
+                         : SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio system does not answer."));
             return false;
         }
         reason = isApplied_ ? applyReason_ : reason_;
@@ -133,7 +135,7 @@ public:
 
 private:
     bool Start(SynthDevice& device) {
-        NK::CString reason;
+        SynthReason reason;
         device.SetSound(config_);
         if (!device.StartDriver(config_, reason)) {
             Fail(reason);
@@ -167,13 +169,13 @@ private:
             } else if (requested_) {
                 const SynthDeviceConfig target = *std::exchange(requested_, std::nullopt);
                 lock.unlock();
-                NK::CString reason;
+                SynthReason reason;
                 const bool works = Reconfigure(device, target, reason);
                 lock.lock();
                 applyReason_ = reason;
                 isApplied_ = true;
                 phase_ = works ? Phase::kReady : Phase::kFailed;
-                reason_ = works ? NK::CString() : reason;
+                reason_ = works ? SynthReason() : reason;
                 changed_.notify_all();
             } else if (!ServeTest(device)) {
                 busy_ = false;
@@ -213,14 +215,14 @@ private:
     }
 
     /// False when neither the target nor what was in force before can be had. `reason` is empty when the target can.
-    bool Reconfigure(SynthDevice& device, const SynthDeviceConfig& target, NK::CString& reason) {
+    bool Reconfigure(SynthDevice& device, const SynthDeviceConfig& target, SynthReason& reason) {
         const SynthDeviceConfig former = config_;
-        NK::CString ignored;
+        SynthReason ignored;
         return TryConfigure(device, target, reason) || TryConfigure(device, former, ignored);
     }
 
     /// Changes what differs from what is in force, and keeps that up to date.
-    bool TryConfigure(SynthDevice& device, const SynthDeviceConfig& target, NK::CString& reason) {
+    bool TryConfigure(SynthDevice& device, const SynthDeviceConfig& target, SynthReason& reason) {
         device.SetSound(target);
         if (config_.soundFont != target.soundFont && !device.LoadFont(target.soundFont, reason)) {
             return false;
@@ -254,7 +256,7 @@ private:
         changed_.notify_all();
     }
 
-    void Fail(const NK::CString& reason) {
+    void Fail(const SynthReason& reason) {
         const std::lock_guard guard(mutex_);
         reason_ = reason;
         phase_ = Phase::kFailed;
@@ -276,12 +278,12 @@ private:
     std::condition_variable wake_;
     std::condition_variable changed_;
     Phase phase_ = Phase::kStarting;
-    NK::CString reason_;
+    SynthReason reason_;
     SynthDevice* device_ = nullptr;
     std::vector<MIDIEvent> waiting_;
     bool busy_ = true;
     std::optional<SynthDeviceConfig> requested_;
-    NK::CString applyReason_;
+    SynthReason applyReason_;
     bool isApplied_ = false;
     bool isTestWanted_ = false;
     bool endsAfterTest_ = false;
@@ -307,7 +309,7 @@ SynthSession::Phase SynthSession::WaitForFont(Milliseconds limit) {
     return worker_->WaitWhile(Phase::kLoading, limit);
 }
 
-NK::CString SynthSession::GetReason() const {
+SynthReason SynthSession::GetReason() const {
     return worker_->GetReason();
 }
 
@@ -327,7 +329,7 @@ bool SynthSession::IsOver() const {
     return worker_->IsOver();
 }
 
-bool SynthSession::Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason) {
+bool SynthSession::Apply(const SynthDeviceConfig& config, Milliseconds limit, SynthReason& reason) {
     return worker_->Apply(config, limit, reason);
 }
 

@@ -9,6 +9,7 @@
 
 #include "libmidi/MIDIEvent.h"
 #include "libmidi/synth/SynthDevice.h"
+#include "libmidi/synth/SynthReason.h"
 #include "nk/nk_string.h"
 
 namespace LibMidi {
@@ -36,7 +37,7 @@ public:
     /// Waits while the font loads; kLoading when the limit passes first.
     Phase WaitForFont(Milliseconds limit);
     /// Why the session failed, in words; empty while it works. [any]
-    NK::CString GetReason() const;
+    SynthReason GetReason() const;
 
     /// False once the session has failed, its audio system has stopped, or kMaxWaiting messages wait. Allocates nothing
     /// once warm. [any]
@@ -49,7 +50,7 @@ public:
     bool IsOver() const;
     /// Puts the configuration in force; on failure the former one, `reason` in words. A session that is not over works
     /// again when a configuration with which it can is applied.
-    bool Apply(const SynthDeviceConfig& config, Milliseconds limit, NK::CString& reason);
+    bool Apply(const SynthDeviceConfig& config, Milliseconds limit, SynthReason& reason);
     /// Plays a note for a moment, and ends the session afterwards if asked to.
     void PlayTestNote(bool endAfterwards);
     /// Silences and frees everything. False when the thread does not come back in time.

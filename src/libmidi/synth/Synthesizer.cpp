@@ -10,7 +10,7 @@
 #include "libmidi/synth/SynthSession.h"
 #include "nk/nk_logger.h"
 #include "nk/nk_thread_role.h"
-#include "nk/nk_translate.h"
+#include "nk/nk_translation_mark.h"
 
 namespace LibMidi {
 
@@ -69,7 +69,7 @@ bool Synthesizer::Open() {
         return true;
     }
     spare_.reset();
-    NK::CString reason;
+    SynthReason reason;
     session_ = StartSession(reason);
     SetLastError(reason);
     return session_ != nullptr;
@@ -93,7 +93,7 @@ DeviceState Synthesizer::LookAtSession() {
             looksToWait_ = 0;
             return standstill < limits_.stall ? DeviceState::kWorks : DeviceState::kStalled;
         }
-        SetLastError(NK::Translate("Synthesizer", "The audio system does not answer."));
+        SetLastError(SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio system does not answer.")));
     } else if (session_ != nullptr) {
         SetLastError(session_->GetReason());
     }
@@ -199,7 +199,7 @@ Result Synthesizer::ApplySettings(const SynthSettings& settings) {
     const bool isOtherFont = target.soundFont != former.soundFont;
     const std::filesystem::path formerRunFont =
         isOtherFont ? std::exchange(runFont_, std::filesystem::path()) : runFont_;
-    NK::CString reason;
+    SynthReason reason;
     if (isOtherFont && !target.soundFont.IsEmpty()) {
         reason = CheckSoundFont(FindFont());
     }
@@ -229,7 +229,7 @@ NK::CString Synthesizer::GetSoundFontPath() const {
 }
 
 NK::CString Synthesizer::Test() {
-    NK::CString reason;
+    SynthReason reason;
     if (session_ != nullptr) {
         reason = session_->GetReason();
         if (reason.IsEmpty()) {
@@ -244,12 +244,12 @@ NK::CString Synthesizer::Test() {
         }
     }
     SetLastError(reason);
-    return reason;
+    return reason.ToText();
 }
 
 NK::CString Synthesizer::GetLastError() const {
     const CLockGuard guard(errorLock_);
-    return lastError_;
+    return lastError_.ToText();
 }
 
 std::filesystem::path Synthesizer::FindFont() const {
@@ -274,20 +274,21 @@ SynthDeviceConfig Synthesizer::MakeConfig(const SynthSettings& settings) const {
             .chorus = settings.chorus};
 }
 
-NK::CString Synthesizer::FindObstacle(const std::string& driver, bool isForced) const {
+SynthReason Synthesizer::FindObstacle(const std::string& driver, bool isForced) const {
     if (!Contains(installedDrivers_, driver)) {
-        return NK::Translate("Synthesizer", "FluidSynth has no such audio driver here.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "FluidSynth has no such audio driver here."));
     }
     if (driver == "file" && environment_.audioFile.empty()) {
-        return NK::Translate("Synthesizer", "KIVORA_AUDIO_FILE names no file to write.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "KIVORA_AUDIO_FILE names no file to write."));
     }
     if (!isForced && driver == "jack" && !IsJackServerLikely(environment_)) {
-        return NK::Translate("Synthesizer", "No JACK server runs.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "No JACK server runs."));
     }
     if (!isForced && driver == "alsa" && !HasSoundDevices(environment_)) {
-        return NK::Translate("Synthesizer", "There is no sound card.");
+        return SynthReason(KIVORA_TR_NOOP("Synthesizer", "There is no sound card."));
     }
-    return IsStuck(driver) ? NK::Translate("Synthesizer", "The audio system does not answer.") : NK::CString();
+    return IsStuck(driver) ? SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio system does not answer."))
+                           : SynthReason();
 }
 
 std::vector<std::string> Synthesizer::GetCandidates() const {
@@ -299,33 +300,33 @@ std::vector<std::string> Synthesizer::GetCandidates() const {
     return drivers;
 }
 
-std::unique_ptr<SynthSession> Synthesizer::StartSession(NK::CString& reason) {
+std::unique_ptr<SynthSession> Synthesizer::StartSession(SynthReason& reason) {
     const std::filesystem::path font = FindFont();
-    reason = font.empty() ? NK::Translate("Synthesizer", "No sound font is found.") : CheckSoundFont(font);
+    reason =
+        font.empty() ? SynthReason(KIVORA_TR_NOOP("Synthesizer", "No sound font is found.")) : CheckSoundFont(font);
     std::unique_ptr<SynthSession> session;
     if (reason.IsEmpty()) {
         const bool isForced = !GetForcedDriver(settings_).empty();
-        NK::CString reasons;
+        SynthReason reasons;
         for (const std::string& driver : GetCandidates()) {
-            NK::CString why;
+            SynthReason why;
             session = TryDriver(driver, isForced, why);
             if (session != nullptr) {
                 break;
             }
-            reasons += reasons.IsEmpty() ? L"" : L"\n";
-            reasons += NK::CString::FromUtf8(driver) + L": " + why;
+            reasons += SynthReason::AsItIs(L"\n" + NK::CString::FromUtf8(driver) + L": ") + why;
         }
         if (session == nullptr) {
-            reason = NK::Translate("Synthesizer", "No sound can be played.") + L"\n" + reasons;
+            reason = SynthReason(KIVORA_TR_NOOP("Synthesizer", "No sound can be played.")) + reasons;
         }
     }
     if (session == nullptr) {
-        NK::Log(L"Software synthesizer: " + reason);
+        NK::Log(L"Software synthesizer: " + reason.ToText());
     }
     return session;
 }
 
-std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, bool isForced, NK::CString& reason) {
+std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, bool isForced, SynthReason& reason) {
     reason = FindObstacle(driver, isForced);
     if (!reason.IsEmpty()) {
         return nullptr;
@@ -345,12 +346,12 @@ std::unique_ptr<SynthSession> Synthesizer::TryDriver(const std::string& driver, 
         if (phase == SynthSession::Phase::kFailed) {
             reason = session->GetReason();
         } else {
-            reason = NK::Translate("Synthesizer", "The audio system does not answer.");
+            reason = SynthReason(KIVORA_TR_NOOP("Synthesizer", "The audio system does not answer."));
             NoteStuck(driver, *session);
         }
         EndSession(session);
     } catch (const std::exception& failure) {
-        reason = NK::CString::FromUtf8(failure.what());
+        reason = SynthReason::AsItIs(NK::CString::FromUtf8(failure.what()));
     }
     activeDriver_.clear();
     return nullptr;
@@ -368,7 +369,7 @@ bool Synthesizer::IsStuck(const std::string& driver) const {
                        [&](const StuckThread& thread) { return thread.first == driver && !thread.second.expired(); });
 }
 
-void Synthesizer::SetLastError(const NK::CString& reason) {
+void Synthesizer::SetLastError(const SynthReason& reason) {
     const CLockGuard guard(errorLock_);
     lastError_ = reason;
 }

@@ -13,6 +13,7 @@
 #include "libmidi/MIDIEvent.h"
 #include "libmidi/synth/SynthDriverTrials.h"
 #include "libmidi/synth/SynthEnvironment.h"
+#include "libmidi/synth/SynthReason.h"
 #include "libmidi/SynthSettings.h"
 #include "nk/nk_critical_section.h"
 
@@ -84,9 +85,9 @@ private:
     std::string GetForcedDriver(const SynthSettings& settings) const;
     SynthDeviceConfig MakeConfig(const SynthSettings& settings) const;
     /// Why the driver is not worth a try; empty if it is.
-    NK::CString FindObstacle(const std::string& driver, bool isForced) const;
-    std::unique_ptr<SynthSession> StartSession(NK::CString& reason);
-    std::unique_ptr<SynthSession> TryDriver(const std::string& driver, bool isForced, NK::CString& reason);
+    SynthReason FindObstacle(const std::string& driver, bool isForced) const;
+    std::unique_ptr<SynthSession> StartSession(SynthReason& reason);
+    std::unique_ptr<SynthSession> TryDriver(const std::string& driver, bool isForced, SynthReason& reason);
     void EndSession(std::unique_ptr<SynthSession>& session);
     std::vector<std::string> GetCandidates() const;
     /// How long the session has been taking no sound.
@@ -96,7 +97,7 @@ private:
     void BeginSpare();
     void NoteStuck(const std::string& driver, const SynthSession& session);
     bool IsStuck(const std::string& driver) const;
-    void SetLastError(const NK::CString& reason);
+    void SetLastError(const SynthReason& reason);
 
     SynthApi& api_;
     const SynthEnvironment environment_;
@@ -116,7 +117,7 @@ private:
     std::chrono::steady_clock::time_point playedAt_;
     std::vector<StuckThread> stuck_;  ///< the driver in whose start each hangs
     mutable CCriticalSection errorLock_;
-    NK::CString lastError_ NK_GUARDED_BY(errorLock_);
+    SynthReason lastError_ NK_GUARDED_BY(errorLock_);
 };
 
 }  // namespace LibMidi

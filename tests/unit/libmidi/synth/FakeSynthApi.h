@@ -94,10 +94,10 @@ public:
             return std::any_of(calls_.begin(), calls_.end(), [&](const Call& call) { return call.text == text; });
         });
     }
-    /// What the audio system does that was started last.
+    /// What the audio system does that was started first.
     void TakeSound(int frames) {
         const std::lock_guard guard(mutex_);
-        takeSound_(frames);
+        takers_.front()(frames);
     }
     /// Waits until everything that was made is deleted.
     void WaitUntilFreed() {
@@ -131,12 +131,12 @@ public:
     fluid_audio_driver_t* NewAudioDriver2(fluid_settings_t*, fluid_audio_func_t function, void* data) override {
         {
             const std::lock_guard guard(mutex_);
-            takeSound_ = [function, data](int frames) {
+            takers_.push_back([function, data](int frames) {
                 std::vector<float> left(static_cast<std::size_t>(frames));
                 std::vector<float> right(left);
                 float* out[] = {left.data(), right.data()};
                 function(data, frames, 0, nullptr, 2, out);
-            };
+            });
         }
         return StartDriver("driver2 ");
     }
@@ -211,7 +211,7 @@ private:
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<Call> calls_;
-    std::function<void(int frames)> takeSound_;
+    std::vector<std::function<void(int frames)>> takers_;
     std::string driver_;
     int live_ = 0;
     int font_ = 0;

@@ -26,7 +26,7 @@ class SoundFontFileTest : public testing::Test {
 protected:
     static NK::CString Check(const std::string& bytes) {
         std::istringstream stream(bytes);
-        return CheckSoundFont(stream);
+        return CheckSoundFont(stream).ToText();
     }
     /// Loads what passed the check and plays it: whatever FluidSynth makes of it, nothing may crash.
     void Play(const std::string& bytes) {
@@ -50,14 +50,14 @@ protected:
 TEST_F(SoundFontFileTest, AWholeFontIsAccepted) {
     EXPECT_EQ(Check(font_), L"");
     Play(font_);
-    EXPECT_EQ(CheckSoundFont(path_), L"");
+    EXPECT_EQ(CheckSoundFont(path_).ToText(), L"");
     EXPECT_EQ(played_, 1);
 }
 
 TEST_F(SoundFontFileTest, AMissingFileAndAFolderCannotBeRead) {
-    EXPECT_EQ(CheckSoundFont(folder_ / "missing.sf2"), kUnreadable);
-    EXPECT_EQ(CheckSoundFont(folder_.GetPath()), kUnreadable);
-    EXPECT_EQ(CheckSoundFont(""), kUnreadable);
+    EXPECT_EQ(CheckSoundFont(folder_ / "missing.sf2").ToText(), kUnreadable);
+    EXPECT_EQ(CheckSoundFont(folder_.GetPath()).ToText(), kUnreadable);
+    EXPECT_EQ(CheckSoundFont("").ToText(), kUnreadable);
 }
 
 TEST_F(SoundFontFileTest, RandomBytesAreNoFont) {

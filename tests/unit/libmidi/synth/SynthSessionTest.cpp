@@ -111,7 +111,7 @@ TEST_F(SynthSessionTest, AFullQueueFailsTheWriteWithAReason) {
         ASSERT_TRUE(session.Write(kOn));
     }
     EXPECT_FALSE(session.Write(kOn));
-    EXPECT_EQ(session.GetReason(), L"The sound font is still being loaded.");
+    EXPECT_EQ(session.GetReason().ToText(), L"The sound font is still being loaded.");
     api_.fontLoad.Open();
     EXPECT_TRUE(session.End(kLong));
 }
@@ -125,7 +125,7 @@ TEST_F(SynthSessionTest, AFontThatFailsInTheBackgroundFailsTheWritesFromThenOn) 
     api_.fontLoad.Open();
     EXPECT_EQ(session.WaitForFont(kLong), Phase::kFailed);
     EXPECT_FALSE(session.Write(kOn));
-    EXPECT_EQ(session.GetReason(), L"The sound font cannot be loaded.");
+    EXPECT_EQ(session.GetReason().ToText(), L"The sound font cannot be loaded.");
     api_.WaitUntilFreed();
     EXPECT_TRUE(session.End(kLong));
 }
@@ -135,7 +135,7 @@ TEST_F(SynthSessionTest, WritingFailsOnceTheAudioSystemHasStopped) {
     BecomeReady(session);
     std::thread([] { SynthLog::Write(true, "Error writing to the device"); }).join();
     EXPECT_FALSE(session.Write(kOn));
-    EXPECT_EQ(session.GetReason(), L"The audio system has stopped.");
+    EXPECT_EQ(session.GetReason().ToText(), L"The audio system has stopped.");
     EXPECT_TRUE(session.End(kLong));
 }
 
@@ -143,7 +143,7 @@ TEST_F(SynthSessionTest, ApplyingTheSameSettingsStartsAStoppedAudioSystemAgain) 
     SynthSession session(api_, kConfig);
     BecomeReady(session);
     std::thread([] { SynthLog::Write(true, "Error writing to the device"); }).join();
-    NK::CString reason;
+    SynthReason reason;
     EXPECT_TRUE(session.Apply(kConfig, kLong, reason));
     EXPECT_EQ(api_.Count("driver2 pulseaudio"), 2);
     EXPECT_TRUE(session.Write(kOn));
@@ -156,9 +156,9 @@ TEST_F(SynthSessionTest, SettingsThatCannotBeAppliedWhileTheFontLoadsStayUndone)
     ASSERT_EQ(session.WaitForDriver(kLong), Phase::kLoading);
     SynthDeviceConfig config = kConfig;
     config.gain = 0.25;
-    NK::CString reason;
+    SynthReason reason;
     EXPECT_FALSE(session.Apply(config, kShort, reason));
-    EXPECT_EQ(reason, L"The sound font is still being loaded.");
+    EXPECT_EQ(reason.ToText(), L"The sound font is still being loaded.");
     api_.fontLoad.Open();
     ASSERT_EQ(session.WaitForFont(kLong), Phase::kReady);
     ASSERT_TRUE(session.Write(PatchEvent(0, 0, 5)));
@@ -174,14 +174,14 @@ TEST_F(SynthSessionTest, SettingsThatWaitForAFontThatFailsFailWithItsReason) {
     SynthSession session(api_, kConfig);
     ASSERT_EQ(session.WaitForDriver(kLong), Phase::kLoading);
     EXPECT_FALSE(session.IsOver());
-    NK::CString reason;
+    SynthReason reason;
     std::thread opener([this] {
         api_.fontLoad.WaitUntilReached();
         api_.fontLoad.Open();
     });
     EXPECT_FALSE(session.Apply(kConfig, kLong, reason));
     opener.join();
-    EXPECT_EQ(reason, L"The sound font cannot be loaded.");
+    EXPECT_EQ(reason.ToText(), L"The sound font cannot be loaded.");
     EXPECT_TRUE(session.IsOver());
     EXPECT_TRUE(session.End(kLong));
 }

@@ -7,8 +7,9 @@
 #include <thread>
 
 #include "FakeSynthApi.h"
+#include "libmidi/synth/SynthErrors.h"
 #include "libmidi/synth/SynthLog.h"
-#include "libmidi/synth/SynthReasons.h"
+#include "nk/nk_translate.h"
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
@@ -62,20 +63,24 @@ protected:
     std::unique_ptr<Synthesizer> synthesizer_;
 };
 
-TEST(SynthReasons, WhatIsKnownToBeMeantIsSaidInTheProgramsWords) {
-    EXPECT_EQ(ExplainSynthError("Failed to create PulseAudio connection, because pa_simple_new() failed with error: "
-                                "Connection refused",
-                                L"?"),
-              L"The sound server does not run or refuses the connection. (Connection refused)");
-    EXPECT_EQ(ExplainSynthError("Failed to connect to Jack server.", L"?"), L"No JACK server runs.");
-    EXPECT_EQ(ExplainSynthError("The \"hw:0\" audio device is used by another application", L"?"),
-              L"The sound card is used by another program.");
-    EXPECT_EQ(ExplainSynthError("Failed to open the \"hw:0\" audio device", L"?"), L"The sound card cannot be opened.");
+NK::CString Explain(const std::string& message, const char* otherwise) {
+    return ExplainSynthError(message, SynthReason(otherwise)).ToText();
 }
 
-TEST(SynthReasons, WhatIsNotKnownStandsBehindTheProgramsWords) {
-    EXPECT_EQ(ExplainSynthError("Bad things", L"Ours."), L"Ours. (Bad things)");
-    EXPECT_EQ(ExplainSynthError("", L"Ours."), L"Ours.");
+TEST(SynthErrors, WhatIsKnownToBeMeantIsSaidInTheProgramsWords) {
+    EXPECT_EQ(Explain("Failed to create PulseAudio connection, because pa_simple_new() failed with error: "
+                      "Connection refused",
+                      "?"),
+              L"The sound server does not run or refuses the connection. (Connection refused)");
+    EXPECT_EQ(Explain("Failed to connect to Jack server.", "?"), L"No JACK server runs.");
+    EXPECT_EQ(Explain("The \"hw:0\" audio device is used by another application", "?"),
+              L"The sound card is used by another program.");
+    EXPECT_EQ(Explain("Failed to open the \"hw:0\" audio device", "?"), L"The sound card cannot be opened.");
+}
+
+TEST(SynthErrors, WhatIsNotKnownStandsBehindTheProgramsWords) {
+    EXPECT_EQ(Explain("Bad things", "Ours."), L"Ours. (Bad things)");
+    EXPECT_EQ(Explain("", "Ours."), L"Ours.");
 }
 
 TEST_F(SynthesizerTest, TriesPipeWireThenJackThenPulseAudioThenAlsa) {
@@ -99,6 +104,22 @@ TEST_F(SynthesizerTest, TriesPipeWireThenJackThenPulseAudioThenAlsa) {
               L"jack: The audio driver does not start.\n"
               L"pulseaudio: The audio driver does not start.\n"
               L"alsa: The audio driver does not start.");
+}
+
+TEST_F(SynthesizerTest, AReasonIsToldInTheLanguageOfTheMoment) {
+    CFatalLog::Instance().Expect(L"No sound can be played.");
+    api_.failingDrivers = {"pulseaudio"};
+    EXPECT_FALSE(Make().Open());
+    NK::SetTranslateFunction([](const char* context, const char* text, const char*) {
+        return NK::CString::FromUtf8(std::string(context) + "/" + text);
+    });
+    const NK::CString told = synthesizer_->GetLastError();
+    NK::SetTranslateFunction(nullptr);
+    EXPECT_EQ(told,
+              L"Synthesizer/No sound can be played.\n"
+              L"jack: Synthesizer/No JACK server runs.\n"
+              L"pulseaudio: Synthesizer/The audio driver does not start.\n"
+              L"alsa: Synthesizer/There is no sound card.");
 }
 
 TEST_F(SynthesizerTest, TheFirstDriverThatStartsPlays) {
