@@ -2689,6 +2689,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Install the package rtkit.</source>
         <translation>Установите пакет rtkit.</translation>
     </message>
+    <message>
+        <source>The chosen synthesizer, %1, only hands the notes to other programs.</source>
+        <translation>Выбранный синтезатор, %1, лишь передаёт ноты другим программам.</translation>
+    </message>
+    <message>
+        <source>Choose another one in the settings, or let a program play them.</source>
+        <translation>Выберите в настройках другой или запустите программу, которая их сыграет.</translation>
+    </message>
 </context>
 <context>
     <name>SoundTexts</name>

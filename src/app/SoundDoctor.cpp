@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "engine/CKivora.h"
+#include "libmidi/PortNames.h"
 #include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthOutPort.h"
 #include "nk/nk_sleep.h"
@@ -79,6 +80,7 @@ SoundFindings SoundDoctor::Look(const CKivora* engine) const {
         findings.output = first >= 0 ? findings.outputs.value(first) : findings.output;
     }
     findings.isOutputSynth = findings.output == QString::fromWCharArray(LibMidi::SynthOutPort::kName);
+    findings.isOutputLoopBack = LibMidi::IsLoopBack(findings.output.toStdString());
     LookAtSynth(findings);
     LookAtVolume(findings);
     findings.sequencer = ToFinding(system_.lookAtSequencer());

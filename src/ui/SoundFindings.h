@@ -38,6 +38,7 @@ struct SoundFindings {
     QStringList inputs;
     QString output;  ///< where the keys go: what was chosen, else the first choice; empty: nowhere
     bool isOutputSynth = false;
+    bool isOutputLoopBack = false;  ///< it sounds only where another program listens
 
     bool hasRealtime = false;
 

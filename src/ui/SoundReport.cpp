@@ -14,7 +14,7 @@ bool SoundFindings::DoesSynthPlay() const {
 }
 
 bool SoundFindings::WouldSound() const {
-    return IsOutputThere() && (!isOutputSynth || (DoesSynthPlay() && !IsSilenced()));
+    return IsOutputThere() && !isOutputLoopBack && (!isOutputSynth || (DoesSynthPlay() && !IsSilenced()));
 }
 
 namespace SoundReport {
@@ -76,7 +76,14 @@ private:
         if (findings_.output.isEmpty()) {
             Add(Grade::kTrouble, Tr(QT_TRANSLATE_NOOP("SoundReport", "There is no synthesizer to play to.")),
                 Tr(QT_TRANSLATE_NOOP("SoundReport", "Connect one, or see to the software synthesizer's sound font.")));
-        } else if (!findings_.IsOutputThere()) {
+        } else if (findings_.isOutputLoopBack) {
+            Add(Grade::kTrouble,
+                Tr(QT_TRANSLATE_NOOP("SoundReport",
+                                     "The chosen synthesizer, %1, only hands the notes to other programs."))
+                    .arg(findings_.output),
+                Tr(QT_TRANSLATE_NOOP("SoundReport",
+                                     "Choose another one in the settings, or let a program play them.")));
+        } else if (!findings_.IsOutputThere() && !findings_.isOutputSynth) {  // of that one the sound font tells
             Add(Grade::kTrouble,
                 Tr(QT_TRANSLATE_NOOP("SoundReport", "The chosen synthesizer, %1, is not connected."))
                     .arg(findings_.output),

@@ -29,6 +29,7 @@
 #include "ui/About.h"
 #include "ui/KivoraWidget.h"
 #include "ui/midiSettings.h"
+#include "ui/SoundFindings.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/PanelRig.h"
 
@@ -105,6 +106,36 @@ protected:
 private:
     QTimer timer_;
 };
+
+TEST_F(MainWindowTest, TheSettingsLeadToThePageAboutTheSound) {
+    MainWindow window(RealEngine());
+    const CKivora* asked = nullptr;
+    window.SetSoundDoctor([&asked](const CKivora* engine) {
+        asked = engine;
+        return SoundFindings();
+    });
+    window.show();
+    QTimer::singleShot(0, [&] {
+        QWidget* const settings = QApplication::activeModalWidget();
+        ASSERT_NE(settings, nullptr);
+        QTimer::singleShot(0, [&] {
+            QWidget* const page = QApplication::activeModalWidget();
+            ASSERT_TRUE(page != nullptr && page->objectName() == "SoundCheck");
+            EXPECT_TRUE(QTest::qWaitFor([&] { return asked != nullptr; }, 30000));
+            rig_.TakeWritten();
+            page->findChild<QAbstractButton*>("noteBtn")->click();
+            page->close();
+        });
+        settings->findChild<QAbstractButton*>("soundCheckBtn")->click();
+        settings->close();
+    });
+    window.GetPanel()->settingsClicked();
+    EXPECT_EQ(asked, &window.GetFront()->GetEngine());
+    rig_.RunPlayer();
+    const std::vector<std::string> written = rig_.TakeWritten();
+    EXPECT_NE(std::find(written.begin(), written.end(), "90 3c 50"), written.end());
+    EXPECT_NE(std::find(written.begin(), written.end(), "80 3c 00"), written.end()) << "the page has gone";
+}
 
 TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
     MainWindow window(RealEngine());

@@ -132,6 +132,25 @@ TEST_P(SoundDoctorDetails, AVolumeOfNothingIsSilence) {
     EXPECT_TRUE(Look().WouldSound()) << "nobody knows";
 }
 
+TEST_P(SoundDoctorDetails, ALoopBackSoundsOnlyWhereAnotherProgramListens) {
+    constexpr const wchar_t* kLoopBack = L"Midi Through Port-0";
+    rig_.backend.Plug(kLoopBack, LibMidi::kOutput);
+    rig_.Create().SetSavedOutputPortName(kLoopBack);
+    const SoundFindings findings = Look();
+    EXPECT_FALSE(findings.WouldSound());
+    EXPECT_EQ(SoundReport::Write(findings)[1].text,
+              "The chosen synthesizer, Midi Through Port-0, only hands the notes to other programs.");
+}
+
+TEST_P(SoundDoctorDetails, OfTheSoftwareSynthesizerItsFontTellsThatItIsNotThere) {
+    environment_.soundFont = rig_.folder / "none.sf2";
+    rig_.backend.Unplug(kSynth);
+    rig_.Create().SetSavedOutputPortName(kSynth);
+    const SoundFindings findings = Look();
+    EXPECT_FALSE(findings.WouldSound());
+    EXPECT_TRUE(SoundReport::Write(findings)[1].text.startsWith("No sound font is found"));
+}
+
 TEST_P(SoundDoctorDetails, WithoutAnEngineThereIsNothingToPlayTo) {
     rig_.engine.reset();
     const SoundFindings findings = Look();
