@@ -6,7 +6,8 @@ export KIVORA_RUN_PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
     libportmidi-dev libfluidsynth-dev timgm6mb-soundfont
-    libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libdbus-1-dev
+    libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libwayland-dev
+    libdbus-1-dev
     librsvg2-bin fonts-inter fonts-play fonts-liberation
 )
 

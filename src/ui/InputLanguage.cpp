@@ -2,18 +2,42 @@
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QKeyEvent>
+
+#include "nk/nk_wayland_keyboard.h"
 
 namespace Kivora {
+namespace {
+
+bool IsOnWayland() {
+    return QGuiApplication::platformName().startsWith("wayland");
+}
+
+NK::CWaylandKeyboard& GetWaylandKeyboard() {
+    static NK::CWaylandKeyboard keyboard;
+    return keyboard;
+}
+
+}  // namespace
 
 NK::LanguageNumber GetInputLanguage() {
-    if (QGuiApplication::platformName().startsWith("wayland")) {
+    if (IsOnWayland()) {
         return GetLanguageOfLocale(QGuiApplication::inputMethod()->locale());
     }
     return NK::GetKeyboardLanguage();
 }
 
 std::shared_ptr<const NK::TKeyboardLayout> GetInputLayout() {
+    if (IsOnWayland()) {
+        return GetWaylandKeyboard().GetLayout();
+    }
     return QGuiApplication::platformName() == "xcb" ? NK::GetKeyboardLayout() : nullptr;
+}
+
+void NoteTypedKey(const QKeyEvent& press) {
+    if (IsOnWayland()) {
+        GetWaylandKeyboard().NoteKey(press.nativeScanCode(), press.nativeVirtualKey());
+    }
 }
 
 NK::LanguageNumber GetLanguageOfLocale(const QLocale& locale) {

@@ -11,6 +11,7 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/ComputerKeys.h"
+#include "ui/InputLanguage.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/NoticeLine.h"
@@ -53,6 +54,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
         showMenu(mapToGlobal(rect().center()));
         return;
     }
+    Kivora::NoteTypedKey(*event);
     CPCKeyPlayer::CActions actions;
     const bool acts = isPlayable() && keys_.Press(computerKeys_->keyOf(*event), actions);
     carryOut(actions);

@@ -77,6 +77,10 @@ LanguageNumber GetLanguageOfDescription(std::string_view description) {
 
 }  // namespace
 
+char32_t GetPrintedOf(std::uint32_t keySymbol) {
+    return ReadSymbol(keySymbol).character;
+}
+
 std::vector<TKeyboardLayout> ReadLayoutsOfKeymap(xkb_keymap* keymap) {
     const XkbStatePointer state(xkb_state_new(keymap));
     if (!state) {
