@@ -47,7 +47,7 @@ constexpr std::array kPedalValues = {0, 0, 1, 40, 63, 64, 100, 127};
 constexpr std::array kControllers = {1, 7, 10, 11, 0, 32, 91, 120, 121, 123};
 constexpr std::array kArrows = {kUp, kDown, kLeft, kRight};
 constexpr int kMostKeys = 6;
-constexpr int kLayoutSets = 3;
+constexpr int kLayoutSets = 4;
 constexpr int kGroups = 4;
 
 }  // namespace

@@ -27,7 +27,7 @@ constexpr int kLetterQ = 24;
 /// How the program comes to its end, as actions number it.
 enum EEnd { kByClosing, kBySignal, kByServer };
 
-constexpr const char* kLayouts[] = {"us,ru,de,fr", "ru,us,gb,fr", "fr,de,us,ru"};
+constexpr const char* kLayouts[] = {"us,ru,de,fr", "ru,us,gb,fr", "fr,de,us,ru", "gr,br,us,il"};
 
 /// The lines that the program may not say: all but the ones about the missing sound card.
 QStringList FindUnannounced(const QString& output) {

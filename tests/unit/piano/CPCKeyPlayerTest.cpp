@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <cctype>
+#include <optional>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -472,6 +476,47 @@ TEST_F(CPCKeyPlayerTest, FourKeysHeldOverAChangeOfTheLayoutAreAllEnded) {
             EXPECT_EQ(sounding.size(), 3U - static_cast<std::size_t>(key));
         }
     }
+}
+
+// Twelve keys at random on layouts that change meanwhile: what sounds is what is held, and nothing once all are up.
+TEST_F(CPCKeyPlayerTest, HoweverTheLayoutChangesUnderHeldKeysEachEndsWhatItBegan) {
+    constexpr char kPlaces[] = "zxcvbnqwerty";
+    constexpr std::size_t kKeys = sizeof(kPlaces) - 1;
+    std::mt19937 random(20);
+    std::array<std::optional<std::uint8_t>, kKeys> begun;
+    std::size_t layout = 0;  // by how many keys the letters are moved
+    for (int step = 0; step < 20000; ++step) {
+        const std::size_t key = random() % kKeys;
+        if (random() % 8 == 0) {
+            layout = random() % kKeys;
+        }
+        const int typed = std::toupper(kPlaces[(key + layout) % kKeys]);
+        const std::uint32_t scanCode = NK::Piano::GetScanCodeOfPlace(kPlaces[key]);
+        // Automatic: the first layout is as typed, all others are by place.
+        const TPCKey event = layout == 0 ? Key(typed, scanCode) : At(kPlaces[key], scanCode, typed);
+        now_ += 100;
+        if (!begun[key]) {
+            const CActions actions = Press(event);
+            ASSERT_EQ(actions.size(), 1U) << step;
+            ASSERT_EQ(actions[0].kind, EKind::kNoteOn) << step;
+            begun[key] = actions[0].note;
+        } else {
+            ASSERT_EQ(Release(event), CActions{Off(*begun[key])}) << step;
+            begun[key].reset();
+        }
+    }
+    CActions rest;
+    player_.ReleaseAll(rest);
+    std::multiset<std::uint8_t> held;
+    for (const auto& note : begun) {
+        if (note) {
+            held.insert(*note);
+        }
+    }
+    for (const TPCKeyAction& action : rest) {
+        EXPECT_EQ(held.erase(action.note), 1U);
+    }
+    EXPECT_TRUE(held.empty());
 }
 
 }  // namespace
