@@ -32,10 +32,6 @@
         <translation>Банк звуков «%1» сыграть нельзя: %2</translation>
     </message>
     <message>
-        <source>With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
-        <translation>Вместе с --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
-    </message>
-    <message>
         <source>The value of --%1 is empty.</source>
         <translation>Значение --%1 пусто.</translation>
     </message>
@@ -57,7 +53,7 @@
     </message>
     <message>
         <source>Play to the MIDI output &lt;name&gt; in this run.</source>
-        <translation>Играть в этот запуск на MIDI-выход Играть в этот раз на MIDI-выход &lt;имя&gt;lt;имяИграть в этот раз на MIDI-выход &lt;имя&gt;gt;.</translation>
+        <translation>Играть в этот запуск на MIDI-выход &lt;имя&gt;.</translation>
     </message>
     <message>
         <source>name</source>
@@ -77,7 +73,7 @@
     </message>
     <message>
         <source>Play the sound font &lt;file&gt; in this run.</source>
-        <translation>Играть в этот запуск банком звуков из Играть в этот раз банком звуков &lt;файл&gt;lt;файлаИграть в этот раз банком звуков &lt;файл&gt;gt;.</translation>
+        <translation>Играть в этот запуск банком звуков &lt;файл&gt;.</translation>
     </message>
     <message>
         <source>file</source>
@@ -86,10 +82,6 @@
     <message>
         <source>List the MIDI outputs and inputs, a line each, and quit.</source>
         <translation>Вывести MIDI-выходы и MIDI-входы, по одному в строке, и завершить работу.</translation>
-    </message>
-    <message>
-        <source>Play the MIDI file &lt;file&gt; as if a MIDI keyboard sent it, write what comes out to the target, and quit. Needs no window, no display and no sound card.</source>
-        <translation>Сыграть MIDI-Сыграть MIDI-файл &lt;файл&gt;, какlt;файлСыграть MIDI-файл &lt;файл&gt;, какgt;, как если бы его передала MIDI-клавиатура, записать то, что получится, в цель и завершить работу. Не нужны ни окно, ни экран, ни звуковая карта.</translation>
     </message>
     <message>
         <source>Output: %1</source>
@@ -150,6 +142,18 @@
     <message>
         <source>Say what would sound, what would not and what to do about it, with a test note, and quit. The exit code is 0 when a key would sound.</source>
         <translation>Сказать, что зазвучит, что нет и что с этим делать, сыграв пробную ноту, и завершить работу. Код завершения — 0, если клавиша зазвучит.</translation>
+    </message>
+    <message>
+        <source>The file of a preset to begin with. With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
+        <translation>Файл пресета, с которого начать. Вместе с --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
+    </message>
+    <message>
+        <source>A MIDI file cannot be opened; --render makes a sound file of it.</source>
+        <translation>MIDI-файл открыть нельзя; --render сделает из него звуковой файл.</translation>
+    </message>
+    <message>
+        <source>Play the MIDI file &lt;file&gt; as if a MIDI keyboard sent it, write what comes out to the file named after it, and quit. Needs no window, no display and no sound card.</source>
+        <translation>Сыграть MIDI-&lt;файл&gt;, как если бы его передала MIDI-клавиатура, записать то, что получится, в файл, указанный за ним, и завершить работу. Не нужны ни окно, ни экран, ни звуковая карта.</translation>
     </message>
 </context>
 <context>

@@ -39,6 +39,10 @@ QStringList WithoutToolkitOptions(const QStringList& arguments) {
     return own;
 }
 
+bool IsMIDIFile(const QString& path) {
+    return path.endsWith(".mid", Qt::CaseInsensitive) || path.endsWith(".midi", Qt::CaseInsensitive);
+}
+
 /// The options that the program knows, with their texts in the language in force.
 class Parser {
 public:
@@ -50,9 +54,12 @@ public:
         parser_.addOptions(
             {output_, input_, preset_, soundFont_, listPorts_, check_, render_, locale_, demonstration_, pictures_});
         parser_.addPositionalArgument(
-            "target",
-            Tr(QT_TRANSLATE_NOOP("CommandLine", "With --render: the sound file (.wav) or MIDI file (.mid) to write.")),
-            "[target]");
+            "file",
+            Tr(QT_TRANSLATE_NOOP(
+                "CommandLine",
+                "The file of a preset to begin with. With --render: the sound file (.wav) or MIDI file "
+                "(.mid) to write.")),
+            "[file]");
     }
 
     QString GetHelp() const { return parser_.helpText(); }
@@ -110,10 +117,23 @@ private:
                 CheckTarget(line.renderTo, refuse);
             }
         }
-        const qsizetype expected = line.action == Action::kRender ? 1 : 0;
+        qsizetype expected = line.action == Action::kRender ? 1 : 0;
+        if (line.action == Action::kPlay && line.preset.isEmpty() && !others.isEmpty()) {
+            expected = 1;
+            TakeFile(others.first(), line, refuse);
+        }
         if (others.size() > expected) {
             refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "\"%1\" is one argument too many.")).arg(others[expected]));
         }
+    }
+
+    template <class Refuse>
+    static void TakeFile(const QString& path, CommandLine& line, const Refuse& refuse) {
+        if (IsMIDIFile(path)) {
+            refuse(Tr(
+                QT_TRANSLATE_NOOP("CommandLine", "A MIDI file cannot be opened; --render makes a sound file of it.")));
+        }
+        line.preset = path.contains('/') ? path : "./" + path;
     }
 
     template <class Refuse>
@@ -138,8 +158,7 @@ private:
 
     template <class Refuse>
     static void CheckTarget(const QString& path, const Refuse& refuse) {
-        if (!CommandLine::IsSoundFile(path) && !path.endsWith(".mid", Qt::CaseInsensitive) &&
-            !path.endsWith(".midi", Qt::CaseInsensitive)) {
+        if (!CommandLine::IsSoundFile(path) && !IsMIDIFile(path)) {
             refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "The file to write, \"%1\", ends neither in .wav nor in .mid."))
                        .arg(path));
         }
@@ -168,7 +187,7 @@ private:
         "render",
         Tr(QT_TRANSLATE_NOOP("CommandLine",
                              "Play the MIDI file <file> as if a MIDI keyboard sent it, write what comes out to the "
-                             "target, and quit. Needs no window, no display and no sound card.")),
+                             "file named after it, and quit. Needs no window, no display and no sound card.")),
         Tr(QT_TRANSLATE_NOOP("CommandLine", "file"))};
     const QCommandLineOption locale_{
         "locale",

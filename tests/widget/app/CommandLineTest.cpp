@@ -39,6 +39,12 @@ TEST(CommandLine, TakesTheChoicesOfARun) {
     EXPECT_EQ(line.locale, "ru_RU");
 }
 
+TEST(CommandLine, OpensTheFileOfAPreset) {
+    EXPECT_EQ(Parse({"/a/Grand Piano.kivoraLXPreset"}).preset, "/a/Grand Piano.kivoraLXPreset");
+    EXPECT_EQ(Parse({"Grand Piano"}).preset, "./Grand Piano") << "a file and no name";
+    EXPECT_EQ(Parse({"Grand Piano"}).refusal, "");
+}
+
 TEST(CommandLine, KnowsTheRunsThatNeedNoWindow) {
     EXPECT_EQ(Parse({"--help"}).action, Action::kHelp);
     EXPECT_EQ(Parse({"-h"}).action, Action::kHelp);
@@ -60,7 +66,7 @@ TEST(CommandLine, PassesOverTheOptionsOfTheWindowSystem) {
         {"-platform", "offscreen", "--style=fusion", "-reverse", "--preset", "a", "-display", ":1", "-platform=xcb"});
     EXPECT_EQ(line.refusal, "");
     EXPECT_EQ(line.preset, "a");
-    EXPECT_EQ(GetRefusal({"--", "-platform"}), "\"-platform\" is one argument too many.");
+    EXPECT_EQ(GetRefusal({"--list-ports", "--", "-platform"}), "\"-platform\" is one argument too many.");
 }
 
 TEST(CommandLine, SaysWhatIsWrong) {
@@ -68,7 +74,10 @@ TEST(CommandLine, SaysWhatIsWrong) {
     EXPECT_EQ(GetRefusal({"--output"}), "Missing value after '--output'.");
     EXPECT_EQ(GetRefusal({"--list-ports=yes"}), "Unexpected value after '--list-ports'.");
     EXPECT_EQ(GetRefusal({"--output", ""}), "The value of --output is empty.");
-    EXPECT_EQ(GetRefusal({"a.mid"}), "\"a.mid\" is one argument too many.");
+    EXPECT_EQ(GetRefusal({"a.mid"}), "A MIDI file cannot be opened; --render makes a sound file of it.");
+    EXPECT_EQ(GetRefusal({"a.kivoraLXPreset", "b"}), "\"b\" is one argument too many.");
+    EXPECT_EQ(GetRefusal({"--preset", "a", "b"}), "\"b\" is one argument too many.");
+    EXPECT_EQ(GetRefusal({"--list-ports", "b"}), "\"b\" is one argument too many.");
     EXPECT_EQ(GetRefusal({"--render", "a.mid"}), "--render needs the name of the file to write.");
     EXPECT_EQ(GetRefusal({"--render", "a.mid", "b.wav", "c.wav"}), "\"c.wav\" is one argument too many.");
     EXPECT_EQ(GetRefusal({"--render", "a.mid", "b.ogg"}),
