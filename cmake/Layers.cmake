@@ -5,8 +5,8 @@
 # KIVORA_ONLY_<leaf>_<used leaf> is an expression for the only headers that <leaf> may include of the used one.
 
 set(KIVORA_LEAVES
-    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/portmidi libmidi/synth engine render
-    QtWidgets/skin QtWidgets/piano locale ui app)
+    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/alsa libmidi/portmidi libmidi/synth engine
+    render QtWidgets/skin QtWidgets/piano locale ui app)
 set(KIVORA_QT_LEAVES nk/qt engine render QtWidgets/skin QtWidgets/piano locale ui app)
 
 set(KIVORA_LAYER_nk "")
@@ -16,6 +16,7 @@ set(KIVORA_LAYER_midi_reader midi nk)
 set(KIVORA_LAYER_piano midi nk)
 set(KIVORA_LAYER_midi_arpeggiator midi piano nk)
 set(KIVORA_LAYER_libmidi midi nk)
+set(KIVORA_LAYER_libmidi_alsa libmidi midi nk)
 set(KIVORA_LAYER_libmidi_portmidi libmidi midi nk)
 set(KIVORA_LAYER_libmidi_synth libmidi midi nk)
 set(KIVORA_LAYER_engine midi/arpeggiator piano libmidi midi nk)
@@ -31,6 +32,7 @@ set(KIVORA_ONLY_midi_arpeggiator_piano "piano/CKeyboardState[A-Za-z]*\\.h")
 
 set(KIVORA_EXTERNAL_nk Threads::Threads PkgConfig::KeyboardLayout PkgConfig::DBus)
 set(KIVORA_EXTERNAL_nk_qt Qt6::Core)
+set(KIVORA_EXTERNAL_libmidi_alsa PkgConfig::Alsa)
 set(KIVORA_EXTERNAL_libmidi_portmidi PortMidi::PortMidi)
 set(KIVORA_EXTERNAL_libmidi_synth PkgConfig::FluidSynth)
 set(KIVORA_EXTERNAL_engine Qt6::Core Qt6::Gui)

@@ -50,6 +50,11 @@ public:
     /// Looks what has become of the device, waiting for nothing; to be called about once a second while the port is to
     /// be open. Of a device that was lost a look may begin to reach it again behind the caller's back. [gui]
     virtual DeviceState LookAtDevice() { return DeviceState::kWorks; }
+    /// Whether another way of listing ports gives the port this name, so that settings which name it so find it. [gui]
+    virtual bool HadName(const NK::CString& name) const {
+        static_cast<void>(name);
+        return false;
+    }
 };
 
 class MIDIInPort : public virtual MIDIPort {

@@ -33,8 +33,11 @@ Port* FindFirst(const MIDIPortContainer& ports, PortFlags direction, bool allowO
 
 template <class Port>
 Port* FindByName(const MIDIPortContainer& ports, PortFlags direction, const NK::CString& name) {
-    return FindPort<Port>(ports, direction,
-                          [&name](const MIDIPort& port, std::uint32_t) { return port.GetName().Compare(name) == 0; });
+    Port* const named = FindPort<Port>(
+        ports, direction, [&name](const MIDIPort& port, std::uint32_t) { return port.GetName().Compare(name) == 0; });
+    return named != nullptr ? named : FindPort<Port>(ports, direction, [&name](const MIDIPort& port, std::uint32_t) {
+        return port.HadName(name);
+    });
 }
 
 }  // namespace

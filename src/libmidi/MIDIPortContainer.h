@@ -16,7 +16,8 @@ public:
     using NK::CException::CException;
 };
 
-/// An ordered list of ports. The finders skip unavailable ports; the finders by name find open ports too.
+/// An ordered list of ports. The finders skip unavailable ports; the finders by name find open ports too, and where
+/// none has the name, one that had it (MIDIPort::HadName).
 class MIDIPortContainer {
 public:
     virtual ~MIDIPortContainer() = default;

@@ -42,11 +42,36 @@ bool PortFactory::Rescan() {
     NK_ASSERT_THREAD_ROLE(gui);
     view_.reset();
     for (auto& set : sets_) {
-        if (set != nullptr && !set->IsFixed()) {
+        if (set != nullptr && !set->StaysThroughRescan()) {
             set.reset();
+        } else if (set != nullptr) {
+            set->Update();
         }
     }
     return Build();
+}
+
+void PortFactory::Update() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    if (view_ == nullptr) {
+        return;
+    }
+    for (const auto& set : sets_) {
+        if (set != nullptr) {
+            set->Update();
+        }
+    }
+    view_ = std::make_unique<PortView>(sets_);
+}
+
+void PortFactory::TellOfDevices(std::function<void()> tell) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    tell_ = std::move(tell);
+    for (const auto& set : sets_) {
+        if (set != nullptr) {
+            set->TellOfDevices(tell_);
+        }
+    }
 }
 
 bool PortFactory::Build() {
@@ -57,6 +82,9 @@ bool PortFactory::Build() {
         }
         try {
             sets_[index] = creators_[index]();
+            if (sets_[index] != nullptr) {
+                sets_[index]->TellOfDevices(tell_);
+            }
         } catch (const NK::CException&) {
             sets_[index].reset();
         }
@@ -81,18 +109,28 @@ bool PortFactory::HasPorts() const {
     return view_ != nullptr && view_->GetCount() != 0;
 }
 
+const MIDIPortsImpl* PortFactory::FindSetOf(const MIDIPort* port) const {
+    for (const auto& set : sets_) {
+        if (set == nullptr || port == nullptr) {
+            continue;
+        }
+        for (MIDIPortIterator iterator(&set->GetPorts()); iterator.HasNext();) {
+            if (iterator.Next() == port) {
+                return set.get();
+            }
+        }
+    }
+    return nullptr;
+}
+
 bool PortFactory::IsFixed(const MIDIPort* port) const {
-    return port != nullptr && std::any_of(sets_.begin(), sets_.end(), [port](const auto& set) {
-               if (set == nullptr || !set->IsFixed()) {
-                   return false;
-               }
-               for (MIDIPortIterator iterator(&set->GetPorts()); iterator.HasNext();) {
-                   if (iterator.Next() == port) {
-                       return true;
-                   }
-               }
-               return false;
-           });
+    const MIDIPortsImpl* const set = FindSetOf(port);
+    return set != nullptr && set->IsFixed();
+}
+
+bool PortFactory::StaysThroughRescan(const MIDIPort* port) const {
+    const MIDIPortsImpl* const set = FindSetOf(port);
+    return set != nullptr && set->StaysThroughRescan();
 }
 
 MIDIInPort* PortFactory::GetDefaultInput() const {

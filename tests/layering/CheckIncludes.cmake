@@ -15,12 +15,13 @@ set(system_files
     aio alloca arpa asm bits dirent dlfcn err execinfo fcntl fnmatch ftw getopt glob grp ifaddrs langinfo libgen link
     linux malloc mqueue net netdb netinet nl_types paths poll pthread pwd sched search semaphore signal spawn strings
     sys syscall sysexits syslog termios ucontext unistd utime wordexp
-    X11 xcb xkbcommon dbus dbus-1.0 wayland-client wayland-server alsa pulse pipewire spa jack systemd glib glib-2.0 gio)
+    X11 xcb xkbcommon dbus dbus-1.0 wayland-client wayland-server pulse pipewire spa jack systemd glib glib-2.0 gio)
 list(JOIN system_files "|" system_names)
 set(system_header "^(${system_names})(\\.h$|/)")
 set(qt_header "^(Q[A-Z][A-Za-z0-9]*$|Qt[A-Z][A-Za-z0-9]*/|q[a-z0-9]+\\.h$)")
 set(generated_header "(^ui_[A-Za-z0-9_]+\\.h$|^(moc_)?[A-Za-z0-9_]+\\.(moc|cpp)$)")
-set(libraries portmidi synth)
+set(libraries alsa portmidi synth)
+set(library_header_alsa "^alsa/")
 set(library_header_portmidi "^(portmidi|porttime|pmutil)\\.h$")
 set(library_header_synth "^fluidsynth(\\.h$|/)")
 
@@ -121,7 +122,7 @@ foreach(file IN LISTS files)
         set(bracket "${CMAKE_MATCH_1}")
         set(header ${CMAKE_MATCH_2})
         set(header_is_outside FALSE)
-        if(header MATCHES "${qt_header}|${system_header}|${library_header_portmidi}|${library_header_synth}")
+        if(header MATCHES "${qt_header}|${system_header}|${library_header_alsa}|${library_header_portmidi}|${library_header_synth}")
             set(header_is_outside TRUE)
         endif()
         if(bracket STREQUAL "<" AND EXISTS ${SOURCES}/${header})

@@ -1,0 +1,53 @@
+// What the input ports on the ALSA sequencer share.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "libmidi/alsa/AlsaClient.h"
+#include "libmidi/OpenSounds.h"
+#include "libmidi/QueuedInPort.h"
+
+namespace LibMidi {
+
+/// Takes what is sent to one port of the client, and knows of each sender what it holds: when it goes, or is cut off,
+/// its keys and pedals are ended by messages in its place. A subclass says who is connected to the port.
+class AlsaInPort : public QueuedInPort, private AlsaReceiver {
+public:
+    ~AlsaInPort() override = default;
+
+protected:
+    explicit AlsaInPort(std::shared_ptr<AlsaClient> client);
+
+    bool OnOpened() override;
+    void OnClosing() override;
+
+    /// Whether what `sender` sends to `receiver`, a port of ours, is for this port. [input]
+    virtual bool IsMeant(snd_seq_addr_t sender, snd_seq_addr_t receiver) const = 0;
+    /// Whether what has sent to `receiver` is still connected as it was. [input]
+    bool IsStillThere(snd_seq_addr_t sender, snd_seq_addr_t receiver, bool wasConnected) const;
+    /// Devices have come or gone; called once when the port is opened. [gui] [input]
+    virtual void FollowDevices() {}
+
+    AlsaClient& GetClient() const { return *client_; }
+
+private:
+    struct Sender {
+        snd_seq_addr_t address;
+        snd_seq_addr_t receiver;
+        bool isConnected;  ///< else it sends without a connection
+        OpenSounds held;
+    };
+
+    void Take(const std::vector<snd_seq_event_t>& events) final;
+    void TakeLoss() final;
+    void TakeNews() final;
+    void Deliver() final;
+
+    Sender& FindSender(snd_seq_addr_t address, snd_seq_addr_t receiver);
+
+    const std::shared_ptr<AlsaClient> client_;
+    std::vector<Sender> senders_;  ///< that have sent something; of the input thread while the port is open
+};
+
+}  // namespace LibMidi

@@ -1,0 +1,249 @@
+// The three kinds of input, with the rounds called by hand.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "libmidi/alsa/AlsaDeviceInPort.h"
+#include "libmidi/alsa/AlsaKeyboardsInPort.h"
+#include "libmidi/alsa/AlsaProgramsInPort.h"
+#include "support/AllocationCounter.h"
+#include "unit/libmidi/alsa/AlsaRig.h"
+
+namespace {
+
+using namespace LibMidi;
+using namespace LibMidiTest;
+using Batches = CBatches::Batches;
+using testing::IsEmpty;
+
+class AlsaInPorts : public testing::Test {
+protected:
+    AlsaInPorts() {
+        rig.Plug(20, "Keys");
+        device.SetPlace(snd_seq_addr_t{20, 0});
+        for (MIDIInPort* port : {static_cast<MIDIInPort*>(&device), static_cast<MIDIInPort*>(&keyboards),
+                                 static_cast<MIDIInPort*>(&programs)}) {
+            port->AddListener(&listener);
+        }
+    }
+
+    CAlsaRig rig;
+    CBatches listener;
+    AlsaDeviceInPort device{rig.client, L"Keys"};
+    AlsaKeyboardsInPort keyboards{rig.client};
+    AlsaProgramsInPort programs{rig.client};
+};
+
+// A device.
+
+TEST_F(AlsaInPorts, ADevicesKeysComeInOneArray) {
+    rig.Send(20, NoteOn(59));
+    ASSERT_EQ(device.Open(), kSuccess);
+    EXPECT_EQ(device.GetFlags(), kInput | kOpen);
+    rig.api.Send({20, 0}, NoteOn(60));
+    rig.api.Send({20, 0}, Pedal(127));
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64, 0xB0407F}}));
+    EXPECT_EQ(device.Close(), kSuccess);
+    rig.Send(20, NoteOn(62));
+    EXPECT_EQ(listener.Take(), (Batches{}));
+    EXPECT_THAT(rig.api.FindOwnPorts("Input"), IsEmpty());
+}
+
+TEST_F(AlsaInPorts, ADeviceThatIsNotThereOrRefusesDoesNotOpen) {
+    rig.api.subscribeResult = -EPERM;
+    EXPECT_EQ(device.Open(), kDeviceError);
+    EXPECT_THAT(rig.api.FindOwnPorts("Input"), IsEmpty());
+    rig.api.subscribeResult = 0;
+    rig.api.createsLeft = 0;
+    EXPECT_EQ(device.Open(), kDeviceError);
+    rig.api.createsLeft = 10;
+    device.SetPlace(std::nullopt);
+    EXPECT_EQ(device.Open(), kDeviceError);
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kLost);
+    EXPECT_THAT(rig.api.FindOwnPorts("Input"), IsEmpty());
+}
+
+TEST_F(AlsaInPorts, WhatAnEarlierDeviceSentToThePlaceIsNotTakenForThisOnes) {
+    rig.Plug(21, "Other");
+    ASSERT_EQ(device.Open(), kSuccess);
+    const CFakeAlsaSeq::Address own{CFakeAlsaSeq::kOwnClient, rig.api.FindOwnPorts("Input").front()};
+    rig.api.SendTo({21, 0}, own, NoteOn(60));
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{}));
+}
+
+TEST_F(AlsaInPorts, AKeyboardThatIsPulledOutEndsWhatItHeldInTheSameWakeUp) {
+    ASSERT_EQ(device.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.Send(20, Pedal(127));
+    listener.Take();
+    rig.api.Send({20, 0}, NoteOn(64));
+    rig.Unplug(20);
+    EXPECT_EQ(listener.Take(), (Batches{{0x904064, 0x803C00, 0x804000, 0xB04000}}));
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kLost);
+    rig.Plug(30, "Elsewhere");
+    EXPECT_EQ(listener.Take(), (Batches{})) << "only once";
+}
+
+TEST_F(AlsaInPorts, AKeyboardThatIsBackIsSaidToBeAndPlaysWhenItIsOpenedAgain) {
+    ASSERT_EQ(device.Open(), kSuccess);
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kWorks);
+    rig.Unplug(20);
+    rig.Plug(20, "Keys");
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kBack);
+    device.Close();
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kBack);
+    ASSERT_EQ(device.Open(), kSuccess);
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kWorks);
+    rig.Send(20, NoteOn(60));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64}}));
+}
+
+TEST_F(AlsaInPorts, AKeyboardThatIsCutOffEndsWhatItHeld) {
+    ASSERT_EQ(device.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    listener.Take();
+    const CFakeAlsaSeq::Address own{CFakeAlsaSeq::kOwnClient, rig.api.FindOwnPorts("Input").front()};
+    rig.api.Disconnect({20, 0}, own);
+    rig.api.AnnounceCut({20, 0}, own);
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kBack);
+}
+
+TEST_F(AlsaInPorts, ALossIsToldAndTheLostNewsAreLookedFor) {
+    ASSERT_EQ(device.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    listener.Take();
+    rig.api.Unplug(20);
+    rig.api.FailInput(-ENOSPC);
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{1}, {0x803C00}}));
+    EXPECT_EQ(device.GetLostCount(), 1U);
+    device.Close();
+    device.SetPlace(std::nullopt);
+}
+
+TEST_F(AlsaInPorts, ASequencerThatFailsEndsWhatIsHeld) {
+    ASSERT_EQ(device.Open(), kSuccess);
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    listener.Take();
+    rig.api.FailInput(-ENODEV);
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}, {0x803C00}}));
+    EXPECT_EQ(device.LookAtDevice(), DeviceState::kLost);
+    EXPECT_EQ(keyboards.LookAtDevice(), DeviceState::kLost);
+    EXPECT_EQ(programs.LookAtDevice(), DeviceState::kLost);
+    EXPECT_EQ(programs.Open(), kDeviceError);
+}
+
+TEST_F(AlsaInPorts, NothingIsAllocatedOnceWarm) {
+    struct CQuiet : MIDIPortDataListener {
+        void OnMIDIData(const MIDIEvent*, std::int32_t count) override { events += count; }
+        int events = 0;
+    } quiet;
+    device.RemoveListener(&listener);
+    device.AddListener(&quiet);
+    ASSERT_EQ(device.Open(), kSuccess);
+    const CFakeAlsaSeq::Address own{CFakeAlsaSeq::kOwnClient, rig.api.FindOwnPorts("Input").front()};
+    auto event = NoteOn(60);
+    event.dest = {static_cast<unsigned char>(own.first), static_cast<unsigned char>(own.second)};
+    event.source = {20, 0};
+    const std::pair<const CFakeAlsaSeq::Address, snd_seq_event_t> flood{{20, 0}, event};
+    rig.api.flood = &flood;
+    rig.client->RunInputRound();
+    rig.client->RunInputRound();
+    const std::uint64_t before = KivoraTest::GetAllocationCount();
+    rig.client->RunInputRound();
+    EXPECT_EQ(KivoraTest::GetAllocationCount(), before);
+    EXPECT_EQ(quiet.events, 3 * 4096);
+    device.Close();
+    device.RemoveListener(&quiet);
+}
+
+// All keyboards.
+
+TEST_F(AlsaInPorts, EveryKeyboardThatIsThereOrComesPlaysAtOnce) {
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64}}));
+    rig.Plug(130, "New keys");
+    rig.Send(130, NoteOn(62));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903E64}}));
+    rig.api.SendTo({140, 0}, rig.GetPublicIn(), NoteOn(64));
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x904064}})) << "what other programs connect plays too";
+    EXPECT_EQ(keyboards.LookAtDevice(), DeviceState::kWorks);
+    keyboards.Close();
+    rig.Send(20, NoteOn(60));
+    EXPECT_EQ(listener.Take(), (Batches{}));
+}
+
+TEST_F(AlsaInPorts, TheLoopBackAndOtherInstancesAreNoKeyboards) {
+    rig.api.Plug(14, "Midi Through", 0, "Midi Through Port-0", kSending | kReceiving);
+    rig.api.Plug(135, "Kivora LX (2)", 0, "Kivora LX out", kSending);
+    rig.api.Plug(136, "Synth", 0, "Synth", kReceiving);
+    const std::size_t before = rig.api.CountConnections();
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    EXPECT_EQ(rig.api.CountConnections(), before + 1);
+}
+
+TEST_F(AlsaInPorts, OfTwoKeyboardsOnlyTheKeysOfTheOneThatIsPulledOutEnd) {
+    rig.Plug(21, "Other");
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.Send(21, NoteOn(72));
+    listener.Take();
+    rig.Unplug(21);
+    EXPECT_EQ(listener.Take(), (Batches{{0x804800}}));
+    EXPECT_EQ(keyboards.LookAtDevice(), DeviceState::kWorks);
+}
+
+TEST_F(AlsaInPorts, AKeyboardWhosePlugWobblesEndsWhatItHeldAndPlaysOn) {
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    listener.Take();
+    rig.api.Unplug(20);
+    rig.Plug(20, "Keys");
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
+    rig.Send(20, NoteOn(62));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903E64}}));
+}
+
+TEST_F(AlsaInPorts, AllKeyboardsDoNotOpenWithoutAPort) {
+    rig.api.createsLeft = 0;
+    EXPECT_EQ(keyboards.Open(), kDeviceError);
+}
+
+// Other programs.
+
+TEST_F(AlsaInPorts, WhatOtherProgramsConnectPlaysWhileThatIsChosen) {
+    rig.api.Connect({20, 0}, rig.GetPublicIn());
+    rig.Send(20, NoteOn(59));
+    EXPECT_EQ(listener.Take(), (Batches{}));
+    ASSERT_EQ(programs.Open(), kSuccess);
+    EXPECT_EQ(programs.LookAtDevice(), DeviceState::kWorks);
+    rig.Send(20, NoteOn(60));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64}}));
+    programs.Close();
+    EXPECT_TRUE(rig.api.HasConnection({20, 0}, rig.GetPublicIn())) << "it is theirs";
+}
+
+TEST_F(AlsaInPorts, AProgramThatEndsOrIsDisconnectedEndsWhatItHeld) {
+    rig.api.Connect({20, 0}, rig.GetPublicIn());
+    rig.Plug(21, "Unconnected");
+    ASSERT_EQ(programs.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.api.SendTo({21, 0}, rig.GetPublicIn(), NoteOn(72));
+    rig.client->RunInputRound();
+    listener.Take();
+    rig.api.Disconnect({20, 0}, rig.GetPublicIn());
+    rig.api.AnnounceCut({20, 0}, rig.GetPublicIn());
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}})) << "the other one sends without a connection, and is there";
+    rig.Unplug(21);
+    EXPECT_EQ(listener.Take(), (Batches{{0x804800}}));
+}
+
+}  // namespace
