@@ -85,6 +85,7 @@ void KeyToWrite(benchmark::State& state) {
     setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     setenv("KIVORA_SOUNDFONT", "/no-such-file", 1);  // without the built-in synthesizer
     setenv("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR, 1);
+    setenv("KIVORA_MIDI", "portmidi", 1);
     setenv("KIVORA_STANDIN_LOG", log.c_str(), 1);
     for (auto _ : state) {
         CXKeyboard keyboard(kDisplay);

@@ -2435,6 +2435,21 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>Ports</name>
+    <message>
+        <source>All MIDI keyboards</source>
+        <translation>Все MIDI-клавиатуры</translation>
+    </message>
+    <message>
+        <source>Other programs (Kivora LX in)</source>
+        <translation>Другие программы (Kivora LX in)</translation>
+    </message>
+    <message>
+        <source>Other programs (Kivora LX out)</source>
+        <translation>Другие программы (Kivora LX out)</translation>
+    </message>
+</context>
+<context>
     <name>PresetList</name>
     <message>
         <source>Presets</source>

@@ -2,8 +2,8 @@
 
 #include <QCoreApplication>
 
+#include "app/DeviceBackend.h"
 #include "engine/Settings.h"
-#include "libmidi/portmidi/PortMIDIBackend.h"
 #include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthBackend.h"
 #include "libmidi/SynthSettingsFile.h"
@@ -42,7 +42,7 @@ std::shared_ptr<LibMidi::Synthesizer> CreateSynthesizer(const QString& soundFont
 EngineDependencies CreateEngineDependencies(const std::shared_ptr<LibMidi::Synthesizer>& synthesizer) {
     EngineDependencies dependencies;
     dependencies.synth = synthesizer;
-    dependencies.backends = {LibMidi::PortMIDIBackend(), LibMidi::MakeSynthBackend(synthesizer)};
+    dependencies.backends = {MakeDeviceBackend(), LibMidi::MakeSynthBackend(synthesizer)};
     dependencies.createPlayer = [] { return LibMidi::CreateMIDIPlayer(); };
     return dependencies;
 }

@@ -16,7 +16,7 @@ namespace Kivora {
 /// the settings.
 std::shared_ptr<LibMidi::Synthesizer> CreateSynthesizer(const QString& soundFont = {});
 
-/// PortMidi's ports first, then the synthesizer's; the real player, clock and sleep.
+/// The devices' ports first, then the synthesizer's; the real player, clock and sleep.
 EngineDependencies CreateEngineDependencies(const std::shared_ptr<LibMidi::Synthesizer>& synthesizer);
 
 /// Why the file cannot be played as a sound font, in a sentence; empty if it can.

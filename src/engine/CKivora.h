@@ -162,10 +162,13 @@ public:
     NK::CString GetDefaultOutputPortName() const;
     /// Opens the saved ports, or the default ones where none is saved.
     void OpenPorts();
-    /// Looks for devices again. The selected ports are opened again by name where they are there; ports of a fixed set
-    /// stay open untouched. False while recording (nothing is done) and when no port was found. Throws as the setters
-    /// of the ports do, when everything else is done.
+    /// Looks for devices again. The selected ports are opened again by name where they are there; ports of a set
+    /// that stays are left open untouched unless they are lost. False while recording (nothing is done) and when no
+    /// port was found. Throws as the setters of the ports do, when everything else is done.
     bool RescanPorts();
+    /// Brings the lists up to date where that touches no open port; whether they have changed. Where no port is open,
+    /// the name that is saved becomes the listed one of the port that it means.
+    bool UpdatePorts();
     NK::CStringArray GetInputPortNames() const;
     NK::CStringArray GetOutputPortNames() const;
     NK::CString GetInputPortName() const;  ///< selected or saved; empty for none
@@ -180,8 +183,8 @@ public:
     /// Whether the device of the open input has gone; what it held was ended.
     bool IsInputLost() const;
     /// Look what has become of the devices of the open ports, and take note of one that has gone. Where no
-    /// output is open the wanted one of a fixed set is asked; one that has failed to write and seems to work is back.
-    /// [gui]
+    /// output is open the wanted one of a set that stays is asked; one that has failed to write and seems to work is
+    /// back. [gui]
     LibMidi::DeviceState LookAtOutput();
     LibMidi::DeviceState LookAtInput();
     /// Close and open the same port again after its device was lost. An output is given its patches, volumes and what
@@ -320,11 +323,13 @@ signals:
     void Beat();
     /// Once when the output has failed or gone; emitted on the tick's or the GUI thread.
     void OutputLost();
-    void InputLost();       ///< the input device's buffer ran over; emitted on the input port's thread
+    void InputLost();  ///< the input device's buffer ran over; emitted on the input port's thread
     void RecordingSaved();  ///< SaveRecording() has written a file; emitted with no lock held
     /// A damaged settings or preset file stood where one was saved now; it is kept under this path. Emitted with no
     /// lock held.
     void DamagedFileSetAside(const QString& path);
+    /// Devices may have come or gone, for UpdatePorts(); emitted on a backend's thread, with no lock held.
+    void DevicesChanged();
 
 public slots:
     /// Silence, System Reset, patches and volumes, with waits of about 150 ms in all; ends a recording. Needs the sink
@@ -359,6 +364,8 @@ private:
     void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
     void ListPortNames() NK_REQUIRES(lock_);
+    /// Whether RescanPorts() leaves the open port as it is; false for null.
+    bool KeepsThroughRescan(LibMidi::MIDIPort* port) NK_REQUIRES(lock_);
     /// What is gone takes no endings, and a write that it refuses would keep it from being opened again.
     void LoseOutput(bool isGone) NK_REQUIRES(lock_);
     /// The open one, or where none is open the wanted one of a fixed set; null otherwise.

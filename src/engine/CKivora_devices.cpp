@@ -67,7 +67,7 @@ LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
         ports != nullptr && index >= 0
             ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
             : nullptr;
-    return factory_ && factory_->IsFixed(port) ? port : nullptr;
+    return factory_ && factory_->StaysThroughRescan(port) ? port : nullptr;
 }
 
 DeviceState CKivora::LookAtInput() {
@@ -131,7 +131,8 @@ bool CKivora::IsInputLost() const {
 
 bool CKivora::IsRescanQuiet() const {
     const CLockGuard guard(lock_);
-    return factory_ && !IsRecording() && (outputPort_ == nullptr || (!outputLost_ && factory_->IsFixed(outputPort_)));
+    return factory_ && !IsRecording() &&
+           (outputPort_ == nullptr || (!outputLost_ && factory_->StaysThroughRescan(outputPort_)));
 }
 
 bool CKivora::HasOutputFailed() const {

@@ -1,5 +1,7 @@
 // Listing, opening and closing the ports.
 #include <exception>
+#include <utility>
+#include <vector>
 
 #include "engine/CKivora.h"
 #include "engine/PortSelection.h"
@@ -33,6 +35,7 @@ void CKivora::InitMidi() {
     ShutdownMidi();
     const auto threw = std::make_shared<bool>(false);
     factory_ = std::make_unique<LibMidi::PortFactory>(Watch(dependencies_.backends, threw));
+    factory_->TellOfDevices([this] { emit DevicesChanged(); });
     if (!factory_->Refresh()) {
         if (!*threw) {
             factory_.reset();
@@ -250,16 +253,20 @@ void CKivora::OpenPorts() {
     }
 }
 
+bool CKivora::KeepsThroughRescan(LibMidi::MIDIPort* port) {
+    return factory_->IsFixed(port) ||
+           (factory_->StaysThroughRescan(port) && port->LookAtDevice() == LibMidi::DeviceState::kWorks);
+}
+
 bool CKivora::RescanPorts() {
     NK_ASSERT_THREAD_ROLE(gui);
     const CLockGuard guard(lock_);
     if (!factory_ || IsRecording()) {
         return false;
     }
-    const bool outputStays =
-        outputPort_ != nullptr && !outputLost_ && !player_->HasWriteFailed() && factory_->IsFixed(outputPort_);
+    const bool outputStays = !outputLost_ && !player_->HasWriteFailed() && KeepsThroughRescan(outputPort_);
     const bool inputWasLost = inputLost_;
-    const bool inputStays = inputPort_.load() != nullptr && factory_->IsFixed(inputPort_.load());
+    const bool inputStays = !inputLost_ && KeepsThroughRescan(inputPort_.load());
     if (!inputStays) {
         CloseInputPort();
     }
@@ -291,6 +298,34 @@ bool CKivora::RescanPorts() {
         std::rethrow_exception(failure);
     }
     return found;
+}
+
+bool CKivora::UpdatePorts() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const CLockGuard guard(lock_);
+    if (!factory_ || factory_->GetPortList() == nullptr) {
+        return false;
+    }
+    const auto take = [](const NK::CStringArray& names) {
+        std::vector<NK::CString> taken;
+        for (std::uint32_t i = 0; i < names.GetSize(); ++i) {
+            taken.push_back(names[i]);
+        }
+        return taken;
+    };
+    const auto before = std::pair(take(inputNames_), take(outputNames_));
+    factory_->Update();
+    ListPortNames();
+    const LibMidi::MIDIPortContainer& ports = *factory_->GetPortList();
+    if (const auto* input = inputPort_.load() == nullptr ? ports.FindInputByName(inputPortName_) : nullptr) {
+        inputPortName_ = input->GetName();
+    }
+    if (const auto* output = outputPort_ == nullptr ? ports.FindOutputByName(outputPortName_) : nullptr) {
+        outputPortName_ = output->GetName();
+    }
+    inputIndex_ = inputPort_.load() != nullptr ? inputNames_.Find(inputPortName_) : -1;
+    outputIndex_ = outputPort_ != nullptr ? outputNames_.Find(outputPortName_) : -1;
+    return before != std::pair(take(inputNames_), take(outputNames_));
 }
 
 NK::CStringArray CKivora::GetInputPortNames() const {

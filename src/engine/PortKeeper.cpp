@@ -57,6 +57,20 @@ void PortKeeper::Look() {
     }
 }
 
+void PortKeeper::FollowDevices() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    CKivora& engine = front_.GetEngine();
+    const bool changed = engine.UpdatePorts();
+    Look();
+    const bool isOpen = engine.IsInputLost() || engine.GetInputPortIndex() >= 0;
+    if (!isOpen && Succeeds([&] { return engine.SetInputPortByName(engine.GetInputPortName()); })) {
+        emit InputReturned();
+    }
+    if (changed) {
+        emit PortsChanged();
+    }
+}
+
 void PortKeeper::LookAtOutput() {
     CKivora& engine = front_.GetEngine();
     const DeviceState state = engine.LookAtOutput();

@@ -31,6 +31,8 @@ public:
 
     /// Once in kLookPeriodMs. Between attempts to open a port that is lost again and again the pauses grow.
     void Look();
+    /// To be called when devices have come or gone: the lists follow them, and what is wanted and there is opened.
+    void FollowDevices();
     OutputState GetOutputState() const;
     /// Whether the output that is open, or else wanted, is the built-in synthesizer.
     bool IsOutputBuiltIn() const;
@@ -38,8 +40,10 @@ public:
 signals:
     /// GetOutputState(), or whether the input is lost, may have changed; emitted from Look().
     void StateChanged();
-    /// The keyboard that was lost is there again, and open.
+    /// The keyboard that was lost, or was not there, is there and open.
     void InputReturned();
+    /// The lists of ports are others.
+    void PortsChanged();
 
 private:
     /// Counts the looks between two attempts.

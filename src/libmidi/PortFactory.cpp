@@ -82,7 +82,7 @@ bool PortFactory::Build() {
         }
         try {
             sets_[index] = creators_[index]();
-            if (sets_[index] != nullptr) {
+            if (sets_[index] != nullptr && tell_) {
                 sets_[index]->TellOfDevices(tell_);
             }
         } catch (const NK::CException&) {

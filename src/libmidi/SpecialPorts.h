@@ -1,11 +1,13 @@
 // The ports that are listed whatever devices are there.
 #pragma once
 
+#include "nk/nk_translation_mark.h"
+
 namespace LibMidi::SpecialPorts {
 
-// Their names in the lists and in the settings file. Whoever shows them to the user has their translations.
-inline constexpr const wchar_t* kAllKeyboards = L"All MIDI keyboards";
-inline constexpr const wchar_t* kProgramsIn = L"Other programs (Kivora LX in)";
-inline constexpr const wchar_t* kProgramsOut = L"Other programs (Kivora LX out)";
+// Their names in the lists and in the settings file, in UTF-8. Users are shown their translations, context "Ports".
+inline constexpr const char* kAllKeyboards = KIVORA_TR_NOOP("Ports", "All MIDI keyboards");
+inline constexpr const char* kProgramsIn = KIVORA_TR_NOOP("Ports", "Other programs (Kivora LX in)");
+inline constexpr const char* kProgramsOut = KIVORA_TR_NOOP("Ports", "Other programs (Kivora LX out)");
 
 }  // namespace LibMidi::SpecialPorts

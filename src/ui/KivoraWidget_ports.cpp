@@ -31,6 +31,8 @@ void KivoraWidget::openPorts() {
     connect(keeper_.get(), &PortKeeper::StateChanged, this, &KivoraWidget::updateNotices);
     connect(keeper_.get(), &PortKeeper::InputReturned, this, &KivoraWidget::inputReturned);
     connect(&portTimer_, &QTimer::timeout, keeper_.get(), &PortKeeper::Look);
+    connect(engine_, &Kivora::CKivora::DevicesChanged, keeper_.get(), &PortKeeper::FollowDevices, Qt::QueuedConnection);
+    engine_->UpdatePorts();  // to what nobody was told of before
     portTimer_.start(PortKeeper::kLookPeriodMs);
     QString failure;
     try {
@@ -71,13 +73,13 @@ QString KivoraWidget::explainPorts() const {
     const LibMidi::SynthControl* const synth = engine_->GetSynth();
     QStringList texts;
     const QString output =
-        SoundTexts::OutputExplanation(keeper_->GetOutputState(), Dialogs::ToQt(engine_->GetOutputPortName()),
+        SoundTexts::OutputExplanation(keeper_->GetOutputState(), SoundTexts::PortName(engine_->GetOutputPortName()),
                                       keeper_->IsOutputBuiltIn() ? Dialogs::ToQt(synth->GetLastError()) : QString());
     if (!output.isEmpty()) {
         texts << output;
     }
     if (engine_->IsInputLost()) {
-        texts << SoundTexts::InputExplanation(Dialogs::ToQt(engine_->GetInputPortName()));
+        texts << SoundTexts::InputExplanation(SoundTexts::PortName(engine_->GetInputPortName()));
     }
     return texts.join("\n\n");
 }
@@ -95,10 +97,10 @@ void KivoraWidget::updateNotices() {
         tell(Topic::kSound, engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineNotice(engineFailure_));
     } else if (keeper_ != nullptr) {
         const PortKeeper::OutputState state = keeper_->GetOutputState();
-        tell(Topic::kSound,
-             SoundTexts::OutputNotice(state, Dialogs::ToQt(engine_->GetOutputPortName()), engine_->IsRecording()));
+        tell(Topic::kSound, SoundTexts::OutputNotice(state, SoundTexts::PortName(engine_->GetOutputPortName()),
+                                                     engine_->IsRecording()));
         if (engine_->IsInputLost()) {
-            tell(Topic::kInput, SoundTexts::InputNotice(Dialogs::ToQt(engine_->GetInputPortName())));
+            tell(Topic::kInput, SoundTexts::InputNotice(SoundTexts::PortName(engine_->GetInputPortName())));
         } else if (!inputReturnTimer_.isActive()) {
             line.withdraw(Topic::kInput);
         }
@@ -106,7 +108,8 @@ void KivoraWidget::updateNotices() {
 }
 
 void KivoraWidget::inputReturned() {
-    display_->notice()->tell(Topic::kInput, SoundTexts::InputReturned(Dialogs::ToQt(engine_->GetInputPortName())));
+    display_->notice()->tell(Topic::kInput,
+                             SoundTexts::InputReturned(SoundTexts::PortName(engine_->GetInputPortName())));
     inputReturnTimer_.setSingleShot(true);
     inputReturnTimer_.start(kReturnToldMs);
 }
@@ -144,6 +147,7 @@ void KivoraWidget::settingsClicked() {
     if (keeper_ != nullptr) {
         connect(keeper_.get(), &PortKeeper::StateChanged, &dialog, &midiSettings::portsChanged);
         connect(keeper_.get(), &PortKeeper::InputReturned, &dialog, &midiSettings::portsChanged);
+        connect(keeper_.get(), &PortKeeper::PortsChanged, &dialog, &midiSettings::portsChanged);
     }
     const bool confirmed = dialog.exec() == QDialog::Accepted;
     updateNotices();

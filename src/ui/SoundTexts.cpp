@@ -40,6 +40,10 @@ QString Lines(const QString& what, const QString& reason, const QString& toDo) {
 
 }  // namespace
 
+QString PortName(const NK::CString& name) {
+    return QCoreApplication::translate("Ports", name.ToUtf8().c_str());
+}
+
 QString OutputNotice(OutputState state, const QString& port, bool isRecording) {
     switch (state) {
         case OutputState::kStalled:

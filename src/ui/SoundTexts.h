@@ -10,6 +10,9 @@ namespace SoundTexts {
 
 using OutputState = Kivora::PortKeeper::OutputState;
 
+/// What a port is called for the user: its name, but those that are no devices' in the user's language.
+QString PortName(const NK::CString& name);
+
 /// For the display's line; empty while the output plays.
 QString OutputNotice(OutputState state, const QString& port, bool isRecording);
 /// Why and what to do, for the settings dialog; empty while the output plays. `reason` may be empty.

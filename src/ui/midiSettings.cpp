@@ -12,6 +12,7 @@
 #include "ui/Dialogs.h"
 #include "ui/Mnemonics.h"
 #include "ui/SoundCheck.h"
+#include "ui/SoundTexts.h"
 #include "ui_midiSettings.h"
 
 using Kivora::CKivora;
@@ -34,7 +35,7 @@ void PaintSwatch(QWidget& swatch, const QColor& color) {
 void FillCombo(QComboBox& combo, const NK::CStringArray& names, int current) {
     combo.clear();
     for (std::uint32_t i = 0; i < names.GetSize(); ++i) {
-        combo.addItem(Dialogs::ToQt(names[i]));
+        combo.addItem(SoundTexts::PortName(names[i]));
     }
     combo.setCurrentIndex(current);
     combo.setEnabled(combo.count() > 0);

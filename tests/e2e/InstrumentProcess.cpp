@@ -103,6 +103,7 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     variables.insert("HOME", dir_.path());
     variables.insert("LANG", "C.UTF-8");
     variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
+    variables.insert("KIVORA_MIDI", "portmidi");  // the stand-in, on a machine with a sequencer too
     variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
     for (const QString& variable : environment) {
         variables.insert(variable.section('=', 0, 0), variable.section('=', 1));

@@ -41,6 +41,10 @@ public:
     /// Sends the signal and waits for the end.
     void End(int number = SIGTERM) {
         Signal(number);
+        Wait();
+    }
+    /// Waits until it has ended by itself.
+    void Wait() {
         if (const pid_t id = std::exchange(id_, -1); id > 0) {
             ::waitpid(id, nullptr, 0);
         }

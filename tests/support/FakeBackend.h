@@ -51,6 +51,7 @@ public:
         }
         return true;
     }
+    bool HadName(const NK::CString& other) const { return !formerName.empty() && other == formerName.c_str(); }
     /// What has been written since the last call.
     std::vector<std::string> TakeWritten() {
         const std::lock_guard guard(mutex_);
@@ -77,6 +78,7 @@ public:
     /// What a look at the port says while the device is open.
     std::atomic<LibMidi::DeviceState> state = LibMidi::DeviceState::kWorks;
     std::function<void()> onLook;  ///< called when it is looked at
+    std::wstring formerName;       ///< by another way of listing, empty for none
     bool keepsWritten = true;      ///< whether TakeWritten() has anything to give
     /// Called with each message written, on the writing thread.
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;
@@ -100,6 +102,7 @@ public:
     ~FakeOutPort() override { Close(); }
 
     LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
+    bool HadName(const NK::CString& name) const override { return device_.HadName(name); }
 
 protected:
     bool OpenDevice() override {
@@ -133,6 +136,7 @@ public:
     ~FakeInPort() override { Close(); }
 
     LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
+    bool HadName(const NK::CString& name) const override { return device_.HadName(name); }
 
     /// Tells the listeners on the calling thread, which plays the part of the port's own.
     void Deliver(std::vector<LibMidi::MIDIEvent> events) {
@@ -205,7 +209,9 @@ public:
     std::vector<std::shared_ptr<FakeDevice>> devices;  ///< a null entry makes a null port
     Creation creation = Creation::kWorks;
     bool fixed = false;
-    std::wstring defaultInput;  ///< empty for none
+    bool follows = false;        ///< the set stays, and lists what is plugged in when it is updated
+    std::function<void()> tell;  ///< of the live set: devices have come or gone
+    std::wstring defaultInput;   ///< empty for none
     std::wstring defaultOutput;
     int created = 0;
     FakeLog log = [](const std::string&) {};
@@ -213,22 +219,9 @@ public:
 private:
     class Ports : public LibMidi::MIDIPortsImpl {
     public:
-        explicit Ports(FakeBackend& backend) : backend_(backend), devices_(backend.devices) {
+        explicit Ports(FakeBackend& backend) : backend_(backend) {
             ++backend_.created;
-            int number = 0;
-            for (const auto& device : devices_) {
-                if (device == nullptr) {
-                    ports_.Append(nullptr);
-                } else if ((device->flags & LibMidi::kInput) != 0) {
-                    auto port = std::make_unique<FakeInPort>(number++, *device, backend_.log);
-                    backend_.ins_[device->name] = port.get();
-                    ports_.Append(std::move(port));
-                } else {
-                    auto port = std::make_unique<FakeOutPort>(number++, *device, backend_.log);
-                    backend_.outs_[device->name] = port.get();
-                    ports_.Append(std::move(port));
-                }
-            }
+            ListPorts();
         }
         ~Ports() override {
             backend_.ins_.clear();
@@ -236,19 +229,69 @@ private:
             backend_.log("ports destroyed");
         }
 
-        const LibMidi::MIDIPortContainer& GetPorts() const override { return ports_; }
+        const LibMidi::MIDIPortContainer& GetPorts() const override { return list_; }
         LibMidi::MIDIInPort* GetDefaultInput() const override {
-            return ports_.FindInputByName(backend_.defaultInput.c_str());
+            return list_.FindInputByName(backend_.defaultInput.c_str());
         }
         LibMidi::MIDIOutPort* GetDefaultOutput() const override {
-            return ports_.FindOutputByName(backend_.defaultOutput.c_str());
+            return list_.FindOutputByName(backend_.defaultOutput.c_str());
         }
         bool IsFixed() const override { return backend_.fixed; }
+        bool StaysThroughRescan() const override { return backend_.fixed || backend_.follows; }
+        void Update() override {
+            if (backend_.follows) {
+                ListPorts();
+            }
+        }
+        void TellOfDevices(std::function<void()> tell) override { backend_.tell = std::move(tell); }
 
     private:
+        class List : public LibMidi::MIDIPortWalker {
+        public:
+            std::uint32_t GetCount() const override { return static_cast<std::uint32_t>(ports.size()); }
+            LibMidi::MIDIPort* GetPort(std::uint32_t index) const override {
+                return index < ports.size() ? ports[index] : nullptr;
+            }
+            std::vector<LibMidi::MIDIPort*> ports;
+        };
+        struct Made {
+            std::shared_ptr<FakeDevice> device;
+            std::unique_ptr<LibMidi::MIDIPort> port;
+        };
+
+        void ListPorts() {
+            list_.ports.clear();
+            for (const auto& device : backend_.devices) {
+                list_.ports.push_back(FindOrMake(device));
+            }
+        }
+        LibMidi::MIDIPort* FindOrMake(const std::shared_ptr<FakeDevice>& device) {
+            for (const Made& made : made_) {
+                if (made.device == device) {
+                    return made.port.get();
+                }
+            }
+            made_.push_back({device, Make(device.get())});
+            return made_.back().port.get();
+        }
+        std::unique_ptr<LibMidi::MIDIPort> Make(FakeDevice* device) {
+            const int number = static_cast<int>(made_.size());
+            if (device == nullptr) {
+                return nullptr;
+            }
+            if ((device->flags & LibMidi::kInput) != 0) {
+                auto port = std::make_unique<FakeInPort>(number, *device, backend_.log);
+                backend_.ins_[device->name] = port.get();
+                return port;
+            }
+            auto port = std::make_unique<FakeOutPort>(number, *device, backend_.log);
+            backend_.outs_[device->name] = port.get();
+            return port;
+        }
+
         FakeBackend& backend_;
-        std::vector<std::shared_ptr<FakeDevice>> devices_;
-        LibMidi::MIDIPortContainerImpl ports_;
+        std::vector<Made> made_;
+        List list_;
     };
 
     template <class Port>

@@ -83,7 +83,8 @@ private:
                 return std::any_of(names.begin(), names.end(),
                                    [&free](const NK::CString& name) { return name.Compare(free) == 0; });
             }));
-            present_[index]->SetFormerName(names.back());
+            const bool isTheSame = present_[index]->GetGivenName() == listed[index].port;
+            present_[index]->SetFormerName(isTheSame ? NK::CString() : names.back());
         }
     }
 

@@ -21,9 +21,11 @@ public:
     /// The name without the number that tells it from another of that name.
     void SetGivenName(std::string name) { givenName_ = std::move(name); }
     const std::string& GetGivenName() const { return givenName_; }
-    /// As the PortMidi backend lists it.
+    /// As the PortMidi backend lists it; empty where only a number could be different.
     void SetFormerName(NK::CString name) { formerName_ = std::move(name); }
-    bool HadName(const NK::CString& name) const override { return formerName_.Compare(name) == 0; }
+    bool HadName(const NK::CString& name) const override {
+        return !formerName_.IsEmpty() && formerName_.Compare(name) == 0;
+    }
 
     bool WasOpened() const { return wasOpened_; }
     DeviceState LookAtDevice() override;

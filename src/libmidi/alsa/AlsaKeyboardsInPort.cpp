@@ -7,7 +7,7 @@
 namespace LibMidi {
 
 AlsaKeyboardsInPort::AlsaKeyboardsInPort(const std::shared_ptr<AlsaClient>& client)
-    : MIDIPortImpl(0, SpecialPorts::kAllKeyboards, kInput), AlsaInPort(client) {
+    : MIDIPortImpl(0, NK::CString::FromUtf8(SpecialPorts::kAllKeyboards), kInput), AlsaInPort(client) {
 }
 
 AlsaKeyboardsInPort::~AlsaKeyboardsInPort() {

@@ -5,7 +5,7 @@
 namespace LibMidi {
 
 AlsaProgramsInPort::AlsaProgramsInPort(const std::shared_ptr<AlsaClient>& client)
-    : MIDIPortImpl(0, SpecialPorts::kProgramsIn, kInput), AlsaInPort(client) {
+    : MIDIPortImpl(0, NK::CString::FromUtf8(SpecialPorts::kProgramsIn), kInput), AlsaInPort(client) {
 }
 
 AlsaProgramsInPort::~AlsaProgramsInPort() {

@@ -8,7 +8,7 @@
 namespace LibMidi {
 
 AlsaProgramsOutPort::AlsaProgramsOutPort(std::shared_ptr<AlsaClient> client)
-    : MIDIPortImpl(0, SpecialPorts::kProgramsOut, kOutput), client_(std::move(client)) {
+    : MIDIPortImpl(0, NK::CString::FromUtf8(SpecialPorts::kProgramsOut), kOutput), client_(std::move(client)) {
 }
 
 AlsaProgramsOutPort::~AlsaProgramsOutPort() {

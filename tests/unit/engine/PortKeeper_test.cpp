@@ -28,6 +28,7 @@ protected:
         engine.SetInputPortByName(kKeyboard);
         QObject::connect(&keeper, &Kivora::PortKeeper::StateChanged, [this] { ++changes; });
         QObject::connect(&keeper, &Kivora::PortKeeper::InputReturned, [this] { ++returns; });
+        QObject::connect(&keeper, &Kivora::PortKeeper::PortsChanged, [this] { ++lists; });
     }
     void Listen(const wchar_t* name, SynthModel& model) {
         rig.GetDevice(name).onWrite = [&model](const LibMidi::MIDIEvent& event) { model.Play(event); };
@@ -55,6 +56,7 @@ protected:
     Kivora::PortKeeper keeper{front};
     int changes = 0;
     int returns = 0;
+    int lists = 0;
 };
 
 // An input.
@@ -384,6 +386,143 @@ TEST_F(Keeper, WithoutAnOpenOutputItsStateTellsWhy) {
     engine.RescanPorts();
     EXPECT_EQ(keeper.GetOutputState(), OutputState::kNone);
     keeper.Look();
+}
+
+// Devices that a backend tells of.
+
+class FollowingKeeper : public Keeper {
+protected:
+    FollowingKeeper() {
+        rig.backend.follows = true;
+        QObject::connect(&engine, &Kivora::CKivora::DevicesChanged, [this] { keeper.FollowDevices(); });
+    }
+    /// The backend says so.
+    void Plug(const std::shared_ptr<FakeDevice>& device) {
+        device->state = device->isOpen ? DeviceState::kBack : DeviceState::kWorks;
+        rig.backend.devices.push_back(device);
+        rig.backend.tell();
+        device->state = DeviceState::kWorks;
+    }
+    std::shared_ptr<FakeDevice> Unplug(const wchar_t* name) {
+        std::shared_ptr<FakeDevice> device;
+        for (const auto& one : rig.backend.devices) {
+            device = one->name == name ? one : device;
+        }
+        device->state = DeviceState::kLost;
+        rig.backend.Unplug(name);
+        rig.backend.tell();
+        return device;
+    }
+};
+
+TEST_F(FollowingKeeper, ADeviceThatComesOrGoesIsListedAndNothingThatPlaysIsTouched) {
+    engine.PlayNoteOn(60, 100);
+    ASSERT_TRUE(IsSounding());
+    rig.log.clear();
+    rig.TakeWritten();
+    Plug(std::make_shared<FakeDevice>(L"New keys", LibMidi::kInput));
+    EXPECT_GE(engine.GetInputPortNames().Find(L"New keys"), 0);
+    EXPECT_EQ(lists, 1);
+    Unplug(L"New keys");
+    EXPECT_EQ(engine.GetInputPortNames().Find(L"New keys"), -1);
+    EXPECT_EQ(lists, 2);
+    rig.backend.tell();
+    EXPECT_EQ(lists, 2) << "nothing has changed";
+    EXPECT_TRUE(IsSounding());
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    EXPECT_THAT(rig.log, IsEmpty());
+    EXPECT_EQ(returns, 0);
+}
+
+TEST_F(FollowingKeeper, AKeyboardThatIsPulledOutIsLostAtOnceAndOpenedAgainWhenItIsBack) {
+    rig.GetKeyboard().Deliver(0x90, 60, 100);
+    ASSERT_TRUE(IsSounding());
+    const auto device = Unplug(kKeyboard);
+    EXPECT_FALSE(IsSounding());
+    EXPECT_TRUE(engine.IsInputLost());
+    EXPECT_EQ(engine.GetInputPortIndex(), -1);
+    EXPECT_EQ(changes, 1);
+    Plug(device);
+    EXPECT_FALSE(engine.IsInputLost());
+    EXPECT_EQ(returns, 1);
+    EXPECT_EQ(engine.GetInputPortName(), kKeyboard);
+    EXPECT_EQ(engine.GetInputPortIndex(), 1);
+    rig.GetKeyboard().Deliver(0x90, 62, 100);
+    EXPECT_TRUE(IsSounding());
+}
+
+TEST_F(FollowingKeeper, AKeyboardThatComesBackDuringARecordingPlaysIntoIt) {
+    ASSERT_TRUE(front.StartRecording());
+    const auto device = Unplug(kKeyboard);
+    Plug(device);
+    EXPECT_TRUE(engine.IsRecording());
+    EXPECT_FALSE(engine.IsInputLost());
+    EXPECT_EQ(returns, 1);
+}
+
+TEST_F(FollowingKeeper, AReScanWhileAKeyboardIsAwayLosesNeitherItsNameNorTheOutput) {
+    engine.PlayNoteOn(60, 100);
+    const auto device = Unplug(kKeyboard);
+    rig.log.clear();
+    EXPECT_TRUE(engine.RescanPorts());
+    EXPECT_THAT(rig.log, ElementsAre("input closed"));
+    EXPECT_TRUE(engine.IsInputLost());
+    EXPECT_TRUE(IsSounding());
+    Plug(device);
+    EXPECT_FALSE(engine.IsInputLost());
+    EXPECT_GE(engine.GetInputPortIndex(), 0);
+    EXPECT_EQ(returns, 1);
+}
+
+TEST_F(FollowingKeeper, AChosenKeyboardThatWasNotThereAtTheStartIsOpenedWhenItComes) {
+    engine.CloseInputPort();
+    engine.SetSavedInputPortName(L"New keys");
+    Plug(std::make_shared<FakeDevice>(L"Other keys", LibMidi::kInput));
+    EXPECT_EQ(engine.GetInputPortIndex(), -1);
+    EXPECT_EQ(returns, 0);
+    Plug(std::make_shared<FakeDevice>(L"New keys", LibMidi::kInput));
+    EXPECT_GE(engine.GetInputPortIndex(), 0);
+    EXPECT_EQ(returns, 1);
+}
+
+TEST_F(FollowingKeeper, AnOutputThatGoesIsLostAtOnceAndPlaysAgainWhenItIsBack) {
+    engine.PlayNoteOn(60, 100);
+    ASSERT_TRUE(IsSounding());
+    const auto device = Unplug(kSynth);
+    EXPECT_TRUE(engine.IsOutputLost());
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kLost);
+    Plug(device);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_FALSE(IsSounding());
+}
+
+TEST_F(FollowingKeeper, AWantedOutputThatWasNotThereAtTheStartIsOpenedWhenItComes) {
+    engine.CloseOutputPort();
+    engine.SetSavedOutputPortName(L"New synth");
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kMissing);
+    const auto device = std::make_shared<FakeDevice>(L"New synth", LibMidi::kOutput);
+    device->isOpen = true;  // what can be opened says that it is back
+    Plug(device);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_EQ(engine.GetOutputPortName(), L"New synth");
+}
+
+TEST_F(FollowingKeeper, WhatIsSavedUnderAnotherWayOfListingGetsItsListedName) {
+    engine.CloseInputPort();
+    engine.CloseOutputPort();
+    rig.GetDevice(kOtherKeyboard).formerName = L"Port 1";
+    rig.GetDevice(kOtherSynth).formerName = L"Port 1";
+    engine.SetSavedInputPortName(L"Port 1");
+    engine.SetSavedOutputPortName(L"Port 1");
+    engine.UpdatePorts();
+    EXPECT_EQ(engine.GetInputPortName(), kOtherKeyboard);
+    EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
+    engine.SetSavedInputPortName(L"Port 1");
+    engine.SetSavedOutputPortName(L"Port 1");
+    front.OpenPorts();
+    EXPECT_EQ(engine.GetInputPortName(), kOtherKeyboard);
+    EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
+    EXPECT_TRUE(engine.IsOutputReady());
 }
 
 }  // namespace

@@ -411,8 +411,8 @@ TEST_F(Ports, TheSignalsAndSlotsStandInTheirOrder) {
                                      "VoiceSettingsChanged()", "KeyTranslationSettingChanged()",
                                      "KeyboardDisplayChanged()", "PresetChanged()", "UISkinChanged()", "TempoChanged()",
                                      "MetronomeChanged()", "ArpeggiatingChanged()", "Bar()", "Beat()", "OutputLost()",
-                                     "InputLost()", "RecordingSaved()", "DamagedFileSetAside(QString)", "ResetSynth()",
-                                     "AllNotesOff()", "onMetronomeTimer()"));
+                                     "InputLost()", "RecordingSaved()", "DamagedFileSetAside(QString)",
+                                     "DevicesChanged()", "ResetSynth()", "AllNotesOff()", "onMetronomeTimer()"));
 }
 
 TEST_F(Ports, TheTickThreadRunsOnlyFromTheEndOfConstructionToTheEndOfDestruction) {

@@ -48,6 +48,21 @@ TEST(MIDIPortContainer, APortOutsideTheListIsNull) {
     EXPECT_EQ(ports.GetCount(), 0U);
 }
 
+TEST(MIDIPortContainer, WhereNoPortHasANameOneThatHadItIsFound) {
+    class COldName : public CFakeOutPort {
+    public:
+        explicit COldName(const wchar_t* name) : MIDIPortImpl(0, NK::CString(name), kOutput), CFakeOutPort(name) {}
+        bool HadName(const NK::CString& name) const override { return name == L"old"; }
+    };
+    MIDIPortContainerImpl ports;
+    auto* renamed = Append<COldName>(ports, L"new");
+    EXPECT_EQ(ports.FindOutputByName(L"old"), renamed);
+    EXPECT_EQ(ports.FindOutputByName(L"new"), renamed);
+    EXPECT_EQ(ports.FindInputByName(L"old"), nullptr);
+    auto* named = Append<CFakeOutPort>(ports, L"old");
+    EXPECT_EQ(ports.FindOutputByName(L"old"), named);
+}
+
 TEST(MIDIPortContainer, TheFirstPortIsOneThatIsNotOpenUnlessAllowed) {
     MIDIPortContainerImpl ports;
     auto* out1 = Append<CFakeOutPort>(ports, L"o1");

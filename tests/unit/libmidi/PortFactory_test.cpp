@@ -21,6 +21,14 @@ public:
     MIDIInPort* GetDefaultInput() const override { return defaultInput; }
     MIDIOutPort* GetDefaultOutput() const override { return defaultOutput; }
     bool IsFixed() const override { return fixed; }
+    bool StaysThroughRescan() const override { return fixed || stays; }
+    void Update() override {
+        if (stays) {
+            log_.push_back("update " + name_);
+            AddOutput(L"new");
+        }
+    }
+    void TellOfDevices(std::function<void()> tell) override { log_.push_back(tell ? "tells " + name_ : "mute"); }
 
     CFakeOutPort* AddOutput(const wchar_t* name) {
         auto port = std::make_unique<CFakeOutPort>(name);
@@ -33,6 +41,7 @@ public:
     MIDIInPort* defaultInput = nullptr;
     MIDIOutPort* defaultOutput = nullptr;
     bool fixed = false;
+    bool stays = false;
 
 private:
     std::vector<std::string>& log_;
@@ -162,6 +171,44 @@ TEST_F(PortFactoryTest, ARescanLeavesAFixedSetWithItsOpenPorts) {
     EXPECT_EQ(NamesOf(factory), (std::vector<std::wstring>{L"1", L"2"}));
     EXPECT_EQ(factory.GetPortList()->FindOutputByName(L"2"), kept);
     EXPECT_NE(kept->GetFlags() & kOpen, 0U);
+}
+
+TEST_F(PortFactoryTest, ASetThatStaysIsUpdatedByARescanAndByAnUpdate) {
+    PortFactory factory({Backend("devices", {L"1"}), [this] {
+                             auto set = std::make_unique<CFakeSet>(log, "follows");
+                             set->stays = true;
+                             set->AddOutput(L"2");
+                             return set;
+                         }});
+    factory.Update();
+    EXPECT_EQ(factory.GetPortList(), nullptr) << "nothing is listed before the first refresh";
+    factory.Refresh();
+    MIDIOutPort* kept = factory.GetPortList()->FindOutputByName(L"2");
+    EXPECT_TRUE(factory.StaysThroughRescan(kept));
+    EXPECT_FALSE(factory.IsFixed(kept));
+    EXPECT_FALSE(factory.StaysThroughRescan(factory.GetPortList()->FindOutputByName(L"1")));
+    EXPECT_FALSE(factory.StaysThroughRescan(nullptr));
+    kept->Open();
+    log.clear();
+    factory.Update();
+    EXPECT_EQ(log, (std::vector<std::string>{"update follows"}));
+    EXPECT_EQ(NamesOf(factory), (std::vector<std::wstring>{L"1", L"2", L"new"}));
+    log.clear();
+    ASSERT_TRUE(factory.Rescan());
+    EXPECT_EQ(log, (std::vector<std::string>{"-devices", "update follows", "+devices"}));
+    EXPECT_EQ(factory.GetPortList()->FindOutputByName(L"2"), kept);
+    EXPECT_NE(kept->GetFlags() & kOpen, 0U);
+}
+
+TEST_F(PortFactoryTest, EverySetIsToldWhomToTellOfDevices) {
+    PortFactory factory({Backend("a", {L"1"})});
+    factory.TellOfDevices([] {});
+    factory.Refresh();
+    factory.Rescan();
+    EXPECT_EQ(log, (std::vector<std::string>{"+a", "tells a", "-a", "+a", "tells a"}));
+    log.clear();
+    factory.TellOfDevices({});
+    EXPECT_EQ(log, (std::vector<std::string>{"mute"}));
 }
 
 TEST_F(PortFactoryTest, ARescanTriesAFailedBackendAgain) {
