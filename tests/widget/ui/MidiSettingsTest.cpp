@@ -451,6 +451,21 @@ TEST_F(SettingsDialog, ARescanShowsTheDevicesThatAreThereNow) {
     EXPECT_TRUE(rig.GetDevice(kSynth).isOpen);
 }
 
+TEST_F(SettingsDialog, PortsThatAreNoDevicesHaveTheirNamesInTheUsersLanguage) {
+    rig.backend.Plug(L"All MIDI keyboards", LibMidi::kInput);
+    rig.backend.Plug(L"Other programs (Kivora LX out)", LibMidi::kOutput);
+    rig.engine->RescanPorts();
+    Kivora::SetLocale("ru_RU", false);
+    Open();
+    EXPECT_EQ(Items("insCb"), (QStringList{"Keyboard", "Other keyboard", "Все MIDI-клавиатуры"}));
+    EXPECT_EQ(Items("outsCb").last(), "Другие программы (Kivora LX out)");
+    Combo("insCb").setCurrentIndex(2);
+    dialog->portsChanged();
+    EXPECT_EQ(Combo("insCb").currentIndex(), 2) << "chosen, and not yet taken over";
+    Click("pushButton");
+    EXPECT_EQ(rig.engine->GetInputPortName(), L"All MIDI keyboards") << "and is saved so in every language";
+}
+
 TEST_F(SettingsDialog, ARescanIsRefusedWhileRecording) {
     ASSERT_TRUE(rig.engine->StartRecording());
     Open();

@@ -114,6 +114,20 @@ TEST_F(PanelStatus, AKeyOfAnExternalKeyboardIsShownThoughItsThreadIsNotTheWindow
     EXPECT_EQ(Label("display-velocity"), "55");
 }
 
+TEST_F(PanelStatus, DevicesThatABackendTellsOfOnItsThreadAreListedAndOpened) {
+    rig.backend.follows = true;
+    Engine().CloseInputPort();
+    Engine().SetSavedInputPortName(L"New keys");
+    rig.backend.Plug(L"New keys", LibMidi::kInput);
+    std::thread backend([this] { rig.backend.tell(); });
+    backend.join();
+    EXPECT_EQ(Engine().GetInputPortNames().Find(L"New keys"), -1) << "it waits for the window's thread";
+    QApplication::processEvents();
+    EXPECT_GE(Engine().GetInputPortNames().Find(L"New keys"), 0);
+    EXPECT_GE(Engine().GetInputPortIndex(), 0);
+    EXPECT_EQ(Label("display-notice"), "The MIDI keyboard is connected again: New keys");
+}
+
 TEST_F(PanelStatus, ThePianoForwardsWhatTheMousePlays) {
     const QPoint low = Piano().keyRect(64).center().toPoint() + QPoint(0, 60);
     QTest::mousePress(&Piano(), Qt::LeftButton, {}, low);
