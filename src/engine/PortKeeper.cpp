@@ -1,8 +1,10 @@
 #include "engine/PortKeeper.h"
 
 #include <algorithm>
+#include <string>
 
 #include "libmidi/PortNames.h"
+#include "libmidi/SpecialPorts.h"
 #include "libmidi/SynthSettings.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
@@ -15,6 +17,12 @@ namespace {
 
 constexpr int kLongestPause = 8;  // looks
 constexpr int kLongCalm = 5;
+
+/// Whether the output is no device, and sounds only where other programs take what is written.
+bool HandsOn(const NK::CString& output) {
+    const std::string name = output.ToUtf8();
+    return LibMidi::IsLoopBack(name) || name == LibMidi::SpecialPorts::kProgramsOut;
+}
 
 /// False also for what throws: then it is tried again, or the user does.
 template <class Action>
@@ -123,7 +131,7 @@ PortKeeper::OutputState PortKeeper::GetOutputState() const {
     const LibMidi::SynthControl* const synth = engine.GetSynth();
     const bool lacksFont = synth != nullptr && names.Find(synth->GetPortName()) < 0;
     if (engine.IsOutputReady()) {
-        if (lacksFont && LibMidi::IsLoopBack(name.ToUtf8())) {
+        if (lacksFont && HandsOn(name)) {
             return OutputState::kHandsOn;
         }
         return isStalled_ ? OutputState::kStalled : OutputState::kPlays;

@@ -115,16 +115,19 @@ TEST_F(PanelStart, TheBuiltInSynthesizerThatWasChosenAndHasNoFontIsTold) {
     EXPECT_EQ(Notice(), "No sound: the software synthesizer has no sound font");
 }
 
-TEST_F(PanelStart, ALoopBackThatStandsInForTheSynthesizerIsTold) {
-    constexpr const wchar_t* kLoopBack = L"Midi Through Port-0";
-    rig.synth = std::make_shared<FakeSynth>();
-    rig.backend.Unplug(kSynth);
-    rig.backend.Plug(kLoopBack, LibMidi::kOutput);
-    rig.backend.defaultOutput = kLoopBack;
-    CreateEngine();
-    CreateWindow();
-    Wait([&] { return !Notice().empty(); });
-    EXPECT_EQ(Notice(), "No sound here: Midi Through Port-0 hands the notes to other programs");
+TEST_F(PanelStart, AWayToOtherProgramsThatStandsInForTheSynthesizerIsTold) {
+    for (const wchar_t* const port : {L"Midi Through Port-0", L"Other programs (Kivora LX out)"}) {
+        rig.synth = std::make_shared<FakeSynth>();
+        rig.backend.devices.clear();
+        rig.backend.Plug(port, LibMidi::kOutput);
+        rig.backend.defaultOutput = port;
+        CloseWindow();
+        front.reset();
+        CreateEngine();
+        CreateWindow();
+        Wait([&] { return !Notice().empty(); });
+        EXPECT_EQ(Notice(), "No sound here: " + NK::CString(port).ToUtf8() + " hands the notes to other programs");
+    }
 }
 
 TEST_F(PanelStart, AnInputThatCannotBeOpenedIsToldWithItsName) {

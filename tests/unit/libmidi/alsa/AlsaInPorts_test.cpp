@@ -2,9 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "libmidi/alsa/AlsaDeviceInPort.h"
 #include "libmidi/alsa/AlsaKeyboardsInPort.h"
 #include "libmidi/alsa/AlsaProgramsInPort.h"
+#include "libmidi/OpenSounds.h"
 #include "support/AllocationCounter.h"
 #include "unit/libmidi/alsa/AlsaRig.h"
 
@@ -244,6 +247,71 @@ TEST_F(AlsaInPorts, AProgramThatEndsOrIsDisconnectedEndsWhatItHeld) {
     EXPECT_EQ(listener.Take(), (Batches{{0x803C00}})) << "the other one sends without a connection, and is there";
     rig.Unplug(21);
     EXPECT_EQ(listener.Take(), (Batches{{0x804800}}));
+}
+
+// Any history.
+
+/// Knows what is held after what it was told; a loss ends everything, as the engine does.
+struct CHeldListener : MIDIPortDataListener {
+    void OnMIDIData(const MIDIEvent* events, std::int32_t count) override {
+        for (std::int32_t index = 0; index < count; ++index) {
+            held.Follow(events[index].ToMessage());
+        }
+    }
+    void OnMIDIDataLost(std::uint32_t) override { held = {}; }
+    OpenSounds held;
+};
+
+TEST_F(AlsaInPorts, WhateverIsPlayedPulledCutAndLostNothingIsHeldByWhoHasGone) {
+    constexpr int kActions = 20000;
+    constexpr int kDevices = 4;
+    constexpr int kFirst = 30;
+    CHeldListener model;
+    keyboards.RemoveListener(&listener);
+    keyboards.AddListener(&model);
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    const CFakeAlsaSeq::Address own{CFakeAlsaSeq::kOwnClient, rig.api.FindOwnPorts("Input").front()};
+    std::mt19937 random(1);
+    const auto below = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    for (int action = 0; action < kActions; ++action) {
+        const int device = kFirst + below(kDevices);
+        switch (below(12)) {
+            case 0:
+                rig.api.Unplug(device);  // and comes back before anybody has read of it
+                rig.api.Announce(SND_SEQ_EVENT_PORT_EXIT, {device, 0});
+                [[fallthrough]];
+            case 1:
+                rig.api.Plug(device, "Keys", 0, "Keys", kSending);
+                rig.api.Announce(SND_SEQ_EVENT_PORT_START, {device, 0});
+                break;
+            case 2:
+                rig.Unplug(device);
+                break;
+            case 3:
+                rig.api.Disconnect({device, 0}, own);
+                rig.api.AnnounceCut({device, 0}, own);
+                break;
+            case 4:
+                rig.api.FailInput(-ENOSPC);
+                break;
+            case 5:
+                rig.api.Send({device, 0}, Pedal(127 * below(2)));
+                break;
+            default:
+                rig.api.Send({device, 0}, NoteOn(60 + below(5), 100 * below(2)));
+        }
+        if (below(3) == 0) {
+            rig.client->RunInputRound();
+        }
+        if (below(50) == 0) {
+            for (int other = kFirst; other < kFirst + kDevices; ++other) {
+                rig.Unplug(other);
+            }
+            ASSERT_FALSE(model.held.IsAny()) << "after " << action << " actions";
+        }
+    }
+    keyboards.Close();
+    keyboards.RemoveListener(&model);
 }
 
 }  // namespace
