@@ -274,31 +274,31 @@ TEST_F(AlsaInPorts, WhateverIsPlayedPulledCutAndLostNothingIsHeldByWhoHasGone) {
     std::mt19937 random(1);
     const auto below = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
     for (int action = 0; action < kActions; ++action) {
-        const int device = kFirst + below(kDevices);
+        const int number = kFirst + below(kDevices);
         switch (below(12)) {
             case 0:
-                rig.api.Unplug(device);  // and comes back before anybody has read of it
-                rig.api.Announce(SND_SEQ_EVENT_PORT_EXIT, {device, 0});
+                rig.api.Unplug(number);  // and comes back before anybody has read of it
+                rig.api.Announce(SND_SEQ_EVENT_PORT_EXIT, {number, 0});
                 [[fallthrough]];
             case 1:
-                rig.api.Plug(device, "Keys", 0, "Keys", kSending);
-                rig.api.Announce(SND_SEQ_EVENT_PORT_START, {device, 0});
+                rig.api.Plug(number, "Keys", 0, "Keys", kSending);
+                rig.api.Announce(SND_SEQ_EVENT_PORT_START, {number, 0});
                 break;
             case 2:
-                rig.Unplug(device);
+                rig.Unplug(number);
                 break;
             case 3:
-                rig.api.Disconnect({device, 0}, own);
-                rig.api.AnnounceCut({device, 0}, own);
+                rig.api.Disconnect({number, 0}, own);
+                rig.api.AnnounceCut({number, 0}, own);
                 break;
             case 4:
                 rig.api.FailInput(-ENOSPC);
                 break;
             case 5:
-                rig.api.Send({device, 0}, Pedal(127 * below(2)));
+                rig.api.Send({number, 0}, Pedal(127 * below(2)));
                 break;
             default:
-                rig.api.Send({device, 0}, NoteOn(60 + below(5), 100 * below(2)));
+                rig.api.Send({number, 0}, NoteOn(60 + below(5), 100 * below(2)));
         }
         if (below(3) == 0) {
             rig.client->RunInputRound();
