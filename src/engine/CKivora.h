@@ -323,7 +323,7 @@ signals:
     void Beat();
     /// Once when the output has failed or gone; emitted on the tick's or the GUI thread.
     void OutputLost();
-    void InputLost();  ///< the input device's buffer ran over; emitted on the input port's thread
+    void InputLost();       ///< the input device's buffer ran over; emitted on the input port's thread
     void RecordingSaved();  ///< SaveRecording() has written a file; emitted with no lock held
     /// A damaged settings or preset file stood where one was saved now; it is kept under this path. Emitted with no
     /// lock held.
