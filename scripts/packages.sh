@@ -22,6 +22,7 @@ export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev qt6-base-private-dev locales
     xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
+    weston qt6-wayland
 )
 
 # The further checks of .ci/run, on top of what testing needs.
