@@ -18,7 +18,6 @@
 #include "ui/Dialogs.h"
 #include "ui/FocusRing.h"
 #include "ui/InputLanguage.h"
-#include "ui/KeyboardTest.h"
 #include "ui/MIDIEventRelay.h"
 #include "ui/PanelControlKeys.h"
 #include "ui/PresetList.h"
@@ -159,11 +158,6 @@ void KivoraWidget::resetClicked() {
 
 void KivoraWidget::helpClicked() {
     desktop_.showHelp();
-}
-
-void KivoraWidget::testKeyboardClicked() {
-    releaseHeld();
-    KeyboardTest(computerKeys_->layout().get(), this).exec();
 }
 
 void KivoraWidget::aboutClicked() {

@@ -111,7 +111,6 @@ public slots:
     void timerTick();
     void resetClicked();
     void helpClicked();
-    void testKeyboardClicked();
     void MIDIMessageSent(int packedMessage);
     void synthSet();
     /// Throws NK::CException "Invalid MIDI patch number." for a program above 127.

@@ -7,6 +7,8 @@
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
+#include "ui/ComputerKeys.h"
+#include "ui/KeyboardTest.h"
 #include "ui/KivoraWidget.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLegends.h"
@@ -74,7 +76,10 @@ void KivoraWidget::createActions() {
     createViewActions();
     menu_->addSeparator();
     addMenuAction(*menu_, tr("S&ettings..."), Qt::Key_F4, slot(&KivoraWidget::settingsClicked));
-    addMenuAction(*menu_, tr("Test My &Keyboard..."), {}, slot(&KivoraWidget::testKeyboardClicked));
+    addMenuAction(*menu_, tr("Test My &Keyboard..."), {}, [this] {
+        releaseHeld();
+        KeyboardTest(computerKeys_->layout().get(), this).exec();
+    });
     addMenuAction(*menu_, tr("&Help"), Qt::Key_F1, slot(&KivoraWidget::helpClicked));
     addMenuAction(*menu_, tr("A&bout"), {}, slot(&KivoraWidget::aboutClicked));
     menu_->addSeparator();
