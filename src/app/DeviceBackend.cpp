@@ -23,10 +23,10 @@ LibMidi::BackendCreator MakeDeviceBackend() {
         return LibMidi::PortMIDIBackend();
     }
     return [client = std::make_shared<std::shared_ptr<LibMidi::AlsaClient>>()] {
-        if (*client == nullptr || !(*client)->IsOpen()) {
+        if (*client == nullptr || !(*client)->Works()) {
             *client = std::make_shared<LibMidi::AlsaClient>();
         }
-        return (*client)->IsOpen() ? LibMidi::MakeAlsaBackend(*client)() : LibMidi::PortMIDIBackend()();
+        return (*client)->Works() ? LibMidi::MakeAlsaBackend(*client)() : LibMidi::PortMIDIBackend()();
     };
 }
 

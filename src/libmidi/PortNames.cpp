@@ -1,5 +1,7 @@
 #include "libmidi/PortNames.h"
 
+#include "libmidi/SpecialPorts.h"
+
 namespace LibMidi {
 
 NK::CString FindFreeName(const NK::CString& given, const std::function<bool(const NK::CString&)>& isTaken) {
@@ -12,6 +14,10 @@ NK::CString FindFreeName(const NK::CString& given, const std::function<bool(cons
 
 bool IsLoopBack(std::string_view name) {
     return name.starts_with("Midi Through");
+}
+
+bool HandsOn(std::string_view output) {
+    return IsLoopBack(output) || output == SpecialPorts::kProgramsOut;
 }
 
 }  // namespace LibMidi

@@ -14,4 +14,7 @@ NK::CString FindFreeName(const NK::CString& given, const std::function<bool(cons
 /// Whether the port is the sequencer's own loop-back, by its name: what is played to it comes back.
 bool IsLoopBack(std::string_view name);
 
+/// Whether the output is no device, by its name, and sounds only where other programs take what is written.
+bool HandsOn(std::string_view output);
+
 }  // namespace LibMidi

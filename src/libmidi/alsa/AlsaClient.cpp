@@ -21,6 +21,8 @@ constexpr unsigned int kType =
     SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_SOFTWARE | SND_SEQ_PORT_TYPE_APPLICATION;
 
 constexpr std::size_t kPoolSize = 2000;  ///< the kernel's limit: events that wait for a thread that does not get to run
+/// The longest system message that the pool takes: one that did not fit would never be read, and nothing behind it.
+constexpr std::size_t kBufferSize = (kPoolSize + 1) * sizeof(snd_seq_event_t);
 constexpr std::size_t kMostAtOnce = 4096;
 
 constexpr snd_seq_addr_t kSystemAnnouncements{SND_SEQ_CLIENT_SYSTEM, SND_SEQ_PORT_SYSTEM_ANNOUNCE};
@@ -96,6 +98,7 @@ void AlsaClient::Open() {
     id_ = api_.GetClientId(sequencer_);
     TakeName();
     api_.SetClientPoolInput(sequencer_, kPoolSize);
+    api_.SetInputBufferSize(sequencer_, kBufferSize);
     const auto sender = CreatePort(AlsaNames::kPublicSender, kSendsToAll);
     const auto receiver = CreatePort(AlsaNames::kPublicReceiver, kReceivesFromAll);
     const auto announcements = CreatePort("Announcements", kReceives | SND_SEQ_PORT_CAP_NO_EXPORT);

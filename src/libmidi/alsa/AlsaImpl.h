@@ -29,7 +29,8 @@ public:
     MIDIInPort* GetDefaultInput() const override;
     /// The first device, else what other programs connect.
     MIDIOutPort* GetDefaultOutput() const override;
-    bool StaysThroughRescan() const override { return true; }
+    /// Until the sequencer fails.
+    bool StaysThroughRescan() const override { return client_->Works(); }
     void Update() override;
     void TellOfDevices(std::function<void()> tell) override;
 

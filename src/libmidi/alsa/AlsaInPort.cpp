@@ -32,7 +32,7 @@ AlsaInPort::Sender& AlsaInPort::FindSender(snd_seq_addr_t address, snd_seq_addr_
     if (found != senders_.end()) {
         return *found;
     }
-    senders_.push_back({address, receiver, client_->IsConnected(address, receiver), {}});
+    senders_.push_back({address, receiver, client_->IsConnected(address, receiver), ComesTwice(address, receiver), {}});
     return senders_.back();
 }
 
@@ -41,7 +41,11 @@ void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
         if (!IsMeant(event.source, event.dest)) {
             continue;
         }
-        OpenSounds& held = FindSender(event.source, event.dest).held;
+        Sender& sender = FindSender(event.source, event.dest);
+        if (sender.isDouble) {
+            continue;
+        }
+        OpenSounds& held = sender.held;
         VisitInputEvents(event, [this, &held](const MIDIEvent& message) {
             held.Follow(message.ToMessage());
             QueueEvent(message);
@@ -51,6 +55,9 @@ void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
 
 void AlsaInPort::TakeLoss() {
     QueueLoss();
+    for (Sender& sender : senders_) {
+        sender.held = {};  // who is told of the loss ends it all
+    }
 }
 
 bool AlsaInPort::IsStillThere(snd_seq_addr_t sender, snd_seq_addr_t receiver, bool wasConnected) const {
@@ -66,6 +73,13 @@ void AlsaInPort::TakeNews() {
         return true;
     });
     FollowDevices();
+    for (Sender& sender : senders_) {
+        sender.isConnected = sender.isConnected || client_->IsConnected(sender.address, sender.receiver);
+        if (!sender.isDouble && ComesTwice(sender.address, sender.receiver)) {
+            sender.isDouble = true;
+            sender.held = {};  // its endings come the other way
+        }
+    }
 }
 
 void AlsaInPort::Deliver() {

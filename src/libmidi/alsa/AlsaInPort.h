@@ -24,6 +24,8 @@ protected:
 
     /// Whether what `sender` sends to `receiver`, a port of ours, is for this port. [input]
     virtual bool IsMeant(snd_seq_addr_t sender, snd_seq_addr_t receiver) const = 0;
+    /// Whether what `sender` sends to `receiver` comes to another port of this one too. [input]
+    virtual bool ComesTwice(snd_seq_addr_t, snd_seq_addr_t) const { return false; }
     /// Whether what has sent to `receiver` is still connected as it was. [input]
     bool IsStillThere(snd_seq_addr_t sender, snd_seq_addr_t receiver, bool wasConnected) const;
     /// Devices have come or gone; called once when the port is opened. [gui] [input]
@@ -36,6 +38,7 @@ private:
         snd_seq_addr_t address;
         snd_seq_addr_t receiver;
         bool isConnected;  ///< else it sends without a connection
+        bool isDouble;     ///< and what comes this way is passed over
         OpenSounds held;
     };
 

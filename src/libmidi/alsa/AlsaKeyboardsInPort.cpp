@@ -32,6 +32,10 @@ bool AlsaKeyboardsInPort::IsMeant(snd_seq_addr_t, snd_seq_addr_t receiver) const
     return receiver == own_ || receiver == GetClient().GetPublicReceiver();
 }
 
+bool AlsaKeyboardsInPort::ComesTwice(snd_seq_addr_t sender, snd_seq_addr_t receiver) const {
+    return !(receiver == own_) && GetClient().IsConnected(sender, own_);
+}
+
 void AlsaKeyboardsInPort::FollowDevices() {
     for (const AlsaListedPort& port : GetClient().ListPorts()) {
         if (port.sends && !IsLoopBack(port.port) && !AlsaNames::IsOwnKind(port)) {

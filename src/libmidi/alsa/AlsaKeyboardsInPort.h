@@ -20,6 +20,8 @@ private:
     bool OpenDevice() override NK_REQUIRES(deviceLock_);
     void CloseDevice() override NK_REQUIRES(deviceLock_);
     bool IsMeant(snd_seq_addr_t sender, snd_seq_addr_t receiver) const override;
+    /// A keyboard that somebody has connected to the public port too.
+    bool ComesTwice(snd_seq_addr_t sender, snd_seq_addr_t receiver) const override;
     void FollowDevices() override;
 
     snd_seq_addr_t own_{};  ///< does not change while the port is open

@@ -49,6 +49,9 @@ public:
     int SetClientPoolInput(snd_seq_t* sequencer, std::size_t size) override {
         return snd_seq_set_client_pool_input(sequencer, size);
     }
+    int SetInputBufferSize(snd_seq_t* sequencer, std::size_t size) override {
+        return snd_seq_set_input_buffer_size(sequencer, size);
+    }
     std::vector<int> GetPollDescriptors(snd_seq_t* sequencer) override {
         const int count = snd_seq_poll_descriptors_count(sequencer, POLLIN);
         std::vector<pollfd> polled(static_cast<std::size_t>(count > 0 ? count : 0));

@@ -35,6 +35,8 @@ public:
     virtual int GetClientId(snd_seq_t* sequencer) = 0;
     virtual int SetClientName(snd_seq_t* sequencer, const char* name) = 0;
     virtual int SetClientPoolInput(snd_seq_t* sequencer, std::size_t size) = 0;
+    /// In bytes.
+    virtual int SetInputBufferSize(snd_seq_t* sequencer, std::size_t size) = 0;
     virtual std::vector<int> GetPollDescriptors(snd_seq_t* sequencer) = 0;
     virtual int CreateSimplePort(snd_seq_t* sequencer, const char* name, unsigned int capabilities,
                                  unsigned int type) = 0;

@@ -56,6 +56,7 @@ TEST_F(AlsaClientTest, ItHasItsNameAndTwoPortsThatOthersConnect) {
     EXPECT_EQ(api.lastType,
               unsigned{SND_SEQ_PORT_TYPE_MIDI_GENERIC | SND_SEQ_PORT_TYPE_SOFTWARE | SND_SEQ_PORT_TYPE_APPLICATION});
     EXPECT_EQ(api.poolSize, 2000U);
+    EXPECT_GT(api.bufferSize, api.poolSize * sizeof(snd_seq_event_t));
 }
 
 TEST_F(AlsaClientTest, TheNextInstanceHasANumber) {

@@ -144,6 +144,13 @@ TEST_F(AlsaImplTest, WhoeverWantsIsToldOfDevicesUntilTheSetEnds) {
     EXPECT_EQ(told, 11);
 }
 
+TEST_F(AlsaImplTest, AfterAFailureAReScanMakesAnother) {
+    EXPECT_TRUE(set->StaysThroughRescan());
+    rig.api.FailInput(-ENODEV);
+    rig.client->RunInputRound();
+    EXPECT_FALSE(set->StaysThroughRescan());
+}
+
 TEST_F(AlsaImplTest, WhatOthersConnectOutlivesThePortSet) {
     rig.Plug(20, "Keys");
     rig.api.Connect({20, 0}, rig.GetPublicIn());

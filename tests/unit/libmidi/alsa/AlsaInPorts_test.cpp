@@ -121,7 +121,7 @@ TEST_F(AlsaInPorts, ALossIsToldAndTheLostNewsAreLookedFor) {
     rig.api.Unplug(20);
     rig.api.FailInput(-ENOSPC);
     rig.client->RunInputRound();
-    EXPECT_EQ(listener.Take(), (Batches{{1}, {0x803C00}}));
+    EXPECT_EQ(listener.Take(), (Batches{{1}})) << "which ends it all";
     EXPECT_EQ(device.GetLostCount(), 1U);
     device.Close();
     device.SetPlace(std::nullopt);
@@ -217,6 +217,29 @@ TEST_F(AlsaInPorts, AKeyboardWhosePlugWobblesEndsWhatItHeldAndPlaysOn) {
 TEST_F(AlsaInPorts, AllKeyboardsDoNotOpenWithoutAPort) {
     rig.api.createsLeft = 0;
     EXPECT_EQ(keyboards.Open(), kDeviceError);
+}
+
+TEST_F(AlsaInPorts, AKeyboardThatIsConnectedToThePublicPortTooPlaysOnce) {
+    rig.api.Connect({20, 0}, rig.GetPublicIn());
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64}}));
+    rig.Plug(21, "Sends first");
+    rig.api.Connect({21, 0}, rig.GetPublicIn());
+    rig.Send(21, NoteOn(62));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903E64}}));
+    rig.Unplug(21);
+    EXPECT_EQ(listener.Take(), (Batches{{0x803E00}}));
+}
+
+TEST_F(AlsaInPorts, WhatALossHasEndedIsNotEndedOnceMore) {
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.api.FailInput(-ENOSPC);
+    rig.client->RunInputRound();
+    listener.Take();
+    rig.Unplug(20);
+    EXPECT_EQ(listener.Take(), (Batches{}));
 }
 
 // Other programs.

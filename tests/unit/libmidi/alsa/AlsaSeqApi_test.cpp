@@ -31,6 +31,7 @@ TEST(AlsaSeqApi, OnTheSequencerWhatIsSentToAConnectionArrives) {
     }
     EXPECT_EQ(api.SetClientName(sequencer, "Kivora test"), 0);
     EXPECT_EQ(api.SetClientPoolInput(sequencer, 2000), 0);
+    EXPECT_EQ(api.SetInputBufferSize(sequencer, 56028), 0);
     EXPECT_EQ(api.GetPollDescriptors(sequencer).size(), 1U);
     const auto client = static_cast<unsigned char>(api.GetClientId(sequencer));
     const auto create = [&](const char* name, unsigned int capabilities) {

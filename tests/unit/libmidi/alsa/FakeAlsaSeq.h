@@ -148,6 +148,10 @@ public:
         }
         return 0;
     }
+    int SetInputBufferSize(snd_seq_t*, std::size_t size) override {
+        bufferSize = size;
+        return 0;
+    }
     int SetClientPoolInput(snd_seq_t*, std::size_t size) override {
         poolSize = size;
         return 0;
@@ -249,6 +253,7 @@ public:
     std::atomic<int> opened{0};
     std::atomic<int> closed{0};
     std::size_t poolSize = 0;
+    std::size_t bufferSize = 0;
     unsigned int lastType = 0;
     /// Such an event from there whenever one is asked for.
     const std::pair<const Address, snd_seq_event_t>* flood = nullptr;
