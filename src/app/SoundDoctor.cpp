@@ -80,7 +80,7 @@ SoundFindings SoundDoctor::Look(const CKivora* engine) const {
         findings.output = first >= 0 ? findings.outputs.value(first) : findings.output;
     }
     findings.isOutputSynth = findings.output == QString::fromWCharArray(LibMidi::SynthOutPort::kName);
-    findings.isOutputLoopBack = LibMidi::IsLoopBack(findings.output.toStdString());
+    findings.isOutputLoopBack = LibMidi::HandsOn(findings.output.toStdString());
     LookAtSynth(findings);
     LookAtVolume(findings);
     findings.sequencer = ToFinding(system_.lookAtSequencer());

@@ -264,7 +264,8 @@ bool CKivora::RescanPorts() {
     if (!factory_ || IsRecording()) {
         return false;
     }
-    const bool outputStays = !outputLost_ && !player_->HasWriteFailed() && KeepsThroughRescan(outputPort_);
+    const bool outputStays =
+        outputPort_ != nullptr && !outputLost_ && !player_->HasWriteFailed() && KeepsThroughRescan(outputPort_);
     const bool inputWasLost = inputLost_;
     const bool inputStays = !inputLost_ && KeepsThroughRescan(inputPort_.load());
     if (!inputStays) {

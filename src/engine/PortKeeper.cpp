@@ -1,10 +1,9 @@
 #include "engine/PortKeeper.h"
 
 #include <algorithm>
-#include <string>
+#include <utility>
 
 #include "libmidi/PortNames.h"
-#include "libmidi/SpecialPorts.h"
 #include "libmidi/SynthSettings.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
@@ -17,12 +16,6 @@ namespace {
 
 constexpr int kLongestPause = 8;  // looks
 constexpr int kLongCalm = 5;
-
-/// Whether the output is no device, and sounds only where other programs take what is written.
-bool HandsOn(const NK::CString& output) {
-    const std::string name = output.ToUtf8();
-    return LibMidi::IsLoopBack(name) || name == LibMidi::SpecialPorts::kProgramsOut;
-}
 
 /// False also for what throws: then it is tried again, or the user does.
 template <class Action>
@@ -68,7 +61,12 @@ void PortKeeper::Look() {
 void PortKeeper::FollowDevices() {
     NK_ASSERT_THREAD_ROLE(gui);
     CKivora& engine = front_.GetEngine();
+    const auto output = [&] { return std::pair(GetOutputState(), engine.GetOutputPortName()); };
+    const auto outputBefore = output();
     const bool changed = engine.UpdatePorts();
+    if (output() != outputBefore) {
+        emit StateChanged();
+    }
     Look();
     const bool isOpen = engine.IsInputLost() || engine.GetInputPortIndex() >= 0;
     if (!isOpen && Succeeds([&] { return engine.SetInputPortByName(engine.GetInputPortName()); })) {
@@ -131,7 +129,7 @@ PortKeeper::OutputState PortKeeper::GetOutputState() const {
     const LibMidi::SynthControl* const synth = engine.GetSynth();
     const bool lacksFont = synth != nullptr && names.Find(synth->GetPortName()) < 0;
     if (engine.IsOutputReady()) {
-        if (lacksFont && HandsOn(name)) {
+        if (lacksFont && LibMidi::HandsOn(name.ToUtf8())) {
             return OutputState::kHandsOn;
         }
         return isStalled_ ? OutputState::kStalled : OutputState::kPlays;

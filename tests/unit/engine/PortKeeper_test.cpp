@@ -434,6 +434,18 @@ TEST_F(FollowingKeeper, ADeviceThatComesOrGoesIsListedAndNothingThatPlaysIsTouch
     EXPECT_EQ(returns, 0);
 }
 
+TEST_F(FollowingKeeper, WhatTheListsChangeOfTheOutputIsTold) {
+    engine.CloseOutputPort();
+    engine.SetSavedOutputPortName(L"Grand");
+    ASSERT_EQ(keeper.GetOutputState(), OutputState::kMissing);
+    const auto grand = std::make_shared<FakeDevice>(L"Grand", LibMidi::kOutput);
+    grand->failsToOpen = true;
+    changes = 0;
+    Plug(grand);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kFailed);
+    EXPECT_GE(changes, 1);
+}
+
 TEST_F(FollowingKeeper, AKeyboardThatIsPulledOutIsLostAtOnceAndOpenedAgainWhenItIsBack) {
     rig.GetKeyboard().Deliver(0x90, 60, 100);
     ASSERT_TRUE(IsSounding());

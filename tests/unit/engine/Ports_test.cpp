@@ -105,6 +105,13 @@ TEST_F(Ports, FailureNoPorts) {
     EXPECT_EQ(rig.player, nullptr);
 }
 
+TEST_F(Ports, WithoutPortsAndAPlayerAReScanFindsNothing) {
+    Kivora::CKivora& engine = rig.Create();
+    rig.backend.devices.clear();
+    EXPECT_THROW(engine.InitMidi(), NK::CException);
+    EXPECT_FALSE(engine.RescanPorts());
+}
+
 TEST_F(Ports, FailureNoPlayer) {
     rig.noPlayer = true;
     EXPECT_EQ(ThrownByCreate(), L"MIDI engine initalization failed (error creating MIDI player).");
