@@ -167,7 +167,7 @@ void CPCKeyPlayer::CarryOutRelease(const TPCKey& key, CActions& actions) {
         actions.push_back({EKind::kSustainOff});
         return;
     }
-    if (endsNote && otherWay) {
+    if (begun && otherWay) {
         return;
     }
     const std::optional<TNote> note = key.alt ? std::nullopt : NoteOf(key);

@@ -72,7 +72,7 @@ TPCKey ComputerKeys::keyOf(const QKeyEvent& event) const {
 }
 
 std::optional<QMap<char, QString>> ComputerKeys::keyTops() const {
-    const Layout layout = source_();
+    const Layout& layout = seen_;
     if (!isByPlace(layout)) {
         return std::nullopt;
     }

@@ -35,7 +35,8 @@ public:
     Layout layout() const { return source_(); }
     NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
     /// By the characters of a US keyboard at their places, in upper case: what stands on the keys that play, where they
-    /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed.
+    /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed. As of
+    /// the last look, so that nobody is asked for it.
     std::optional<QMap<char, QString>> keyTops() const;
 
 signals:

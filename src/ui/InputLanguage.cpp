@@ -22,6 +22,10 @@ NK::CWaylandKeyboard& GetWaylandKeyboard() {
 
 NK::LanguageNumber GetInputLanguage() {
     if (IsOnWayland()) {
+        const std::shared_ptr<const NK::TKeyboardLayout> layout = GetWaylandKeyboard().GetLayout();
+        if (layout && layout->language != NK::kLanguageUnknown) {
+            return layout->language;
+        }
         return GetLanguageOfLocale(QGuiApplication::inputMethod()->locale());
     }
     return NK::GetKeyboardLanguage();

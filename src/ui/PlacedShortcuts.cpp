@@ -130,7 +130,9 @@ bool PlacedShortcuts::takesPress(const QKeyEvent& press) {
     }
     if (modifiers.testFlag(Qt::ControlModifier)) {
         const bool isLatin = letters.first() <= Qt::Key_Z;
-        if (!isLatin || press.key() == letters.first() || !isTextField(QApplication::focusWidget())) {
+        // The toolkit has found one already where another layout of the keyboard types it there.
+        const bool isFound = press.key() >= Qt::Key_A && press.key() <= Qt::Key_Z;
+        if (!isLatin || isFound || !isTextField(QApplication::focusWidget())) {
             return false;
         }
         send(*QApplication::focusWidget(), letters.first());

@@ -51,6 +51,9 @@ public:
     }
 
     void NoteKey(std::uint32_t scanCode, std::uint32_t keySymbol) {
+        if (!display_ || !TakeEvents()) {  // the keymap may have come with the key
+            return;
+        }
         const char32_t typed = GetPrintedOf(keySymbol);
         const auto types = [&](const TKeyboardLayout& layout) {
             return layout[scanCode].character == typed || layout[scanCode].shifted == typed;

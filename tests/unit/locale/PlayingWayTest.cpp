@@ -75,7 +75,16 @@ TEST(PlayingWay, ALayoutOfUnknownLanguageGoesByWhatItTypes) {
     EXPECT_FALSE(IsPlayedByPlace(EPCKeyWay::kAutomatic, map, &own));
     std::swap(own.keys[52], own.keys[53]);
     EXPECT_TRUE(IsPlayedByPlace(EPCKeyWay::kAutomatic, map, &own));
-    EXPECT_TRUE(IsPlayedByPlace(EPCKeyWay::kAutomatic, map, &(own = NK::TKeyboardLayout()))) << "no key types anything";
+}
+
+TEST(PlayingWay, ALayoutOfAFewKeysIsAProgramsAndTypes) {
+    NK::TKeyboardLayout few;
+    EXPECT_FALSE(IsPlayedByPlace(EPCKeyWay::kAutomatic, CLocalizedKeyMap(), &few));
+    few.keys[10].character = U'z';
+    few.keys[11].character = U'q';
+    few.keys[12].character = U',';
+    EXPECT_FALSE(IsPlayedByPlace(EPCKeyWay::kAutomatic, CLocalizedKeyMap(), &few));
+    EXPECT_TRUE(IsPlayedByPlace(EPCKeyWay::kByPlace, CLocalizedKeyMap(), &few)) << "who wants it so";
 }
 
 TEST(PlayingWay, ADeadKeyIsNotCovered) {

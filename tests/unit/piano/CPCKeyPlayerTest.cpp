@@ -418,6 +418,13 @@ TEST_F(CPCKeyPlayerTest, ByPlaceThePlacePlaysAndNotTheCharacter) {
     EXPECT_EQ(Press(soft), (CActions{On(72, EVelocityLevel::kLow)}));
 }
 
+TEST_F(CPCKeyPlayerTest, AReleaseFoundAnotherWayEndsNothingWhereItsNoteHasEnded) {
+    EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)});
+    CActions ended;
+    player_.SetOctaveShift(12, ended);
+    EXPECT_EQ(Release(At('z', kScanZ)), CActions{});
+}
+
 TEST_F(CPCKeyPlayerTest, ByPlaceAPlaceWithoutANoteIsLeftToOthersWhateverItTypes) {
     for (const char silent : {'a', 'f', '1', '\'', '`', NK::Piano::kExtraPlace}) {
         for (const bool shift : {false, true}) {

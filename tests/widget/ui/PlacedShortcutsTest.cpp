@@ -126,6 +126,10 @@ TEST_F(PlacedShortcutsOnPanel, ADialogsControlsAreReachedByThePlacesOfTheirLette
     Press(dialog.windowHandle(), kScanC, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "text");
     EXPECT_EQ(field.text(), "text");
+    // As the toolkit finds it where another layout of the keyboard types x there.
+    QKeyEvent cut(QEvent::KeyPress, Qt::Key_X, Qt::ControlModifier, kScanC, 0, 0);
+    QCoreApplication::sendEvent(dialog.windowHandle(), &cut);
+    EXPECT_EQ(field.text(), "");
 }
 
 }  // namespace
