@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStringList>
+#include <QTimerEvent>
 #include <QVBoxLayout>
 
 #include "piano/PCKeyPlaces.h"
@@ -97,6 +98,7 @@ KeyboardTest::KeyboardTest(const NK::TKeyboardLayout* layout, QWidget* parent)
 
 bool KeyboardTest::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate) {
+        carryOutRelease();
         test_.ReleaseAll();
         showKeys();
     }
@@ -108,7 +110,9 @@ void KeyboardTest::keyPressEvent(QKeyEvent* event) {
         FittedDialog::keyPressEvent(event);
         return;
     }
-    if (!event->isAutoRepeat()) {
+    using enum NK::Piano::EKeyVerdict;
+    if (repeats_.Press(event->nativeScanCode(), event->timestamp(), event->isAutoRepeat()) == kPlay) {
+        carryOutRelease();
         test_.Press(event->nativeScanCode(), event->timestamp());
         showKeys();
     }
@@ -119,8 +123,34 @@ void KeyboardTest::keyReleaseEvent(QKeyEvent* event) {
         FittedDialog::keyReleaseEvent(event);
         return;
     }
-    if (!event->isAutoRepeat()) {
-        test_.Release(event->nativeScanCode(), event->timestamp());
+    carryOutRelease();
+    const TRelease release{event->nativeScanCode(), event->timestamp()};
+    using enum NK::Piano::EKeyVerdict;
+    switch (repeats_.Release(release.key, release.timeMs, event->isAutoRepeat(), release)) {
+        case kPlay:
+            test_.Release(release.key, release.timeMs);
+            showKeys();
+            break;
+        case kWait:
+            settleTimer_.start(NK::Piano::kRepeatSettleMs, this);
+            break;
+        case kRepeat:
+            break;
+    }
+}
+
+void KeyboardTest::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == settleTimer_.timerId()) {
+        carryOutRelease();
+    } else {
+        FittedDialog::timerEvent(event);
+    }
+}
+
+void KeyboardTest::carryOutRelease() {
+    settleTimer_.stop();
+    if (const auto release = repeats_.TakeWaiting()) {
+        test_.Release(release->key, release->timeMs);
         showKeys();
     }
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <map>
+#include <QBasicTimer>
 
 #include "nk/nk_keyboard_layout.h"
+#include "piano/CAutoRepeatFilter.h"
 #include "piano/CRolloverTest.h"
 #include "ui/FittedDialog.h"
 
@@ -25,8 +27,15 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
+    struct TRelease {
+        quint32 key;
+        quint64 timeMs;
+    };
+
+    void carryOutRelease();
     void retranslate();
     void showKeys();
     QString taskText() const;
@@ -34,6 +43,8 @@ private:
     QString nameOf(const NK::Piano::CRolloverTest::CChord& chord) const;
 
     NK::Piano::CRolloverTest test_;
+    NK::Piano::CAutoRepeatFilter<TRelease> repeats_;
+    QBasicTimer settleTimer_;          ///< runs while a release waits to be judged
     std::map<quint32, QString> tops_;  ///< by native scan code
     KeyboardFigure* figure_;           // Qt's parent owns these
     QLabel* intro_;

@@ -41,7 +41,17 @@ protected:
         return event.isAccepted();
     }
     void Press(quint32 scanCode) { Send(QEvent::KeyPress, scanCode, now += 100); }
-    void Release(quint32 scanCode) { Send(QEvent::KeyRelease, scanCode, now += 100); }
+    void Release(quint32 scanCode) {
+        const std::string before = Lit();
+        Send(QEvent::KeyRelease, scanCode, now += 100);
+        EXPECT_TRUE(before.empty() || QTest::qWaitFor([&] { return Lit() != before; }));
+    }
+    /// As X11 repeats a held key.
+    void Repeat(quint32 scanCode) {
+        now += 30;
+        Send(QEvent::KeyRelease, scanCode, now);
+        Send(QEvent::KeyPress, scanCode, now);
+    }
     std::string Text(const char* name) { return dialog->findChild<QLabel*>(name)->text().toStdString(); }
     std::string Lit() { return dialog->findChild<KeyboardFigure*>()->accessibleDescription().toStdString(); }
     QPushButton& Button(const char* name) { return *dialog->findChild<QPushButton*>(name); }
@@ -107,6 +117,23 @@ TEST_F(KeyboardTestDialog, TheButtonTellsThatAKeyStaysDarkAndLeavesTheKeyboardAl
     EXPECT_TRUE(Text("keyboardResult").starts_with("Your keyboard cannot report: Z + C + B (without C)."));
     EXPECT_FALSE(Button("keyDropped").isEnabled());
     EXPECT_EQ(Lit(), "Z B");
+}
+
+TEST_F(KeyboardTestDialog, RepeatsOfHeldKeysTellNothingAndLeaveTheButtonAlone) {
+    Open("us");
+    Press(kScanZ);
+    for (int repeat = 0; repeat < 5; ++repeat) {
+        Repeat(kScanZ);
+    }
+    Send(QEvent::KeyPress, kScanC, now + 2);
+    EXPECT_EQ(Text("keyboardResult"), "");
+    EXPECT_EQ(Lit(), "Z C");
+    QPushButton& button = Button("keyDropped");
+    QTest::mousePress(&button, Qt::LeftButton);
+    Repeat(kScanC);
+    EXPECT_TRUE(button.isDown());
+    QTest::mouseRelease(&button, Qt::LeftButton);
+    EXPECT_NE(Text("keyboardResult"), "");
 }
 
 TEST_F(KeyboardTestDialog, WhatIsHeldWhenTheWindowIsLeftIsNotDownAnyMore) {
