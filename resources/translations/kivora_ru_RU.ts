@@ -3331,7 +3331,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Computer keys:</source>
-        <translation>Читать клавиши:</translation>
+        <translation>Чтение клавиш:</translation>
     </message>
     <message>
         <source>How the note of a key is found: by the character that it types, or by its place on the keyboard, where a US keyboard has that character</source>

@@ -62,5 +62,8 @@ void ScrolledForm::showEvent(QShowEvent* event) {
 void ScrolledForm::showFocused(QWidget*, QWidget* focused) {
     if (focused != nullptr && widget() != nullptr && widget()->isAncestorOf(focused)) {
         ensureWidgetVisible(focused);
+        // Of a field of text that looks at the cursor only.
+        const QRect place(focused->mapTo(widget(), QPoint()), focused->size());
+        ensureVisible(place.center().x(), place.center().y(), place.width() / 2 + 1, place.height() / 2 + 1);
     }
 }
