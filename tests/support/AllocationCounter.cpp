@@ -6,9 +6,13 @@
 namespace {
 thread_local std::uint64_t allocations = 0;
 
-void* Allocate(std::size_t size) {
+void* TryAllocate(std::size_t size) noexcept {
     ++allocations;
-    if (void* block = std::malloc(size == 0 ? 1 : size)) {
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* Allocate(std::size_t size) {
+    if (void* block = TryAllocate(size)) {
         return block;
     }
     throw std::bad_alloc();
@@ -24,6 +28,12 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
     return Allocate(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return TryAllocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return TryAllocate(size);
 }
 void operator delete(void* block) noexcept {
     std::free(block);
