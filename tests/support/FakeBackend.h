@@ -243,7 +243,7 @@ private:
                 ListPorts();
             }
         }
-        void TellOfDevices(std::function<void()> tell) override { backend_.tell = std::move(tell); }
+        void TellOfDevices(std::function<void()> teller) override { backend_.tell = std::move(teller); }
 
     private:
         class List : public LibMidi::MIDIPortWalker {
