@@ -48,11 +48,11 @@ void PanelKey::setCaptionTravel(double y) {
 }
 
 double PanelKey::captionWidth() const {
-    return width() / panelScale() - 2 * kMargin;
+    return designWidth(*this) - 2 * kMargin;
 }
 
-QString PanelKey::fittedCaption() const {
-    return PanelText::Fit(style_, text(), captionWidth()).text;
+PanelText::Fitted PanelKey::fittedCaption() const {
+    return PanelText::Fit(style_, text(), captionWidth());
 }
 
 void PanelKey::paintEvent(QPaintEvent* event) {

@@ -28,7 +28,7 @@ public:
     void blink(int milliseconds);
     bool isOn() const override { return blinkTimer_.isActive() || QPixmapButton::isOn(); }
     /// The caption as it fits the key now.
-    QString fittedCaption() const;
+    PanelText::Fitted fittedCaption() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -20,7 +20,7 @@ void PanelLabel::setTextStyle(const PanelTextStyle& style) {
 void PanelLabel::ShareTextStyle(const PanelTextStyle& style, std::initializer_list<PanelLabel*> row) {
     std::vector<PanelText::InRoom> texts;
     for (const PanelLabel* label : row) {
-        texts.push_back({label->text(), label->room().width()});
+        texts.push_back({label->text(), label->designWidth(*label)});
     }
     const PanelTextStyle shared = style.Sized(PanelText::CommonSize(style, texts));
     for (PanelLabel* label : row) {
@@ -62,12 +62,11 @@ void PanelLabel::paintEvent(QPaintEvent* /*event*/) {
     } else if (alignment().testFlag(Qt::AlignHCenter)) {
         x = place.width() / 2.0;
     }
-    const double y =
-        baseline_ ? *baseline_ : (place.height() + PanelText::Fit(style_, text(), place.width()).CapHeight()) / 2.0;
+    const double y = baseline_ ? *baseline_ : (place.height() + fittedText().CapHeight()) / 2.0;
     if (shadow_) {
         painter.setOpacity(kShadowInk);
-        PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), place.width());
+        PanelText::Draw(painter, style_, text(), {x + 1, y + 1}, alignment(), designWidth(*this));
         painter.setOpacity(1.0);
     }
-    PanelText::Draw(painter, style_, text(), {x, y}, alignment(), place.width());
+    PanelText::Draw(painter, style_, text(), {x, y}, alignment(), designWidth(*this));
 }

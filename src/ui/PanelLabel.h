@@ -30,7 +30,7 @@ public:
     /// Whether the text throws the faint shadow of an LCD.
     void setShadow(bool on);
     /// The text as it fits the label now.
-    QString fittedText() const { return PanelText::Fit(style_, text(), room().width()).text; }
+    PanelText::Fitted fittedText() const { return PanelText::Fit(style_, text(), designWidth(*this)); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

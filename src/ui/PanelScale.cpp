@@ -10,6 +10,10 @@
 
 using PanelGeometry::kPanel;
 
+double PanelScaled::designWidth(const QWidget& self) const {
+    return designWidth_.value_or(self.width() / panelScale_);
+}
+
 double PanelScale::FitInto(const QSize& room) {
     if (room.isEmpty()) {
         return 1.0;
@@ -30,6 +34,9 @@ void PanelScale::Collect(const QWidget& parent, const QPoint& corner) {
         }
         const QRect design = widget->geometry().translated(corner);
         places_.push_back({widget, design, corner});
+        if (auto* const scaled = dynamic_cast<PanelScaled*>(widget)) {
+            scaled->setDesignWidth(design.width());
+        }
         if (qobject_cast<QComboBox*>(widget) == nullptr) {
             Collect(*widget, design.topLeft());
         }

@@ -5,6 +5,7 @@
 #include <QRect>
 #include <QSize>
 
+#include <optional>
 #include <vector>
 
 class QWidget;
@@ -17,9 +18,17 @@ public:
     /// Logical pixels of the screen for one of the design.
     double panelScale() const { return panelScale_; }
     void setPanelScale(double scale) { panelScale_ = scale; }
+    /// The width in the design's pixels, of one that stands in the design. On the screen it fills whole pixels and is
+    /// up to one more or less wide: texts that are fitted into the design's width are of one size at every scale.
+    void setDesignWidth(double width) { designWidth_ = width; }
+
+protected:
+    /// What was set, or else the width that it has on the screen.
+    double designWidth(const QWidget& self) const;
 
 private:
     double panelScale_ = 1.0;
+    std::optional<double> designWidth_;
 };
 
 /// Lays the panel's widgets out at a scale: edges that meet in the design meet at every scale. [gui]

@@ -48,6 +48,10 @@ const PanelTextStyle kOctaveFigure{kDisplayFont, QFont::Bold, 16, 0, false, kLit
 const PanelTextStyle kGateFigure{kDisplayFont, QFont::Bold, 13, 0, false, kLitGlassInk, kSmallestText};
 const PanelTextStyle kComboText{kDisplayFont, QFont::Bold, 12, 0, false, kLitGlassInk, kSmallestText};
 
+double Fitted::Size() const {
+    return font.pixelSize() * kFontScale;
+}
+
 double Fitted::Width() const {
     return QFontMetricsF(font).horizontalAdvance(text) * kFontScale;
 }

@@ -56,6 +56,7 @@ struct Fitted {
     QFont font;
     QString text;  ///< in capitals and elided where need be
 
+    double Size() const;       ///< of the letters as drawn
     double Width() const;      ///< of the text as drawn
     double CapHeight() const;  ///< of the text as drawn
 };

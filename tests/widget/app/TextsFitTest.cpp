@@ -31,7 +31,7 @@ TEST_P(TextsFit, KeysShowTheirWholeCaptions) {
     int captions = 0;
     for (const PanelKey* key : panel.findChildren<PanelKey*>()) {
         captions += key->text().isEmpty() ? 0 : 1;
-        EXPECT_FALSE(key->fittedCaption().contains(kEllipsis)) << key->text().toStdString();
+        EXPECT_FALSE(key->fittedCaption().text.contains(kEllipsis)) << key->text().toStdString();
     }
     EXPECT_GT(captions, 8);
 }

@@ -334,7 +334,7 @@ TEST_F(ArpeggiatorPanel, NoTextIsCutShortInEitherLanguage) {
         Speak(locale);
         panel.setCaption(QCoreApplication::translate("KivoraWidget", "Arpeggiator 2"), {});
         for (const PanelLabel* label : panel.findChildren<PanelLabel*>()) {
-            EXPECT_EQ(label->fittedText().toUpper().toStdString(), label->text().toUpper().toStdString());
+            EXPECT_EQ(label->fittedText().text.toUpper().toStdString(), label->text().toUpper().toStdString());
         }
         for (PanelCombo* combo : panel.findChildren<PanelCombo*>()) {
             for (int item = 0; item < combo->count(); ++item) {

@@ -175,7 +175,7 @@ TEST(PanelLabel, DrawsItsTextOverItsGlass) {
     label.setGlass(&face);
     const QImage bare = label.grab().toImage();
     label.setText("88");
-    EXPECT_EQ(label.fittedText(), "88");
+    EXPECT_EQ(label.fittedText().text, "88");
     const QImage picture = label.grab().toImage();
     EXPECT_EQ(picture.pixelColor(0, 0), QColor(Qt::black));
     EXPECT_NE(picture, bare);

@@ -30,11 +30,11 @@ protected:
     }
     void ExpectTextsFit(const std::string& where) {
         for (const PanelKey* key : panel->findChildren<PanelKey*>()) {
-            EXPECT_EQ(key->fittedCaption(), key->text()) << where << " " << key->objectName().toStdString();
+            EXPECT_EQ(key->fittedCaption().text, key->text()) << where << " " << key->objectName().toStdString();
         }
         for (const PanelLabel* label : panel->findChildren<PanelLabel*>()) {
-            EXPECT_EQ(label->fittedText().compare(label->text(), Qt::CaseInsensitive), 0)
-                << where << " " << label->objectName().toStdString() << ": " << label->fittedText().toStdString();
+            EXPECT_EQ(label->fittedText().text.compare(label->text(), Qt::CaseInsensitive), 0)
+                << where << " " << label->objectName().toStdString() << ": " << label->fittedText().text.toStdString();
         }
         for (PanelCombo* combo : panel->findChildren<PanelCombo*>()) {
             const int before = combo->currentIndex();
@@ -113,7 +113,7 @@ TEST_F(PanelPictures, EveryPatchNameFitsTheDisplay) {
             front->SetPatch(program, 0);
             for (const char* name : {"display-patch1-line1", "display-patch1-line2"}) {
                 const auto& label = Find<PanelLabel>(name);
-                EXPECT_EQ(label.fittedText(), label.text()) << locale;
+                EXPECT_EQ(label.fittedText().text, label.text()) << locale;
             }
         }
     }

@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <QBackingStore>
 #include <QImage>
 #include <QPalette>
 
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
+#include "ui/PanelKey.h"
+#include "ui/PanelLabel.h"
 #include "ui/PanelScale.h"
 
 using namespace KivoraTest;
@@ -52,6 +55,17 @@ protected:
             widget->update();
         }
         return Shown();
+    }
+    /// Of all captions and figures that are seen now, in the design's pixels.
+    std::map<const QWidget*, double> SizesOfTexts() const {
+        std::map<const QWidget*, double> sizes;
+        for (const PanelKey* key : panel->findChildren<PanelKey*>()) {
+            sizes[key] = key->fittedCaption().Size();
+        }
+        for (const PanelLabel* label : panel->findChildren<PanelLabel*>()) {
+            sizes[label] = label->fittedText().Size();
+        }
+        return sizes;
     }
     void PaintInParts() {
         for (QBlinkingLed* lamp : panel->findChildren<QBlinkingLed*>()) {
@@ -118,6 +132,23 @@ TEST_F(PanelScales, HasNoGapsWhereItIsDrawnSmaller) {
         EXPECT_LE(panel->sizeHint().width(), room.width());
         EXPECT_LE(panel->sizeHint().height(), room.height());
         ExpectSound(std::to_string(room.width()) + " x " + std::to_string(room.height()));
+    }
+}
+
+TEST_F(PanelScales, HasTextsOfTheSameSizeWhateverItsOwn) {
+    for (const char* const locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        SetScale(1.0);
+        const std::map<const QWidget*, double> designed = SizesOfTexts();
+        EXPECT_GT(designed.size(), 40U);
+        for (const double scale : {0.95, 0.9, 0.87, 0.8, 0.75, 0.7, 0.68}) {
+            SetScale(scale);
+            for (const auto& [widget, size] : SizesOfTexts()) {
+                EXPECT_EQ(size, designed.at(widget))
+                    << locale << " at " << scale << ": " << widget->objectName().toStdString();
+            }
+        }
     }
 }
 
