@@ -12,6 +12,11 @@ CString ComposeUserDataDir(const CString& maker, const CString& product) {
     return JoinPath(JoinPath(GetUserDataBaseDir(), maker), product);
 }
 
+CString GetMeetingDir(const CString& product) {
+    const CString base = Platform::GetRuntimeBaseFolder();
+    return base.IsEmpty() ? CString() : JoinPath(base, product);
+}
+
 CString GetExecutableDir() {
     return GetFolderName(Platform::GetExecutablePath());
 }

@@ -10,6 +10,9 @@ namespace NK {
 CString GetUserDataBaseDir();
 /// GetUserDataBaseDir(), then the maker's folder, then the product's. Not created.
 CString ComposeUserDataDir(const CString& maker, const CString& product);
+/// Where this user's running programs of one name meet: a folder of the program's own in $XDG_RUNTIME_DIR, in a Flatpak
+/// in the part of it that is the application's. Not created; empty when the system has no such place.
+CString GetMeetingDir(const CString& product);
 /// The folder of the running program, links followed, no slash at the end; empty when the system does not tell.
 CString GetExecutableDir();
 

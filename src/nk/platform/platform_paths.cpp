@@ -41,6 +41,16 @@ CString GetUserDataBaseFolder() {
     return CString::FromUtf8(WithoutSlashAtEnd(HomeFolder()) + "/.local/share");
 }
 
+CString GetRuntimeBaseFolder() {
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime == nullptr || runtime[0] != '/') {
+        return CString();
+    }
+    const char* const application = std::getenv("FLATPAK_ID");
+    const std::string folder = WithoutSlashAtEnd(runtime);
+    return CString::FromUtf8(application == nullptr ? folder : folder + "/app/" + application);
+}
+
 CString GetExecutablePath() {
     std::string path(256, '\0');
     for (;;) {

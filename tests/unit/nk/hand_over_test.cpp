@@ -1,0 +1,126 @@
+#include "nk/nk_hand_over.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+#include "nk/nk_paths.h"
+#include "unit/nk/TempFolder.h"
+
+namespace {
+
+using namespace NK;
+
+constexpr int kLimitMs = 30000;
+
+bool IsReadable(int descriptor, int limitMs) {
+    pollfd waited{descriptor, POLLIN, 0};
+    return poll(&waited, 1, limitMs) == 1;
+}
+
+class HandingOver : public KivoraTest::CTempFolderTest {
+protected:
+    CString Place() { return Path("socket"); }
+    /// Hands over from another thread, and takes here.
+    bool HandAndTake(CHandOverListener& listener, const std::string& message, std::string& taken) {
+        std::atomic<bool> isHanded = false;
+        std::thread sender([&] { isHanded = HandOver(Place(), message, kLimitMs); });
+        EXPECT_TRUE(IsReadable(listener.GetDescriptor(), kLimitMs));
+        taken = listener.Take().value_or("nothing");
+        sender.join();
+        return isHanded;
+    }
+};
+
+TEST_F(HandingOver, WhatIsGivenIsTakenWhole) {
+    const auto listener = CHandOverListener::Listen(Place());
+    ASSERT_TRUE(listener);
+    EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
+    EXPECT_FALSE(listener->Take());
+    for (const std::string& message : {std::string("a\0b", 3), std::string("x"), std::string(kMaxHandOverBytes, 'm')}) {
+        std::string taken;
+        EXPECT_TRUE(HandAndTake(*listener, message, taken));
+        EXPECT_EQ(taken, message);
+    }
+    EXPECT_FALSE(HandOver(Place(), std::string(kMaxHandOverBytes + 1, 'm'), kLimitMs));
+    EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
+}
+
+TEST_F(HandingOver, NobodyThereIsToldAtOnce) {
+    EXPECT_FALSE(HandOver(Place(), "x", kLimitMs));
+    { const auto listener = CHandOverListener::Listen(Place()); }
+    EXPECT_FALSE(HandOver(Place(), "x", kLimitMs));
+    EXPECT_EQ(CountEntries(), 0) << "nothing is left";
+    EXPECT_FALSE(HandOver(Path(std::string(200, 'p').c_str()), "x", kLimitMs));
+    EXPECT_FALSE(CHandOverListener::Listen(Path(std::string(200, 'p').c_str())));
+    EXPECT_FALSE(CHandOverListener::Listen(Path("missing/socket")));
+}
+
+TEST_F(HandingOver, WhoGoesWithoutHavingTakenItKeepsNobodyWaiting) {
+    auto listener = CHandOverListener::Listen(Place());
+    std::atomic<bool> isHanded = true;
+    std::thread sender([&] { isHanded = HandOver(Place(), "x", -1); });
+    ASSERT_TRUE(IsReadable(listener->GetDescriptor(), kLimitMs));
+    listener.reset();
+    sender.join();
+    EXPECT_FALSE(isHanded);
+}
+
+TEST_F(HandingOver, WhoDoesNotAnswerIsNotWaitedForLongerThanTheLimit) {
+    const auto listener = CHandOverListener::Listen(Place());
+    EXPECT_FALSE(HandOver(Place(), "x", 0));
+    EXPECT_EQ(listener->Take(), "x") << "whose sender has gone";
+}
+
+TEST_F(HandingOver, OneListensAtATime) {
+    auto first = CHandOverListener::Listen(Place());
+    EXPECT_FALSE(CHandOverListener::Listen(Place()));
+    std::string taken;
+    EXPECT_TRUE(HandAndTake(*first, "still the first", taken));
+    first.reset();
+    EXPECT_TRUE(CHandOverListener::Listen(Place()));
+}
+
+TEST_F(HandingOver, WhatAKilledProgramLeftIsTakenOver) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto listener = CHandOverListener::Listen(Place());
+        _exit(listener ? 0 : 1);  // without a destructor
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(CountEntries(), 1) << "the socket";
+    EXPECT_FALSE(HandOver(Place(), "x", kLimitMs));
+    const auto listener = CHandOverListener::Listen(Place());
+    ASSERT_TRUE(listener);
+    std::string taken;
+    EXPECT_TRUE(HandAndTake(*listener, "anew", taken));
+}
+
+TEST_F(HandingOver, MeetsInTheRuntimeFolder) {
+    const char* const former = std::getenv("XDG_RUNTIME_DIR");
+    const std::string kept = former != nullptr ? former : "";
+    setenv("XDG_RUNTIME_DIR", "/run/user/1/", 1);
+    EXPECT_EQ(GetMeetingDir(L"kivora"), L"/run/user/1/kivora");
+    setenv("FLATPAK_ID", "example.a", 1);
+    EXPECT_EQ(GetMeetingDir(L"kivora"), L"/run/user/1/app/example.a/kivora");
+    unsetenv("FLATPAK_ID");
+    for (const char* none : {"", "relative"}) {
+        setenv("XDG_RUNTIME_DIR", none, 1);
+        EXPECT_EQ(GetMeetingDir(L"kivora"), L"");
+    }
+    unsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(GetMeetingDir(L"kivora"), L"");
+    if (former != nullptr) {
+        setenv("XDG_RUNTIME_DIR", kept.c_str(), 1);
+    }
+}
+
+}  // namespace
