@@ -144,16 +144,24 @@
         <translation>Сказать, что зазвучит, что нет и что с этим делать, сыграв пробную ноту, и завершить работу. Код завершения — 0, если клавиша зазвучит.</translation>
     </message>
     <message>
-        <source>The file of a preset to begin with. With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
-        <translation>Файл пресета, с которого начать. Вместе с --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
-    </message>
-    <message>
-        <source>A MIDI file cannot be opened; --render makes a sound file of it.</source>
-        <translation>MIDI-файл открыть нельзя; --render сделает из него звуковой файл.</translation>
-    </message>
-    <message>
         <source>Play the MIDI file &lt;file&gt; as if a MIDI keyboard sent it, write what comes out to the file named after it, and quit. Needs no window, no display and no sound card.</source>
         <translation>Сыграть MIDI-&lt;файл&gt;, как если бы его передала MIDI-клавиатура, записать то, что получится, в файл, указанный за ним, и завершить работу. Не нужны ни окно, ни экран, ни звуковая карта.</translation>
+    </message>
+    <message>
+        <source>The file of a preset to open; a program that runs already takes it. With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
+        <translation>Файл пресета, который надо открыть; если программа уже запущена, его открывает она. С --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
+    </message>
+    <message>
+        <source>Open the file in a program of its own, though one runs already.</source>
+        <translation>Открыть файл в отдельной программе, хотя одна уже запущена.</translation>
+    </message>
+    <message>
+        <source>%1 is a MIDI file, which cannot be opened; kivora --render makes a sound file of it.</source>
+        <translation>%1 — MIDI-файл, открыть его нельзя; kivora --render сделает из него звуковой файл.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened, as the instrument could not be started.</source>
+        <translation>%1 открыть нельзя: не удалось запустить инструмент.</translation>
     </message>
 </context>
 <context>
@@ -1190,6 +1198,10 @@
     <message>
         <source>The file that remembers the language cannot be read at present. The system&apos;s language is in force, and the file is left as it is.</source>
         <translation>Файл, в котором хранится язык, сейчас не читается. Выбран язык системы, а файл оставлен как есть.</translation>
+    </message>
+    <message>
+        <source>Cannot Open File</source>
+        <translation>Не удалось открыть файл</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include "app/FileOpening.h"
+
 namespace Kivora {
 namespace {
 
@@ -39,10 +41,6 @@ QStringList WithoutToolkitOptions(const QStringList& arguments) {
     return own;
 }
 
-bool IsMIDIFile(const QString& path) {
-    return path.endsWith(".mid", Qt::CaseInsensitive) || path.endsWith(".midi", Qt::CaseInsensitive);
-}
-
 /// The options that the program knows, with their texts in the language in force.
 class Parser {
 public:
@@ -51,14 +49,14 @@ public:
             Tr(QT_TRANSLATE_NOOP("CommandLine",
                                  "A virtual MIDI keyboard: play on the computer keys, on the screen's piano "
                                  "and on a MIDI keyboard.")));
-        parser_.addOptions(
-            {output_, input_, preset_, soundFont_, listPorts_, check_, render_, locale_, demonstration_, pictures_});
+        parser_.addOptions({output_, input_, preset_, soundFont_, new_, listPorts_, check_, render_, locale_,
+                            demonstration_, pictures_});
         parser_.addPositionalArgument(
             "file",
-            Tr(QT_TRANSLATE_NOOP(
-                "CommandLine",
-                "The file of a preset to begin with. With --render: the sound file (.wav) or MIDI file "
-                "(.mid) to write.")),
+            Tr(QT_TRANSLATE_NOOP("CommandLine",
+                                 "The file of a preset to open; a program that runs already takes it. With --render: "
+                                 "the sound file (.wav) or MIDI file "
+                                 "(.mid) to write.")),
             "[file]");
     }
 
@@ -79,6 +77,10 @@ public:
         line.renderFrom = parser_.value(render_);
         line.action = GetAction();
         Check(line);
+        line.mayHandOver =
+            !line.file.isEmpty() && !parser_.isSet(new_) &&
+            (line.locale + line.demonstrationDir + line.pictureDir + line.outputPort + line.inputPort + line.soundFont)
+                .isEmpty();
         return line;
     }
 
@@ -120,20 +122,11 @@ private:
         qsizetype expected = line.action == Action::kRender ? 1 : 0;
         if (line.action == Action::kPlay && line.preset.isEmpty() && !others.isEmpty()) {
             expected = 1;
-            TakeFile(others.first(), line, refuse);
+            line.file = others.first();
         }
         if (others.size() > expected) {
             refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "\"%1\" is one argument too many.")).arg(others[expected]));
         }
-    }
-
-    template <class Refuse>
-    static void TakeFile(const QString& path, CommandLine& line, const Refuse& refuse) {
-        if (IsMIDIFile(path)) {
-            refuse(Tr(
-                QT_TRANSLATE_NOOP("CommandLine", "A MIDI file cannot be opened; --render makes a sound file of it.")));
-        }
-        line.preset = path.contains('/') ? path : "./" + path;
     }
 
     template <class Refuse>
@@ -150,15 +143,15 @@ private:
                 }
             }
         };
-        exclude(check_, {&listPorts_, &render_, &input_, &preset_, &demonstration_, &pictures_});
-        exclude(listPorts_, {&render_, &output_, &input_, &preset_, &demonstration_, &pictures_});
-        exclude(render_, {&output_, &input_, &demonstration_, &pictures_});
+        exclude(check_, {&listPorts_, &render_, &input_, &preset_, &new_, &demonstration_, &pictures_});
+        exclude(listPorts_, {&render_, &output_, &input_, &preset_, &new_, &demonstration_, &pictures_});
+        exclude(render_, {&output_, &input_, &new_, &demonstration_, &pictures_});
         exclude(demonstration_, {&pictures_});
     }
 
     template <class Refuse>
     static void CheckTarget(const QString& path, const Refuse& refuse) {
-        if (!CommandLine::IsSoundFile(path) && !IsMIDIFile(path)) {
+        if (!CommandLine::IsSoundFile(path) && !HasMIDIFileName(path)) {
             refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "The file to write, \"%1\", ends neither in .wav nor in .mid."))
                        .arg(path));
         }
@@ -177,6 +170,8 @@ private:
     const QCommandLineOption soundFont_{"sound-font",
                                         Tr(QT_TRANSLATE_NOOP("CommandLine", "Play the sound font <file> in this run.")),
                                         Tr(QT_TRANSLATE_NOOP("CommandLine", "file"))};
+    const QCommandLineOption new_{
+        "new", Tr(QT_TRANSLATE_NOOP("CommandLine", "Open the file in a program of its own, though one runs already."))};
     const QCommandLineOption listPorts_{
         "list-ports", Tr(QT_TRANSLATE_NOOP("CommandLine", "List the MIDI outputs and inputs, a line each, and quit."))};
     const QCommandLineOption check_{

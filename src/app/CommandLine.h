@@ -17,10 +17,12 @@ struct CommandLine {
     QString pictureDir;        ///< empty: play as usual
     QString outputPort;        ///< these two for this run; empty: the ones remembered
     QString inputPort;
-    QString preset;      ///< a name or a file; empty: none
-    QString soundFont;   ///< a file, for this run; empty: the one remembered
-    QString renderFrom;  ///< kRender
-    QString renderTo;    ///< kRender
+    QString preset;            ///< a name or a file; empty: none
+    QString file;              ///< to open as the desktop does; empty: none
+    QString soundFont;         ///< a file, for this run; empty: the one remembered
+    QString renderFrom;        ///< kRender
+    QString renderTo;          ///< kRender
+    bool mayHandOver = false;  ///< the file, to a program that runs already: nothing else is wanted of this run
 
     /// Of the program's arguments, its own name first. Qt's own options are passed over. Ends nothing and prints
     /// nothing; an application object need not exist. Texts are in the language in force.

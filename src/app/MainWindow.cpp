@@ -1,12 +1,16 @@
 #include "app/MainWindow.h"
 
 #include <QCoreApplication>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
 #include <QTimer>
+#include <QUrl>
 #include <utility>
 
+#include "app/FileOpening.h"
 #include "app/ScreenFit.h"
 #include "engine/Settings.h"
 #include "nk/nk_directory.h"
@@ -21,14 +25,23 @@
 namespace Kivora {
 
 namespace {
+
 constexpr int kPaintedAtLatestMs = 1000;
+
+/// The path of the one file that is dropped; empty for none, for several and for what is no file of this system.
+QString DroppedFile(const QMimeData& dropped) {
+    const QList<QUrl> urls = dropped.urls();
+    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
 }
+
+}  // namespace
 
 MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthControl* synth, EPanelSize panelSize)
     : createEngine_(std::move(createEngine)), synth_(synth), panelSize_(panelSize) {
     setObjectName("KivoraMainWindowClass");
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
+    setAcceptDrops(true);
     const QString failure = CreateEngine();
     CreatePanel(ports == Ports::kOpen);
     FitAndCentre();
@@ -164,6 +177,30 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
                "the file is left as it is."),
             failure);
     }
+}
+
+void MainWindow::OpenFile(const QString& path) {
+    if (const QString failure = Kivora::OpenFile(front_.get(), path); !failure.isEmpty()) {
+        panel_->notices().Tell(QMessageBox::Warning, tr("Cannot Open File"), failure);
+    }
+}
+
+void MainWindow::ComeToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!DroppedFile(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    // The program that the file comes from waits until the drop has been dealt with.
+    QTimer::singleShot(0, this, [this, path = DroppedFile(*event->mimeData())] { OpenFile(path); });
 }
 
 void MainWindow::Save() {

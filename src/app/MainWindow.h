@@ -50,6 +50,11 @@ public:
     /// Opens the ports if they are not open yet.
     void OpenPorts();
 
+    /// Opens a file as the desktop does (see OpenFile() in FileOpening.h). What cannot be opened is told in a box.
+    void OpenFile(const QString& path);
+    /// Before the other windows, with the keyboard, as far as the desktop lets it.
+    void ComeToFront();
+
     /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
     /// logged.
     void Save();
@@ -67,6 +72,9 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    /// A single file can be dropped on the window.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     bool SaveSettings();

@@ -22,34 +22,43 @@ bool NamesFile(const QString& nameOrFile) {
            nameOrFile.endsWith('.' + QString::fromWCharArray(PresetStore::kExtension), Qt::CaseInsensitive);
 }
 
+/// `told` is how the user knows the preset.
+PresetResult Apply(EngineFront& front, const NK::CString& name, bool isRead, NK::CIniFile& file, const QString& told,
+                   QString& failure) {
+    if (isRead && front.ReplaceVoices([&] { return front.GetEngine().ApplyPreset(name, file); })) {
+        return PresetResult::kLoaded;
+    }
+    failure = NK::GetFileFailure().error == 0
+                  ? Tr(QT_TRANSLATE_NOOP("CommandLine", "%1 is no preset.")).arg(told)
+                  : WithFileFailure(Tr(QT_TRANSLATE_NOOP("CommandLine", "The preset %1 cannot be read")), told);
+    return PresetResult::kUnreadable;
+}
+
 }  // namespace
 
-PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QString& failure) {
-    CKivora& engine = front.GetEngine();
-    const NK::CString path(nameOrFile.toStdWString());
-    NK::CString name = path;
+PresetResult LoadPresetFile(EngineFront& front, const QString& path, QString& failure) {
+    const NK::CString name(path.toStdWString());
     NK::CIniFile file;
-    bool isRead = false;
     NK::ForgetFileFailure();
+    const bool isRead = file.Load(name) && file.SelectSection(PresetStore::kSection);
+    return Apply(front, NK::GetFileStem(name), isRead, file, path, failure);
+}
+
+PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QString& failure) {
     if (NamesFile(nameOrFile)) {
-        name = NK::GetFileStem(path);
-        isRead = file.Load(path) && file.SelectSection(PresetStore::kSection);
-    } else {
-        const bool isOwn = engine.PresetExists(name, false);
-        if (!isOwn && !engine.PresetExists(name, true)) {
-            failure = Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no preset \"%1\".")).arg(nameOrFile);
-            return PresetResult::kUnknown;
-        }
-        isRead = engine.ReadPreset(name, !isOwn, file);
+        return LoadPresetFile(front, nameOrFile, failure);
     }
-    if (!isRead || !front.ReplaceVoices([&] { return engine.ApplyPreset(name, file); })) {
-        failure =
-            NK::GetFileFailure().error == 0
-                ? Tr(QT_TRANSLATE_NOOP("CommandLine", "%1 is no preset.")).arg(nameOrFile)
-                : WithFileFailure(Tr(QT_TRANSLATE_NOOP("CommandLine", "The preset %1 cannot be read")), nameOrFile);
-        return PresetResult::kUnreadable;
+    CKivora& engine = front.GetEngine();
+    const NK::CString name(nameOrFile.toStdWString());
+    const bool isOwn = engine.PresetExists(name, false);
+    if (!isOwn && !engine.PresetExists(name, true)) {
+        failure = Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no preset \"%1\".")).arg(nameOrFile);
+        return PresetResult::kUnknown;
     }
-    return PresetResult::kLoaded;
+    NK::CIniFile file;
+    NK::ForgetFileFailure();
+    const bool isRead = engine.ReadPreset(name, !isOwn, file);
+    return Apply(front, name, isRead, file, nameOrFile, failure);
 }
 
 }  // namespace Kivora

@@ -15,6 +15,7 @@
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "app/RunChoices.h"
+#include "app/RunningInstance.h"
 #include "app/SoundDoctor.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
@@ -32,13 +33,17 @@
 
 namespace {
 
-/// Whether the command line asks for what needs no display, or for nothing that can be done.
-bool IsWindowWanted(int argc, char** argv) {
+/// The command line in English, for what is decided before there is an application object.
+Kivora::CommandLine ParseEarly(int argc, char** argv) {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) {
         arguments << QString::fromLocal8Bit(argv[i]);
     }
-    const Kivora::CommandLine line = Kivora::CommandLine::Parse(arguments);
+    return Kivora::CommandLine::Parse(arguments);
+}
+
+/// Otherwise the command line asks for what needs no display, or for nothing that can be done.
+bool IsWindowWanted(const Kivora::CommandLine& line) {
     return line.refusal.isEmpty() && line.action == Kivora::CommandLine::Action::kPlay;
 }
 
@@ -52,8 +57,12 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK::SecureStandardStreams();
-    if (!IsWindowWanted(argc, argv)) {
+    const Kivora::CommandLine early = ParseEarly(argc, argv);
+    if (!IsWindowWanted(early)) {
         return Kivora::RunWithoutWindow(argc, argv);
+    }
+    if (early.mayHandOver && Kivora::HandToRunningInstance(early.file)) {
+        return Kivora::kSuccessExit;
     }
     NK_REGISTER_THREAD_ROLE(gui);
     // A key goes before what other programs compute. Qt's thread that reads the keys is started below and inherits it.
@@ -116,6 +125,17 @@ int main(int argc, char** argv) {
         heldInput.emplace(*window.GetPanel());
         QObject::connect(&window, &Kivora::MainWindow::PanelReplaced, &window,
                          [&] { heldInput.emplace(*window.GetPanel()); });
+    }
+    std::optional<Kivora::FileReceiver> receiver;
+    if (!forPictures) {
+        receiver.emplace();
+        QObject::connect(&*receiver, &Kivora::FileReceiver::FileReceived, &window, [&window](const QString& path) {
+            window.OpenFile(path);
+            window.ComeToFront();
+        });
+    }
+    if (!commandLine.file.isEmpty()) {
+        window.OpenFile(commandLine.file);
     }
     window.show();
     if (demonstration) {

@@ -1,8 +1,12 @@
 // The first start, the end, and the manual, as a person meets them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include "e2e/InstrumentProcess.h"
@@ -90,6 +94,44 @@ TEST(End, OnTheSystemsRequestDoesNotWaitForADialog) {
     ASSERT_TRUE(instrument.WaitForDialog());
     EXPECT_EQ(instrument.Terminate(), 0);
     EXPECT_TRUE(QFile::exists(instrument.GetDataDir() + "/data/Brennholt/Kivora/Kivora.ini"));
+}
+
+TEST(Start, TheProgramThatRunsTakesTheFileThatTheDesktopOpens) {
+    const QTemporaryDir runtime;
+    const QString before = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());  // of all programs that are started here
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start());
+    const QString presets = QFileInfo(KIVORA_PROGRAM).path() + "/Presets/";
+    const std::size_t known = instrument.GetMessages().size();
+    bool isTaken = false;
+    instrument.RunOnDisplay(KIVORA_PROGRAM, {presets + "Marimba Octaves.kivoraLXPreset"}, &isTaken);
+    EXPECT_TRUE(isTaken) << "and ended with 0";
+    EXPECT_TRUE(WaitFor([&] {
+        const std::vector<std::string> messages = instrument.GetMessages();
+        return std::any_of(messages.begin() + static_cast<std::ptrdiff_t>(known), messages.end(),
+                           [](const std::string& message) { return message.starts_with("C0 0C"); });
+    })) << "the preset's sound";
+    // With --new there is a second window, which a demand for the end closes.
+    QProcess second;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.insert("DISPLAY", instrument.GetDisplay());
+    variables.insert("QT_QPA_PLATFORM", "xcb");
+    variables.insert("HOME", runtime.path());
+    variables.insert("XDG_DATA_HOME", runtime.path() + "/data");
+    second.setProcessEnvironment(variables);
+    second.setProcessChannelMode(QProcess::ForwardedChannels);
+    second.start(KIVORA_PROGRAM, {"--new", presets + "Marimba Octaves.kivoraLXPreset"});
+    EXPECT_TRUE(WaitFor([&] {
+        return instrument.RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "^Kivora LX$"}).count('\n') ==
+               2;
+    }));
+    second.terminate();
+    EXPECT_TRUE(second.waitForFinished(InstrumentProcess::kLimitMs));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_EQ(instrument.Close(), 0);
+    EXPECT_TRUE(QDir(runtime.path() + "/kivora").isEmpty(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot));
+    before.isEmpty() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before.toUtf8());
 }
 
 TEST(Start, F1OpensTheManualOfTheLanguage) {

@@ -40,9 +40,24 @@ TEST(CommandLine, TakesTheChoicesOfARun) {
 }
 
 TEST(CommandLine, OpensTheFileOfAPreset) {
-    EXPECT_EQ(Parse({"/a/Grand Piano.kivoraLXPreset"}).preset, "/a/Grand Piano.kivoraLXPreset");
-    EXPECT_EQ(Parse({"Grand Piano"}).preset, "./Grand Piano") << "a file and no name";
+    EXPECT_EQ(Parse({"/a/Grand Piano.kivoraLXPreset"}).file, "/a/Grand Piano.kivoraLXPreset");
+    EXPECT_EQ(Parse({"Grand Piano"}).file, "Grand Piano") << "a file and no name";
+    EXPECT_EQ(Parse({"Grand Piano"}).preset, "");
     EXPECT_EQ(Parse({"Grand Piano"}).refusal, "");
+    EXPECT_EQ(Parse({"a.mid"}).file, "a.mid");
+}
+
+TEST(CommandLine, AFileAloneMayGoToTheProgramThatRuns) {
+    EXPECT_TRUE(Parse({"a.kivoraLXPreset"}).mayHandOver);
+    EXPECT_FALSE(Parse({}).mayHandOver);
+    EXPECT_FALSE(Parse({"--preset", "a.kivoraLXPreset"}).mayHandOver);
+    for (const char* option : {"--output", "--input", "--sound-font", "--locale", "--demo", "--pictures"}) {
+        EXPECT_FALSE(Parse({option, "x", "a.kivoraLXPreset"}).mayHandOver) << option;
+    }
+    EXPECT_FALSE(Parse({"--new", "a.kivoraLXPreset"}).mayHandOver);
+    EXPECT_EQ(Parse({"--new", "a.kivoraLXPreset"}).file, "a.kivoraLXPreset");
+    EXPECT_EQ(GetRefusal({"--new"}), "") << "as without";
+    EXPECT_EQ(GetRefusal({"--new", "--check"}), "--check and --new do not go together.");
 }
 
 TEST(CommandLine, KnowsTheRunsThatNeedNoWindow) {
@@ -74,7 +89,6 @@ TEST(CommandLine, SaysWhatIsWrong) {
     EXPECT_EQ(GetRefusal({"--output"}), "Missing value after '--output'.");
     EXPECT_EQ(GetRefusal({"--list-ports=yes"}), "Unexpected value after '--list-ports'.");
     EXPECT_EQ(GetRefusal({"--output", ""}), "The value of --output is empty.");
-    EXPECT_EQ(GetRefusal({"a.mid"}), "A MIDI file cannot be opened; --render makes a sound file of it.");
     EXPECT_EQ(GetRefusal({"a.kivoraLXPreset", "b"}), "\"b\" is one argument too many.");
     EXPECT_EQ(GetRefusal({"--preset", "a", "b"}), "\"b\" is one argument too many.");
     EXPECT_EQ(GetRefusal({"--list-ports", "b"}), "\"b\" is one argument too many.");

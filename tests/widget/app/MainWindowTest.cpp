@@ -10,9 +10,12 @@
 #include <iterator>
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -135,6 +138,50 @@ TEST_F(MainWindowTest, TheSettingsLeadToThePageAboutTheSound) {
     const std::vector<std::string> written = rig_.TakeWritten();
     EXPECT_NE(std::find(written.begin(), written.end(), "90 3c 50"), written.end());
     EXPECT_NE(std::find(written.begin(), written.end(), "80 3c 00"), written.end()) << "the page has gone";
+}
+
+TEST_F(MainWindowTest, AFileThatIsDroppedOnItIsOpened) {
+    MainWindow window(RealEngine());
+    window.show();
+    CKivora& engine = window.GetFront()->GetEngine();
+    engine.SetPatch(11, 0);
+    ASSERT_TRUE(engine.SavePreset(L"Mine"));
+    engine.SetPatch(3, 0);
+    const QUrl preset =
+        QUrl::fromLocalFile(QString::fromStdString((rig_.folder / "user/Presets/Mine.kivoraLXPreset").string()));
+    const auto drop = [&window](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QApplication::sendEvent(window.GetPanel(), &enter);  // as anything in the window, it passes it on
+        QApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted()) {
+            return false;
+        }
+        QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &event);
+        return event.isAccepted();
+    };
+    EXPECT_TRUE(drop({preset}));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return engine.GetPatch(0) == 11; }, 30000));
+    EXPECT_FALSE(drop({preset, preset})) << "two cannot be played";
+    EXPECT_FALSE(drop({}));
+    EXPECT_FALSE(drop({QUrl("https://example.org/a.kivoraLXPreset")}));
+    EXPECT_EQ(titles_, QStringList());
+    EXPECT_TRUE(drop({QUrl::fromLocalFile("/none.mid")}));
+    WaitForBoxes(1);
+    EXPECT_EQ(titles_, QStringList("Cannot Open File"));
+    EXPECT_EQ(texts_, QStringList("/none.mid cannot be read: No such file or directory."));
+}
+
+TEST_F(MainWindowTest, WhatCannotBeOpenedAtTheStartIsToldOnceTheWindowIsThere) {
+    MainWindow window(RealEngine());
+    window.OpenFile("/none");
+    EXPECT_EQ(titles_, QStringList());
+    window.show();
+    WaitForBoxes(1);
+    EXPECT_EQ(texts_, QStringList("The preset /none cannot be read: No such file or directory."));
 }
 
 TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
