@@ -9,15 +9,15 @@
 
 namespace LibMidi {
 
-/// Milliseconds since Restart() by a time source that may be replaced meanwhile, kLatestMs at most. A source that goes
-/// back counts as standing still. Not for use from several threads at once.
+/// Milliseconds since Restart() by a time source that may be replaced meanwhile. A source that goes back counts as
+/// standing still. Not for use from several threads at once.
 class CaptureClock {
 public:
     static constexpr std::int64_t kLatestMs = INT32_MAX;  ///< 24 days, so that no difference of times is negative
 
     /// Not owned; null is a source of the clock's own.
     void SetSource(NK::CTimeSource* source) {
-        GetMs();
+        GetElapsedMs();
         source_ = source != nullptr ? source : &own_;
         previousMs_ = source_->GetTimeMs();
     }
@@ -27,14 +27,16 @@ public:
         previousMs_ = source_->GetTimeMs();
     }
 
-    std::uint32_t GetMs() {
+    std::int64_t GetElapsedMs() {
         const std::int64_t nowMs = source_->GetTimeMs();
         if (nowMs > previousMs_) {
-            elapsedMs_ = std::min(elapsedMs_ + (nowMs - previousMs_), kLatestMs);
+            elapsedMs_ += nowMs - previousMs_;
         }
         previousMs_ = nowMs;
-        return static_cast<std::uint32_t>(elapsedMs_);
+        return elapsedMs_;
     }
+    /// The same, kLatestMs at most.
+    std::uint32_t GetMs() { return static_cast<std::uint32_t>(std::min(GetElapsedMs(), kLatestMs)); }
 
 private:
     NK::CSysTimeSource own_{&NK::GetSteadyNowNs};

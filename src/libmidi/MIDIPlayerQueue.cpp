@@ -7,6 +7,7 @@
 #include "libmidi/ArrivalOrder.h"
 #include "libmidi/CaptureClock.h"
 #include "libmidi/MIDIPortContainer.h"
+#include "libmidi/PlayedHistory.h"
 
 namespace LibMidi {
 
@@ -92,6 +93,9 @@ public:
         if (capturing) {
             Capture(taken);
         }
+        if (history) {
+            Remember(taken);
+        }
         return taken;
     }
 
@@ -136,6 +140,8 @@ public:
     bool capturing NK_GUARDED_BY(lock) = false;
     CaptureStore captured NK_GUARDED_BY(lock);
     mutable CaptureClock clock NK_GUARDED_BY(lock);
+    NK::CTimeSource* source NK_GUARDED_BY(lock) = nullptr;
+    std::shared_ptr<PlayedHistory> history NK_GUARDED_BY(lock);
     std::uint32_t captureTimeMs NK_GUARDED_BY(lock) = 0;   ///< of the capture that was stopped
     std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;  ///< from the start of the capture
 
@@ -217,6 +223,15 @@ private:
             captured.Append({lastCapturedMs, event.ToMessage()});
         }
     }
+
+    void Remember(const TakenEvent& taken) NK_REQUIRES(lock) {
+        if (taken.block.empty()) {
+            history->Append(taken.event.event.ToMessage());
+        }
+        for (const MIDIEvent& event : taken.block) {
+            history->Append(event.ToMessage());
+        }
+    }
 };
 
 MIDIPlayerQueue::MIDIPlayerQueue(NK::CSleeper& sleeper) : state_(std::make_unique<State>(sleeper)) {
@@ -289,6 +304,9 @@ void MIDIPlayerQueue::LoseOutput() {
     if (state_->accepting && state_->capturing) {
         state_->captured.Append({state_->clock.GetMs(), kNothingSounds});
     }
+    if (state_->accepting && state_->history) {
+        state_->history->Append(kNothingSounds);
+    }
     state_->accepting = false;
 }
 
@@ -305,6 +323,18 @@ void MIDIPlayerQueue::Clear() {
 void MIDIPlayerQueue::SetTimeSource(NK::CTimeSource* source) {
     const CLockGuard guard(state_->lock);
     state_->clock.SetSource(source);
+    state_->source = source;
+    if (state_->history) {
+        state_->history->SetTimeSource(source);
+    }
+}
+
+void MIDIPlayerQueue::SetHistory(std::shared_ptr<PlayedHistory> history) {
+    const CLockGuard guard(state_->lock);
+    state_->history = std::move(history);
+    if (state_->history) {
+        state_->history->SetTimeSource(state_->source);
+    }
 }
 
 void MIDIPlayerQueue::StartCapture() {

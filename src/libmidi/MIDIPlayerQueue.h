@@ -15,6 +15,8 @@
 
 namespace LibMidi {
 
+class PlayedHistory;
+
 /// An event that has left the queue.
 struct TakenEvent {
     SynthEventBase event;
@@ -85,6 +87,10 @@ public:
     CaptureStore::View GetCaptured() const;
     /// Forgets what was captured; a running capture goes on.
     void ClearCaptured();
+
+    /// What is told of every event that leaves the queue, capture or not, and of the end of what sounded where queueing
+    /// is turned off; null for none. It is given the queue's time source.
+    void SetHistory(std::shared_ptr<PlayedHistory> history);
 
 private:
     class State;

@@ -55,6 +55,10 @@ bool OpenSounds::IsAny() const noexcept {
                        [](const Channel& channel) { return channel.notes.any() || channel.pedals.any(); });
 }
 
+bool OpenSounds::IsAnyNote() const noexcept {
+    return std::any_of(channels_.begin(), channels_.end(), [](const Channel& channel) { return channel.notes.any(); });
+}
+
 void OpenSounds::VisitEndedBy(TMIDIMessage message, const Visit& visit) const {
     if (message.status == TMIDIMessage::kSystemReset) {
         VisitEnds(visit);

@@ -18,6 +18,7 @@ public:
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
     bool IsAny() const noexcept;
+    bool IsAnyNote() const noexcept;
     /// Visits what says by itself, note by note and pedal by pedal, what `message` ends of these at one blow: a
     /// channel's notes (controllers 120 and 123 to 127) or pedals (121), or everything (System Reset).
     void VisitEndedBy(NK::MIDI::TMIDIMessage message, const Visit& visit) const;

@@ -1,0 +1,136 @@
+#include "libmidi/ChannelState.h"
+
+#include <algorithm>
+
+namespace LibMidi {
+
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+
+// MIDI 1.0, table III.
+constexpr std::uint8_t kBankHigh = 0;
+constexpr std::uint8_t kBankLow = 32;
+constexpr std::uint8_t kDataHigh = 6;
+constexpr std::uint8_t kDataLow = 38;
+constexpr std::uint8_t kFirstDataStep = 96;  // and 97
+constexpr std::uint8_t kOtherParameterLow = 98;
+constexpr std::uint8_t kOtherParameterHigh = 99;
+constexpr std::uint8_t kParameterLow = 100;
+constexpr std::uint8_t kParameterHigh = 101;
+constexpr std::uint8_t kResetControllers = 121;
+
+/// What "reset all controllers" brings to rest, by RP-015.
+constexpr std::array<std::uint8_t, 7> kResting{1, 11, 64, 65, 66, 67, 69};
+
+/// Controllers that say what others mean, or where they belong.
+bool IsSelecting(std::size_t number) {
+    return number == kBankHigh || number == kBankLow || number == kDataHigh || number == kDataLow ||
+           (number >= kFirstDataStep && number <= kParameterHigh);
+}
+
+}  // namespace
+
+void ChannelState::Channel::ResetControllers() noexcept {
+    for (const std::uint8_t number : kResting) {
+        controllers[number] = kUnset;
+    }
+    parameterHigh = kNoParameter;
+    parameterLow = kNoParameter;
+    pressure = kUnset;
+    wheelLow = kUnset;
+    wheelHigh = kUnset;
+}
+
+void ChannelState::Channel::Control(std::uint8_t number, std::uint8_t value) noexcept {
+    if (number == kResetControllers) {
+        ResetControllers();
+    }
+    if (number >= kControllers) {
+        return;
+    }
+    controllers[number] = value;
+    if (number == kParameterHigh) {
+        parameterHigh = value;
+    } else if (number == kParameterLow) {
+        parameterLow = value;
+    } else if (number == kOtherParameterHigh || number == kOtherParameterLow) {
+        parameterHigh = kNoParameter;
+    } else if (HasParameter() && (number == kDataHigh || number == kDataLow)) {
+        parameters[parameterLow][number == kDataHigh ? 0 : 1] = value;
+    }
+}
+
+void ChannelState::Follow(TMIDIMessage message) noexcept {
+    if (message.status == TMIDIMessage::kSystemReset) {
+        channels_ = {};
+    }
+    if (message.status >= TMIDIMessage::kFirstSystemStatus || message.channel < 1 ||
+        message.channel > channels_.size() || message.data1 >= 128) {
+        return;
+    }
+    Channel& channel = channels_[message.channel - 1U];
+    switch (message.status) {
+        case TMIDIMessage::kControlChange:
+            return channel.Control(message.data1, message.data2);
+        case TMIDIMessage::kProgramChange:
+            channel.program = message.data1;
+            break;
+        case TMIDIMessage::kChannelPressure:
+            channel.pressure = message.data1;
+            break;
+        case TMIDIMessage::kPitchWheel:
+            channel.wheelLow = message.data1;
+            channel.wheelHigh = message.data2;
+            break;
+        default:
+            break;
+    }
+}
+
+void ChannelState::VisitAll(const Visit& visit) const {
+    for (std::size_t i = 0; i < channels_.size(); ++i) {
+        VisitChannel(channels_[i], static_cast<std::uint8_t>(i + 1), visit);
+    }
+}
+
+void ChannelState::VisitChannel(const Channel& channel, std::uint8_t number, const Visit& visit) {
+    const auto control = [&](std::size_t controller, std::uint8_t value) {
+        if (value != kUnset) {
+            visit({TMIDIMessage::kControlChange, number, static_cast<std::uint8_t>(controller), value});
+        }
+    };
+    control(kBankHigh, channel.controllers[kBankHigh]);
+    control(kBankLow, channel.controllers[kBankLow]);
+    if (channel.program != kUnset) {
+        visit({TMIDIMessage::kProgramChange, number, channel.program, 0});
+    }
+    for (std::size_t controller = 0; controller < kControllers; ++controller) {
+        if (!IsSelecting(controller)) {
+            control(controller, channel.controllers[controller]);
+        }
+    }
+    bool anyParameter = false;
+    for (std::size_t parameter = 0; parameter < kParameters; ++parameter) {
+        const auto& [coarse, fine] = channel.parameters[parameter];
+        if (coarse != kUnset || fine != kUnset) {
+            anyParameter = true;
+            control(kParameterHigh, 0);
+            control(kParameterLow, static_cast<std::uint8_t>(parameter));
+            control(kDataHigh, coarse);
+            control(kDataLow, fine);
+        }
+    }
+    if (anyParameter || channel.HasParameter()) {
+        control(kParameterHigh, channel.parameterHigh);
+        control(kParameterLow, channel.parameterLow);
+    }
+    if (channel.pressure != kUnset) {
+        visit({TMIDIMessage::kChannelPressure, number, channel.pressure, 0});
+    }
+    if (channel.wheelHigh != kUnset) {
+        visit({TMIDIMessage::kPitchWheel, number, channel.wheelLow, channel.wheelHigh});
+    }
+}
+
+}  // namespace LibMidi

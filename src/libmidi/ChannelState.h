@@ -1,0 +1,51 @@
+// What a stream of messages has set on the sixteen channels, apart from notes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+
+#include "midi/TMIDIMessage.h"
+
+namespace LibMidi {
+
+/// Follows programs, controllers, the first three registered parameters (bend range, fine and coarse tuning), channel
+/// pressure and the wheel. Plain value; whoever owns one says what guards it.
+class ChannelState {
+public:
+    using Visit = std::function<void(NK::MIDI::TMIDIMessage message)>;
+
+    void Follow(NK::MIDI::TMIDIMessage message) noexcept;
+    /// Visits what brings a device that was reset to this state: of each channel the banks before the program, and what
+    /// was never set not at all.
+    void VisitAll(const Visit& visit) const;
+
+private:
+    static constexpr std::uint8_t kUnset = 0xFF;
+    static constexpr std::size_t kControllers = 120;  ///< the rest are modes
+    static constexpr std::size_t kParameters = 3;
+    static constexpr std::uint8_t kNoParameter = 127;
+
+    struct Channel {
+        Channel() noexcept { controllers.fill(kUnset); }
+        void Control(std::uint8_t number, std::uint8_t value) noexcept;
+        void ResetControllers() noexcept;
+        bool HasParameter() const noexcept { return parameterHigh == 0 && parameterLow < kParameters; }
+
+        std::array<std::uint8_t, kControllers> controllers;
+        std::array<std::array<std::uint8_t, 2>, kParameters> parameters{
+            {{kUnset, kUnset}, {kUnset, kUnset}, {kUnset, kUnset}}};  ///< coarse and fine
+        std::uint8_t parameterHigh = kNoParameter;                    ///< what controllers 6 and 38 set now
+        std::uint8_t parameterLow = kNoParameter;
+        std::uint8_t program = kUnset;
+        std::uint8_t pressure = kUnset;
+        std::uint8_t wheelLow = kUnset;
+        std::uint8_t wheelHigh = kUnset;
+    };
+
+    static void VisitChannel(const Channel& channel, std::uint8_t number, const Visit& visit);
+
+    std::array<Channel, 16> channels_;
+};
+
+}  // namespace LibMidi
