@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "engine/EngineExtras.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_steady_clock.h"
 #include "nk/nk_thread_role.h"
@@ -9,7 +10,9 @@
 namespace Kivora {
 
 CKivora::CKivora(EngineDependencies dependencies)
-    : dependencies_(std::move(dependencies)), timeSource_(&NK::GetSteadyNowNs) {
+    : dependencies_(std::move(dependencies)),
+      timeSource_(&NK::GetSteadyNowNs),
+      extras_(std::make_unique<EngineExtras>()) {
     if (dependencies_.runTickTimer) {
         tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
         tickTimer_->SetName(L"tick");

@@ -36,6 +36,8 @@
 
 namespace Kivora {
 
+struct EngineExtras;
+
 /// Owns the ports, the voices, the arpeggiators and the musical clock, and turns key events into MIDI.
 ///
 /// One recursive lock is held by every operation for its whole run; the player's queue has a lock of its own that is
@@ -120,6 +122,14 @@ public:
     decltype(auto) WithArpeggiator(int index, Action&& action) {
         const CLockGuard guard(lock_);
         return std::forward<Action>(action)(ArpeggiatorAt(index));
+    }
+
+    /// Calls `action` with what the instrument offers beyond its rules, under the engine's lock, and returns its
+    /// result.
+    template <class Action>
+    decltype(auto) WithExtras(Action&& action) {
+        const CLockGuard guard(lock_);
+        return std::forward<Action>(action)(*extras_);
     }
 
     // MIDI input. Not channel messages: sent on unchanged. Notes and key pressure: as played, with the velocity scaled,
@@ -431,6 +441,7 @@ private:
     int outputIndex_ NK_GUARDED_BY(lock_) = -1;
     bool outputLost_ NK_GUARDED_BY(lock_) = false;
     bool inputLost_ NK_GUARDED_BY(lock_) = false;
+    const std::unique_ptr<EngineExtras> extras_;
     HeldKeys inputKeys_ NK_GUARDED_BY(lock_);
     VoiceSlots voices_ NK_GUARDED_BY(lock_);
 };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/PortSelection.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
@@ -53,6 +54,7 @@ void CKivora::InitMidi() {
     player_->SetTimeSource(&timeSource_);
     sink_ = player_->GetSink();
     sink_->SetKeepsOrder(keepsOrder_);
+    sink_->SetHistory(extras_->played);
     ListPortNames();
 }
 

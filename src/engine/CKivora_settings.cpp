@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/VoiceSlotsFile.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_directory.h"
@@ -122,6 +123,7 @@ bool CKivora::LoadSettings() {
     {
         const CLockGuard guard(lock_);
         ApplySettings(settings);
+        extras_->ReadSettings(file);
         LoadVoiceSettings(file, Settings::kSection);
         ResetSynth();
     }
@@ -135,6 +137,7 @@ void CKivora::WriteSettings(NK::CIniFile& file) {
         file.SelectOrAddSection(Settings::kSection);
         GatherSettings().Write(file);
         SaveVoiceSettings(file, Settings::kSection);
+        extras_->WriteSettings(file);
     }
     SaveSynthSettings(file);
     lastFolders_.Write(file);

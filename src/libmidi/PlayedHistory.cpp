@@ -72,9 +72,8 @@ PlayedHistory::Content PlayedHistory::Get() const {
         }
         content.events.insert(content.events.end(), piece.begin(), piece.end());
     }
-    const auto kept = std::find_if(content.events.begin(), content.events.end(), [&](const PlayedEvent& event) {
-        return event.timeMs >= content.nowMs - kKeptMs;
-    });
+    const auto kept = std::find_if(content.events.begin(), content.events.end(),
+                                   [&](const PlayedEvent& event) { return event.timeMs >= content.nowMs - kKeptMs; });
     std::for_each(content.events.begin(), kept,
                   [&content](const PlayedEvent& event) { content.before.Follow(event.message); });
     content.events.erase(content.events.begin(), kept);

@@ -49,16 +49,16 @@ TEST(ChannelState, TheLastOfEachKindStandsAndBanksComeBeforeTheProgram) {
 }
 
 TEST(ChannelState, RegisteredParametersComeWithTheirNumbersAndTheSelectionLast) {
-    EXPECT_THAT(StateAfter({{0xB0, 1, 101, 0},
-                            {0xB0, 1, 100, 0},
-                            {0xB0, 1, 6, 12},
-                            {0xB0, 1, 38, 50},
-                            {0xB0, 1, 101, 127},
-                            {0xB0, 1, 100, 127},
-                            {0xB0, 1, 6, 99}}),
-                ElementsAre(TMIDIMessage{0xB0, 1, 101, 0}, TMIDIMessage{0xB0, 1, 100, 0}, TMIDIMessage{0xB0, 1, 6, 12},
-                            TMIDIMessage{0xB0, 1, 38, 50}, TMIDIMessage{0xB0, 1, 101, 127},
-                            TMIDIMessage{0xB0, 1, 100, 127}));
+    EXPECT_THAT(
+        StateAfter({{0xB0, 1, 101, 0},
+                    {0xB0, 1, 100, 0},
+                    {0xB0, 1, 6, 12},
+                    {0xB0, 1, 38, 50},
+                    {0xB0, 1, 101, 127},
+                    {0xB0, 1, 100, 127},
+                    {0xB0, 1, 6, 99}}),
+        ElementsAre(TMIDIMessage{0xB0, 1, 101, 0}, TMIDIMessage{0xB0, 1, 100, 0}, TMIDIMessage{0xB0, 1, 6, 12},
+                    TMIDIMessage{0xB0, 1, 38, 50}, TMIDIMessage{0xB0, 1, 101, 127}, TMIDIMessage{0xB0, 1, 100, 127}));
     EXPECT_THAT(StateAfter({{0xB0, 1, 101, 0}, {0xB0, 1, 100, 1}, {0xB0, 1, 99, 1}, {0xB0, 1, 6, 12}}), IsEmpty())
         << "data of a parameter that is not registered";
 }

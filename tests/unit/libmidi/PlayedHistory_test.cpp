@@ -147,8 +147,8 @@ TEST_F(PlayedHistoryTest, TakesInBlocksAndTheEndOfWhatSoundedOnALostOutput) {
     MIDIPlayerQueue queue(time);
     queue.SetTimeSource(&time);
     queue.SetHistory(history);
-    queue.Queue(LibMidi::BlockSynthEvent(0, {LibMidi::NoteEvent(0, 1, 60, 9, 0x90), LibMidi::NoteEvent(0, 1, 61, 9, 0x90)},
-                                         LibMidi::kFirstPort));
+    queue.Queue(LibMidi::BlockSynthEvent(
+        0, {LibMidi::NoteEvent(0, 1, 60, 9, 0x90), LibMidi::NoteEvent(0, 1, 61, 9, 0x90)}, LibMidi::kFirstPort));
     std::vector<LibMidi::TakenEvent> taken;
     queue.AdvanceAndTake(0, taken);
     queue.LoseOutput();
@@ -169,6 +169,9 @@ TEST(PlayedHistoryThreads, WhatIsReadWhileItIsWrittenIsWhole) {
                             static_cast<std::uint8_t>(count >> 7 & 0x7F)});
         }
     });
+    while (history.Get().events.size() < 20'000) {
+        std::this_thread::yield();
+    }
     for (int i = 0; i < 50; ++i) {
         const PlayedHistory::Content content = history.Get();
         for (std::size_t place = 1; place < content.events.size(); ++place) {

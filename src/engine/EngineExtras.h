@@ -1,0 +1,32 @@
+// What the instrument offers beyond playing by its rules.
+#pragma once
+
+#include <memory>
+
+#include "nk/nk_ini_file.h"
+
+namespace LibMidi {
+class PlayedHistory;
+}
+
+namespace Kivora {
+
+/// Each part is off, or out of the way, until the player wants it: then nothing is played, sent or saved otherwise than
+/// without it. Guarded by the engine's lock, see CKivora::WithExtras(); what a pointer refers to says itself what
+/// guards it.
+struct EngineExtras {
+    EngineExtras();
+    ~EngineExtras();
+
+    /// What was played last, from all players of the engine; never null. On, if the settings do not switch it off.
+    const std::shared_ptr<LibMidi::PlayedHistory> played;
+    bool KeepsPlayed() const;
+    void KeepPlayed(bool on);
+
+    /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not
+    /// the default or is there already.
+    void ReadSettings(NK::CIniFile& file);
+    void WriteSettings(NK::CIniFile& file) const;
+};
+
+}  // namespace Kivora

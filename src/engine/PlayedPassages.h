@@ -1,0 +1,45 @@
+// Takes out of what was played last.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "libmidi/CaptureStore.h"
+#include "libmidi/PlayedHistory.h"
+#include "nk/nk_string.h"
+
+namespace Kivora {
+
+/// What somebody may want to save who forgot to record: all that is kept, from its first note on, or what follows the
+/// last pause. A pause is kPauseMs in which no note began, ended or sounded, and a note begins after it. Immutable;
+/// holds the events that it was made of.
+class PlayedPassages {
+public:
+    static constexpr std::int64_t kPauseMs = 10000;
+
+    enum class Range { kAll, kSincePause };
+
+    explicit PlayedPassages(LibMidi::PlayedHistory::Content content);
+
+    /// Whether any note began.
+    bool IsAny() const { return !starts_.empty(); }
+    bool HasPause() const { return starts_.size() > 1; }
+    /// The rest is for passages of which there is any. From the first note to its last event, ms.
+    int GetLengthMs(Range range) const;
+    /// How long ago its first note began, ms.
+    std::int64_t GetAgeMs(Range range) const;
+    /// As a take: the state of the channels before its first note stands at 0, and what is held is ended at the moment
+    /// when the content was taken.
+    LibMidi::CaptureStore::View GetTake(Range range) const;
+    /// Writes it as recordings are written. False when the file could not be written: then an older one of that name is
+    /// as it was.
+    bool Save(Range range, const NK::CString& path) const;
+
+private:
+    std::size_t GetStart(Range range) const { return range == Range::kAll ? starts_.front() : starts_.back(); }
+
+    const LibMidi::PlayedHistory::Content content_;
+    std::vector<std::size_t> starts_;  ///< of the first event, and of the one after the last pause if there is one
+};
+
+}  // namespace Kivora
