@@ -1653,6 +1653,42 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Test My &amp;Keyboard...</source>
         <translation>Пров&amp;ерка клавиатуры...</translation>
     </message>
+    <message>
+        <source>Save What I &amp;Just Played...</source>
+        <translation>Сохранить то&amp;лько что сыгранное...</translation>
+    </message>
+    <message>
+        <source>Save What I Just Played</source>
+        <translation>Сохранить только что сыгранное</translation>
+    </message>
+    <message>
+        <source>It is kept in memory only, for 15 minutes, and is lost when the program ends.</source>
+        <translation>Это хранится только в памяти, 15 минут, и пропадает с концом программы.</translation>
+    </message>
+    <message>
+        <source>You have played %1 (minutes and seconds).</source>
+        <translation>Вы играли %1 (минуты и секунды).</translation>
+    </message>
+    <message>
+        <source>You have played %1 since your last pause, and %2 in all (minutes and seconds).</source>
+        <translation>После последней паузы вы играли %1, а всего %2 (минуты и секунды).</translation>
+    </message>
+    <message>
+        <source>Since the &amp;Pause</source>
+        <translation>После &amp;паузы</translation>
+    </message>
+    <message>
+        <source>&amp;All of It</source>
+        <translation>&amp;Всё</translation>
+    </message>
+    <message>
+        <source>Nothing was played in the last 15 minutes. What was played before the program was started is not kept.</source>
+        <translation>За последние 15 минут ничего не сыграно. То, что игралось до запуска программы, не хранится.</translation>
+    </message>
+    <message>
+        <source>What you play is not kept, since that is switched off in the settings.</source>
+        <translation>То, что вы играете, не хранится: это выключено в настройках.</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>
@@ -3368,6 +3404,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Says what would sound, what would not and what to do about it</source>
         <translation>Говорит, что зазвучит, что нет и что с этим делать</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>Запись</translation>
+    </message>
+    <message>
+        <source>Keep the last 15 minutes of playing in memory</source>
+        <translation>Хранить в памяти последние 15 минут игры</translation>
+    </message>
+    <message>
+        <source>So that it can be saved although it was not recorded. It is lost when the program ends.</source>
+        <translation>Чтобы их можно было сохранить, хотя запись не шла. С концом программы они пропадают.</translation>
     </message>
 </context>
 </TS>

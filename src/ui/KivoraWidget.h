@@ -238,6 +238,10 @@ private:
     void checkLimits();
     void askAfterStop(const QString& reason);
 
+    // KivoraWidget_played.cpp
+    /// Saves what was played and not recorded, as far as it is kept.
+    void savePlayed();
+
     // KivoraWidget_takes.cpp
     /// Asks about the takes that wait, one after the other, while the panel goes on.
     void offerTakes();

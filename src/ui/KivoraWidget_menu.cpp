@@ -52,6 +52,7 @@ void KivoraWidget::createActions() {
             [this, saveTake] { saveTake->setEnabled(engine_ != nullptr && engine_->GetRecordedCount() > 0); });
     // For the shortcut, since there may be something to save by then.
     connect(menu_, &QMenu::aboutToHide, saveTake, [saveTake] { saveTake->setEnabled(true); });
+    addMenuAction(*menu_, tr("Save What I &Just Played..."), Qt::ALT | Qt::Key_J, [this] { savePlayed(); });
     menu_->addSeparator();
     createVoiceActions();
     menu_->addSeparator();

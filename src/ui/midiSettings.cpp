@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QShowEvent>
 
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
@@ -190,6 +191,8 @@ void midiSettings::loadControls() {
     ui_->translatePatchNames->setChecked(engine_->GetTranslatePatchNames());
     ui_->translateKeyNames->setChecked(engine_->GetTranslateKeyNames());
     ui_->showNoteNames->setChecked(engine_->GetShowNoteNames());
+    ui_->keepPlayed->setChecked(
+        engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.KeepsPlayed(); }));
     const int coloring = engine_->GetKeyboardColoring();
     ui_->coloringCombo->setCurrentIndex(coloring == 1 || coloring == 2 ? coloring : 0);
     bgColor_ = engine_->GetUIColor();
@@ -346,6 +349,7 @@ void midiSettings::closeClicked() {
         engine_->SetTranslatePatchNames(ui_->translatePatchNames->isChecked());
         engine_->SetTranslateKeyNames(ui_->translateKeyNames->isChecked());
         engine_->SetShowNoteNames(ui_->showNoteNames->isChecked());
+        engine_->WithExtras([this](Kivora::EngineExtras& extras) { extras.KeepPlayed(ui_->keepPlayed->isChecked()); });
         if (!engine_->SaveSettings()) {
             showError(tr("Failed to save the settings."), Dialogs::WhySettingsAreNotSaved(*engine_));
         }

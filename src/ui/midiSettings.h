@@ -20,9 +20,9 @@ class midiSettings;
 }
 
 /// Key colours, the three colours, the wallpaper and the built-in synthesizer follow its controls at once. The ports,
-/// the group of the computer keys and that of the language are taken over when the dialog is confirmed, which also
-/// saves the settings file; leaving it by Escape drops them. In two columns, and in one where the screen is too narrow.
-/// [gui]
+/// the groups of the computer keys, of the language and of recording are taken over when the dialog is confirmed, which
+/// also saves the settings file; leaving it by Escape drops them. In two columns, and in one where the screen is too
+/// narrow. [gui]
 class midiSettings : public FittedDialog {
     Q_OBJECT
 
