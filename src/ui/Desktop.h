@@ -9,7 +9,8 @@
 
 class QWidget;
 
-/// Says in a box over its parent when there is no manual or it cannot be opened. [gui]
+/// Says in a box over its parent when there is no manual, and in one that lets everybody play on when it cannot be
+/// opened. [gui]
 class Desktop : public QObject {
     Q_OBJECT
 
@@ -21,8 +22,6 @@ public:
     void showWebSite(const QString& address);
 
 private:
-    void warn(const QString& title, const QString& text, const QString& path);
-
     QWidget* window_;
     Kivora::HelpOpener help_;
     std::unique_ptr<Kivora::CLauncher> webSite_;

@@ -29,10 +29,14 @@ protected:
         setenv("PATH", folder_.GetPath().c_str(), 1);
         Kivora::SetLocale("en_US", false);
         QObject::connect(&timer_, &QTimer::timeout, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                title_ = box->windowTitle();
-                text_ = box->text();
-                box->accept();
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* const box = qobject_cast<QMessageBox*>(widget);
+                if (box != nullptr && box->isVisible()) {
+                    title_ = box->windowTitle();
+                    text_ = box->text();
+                    modal_ = box->isModal();
+                    box->accept();
+                }
             }
         });
         timer_.start(1);
@@ -58,6 +62,7 @@ protected:
     QWidget window_;
     QString title_;
     QString text_;
+    bool modal_ = false;
 
 private:
     QTimer timer_;
@@ -80,6 +85,7 @@ TEST_F(DesktopTest, AManualThatCannotBeOpenedIsSaidWithItsPath) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return !title_.isEmpty(); }, kLimitMs));
     EXPECT_EQ(title_, "Cannot Launch Help");
     EXPECT_EQ(text_.toStdString(), "Sorry, failed to open the help file:\r\n" + (help_ / "en" / "index.html").string());
+    EXPECT_FALSE(modal_) << "somebody may be playing by now";
 }
 
 TEST_F(DesktopTest, TheManualIsOpenedWithoutAWord) {
