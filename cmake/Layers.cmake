@@ -40,7 +40,7 @@ set(KIVORA_EXTERNAL_render Qt6::Core)
 set(KIVORA_EXTERNAL_QtWidgets_skin Qt6::Widgets)
 set(KIVORA_EXTERNAL_QtWidgets_piano Qt6::Widgets)
 set(KIVORA_EXTERNAL_locale Qt6::Core)
-set(KIVORA_EXTERNAL_ui Qt6::Widgets)
+set(KIVORA_EXTERNAL_ui Qt6::Widgets Qt6::GuiPrivate)
 set(KIVORA_EXTERNAL_app Qt6::Widgets)
 
 # kivora_leaf_target(<out> <leaf>): the name of the leaf's library target.

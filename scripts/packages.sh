@@ -4,7 +4,7 @@
 # Building and playing.
 export KIVORA_RUN_PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
+    qt6-base-dev qt6-base-private-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
     libportmidi-dev libasound2-dev libfluidsynth-dev timgm6mb-soundfont
     libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libwayland-dev
     libdbus-1-dev
@@ -19,7 +19,7 @@ export KIVORA_DISPLAY_PACKAGES=(xvfb)
 
 # Testing, on top of what building needs and of the display.
 export KIVORA_TEST_PACKAGES=(
-    libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev qt6-base-private-dev locales
+    libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev locales
     xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
     weston qt6-wayland

@@ -1,19 +1,21 @@
 // The keyboard layouts of a Wayland compositor.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "nk/nk_keyboard_layout.h"
 
+struct wl_display;
+
 namespace NK {
 
-/// Follows the keymap of a compositor's first seat on a connection of its own; never waits for the compositor. It tells
-/// only the window with the focus which of several layouts is active, so what keys typed there decides. For one thread.
+/// Follows the keymap of a compositor's first seat, and which of its layouts is active, on the connection of the
+/// program's windows: a compositor tells the active one to the client with the focus only. Never waits for the
+/// compositor; what it says is read by whoever reads for the windows. For one thread.
 class CWaylandKeyboard {
 public:
-    /// `display` as WAYLAND_DISPLAY names it; null for that variable's.
-    explicit CWaylandKeyboard(const char* display = nullptr);
+    /// `display` outlives this; null for none.
+    explicit CWaylandKeyboard(wl_display* display);
     ~CWaylandKeyboard();
     CWaylandKeyboard(const CWaylandKeyboard&) = delete;
     CWaylandKeyboard& operator=(const CWaylandKeyboard&) = delete;
@@ -21,12 +23,10 @@ public:
     /// Another object after a change only. Null until the compositor has told, when it has gone, and for a keymap that
     /// cannot be compiled.
     std::shared_ptr<const TKeyboardLayout> GetLayout();
-    /// A key typed that symbol: its layout becomes the active one, unless the active one has it there too.
-    void NoteKey(std::uint32_t scanCode, std::uint32_t keySymbol);
 
 private:
-    class CConnection;
-    std::unique_ptr<CConnection> connection_;
+    class CSeat;
+    std::unique_ptr<CSeat> seat_;  ///< null without a connection
 };
 
 }  // namespace NK

@@ -1,8 +1,8 @@
 #include "ui/InputLanguage.h"
 
+#include <qpa/qplatformnativeinterface.h>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QKeyEvent>
 
 #include "nk/nk_wayland_keyboard.h"
 
@@ -14,8 +14,13 @@ bool IsOnWayland() {
 }
 
 NK::CWaylandKeyboard& GetWaylandKeyboard() {
-    static NK::CWaylandKeyboard keyboard;
-    return keyboard;
+    static std::unique_ptr<NK::CWaylandKeyboard> keyboard;
+    if (!keyboard) {
+        void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
+        keyboard = std::make_unique<NK::CWaylandKeyboard>(static_cast<wl_display*>(display));
+        qAddPostRoutine([] { keyboard.reset(); });  // the connection goes with the application
+    }
+    return *keyboard;
 }
 
 }  // namespace
@@ -36,12 +41,6 @@ std::shared_ptr<const NK::TKeyboardLayout> GetInputLayout() {
         return GetWaylandKeyboard().GetLayout();
     }
     return QGuiApplication::platformName() == "xcb" ? NK::GetKeyboardLayout() : nullptr;
-}
-
-void NoteTypedKey(const QKeyEvent& press) {
-    if (IsOnWayland()) {
-        GetWaylandKeyboard().NoteKey(press.nativeScanCode(), press.nativeVirtualKey());
-    }
 }
 
 NK::LanguageNumber GetLanguageOfLocale(const QLocale& locale) {

@@ -6,8 +6,6 @@
 
 #include "nk/nk_keyboard_layout.h"
 
-class QKeyEvent;
-
 namespace Kivora {
 
 /// As X names it; where there is no X display, as on Wayland, the input method's language; kLanguageUnknown where that
@@ -17,9 +15,6 @@ NK::LanguageNumber GetInputLanguage();
 /// The layout that the keyboard types with; null where the window system does not tell. Waits for nothing as long as it
 /// stays the same. [gui]
 std::shared_ptr<const NK::TKeyboardLayout> GetInputLayout();
-
-/// Before GetInputLayout() at a key's press: on Wayland what it typed tells which of several layouts is active. [gui]
-void NoteTypedKey(const QKeyEvent& press);
 
 /// That of an English or a Russian keyboard by the locale's language, else that of its country's usual keyboard;
 /// kLanguageUnknown for the "C" locale.

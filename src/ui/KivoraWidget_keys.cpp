@@ -54,7 +54,6 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
         showMenu(mapToGlobal(rect().center()));
         return;
     }
-    Kivora::NoteTypedKey(*event);
     CPCKeyPlayer::CActions actions;
     const bool acts = isPlayable() && keys_.Press(computerKeys_->keyOf(*event), actions);
     carryOut(actions);

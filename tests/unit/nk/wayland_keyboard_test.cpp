@@ -2,8 +2,10 @@
 #include "nk/nk_wayland_keyboard.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <wayland-client.h>
 #include <wayland-server.h>
 
 #include <cstdlib>
@@ -19,9 +21,6 @@ using KivoraTest::SystemKeymap;
 
 constexpr std::uint32_t kScanQ = 24;
 constexpr std::uint32_t kScanZ = 52;
-constexpr std::uint32_t kGreekZeta = 0x07E6;
-constexpr std::uint32_t kLatinZ = 0x7A;
-constexpr std::uint32_t kShift = 0xFFE1;
 
 /// One seat with a keyboard, which shows no windows.
 class Compositor {
@@ -44,6 +43,8 @@ public:
         wl_keyboard_send_keymap(keyboard_, format, file, size);
         close(file);
     }
+    /// The layout of that number is active now.
+    void SendGroup(std::uint32_t number) { wl_keyboard_send_modifiers(keyboard_, 0, 0, 0, 0, number); }
     void TakeKeyboardAway() { wl_seat_send_capabilities(seat_, 0); }
     void End() {
         if (display_ != nullptr) {
@@ -84,17 +85,44 @@ private:
     wl_resource* keyboard_ = nullptr;
 };
 
+/// The connection of a program's windows, with what a toolkit does for it.
+class Client {
+public:
+    explicit Client(const Compositor& compositor) : display_(wl_display_connect(compositor.GetSocket())) {}
+    ~Client() { wl_display_disconnect(display_); }
+
+    wl_display* Get() const { return display_; }
+    void Turn() {
+        while (wl_display_prepare_read(display_) != 0) {
+            if (wl_display_dispatch_pending(display_) < 0) {
+                return;
+            }
+        }
+        pollfd readable{wl_display_get_fd(display_), POLLIN, 0};
+        if (poll(&readable, 1, 0) > 0) {
+            wl_display_read_events(display_);
+        } else {
+            wl_display_cancel_read(display_);
+        }
+    }
+
+private:
+    wl_display* display_;
+};
+
 class WaylandKeyboard : public testing::Test {
 protected:
     WaylandKeyboard() { setenv("XDG_RUNTIME_DIR", folder_.GetPath().c_str(), 1); }
     ~WaylandKeyboard() override { unsetenv("XDG_RUNTIME_DIR"); }
 
     /// What both sides say to each other takes a few turns; nobody waits.
-    static char32_t KeyOf(Compositor& compositor, NK::CWaylandKeyboard& keyboard, std::uint32_t scanCode) {
+    static char32_t KeyOf(Compositor& compositor, Client& client, NK::CWaylandKeyboard& keyboard,
+                          std::uint32_t scanCode) {
         constexpr int kTurns = 20;
         std::shared_ptr<const NK::TKeyboardLayout> layout;
         for (int turn = 0; turn < kTurns; ++turn) {
             compositor.Turn();
+            client.Turn();
             layout = keyboard.GetLayout();
         }
         return layout ? (*layout)[scanCode].character : 0;
@@ -106,53 +134,64 @@ private:
 
 TEST_F(WaylandKeyboard, TellsWhatTheKeysTypeAndFollowsAnotherKeymap) {
     Compositor compositor(SystemKeymap("fr"));
-    NK::CWaylandKeyboard keyboard(compositor.GetSocket());
+    Client client(compositor);
+    NK::CWaylandKeyboard keyboard(client.Get());
     EXPECT_EQ(keyboard.GetLayout(), nullptr) << "it has not told yet";
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanQ), U'a');
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanQ), U'a');
     EXPECT_EQ(keyboard.GetLayout(), keyboard.GetLayout());
     compositor.SendKeymap(SystemKeymap("us"));
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanQ), U'q');
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanQ), U'q');
     EXPECT_EQ(keyboard.GetLayout()->language, NK::kLanguageEnglishUs);
 }
 
-TEST_F(WaylandKeyboard, OfSeveralLayoutsWhatAKeyTypedTellsTheActiveOne) {
+TEST_F(WaylandKeyboard, OfSeveralLayoutsTheCompositorTellsTheActiveOne) {
     Compositor compositor(SystemKeymap("us,gr,de", ",,"));
-    NK::CWaylandKeyboard keyboard(compositor.GetSocket());
-    keyboard.NoteKey(kScanZ, kGreekZeta);  // before anything is known
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'z');
-    keyboard.NoteKey(kScanZ, kGreekZeta);
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'\u03B6');
-    keyboard.NoteKey(50, kShift);
-    keyboard.NoteKey(kScanZ, 0);
-    keyboard.NoteKey(0, kLatinZ);
-    keyboard.NoteKey(kScanQ, kLatinZ);
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'\u03B6') << "what no layout types there tells nothing";
-    keyboard.NoteKey(kScanZ, kLatinZ);
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'z');
+    Client client(compositor);
+    NK::CWaylandKeyboard keyboard(client.Get());
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'z');
+    compositor.SendGroup(1);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'\u03B6');
+    const auto greek = keyboard.GetLayout();
+    compositor.SendGroup(2);
+    compositor.SendGroup(1);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'\u03B6');
+    EXPECT_EQ(*keyboard.GetLayout(), *greek);
+    compositor.SendGroup(2);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'y');
+    compositor.SendGroup(3);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), 0U) << "there is no such layout";
+    compositor.SendGroup(0);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'z');
+    compositor.SendGroup(0);
+    const auto before = keyboard.GetLayout();
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'z');
+    EXPECT_EQ(keyboard.GetLayout(), before) << "another object after a change only";
 }
 
 TEST_F(WaylandKeyboard, IsUnknownForAKeymapThatCannotBeRead) {
     Compositor compositor("no keymap");
-    NK::CWaylandKeyboard keyboard(compositor.GetSocket());
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), 0U);
+    Client client(compositor);
+    NK::CWaylandKeyboard keyboard(client.Get());
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), 0U);
     compositor.SendKeymap(SystemKeymap("de"));
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'y');
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'y');
     compositor.SendKeymap(SystemKeymap("us"), WL_KEYBOARD_KEYMAP_FORMAT_NO_KEYMAP);
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), 0U);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), 0U);
     compositor.SendKeymap("");
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), 0U);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), 0U);
 }
 
 TEST_F(WaylandKeyboard, IsUnknownWithoutAKeyboardOrACompositor) {
-    NK::CWaylandKeyboard nowhere("no-such-display");
+    NK::CWaylandKeyboard nowhere(nullptr);
     EXPECT_EQ(nowhere.GetLayout(), nullptr);
-    nowhere.NoteKey(kScanZ, kLatinZ);
     Compositor compositor(SystemKeymap("de"));
-    NK::CWaylandKeyboard keyboard(compositor.GetSocket());
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), U'y');
+    Client client(compositor);
+    NK::CWaylandKeyboard keyboard(client.Get());
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), U'y');
     compositor.TakeKeyboardAway();
-    EXPECT_EQ(KeyOf(compositor, keyboard, kScanZ), 0U);
+    EXPECT_EQ(KeyOf(compositor, client, keyboard, kScanZ), 0U);
     compositor.End();
+    client.Turn();
     EXPECT_EQ(keyboard.GetLayout(), nullptr);
     EXPECT_EQ(keyboard.GetLayout(), nullptr);
 }
