@@ -15,7 +15,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QProcessEnvironment>
+#include <QStandardPaths>
 #include <QThread>
 
 #include "nk/platform/platform_xcb_xkb.h"
@@ -35,7 +37,7 @@ bool WaitFor(const std::function<bool()>& condition, int limitMs) {
 InstrumentProcess::InstrumentProcess() = default;
 
 InstrumentProcess::~InstrumentProcess() {
-    for (QProcess* process : {&program_, &server_}) {
+    for (QProcess* process : {&program_, &compositor_, &server_}) {
         if (process->state() != QProcess::NotRunning) {
             process->terminate();
             if (!process->waitForFinished(kLimitMs)) {
@@ -64,6 +66,69 @@ bool InstrumentProcess::StartServer() {
     return number.endsWith('\n');
 }
 
+bool InstrumentProcess::HasCompositor() {
+    return !QStandardPaths::findExecutable("weston").isEmpty() &&
+           !QDir(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms").entryList({"*wayland*"}).isEmpty();
+}
+
+void InstrumentProcess::UseCompositor(const QString& layouts, const QString& variants) {
+    keyboard_ = {layouts, variants};
+}
+
+bool InstrumentProcess::StartCompositor() {
+    bool ok = false;
+    RunOnDisplay("setxkbmap", {"-layout", keyboard_[0], "-variant", keyboard_[1]}, &ok);
+    // Keys repeat so soon that a test need not wait for it.
+    QFile settings(dir_.filePath("weston.ini"));
+    ok = ok && settings.open(QIODevice::WriteOnly) &&
+         settings.write("[core]\nidle-time=0\n[keyboard]\nrepeat-delay=20\nrepeat-rate=100\n") > 0;
+    settings.close();
+    if (!ok) {
+        std::cerr << "the compositor's keyboard cannot be set\n";
+        return false;
+    }
+    QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.remove("WAYLAND_DISPLAY");
+    variables.insert("XDG_RUNTIME_DIR", dir_.path());
+    variables.insert("DISPLAY", display_);
+    compositor_.setProcessEnvironment(variables);
+    compositor_.setStandardErrorFile(QProcess::nullDevice());
+    compositor_.setStandardOutputFile(QProcess::nullDevice());
+    compositor_.start("weston", {"--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--width=1350",
+                                 "--height=750", "--socket=kivora-test", "--config=" + dir_.filePath("weston.ini")});
+    if (!WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); })) {
+        std::cerr << "the compositor did not start\n";
+        return false;
+    }
+    return true;
+}
+
+bool InstrumentProcess::FocusUnderCompositor() {
+    // The program gets the keyboard when the compositor has it, which no query tells: a key that plays does, and
+    // another one that all messages of the former are out.
+    constexpr std::uint8_t kScanX = 53;
+    constexpr std::uint8_t kScanC = 54;
+    const auto ended = [this](const char* note) {
+        const std::vector<std::string> messages = GetNoteMessages();
+        return std::any_of(messages.begin(), messages.end(), [&](const auto& text) { return text.starts_with(note); });
+    };
+    const auto play = [this](std::uint8_t code) {
+        MoveKey(code, true);
+        MoveKey(code, false);
+    };
+    if (!WaitFor([&] {
+            Xdotool({"windowfocus", window_, "mousemove", "640", "20", "click", "1"});
+            play(kScanX);
+            return ended("80 3E");
+        })) {
+        std::cerr << "the program does not get the keyboard\n";
+        return false;
+    }
+    play(kScanC);
+    return WaitFor([&] { return ended("80 40"); });
+}
+
 bool InstrumentProcess::WriteSettings() {
     // An arpeggiator without settings of its own is bypassed.
     const QByteArray settings =
@@ -85,7 +150,7 @@ bool InstrumentProcess::IsOutputOpen() const {
 
 bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment,
                               const std::function<bool()>& isOutputOpen) {
-    if (!StartServer()) {
+    if (!StartServer() || (!keyboard_.isEmpty() && !StartCompositor())) {
         return false;
     }
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
@@ -105,6 +170,12 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
     variables.insert("KIVORA_MIDI", "portmidi");  // the stand-in, on a machine with a sequencer too
     variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
+    if (!keyboard_.isEmpty()) {
+        variables.remove("DISPLAY");
+        variables.insert("XDG_RUNTIME_DIR", dir_.path());
+        variables.insert("WAYLAND_DISPLAY", "kivora-test");
+        variables.insert("QT_QPA_PLATFORM", "wayland");
+    }
     for (const QString& variable : environment) {
         variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
     }
@@ -120,14 +191,16 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
         std::cerr << "the program did not start: " << program_.errorString().toStdString() << "\n";
         return false;
     }
-    const bool found = WaitFor([&] {
+    const bool isThere = WaitFor([&] {
         bool ok = false;
-        window_ = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "^Kivora LX$"}, &ok)
-                      .section('\n', 0, 0)
-                      .trimmed();
+        // The compositor's has no name of its own, and is the last one where the root is counted.
+        const bool isOwn = keyboard_.isEmpty();
+        const QString found =
+            RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", isOwn ? "^Kivora LX$" : ".*"}, &ok);
+        window_ = isOwn ? found.section('\n', 0, 0).trimmed() : found.trimmed().section('\n', -1);
         return ok && !window_.isEmpty();
     });
-    if (!found) {
+    if (!isThere) {
         std::cerr << "the program's window did not appear\n";
         return false;
     }
@@ -135,6 +208,9 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     if (!WaitFor([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
         std::cerr << "the program opened no output\n";
         return false;
+    }
+    if (!keyboard_.isEmpty()) {
+        return FocusUnderCompositor();
     }
     return WaitFor([&] {
         Xdotool({"windowfocus", window_});

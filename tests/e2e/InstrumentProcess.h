@@ -26,6 +26,11 @@ public:
     void MakeFirstStart();
     /// Before Start(): a line of the settings, of those that are not at their defaults.
     void AddSetting(const QByteArray& line) { settings_ += line + '\n'; }
+    /// Whether there is a Wayland compositor, and Qt's part for it.
+    static bool HasCompositor();
+    /// Before Start(): the program is a client of a Wayland compositor that fills the display, passes its mouse on, and
+    /// its keyboard with these layouts, such as "us,fr", of which LockLayout() makes one the active.
+    void UseCompositor(const QString& layouts, const QString& variants = {});
     /// True once the program's main window is there and has the focus; says what failed otherwise.
     /// `isOutputOpen` tells of a stand-in that does not log what it is sent.
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {},
@@ -78,15 +83,19 @@ public:
 
 private:
     bool StartServer();
+    bool StartCompositor();
+    bool FocusUnderCompositor();
     bool WriteSettings();
     bool IsOutputOpen() const;
 
     QByteArray settings_;
     QTemporaryDir dir_;
     QProcess server_;
+    QProcess compositor_;
     QProcess program_;
     QString display_;
-    QString window_;
+    QString window_;        ///< with a compositor its own
+    QStringList keyboard_;  ///< the compositor's layouts and variants; empty without one
     bool keepsOutput_ = false;
     bool startsFirst_ = false;
 };

@@ -7,39 +7,13 @@
 #include <vector>
 
 #include "e2e/InstrumentProcess.h"
+#include "e2e/Places.h"
 
 namespace {
 
-/// Every place that plays, by key code, with its note; and among them all others of the four rows, which play nothing:
-/// those of European, Brazilian and Japanese keyboards too.
-struct TPlace {
-    std::uint8_t code;
-    int note;
-};
-constexpr int kSilent = 0;
-constexpr TPlace kPlaces[] = {
-    {49, kSilent}, {10, kSilent}, {11, 73},      {12, 75},      {13, kSilent}, {14, 78},       {15, 80},      {16, 82},
-    {17, kSilent}, {18, 85},      {19, 87},      {20, kSilent}, {21, 90},      {132, kSilent}, {24, 72},      {25, 74},
-    {26, 76},      {27, 77},      {28, 79},      {29, 81},      {30, 83},      {31, 84},       {32, 86},      {33, 88},
-    {34, 89},      {35, 91},      {38, kSilent}, {39, 61},      {40, 63},      {41, kSilent},  {42, 66},      {43, 68},
-    {44, 70},      {45, kSilent}, {46, 73},      {47, 75},      {48, kSilent}, {51, kSilent},  {94, kSilent}, {52, 60},
-    {53, 62},      {54, 64},      {55, 65},      {56, 67},      {57, 69},      {58, 71},       {59, 72},      {60, 74},
-    {61, 76},      {97, kSilent},
-};
+using namespace PlaceCodes;
 
-constexpr std::uint8_t kShift = 50;
-constexpr std::uint8_t kCtrl = 37;
-constexpr std::uint8_t kScanISO = 94;
-constexpr std::uint8_t kScanX = 53;
-constexpr std::uint8_t kScanY = 29;
-constexpr std::uint8_t kScanZ = 52;
-
-std::vector<std::string> MessagesOf(int note, const char* velocity) {
-    const std::string data = QString::number(note, 16).toUpper().toStdString();
-    return {"90 " + data + " " + velocity, "80 " + data + " 00"};
-}
-
-class Places : public testing::Test {
+class Places : public PlacesTest {
 protected:
     void TearDown() override { EXPECT_EQ(instrument.Close(), 0); }
 
@@ -48,55 +22,12 @@ protected:
         instrument.RunOnDisplay("setxkbmap", {"-layout", layout, "-variant", variant}, &ok);
         ASSERT_TRUE(ok) << layout.toStdString();
     }
-    /// Presses the keys one after another, which must play these notes and nothing else.
-    void ExpectAllPlaces(const char* velocity, bool asTyped = false) {
-        for (const TPlace& place : kPlaces) {
-            if (asTyped && place.code == kScanISO) {
-                continue;  // which types a character that plays
-            }
-            Move(place.code);
-            if (place.note != kSilent) {
-                ExpectNotes(MessagesOf(place.note, velocity), place.code);
-            }
-        }
-        Move(kScanX);  // whatever the silent keys had played would stand before this
-        ExpectNotes(MessagesOf(62, velocity), kScanX);
-    }
-    void Move(std::uint8_t code) {
-        instrument.MoveKey(code, true);
-        instrument.MoveKey(code, false);
-    }
-    void ExpectNotes(const std::vector<std::string>& expected, int code) {
-        ASSERT_TRUE(instrument.WaitForNoteMessages(seen_ + expected.size())) << "key " << code;
-        const std::vector<std::string> all = instrument.GetNoteMessages();
-        EXPECT_EQ(std::vector<std::string>(all.begin() + static_cast<std::ptrdiff_t>(seen_), all.end()), expected)
-            << "key " << code;
-        seen_ = all.size();
-    }
-    /// The strip above the piano.
-    QImage GrabHints() {
-        const QString path = instrument.GetDataDir() + "/hints.png";
-        EXPECT_TRUE(instrument.SavePicture(path));
-        const QImage screen(path);
-        return screen.copy(0, screen.height() / 3, screen.width(), screen.height() / 3);
-    }
-
-    InstrumentProcess instrument;
-
-private:
-    std::size_t seen_ = 0;
 };
 
 TEST_F(Places, EveryPlaceOfEveryLayoutPlaysWhatItPlaysOnAUSKeyboard) {
     instrument.AddSetting("ComputerKeys=2");
     ASSERT_TRUE(instrument.Start());
-    constexpr struct {
-        const char* layout;
-        const char* variant = "";
-    } kLayouts[] = {{"us"}, {"gb"}, {"de"}, {"fr"}, {"es"}, {"it"}, {"br"}, {"pt"},           {"se"},
-                    {"cz"}, {"pl"}, {"tr"}, {"ru"}, {"ua"}, {"gr"}, {"il"}, {"us", "dvorak"}, {"us", "colemak"},
-                    {"jp"}};
-    for (const auto& [layout, variant] : kLayouts) {
+    for (const auto& [layout, variant] : kPlacedLayouts) {
         SCOPED_TRACE(std::string(layout) + "(" + variant + ")");
         UseLayout(layout, variant);
         ExpectAllPlaces("50");
@@ -135,10 +66,10 @@ TEST_F(Places, TheGermanZAndYPlayAsTypedAndByPlace) {
     ASSERT_TRUE(instrument.Start());
     UseLayout("de");
     ASSERT_TRUE(instrument.FocusAlone());
-    Move(kScanY);
-    ExpectNotes(MessagesOf(60, "50"), kScanY);
-    Move(kScanZ);
-    ExpectNotes(MessagesOf(81, "50"), kScanZ);
+    Move(kY);
+    ExpectNotes(MessagesOf(60, "50"), kY);
+    Move(kZ);
+    ExpectNotes(MessagesOf(81, "50"), kZ);
 }
 
 TEST_F(Places, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
@@ -159,7 +90,7 @@ TEST_F(Places, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
         ASSERT_TRUE(instrument.WaitForNoteMessages(count + 8));
         count = instrument.GetNoteMessages().size();
     }
-    Move(kScanX);
+    Move(kX);
     ASSERT_TRUE(instrument.WaitForNoteMessages(count + 2));
     EXPECT_EQ(instrument.GetNoteMessages().size(), 26U) << "four notes on and off three times, and the last one";
 }

@@ -2,134 +2,179 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <QDir>
-#include <QFile>
-#include <QLibraryInfo>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <algorithm>
+#include <set>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "e2e/InstrumentProcess.h"
+#include "e2e/Places.h"
+#include "e2e/Sounding.h"
 
 namespace {
 
-class OnWayland : public testing::Test {
+using namespace PlaceCodes;
+
+constexpr std::uint8_t kSpace = 65;
+constexpr std::size_t kMostLayouts = 4;  // of one keyboard
+
+class OnWayland : public PlacesTest {
 protected:
     void SetUp() override {
-        if (QStandardPaths::findExecutable("weston").isEmpty() ||
-            QDir(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms").entryList({"*wayland*"}).isEmpty()) {
+        if (!InstrumentProcess::HasCompositor()) {
             GTEST_SKIP() << "needs weston and Qt's platform plugin for Wayland";
         }
-        QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QFile settings(dir_.filePath("weston.ini"));
-        ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
-        settings.write("[core]\nidle-time=0\n");
-        settings.close();
-        server_.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1400x800x24", "-nolisten", "tcp", "-noreset"});
-        ASSERT_TRUE(server_.waitForReadyRead(InstrumentProcess::kLimitMs));
-        display_ = ":" + QString::fromLatin1(server_.readLine().trimmed());
     }
     void TearDown() override {
-        for (QProcess* const process : {&program_, &compositor_, &server_}) {
-            if (process->state() != QProcess::NotRunning) {
-                process->terminate();
-                EXPECT_TRUE(process->waitForFinished(InstrumentProcess::kLimitMs));
-            }
+        if (instrument.IsRunning()) {
+            EXPECT_EQ(instrument.Terminate(), 0);
         }
     }
-
-    QProcessEnvironment Variables() const {
-        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-        variables.insert("XDG_RUNTIME_DIR", dir_.path());
-        variables.insert("DISPLAY", display_);
-        variables.remove("WAYLAND_DISPLAY");
-        return variables;
+    void Start(const QString& layouts, const QString& variants = {}, const QStringList& environment = {}) {
+        instrument.UseCompositor(layouts, variants);
+        ASSERT_TRUE(instrument.Start({"--locale", "en_US"}, environment));
+        ForgetNotes();
     }
-    bool Run(const QString& program, const QStringList& arguments, QByteArray* printed = nullptr) {
-        QProcess process;
-        process.setProcessEnvironment(Variables());
-        process.start(program, arguments);
-        const bool finished = process.waitForFinished(InstrumentProcess::kLimitMs);
-        if (printed != nullptr) {
-            *printed = process.readAllStandardOutput();
-        }
-        return finished && process.exitCode() == 0;
+    std::set<std::string> Sounding() const { return SoundingAfter(instrument.GetMessages()); }
+    QString Root() {
+        return instrument.RunOnDisplay("xdotool", {"search", "--maxdepth", "0", ".*"}).section('\n', 0, 0).trimmed();
     }
-    /// With the compositor's window and the program's in front.
-    void Start(const QString& layout) {
-        ASSERT_TRUE(Run("setxkbmap", {layout}));
-        compositor_.setProcessEnvironment(Variables());
-        compositor_.setStandardErrorFile(QProcess::nullDevice());
-        compositor_.setStandardOutputFile(QProcess::nullDevice());
-        compositor_.start("weston",
-                          {"--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--width=1366",
-                           "--height=768", "--socket=kivora-test", "--config=" + dir_.filePath("weston.ini")});
-        ASSERT_TRUE(WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); }));
-        QProcessEnvironment variables = Variables();
-        variables.remove("DISPLAY");
-        variables.insert("WAYLAND_DISPLAY", "kivora-test");
-        variables.insert("QT_QPA_PLATFORM", "wayland");
-        variables.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
-        variables.insert("XDG_DATA_HOME", dir_.filePath("data"));
-        variables.insert("HOME", dir_.path());
-        variables.insert("LANG", "C.UTF-8");
-        variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
-        variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
-        program_.setProcessEnvironment(variables);
-        program_.setProcessChannelMode(QProcess::ForwardedChannels);
-        program_.start(KIVORA_PROGRAM, {"--locale", "en_US"});
-        ASSERT_TRUE(WaitFor([this] { return !Messages("C2").empty(); })) << "the program opened no output";
-        QByteArray windows;
-        ASSERT_TRUE(Run("xdotool", {"search", "--onlyvisible", "--name", ".*"}, &windows));
-        ASSERT_TRUE(Run("xdotool", {"windowfocus", windows.trimmed().split('\n').last()}));
-        ASSERT_TRUE(Run("xdotool", {"mousemove", "640", "20", "click", "1"}));  // the window gets the keyboard
-        // Which takes its time; what was played on the way is out before the last key.
-        ASSERT_TRUE(WaitFor([this] { return Run("xdotool", {"key", "53"}) && !Messages("80 3E").empty(); }));
-        ASSERT_TRUE(Run("xdotool", {"key", "54"}));
-        ASSERT_TRUE(WaitFor([this] { return !Messages("80 40").empty(); }));
-        first_ = Messages("").size();
-    }
-    std::vector<std::string> Messages(const std::string& start) const {
-        std::vector<std::string> messages;
-        std::ifstream log(dir_.filePath("midi.log").toStdString());
-        for (std::string line; std::getline(log, line);) {
-            const bool isNote = line.starts_with("90") || line.starts_with("80");
-            if (start.empty() ? isNote : line.starts_with(start)) {
-                messages.push_back(line.substr(0, 8));
-            }
-        }
-        return messages;
-    }
-    /// What the key plays.
-    std::vector<std::string> Play(int key) {
-        EXPECT_TRUE(Run("xdotool", {"key", QString::number(key)}));
-        EXPECT_TRUE(WaitFor([this] { return Messages("").size() >= first_ + 2; })) << "key " << key;
-        const std::vector<std::string> all = Messages("");
-        const std::vector<std::string> played(all.begin() + static_cast<std::ptrdiff_t>(first_), all.end());
-        first_ = all.size();
-        return played;
-    }
-
-    QTemporaryDir dir_;
-    QString display_;
-    QProcess server_;
-    QProcess compositor_;
-    QProcess program_;
-    std::size_t first_ = 0;
 };
 
-TEST_F(OnWayland, AFrenchKeyboardPlaysByPlace) {
-    using testing::ElementsAre;
-    ASSERT_NO_FATAL_FAILURE(Start("fr"));
-    EXPECT_THAT(Play(52), ElementsAre("90 3C 50", "80 3C 00")) << "W";
-    EXPECT_THAT(Play(24), ElementsAre("90 48 50", "80 48 00")) << "A";
-    EXPECT_THAT(Play(11), ElementsAre("90 49 50", "80 49 00")) << "e with an acute";
-    EXPECT_THAT(Play(34), ElementsAre("90 59 50", "80 59 00")) << "a dead circumflex";
-    ASSERT_TRUE(Run("xdotool", {"key", "94"}));
-    EXPECT_THAT(Play(60), ElementsAre("90 4A 50", "80 4A 00")) << "the key left of W played nothing";
+/// Layouts that one keyboard has together.
+class OnWaylandWithLayouts : public OnWayland, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(OnWaylandWithLayouts, EveryPlacePlaysWhatItPlaysOnAUSKeyboard) {
+    QStringList layouts;
+    QStringList variants;
+    for (std::size_t i = GetParam(); i < std::min(GetParam() + kMostLayouts, kPlacedLayouts.size()); ++i) {
+        layouts << kPlacedLayouts[i].layout;
+        variants << kPlacedLayouts[i].variant;
+    }
+    instrument.AddSetting("ComputerKeys=2");
+    ASSERT_NO_FATAL_FAILURE(Start(layouts.join(','), variants.join(',')));
+    for (int i = 0; i < layouts.size(); ++i) {
+        SCOPED_TRACE(layouts[i].toStdString() + "(" + variants[i].toStdString() + ")");
+        instrument.LockLayout(static_cast<std::uint8_t>(i));
+        ExpectAllPlaces("50");
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(Countries, OnWaylandWithLayouts,
+                         testing::Range(std::size_t{0}, std::size_t{19}, kMostLayouts));
+
+TEST_F(OnWayland, LoudAndSoftByPlaceOnAFrenchKeyboard) {
+    ASSERT_NO_FATAL_FAILURE(Start("fr"));
+    ExpectAllPlaces("50");
+    instrument.MoveKey(kShift, true);
+    ExpectAllPlaces("7F");
+    instrument.MoveKey(kShift, false);
+    instrument.MoveKey(kCtrl, true);
+    ExpectAllPlaces("28");
+    instrument.MoveKey(kCtrl, false);
+}
+
+TEST_F(OnWayland, TheActiveLayoutOfSeveralCounts) {
+    ASSERT_NO_FATAL_FAILURE(Start("us,gr,de", ",,"));
+    ExpectAllPlaces("50", true);
+    instrument.LockLayout(1);
+    ExpectAllPlaces("50");
+    instrument.LockLayout(2);
+    ExpectAllPlaces("50");
+    instrument.LockLayout(0);
+    ExpectAllPlaces("50", true);
+}
+
+TEST_F(OnWayland, TheGermanZAndYPlayAsTyped) {
+    instrument.AddSetting("ComputerKeys=1");
+    ASSERT_NO_FATAL_FAILURE(Start("de"));
+    Move(kY);
+    ExpectNotes(MessagesOf(60, "50"), kY);
+    Move(kZ);
+    ExpectNotes(MessagesOf(81, "50"), kZ);
+}
+
+TEST_F(OnWayland, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
+    ASSERT_NO_FATAL_FAILURE(Start("us,fr,gr", ",,"));
+    constexpr std::uint8_t kHeld[] = {24, 25, 52, 53};
+    for (std::uint8_t first = 0; first < 3; ++first) {
+        instrument.LockLayout(first);
+        for (const std::uint8_t code : kHeld) {
+            instrument.MoveKey(code, true);
+        }
+        ASSERT_TRUE(WaitFor([&] { return Sounding().size() == 4; }));
+        instrument.LockLayout(static_cast<std::uint8_t>((first + 1) % 3));
+        for (const std::uint8_t code : kHeld) {
+            instrument.MoveKey(code, false);
+        }
+        ASSERT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+    }
+    ForgetNotes();
+    Move(kX);
+    ExpectNotes(MessagesOf(62, "50"), kX);
+}
+
+TEST_F(OnWayland, AHeldKeyPlaysOnce) {
+    ASSERT_NO_FATAL_FAILURE(Start("us"));
+    const std::size_t first = instrument.GetNoteMessages().size();
+    instrument.MoveKey(kX, true);
+    ASSERT_TRUE(instrument.WaitForNoteMessages(first + 1));
+    // The mouse takes longer than many repeats, and stops none of them.
+    for (std::size_t i = 1; i <= 5; ++i) {
+        ASSERT_TRUE(instrument.Xdotool({"mousemove", "700", "500", "click", "1"}));
+        ASSERT_TRUE(instrument.WaitForNoteMessages(first + 1 + 2 * i));
+    }
+    instrument.MoveKey(kX, false);
+    ASSERT_TRUE(instrument.WaitForNoteMessages(first + 12));
+    const std::vector<std::string> messages = instrument.GetNoteMessages();
+    const auto begin = messages.begin() + static_cast<std::ptrdiff_t>(first);
+    EXPECT_EQ(*begin, "90 3E 50");
+    EXPECT_EQ(std::count(begin, messages.end(), "90 3E 50"), 1);
+    EXPECT_EQ(std::count(begin, messages.end(), "80 3E 00"), 1);
+    EXPECT_EQ(messages.back(), "80 3E 00");
+}
+
+TEST_F(OnWayland, WhatIsHeldEndsWhenTheKeyboardGoesElsewhere) {
+    ASSERT_NO_FATAL_FAILURE(Start("us"));
+    instrument.MoveKey(kSpace, true);
+    instrument.MoveKey(kZ, true);
+    ASSERT_TRUE(WaitFor([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
+    ASSERT_TRUE(instrument.Xdotool({"windowfocus", Root()}));
+    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+}
+
+TEST_F(OnWayland, TheHintsFollowTheLayout) {
+    ASSERT_NO_FATAL_FAILURE(Start("us,fr,gr", ",,"));
+    QImage english;
+    ASSERT_TRUE(WaitFor([&] {
+        const QImage now = GrabHints();
+        return std::exchange(english, now) == now;
+    })) << "of the key that was played last";
+    instrument.LockLayout(1);
+    ASSERT_TRUE(WaitFor([&] { return GrabHints() != english; }));
+    const QImage french = GrabHints();
+    instrument.LockLayout(2);
+    ASSERT_TRUE(WaitFor([&] {
+        const QImage now = GrabHints();
+        return now != english && now != french;
+    }));
+    instrument.LockLayout(0);
+    EXPECT_TRUE(WaitFor([&] { return GrabHints() == english; }));
+}
+
+/// Scales between the whole ones.
+class OnWaylandScaled : public OnWayland, public testing::WithParamInterface<const char*> {};
+
+TEST_P(OnWaylandScaled, KeysAndMousePlay) {
+    ASSERT_NO_FATAL_FAILURE(Start("fr", {}, {QString("QT_SCALE_FACTOR=") + GetParam()}));
+    Move(kZ);
+    ExpectNotes(MessagesOf(60, "50"), kZ);
+    ASSERT_TRUE(instrument.Xdotool({"mousemove", "700", "600", "mousedown", "1"}));
+    ASSERT_TRUE(WaitFor([&] { return Sounding().size() == 1; }));
+    ASSERT_TRUE(instrument.Xdotool({"mouseup", "1"}));
+    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Factors, OnWaylandScaled, testing::Values("1.25", "1.5"));
 
 }  // namespace
