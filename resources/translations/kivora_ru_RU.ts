@@ -1689,6 +1689,38 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>What you play is not kept, since that is switched off in the settings.</source>
         <translation>То, что вы играете, не хранится: это выключено в настройках.</translation>
     </message>
+    <message>
+        <source>Failed to save the settings.</source>
+        <translation>Не удалось сохранить настройки.</translation>
+    </message>
+    <message>
+        <source>Si&amp;ze</source>
+        <translation>Масшта&amp;б</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Accessibilit&amp;y</source>
+        <translation>Дост&amp;упность</translation>
+    </message>
+    <message>
+        <source>Contrast of the &amp;Desktop</source>
+        <translation>Контраст &amp;рабочего стола</translation>
+    </message>
+    <message>
+        <source>&amp;High Contrast</source>
+        <translation>&amp;Высокий контраст</translation>
+    </message>
+    <message>
+        <source>&amp;Usual Contrast</source>
+        <translation>&amp;Обычный контраст</translation>
+    </message>
+    <message>
+        <source>&amp;Quiet while Playing</source>
+        <translation>&amp;Тишина во время игры</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>

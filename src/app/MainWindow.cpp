@@ -236,8 +236,8 @@ void MainWindow::FitAndCentre() {
         screenFit_->Fit();
     } else {
         setFixedSize(panel_->sizeHint());
+        adjustSize();
     }
-    adjustSize();
     const QRect available = screen()->availableGeometry();
     move(available.left() + (available.width() - frameGeometry().width()) / 2,
          available.top() + (available.height() - frameGeometry().height()) / 2);

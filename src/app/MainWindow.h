@@ -18,7 +18,7 @@ namespace Kivora {
 class ScreenFit;
 
 /// Creates the engine, says in a box why it could not once it is shown, and goes on without one; after a visit to the
-/// settings it tries again. Holds exactly the panel and cannot be resized. When it is destroyed everything falls
+/// settings it tries again. Holds exactly the panel. When it is destroyed everything falls
 /// silent, then the engine's settings are saved; a box says when that fails. [gui]
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -33,9 +33,8 @@ public:
     enum class EPanelSize { kFitsScreen, kAsDesigned };
 
     /// `synth` is what can be set up where the engine cannot be created; not owned, outlives the window, may be null.
-    /// A panel that is larger than the screen is drawn smaller, whole and in proportion, and follows the screen that
-    /// the window is on; at the first start it shows the card with the computer keys. Neither where it is wanted as
-    /// designed.
+    /// The panel is as large as it is wanted and the screen has room for, see ScreenFit; at the first start it shows
+    /// the card with the computer keys. Neither where it is wanted as designed: then the window cannot be resized.
     explicit MainWindow(EngineCreator createEngine, Ports ports = Ports::kOpen, LibMidi::SynthControl* synth = nullptr,
                         EPanelSize panelSize = EPanelSize::kFitsScreen);
     ~MainWindow() override;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <QEvent>
+#include <QMainWindow>
 #include <QScreen>
-#include <QWidget>
 #include <QWindow>
 #include <utility>
 
@@ -17,10 +17,17 @@ namespace {
 constexpr int kCalmMs = 250;
 }  // namespace
 
-ScreenFit::ScreenFit(QWidget& window, KivoraWidget& panel) : window_(window), panel_(panel) {
+ScreenFit::ScreenFit(QMainWindow& window, KivoraWidget& panel) : window_(window), panel_(panel) {
+    calm_.setParent(&window_);  // tests look for it there
+    calm_.setObjectName("calm-time");
     calm_.setSingleShot(true);
     calm_.setInterval(kCalmMs);
-    connect(&calm_, &QTimer::timeout, this, &ScreenFit::Fit);
+    connect(&calm_, &QTimer::timeout, this, &ScreenFit::Settle);
+    connect(&panel_, &KivoraWidget::wantedScaleChanged, this, [this] {
+        if (!isPulled_) {
+            Fit();
+        }
+    });
     window_.installEventFilter(this);
     if (window_.isVisible()) {
         FollowWindow();
@@ -28,12 +35,58 @@ ScreenFit::ScreenFit(QWidget& window, KivoraWidget& panel) : window_(window), pa
 }
 
 bool ScreenFit::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Show) {
-        FollowWindow();  // its frame is known soon, too
-    } else if (event->type() == QEvent::Move && calm_.isActive()) {
-        FitSoon();
+    switch (event->type()) {
+        case QEvent::Show:
+            FollowWindow();  // its frame is known soon, too
+            break;
+        case QEvent::Move:
+            if (calm_.isActive()) {
+                FitSoon();
+            }
+            break;
+        case QEvent::Resize:
+            WindowResized();
+            break;
+        case QEvent::WindowStateChange:
+            FitSoon();
+            break;
+        default:
+            break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+void ScreenFit::WindowResized() {
+    if (!window_.isVisible() || window_.size() == given_) {
+        return;
+    }
+    // While the window is on its way to another screen, or to one of another scale, nobody pulls it.
+    const bool isOnItsWay = !isPulled_ && (calm_.isActive() || window_.devicePixelRatioF() != ratio_);
+    isPulled_ = !isOnItsWay && !FillsScreen();
+    FitSoon();
+    if (!isOnItsWay) {
+        FillWindow();
+    }
+}
+
+void ScreenFit::FillWindow() {
+    panel_.setPanelScale(PanelScale::FitInto(window_.size(), ViewSettings::kLargestScale));
+    const QSize rest = (window_.size() - panel_.sizeHint()).expandedTo({0, 0});
+    const int left = rest.width() / 2;
+    const int top = rest.height() / 2;
+    window_.setContentsMargins(left, top, rest.width() - left, rest.height() - top);
+}
+
+bool ScreenFit::FillsScreen() const {
+    return window_.isMaximized() || window_.isFullScreen();
+}
+
+void ScreenFit::Settle() {
+    if (isPulled_ && !FillsScreen()) {
+        panel_.setWantedScale(panel_.panelScale());
+    }
+    isPulled_ = false;
+    Fit();
 }
 
 void ScreenFit::FollowWindow() {
@@ -54,22 +107,36 @@ void ScreenFit::FollowScreen() {
     FitSoon();
 }
 
-void ScreenFit::Fit() {
-    const QSize frame = window_.frameGeometry().size() - window_.size();
-    panel_.setPanelScale(PanelScale::FitInto(window_.screen()->availableGeometry().size() - frame));
+void ScreenFit::ShowRatio() {
     if (std::exchange(ratio_, window_.devicePixelRatioF()) != window_.devicePixelRatioF()) {
         window_.update();  // the toolkit leaves on the screen what it has painted for the former one
     }
-    const QSize size = panel_.sizeHint();
-    QWindow* const handle = window_.windowHandle();
-    // After a change of the screen's scale the system's window has its old size in the screen's own pixels.
-    const bool asLarge = window_.size() == size && (handle == nullptr || handle->size() == size);
-    if (asLarge && window_.minimumSize() == size && window_.maximumSize() == size) {
+}
+
+void ScreenFit::Fit() {
+    if (FillsScreen() || (kept_.isValid() && window_.size() == kept_)) {
+        FillWindow();
+        ShowRatio();
         return;
     }
-    window_.setMinimumSize(0, 0);  // else limits of the same number of logical pixels are not told anew
-    window_.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    window_.setFixedSize(size);
+    const QSize frame = window_.frameGeometry().size() - window_.size();
+    const QSize room = window_.screen()->availableGeometry().size() - frame;
+    panel_.setPanelScale(PanelScale::FitInto(room, panel_.wantedScale()));
+    ShowRatio();
+    const QSize size = panel_.sizeHint();
+    window_.setMinimumSize(PanelScale::SizeAt(PanelScale::FitInto(room, ViewSettings::kSmallestScale)));
+    QWindow* const handle = window_.windowHandle();
+    // After a change of the screen's scale the system's window has its old size in the screen's own pixels.
+    if (window_.size() == size && (handle == nullptr || handle->size() == size)) {
+        given_ = size;
+        window_.setContentsMargins(0, 0, 0, 0);
+        return;
+    }
+    // Where it is changed back, who arranges the windows has the last word.
+    kept_ = window_.isVisible() && given_ == size ? window_.size() : QSize();
+    given_ = size;
+    window_.setContentsMargins(0, 0, 0, 0);
+    window_.resize(size);
     if (handle != nullptr) {
         handle->resize(size);
         MoveOntoScreen();

@@ -1,25 +1,28 @@
-// A panel that is larger than the screen.
+// The window's size: as large as the user wants the panel, and no larger than the screen.
 #pragma once
 
 #include <QObject>
 #include <QPointer>
+#include <QSize>
 #include <QTimer>
 
 class KivoraWidget;
+class QMainWindow;
 class QScreen;
-class QWidget;
 
 namespace Kivora {
 
-/// Keeps a window exactly as large as its panel, the panel small enough for the screen that the window is on, whole and
-/// in proportion, and the window on that screen. Follows another screen, room or scale once the window stands still.
-/// [gui]
+/// Keeps a window exactly as large as its panel, the panel as large as it is wanted and small enough for the screen
+/// that the window is on, whole and in proportion, and the window on that screen. Follows another screen, room or scale
+/// once the window stands still. A window that is pulled to a size takes the panel with it, and is given the panel's
+/// proportion once it stands still; that size is wanted from then on. A window that fills the screen, or whose size is
+/// not the program's to choose, has the panel in its middle. [gui]
 class ScreenFit : public QObject {
     Q_OBJECT
 
 public:
     /// Neither is owned; both outlive this. The panel of a window that is shown already is fitted soon.
-    ScreenFit(QWidget& window, KivoraWidget& panel);
+    ScreenFit(QMainWindow& window, KivoraWidget& panel);
 
     void Fit();
 
@@ -30,13 +33,22 @@ private:
     void FollowWindow();
     void FollowScreen();
     void FitSoon() { calm_.start(); }
+    void Settle();
+    void WindowResized();
+    /// The panel as large as the window has room for, in its middle.
+    void FillWindow();
+    bool FillsScreen() const;
+    void ShowRatio();
     void MoveOntoScreen();
 
-    QWidget& window_;
+    QMainWindow& window_;
     KivoraWidget& panel_;
     QPointer<QScreen> screen_;
     QTimer calm_;
-    double ratio_ = 0.0;  ///< device pixels a logical pixel when the panel was fitted last
+    double ratio_ = 0.0;     ///< device pixels a logical pixel when the panel was fitted last
+    QSize given_;            ///< the size that the window was given last
+    QSize kept_;             ///< a size that the window system does not change for the panel's
+    bool isPulled_ = false;  ///< since the window stood still
 };
 
 }  // namespace Kivora

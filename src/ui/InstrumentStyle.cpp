@@ -83,6 +83,15 @@ QRect PartOfCombo(const QRect& box, QStyle::SubControl part) {
     }
 }
 
+bool DesktopWantsHighContrast() {
+    return InstrumentPalette::IsHighContrast(QApplication::palette()) ||
+           QIcon::themeName().startsWith("HighContrast", Qt::CaseInsensitive);
+}
+
+QPalette PaletteFor(bool highContrast) {
+    return highContrast ? InstrumentPalette::MakeHighContrast() : InstrumentPalette::Make();
+}
+
 }  // namespace
 
 InstrumentStyle::InstrumentStyle(QStyle* base, const QPalette& palette) : QProxyStyle(base), palette_(palette) {
@@ -91,17 +100,43 @@ InstrumentStyle::InstrumentStyle(QStyle* base, const QPalette& palette) : QProxy
 void InstrumentStyle::Dress(QStyle* base) {
     // Also the file dialog: one of the desktop would speak the desktop's language and have its look.
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const bool highContrast = InstrumentPalette::IsHighContrast(QApplication::palette()) ||
-                              QIcon::themeName().startsWith("HighContrast", Qt::CaseInsensitive);
-    const QPalette palette = highContrast ? InstrumentPalette::MakeHighContrast() : InstrumentPalette::Make();
-    QApplication::setStyle(new InstrumentStyle(base, palette));
+    const bool highContrast = DesktopWantsHighContrast();
+    const QPalette palette = PaletteFor(highContrast);
+    auto* const style = new InstrumentStyle(base, palette);
+    style->isHighContrast_ = highContrast;
+    QApplication::setStyle(style);
+    Spread(palette, highContrast);
+    QApplication::setFont(InstrumentLegend::TextFont(QApplication::font()));
+    QApplication::setFont(InstrumentLegend::KeyFont(QApplication::font()), "QPushButton");
+}
+
+void InstrumentStyle::Spread(const QPalette& palette, bool highContrast) {
     QApplication::setPalette(palette);
     for (const char* name : kFieldClasses) {
         QApplication::setPalette(highContrast ? palette : InstrumentPalette::MakeForFields(), name);
     }
     QToolTip::setPalette(palette);
-    QApplication::setFont(InstrumentLegend::TextFont(QApplication::font()));
-    QApplication::setFont(InstrumentLegend::KeyFont(QApplication::font()), "QPushButton");
+}
+
+void InstrumentStyle::ChooseContrast(EContrast contrast) {
+    auto* const style = dynamic_cast<InstrumentStyle*>(QApplication::style());
+    if (style == nullptr) {
+        return;
+    }
+    bool highContrast = contrast == EContrast::kHigh;
+    if (contrast == EContrast::kAsDesktop) {
+        style->palette_ = InstrumentPalette::Make();
+        QApplication::setPalette(QPalette());  // so that the desktop's shows through, or that one where it has none
+        highContrast = DesktopWantsHighContrast();
+    }
+    style->isHighContrast_ = highContrast;
+    style->palette_ = PaletteFor(highContrast);
+    Spread(style->palette_, highContrast);
+}
+
+bool InstrumentStyle::IsHighContrast() {
+    const auto* const style = dynamic_cast<InstrumentStyle*>(QApplication::style());
+    return style != nullptr && style->isHighContrast_;
 }
 
 void InstrumentStyle::polish(QWidget* widget) {

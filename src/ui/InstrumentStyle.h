@@ -3,6 +3,8 @@
 
 #include <QProxyStyle>
 
+#include "ui/ViewSettings.h"
+
 class QStyleOptionButton;
 class QStyleOptionComboBox;
 class QStyleOptionGroupBox;
@@ -21,6 +23,11 @@ public:
     /// of type stay the desktop's. White on black where the desktop asks for high contrast, by its palette or by its
     /// icons' theme. Owns the base.
     static void Dress(QStyle* base);
+    /// High contrast or not, for an application that is dressed; what is shown already follows. The desktop is asked
+    /// anew.
+    static void ChooseContrast(EContrast contrast);
+    /// Of an application that is dressed.
+    static bool IsHighContrast();
 
     using QProxyStyle::polish;
     void polish(QWidget* widget) override;
@@ -53,5 +60,8 @@ private:
     void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
     void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
 
-    const QPalette palette_;
+    static void Spread(const QPalette& palette, bool highContrast);
+
+    QPalette palette_;
+    bool isHighContrast_ = false;
 };

@@ -64,6 +64,9 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     setOctaveShift(0);
     loadLanguageFiles();
     updateSkin();
+    if (engine_ != nullptr) {
+        loadView();
+    }
     updateLeftPane();
     updateRightPane();
     recordingStateChanged();
@@ -252,6 +255,11 @@ bool KivoraWidget::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::Resize:
             if (watched == piano_) {
                 QMetaObject::invokeMethod(this, &KivoraWidget::centreHints, Qt::QueuedConnection);  // of its new keys
+            }
+            break;
+        case QEvent::ThemeChange:
+            if (watched == window()) {
+                showView();
             }
             break;
         case QEvent::Close:

@@ -22,6 +22,7 @@
 #include "ui/ParameterEditor.h"
 #include "ui/SoundDoctorTools.h"
 #include "ui/StartNotices.h"
+#include "ui/ViewSettings.h"
 #include "ui/WallpaperCache.h"
 
 class ComputerKeys;
@@ -78,6 +79,10 @@ public:
     /// Shows the card with the computer keys in the right pane.
     void showPCKeyCard();
     double panelScale() const { return scale_.Get(); }
+    /// The scale that the user has chosen, which is kept for the next start. Whoever holds the panel gives it as much
+    /// of that as there is room for.
+    double wantedScale() const { return view_.scale; }
+    void setWantedScale(double scale);
 
     /// Ends what keys, the mouse and fingers hold on the panel, for when their releases will go elsewhere.
     void releaseHeld();
@@ -101,6 +106,9 @@ public:
     ComputerKeys& computerKeys() { return *computerKeys_; }
     /// What the user is told in boxes, from when the window is shown.
     StartNotices& notices() { return notices_; }
+
+signals:
+    void wantedScaleChanged();
 
 public slots:
     void loadLanguageFiles();
@@ -272,6 +280,15 @@ private:
                           std::function<bool()> state, QActionGroup* choice = nullptr);
     void showMenu(const QPoint& globalPosition);
 
+    // KivoraWidget_view.cpp
+    void createSizeMenu();
+    void createAccessibilityMenu();
+    void loadView();
+    void changeView(const ViewSettings& view);
+    void showView();
+    NK::CString viewPath() const;
+    void drawFrames(QPainter& painter) const;  ///< round the controls, where high contrast is wanted
+
     void connectEngine();
     void loadSettings();
     void tellAboutSettings();
@@ -364,4 +381,5 @@ private:
     QMenu* menu_ = nullptr;
 
     PanelScale scale_;
+    ViewSettings view_;
 };

@@ -126,6 +126,9 @@ void KivoraWidget::createViewActions() {
             [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; }, colorings);
     }
 
+    createSizeMenu();
+    createAccessibilityMenu();
+
     QMenu* language = menu_->addMenu(tr("Lang&uage", "interface language"));
     auto* const languages = new QActionGroup(menu_);
     for (const char* code : Kivora::kSupportedLocales) {

@@ -10,6 +10,7 @@
 #include "QtWidgets/skin/QJogDial.h"
 #include "ui/arpeggiatorSettings.h"
 #include "ui/Dialogs.h"
+#include "ui/InstrumentStyle.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
 #include "ui/PanelGeometry.h"
@@ -21,9 +22,14 @@ namespace {
 
 constexpr int kFinestScreen = 2;  // device pixels a logical pixel that the wallpaper is kept for
 
+constexpr QColor kHighContrastBody(0, 0, 0);
+constexpr QColor kHighContrastDisplay(255, 255, 255);
+constexpr QColor kHighContrastFigures(255, 255, 0);
+constexpr double kFrameWidth = 2.0;
+
 /// Plain pictures of a control, by the names of the resources; without the last they have none of a disabled control.
-void Dress(PanelKey* button, const QString& name, bool hasDisabled = false) {
-    const auto file = [&](const char* state) { return QString(":/Resources/%1_%2.png").arg(name, state); };
+void Dress(PanelKey* button, const QString& name, double ratio, bool hasDisabled = false) {
+    const auto file = [&](const char* state) { return SkinPictureFile(name + '_' + state, ratio); };
     button->setImages(file("In"), file("Pr"), hasDisabled ? file("Dis") : QString());
 }
 
@@ -69,6 +75,13 @@ void KivoraWidget::composeSkin() {
     settings.display = engine_ != nullptr ? engine_->GetUIDisplayColor() : CKivora::GetDefaultUIDisplayColor();
     settings.secondDisplay = engine_ != nullptr ? engine_->GetUIDisplay2Color() : CKivora::GetDefaultUIDisplay2Color();
     settings.wallpaper = wallpaper_;
+    if (InstrumentStyle::IsHighContrast()) {
+        settings.body = kHighContrastBody;
+        settings.display = kHighContrastDisplay;
+        settings.secondDisplay = kHighContrastFigures;
+        settings.wallpaper = QPixmap();
+        settings.plain = true;
+    }
     settings.devicePixelRatio = devicePixelRatioF();
     settings.scale = scale_.Get();
     const qint64 former = skin_.GetOverlay().cacheKey();
@@ -102,30 +115,48 @@ void KivoraWidget::composeBackground() {
     QPainter painter(&background_);
     painter.scale(skin_.GetRatio(), skin_.GetRatio());
     DrawPanelLegends(painter, leftView_, rightView_, skin_.GetRatio());
+    if (InstrumentStyle::IsHighContrast()) {
+        drawFrames(painter);
+    }
     painter.end();
     update();
 }
 
+void KivoraWidget::drawFrames(QPainter& painter) const {
+    painter.setPen(QPen(Qt::white, kFrameWidth));
+    painter.setBrush(Qt::NoBrush);
+    for (const QWidget* control : findChildren<QWidget*>()) {
+        const bool isControl = control->focusPolicy() != Qt::NoFocus && control->window() == window();
+        if (isControl && control->isVisibleTo(this)) {
+            const QRectF place(QPointF(control->mapTo(this, QPoint())) / scale_.Get(),
+                               QSizeF(control->size()) / scale_.Get());
+            constexpr double kOutside = kFrameWidth / 2;
+            painter.drawRoundedRect(place.adjusted(-kOutside, -kOutside, kOutside, kOutside), kFrameWidth, kFrameWidth);
+        }
+    }
+}
+
 void KivoraWidget::dressControls() {
+    const double ratio = skin_.GetRatio();
     for (PanelKey* button : {reset_, settings_, helpButton_, about_}) {
-        Dress(button, "Btn_68x28", true);
+        Dress(button, "Btn_68x28", ratio, true);
     }
     for (PanelKey* button : {single_, dual_, split_}) {
-        Dress(button, "Btn_Mode");
+        Dress(button, "Btn_Mode", ratio);
     }
     for (PanelKey* button : {recordView_, arpeggioOn_, arpeggioView_}) {
-        Dress(button, "Btn_35x19");
+        Dress(button, "Btn_35x19", ratio);
     }
     for (PanelKey* button : {loadPreset_, savePreset_}) {
-        Dress(button, "Btn_60x28");
+        Dress(button, "Btn_60x28", ratio);
     }
-    Dress(metronome_, "Btn_Metronome");
-    Dress(record_, "Btn_Rec");
-    Dress(stop_, "Btn_Stop", true);
-    Dress(octaveDown_, "Btn_OctDown");
-    Dress(octaveUp_, "Btn_OctUp");
-    Dress(minus_, "Btn_Minus");
-    Dress(plus_, "Btn_Plus");
+    Dress(metronome_, "Btn_Metronome", ratio);
+    Dress(record_, "Btn_Rec", ratio);
+    Dress(stop_, "Btn_Stop", ratio, true);
+    Dress(octaveDown_, "Btn_OctDown", ratio);
+    Dress(octaveUp_, "Btn_OctUp", ratio);
+    Dress(minus_, "Btn_Minus", ratio);
+    Dress(plus_, "Btn_Plus", ratio);
     tempo_->setImages(skin_.GetTinted("Btn_Tempo_In"), skin_.GetTinted("Btn_Tempo_Pr"));
     for (PanelKey* button : {patch1_, patch2_, transpose1_, transpose2_, volume1_, volume2_}) {
         button->setImages(skin_.GetTinted("Btn_Param_In"), skin_.GetTinted("Btn_Param_Pr"),
@@ -133,10 +164,10 @@ void KivoraWidget::dressControls() {
     }
     recordTime_->setGlass(skin_.GetTinted("Lcd_Time"));
     octaveValue_->setGlass(skin_.GetTinted("Lcd_Octave"));
-    midiLamp_->setImage(":/Resources/Led_9x9_green.png");
-    beatLamp_->setImage(":/Resources/Led_9x9_green.png");
-    barLamp_->setImage(":/Resources/Led_19x9_green.png");
-    jog_->setImage(":/Resources/Jog.png", QJogDial::FixedTopRotatingBottom);
+    midiLamp_->setImage(SkinPictureFile("Led_9x9_green", ratio));
+    beatLamp_->setImage(SkinPictureFile("Led_9x9_green", ratio));
+    barLamp_->setImage(SkinPictureFile("Led_19x9_green", ratio));
+    jog_->setImage(SkinPictureFile("Jog", ratio), QJogDial::FixedTopRotatingBottom);
     arpeggiator1_->updateSkin(skin_);
     arpeggiator2_->updateSkin(skin_);
 }

@@ -14,11 +14,11 @@ double PanelScaled::designWidth(const QWidget& self) const {
     return designWidth_.value_or(self.width() / panelScale_);
 }
 
-double PanelScale::FitInto(const QSize& room) {
+double PanelScale::FitInto(const QSize& room, double wanted) {
     if (room.isEmpty()) {
-        return 1.0;
+        return wanted;
     }
-    return std::min({1.0, static_cast<double>(room.width()) / kPanel.width(),
+    return std::min({wanted, static_cast<double>(room.width()) / kPanel.width(),
                      static_cast<double>(room.height()) / kPanel.height()});
 }
 
@@ -47,10 +47,10 @@ QPoint PanelScale::Scaled(const QPoint& design) const {
     return {qRound(design.x() * scale_), qRound(design.y() * scale_)};
 }
 
-QSize PanelScale::GetSize() const {
+QSize PanelScale::SizeAt(double scale) {
     constexpr double kRounding = 1e-9;  // of a scale that was made to give a whole number
-    return {static_cast<int>(std::floor(kPanel.width() * scale_ + kRounding)),
-            static_cast<int>(std::floor(kPanel.height() * scale_ + kRounding))};
+    return {static_cast<int>(std::floor(kPanel.width() * scale + kRounding)),
+            static_cast<int>(std::floor(kPanel.height() * scale + kRounding))};
 }
 
 void PanelScale::Apply(double scale) {

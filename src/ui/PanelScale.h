@@ -34,8 +34,10 @@ private:
 /// Lays the panel's widgets out at a scale: edges that meet in the design meet at every scale. [gui]
 class PanelScale {
 public:
-    /// The largest scale up to 1 at which the design fits that room; 1 for no room.
-    static double FitInto(const QSize& room);
+    /// The largest scale up to `wanted` at which the design fits that room; `wanted` for no room.
+    static double FitInto(const QSize& room, double wanted = 1.0);
+    /// The whole panel's at a scale, in whole logical pixels, none of them more than it fills.
+    static QSize SizeAt(double scale);
 
     /// Where the widgets inside the panel stand now is their place in the design. Windows and the parts of combo boxes
     /// are left alone, and so is the focus ring.
@@ -44,8 +46,7 @@ public:
     /// Moves, resizes and repaints all of them.
     void Apply(double scale);
     double Get() const { return scale_; }
-    /// The whole panel's, in whole logical pixels, none of them more than it fills.
-    QSize GetSize() const;
+    QSize GetSize() const { return SizeAt(scale_); }
 
 private:
     struct Place {

@@ -89,13 +89,17 @@ QPixmap Blank(const QSize& area, double ratio) {
 
 }  // namespace
 
-QPixmap LoadSkinPicture(const QString& name, double devicePixelRatio) {
-    const bool fine = devicePixelRatio > 1.0;
-    const QString file = QString(":/Resources/%1%2.png").arg(name, fine ? "@2x" : "");
+QString SkinPictureFile(const QString& name, double ratio) {
+    const char* const fineness = ratio > 2.0 ? "@4x" : ratio > 1.0 ? "@2x" : "";
+    return QString(":/Resources/%1%2.png").arg(name, fineness);
+}
+
+QPixmap LoadSkinPicture(const QString& name, double ratio) {
+    const QString file = SkinPictureFile(name, ratio);
     QPixmap picture;
     if (!QPixmapCache::find(file, &picture)) {
         picture.load(file);
-        picture.setDevicePixelRatio(fine ? 2.0 : 1.0);
+        picture.setDevicePixelRatio(ratio > 2.0 ? 4.0 : ratio > 1.0 ? 2.0 : 1.0);
         QPixmapCache::insert(file, picture);
     }
     return picture;
@@ -126,20 +130,21 @@ void PanelSkin::Compose(const PanelSkinSettings& settings) {
             sliderParts_[name] = part;
         }
     }
-    if (rescaled || overlay_.isNull() || (wallpaperKey == 0) != (formerKey == 0)) {
-        ComposeOverlay(settings.wallpaper.isNull());
+    const bool brushed = settings.wallpaper.isNull() && !settings.plain;
+    if (brushed != std::exchange(brushed_, brushed) || rescaled || overlay_.isNull()) {
+        ComposeOverlay();
     }
     if (rescaled || wallpaperKey != formerKey) {
         ComposeWallpaper(settings.wallpaper);
     }
 }
 
-void PanelSkin::ComposeOverlay(bool brushed) {
+void PanelSkin::ComposeOverlay() {
     overlay_ = Blank(PanelGeometry::kPanel.size(), ratio_);
     QPainter painter(&overlay_);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.scale(ratio_, ratio_);
-    if (brushed) {
+    if (brushed_) {
         painter.drawPixmap(0, 0, LoadSkinPicture("Panel_Brush", ratio_));
     }
     painter.drawPixmap(0, 0, LoadSkinPicture("Panel", ratio_));

@@ -16,6 +16,7 @@ struct PanelSkinSettings {
     QColor secondDisplay;  ///< parameter keys, read-outs, combos
     QPixmap wallpaper;     ///< null for none; its logical width is the panel's
     double devicePixelRatio = 1.0;
+    bool plain = false;  ///< without the brushed metal
     double scale = 1.0;  ///< the panel's, in logical pixels of the screen for one of the design
 };
 
@@ -47,10 +48,11 @@ public:
     double GetRatio() const { return ratio_; }
 
 private:
-    void ComposeOverlay(bool brushed);
+    void ComposeOverlay();
     void ComposeWallpaper(const QPixmap& wallpaper);
 
     double ratio_ = 0.0;
+    bool brushed_ = true;
     qint64 wallpaperKey_ = 0;  ///< of the picture that was composed last
     QColor body_;              ///< as it is painted
     QColor smoke_;
@@ -62,5 +64,8 @@ private:
     QColor displayColor_;
 };
 
-/// A picture of the resources for that ratio: the one at 2x for ratios above 1.
-QPixmap LoadSkinPicture(const QString& name, double devicePixelRatio);
+/// The resource that has a picture finely enough for that many device pixels a pixel of the design, as far as there is
+/// one: at 1x, 2x or 4x.
+QString SkinPictureFile(const QString& name, double ratio);
+/// The picture itself, its device pixel ratio set.
+QPixmap LoadSkinPicture(const QString& name, double ratio);

@@ -78,8 +78,8 @@ void arpeggiatorSettings::setCaption(const QString& caption, const QString& purp
 
 void arpeggiatorSettings::dressLamps() {
     const QString on = lit_ ? "Pr" : "Dim";
-    const auto file = [](const char* name, const QString& state) {
-        return QString(":/Resources/%1_%2.png").arg(name, state);
+    const auto file = [this](const char* name, const QString& state) {
+        return SkinPictureFile(name + ('_' + state), pictureRatio_);
     };
     ui_->onOffButton->setImages(file("Btn_35x19", "In"), file("Btn_35x19", on));
     ui_->btnRepeat->setImages(file("Btn_35x19", "In"), file("Btn_35x19", on), file("Btn_35x19", "Dis"));
@@ -87,6 +87,7 @@ void arpeggiatorSettings::dressLamps() {
 }
 
 void arpeggiatorSettings::updateSkin(PanelSkin& skin) {
+    pictureRatio_ = skin.GetRatio();
     dressLamps();
     ui_->durationPcSlider->setImages(skin.GetSliderPart("Slider_Hor_Channel"), skin.GetSliderPart("Slider_Hor_In"),
                                      skin.GetSliderPart("Slider_Hor_Pr"));

@@ -57,4 +57,5 @@ private:
     int index_ = 0;
     bool updating = false;
     bool lit_ = true;
+    double pictureRatio_ = 1.0;  ///< device pixels for one of the design
 };

@@ -9,6 +9,8 @@
 
 namespace {
 
+bool isQuiet = false;
+
 int visibleKeyCount(const QPiano& piano) {
     return std::max(0, std::min<int>(piano.GetLastNote(), NK::Piano::kNoteCount - 1) - piano.GetFirstNote() + 1);
 }
@@ -116,8 +118,12 @@ void QPianoAccessible::installFactory() {
     }();
 }
 
+void QPianoAccessible::setQuiet(bool quiet) {
+    isQuiet = quiet;
+}
+
 void QPianoAccessible::keyChanged(QPiano& piano, std::uint8_t note) {
-    if (!QAccessible::isActive()) {
+    if (isQuiet || !QAccessible::isActive()) {
         return;
     }
     QAccessible::State changed;

@@ -16,6 +16,8 @@ public:
 
     /// Makes Qt use this class for every QPiano; repeated calls do nothing.
     static void installFactory();
+    /// While it is quiet, keys that go down or up are not told to assistive technology, on any piano.
+    static void setQuiet(bool quiet);
     /// Tell assistive technology that a key went down or up, and that the cursor has moved or come into sight.
     static void keyChanged(QPiano& piano, std::uint8_t note);
     static void focusMoved(QPiano& piano);

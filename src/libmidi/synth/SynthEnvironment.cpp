@@ -56,7 +56,8 @@ SynthEnvironment SynthEnvironment::FromProcess() {
     return {.soundFont = ReadVariable("KIVORA_SOUNDFONT"),
             .audioDriver = ReadVariable("KIVORA_AUDIO_DRIVER"),
             .audioFile = ReadVariable("KIVORA_AUDIO_FILE"),
-            .fontFolders = {"/usr/share/sounds/sf2", "/usr/share/sounds/sf3", "/usr/share/soundfonts"},
+            .fontFolders = {"/usr/share/sounds/sf2", "/usr/share/sounds/sf3", "/usr/share/soundfonts",
+                            "/app/share/sounds/sf2"},  // the last one inside a Flatpak
             .deviceFolder = "/dev",
             .runtimeFolder = ReadVariable("XDG_RUNTIME_DIR")};
 }

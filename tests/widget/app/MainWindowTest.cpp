@@ -194,8 +194,16 @@ TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
     EXPECT_EQ(titles_, QStringList());
 }
 
-TEST_F(MainWindowTest, IsExactlyThePanelAndCannotBeResized) {
+TEST_F(MainWindowTest, IsExactlyThePanel) {
     MainWindow window(RealEngine());
+    window.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(1180, 520));
+    EXPECT_EQ(window.GetPanel()->geometry(), QRect(0, 0, 1180, 520));
+}
+
+TEST_F(MainWindowTest, CannotBeResizedWhereThePanelIsWantedAsDesigned) {
+    MainWindow window(RealEngine(), MainWindow::Ports::kOpen, nullptr, MainWindow::EPanelSize::kAsDesigned);
     window.show();
     QCoreApplication::processEvents();
     EXPECT_EQ(window.minimumSize(), QSize(1180, 520));

@@ -50,6 +50,10 @@ protected:
         window.windowHandle()->setScreen(screen);
         window.move(screen->availableGeometry().topLeft());
     }
+    /// Nothing of its way onto the screen is to come.
+    static void WaitUntilCalm(MainWindow& window) {
+        ASSERT_TRUE(Wait([&] { return !window.findChild<QTimer*>("calm-time")->isActive(); }));
+    }
     static bool Wait(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, kWaitMs); }
 
     KivoraTest::EngineRig rig_;
@@ -63,8 +67,6 @@ TEST_F(ScreenFitTest, OnASmallScreenThePanelIsDrawnSmallerWholeAndInProportion) 
     // The platform's window frames count.
     EXPECT_EQ(window->frameGeometry().width(), 1024);
     EXPECT_EQ(window->height(), window->width() * kDesign.height() / kDesign.width());
-    EXPECT_EQ(window->minimumSize(), window->size());
-    EXPECT_EQ(window->maximumSize(), window->size());
     EXPECT_EQ(window->GetPanel()->size(), window->size());
     EXPECT_TRUE(window->screen()->availableGeometry().contains(window->frameGeometry()));
     for (const QWidget* widget : window->GetPanel()->findChildren<QWidget*>()) {
@@ -77,6 +79,49 @@ TEST_F(ScreenFitTest, OnASmallScreenThePanelIsDrawnSmallerWholeAndInProportion) 
     MoveTo(*window, Screen("large"));
     ASSERT_TRUE(Wait([&] { return window->size() == kDesign; }));
     EXPECT_EQ(window->GetPanel()->panelScale(), 1.0);
+}
+
+TEST_F(ScreenFitTest, ASizeThatIsChosenIsShownAsFarAsThereIsRoomAndKept) {
+    {
+        const auto window = Open();
+        window->GetPanel()->setWantedScale(1.25);
+        EXPECT_EQ(window->size(), QSize(1475, 650));
+        EXPECT_EQ(window->GetPanel()->size(), window->size());
+        MoveTo(*window, Screen("small"));
+        ASSERT_TRUE(Wait([&] { return window->frameGeometry().width() == 1024; })) << "no more room";
+        MoveTo(*window, Screen("large"));
+        ASSERT_TRUE(Wait([&] { return window->size() == QSize(1475, 650); })) << "and there is again";
+        window->GetPanel()->setWantedScale(0.75);
+        EXPECT_EQ(window->size(), QSize(885, 390));
+    }
+    const auto window = Open();
+    EXPECT_EQ(window->size(), QSize(885, 390)) << "at the next start";
+}
+
+TEST_F(ScreenFitTest, AWindowThatIsPulledTakesThePanelWithItAndKeepsItsProportion) {
+    const auto window = Open();
+    WaitUntilCalm(*window);
+    window->resize(1475, 900);
+    EXPECT_DOUBLE_EQ(window->GetPanel()->panelScale(), 1.25) << "at once";
+    EXPECT_TRUE(Wait([&] { return window->size() == QSize(1475, 650); })) << "once it stands still";
+    EXPECT_TRUE(Wait([&] { return window->GetPanel()->geometry() == QRect(QPoint(), window->size()); }));
+    EXPECT_DOUBLE_EQ(window->GetPanel()->wantedScale(), 1.25);
+    window->resize(100, 100);
+    EXPECT_TRUE(Wait([&] { return window->size() == QSize(590, 260); })) << "and no smaller";
+}
+
+TEST_F(ScreenFitTest, AWindowThatFillsTheScreenHasThePanelInItsMiddle) {
+    const auto window = Open();
+    WaitUntilCalm(*window);
+    window->showMaximized();
+    ASSERT_TRUE(Wait([&] { return window->GetPanel()->panelScale() > 1.0; }));
+    ASSERT_TRUE(Wait([&] { return window->GetPanel()->size() == window->GetPanel()->sizeHint(); }));
+    EXPECT_TRUE(window->rect().contains(window->GetPanel()->geometry()));
+    EXPECT_NEAR(window->GetPanel()->geometry().center().x(), window->rect().center().x(), 1);
+    EXPECT_NEAR(window->GetPanel()->geometry().center().y(), window->rect().center().y(), 1);
+    window->showNormal();
+    EXPECT_TRUE(Wait([&] { return window->size() == kDesign && window->GetPanel()->panelScale() == 1.0; }));
+    EXPECT_EQ(window->GetPanel()->wantedScale(), 1.0);
 }
 
 TEST_F(ScreenFitTest, PicturesAreTakenOfThePanelAsDesigned) {
@@ -115,6 +160,33 @@ TEST_F(ScreenFitTest, AFinerScreenShowsTheSamePanelInMorePixels) {
     MoveTo(*window, Screen("large"));
     ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.0 && shown() == kDesign; }));
     EXPECT_EQ(window->grab().toImage(), coarse) << "as it was";
+}
+
+TEST_F(ScreenFitTest, APanelOfTwiceTheSizeIsAsSharpAsOneOnAFinerScreen) {
+    const auto window = Open();
+    auto* const lamp = window->findChild<QBlinkingLed*>("midi-led");
+    MoveTo(*window, Screen("fine"));
+    ASSERT_TRUE(Wait([&] { return window->grab().size() == kDesign * 2 && !lamp->isLit(); }));
+    const QImage fine = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    MoveTo(*window, Screen("large"));
+    ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.0; }));
+    WaitUntilCalm(*window);
+    KivoraWidget& panel = *window->GetPanel();
+    panel.setPanelScale(2.0);  // more than the screen has room for
+    panel.resize(panel.sizeHint());
+    const QImage large = panel.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    ASSERT_EQ(large.size(), fine.size());
+    // Of the plates and the pictures of keys and dials; texts stand on other parts of a pixel.
+    constexpr int kBarelySeen = 24;
+    int different = 0;
+    for (int y = 0; y < large.height(); ++y) {
+        for (int x = 0; x < large.width(); ++x) {
+            const QColor a(large.pixel(x, y));
+            const QColor b(fine.pixel(x, y));
+            different += std::abs(a.lightness() - b.lightness()) > kBarelySeen ? 1 : 0;
+        }
+    }
+    EXPECT_LT(different, large.width() * large.height() / 200);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <QAccessible>
 
 #include "PianoFixture.h"
+#include "QtWidgets/piano/QPianoAccessible.h"
 #include "support/AccessibleChanges.h"
 
 namespace {
@@ -65,6 +66,17 @@ TEST_F(PianoAccessibleTest, EachChangeOfALitKeyIsToldOnce) {
     changes.Take();
     piano_.ReleaseAll();
     EXPECT_EQ(changes.Take(), (CSignals{"C4 pressed-", "B4 pressed-"}));
+}
+
+TEST_F(PianoAccessibleTest, WhileItIsQuietKeysThatLightAreNotTold) {
+    KivoraTest::AccessibleChanges changes;
+    QPianoAccessible::setQuiet(true);
+    piano_.PressKey(64);
+    EXPECT_EQ(changes.Take(), CSignals{});
+    EXPECT_TRUE(Key(64)->state().pressed) << "who asks is told";
+    QPianoAccessible::setQuiet(false);
+    piano_.ReleaseKey(64);
+    EXPECT_EQ(changes.Take(), CSignals{"E4 pressed-"});
 }
 
 TEST_F(PianoAccessibleTest, PressActionPlaysTheKeyForAMoment) {

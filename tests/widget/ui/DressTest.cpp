@@ -83,6 +83,25 @@ TEST_F(Dressed, MarksOfBoxesAreTheInstrumentsOwnAtAnySize) {
     }
 }
 
+TEST_F(Dressed, TheContrastIsChosenOrTheDesktops) {
+    InstrumentStyle::ChooseContrast(EContrast::kHigh);
+    EXPECT_TRUE(InstrumentStyle::IsHighContrast());
+    EXPECT_EQ(QApplication::palette(), InstrumentPalette::MakeHighContrast());
+    EXPECT_EQ(QApplication::palette("QLineEdit"), InstrumentPalette::MakeHighContrast());
+    InstrumentStyle::ChooseContrast(EContrast::kAsDesktop);
+    EXPECT_FALSE(InstrumentStyle::IsHighContrast());
+    EXPECT_EQ(QApplication::palette(), InstrumentPalette::Make());
+    EXPECT_EQ(QApplication::palette("QLineEdit"), InstrumentPalette::MakeForFields());
+    QIcon::setThemeName("HighContrast");
+    InstrumentStyle::ChooseContrast(EContrast::kUsual);
+    EXPECT_FALSE(InstrumentStyle::IsHighContrast());
+    InstrumentStyle::ChooseContrast(EContrast::kAsDesktop);
+    EXPECT_TRUE(InstrumentStyle::IsHighContrast());
+    QIcon::setThemeName({});
+    InstrumentStyle::ChooseContrast(EContrast::kAsDesktop);
+    EXPECT_FALSE(InstrumentStyle::IsHighContrast());
+}
+
 TEST_F(Dressed, HighContrastIsHonoured) {
     QIcon::setThemeName("HighContrast");
     Dress();

@@ -1,6 +1,7 @@
 // The whole panel as a picture, at the scale that the program was built for, and whether every text on it fits.
 #include "widget/ui/PanelRig.h"
 
+#include <QAction>
 #include <QSignalBlocker>
 
 #include "QtWidgets/skin/QBlinkingLed.h"
@@ -69,6 +70,34 @@ TEST_F(PanelPictures, TheOtherViewsLookAsReviewed) {
     Kivora::SetLocale("ru_RU", false);
     QApplication::processEvents();
     ExpectLike("panel_views_ru");
+}
+
+TEST_F(PanelPictures, LooksAsReviewedAtOtherSizes) {
+    if (KIVORA_SCALE[0] != '1') {
+        GTEST_SKIP() << "the same number of pixels as another size at one";
+    }
+    Prepare();
+    for (const int percent : {75, 150, 200}) {
+        panel->setPanelScale(percent / 100.0);
+        window->setFixedSize(panel->sizeHint());
+        ExpectLike(QString("panel_%1_percent").arg(percent));
+    }
+}
+
+TEST_F(PanelPictures, LooksAsReviewedInHighContrast) {
+    Prepare();
+    const auto choose = [this](const QString& text) {
+        for (QAction* entry : panel->findChildren<QAction*>()) {
+            if (entry->text().remove('&') == text) {
+                return entry->trigger();
+            }
+        }
+        ADD_FAILURE() << text.toStdString();
+    };
+    choose("High Contrast");
+    ExpectLike("panel_contrast");
+    choose("Usual Contrast");
+    ExpectLike("panel");
 }
 
 TEST_F(PanelPictures, EveryTextFitsInBothLanguagesAndAllViews) {

@@ -152,6 +152,13 @@ TEST_F(PanelScales, HasTextsOfTheSameSizeWhateverItsOwn) {
     }
 }
 
+TEST_F(PanelScales, HasNoGapsWhereItIsDrawnLarger) {
+    for (const double scale : {1.25, 1.337}) {
+        SetScale(scale);
+        ExpectSound(std::to_string(scale));
+    }
+}
+
 TEST_F(PanelScales, IsAsBeforeWhenItIsDrawnLargeAgain) {
     const QImage before = ShownWhole();
     SetScale(0.7);
@@ -180,6 +187,13 @@ TEST_F(PanelScales, PlaysAndShowsItsFocusWhereItIsDrawnSmaller) {
     QWidget* const slider = Find("arp1").findChild<QWidget*>("durationPcSlider");
     EXPECT_NEAR(slider->width(), 108 * panel->panelScale(), 1.0);
     EXPECT_NEAR(Find("arp1").width(), 284 * panel->panelScale(), 1.0);
+}
+
+TEST(PanelScale, GrowsAsFarAsItIsWantedAndThereIsRoom) {
+    EXPECT_EQ(PanelScale::FitInto(QSize(4000, 3000), 2.0), 2.0);
+    EXPECT_DOUBLE_EQ(PanelScale::FitInto(QSize(1475, 3000), 2.0), 1.25);
+    EXPECT_EQ(PanelScale::FitInto(QSize(), 2.0), 2.0);
+    EXPECT_EQ(PanelScale::SizeAt(0.75), QSize(885, 390));
 }
 
 TEST(PanelScale, FitsWholeAndInProportionAndNeverGrows) {
