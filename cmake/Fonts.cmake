@@ -5,7 +5,7 @@ function(kivora_fonts out)
     set(fonts "")
     foreach(name IN LISTS ARGN)
         find_file(KIVORA_FONT_${name} ${name}
-            PATHS /usr/share/fonts /usr/local/share/fonts
+            PATHS /usr/share/fonts /usr/local/share/fonts /app/share/fonts
             PATH_SUFFIXES opentype/inter truetype/play truetype/liberation
             NO_DEFAULT_PATH REQUIRED)
         mark_as_advanced(KIVORA_FONT_${name})

@@ -23,6 +23,8 @@ export KIVORA_TEST_PACKAGES=(
     xdotool x11-xkb-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
     weston qt6-wayland
+    desktop-file-utils appstream libxml2-utils groff zsh fish flatpak-builder
+    at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
 
 # The further checks of .ci/run, on top of what testing needs.

@@ -7,6 +7,10 @@ foreach(file IN ITEMS
         lib/kivora/kivora "lib/kivora/Presets/Grand Piano.kivoraLXPreset" lib/kivora/Help/style.css
         lib/kivora/Help/en/index.html lib/kivora/Help/ru/index.html
         share/applications/kivora.desktop share/metainfo/example.brennholt.kivora.metainfo.xml share/man/man1/kivora.1
+        share/man/ru/man1/kivora.1 share/bash-completion/completions/kivora share/zsh/site-functions/_kivora
+        share/fish/vendor_completions.d/kivora.fish share/mime/packages/example.brennholt.kivora.xml
+        share/icons/hicolor/scalable/mimetypes/example.brennholt.kivora.preset.svg
+        share/icons/hicolor/symbolic/apps/kivora-symbolic.svg
         share/icons/hicolor/scalable/apps/kivora.svg share/icons/hicolor/48x48/apps/kivora.png)
     if(NOT EXISTS ${STAGE}/usr/${file})
         message(FATAL_ERROR "/usr/${file} is not installed")

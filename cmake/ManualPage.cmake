@@ -1,0 +1,45 @@
+# Writes PAGE: the text of TEMPLATE with the options that PROGRAM's --help tells of in LOCALE in place of @OPTIONS@.
+cmake_policy(VERSION 3.25)
+execute_process(COMMAND ${PROGRAM} --locale ${LOCALE} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY
+    ENCODING UTF-8)
+
+# An option begins a line after two blanks; what it does follows after two more, and goes on in lines that begin with
+# many. The arguments stand behind the options, after an empty line.
+set(options "")
+string(REGEX REPLACE "\n\n[^\n]*:\n  file .*$" "\n" help "${help}")
+string(REPLACE ";" "," help "${help}")
+string(REPLACE "\n" ";" lines "${help}")
+foreach(line IN LISTS lines)
+    if(line MATCHES "^  (-[^ ].*[^ ])   *([^ ].*)$" AND NOT line MATCHES "^  --help-all")
+        set(name "${CMAKE_MATCH_1}")
+        set(text "${CMAKE_MATCH_2}")
+        # The words for what an option takes stand in angle brackets.
+        if(line MATCHES "^  (-[^<]*[^ <])( <([^>]*)>)?  +(.*)$")
+            set(name "${CMAKE_MATCH_1}")
+            set(value "${CMAKE_MATCH_3}")
+            set(text "${CMAKE_MATCH_4}")
+        endif()
+        string(REPLACE "-" "\\-" name "${name}")
+        string(REPLACE ", " "\\fR, \\fB" name "${name}")
+        if(value)
+            string(APPEND options ".TP\n\\fB${name}\\fR \\fI${value}\\fR\n${text}\n")
+        else()
+            string(APPEND options ".TP\n\\fB${name}\\fR\n${text}\n")
+        endif()
+        set(value "")
+        set(in_option TRUE)
+    elseif(in_option AND line MATCHES "^      +([^ ].*)$")
+        string(APPEND options "${CMAKE_MATCH_1}\n")
+    else()
+        set(in_option FALSE)
+    endif()
+endforeach()
+string(REGEX REPLACE "<([^>]*)>" "\\\\fI\\1\\\\fR" options "${options}")
+if(NOT options MATCHES "render")
+    message(FATAL_ERROR "${PROGRAM} --help is not laid out as expected:\n${help}")
+endif()
+
+file(READ ${TEMPLATE} page)
+string(REPLACE "@OPTIONS@\n" "${options}" page "${page}")
+# Lines of what --help says may begin with a mark of the language of manual pages.
+file(WRITE ${PAGE} "${page}")
