@@ -1,0 +1,199 @@
+#!/usr/bin/python3
+"""walk_panel.py <program> <locale>: walks the panel, its menu and its dialogs over AT-SPI as a screen reader does.
+
+Every control that the keyboard can reach has a name and a role that says what it is; what can be switched tells its state,
+what has a value tells it and its range, and what a mouse can press has an action. Runs on the display that DISPLAY names, on
+a session bus of its own (dbus-run-session). Exits with 1 and the list of what is missing.
+"""
+import os
+import subprocess
+import sys
+import tempfile
+import time
+
+import warnings
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+warnings.simplefilter("ignore", DeprecationWarning)  # of names that the library of Debian 12 has no others for
+
+LIMIT_S = 60
+State = Atspi.StateType
+Role = Atspi.Role
+
+# What a control can be, and what each kind has to offer.
+ACTIVE = {Role.PUSH_BUTTON, Role.TOGGLE_BUTTON, Role.CHECK_BOX, Role.RADIO_BUTTON, Role.PUSH_BUTTON_MENU}
+VALUED = {Role.SLIDER, Role.DIAL, Role.SPIN_BUTTON, Role.SCROLL_BAR}
+ENTRIES = {Role.MENU_ITEM, Role.CHECK_MENU_ITEM, Role.RADIO_MENU_ITEM, Role.MENU}
+OTHERS = {Role.COMBO_BOX, Role.LIST, Role.LIST_ITEM, Role.TEXT, Role.ENTRY, Role.PANEL, Role.FRAME, Role.DIALOG,
+          Role.ALERT, Role.LABEL, Role.DOCUMENT_WEB, Role.SCROLL_PANE, Role.TABLE, Role.TREE,
+          Role.FILLER, Role.GROUPING, Role.LINK, Role.TABLE_CELL, Role.POPUP_MENU, Role.WINDOW, Role.VIEWPORT,
+          Role.STATIC, Role.PAGE_TAB, Role.LAYERED_PANE}
+
+
+def wait_for(what, condition):
+    """Polls, as there is no event for everything; ends the run when the time is up."""
+    end = time.monotonic() + LIMIT_S
+    while time.monotonic() < end:
+        try:
+            found = condition()
+        except GLib.Error:
+            found = None  # something went while it was looked at
+        if found:
+            return found
+        GLib.MainContext.default().iteration(False)
+        time.sleep(0.02)
+    raise SystemExit(f"FAILED: {what} did not come")
+
+
+class Walk:
+    def __init__(self, pid):
+        self.pid = pid
+        self.missing = []
+        self.controls = 0
+
+    def application(self):
+        desktop = Atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(i)
+            if child is not None and child.get_process_id() == self.pid:
+                return child
+        return None
+
+    def windows(self):
+        app = self.application()
+        children = [app.get_child_at_index(i) for i in range(app.get_child_count())] if app else []
+        return [c for c in children if c is not None and c.get_state_set().contains(State.SHOWING)]
+
+    def check(self, node, where):
+        """One node and what is below it."""
+        states = node.get_state_set()
+        if not states.contains(State.SHOWING) and not states.contains(State.VISIBLE):
+            return
+        role = node.get_role()
+        name = node.get_name() or ""
+        place = f"{where} / {name or '?'} ({node.get_role_name()})"
+        is_control = role in ACTIVE | VALUED | ENTRIES or (states.contains(State.FOCUSABLE) and role in OTHERS)
+        if states.contains(State.FOCUSABLE) and role not in ACTIVE | VALUED | ENTRIES | OTHERS:
+            self.missing.append(f"{place}: has no role that says what it is")
+        is_separator = role in ENTRIES and not states.contains(State.SENSITIVE) and not name
+        if is_control and not is_separator:
+            self.controls += 1
+            if not name and role != Role.SCROLL_BAR and role != Role.FRAME:
+                self.missing.append(f"{place}: has no name")
+            actions = node.get_action_iface()
+            is_at_work = states.contains(State.SENSITIVE)
+            if is_at_work and role in ACTIVE | ENTRIES and (actions is None or actions.get_n_actions() == 0):
+                self.missing.append(f"{place}: has no action")
+            if states.contains(State.CHECKED) and not (states.contains(State.CHECKABLE) or role in ENTRIES | ACTIVE):
+                self.missing.append(f"{place}: is checked and cannot be")
+            if role in VALUED:
+                value = node.get_value_iface()
+                if value is None:
+                    self.missing.append(f"{place}: has no value")
+                elif not value.get_minimum_value() <= value.get_current_value() <= value.get_maximum_value():
+                    self.missing.append(f"{place}: has a value outside of its range")
+        for i in range(node.get_child_count()):
+            child = node.get_child_at_index(i)
+            if child is not None:
+                self.check(child, place)
+
+
+def press(*keys):
+    subprocess.run(["xdotool", "key", *keys], check=True)
+
+
+def find(node, condition):
+    if condition(node):
+        return node
+    for i in range(node.get_child_count()):
+        child = node.get_child_at_index(i)
+        found = find(child, condition) if child is not None else None
+        if found is not None:
+            return found
+    return None
+
+
+def main():
+    program, locale = sys.argv[1:3]
+    with tempfile.TemporaryDirectory() as home:
+        os.makedirs(home + "/data/Brennholt/Kivora")
+        with open(home + "/data/Brennholt/Kivora/Kivora.ini", "w", encoding="utf-8") as settings:
+            settings.write("[Kivora]\n")  # else the card of the first start stands where the arpeggiators are
+        environment = dict(os.environ, HOME=home, XDG_DATA_HOME=home + "/data", QT_QPA_PLATFORM="xcb",
+                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", KIVORA_AUDIO_DRIVER="file",
+                           KIVORA_AUDIO_FILE=home + "/sound.wav", KIVORA_MIDI="portmidi")
+        process = subprocess.Popen([program, "--locale", locale], env=environment)
+        try:
+            walk(process.pid, locale)
+        finally:
+            process.terminate()
+            process.wait(LIMIT_S)
+
+
+def walk(pid, locale):
+    walker = Walk(pid)
+    wait_for("the program on the bus", walker.application)
+    window = wait_for("the window", lambda: next(iter(walker.windows()), None))
+    number = wait_for("the window on the display", lambda: subprocess.run(
+        ["xdotool", "search", "--onlyvisible", "--name", "^Kivora LX$"], capture_output=True, text=True,
+        check=False).stdout.split("\n")[0])
+
+    def focus():
+        subprocess.run(["xdotool", "windowfocus", number], check=False)
+        return window.get_state_set().contains(State.ACTIVE)
+
+    wait_for("the keyboard's focus", focus)
+    walker.check(window, locale)
+    panel = walker.controls
+    keys = find(window, lambda node: node.get_child_count() == 61)
+    if panel < 35 or keys is None:
+        walker.missing.append(f"{locale}: only {panel} controls on the panel, or no piano")
+    else:
+        # A key is played and told by its action, without a mouse.
+        key = keys.get_child_at_index(24)
+        key.get_action_iface().do_action(0)
+        wait_for("the key that was pressed", lambda: key.get_state_set().contains(State.PRESSED))
+        wait_for("the key that was let go", lambda: not key.get_state_set().contains(State.PRESSED))
+
+    for key, what in (("F4", "the settings"), ("F2", "the list of presets"), ("F3", "the list for saving")):
+        wait_for("the keyboard's focus", focus)
+        press(key)
+        dialog = wait_for(what, lambda: next((w for w in walker.windows()
+                                              if w.get_role() == Role.DIALOG), None))
+        before = walker.controls
+        walker.check(dialog, locale)
+        if walker.controls - before < 3:
+            walker.missing.append(f"{locale}: nothing to work in {what}")
+        subprocess.run(["xdotool", "search", "--onlyvisible", "--name", dialog.get_name(), "windowfocus"], check=False)
+        wait_for("the dialog's focus", lambda: dialog.get_state_set().contains(State.ACTIVE))
+        press("Escape")
+        wait_for("the end of " + what, lambda: not any(w.get_role() == Role.DIALOG for w in walker.windows()))
+
+    wait_for("the keyboard's focus", focus)
+    # A menu that pops up is no child of anything; a screen reader hears of the entry that gets the focus.
+    heard = []
+    listener = Atspi.EventListener.new(lambda event: heard.append(event.source))
+    listener.register("object:state-changed:focused")
+    press("F10")
+    press("Down")
+    entry = wait_for("an entry of the menu", lambda: next((n for n in heard if n.get_role() in ENTRIES), None))
+    menu = entry.get_parent()
+    before = walker.controls
+    walker.check(menu, locale)
+    if walker.controls - before < 20:
+        walker.missing.append(f"{locale}: only {walker.controls - before} entries in the menu")
+    press("Escape")
+    listener.deregister("object:state-changed:focused")
+
+    for line in walker.missing:
+        print("MISSING", line)
+    print(f"{locale}: {panel} controls on the panel, {walker.controls} in all")
+    if walker.missing:
+        raise SystemExit(1)
+
+
+main()
