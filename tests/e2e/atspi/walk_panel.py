@@ -34,6 +34,12 @@ OTHERS = {Role.COMBO_BOX, Role.LIST, Role.LIST_ITEM, Role.TEXT, Role.ENTRY, Role
           Role.STATIC, Role.PAGE_TAB, Role.LAYERED_PANE}
 
 
+# How the ways to some dialogs are called.
+ABOUT = {"en_US": "About", "ru_RU": "О программе"}
+SOUND_CHECK = {"en_US": "Sound Check...", "ru_RU": "Проверка звука..."}
+KEYBOARD_TEST = {"en_US": "Test My Keyboard...", "ru_RU": "Проверка клавиатуры..."}
+
+
 def wait_for(what, condition):
     """Polls, as there is no event for everything; ends the run when the time is up."""
     end = time.monotonic() + LIMIT_S
@@ -88,6 +94,8 @@ class Walk:
             is_at_work = states.contains(State.SENSITIVE)
             if is_at_work and role in ACTIVE | ENTRIES and (actions is None or actions.get_n_actions() == 0):
                 self.missing.append(f"{place}: has no action")
+            if is_at_work and role in ACTIVE | VALUED and not states.contains(State.FOCUSABLE) and role != Role.SCROLL_BAR:
+                self.missing.append(f"{place}: cannot be reached without a mouse")
             if states.contains(State.CHECKED) and not (states.contains(State.CHECKABLE) or role in ENTRIES | ACTIVE):
                 self.missing.append(f"{place}: is checked and cannot be")
             if role in VALUED:
@@ -115,6 +123,14 @@ def find(node, condition):
         if found is not None:
             return found
     return None
+
+
+def act(node):
+    """Carries out a node's first action. One that opens a dialog answers when that is closed, which is not waited for."""
+    try:
+        node.get_action_iface().do_action(0)
+    except GLib.Error:
+        pass
 
 
 def main():
@@ -173,6 +189,38 @@ def walk(pid, locale):
         press("Escape")
         wait_for("the end of " + what, lambda: not any(w.get_role() == Role.DIALOG for w in walker.windows()))
 
+    def dialogs():
+        return [w for w in walker.windows() if w.get_role() in (Role.DIALOG, Role.ALERT)]
+
+    def take_focus(dialog, what):
+        subprocess.run(["xdotool", "search", "--onlyvisible", "--name", dialog.get_name(), "windowfocus"], check=False)
+        wait_for("the focus of " + what, lambda: dialog.get_state_set().contains(State.ACTIVE))
+
+    def walk_what_opens(node, what):
+        before = dialogs()
+        act(node)
+        opened = wait_for(what, lambda: next((w for w in dialogs() if w not in before), None))
+        counted = walker.controls
+        walker.check(opened, locale)
+        if walker.controls == counted:
+            walker.missing.append(f"{locale}: nothing to work in {what}")
+        take_focus(opened, what)
+        press("Escape")
+        wait_for("the end of " + what, lambda: len(dialogs()) == len(before))
+
+    def button(inside, name):
+        return wait_for(name, lambda: find(inside, lambda n: n.get_name() == name and n.get_role() in ACTIVE))
+
+    wait_for("the keyboard's focus", focus)
+    walk_what_opens(button(window, ABOUT[locale]), "the credits")
+    wait_for("the keyboard's focus", focus)
+    press("F4")
+    settings = wait_for("the settings", lambda: next(iter(dialogs()), None))
+    walk_what_opens(button(settings, SOUND_CHECK[locale]), "the sound check")
+    take_focus(settings, "the settings")
+    press("Escape")
+    wait_for("the end of the settings", lambda: not dialogs())
+
     wait_for("the keyboard's focus", focus)
     # A menu that pops up is no child of anything; a screen reader hears of the entry that gets the focus.
     heard = []
@@ -186,7 +234,10 @@ def walk(pid, locale):
     walker.check(menu, locale)
     if walker.controls - before < 20:
         walker.missing.append(f"{locale}: only {walker.controls - before} entries in the menu")
+    keyboard_test = find(menu, lambda n: n.get_name() == KEYBOARD_TEST[locale])
     press("Escape")
+    wait_for("the keyboard's focus", focus)
+    walk_what_opens(keyboard_test, "the keyboard's test")
     listener.deregister("object:state-changed:focused")
 
     for line in walker.missing:
