@@ -48,7 +48,7 @@ CDescriptorWait::Outcome CDescriptorWait::Wait() noexcept {
 
 void CDescriptorWait::Wake() noexcept {
     const std::uint64_t one = 1;
-    static_cast<void>(write(wakeUp_, &one, sizeof one));
+    static_cast<void>(!write(wakeUp_, &one, sizeof one));
 }
 
 }  // namespace NK::Platform
