@@ -47,6 +47,7 @@ void KivoraWidget::showView() {
     QPianoAccessible::setQuiet(view_.quietWhilePlaying);
     InstrumentStyle::ChooseContrast(view_.contrast);
     composeSkin();
+    composeBackground();  // whose frames the skin knows nothing of
 }
 
 void KivoraWidget::setWantedScale(double scale) {

@@ -1,6 +1,8 @@
 // The size, the contrast and the quiet that the user chooses.
 #include "widget/ui/PanelRig.h"
 
+#include <qpa/qwindowsysteminterface.h>
+#include <QIcon>
 #include <QMenu>
 #include <QStyleFactory>
 
@@ -28,6 +30,14 @@ protected:
             }
         }
         throw std::runtime_error(text.toStdString());
+    }
+    void ExpectFrames() {
+        const QImage picture = panel->grab().toImage();
+        for (const char* name : {"reset", "tempo", "jog", "voice-mode-dual", "preset-load", "metronome", "piano"}) {
+            const QWidget& control = Find(name);
+            const QPoint left = control.mapTo(panel, QPoint(-1, control.height() / 2));
+            EXPECT_GT(RelativeLuminance(picture.pixelColor(left)), 0.8) << name;
+        }
     }
     NK::CString Path() { return NK::CString::FromUtf8((rig.folder / "user/View.ini").string()); }
 };
@@ -64,20 +74,39 @@ TEST_F(PanelView, HighContrastIsBlackAndWhiteWithFramesRoundTheControls) {
     Entry("High Contrast").trigger();
     EXPECT_TRUE(InstrumentStyle::IsHighContrast());
     EXPECT_EQ(ViewSettings::Read(Path()).contrast, EContrast::kHigh);
+    ExpectFrames();
     const QImage high = panel->grab().toImage();
     EXPECT_LT(RelativeLuminance(high.pixelColor(400, 20)), 0.03) << "the header";
-    int framed = 0;
-    for (const char* name : {"reset", "tempo", "jog", "voice-mode-dual", "preset-load", "metronome", "piano"}) {
-        const QWidget& control = Find(name);
-        const QPoint left = control.mapTo(panel, QPoint(-1, control.height() / 2));
-        framed += RelativeLuminance(high.pixelColor(left)) > 0.8 ? 1 : 0;
-    }
-    EXPECT_EQ(framed, 7);
     Entry("Usual Contrast").trigger();
     EXPECT_GT(RelativeLuminance(panel->grab().toImage().pixelColor(400, 20)), 0.06);
     EXPECT_TRUE(Entry("Usual Contrast").isChecked());
     Entry("Contrast of the Desktop").trigger();
     EXPECT_EQ(ViewSettings::Read(Path()).contrast, EContrast::kAsDesktop);
+}
+
+TEST_F(PanelView, HighContrastHasNoWallpaper) {
+    QImage wallpaper(1180, 300, QImage::Format_RGB32);
+    wallpaper.fill(Qt::red);
+    ASSERT_TRUE(wallpaper.save(PathOf("red.png")));
+    Engine().SetWallpaper(PathOf("red.png"));
+    QApplication::processEvents();
+    const QColor usual = panel->grab().toImage().pixelColor(400, 20);
+    EXPECT_GT(usual.red(), usual.green());
+    Entry("High Contrast").trigger();
+    ExpectFrames();
+    EXPECT_EQ(panel->grab().toImage().pixelColor(400, 20).hsvSaturation(), 0);
+    Entry("Usual Contrast").trigger();
+    EXPECT_EQ(panel->grab().toImage().pixelColor(400, 20), usual);
+}
+
+TEST_F(PanelView, FollowsTheDesktopWhenThatTellsOfAnotherTheme) {
+    QIcon::setThemeName("HighContrast");
+    QWindowSystemInterface::handleThemeChange<QWindowSystemInterface::SynchronousDelivery>(nullptr);
+    EXPECT_TRUE(InstrumentStyle::IsHighContrast());
+    ExpectFrames();
+    QIcon::setThemeName({});
+    QWindowSystemInterface::handleThemeChange<QWindowSystemInterface::SynchronousDelivery>(nullptr);
+    EXPECT_FALSE(InstrumentStyle::IsHighContrast());
 }
 
 TEST_F(PanelView, QuietWhilePlayingTellsScreenReadersOfNoKey) {
