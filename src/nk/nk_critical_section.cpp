@@ -32,6 +32,10 @@ bool CCriticalSection::TryLock() NK_NO_THREAD_SAFETY_ANALYSIS {
     return false;
 }
 
+bool CCriticalSection::TryLockFor(std::uint32_t milliseconds) NK_NO_THREAD_SAFETY_ANALYSIS {
+    return section_->TryLockFor(milliseconds);
+}
+
 namespace NK {
 namespace {
 CCriticalSection& FrameworkLock() {

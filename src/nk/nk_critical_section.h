@@ -25,6 +25,8 @@ public:
     void Unlock() NK_RELEASE();
     /// Gives up after `tryAttempts` attempts with `trySleepMs` slept after each.
     bool TryLock() NK_TRY_ACQUIRE(true);
+    /// Waits for the lock, `milliseconds` at most.
+    bool TryLockFor(std::uint32_t milliseconds) NK_TRY_ACQUIRE(true);
 
 private:
     std::unique_ptr<NK::Platform::CRecursiveMutex> section_;

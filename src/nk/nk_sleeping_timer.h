@@ -1,10 +1,11 @@
-// A thread that calls a listener at a fixed period counted in sleeps.
+// A thread that calls a listener at a fixed period.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 
 #include "nk/nk_thread.h"
+#include "nk/nk_wakeup.h"
 
 namespace NK {
 
@@ -15,8 +16,10 @@ public:
     virtual void OnTimer(std::uint32_t timerId) = 0;
 };
 
-/// Calls its listener every `periodMs` sleeps of 1 ms while enabled; a period of 0 calls in a tight loop. Ticks are
-/// counted by sleeps, not against a clock. The first tick after any change of `enabled` is swallowed.
+/// Calls its listener every `periodMs` while enabled, and waits without waking otherwise; a period of 0 calls in a
+/// tight loop. Ticks stand on a grid of the system's clock, so a wait that ends late moves none of those that follow:
+/// one missed tick is made up, any more are left out. A call that lasts beyond the next tick begins a new grid, so that
+/// there is a whole period without a call after it. The first tick after any change of `enabled` is swallowed.
 /// The destructor waits, without limit, for a call in progress; a listener may also delete its timer from OnTimer().
 class CThreadSleepingTimer : private CThread {
 public:
@@ -30,14 +33,20 @@ public:
     using CThread::IsRunning;
     using CThread::SetName;
 
+    void RequestStop() override;
+
 private:
     void Run() override;
+    /// False when the listener has deleted the timer.
+    bool Tick(std::int64_t nowNs, std::int64_t& nextNs);
 
     CTimerListener* listener_;
     std::uint32_t timerId_;
     std::uint32_t periodMs_;
-    std::atomic<bool> enabled_;
-    std::atomic<bool> changed_{false};
+    static constexpr std::uint32_t kEnabled = 1;
+    static constexpr std::uint32_t kChange = 2;
+    std::atomic<std::uint32_t> setting_;  ///< whether enabled, and above it how many changes of that
+    CWakeup wakeup_;
 };
 
 }  // namespace NK

@@ -8,10 +8,14 @@ namespace NK::Platform {
 
 namespace {
 
-std::int64_t ReadMs(clockid_t clock) noexcept {
+std::int64_t ReadNs(clockid_t clock) noexcept {
     timespec now{};
     clock_gettime(clock, &now);
-    return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+    return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
+std::int64_t ReadMs(clockid_t clock) noexcept {
+    return ReadNs(clock) / 1'000'000;
 }
 
 }  // namespace
@@ -22,6 +26,10 @@ std::int64_t GetWallClockMs() noexcept {
 
 std::int64_t GetSteadyClockMs() noexcept {
     return ReadMs(CLOCK_MONOTONIC);
+}
+
+std::int64_t GetSteadyClockNs() noexcept {
+    return ReadNs(CLOCK_MONOTONIC);
 }
 
 bool ToLocalTime(std::int64_t secondsSince1970, TLocalTime& local) noexcept {

@@ -13,6 +13,9 @@ std::int64_t GetWallClockMs() noexcept;
 /// Milliseconds of the system's monotonic clock, which stands still while the computer sleeps. [any]
 std::int64_t GetSteadyClockMs() noexcept;
 
+/// The same in nanoseconds. [any]
+std::int64_t GetSteadyClockNs() noexcept;
+
 /// A point of time in the user's time zone. [any]
 struct TLocalTime {
     std::tm time{};

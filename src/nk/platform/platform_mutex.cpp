@@ -1,5 +1,9 @@
 #include "nk/platform/platform_mutex.h"
 
+#include <time.h>
+
+#include <cerrno>
+
 #include "nk/nk_exception.h"
 
 namespace NK::Platform {
@@ -18,6 +22,21 @@ CRecursiveMutex::CRecursiveMutex() {
     if (result != 0) {
         throw CException(L"Cannot create a mutex.");
     }
+}
+
+bool CRecursiveMutex::TryLockFor(std::uint32_t milliseconds) noexcept {
+    const auto lockUntil = [&](clockid_t clock) {
+        constexpr long kNsPerSecond = 1'000'000'000;
+        timespec end{};
+        clock_gettime(clock, &end);
+        const std::int64_t ns = end.tv_nsec + std::int64_t{milliseconds} * 1'000'000;
+        end.tv_sec += static_cast<time_t>(ns / kNsPerSecond);
+        end.tv_nsec = static_cast<long>(ns % kNsPerSecond);
+        return pthread_mutex_clocklock(&mutex_, clock, &end);
+    };
+    const int result = lockUntil(CLOCK_MONOTONIC);
+    // Kernels before 5.14 know for such a mutex only the clock that may be set.
+    return result == 0 || (result == EINVAL && lockUntil(CLOCK_REALTIME) == 0);
 }
 
 CRecursiveMutex::~CRecursiveMutex() {

@@ -3,6 +3,8 @@
 
 #include <pthread.h>
 
+#include <cstdint>
+
 namespace NK::Platform {
 
 /// A recursive mutex with priority inheritance where the system has it: a thread that holds it runs at the priority of
@@ -18,6 +20,8 @@ public:
     void Lock() noexcept { pthread_mutex_lock(&mutex_); }
     void Unlock() noexcept { pthread_mutex_unlock(&mutex_); }
     bool TryLock() noexcept { return pthread_mutex_trylock(&mutex_) == 0; }
+    /// Waits at most so long.
+    bool TryLockFor(std::uint32_t milliseconds) noexcept;
 
 private:
     pthread_mutex_t mutex_;

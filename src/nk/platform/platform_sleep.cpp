@@ -8,6 +8,8 @@
 #include <cerrno>
 
 #include "nk/nk_sleep.h"
+#include "nk/nk_wakeup.h"
+#include "nk/platform/platform_futex.h"
 
 namespace NK::Platform {
 namespace {
@@ -18,6 +20,7 @@ constinit thread_local std::atomic<bool> insideSleep{false};
 class CSystemSleeper : public CSleeper {
 public:
     void Sleep(std::uint32_t milliseconds) override { Platform::Sleep(milliseconds); }
+    void Wait(CWakeup& wakeup, std::int64_t untilNs) override { wakeup.WaitUntil(untilNs); }
 };
 
 }  // namespace
@@ -32,6 +35,12 @@ void Sleep(std::uint32_t milliseconds) noexcept {
     insideSleep.store(true);
     while (clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) {
     }
+    insideSleep.store(false);
+}
+
+void SleepOnWord(const std::atomic<std::uint32_t>& word, std::uint32_t expected, std::int64_t untilNs) noexcept {
+    insideSleep.store(true);
+    FutexWaitUntil(word, expected, untilNs);
     insideSleep.store(false);
 }
 
