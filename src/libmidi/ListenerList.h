@@ -26,6 +26,12 @@ public:
         listeners_.push_back(listener);
     }
 
+    /// [any]
+    bool IsEmpty() const {
+        const CLockGuard guard(lock_);
+        return listeners_.empty();
+    }
+
     /// Removes the first equal entry, if any. On return no call to the listener is in progress, unless this is called
     /// from inside that call. [any]
     void Remove(Listener* listener) {

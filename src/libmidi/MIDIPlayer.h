@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 #include "libmidi/MIDIEvent.h"
@@ -41,6 +42,12 @@ public:
     virtual bool IsRunning() const = 0;
     /// Whether the last run ended with a failed write; cleared by Start(). [any]
     virtual bool HasWriteFailed() const = 0;
+    /// `tell` is called with no lock held when a write has failed, as soon as HasWriteFailed() says so; before Start().
+    /// It must not stop the player. False: this player tells nobody.
+    virtual bool TellOfFailure(std::function<void()> tell) {
+        static_cast<void>(tell);
+        return false;
+    }
     virtual void AddListener(MIDIPlayerListener* listener) = 0;     ///< not owned. [any]
     virtual void RemoveListener(MIDIPlayerListener* listener) = 0;  ///< removes the first equal entry. [any]
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "libmidi/RoundThread.h"
 #include "nk/nk_logger.h"
@@ -24,6 +25,16 @@ public:
         }
     }
 
+    bool IsEmpty() const noexcept { return count_.load(std::memory_order_acquire) == 0; }
+
+    void Clear() {
+        const CLockGuard guard(lock_);
+        count_.store(0, std::memory_order_release);
+    }
+
+    /// For the thread that takes.
+    NK::CWakeup& GetWakeup() noexcept { return wakeup_; }
+
     bool Take(MIDIEvent& event) {
         if (count_.load(std::memory_order_acquire) == 0) {
             return false;
@@ -38,6 +49,7 @@ public:
 private:
     static constexpr std::size_t kSize = 4096;
 
+    NK::CWakeup wakeup_;
     CCriticalSection lock_;
     std::array<MIDIEvent, kSize> notes_ NK_GUARDED_BY(lock_);
     std::size_t first_ NK_GUARDED_BY(lock_) = 0;
@@ -48,18 +60,26 @@ class MIDIPlayerImpl::PlayerThread : public RoundThread {
 public:
     explicit PlayerThread(MIDIPlayerImpl& player) : RoundThread(kLevelHighest, L"MIDI player"), player_(player) {}
 
+    void RequestStop() override {
+        RoundThread::RequestStop();
+        player_.queue_->GetWakeup().Wake();
+    }
+
 private:
     void RunRounds() override {
         NK_REGISTER_THREAD_ROLE(player);
-        player_.BeginRounds();
-        player_.sleeper_.Sleep(1);
+        MIDIPlayerQueue& queue = *player_.queue_;
+        queue.BeginRounds(*player_.timeSource_);
         while (!IsStopRequested()) {
-            if (!player_.RunPlayerRound()) {
+            std::int64_t untilNs = 0;
+            if (!queue.IsRoundDue(untilNs)) {
+                player_.sleeper_.Wait(queue.GetWakeup(), untilNs);
+            } else if (!player_.RunDueRound()) {
                 player_.OnWriteFailed();
                 break;
             }
-            player_.sleeper_.Sleep(1);
         }
+        queue.EndRounds();
     }
 
     MIDIPlayerImpl& player_;
@@ -70,12 +90,21 @@ public:
     explicit EventsThread(MIDIPlayerImpl& player)
         : RoundThread(kLevelHighest, L"MIDI player events"), player_(player) {}
 
+    void RequestStop() override {
+        RoundThread::RequestStop();
+        player_.played_->GetWakeup().Wake();
+    }
+
 private:
     void RunRounds() override {
         NK_REGISTER_THREAD_ROLE(events);
+        NoteRing& played = *player_.played_;
         while (!IsStopRequested()) {
-            player_.RunEventsRound();
-            player_.sleeper_.Sleep(1);
+            if (played.IsEmpty()) {
+                player_.sleeper_.Wait(played.GetWakeup(), NK::CWakeup::kNever);
+            } else {
+                player_.RunEventsRound();
+            }
         }
     }
 
@@ -175,6 +204,22 @@ bool MIDIPlayerImpl::RunPlayerRound() {
     return WriteTaken();
 }
 
+bool MIDIPlayerImpl::RunDueRound() {
+    NK_ASSERT_THREAD_ROLE(player);
+    {
+        const CLockGuard guard(outputsLock_);
+        taken_.clear();
+        queue_->TakeRound(taken_);
+        if (!WriteTaken()) {
+            return false;
+        }
+    }
+    if (!played_->IsEmpty() && !listeners_.IsEmpty()) {
+        played_->GetWakeup().Wake();
+    }
+    return true;
+}
+
 bool MIDIPlayerImpl::WriteTaken() {
     for (const TakenEvent& taken : taken_) {
         for (const MIDIEvent& event : taken.block) {
@@ -225,6 +270,22 @@ void MIDIPlayerImpl::OnWriteFailed() {
     queue_->Clear();
     writeFailed_ = true;
     running_ = false;
+    if (tellFailure_) {
+        tellFailure_();
+    }
+}
+
+bool MIDIPlayerImpl::TellOfFailure(std::function<void()> tell) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    tellFailure_ = std::move(tell);
+    return true;
+}
+
+void MIDIPlayerImpl::AddListener(MIDIPlayerListener* listener) {
+    if (running_.load() && listeners_.IsEmpty()) {
+        played_->Clear();  // nobody was there to be told
+    }
+    listeners_.Add(listener);
 }
 
 void MIDIPlayerImpl::RunEventsRound() {

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -15,7 +16,7 @@
 namespace LibMidi {
 
 /// Owns its queue and two threads: one writes what is ready and ends what has sounded long enough, the other tells the
-/// listeners. The threads do nothing but call the rounds below each millisecond.
+/// listeners. Each waits until there is something to do. The rounds below are for whoever runs them without threads.
 class MIDIPlayerImpl : public MIDIPlayer {
 public:
     explicit MIDIPlayerImpl(NK::CSleeper& sleeper = NK::SystemSleeper());
@@ -31,7 +32,9 @@ public:
     void Stop() override;
     bool IsRunning() const override { return running_.load(); }
     bool HasWriteFailed() const override { return writeFailed_.load(); }
-    void AddListener(MIDIPlayerListener* listener) override { listeners_.Add(listener); }
+    bool TellOfFailure(std::function<void()> tell) override;
+    /// The first one is not told what the running threads have written before.
+    void AddListener(MIDIPlayerListener* listener) override;
     void RemoveListener(MIDIPlayerListener* listener) override { listeners_.Remove(listener); }
 
     /// Takes the present time as the one that the next round counts from. [player]
@@ -53,6 +56,7 @@ private:
     };
 
     std::uint32_t TakeElapsedMs();
+    bool RunDueRound();
     bool WriteTaken() NK_REQUIRES(outputsLock_);
     bool WriteEvent(const MIDIEvent& event, int target) NK_REQUIRES(outputsLock_);
     bool WriteToAll(const MIDIEvent& event) NK_REQUIRES(outputsLock_);
@@ -71,6 +75,7 @@ private:
     std::vector<TakenEvent> taken_;  ///< of the player thread; kept so that a round allocates nothing
     std::unique_ptr<NoteRing> played_;
 
+    std::function<void()> tellFailure_;
     std::atomic<bool> running_{false};
     std::atomic<bool> stopping_{false};
     std::atomic<bool> writeFailed_{false};

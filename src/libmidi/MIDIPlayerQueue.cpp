@@ -65,6 +65,69 @@ public:
         }
     }
 
+    /// Holds the lock for a change; after it the player's thread is woken if something has become ready.
+    class NK_SCOPED_CAPABILITY Change {
+    public:
+        explicit Change(State& state) NK_ACQUIRE(state.lock) : state_(state) {
+            state_.lock.Lock();
+            wasEmpty_ = state_.ready.empty();
+        }
+        // The analysis cannot see that this is the lock that was taken above.
+        ~Change() NK_RELEASE() NK_NO_THREAD_SAFETY_ANALYSIS {
+            const bool wakes = wasEmpty_ && !state_.ready.empty();
+            if (wakes) {
+                state_.heldSinceNs = state_.holding.load() ? NK::CWakeup::NowNs() : kNotHeld;
+            }
+            state_.lock.Unlock();
+            if (wakes) {
+                state_.wakeup.Wake();
+            }
+        }
+        Change(const Change&) = delete;
+        Change& operator=(const Change&) = delete;
+
+    private:
+        State& state_;
+        bool wasEmpty_;
+    };
+
+    /// What is held back goes now.
+    void Release() {
+        if (heldSinceNs.exchange(kNotHeld) != kNotHeld) {
+            wakeup.Wake();
+        }
+    }
+
+    bool IsRoundDue(std::int64_t& untilNs) NK_REQUIRES(lock) {
+        untilNs = NK::CWakeup::kNever;
+        const std::int64_t nowNs = NK::CWakeup::NowNs();
+        if (!ready.empty()) {
+            const std::int64_t sinceNs = heldSinceNs;
+            untilNs = sinceNs == kNotHeld ? nowNs : sinceNs + kLongestHoldNs;
+            return untilNs <= nowNs;
+        }
+        if (sounding.empty() || roundClock == nullptr) {
+            return false;
+        }
+        const auto next = std::min_element(
+            sounding.begin(), sounding.end(),
+            [](const SoundingNote& a, const SoundingNote& b) { return a.remainingMs < b.remainingMs; });
+        const std::int64_t leftNs = next->remainingMs * kNsPerMs - (roundClock->GetTimeNs() - advancedToNs);
+        untilNs = nowNs + std::min(leftNs, kLongestTrustNs);
+        return leftNs <= 0;
+    }
+
+    /// Whole milliseconds since what the rounds have advanced to.
+    std::uint32_t TakeElapsedMs() NK_REQUIRES(lock) {
+        const std::int64_t nowNs = roundClock == nullptr ? advancedToNs : roundClock->GetTimeNs();
+        if (nowNs < advancedToNs) {
+            advancedToNs = nowNs;
+        }
+        const std::int64_t elapsedMs = (nowNs - advancedToNs) / kNsPerMs;
+        advancedToNs += elapsedMs * kNsPerMs;
+        return static_cast<std::uint32_t>(std::min<std::int64_t>(elapsedMs, UINT32_MAX));
+    }
+
     void Advance(std::uint32_t elapsedMs) NK_REQUIRES(lock) {
         if (elapsedMs == 0 && sounding.empty()) {
             return;
@@ -123,13 +186,24 @@ public:
             if (polls == 0) {
                 return false;
             }
+            Release();
             sleeper.Sleep(1);
         }
     }
 
+    static constexpr std::int64_t kNsPerMs = 1'000'000;
+    /// The clock of the rounds is looked at again after this, as it need not go as the system's does.
+    static constexpr std::int64_t kLongestTrustNs = 10 * kNsPerMs;
+    static constexpr std::int64_t kNotHeld = -1;
+
     NK::CSleeper& sleeper;
     mutable CCriticalSection lock;
+    NK::CWakeup wakeup;
     std::atomic<bool> hasWork{false};
+    std::atomic<bool> holding{false};
+    std::atomic<std::int64_t> heldSinceNs{kNotHeld};  ///< on the clock of the waits; set under the lock
+    NK::CTimeSource* roundClock NK_GUARDED_BY(lock) = nullptr;
+    std::int64_t advancedToNs NK_GUARDED_BY(lock) = 0;      ///< on the clock of the rounds
     std::vector<ReadyEvent> ready NK_GUARDED_BY(lock);      ///< a heap under LeavesLater
     std::vector<WaitingEvent> waiting NK_GUARDED_BY(lock);  ///< by turn; none while nothing is ready
     std::size_t firstWaiting NK_GUARDED_BY(lock) = 0;       ///< what stands before it is ready already
@@ -137,7 +211,7 @@ public:
     ArrivalOrder order NK_GUARDED_BY(lock);
     bool accepting NK_GUARDED_BY(lock) = true;
     bool keepsOrder NK_GUARDED_BY(lock) = false;
-    bool capturing NK_GUARDED_BY(lock) = false;
+    std::atomic<bool> capturing{false};  ///< written under the lock
     CaptureStore captured NK_GUARDED_BY(lock);
     mutable CaptureClock clock NK_GUARDED_BY(lock);
     NK::CTimeSource* source NK_GUARDED_BY(lock) = nullptr;
@@ -175,10 +249,23 @@ private:
         }
         Push(std::move(content), event.IsNoteOff() ? kNoteOff : kOther);
         if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
-            sounding.push_back(
-                {static_cast<std::uint32_t>(event.duration), ChannelOf(event), NoteOf(event), event.target});
+            sounding.push_back({ToRemainingMs(event.duration), ChannelOf(event), NoteOf(event), event.target});
         }
         UpdateWork();
+    }
+
+    /// From the last round on: the next one takes off what has passed since then.
+    std::uint32_t ToRemainingMs(std::int32_t durationMs) NK_REQUIRES(lock) {
+        const auto duration = static_cast<std::uint32_t>(durationMs);
+        if (roundClock == nullptr) {
+            return duration;
+        }
+        const std::int64_t nowNs = roundClock->GetTimeNs();
+        if (sounding.empty() || nowNs < advancedToNs) {
+            advancedToNs = nowNs;
+        }
+        const std::int64_t passedMs = (nowNs - advancedToNs) / kNsPerMs;
+        return static_cast<std::uint32_t>(std::min<std::int64_t>(duration + passedMs, UINT32_MAX));
     }
 
     /// Everything that was ready has left: what has waited for nothing else becomes ready.
@@ -251,13 +338,13 @@ void MIDIPlayerQueue::PlayNote(std::uint8_t channel, std::uint8_t note, std::uin
 }
 
 void MIDIPlayerQueue::Queue(const SynthEventBase& event) {
-    const CLockGuard guard(state_->lock);
+    const State::Change change(*state_);
     state_->Queue(event);
 }
 
 void MIDIPlayerQueue::Queue(BlockSynthEvent block) {
     std::erase_if(block.events, [](const MIDIEvent& event) { return event.status == 0; });
-    const CLockGuard guard(state_->lock);
+    const State::Change change(*state_);
     state_->Queue(std::move(block));
 }
 
@@ -286,8 +373,45 @@ TakenEvent MIDIPlayerQueue::TakeNext() {
 }
 
 void MIDIPlayerQueue::Advance(std::uint32_t elapsedMs) {
-    const CLockGuard guard(state_->lock);
+    const State::Change change(*state_);
     state_->Advance(elapsedMs);
+}
+
+void MIDIPlayerQueue::BeginRounds(NK::CTimeSource& clock) {
+    const CLockGuard guard(state_->lock);
+    state_->roundClock = &clock;
+    state_->advancedToNs = clock.GetTimeNs();
+}
+
+void MIDIPlayerQueue::EndRounds() {
+    const CLockGuard guard(state_->lock);
+    state_->roundClock = nullptr;
+}
+
+bool MIDIPlayerQueue::IsRoundDue(std::int64_t& untilNs) {
+    const CLockGuard guard(state_->lock);
+    return state_->IsRoundDue(untilNs);
+}
+
+void MIDIPlayerQueue::TakeRound(std::vector<TakenEvent>& out) {
+    const CLockGuard guard(state_->lock);
+    state_->Advance(state_->TakeElapsedMs());
+    while (!state_->ready.empty()) {
+        out.push_back(state_->Take());
+    }
+}
+
+NK::CWakeup& MIDIPlayerQueue::GetWakeup() {
+    return state_->wakeup;
+}
+
+void MIDIPlayerQueue::HoldBack() {
+    state_->holding = true;
+}
+
+void MIDIPlayerQueue::LetGo() {
+    state_->holding = false;
+    state_->Release();
 }
 
 bool MIDIPlayerQueue::HasWork() const noexcept {
@@ -355,7 +479,6 @@ void MIDIPlayerQueue::StopCapture() {
 }
 
 bool MIDIPlayerQueue::IsCapturing() const {
-    const CLockGuard guard(state_->lock);
     return state_->capturing;
 }
 

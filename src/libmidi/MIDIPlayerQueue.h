@@ -12,6 +12,7 @@
 #include "nk/nk_critical_section.h"
 #include "nk/nk_sleep.h"
 #include "nk/nk_time_source.h"
+#include "nk/nk_wakeup.h"
 
 namespace LibMidi {
 
@@ -56,6 +57,24 @@ public:
     /// Whether anything is ready or sounding; takes no lock.
     bool HasWork() const noexcept;
 
+    // The rounds of a player's thread, timed by a clock. Queueing wakes it: what is queued is to be taken at once,
+    // unless it is held back.
+    /// The time of a note with a duration counts from its queueing until EndRounds(). The clock is not owned. [player]
+    void BeginRounds(NK::CTimeSource& clock);
+    void EndRounds();
+    /// Whether something is to be taken or ended now; else the wait for it on GetWakeup() ends at `untilNs`. [player]
+    bool IsRoundDue(std::int64_t& untilNs);
+    /// AdvanceAndTake() by the whole milliseconds since the last round; the rest is carried to the next. [player]
+    void TakeRound(std::vector<TakenEvent>& out);
+    NK::CWakeup& GetWakeup();
+
+    /// Until LetGo(), what is queued is held back from rounds that are not due otherwise, so that one takes all of it;
+    /// yet no longer than kLongestHoldNs, and not while somebody waits for the queue. What a round takes that is called
+    /// by hand is the same with and without. [any]
+    void HoldBack();
+    void LetGo();
+    static constexpr std::int64_t kLongestHoldNs = 1'000'000;
+
     /// While off, queueing drops everything, so that a player that has ended lets no memory grow. On by default; the
     /// player turns it off when a write fails and when it is destroyed, and on when it starts.
     void SetAccepting(bool on);
@@ -76,7 +95,7 @@ public:
     /// sounded ends there. Start clears what was captured before.
     void StartCapture();
     void StopCapture();
-    bool IsCapturing() const;
+    bool IsCapturing() const;                ///< takes no lock
     std::uint32_t GetCaptureTimeMs() const;  ///< length so far; the final length after StopCapture()
     std::int32_t GetIdleTimeMs() const;      ///< ms since the last captured event (or the start); -1 when not capturing
     std::uint32_t GetCapturedCount() const;
