@@ -21,18 +21,34 @@ CKivora::CKivora(EngineDependencies dependencies)
     connect(&indicatorTimer_, &QTimer::timeout, this, &CKivora::onMetronomeTimer);
     SetUIColor(GetDefaultUIColor());
     RestartClock();
-    if (tickTimer_) {
-        tickTimer_->SetEnabled(true);
-    }
+    const Hold hold(*this);
+    hasBegun_ = true;
 }
 
 CKivora::~CKivora() {
     NK_ASSERT_THREAD_ROLE(gui);
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         closed_ = true;
     }
     ShutdownMidi();
+}
+
+void CKivora::BeginHold() {
+    if (++holds_ == 1 && sink_) {
+        sink_->HoldBack();
+    }
+}
+
+void CKivora::EndHold() {
+    if (holds_ == 1) {
+        ParkOrRunTicks();
+        if (sink_) {
+            sink_->LetGo();
+        }
+    }
+    --holds_;
+    lock_.Unlock();
 }
 
 void CKivora::Fail(const QString& message) {

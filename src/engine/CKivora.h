@@ -50,12 +50,28 @@ struct EngineExtras;
 class CKivora : public QObject, public LibMidi::MIDIPortDataListener, public NK::CTimerListener {
     Q_OBJECT
 
+    /// The engine's lock for the length of an operation. When the outermost one ends, the player is given together what
+    /// was queued, and the tick begins or ends to run.
+    class NK_SCOPED_CAPABILITY Hold {
+    public:
+        explicit Hold(CKivora& engine) NK_ACQUIRE(engine.lock_) : engine_(engine) {
+            engine.lock_.Lock();
+            engine.BeginHold();
+        }
+        ~Hold() NK_RELEASE() { engine_.EndHold(); }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        CKivora& engine_;
+    };
+
 public:
     static constexpr int kSlotCount = VoiceSlots::kCount;
     static constexpr int kArpeggiatorCount = 2;
-    static constexpr int kMinTempo = 40;   ///< beats per minute
-    static constexpr int kMaxTempo = 220;  ///< beats per minute
-    static constexpr int kTickPeriodMs = 1;
+    static constexpr int kMinTempo = 40;     ///< beats per minute
+    static constexpr int kMaxTempo = 220;    ///< beats per minute
+    static constexpr int kTickPeriodMs = 1;  ///< while an arpeggiator has notes or a take runs
     static constexpr int kIndicatorPeriodMs = 5;
 
     /// Lists the ports and makes the player; opens no port. Throws what InitMidi() throws. [gui]
@@ -113,14 +129,14 @@ public:
     /// Calls `action` with the engine's lock held and returns its result.
     template <class Action>
     decltype(auto) WithLock(Action&& action) {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         return std::forward<Action>(action)();
     }
     /// Calls `action` with arpeggiator 0 (slot 0) or 1 (slots 1 and 2) under the engine's lock and returns its result,
     /// which must not refer to the arpeggiator. Throws NK::CBadIndexException for another index.
     template <class Action>
     decltype(auto) WithArpeggiator(int index, Action&& action) {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         return std::forward<Action>(action)(ArpeggiatorAt(index));
     }
 
@@ -369,7 +385,10 @@ private:
     NK::MIDI::CArpeggiator1& ArpeggiatorAt(int index) NK_REQUIRES(lock_);
     void SleepAndPlayOut(std::uint32_t milliseconds) NK_REQUIRES(lock_);
 
-    bool LockForInput() NK_TRY_ACQUIRE(true, lock_);
+    void BeginHold() NK_REQUIRES(lock_);
+    void EndHold() NK_RELEASE(lock_);
+    /// As a hold; EndHold() ends it. False, without one, when the port of the input is being closed.
+    bool HoldForInput() NK_TRY_ACQUIRE(true, lock_);
     void ProcessInput(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_);
     void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
@@ -383,6 +402,14 @@ private:
     bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
     void SyncArpeggiators() NK_REQUIRES(lock_);
+    void PlayArpeggiators() NK_REQUIRES(lock_);
+    /// Whether the tick's thread waits, as there is nothing for it to do: who looks at the clock moves it.
+    bool IsTickParked() const NK_REQUIRES(lock_) { return tickTimer_ && !ticking_; }
+    /// What the ticks would have done that were left out: they move the clock and play nothing.
+    void CatchUpWithTicks() NK_REQUIRES(lock_);
+    bool IsFailureUntold() const NK_REQUIRES(lock_);
+    bool NeedsTicks() const NK_REQUIRES(lock_);
+    void ParkOrRunTicks() NK_REQUIRES(lock_);
 
     void WriteSettings(NK::CIniFile& file);
     void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);
@@ -397,10 +424,12 @@ private:
     /// What LoadSettings() could not put in force, for example while its sound font is not to be found, and what came
     /// of it: as long as that is in force the former is saved.
     std::optional<std::pair<LibMidi::SynthSettings, LibMidi::SynthSettings>> refusedSynth_;
-    /// One attempt a try: between two of them an input that waits looks whether its port is closing.
-    mutable NK::CCriticalSection lock_{1, 1, 100};
+    mutable NK::CCriticalSection lock_;
+    int holds_ NK_GUARDED_BY(lock_) = 0;
     bool closed_ NK_GUARDED_BY(lock_) = false;  ///< the destructor has begun: ticks do nothing
     std::optional<NK::CThreadSleepingTimer> tickTimer_;
+    bool hasBegun_ NK_GUARDED_BY(lock_) = false;  ///< the constructor is through: the tick may run
+    bool ticking_ NK_GUARDED_BY(lock_) = false;
     QTimer indicatorTimer_;
     std::int64_t clockStartMs_ NK_GUARDED_BY(lock_) = 0;  ///< wall clock at bar 0
     NK::MIDI::MusicalClock clock_ NK_GUARDED_BY(lock_);
@@ -429,6 +458,7 @@ private:
     NK::CSysTimeSource timeSource_;
     std::unique_ptr<LibMidi::PortFactory> factory_ NK_GUARDED_BY(lock_);
     std::unique_ptr<LibMidi::MIDIPlayer> player_ NK_GUARDED_BY(lock_);
+    bool playerTellsFailure_ NK_GUARDED_BY(lock_) = false;  ///< else the tick looks
     std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
     LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
     std::optional<OutputFollower> follower_ NK_GUARDED_BY(lock_);  ///< of the open output, for the player

@@ -16,7 +16,7 @@ constexpr std::int64_t kLongestRunMs = std::int64_t{24} * 24 * 60 * 60 * 1000;
 void CKivora::SetTempo(int beatsPerMinute) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         if (!StoreTempo(beatsPerMinute)) {
             return;
         }
@@ -28,7 +28,7 @@ void CKivora::SetTempo(int beatsPerMinute) {
 void CKivora::SetTempoInBar(int beatsPerMinute) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         AdvanceClock();
         const double beats = clock_.beatsPerBar * clock_.bar + clock_.beat + clock_.offset / clock_.BeatLength();
         if (!StoreTempo(beatsPerMinute)) {
@@ -68,7 +68,7 @@ int CKivora::GetTempo() const {
 void CKivora::SetMetronome(bool on) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         if (on) {
             indicatorTimer_.start(kIndicatorPeriodMs);
         } else {
@@ -84,7 +84,7 @@ bool CKivora::IsMetronomeOn() const {
 }
 
 void CKivora::RestartClock() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     clockStartMs_ = dependencies_.wallClockMs();
     lastBarSeen_ = -1;
     lastBeatSeen_ = -1;
@@ -102,7 +102,49 @@ void CKivora::SyncArpeggiators() {
 
 NK::MIDI::MusicalClock CKivora::GetMusicalClock() const {
     const CLockGuard guard(lock_);
-    return clock_;
+    NK::MIDI::MusicalClock clock = clock_;
+    if (IsTickParked()) {
+        const std::int64_t elapsed = std::max<std::int64_t>(0, dependencies_.wallClockMs() - clockStartMs_);
+        SetClockPosition(clock, elapsed % (kLongestRunMs + 1));
+    }
+    return clock;
+}
+
+void CKivora::CatchUpWithTicks() {
+    if (IsTickParked()) {
+        AdvanceClock();
+        if (IsReady()) {
+            PlayArpeggiators();
+        }
+    }
+}
+
+void CKivora::PlayArpeggiators() {
+    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
+        arpeggiator.Process(nullptr, 0, clock_, *sink_);
+    }
+}
+
+bool CKivora::IsFailureUntold() const {
+    return IsReady() && !outputLost_ && player_->HasWriteFailed();
+}
+
+bool CKivora::NeedsTicks() const {
+    const bool isArpeggiating = arpeggiators_[0].HasNotes() || arpeggiators_[1].HasNotes();
+    return isArpeggiating || (sink_ && sink_->IsCapturing()) || IsFailureUntold() || (player_ && !playerTellsFailure_);
+}
+
+void CKivora::ParkOrRunTicks() {
+    if (!tickTimer_ || !hasBegun_) {
+        return;
+    }
+    ticking_ = NeedsTicks();
+    tickTimer_->SetEnabled(ticking_);
+    // What has failed between these lines may have been told before the tick was parked.
+    if (!ticking_ && IsFailureUntold()) {
+        ticking_ = true;
+        tickTimer_->SetEnabled(true);
+    }
 }
 
 void CKivora::AdvanceClock() {
@@ -113,8 +155,9 @@ void CKivora::AdvanceClock() {
         elapsed = 0;
     }
     if (elapsed > kLongestRunMs) {
+        elapsed = IsTickParked() ? elapsed % (kLongestRunMs + 1) : 0;
         RestartClock();
-        elapsed = 0;
+        clockStartMs_ -= elapsed;
     }
     const int tickBefore = clock_.ToTick();
     SetClockPosition(clock_, elapsed);
@@ -131,20 +174,18 @@ void CKivora::OnTimer(std::uint32_t) {
     NK_ASSERT_THREAD_ROLE(tick);
     bool lost = false;
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         if (closed_) {
             return;
         }
         AdvanceClock();
         if (IsReady()) {
-            lost = !outputLost_ && player_->HasWriteFailed();
+            lost = IsFailureUntold();
             if (lost) {
                 LoseOutput(false);
             }
             sink_->WaitUntilEmpty(kPlayedOut);
-            for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
-                arpeggiator.Process(nullptr, 0, clock_, *sink_);
-            }
+            PlayArpeggiators();
         }
     }
     if (lost) {
@@ -157,7 +198,8 @@ void CKivora::onMetronomeTimer() {
     bool newBar = false;
     bool newBeat = false;
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
+        CatchUpWithTicks();
         newBar = clock_.bar != lastBarSeen_;
         newBeat = newBar || clock_.beat != lastBeatSeen_;
         lastBarSeen_ = clock_.bar;

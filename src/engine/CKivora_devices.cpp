@@ -37,7 +37,7 @@ DeviceState CKivora::LookAtOutput() {
     DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kWorks;
     bool lost = false;
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         if (!IsReady()) {
             return state;
         }
@@ -57,7 +57,7 @@ DeviceState CKivora::LookAtOutput() {
 }
 
 LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (IsReady()) {
         return outputPort_;
     }
@@ -74,7 +74,7 @@ DeviceState CKivora::LookAtInput() {
     NK_ASSERT_THREAD_ROLE(gui);
     LibMidi::MIDIInPort* const port = inputPort_.load();
     const DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kElsewhere;  // without the lock too
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (port == nullptr) {
         return inputLost_ ? state : DeviceState::kWorks;  // where it is, only a re-scan finds
     }
@@ -88,7 +88,7 @@ DeviceState CKivora::LookAtInput() {
 
 bool CKivora::ReopenOutputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!IsReady() || !outputLost_) {
         return false;
     }
@@ -113,7 +113,7 @@ bool CKivora::ReopenOutputPort() {
 
 bool CKivora::ReopenInputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     LibMidi::MIDIInPort* const port = inputPort_.load();
     if (port == nullptr || !inputLost_) {
         return false;
@@ -147,7 +147,7 @@ bool CKivora::HasStrandedNotes() const {
 
 void CKivora::EndStrandedNotes() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
     LibMidi::MIDIOutPort* const port =
         ports != nullptr && stranded_.IsAny() ? ports->FindOutputByName(strandedPortName_) : nullptr;
@@ -174,7 +174,7 @@ void CKivora::EndStrandedNotes() {
 
 void CKivora::EndStrandedNotesAtLast() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!factory_) {
         return;
     }

@@ -8,27 +8,31 @@ namespace {
 constexpr std::uint8_t kNoteOff = 0x80;
 constexpr std::uint8_t kNoteOn = 0x90;
 constexpr std::uint8_t kKeyPressure = 0xA0;
+
+/// How often who waits for the lock looks whether the port is being closed.
+constexpr std::uint32_t kLookAtPortMs = 2;
 }  // namespace
 
-bool CKivora::LockForInput() {
-    while (!lock_.TryLock()) {
+bool CKivora::HoldForInput() {
+    while (!lock_.TryLockFor(kLookAtPortMs)) {
         const LibMidi::MIDIInPort* port = inputPort_.load();
         if (port != nullptr && port->IsClosing()) {
             return false;
         }
     }
+    BeginHold();
     return true;
 }
 
 void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
     NK_ASSERT_THREAD_ROLE(input);
-    if (count < 1 || !LockForInput()) {
+    if (count < 1 || !HoldForInput()) {
         return;
     }
     for (std::int32_t i = 0; i < count; ++i) {
         ProcessInput(events[i].ToMessage());
     }
-    lock_.Unlock();
+    EndHold();
 }
 
 void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
@@ -59,16 +63,16 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
 
 void CKivora::OnMIDIDataLost(std::uint32_t lostCount) {
     NK_ASSERT_THREAD_ROLE(input);
-    if (lostCount == 0 || !LockForInput()) {
+    if (lostCount == 0 || !HoldForInput()) {
         return;
     }
     ReleaseInputKeys();
-    lock_.Unlock();
+    EndHold();
     emit InputLost();
 }
 
 void CKivora::ReleaseInputKeys() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     for (std::uint8_t note = 0; note < 128; ++note) {
         if (inputKeys_.IsHeld(note)) {
             SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
@@ -81,7 +85,7 @@ void CKivora::ReleaseInputKeys() {
 }
 
 void CKivora::LiftInputHolds() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     LiftInputPedal(HeldKeys::kSostenutoController);
     LiftInputPedal(HeldKeys::kHold2Controller);
 }

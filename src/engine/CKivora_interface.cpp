@@ -4,19 +4,19 @@
 namespace Kivora {
 
 void CKivora::SetTranslatePatchNames(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     translatePatchNames_ = on;
     emit PatchChanged();
 }
 
 void CKivora::SetTranslateKeyNames(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     translateKeyNames_ = on;
     emit KeyTranslationSettingChanged();
 }
 
 void CKivora::SetPCKeyWay(NK::Piano::EPCKeyWay way) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (way != pcKeyWay_) {
         pcKeyWay_ = way;
         emit KeyTranslationSettingChanged();
@@ -24,19 +24,19 @@ void CKivora::SetPCKeyWay(NK::Piano::EPCKeyWay way) {
 }
 
 void CKivora::SetShowNoteNames(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     showNoteNames_ = on;
     emit KeyboardDisplayChanged();
 }
 
 void CKivora::SetKeyboardColoring(int coloring) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     keyboardColoring_ = coloring;
     emit KeyboardDisplayChanged();
 }
 
 void CKivora::SetUIColor(const QColor& color) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (color != uiColor_) {
         uiColor_ = color;
         emit UISkinChanged();
@@ -44,7 +44,7 @@ void CKivora::SetUIColor(const QColor& color) {
 }
 
 void CKivora::SetUIDisplayColor(const QColor& color) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (color != uiDisplayColor_) {
         uiDisplayColor_ = color;
         emit UISkinChanged();
@@ -52,7 +52,7 @@ void CKivora::SetUIDisplayColor(const QColor& color) {
 }
 
 void CKivora::SetUIDisplay2Color(const QColor& color) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (color != uiDisplay2Color_) {
         uiDisplay2Color_ = color;
         emit UISkinChanged();
@@ -60,7 +60,7 @@ void CKivora::SetUIDisplay2Color(const QColor& color) {
 }
 
 void CKivora::SetWallpaper(const QString& path) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (path != wallpaper_) {
         wallpaper_ = path;
         emit UISkinChanged();

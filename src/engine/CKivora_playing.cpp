@@ -20,22 +20,22 @@ NK::MIDI::TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8
 }
 
 void CKivora::PlayNoteOn(std::uint8_t note, std::uint8_t velocity) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     SendVoiceNote(kNoteOn, note, velocity, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayNoteOff(std::uint8_t note) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayAfterTouch(std::uint8_t note, std::uint8_t pressure) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     SendVoiceNote(kKeyPressure, note, pressure, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayPcKey(std::uint8_t note, int level) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     PlayNoteOn(note, level == 0 ? velocityLow_ : level == 2 ? velocityHigh_ : velocityNormal_);
 }
 
@@ -54,6 +54,7 @@ void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t v
     NK::MIDI::TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
     NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_[slot == kMainSlot ? 0 : 1];
     if (arpeggiating_ && !arpeggiator.IsBypassed()) {
+        CatchUpWithTicks();
         arpeggiator.Process(&message, 1, clock_, *sink_);
     }
     if (message.status != 0) {
@@ -74,14 +75,14 @@ void CKivora::SetSustain(bool on) {
 }
 
 void CKivora::SendSustain(std::uint8_t value) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (sink_) {
         SendController(HeldKeys::kSustainController, value);
     }
 }
 
 void CKivora::AllNotesOff() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_) {
         return;
     }
@@ -96,7 +97,7 @@ void CKivora::ResetArpeggiators() {
 }
 
 void CKivora::ResetSynth() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_) {
         return;
     }
@@ -121,14 +122,14 @@ void CKivora::SleepAndPlayOut(std::uint32_t milliseconds) {
 }
 
 void CKivora::EndTimedNotes() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (sink_) {
         sink_->Advance(UINT32_MAX);
     }
 }
 
 void CKivora::KeepOrder() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     keepsOrder_ = true;
     if (sink_) {
         sink_->SetKeepsOrder(true);
@@ -136,14 +137,14 @@ void CKivora::KeepOrder() {
 }
 
 void CKivora::DiscardQueued() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (sink_) {
         sink_->Clear();
     }
 }
 
 bool CKivora::SettleOutput() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_ || !player_ || !player_->IsRunning()) {
         return sink_ == nullptr || sink_->WaitUntilEmpty(0);
     }

@@ -32,7 +32,7 @@ std::vector<LibMidi::BackendCreator> Watch(const std::vector<LibMidi::BackendCre
 
 void CKivora::InitMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     ShutdownMidi();
     const auto threw = std::make_shared<bool>(false);
     factory_ = std::make_unique<LibMidi::PortFactory>(Watch(dependencies_.backends, threw));
@@ -52,6 +52,7 @@ void CKivora::InitMidi() {
         Fail(tr("MIDI engine initalization failed (error creating MIDI player)."));
     }
     player_->SetTimeSource(&timeSource_);
+    playerTellsFailure_ = tickTimer_ && player_->TellOfFailure([this] { tickTimer_->SetEnabled(true); });
     sink_ = player_->GetSink();
     sink_->SetKeepsOrder(keepsOrder_);
     sink_->SetHistory(extras_->played);
@@ -85,7 +86,7 @@ void CKivora::ListPortNames() {
 
 void CKivora::ShutdownMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     StopRecording();
     player_.reset();
     sink_.reset();
@@ -98,7 +99,7 @@ void CKivora::ShutdownMidi() {
 
 void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (port == nullptr) {
         Fail(tr("Attempt to set a NULL port as out."));
     }
@@ -124,7 +125,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
 
 void CKivora::CloseOutputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     ResetSynth();
     if (player_) {
         player_->Stop();
@@ -150,7 +151,7 @@ void CKivora::CloseOutputPort() {
 
 void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (port != nullptr && port == inputPort_.load()) {
         return;
     }
@@ -171,7 +172,7 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
 
 void CKivora::CloseInputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (LibMidi::MIDIInPort* port = inputPort_.load()) {
         port->RemoveListener(this);
         port->Close();
@@ -182,7 +183,7 @@ void CKivora::CloseInputPort() {
 }
 
 bool CKivora::SetOutputPortByName(const NK::CString& name) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
     LibMidi::MIDIOutPort* port = ports == nullptr ? nullptr : ports->FindOutputByName(name);
     if (port == nullptr) {
@@ -193,7 +194,7 @@ bool CKivora::SetOutputPortByName(const NK::CString& name) {
 }
 
 bool CKivora::SetInputPortByName(const NK::CString& name) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
     LibMidi::MIDIInPort* port = ports == nullptr ? nullptr : ports->FindInputByName(name);
     if (port == nullptr) {
@@ -204,13 +205,13 @@ bool CKivora::SetInputPortByName(const NK::CString& name) {
 }
 
 bool CKivora::SetOutputPortByIndex(int index) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     return index >= 0 && index < static_cast<int>(outputNames_.GetSize()) &&
            SetOutputPortByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]));
 }
 
 bool CKivora::SetInputPortByIndex(int index) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     return index >= 0 && index < static_cast<int>(inputNames_.GetSize()) &&
            SetInputPortByName(NK::CString(inputNames_[static_cast<std::uint32_t>(index)]));
 }
@@ -240,7 +241,7 @@ NK::CString CKivora::GetDefaultOutputPortName() const {
 
 void CKivora::OpenPorts() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     const bool outputSaved = !outputPortName_.IsEmpty();
     if (outputSaved) {
         SetOutputPortByName(NK::CString(outputPortName_));
@@ -262,7 +263,7 @@ bool CKivora::KeepsThroughRescan(LibMidi::MIDIPort* port) {
 
 bool CKivora::RescanPorts() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!factory_ || IsRecording()) {
         return false;
     }
@@ -305,7 +306,7 @@ bool CKivora::RescanPorts() {
 
 bool CKivora::UpdatePorts() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!factory_ || factory_->GetPortList() == nullptr) {
         return false;
     }
@@ -352,12 +353,12 @@ NK::CString CKivora::GetOutputPortName() const {
 }
 
 void CKivora::SetSavedInputPortName(const NK::CString& name) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     inputPortName_ = name;
 }
 
 void CKivora::SetSavedOutputPortName(const NK::CString& name) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     outputPortName_ = name;
 }
 

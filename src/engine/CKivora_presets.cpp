@@ -24,7 +24,7 @@ bool CKivora::ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& fi
 }
 
 bool CKivora::ApplyPreset(const NK::CString& name, NK::CIniFile& file) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!LoadVoiceSettings(file, PresetStore::kSection)) {
         return false;
     }
@@ -48,7 +48,7 @@ bool CKivora::SavePreset(const NK::CString& name) {
         return false;
     }
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         presetName_ = PresetStore::GetStoredName(name);
         emit PresetChanged();
     }

@@ -7,7 +7,7 @@ namespace Kivora {
 
 bool CKivora::StartRecording() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_ || sink_->IsCapturing()) {
         return false;
     }
@@ -22,7 +22,7 @@ bool CKivora::StartRecording() {
 
 bool CKivora::StopRecording() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_ || !sink_->IsCapturing()) {
         return false;
     }
@@ -61,7 +61,7 @@ bool CKivora::SaveRecording(const NK::CString& path) {
     NK_ASSERT_THREAD_ROLE(gui);
     LibMidi::CaptureStore::View captured;
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         if (!sink_ || (sink_->IsCapturing() && !StopRecording())) {
             return false;
         }

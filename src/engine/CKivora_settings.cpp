@@ -36,7 +36,7 @@ bool LoadArpeggiator(NK::MIDI::CArpeggiator1& arpeggiator, NK::CIniFile& file, c
 }  // namespace
 
 bool CKivora::LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!file.SelectSection(section)) {
         return false;
     }
@@ -57,7 +57,7 @@ bool CKivora::LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section) 
 }
 
 bool CKivora::SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     file.SelectOrAddSection(section);
     WriteVoiceSlots(file, voices_);
     file.SetInt(L"Tempo", tempo_);
@@ -121,7 +121,7 @@ bool CKivora::LoadSettings() {
     lastFolders_ = LastFolders::Read(file);
     LoadSynthSettings(file);
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         ApplySettings(settings);
         extras_->ReadSettings(file);
         LoadVoiceSettings(file, Settings::kSection);
@@ -133,7 +133,7 @@ bool CKivora::LoadSettings() {
 
 void CKivora::WriteSettings(NK::CIniFile& file) {
     {
-        const CLockGuard guard(lock_);
+        const Hold hold(*this);
         file.SelectOrAddSection(Settings::kSection);
         GatherSettings().Write(file);
         SaveVoiceSettings(file, Settings::kSection);

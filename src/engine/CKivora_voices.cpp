@@ -24,19 +24,19 @@ auto& OfSlot(Settings& settings, int slot) {
 }  // namespace
 
 void CKivora::SetDual(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     voices_.dual = on;
     AllNotesOff();
 }
 
 void CKivora::SetSplit(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     voices_.split = on;
     AllNotesOff();
 }
 
 void CKivora::SetArpeggiating(bool on) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (on == arpeggiating_) {
         return;
     }
@@ -46,37 +46,37 @@ void CKivora::SetArpeggiating(bool on) {
 }
 
 void CKivora::SetPatch(int patch, int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     OfSlot(voices_.patch, slot) = patch;
     SendPatches();
 }
 
 void CKivora::NextPatch(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     SetPatch(VoiceSlots::GetNextPatch(OfSlot(voices_.patch, slot)), slot);
 }
 
 void CKivora::PrevPatch(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     SetPatch(VoiceSlots::GetPreviousPatch(OfSlot(voices_.patch, slot)), slot);
 }
 
 void CKivora::VolumeUp(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     voices_.StepVolume(slot, kVolumeStep);
     SendVolume(slot);
     emit VoiceSettingsChanged();
 }
 
 void CKivora::VolumeDown(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     voices_.StepVolume(slot, -kVolumeStep);
     SendVolume(slot);
     emit VoiceSettingsChanged();
 }
 
 void CKivora::TransposeUp(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     VoiceSlots::CheckSlot(slot);
     AllNotesOff();
     voices_.StepTranspose(slot, 1);
@@ -84,7 +84,7 @@ void CKivora::TransposeUp(int slot) {
 }
 
 void CKivora::TransposeDown(int slot) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     VoiceSlots::CheckSlot(slot);
     AllNotesOff();
     voices_.StepTranspose(slot, -1);
@@ -92,17 +92,17 @@ void CKivora::TransposeDown(int slot) {
 }
 
 void CKivora::SetVelocityLow(int velocity) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     velocityLow_ = ClampVelocity(velocity);
 }
 
 void CKivora::SetVelocityNormal(int velocity) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     velocityNormal_ = ClampVelocity(velocity);
 }
 
 void CKivora::SetVelocityHigh(int velocity) {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     velocityHigh_ = ClampVelocity(velocity);
 }
 
@@ -115,7 +115,7 @@ void CKivora::SendPatch(int slot) {
 }
 
 void CKivora::SendPatches() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     if (!sink_) {
         return;
     }
@@ -136,7 +136,7 @@ void CKivora::SendVolume(int slot) {
 }
 
 void CKivora::SendVolumes() {
-    const CLockGuard guard(lock_);
+    const Hold hold(*this);
     for (int slot = 0; slot < kSlotCount; ++slot) {
         SendVolume(slot);
     }

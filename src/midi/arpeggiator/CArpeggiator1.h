@@ -42,7 +42,9 @@ public:
     double GetDurationPercent() const { return settings_.GetDurationPercent(); }
     bool GetRepeat() const { return settings_.repeat; }
     /// Whether it plays a note at the next step.
-    bool IsPlaying() const { return !IsBypassed() && !notes_.IsEmpty(); }
+    bool IsPlaying() const { return !IsBypassed() && HasNotes(); }
+    /// Whether steps go by: without notes Process() without messages changes nothing but the step that it stands at.
+    bool HasNotes() const { return !notes_.IsEmpty(); }
 
     // These throw CInvalidParameterException and then, unless a line says otherwise, change nothing. All but
     // SetExtension() take effect on the note list at the next message.

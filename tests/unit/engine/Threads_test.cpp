@@ -96,6 +96,8 @@ TEST_F(Threads, TheTickHasItsRole) {
                                                                ticker = NK::GetThreadRole();
                                                                return std::int64_t{0};
                                                            }});
+    ticking.SetOutputPortByIndex(0);
+    ticking.StartRecording();
     while (ticker != NK::ThreadRole::tick) {
         std::this_thread::yield();
     }
