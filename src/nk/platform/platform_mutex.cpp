@@ -32,7 +32,12 @@ bool CRecursiveMutex::TryLockFor(std::uint32_t milliseconds) noexcept {
         const std::int64_t ns = end.tv_nsec + std::int64_t{milliseconds} * 1'000'000;
         end.tv_sec += static_cast<time_t>(ns / kNsPerSecond);
         end.tv_nsec = static_cast<long>(ns % kNsPerSecond);
+#ifdef __SANITIZE_THREAD__
+        // ThreadSanitizer does not know the other call, nor that it has locked.
+        return clock == CLOCK_REALTIME ? pthread_mutex_timedlock(&mutex_, &end) : EINVAL;
+#else
         return pthread_mutex_clocklock(&mutex_, clock, &end);
+#endif
     };
     const int result = lockUntil(CLOCK_MONOTONIC);
     // Kernels before 5.14 know for such a mutex only the clock that may be set.
