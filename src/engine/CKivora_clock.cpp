@@ -135,8 +135,8 @@ bool CKivora::NeedsTicks() const {
 }
 
 void CKivora::ParkOrRunTicks() {
-    if (!tickTimer_ || !hasBegun_) {
-        return;
+    if (!hasBegun_ || closed_ || !tickTimer_) {
+        return;  // before it is made and while it is destroyed the timer is not to be touched
     }
     ticking_ = NeedsTicks();
     tickTimer_->SetEnabled(ticking_);
