@@ -14,6 +14,7 @@
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
 #include "nk/nk_thread_role.h"
+#include "nk/nk_wakeup.h"
 
 namespace Kivora {
 
@@ -23,8 +24,6 @@ using NK::CString;
 using NK::MIDI::TMIDIMessage;
 
 namespace {
-
-constexpr std::uint32_t kStopQuantumMs = 50;
 
 /// Controllers of MIDI 1.0, table III.
 constexpr std::uint8_t kChannelVolume = 7;
@@ -92,6 +91,7 @@ struct TakeJournal::Take {
     bool isPlayed = false;
     bool isJournalDamaged = false;
     std::unique_ptr<JournalFile> journal;
+    bool isComplete = false;  ///< it has ended, and all of it is in the journal
     bool isFailing = false;
     bool isFailureTold = false;
 };
@@ -101,10 +101,29 @@ public:
     explicit Thread(TakeJournal& journal) : RoundThread(kLevelNormal, L"take journal"), journal_(journal) { Begin(); }
     ~Thread() override { End(); }
 
+    void RequestStop() override {
+        RoundThread::RequestStop();
+        wakeup.Wake();
+    }
+
+    NK::CWakeup wakeup;  ///< a recording has begun or ended
+
 private:
     void RunRounds() override {
-        while (SleepInterruptible(kPeriodMs, kStopQuantumMs)) {
-            journal_.WriteOut();
+        constexpr std::int64_t kPeriodNs = std::int64_t{kPeriodMs} * 1'000'000;
+        std::int64_t nextNs = NK::CWakeup::kNever;
+        while (!IsStopRequested()) {
+            const std::int64_t nowNs = NK::CWakeup::NowNs();
+            if (nowNs >= nextNs) {
+                journal_.WriteOut();
+                nextNs = NK::CWakeup::kNever;
+            } else if (!journal_.IsBehind()) {
+                nextNs = NK::CWakeup::kNever;
+                wakeup.WaitUntil(NK::CWakeup::kNever);
+            } else {
+                nextNs = std::min(nextNs, nowNs + kPeriodNs);
+                wakeup.WaitUntil(nextNs);
+            }
         }
     }
 
@@ -214,9 +233,19 @@ void TakeJournal::FollowRecording() {
             takes_.push_back(recorded_);
         }
     }
+    if (thread_) {
+        thread_->wakeup.Wake();
+    }
     if (waits) {
         emit WaitingChanged();
     }
+}
+
+bool TakeJournal::IsBehind() const {
+    const CLockGuard guard(lock_);
+    return std::any_of(takes_.begin(), takes_.end(), [](const TakePointer& take) {
+        return take->source != nullptr || !(take->isFromEarlierRun || take->isComplete);
+    });
 }
 
 bool TakeJournal::EndRecording() {
@@ -326,6 +355,7 @@ void TakeJournal::WriteOut() {
             TakePointer take;
             CaptureStore::View events;
             std::optional<std::uint32_t> markMs;
+            bool isLast;  ///< nothing more comes
         };
         std::vector<Behind> behind;
         {
@@ -333,15 +363,16 @@ void TakeJournal::WriteOut() {
             for (const TakePointer& take : takes_) {
                 take->Follow();
                 if (take->isPlayed && !take->isFromEarlierRun) {
-                    behind.push_back({take, take->events, take->GetMark()});
+                    behind.push_back({take, take->events, take->GetMark(), take->source == nullptr});
                 }
             }
         }
-        for (const auto& [take, events, markMs] : behind) {
+        for (const auto& [take, events, markMs, isLast] : behind) {
             const bool isFailing = !Append(*take, events, markMs);
             const CLockGuard guard(lock_);
             recovered = recovered || (take->isFailing && !isFailing);
             take->isFailing = isFailing;
+            take->isComplete = isLast && !isFailing;
             failed = failed || (isFailing && !std::exchange(take->isFailureTold, true));
         }
     }

@@ -38,11 +38,11 @@ struct LostJournal {
 };
 
 /// Follows the engine's recordings by itself, whoever starts and stops them. While one runs, what was captured is
-/// appended to a journal, a file in the folder, once a second, by the thread "take journal"; no file is touched by the
-/// threads that play or under the engine's lock. However a recording ends (stop, reset, a change of port, the engine's
-/// or this object's end), it waits, with those that waited before, until it is saved or refused; both remove its
-/// journal. CKivora::SaveRecording() counts as saving. What waits at the end of the program, or was being recorded when
-/// it crashed, is there at the next start.
+/// appended to a journal, a file in the folder, once a second, by the thread "take journal", which waits while there is
+/// nothing to append; no file is touched by the threads that play or under the engine's lock. However a recording ends
+/// (stop, reset, a change of port, the engine's or this object's end), it waits, with those that waited before, until
+/// it is saved or refused; both remove its journal. CKivora::SaveRecording() counts as saving. What waits at the end of
+/// the program, or was being recorded when it crashed, is there at the next start.
 ///
 /// A take in which nothing was played does not wait: one that holds nothing but program changes, channel volumes, ends
 /// of the pedal and "all notes off". Journals that another running program holds are not touched.
@@ -117,6 +117,8 @@ private:
     void FollowRecording();
     /// The recording that runs ends. True when it waits from now on.
     bool EndRecording() NK_REQUIRES(lock_);
+    /// Whether a recording runs or one that has ended is not wholly in its journal.
+    bool IsBehind() const;
     TakePointer FindWaiting(int id) const;
     void Forget(const TakePointer& take);
     bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs)
