@@ -7,6 +7,7 @@
 #include "libmidi/portmidi/TickCounter.h"
 #include "libmidi/PortNames.h"
 #include "nk/nk_thread_role.h"
+#include "nk/nk_wakeup.h"
 
 namespace LibMidi {
 
@@ -19,21 +20,31 @@ NK::CString FindNameFor(const PmDeviceInfo& device, const MIDIPortContainer& por
 }
 }  // namespace
 
-/// Runs a round of input after each sleep of a millisecond.
+/// Runs a round of input after each sleep of a millisecond while an input is open, and waits for one otherwise.
 class PortMIDIImpl::InputTimer : public RoundThread {
 public:
     explicit InputTimer(PortMIDIImpl& implementation)
         : RoundThread(kLevelTimeCritical, L"MIDI input timer"), implementation_(implementation) {}
 
+    void RequestStop() override {
+        RoundThread::RequestStop();
+        wakeup.Wake();
+    }
+
+    NK::CWakeup wakeup;  ///< an input has been opened
+
 private:
     void RunRounds() override {
         NK_REGISTER_THREAD_ROLE(inputTimer);
-        for (;;) {
-            implementation_.GetSleeper().Sleep(1);
-            if (IsStopRequested()) {
-                return;
+        while (!IsStopRequested()) {
+            if (implementation_.openInputs_ == 0) {
+                implementation_.GetSleeper().Wait(wakeup, NK::CWakeup::kNever);
+                continue;
             }
-            implementation_.RunInputRound();
+            implementation_.GetSleeper().Sleep(1);
+            if (!IsStopRequested()) {
+                implementation_.RunInputRound();
+            }
         }
     }
 
@@ -86,6 +97,13 @@ void PortMIDIImpl::AddPort(PmDeviceID device, const PmDeviceInfo& info) {
         ports_.Append(std::move(port));
     } else if (info.output != 0) {
         ports_.Append(std::make_unique<PortMIDIOutPort>(*this, device, name));
+    }
+}
+
+void PortMIDIImpl::CountOpenInput(bool opened) {
+    openInputs_ += opened ? 1 : -1;
+    if (opened && timer_ != nullptr) {
+        timer_->wakeup.Wake();
     }
 }
 

@@ -1,6 +1,7 @@
 // The PortMidi backend: its devices as ports, and the timer that reads the open inputs.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,6 +44,8 @@ public:
 
     PortMidiApi& GetApi() const { return api_; }
     NK::CSleeper& GetSleeper() const { return sleeper_; }
+    /// An input port has been opened, or is about to be closed: the timer runs while any is open.
+    void CountOpenInput(bool opened);
     bool RunsThreads() const { return threads_ == Threads::kRun; }
 
 private:
@@ -59,6 +62,7 @@ private:
     std::optional<DeviceWatch::Ports> sequencerAtStart_;
     MIDIPortContainerImpl ports_;
     std::vector<MIDIPortContext*> inputs_;  ///< among ports_, in its order
+    std::atomic<int> openInputs_{0};
     std::unique_ptr<InputTimer> timer_;
 };
 

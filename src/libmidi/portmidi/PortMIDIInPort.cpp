@@ -42,12 +42,14 @@ bool PortMIDIInPort::OnOpened() {
         thread_.reset();
         return false;
     }
+    GetImplementation().CountOpenInput(true);
     return true;
 }
 
 void PortMIDIInPort::OnClosing() {
     SetClosing(true);
     if (thread_ != nullptr) {
+        GetImplementation().CountOpenInput(false);
         thread_->End();
         thread_.reset();
     }

@@ -164,16 +164,29 @@ TEST_F(PortMIDIImplTest, ARoundPollsOpenInputsOnly) {
     EXPECT_EQ(api.polls, 1);
 }
 
-TEST_F(PortMIDIImplTest, WithThreadsTheTimerRunsWhileTheSetExists) {
+TEST_F(PortMIDIImplTest, WithThreadsTheTimerRunsWhileAnInputIsOpen) {
     CFakePortMidi api(kDevices);
-    const std::uint32_t before = TickCounter::Get();
     {
         const PortMIDIImpl set(api, NK::SystemSleeper());
-        while (TickCounter::Get() < before + 3) {
-            NK::SystemSleeper().Sleep(1);
+        const auto run = [](int milliseconds) {
+            for (int i = 0; i < milliseconds; ++i) {
+                NK::SystemSleeper().Sleep(1);
+            }
+        };
+        const std::uint32_t atRest = TickCounter::Get();
+        run(20);
+        EXPECT_EQ(TickCounter::Get(), atRest);
+        for (int turn = 0; turn < 2; ++turn) {
+            ASSERT_EQ(set.GetDefaultInput()->Open(), kSuccess);
+            const std::uint32_t before = TickCounter::Get();
+            while (TickCounter::Get() < before + 3) {
+                run(1);
+            }
+            set.GetDefaultInput()->Close();
         }
     }
-    EXPECT_EQ(api.GetCalls(), (Calls{"Initialize", "Terminate"}));
+    EXPECT_EQ(api.GetCalls().front(), "Initialize");
+    EXPECT_EQ(api.GetCalls().back(), "Terminate");
 }
 
 }  // namespace
