@@ -1,6 +1,7 @@
 #include "libmidi/synth/SynthDevice.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "libmidi/MIDIPortContainer.h"
 #include "libmidi/synth/SynthErrors.h"
@@ -67,6 +68,7 @@ void SynthDevice::SetSound(const SynthDeviceConfig& config) {
     api_.SynthSetGain(synth_, static_cast<float>(config.gain));
     api_.SynthReverbOn(synth_, kAllGroups, config.reverb ? 1 : 0);
     api_.SynthChorusOn(synth_, kAllGroups, config.chorus ? 1 : 0);
+    isTouched_ = true;
 }
 
 bool SynthDevice::StartDriver(const SynthDeviceConfig& config, SynthReason& reason) {
@@ -105,6 +107,7 @@ bool SynthDevice::LoadFont(const std::string& path, SynthReason& reason) {
 void SynthDevice::Send(const MIDIEvent& event) {
     const SynthLog log;
     SendToSynth(api_, synth_, event);
+    isTouched_ = true;
 }
 
 void SynthDevice::Render(float* left, float* right, int frames) noexcept {
@@ -126,12 +129,31 @@ std::vector<std::string> SynthDevice::ListDrivers(SynthApi& api) {
     return drivers;
 }
 
+bool SynthDevice::IsAtRest() noexcept {
+    if (isTouched_.exchange(false)) {
+        silentFrames_ = 0;
+    }
+    return silentFrames_ >= kFramesToRest;
+}
+
+void SynthDevice::NoteSound(const float* left, const float* right, int frames) noexcept {
+    const auto isHeard = [](float sample) { return std::abs(sample) > kSilence; };
+    const bool isSilent = std::none_of(left, left + frames, isHeard) && std::none_of(right, right + frames, isHeard);
+    silentFrames_ = isSilent ? silentFrames_ + static_cast<std::uint64_t>(frames) : 0;
+}
+
 int SynthDevice::OnAudio(void* self, int frames, int, float*[], int outCount, float* out[]) {
     if (outCount < 2) {
         return FLUID_FAILED;
     }
     auto& device = *static_cast<SynthDevice*>(self);
-    device.Render(out[0], out[1], frames);
+    if (device.IsAtRest()) {
+        std::fill_n(out[0], frames, 0.0F);
+        std::fill_n(out[1], frames, 0.0F);
+    } else {
+        device.Render(out[0], out[1], frames);
+        device.NoteSound(out[0], out[1], frames);
+    }
     device.playedFrames_.fetch_add(static_cast<std::uint64_t>(frames), std::memory_order_relaxed);
     return FLUID_OK;
 }

@@ -31,6 +31,11 @@ struct SynthDeviceConfig {
 class SynthDevice {
 public:
     static constexpr double kSampleRate = 48000.0;
+    /// So many frames without a sound and without a message, and the audio driver is given silence without the
+    /// synthesizer being asked, until something is sent or set.
+    static constexpr std::uint64_t kFramesToRest = 30 * 48000;
+    /// What no converter of 16 bits tells from silence: the effects of FluidSynth never come to nothing.
+    static constexpr float kSilence = 1e-6F;
 
     /// Throws CMIDIException when FluidSynth cannot make a synthesizer. No font is loaded and no driver runs.
     explicit SynthDevice(SynthApi& api);
@@ -59,6 +64,8 @@ public:
     static std::vector<std::string> ListDrivers(SynthApi& api);
 
 private:
+    bool IsAtRest() noexcept;
+    void NoteSound(const float* left, const float* right, int frames) noexcept;
     static int OnAudio(void* self, int frames, int effectCount, float* effects[], int outCount, float* out[]);
     void StopDriver();
 
@@ -68,6 +75,8 @@ private:
     fluid_audio_driver_t* driver_ = nullptr;
     int font_ = FLUID_FAILED;
     std::atomic<std::uint64_t> playedFrames_{0};
+    std::atomic<bool> isTouched_{true};  ///< something was sent or set since the audio driver was given sound last
+    std::uint64_t silentFrames_ = 0;     ///< of the audio driver's thread
     PeakLimiter limiter_{static_cast<float>(kSampleRate)};
 };
 

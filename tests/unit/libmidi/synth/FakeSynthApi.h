@@ -59,6 +59,8 @@ public:
     std::string failingFont;
     bool canMakeSynth = true;
     int messageResult = FLUID_OK;
+    float level = 0;   ///< of the sound that it computes
+    int computed = 0;  ///< blocks of sound
     Gate driverStart;
     Gate driverEnd;
     Gate fontLoad;
@@ -175,7 +177,11 @@ public:
     void SynthSetGain(fluid_synth_t*, float gain) override { Note("gain " + std::to_string(gain), 0); }
     int SynthReverbOn(fluid_synth_t*, int, int on) override { return Message("reverb", {on}); }
     int SynthChorusOn(fluid_synth_t*, int, int on) override { return Message("chorus", {on}); }
-    int SynthProcess(fluid_synth_t*, int, int, float*[], int, float*[]) override { return FLUID_OK; }
+    int SynthProcess(fluid_synth_t*, int frames, int, float*[], int, float* out[]) override {
+        ++computed;
+        std::fill_n(out[0], frames, level);
+        return FLUID_OK;
+    }
 
 private:
     template <class Thing>
