@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <QKeyEvent>
 #include <QMap>
 #include <QObject>
 #include <QString>
@@ -12,8 +13,7 @@
 #include "nk/nk_keyboard_layout.h"
 #include "piano/CPCKeyPlayer.h"
 #include "piano/PCKeyPlaces.h"
-
-class QKeyEvent;
+#include "ui/ReleasedKeys.h"
 
 /// Tells of each key where the user's way and the layout of that moment find its note, and what stands on the keys.
 /// [gui]
@@ -34,6 +34,8 @@ public:
 
     Layout layout() const { return source_(); }
     NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
+    /// Whether the key of a release is known to be up: then the system does not repeat it.
+    bool isUp(const QKeyEvent& release) { return released_.isUp(release.nativeScanCode()); }
     /// By the characters of a US keyboard at their places, in upper case: what stands on the keys that play, where they
     /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed. As of
     /// the last look, so that nobody is asked for it.
@@ -51,4 +53,5 @@ private:
     NK::Piano::EPCKeyWay way_ = NK::Piano::EPCKeyWay::kAutomatic;
     Layout seen_;  ///< when it was looked last
     QTimer timer_;
+    ReleasedKeys released_;
 };

@@ -64,6 +64,9 @@ void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
     keyRepeats_.noteRelease(*event);
     CPCKeyPlayer::CActions actions;
     const bool acts = engine_ != nullptr && keys_.Release(computerKeys_->keyOf(*event), actions);
+    if (keys_.IsReleaseWaiting() && computerKeys_->isUp(*event)) {
+        keys_.Settle(actions);
+    }
     carryOut(actions);
     if (keys_.IsReleaseWaiting()) {
         keySettleTimer_.start(NK::Piano::kRepeatSettleMs, Qt::PreciseTimer, this);

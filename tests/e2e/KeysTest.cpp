@@ -37,6 +37,18 @@ TEST_F(Keys, AKeyHeldWithAutoRepeatPlaysOnce) {
     EXPECT_THAT(instrument.GetNoteMessages(), ElementsAre("90 3C 50", "80 3C 00", "90 3E 50", "80 3E 00"));
 }
 
+/// Repeats a second.
+class KeysAtRates : public Keys, public testing::WithParamInterface<const char*> {};
+
+TEST_P(KeysAtRates, AHeldKeyPlaysOnceAndItsReleaseEndsIt) {
+    ASSERT_TRUE(instrument.RunOnDisplay("xset", {"r", "rate", "200", GetParam()}).isEmpty());
+    ASSERT_TRUE(instrument.Xdotool({"keydown", "z", "sleep", "3", "keyup", "z", "keydown", "z", "keyup", "z"}));
+    ASSERT_TRUE(instrument.WaitForNoteMessages(4));
+    EXPECT_THAT(instrument.GetNoteMessages(), ElementsAre("90 3C 50", "80 3C 00", "90 3C 50", "80 3C 00"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, KeysAtRates, testing::Values("5", "25", "100"));
+
 TEST_F(Keys, AChordHoldsEachNoteUntilItsOwnKeyIsReleased) {
     ASSERT_TRUE(instrument.Xdotool({"keydown", "z"}));
     ASSERT_TRUE(instrument.WaitForNoteMessages(1));

@@ -1,0 +1,20 @@
+// Tells a key that was let go from one that the system repeats, without waiting for what comes next.
+#pragma once
+
+#include <cstdint>
+#include <QDeadlineTimer>
+
+/// Under X a held key repeats as a release and a press, but the server knows it as down all the while: so a release
+/// whose key is up is one of the player's. [gui]
+class ReleasedKeys {
+public:
+    /// False also where nobody can be asked, and for kRestMs after an answer that has taken longer than kLongMs, as one
+    /// of a server on another machine may: then the release is judged by what follows it.
+    bool isUp(std::uint32_t scanCode);
+
+private:
+    static constexpr int kLongMs = 3;
+    static constexpr int kRestMs = 10'000;
+
+    QDeadlineTimer rest_{0};
+};
