@@ -95,6 +95,7 @@ double GetResidentMb(pid_t process) {
 /// What the threads of a process have taken of the processor, in ms, and how often each was given it.
 struct Threads {
     double processorMs = 0;
+    double wakeups = 0;
     std::map<std::string, double> runs;  ///< by the thread's number
 };
 
@@ -107,6 +108,7 @@ Threads GetThreads(pid_t process) {
         double runs = 0;
         if (file >> onProcessorNs >> waitingNs >> runs) {
             threads.processorMs += onProcessorNs / 1e6;
+            threads.wakeups += runs;
             threads.runs[task.path().filename()] = runs;
         }
     }
@@ -137,7 +139,7 @@ double GetProcessorMsOfSleepers(int count, int milliseconds) {
 }
 
 /// The whole program with its ports open and nobody playing, against as many bare sleepers as it has threads that wake
-/// each millisecond.
+/// each millisecond, one at least.
 void Rest(benchmark::State& state) {
     const KivoraTest::CTemporaryFolder home;
     SetEnvironment(home);
@@ -155,16 +157,20 @@ void Rest(benchmark::State& state) {
         // By turns, as what else runs on the machine makes each waking dearer, and as threads that wake together share
         // the cost of waking the processor.
         double program = 0;
+        double wakeups = 0;
         double bare = 0;
         for (int turn = 0; turn < kTurns; ++turn) {
-            const double programBefore = GetThreads(process.GetId()).processorMs;
+            const Threads before = GetThreads(process.GetId());
             Wait(kTurnMs);
-            program += GetThreads(process.GetId()).processorMs - programBefore;
+            const Threads after = GetThreads(process.GetId());
+            program += after.processorMs - before.processorMs;
+            wakeups += after.wakeups - before.wakeups;
             kill(process.GetId(), SIGSTOP);
-            bare += GetProcessorMsOfSleepers(ticking, kTurnMs);
+            bare += GetProcessorMsOfSleepers(std::max(ticking, 1), kTurnMs);
             kill(process.GetId(), SIGCONT);
         }
         state.counters["ticking_threads"] = ticking;
+        state.counters["wakeups_per_s"] = 1000.0 * wakeups / (kTurns * kTurnMs);
         state.counters["program_percent"] = 100.0 * program / (kTurns * kTurnMs);
         state.counters["bare_percent"] = 100.0 * bare / (kTurns * kTurnMs);
         state.counters["ratio"] = program / bare;
