@@ -47,6 +47,7 @@ AlsaImpl::~AlsaImpl() {
 
 void AlsaImpl::Update() {
     NK_ASSERT_THREAD_ROLE(gui);
+    isTold_ = false;
     const std::vector<AlsaListedPort> listed = client_->ListPorts();
     inputs_.Update(Select(listed, &AlsaListedPort::sends));
     outputs_.Update(Select(listed, &AlsaListedPort::receives));
@@ -69,13 +70,16 @@ void AlsaImpl::TellOfDevices(std::function<void()> tell) {
         client_->RemoveWatcher(*this);
     }
     tell_ = std::move(tell);
+    isTold_ = false;
     if (tell_) {
         client_->AddWatcher(*this);
     }
 }
 
 void AlsaImpl::OnNews() {
-    tell_();
+    if (!isTold_.exchange(true)) {
+        tell_();
+    }
 }
 
 }  // namespace LibMidi

@@ -1,6 +1,7 @@
 // The port set of the ALSA sequencer.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -32,6 +33,7 @@ public:
     /// Until the sequencer fails.
     bool StaysThroughRescan() const override { return client_->Works(); }
     void Update() override;
+    /// Tells once until the next Update(), however much comes and goes.
     void TellOfDevices(std::function<void()> tell) override;
 
 private:
@@ -47,7 +49,8 @@ private:
     void OnNews() override;
 
     const std::shared_ptr<AlsaClient> client_;
-    std::function<void()> tell_;  ///< does not change while this watches
+    std::function<void()> tell_;       ///< does not change while this watches
+    std::atomic<bool> isTold_{false};  ///< and nobody has looked since
     AlsaDeviceList<AlsaDeviceInPort> inputs_;
     AlsaDeviceList<AlsaDeviceOutPort> outputs_;
     std::unique_ptr<AlsaKeyboardsInPort> keyboards_;

@@ -7,6 +7,25 @@
 
 namespace LibMidi {
 
+namespace {
+
+/// Which note a message ends, if it ends one.
+struct NoteEnd {
+    static NoteEnd Of(NK::MIDI::TMIDIMessage message) {
+        using NK::MIDI::TMIDIMessage;
+        const bool ends =
+            message.status == TMIDIMessage::kNoteOff || (message.status == TMIDIMessage::kNoteOn && message.data2 == 0);
+        return {ends, message.channel, message.data1};
+    }
+    friend bool operator==(const NoteEnd&, const NoteEnd&) = default;
+
+    bool isOne;
+    std::uint8_t channel;
+    std::uint8_t note;
+};
+
+}  // namespace
+
 AlsaInPort::AlsaInPort(std::shared_ptr<AlsaClient> client)
     : QueuedInPort(client->GetSleeper()), client_(std::move(client)) {
 }
@@ -32,7 +51,8 @@ AlsaInPort::Sender& AlsaInPort::FindSender(snd_seq_addr_t address, snd_seq_addr_
     if (found != senders_.end()) {
         return *found;
     }
-    senders_.push_back({address, receiver, client_->IsConnected(address, receiver), ComesTwice(address, receiver), {}});
+    senders_.push_back(
+        {address, receiver, client_->IsConnected(address, receiver), ComesTwice(address, receiver), false, {}});
     return senders_.back();
 }
 
@@ -48,9 +68,23 @@ void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
         OpenSounds& held = sender.held;
         VisitInputEvents(event, [this, &held](const MIDIEvent& message) {
             held.Follow(message.ToMessage());
-            QueueEvent(message);
+            if (!IsHeldOn(message)) {
+                QueueEvent(message);
+            }
         });
     }
+}
+
+bool AlsaInPort::IsHeldOn(const MIDIEvent& end) const {
+    const NoteEnd note = NoteEnd::Of(end.ToMessage());
+    if (!note.isOne || senders_.size() < 2) {
+        return false;
+    }
+    return std::any_of(senders_.begin(), senders_.end(), [&note](const Sender& sender) {
+        bool holds = false;
+        sender.held.VisitEnds([&](NK::MIDI::TMIDIMessage held) { holds = holds || NoteEnd::Of(held) == note; });
+        return holds;
+    });
 }
 
 void AlsaInPort::TakeLoss() {
@@ -65,13 +99,13 @@ bool AlsaInPort::IsStillThere(snd_seq_addr_t sender, snd_seq_addr_t receiver, bo
 }
 
 void AlsaInPort::TakeNews() {
-    std::erase_if(senders_, [this](const Sender& sender) {
-        if (IsStillThere(sender.address, sender.receiver, sender.isConnected)) {
-            return false;
+    for (Sender& sender : senders_) {
+        sender.isGone = !IsStillThere(sender.address, sender.receiver, sender.isConnected);
+        if (sender.isGone) {
+            EndHeld(std::exchange(sender.held, {}));
         }
-        sender.held.VisitEnds([this](NK::MIDI::TMIDIMessage end) { QueueEvent(MIDIEvent::FromMessage(end, 0)); });
-        return true;
-    });
+    }
+    std::erase_if(senders_, [](const Sender& sender) { return sender.isGone; });
     FollowDevices();
     for (Sender& sender : senders_) {
         sender.isConnected = sender.isConnected || client_->IsConnected(sender.address, sender.receiver);
@@ -80,6 +114,15 @@ void AlsaInPort::TakeNews() {
             sender.held = {};  // its endings come the other way
         }
     }
+}
+
+void AlsaInPort::EndHeld(const OpenSounds& held) {
+    held.VisitEnds([this](NK::MIDI::TMIDIMessage message) {
+        const MIDIEvent end = MIDIEvent::FromMessage(message, 0);
+        if (!IsHeldOn(end)) {
+            QueueEvent(end);
+        }
+    });
 }
 
 void AlsaInPort::Deliver() {

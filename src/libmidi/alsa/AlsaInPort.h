@@ -11,7 +11,8 @@
 namespace LibMidi {
 
 /// Takes what is sent to one port of the client, and knows of each sender what it holds: when it goes, or is cut off,
-/// its keys and pedals are ended by messages in its place. A subclass says who is connected to the port.
+/// its keys and pedals are ended by messages in its place. A note that two senders hold ends with the last of them. A
+/// subclass says who is connected to the port.
 class AlsaInPort : public QueuedInPort, private AlsaReceiver {
 public:
     ~AlsaInPort() override = default;
@@ -39,6 +40,7 @@ private:
         snd_seq_addr_t receiver;
         bool isConnected;  ///< else it sends without a connection
         bool isDouble;     ///< and what comes this way is passed over
+        bool isGone;
         OpenSounds held;
     };
 
@@ -47,6 +49,9 @@ private:
     void TakeNews() final;
     void Deliver() final;
 
+    /// Whether a message ends a note that a sender goes on holding, on the same channel.
+    bool IsHeldOn(const MIDIEvent& end) const;
+    void EndHeld(const OpenSounds& held);
     Sender& FindSender(snd_seq_addr_t address, snd_seq_addr_t receiver);
 
     const std::shared_ptr<AlsaClient> client_;

@@ -144,6 +144,18 @@ TEST_F(AlsaImplTest, WhoeverWantsIsToldOfDevicesUntilTheSetEnds) {
     EXPECT_EQ(told, 11);
 }
 
+TEST_F(AlsaImplTest, ManyThatComeAtOnceAreToldOnceUntilSomebodyLooks) {
+    int told = 0;
+    set->TellOfDevices([&told] { ++told; });
+    rig.Plug(20, "Keys");
+    rig.Plug(21, "More keys");
+    rig.Unplug(20);
+    EXPECT_EQ(told, 1);
+    set->Update();
+    rig.Unplug(21);
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(AlsaImplTest, AfterAFailureAReScanMakesAnother) {
     EXPECT_TRUE(set->StaysThroughRescan());
     rig.api.FailInput(-ENODEV);

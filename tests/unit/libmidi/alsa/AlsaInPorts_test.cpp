@@ -203,6 +203,36 @@ TEST_F(AlsaInPorts, OfTwoKeyboardsOnlyTheKeysOfTheOneThatIsPulledOutEnd) {
     EXPECT_EQ(keyboards.LookAtDevice(), DeviceState::kWorks);
 }
 
+TEST_F(AlsaInPorts, ANoteOfTwoKeyboardsEndsWithTheLastOfThem) {
+    rig.Plug(21, "Other");
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.Send(21, NoteOn(60));
+    listener.Take();
+    rig.Send(21, NoteOn(60, 0));
+    EXPECT_EQ(listener.Take(), (Batches{}));
+    rig.Send(21, NoteOn(62));
+    rig.Send(21, NoteOn(62, 0));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903E64}, {0x903E00}}));
+    rig.Send(21, NoteOn(60));
+    listener.Take();
+    rig.Unplug(21);
+    EXPECT_EQ(listener.Take(), (Batches{}));
+    rig.Unplug(20);
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
+}
+
+TEST_F(AlsaInPorts, ANoteOfTwoThatArePulledOutTogetherEndsOnce) {
+    rig.Plug(21, "Other");
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.Send(21, NoteOn(60));
+    listener.Take();
+    rig.api.FailInput(-ENODEV);
+    rig.client->RunInputRound();
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
+}
+
 TEST_F(AlsaInPorts, AKeyboardWhosePlugWobblesEndsWhatItHeldAndPlaysOn) {
     ASSERT_EQ(keyboards.Open(), kSuccess);
     rig.Send(20, NoteOn(60));
