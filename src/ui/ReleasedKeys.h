@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <QDeadlineTimer>
 
+#include "piano/CAutoRepeatFilter.h"
+
 /// Under X a held key repeats as a release and a press, but the server knows it as down all the while: so a release
 /// whose key is up is one of the player's. [gui]
 class ReleasedKeys {
@@ -13,8 +15,8 @@ public:
     bool isUp(std::uint32_t scanCode);
 
 private:
-    static constexpr int kLongMs = 3;
-    static constexpr int kRestMs = 10'000;
+    static constexpr int kLongMs = NK::Piano::kRepeatSettleMs;  ///< as long as it would be waited for what follows
+    static constexpr int kRestMs = 2'000;
 
     QDeadlineTimer rest_{0};
 };
