@@ -36,6 +36,7 @@
 
 namespace Kivora {
 
+struct ClickSettings;
 struct EngineExtras;
 
 /// Owns the ports, the voices, the arpeggiators and the musical clock, and turns key events into MIDI.
@@ -71,7 +72,7 @@ public:
     static constexpr int kArpeggiatorCount = 2;
     static constexpr int kMinTempo = 40;     ///< beats per minute
     static constexpr int kMaxTempo = 220;    ///< beats per minute
-    static constexpr int kTickPeriodMs = 1;  ///< while an arpeggiator has notes or a take runs
+    static constexpr int kTickPeriodMs = 1;  ///< while an arpeggiator has notes, a take runs or the metronome is heard
     static constexpr int kIndicatorPeriodMs = 5;
 
     /// Lists the ports and makes the player; opens no port. Throws what InitMidi() throws. [gui]
@@ -92,7 +93,7 @@ public:
     void PlayPcKey(std::uint8_t note, int level);
     /// Controller 64, 127 or 0, on every slot's channel; needs the sink only.
     void SetSustain(bool on);
-    /// The same with any value, 0..127.
+    /// The same with any value, 0..127. A pedal that goes up ends what the arpeggiators have latched.
     void SendSustain(std::uint8_t value);
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
@@ -253,6 +254,14 @@ public:
     void SetMetronome(bool on);
     bool IsMetronomeOn() const;
     void RestartClock();
+    /// The tempo of the taps, of which this is one; nothing at the first.
+    std::optional<int> Tap();
+    /// How the metronome is heard. Another number of beats begins a new bar; MetronomeChanged().
+    void SetClick(const ClickSettings& settings);
+    ClickSettings GetClick() const;
+    /// Begins a new bar, and counts in from it if the settings say so, until then or StopRecording().
+    void BeginCountIn();
+    bool IsCountingIn() const;
     NK::MIDI::MusicalClock GetMusicalClock() const;
     /// Advances the clock and the arpeggiators, which go on from the new position when the wall clock went back. A run
     /// of more than 24 days restarts the clock. [tick]
@@ -382,6 +391,7 @@ private:
     void SendPatch(int slot) NK_REQUIRES(lock_);
     void SendVolume(int slot) NK_REQUIRES(lock_);
     void ResetArpeggiators() NK_REQUIRES(lock_);
+    void EndLatched() NK_REQUIRES(lock_);
     NK::MIDI::CArpeggiator1& ArpeggiatorAt(int index) NK_REQUIRES(lock_);
     void SleepAndPlayOut(std::uint32_t milliseconds) NK_REQUIRES(lock_);
 
@@ -410,6 +420,9 @@ private:
     bool IsFailureUntold() const NK_REQUIRES(lock_);
     bool NeedsTicks() const NK_REQUIRES(lock_);
     void ParkOrRunTicks() NK_REQUIRES(lock_);
+    /// Where the click is to be heard; null for nowhere.
+    LibMidi::MIDIPlayerQueue* GetClickQueue() NK_REQUIRES(lock_);
+    void UpdateClickOutput() NK_REQUIRES(lock_);
 
     void WriteSettings(NK::CIniFile& file);
     void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);

@@ -4,6 +4,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/ClockPosition.h"
+#include "engine/EngineExtras.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -74,6 +75,7 @@ void CKivora::SetMetronome(bool on) {
         } else {
             indicatorTimer_.stop();
         }
+        extras_->click.SetMetronome(on);
     }
     emit MetronomeChanged();
 }
@@ -91,6 +93,7 @@ void CKivora::RestartClock() {
     clock_.bar = 0;
     clock_.beat = 0;
     clock_.offset = 0;
+    extras_->click.Restart();
     SyncArpeggiators();
 }
 
@@ -131,7 +134,8 @@ bool CKivora::IsFailureUntold() const {
 
 bool CKivora::NeedsTicks() const {
     const bool isArpeggiating = arpeggiators_[0].HasNotes() || arpeggiators_[1].HasNotes();
-    return isArpeggiating || (sink_ && sink_->IsCapturing()) || IsFailureUntold() || (player_ && !playerTellsFailure_);
+    return isArpeggiating || extras_->click.NeedsTick() || (sink_ && sink_->IsCapturing()) || IsFailureUntold() ||
+           (player_ && !playerTellsFailure_);
 }
 
 void CKivora::ParkOrRunTicks() {
@@ -187,6 +191,7 @@ void CKivora::OnTimer(std::uint32_t) {
             sink_->WaitUntilEmpty(kPlayedOut);
             PlayArpeggiators();
         }
+        extras_->click.Play(clock_, GetClickQueue());
     }
     if (lost) {
         emit OutputLost();

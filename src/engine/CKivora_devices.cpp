@@ -1,5 +1,6 @@
 // Devices that are lost and come back while their ports are open.
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -179,6 +180,7 @@ void CKivora::EndStrandedNotesAtLast() {
         return;
     }
     CloseInputPort();
+    extras_->clickOutput.Close();
     if (!factory_->IsFixed(outputPort_)) {
         CloseOutputPort();
     }

@@ -88,6 +88,7 @@ void CKivora::ShutdownMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
     StopRecording();
+    extras_->clickOutput.Close();
     player_.reset();
     sink_.reset();
     CloseInputPort();
@@ -104,6 +105,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
         Fail(tr("Attempt to set a NULL port as out."));
     }
     CloseOutputPort();
+    extras_->clickOutput.Close();  // it may be on the same port
     if (!player_ || port->Open() != LibMidi::kSuccess) {
         Fail(tr("Failed to open output MIDI port."));
     }
@@ -121,6 +123,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     ResetSynth();
     emit SynthSet();
     SendPatches();
+    UpdateClickOutput();
 }
 
 void CKivora::CloseOutputPort() {
@@ -277,6 +280,7 @@ bool CKivora::RescanPorts() {
     if (!outputStays && outputPort_ != nullptr) {
         CloseOutputPort();
     }
+    extras_->clickOutput.Close();
     const bool found = factory_->Rescan() && factory_->HasPorts();
     ListPortNames();
     std::exception_ptr failure;
@@ -298,6 +302,7 @@ bool CKivora::RescanPorts() {
         attempt([this] { SetInputPortByName(NK::CString(GetInputPortName())); });
     }
     inputLost_ = inputLost_ || (inputWasLost && inputPort_.load() == nullptr);
+    UpdateClickOutput();
     if (failure) {
         std::rethrow_exception(failure);
     }

@@ -1,5 +1,6 @@
 // The capture of what is played.
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/RecordedTrack.h"
 #include "nk/nk_thread_role.h"
 
@@ -26,6 +27,7 @@ bool CKivora::StopRecording() {
     if (!sink_ || !sink_->IsCapturing()) {
         return false;
     }
+    extras_->click.EndCountIn();
     sink_->StopCapture();
     SleepAndPlayOut(100);
     emit RecordingStateChanged();

@@ -29,6 +29,7 @@ void EngineExtras::ReadSettings(NK::CIniFile& file) {
 }
 
 void EngineExtras::WriteSettings(NK::CIniFile& file) const {
+    click.GetSettings().Write(file);
     WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);
 }
 

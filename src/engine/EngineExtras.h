@@ -3,6 +3,9 @@
 
 #include <memory>
 
+#include "engine/Click.h"
+#include "engine/ClickOutput.h"
+#include "engine/TapTempo.h"
 #include "nk/nk_ini_file.h"
 
 namespace LibMidi {
@@ -22,6 +25,10 @@ struct EngineExtras {
     const std::shared_ptr<LibMidi::PlayedHistory> played;
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
+
+    Click click;              ///< its settings are set by CKivora::SetClick()
+    ClickOutput clickOutput;  ///< open while the click has the built-in synthesizer to itself
+    TapTempo tap;
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not
     /// the default or is there already.

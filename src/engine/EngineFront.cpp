@@ -88,8 +88,13 @@ void EngineFront::PrevPatch(int slot) {
     engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
 }
 
-void EngineFront::StepTempo(int by) {
-    const int tempo = engine_.GetTempo() + by;
+void EngineFront::TapTempo() {
+    if (const std::optional<int> tempo = engine_.Tap()) {
+        ChangeTempo(*tempo);
+    }
+}
+
+void EngineFront::ChangeTempo(int tempo) {
     if (IsArpeggioPlaying()) {
         engine_.SetTempoInBar(tempo);
     } else {
@@ -263,6 +268,7 @@ bool EngineFront::StartRecording() {
         const bool started = engine_.StartRecording();
         if (started) {
             RestorePedal(pedal);
+            engine_.BeginCountIn();
         }
         return started;
     });

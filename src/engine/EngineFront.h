@@ -49,6 +49,8 @@ public:
     /// turned does not keep it silent.
     void TempoUp() { StepTempo(1); }
     void TempoDown() { StepTempo(-1); }
+    /// From the second call on to the tempo of the calls; in the same way.
+    void TapTempo();
     /// Calls `change` with the arpeggiator under the engine's lock. Afterwards notes are ended if it is bypassed or
     /// listens otherwise than before, and a gate of 0 is raised. Throws what `change` and CKivora::WithArpeggiator()
     /// throw.
@@ -74,7 +76,8 @@ public:
     /// After a loss, the same port once more; a pedal that is not at rest gets its value again. False when it does not
     /// open.
     bool ReopenOutput();
-    /// A pedal that is not at rest gets its value again, in the recording too.
+    /// A pedal that is not at rest gets its value again, in the recording too. Then it is counted in, if the click's
+    /// settings say so.
     bool StartRecording();
     /// What was played before is let out into the recording first. Ends nothing that sounds.
     bool StopRecording();
@@ -88,7 +91,8 @@ public:
 private:
     void Silence();
     void RestorePedal(std::uint8_t value);
-    void StepTempo(int by);
+    void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
+    void ChangeTempo(int tempo);
     bool IsArpeggioPlaying();
     bool ChangeOutput(const std::function<bool()>& change);
     bool ReplaceLostOutput(int index);

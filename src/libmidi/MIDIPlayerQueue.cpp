@@ -40,6 +40,7 @@ struct SoundingNote {
     std::uint8_t channel;  ///< 0..15
     std::uint8_t note;     ///< 0..127
     int target;
+    bool isAside;
 };
 
 std::uint32_t TakeSequence() noexcept {
@@ -153,10 +154,10 @@ public:
             BeginNextTurn();
         }
         UpdateWork();
-        if (capturing) {
+        if (capturing && !taken.event.isAside) {
             Capture(taken);
         }
-        if (history) {
+        if (history && !taken.event.isAside) {
             Remember(taken);
         }
         return taken;
@@ -249,7 +250,8 @@ private:
         }
         Push(std::move(content), event.IsNoteOff() ? kNoteOff : kOther);
         if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
-            sounding.push_back({ToRemainingMs(event.duration), ChannelOf(event), NoteOf(event), event.target});
+            sounding.push_back(
+                {ToRemainingMs(event.duration), ChannelOf(event), NoteOf(event), event.target, event.isAside});
         }
         UpdateWork();
     }
@@ -293,7 +295,9 @@ private:
     void PushNoteOff(const SoundingNote& note, std::uint32_t time, EventClass eventClass) NK_REQUIRES(lock) {
         const NoteEvent noteOff(time, note.channel, note.note, 0, 0x80);
         order.MarkPresent(noteOff);
-        Push({SynthEventBase(noteOff, note.target), {}}, eventClass);
+        SynthEventBase event(noteOff, note.target);
+        event.isAside = note.isAside;
+        Push({event, {}}, eventClass);
     }
 
     void Push(TakenEvent&& content, EventClass eventClass) NK_REQUIRES(lock) {

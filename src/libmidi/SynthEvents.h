@@ -21,6 +21,7 @@ struct SynthEventBase {
     int duration = 0;  ///< ms; above 0 a note-on is followed by its note-off
     int target = kFirstPort;
     int priority = kDefaultPriority;
+    bool isAside = false;  ///< written as any other, but neither captured nor remembered, nor is its note-off
 
     SynthEventBase() = default;
     explicit SynthEventBase(const MIDIEvent& message, int targetPort = kFirstPort)

@@ -1,0 +1,254 @@
+// The metronome that is heard, its count-in, and the tempo that is tapped.
+#include "engine/Click.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "engine/EngineExtras.h"
+#include "engine/EngineFront.h"
+#include "engine/PlayedPassages.h"
+#include "engine/TapTempo.h"
+#include "support/AllocationCounter.h"
+#include "support/Files.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+using Kivora::ClickSettings;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+using Sound = ClickSettings::Sound;
+using Lines = std::vector<std::string>;
+
+class ClickTest : public testing::Test {
+protected:
+    ClickTest() {
+        rig.CreateOpen();
+        front = std::make_unique<Kivora::EngineFront>(Engine());
+        Engine().SetTempo(60);
+    }
+
+    Kivora::CKivora& Engine() { return *rig.engine; }
+    void Hear(Sound sound, int countIn = 0, int beats = 4) {
+        Engine().SetClick({.sound = sound, .beatsPerBar = beats, .countInBars = countIn});
+    }
+    bool NeedsTick() {
+        return Engine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.click.NeedsTick(); });
+    }
+    /// What was written meanwhile.
+    Lines Run(int milliseconds, const wchar_t* output = kSynth) {
+        rig.TakeWritten(output);
+        rig.Run(milliseconds);
+        return rig.TakeWritten(output);
+    }
+    static std::size_t Count(const Lines& lines, const std::string& line) {
+        return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+    }
+
+    EngineRig rig;
+    std::unique_ptr<Kivora::EngineFront> front;
+    const std::string bar = "99 4c 64";
+    const std::string beat = "99 4d 4b";
+    const std::string barOff = "89 4c 00";
+    const std::string beatOff = "89 4d 00";
+};
+
+}  // namespace
+
+TEST_F(ClickTest, IsSilentByDefaultWithTheMetronomeOn) {
+    Engine().SetMetronome(true);
+    EXPECT_FALSE(NeedsTick());
+    EXPECT_THAT(Run(5000), IsEmpty());
+}
+
+TEST_F(ClickTest, ClicksEachBeatWithAnAccentOnTheBarWhileTheMetronomeIsOn) {
+    Hear(Sound::kOutput);
+    EXPECT_FALSE(NeedsTick());
+    EXPECT_THAT(Run(2000), IsEmpty());
+    Engine().SetMetronome(true);
+    EXPECT_TRUE(NeedsTick());
+    Engine().RestartClock();
+    EXPECT_THAT(Run(5500),
+                ElementsAre(bar, barOff, beat, beatOff, beat, beatOff, beat, beatOff, bar, barOff, beat, beatOff));
+    Engine().SetMetronome(false);
+    EXPECT_THAT(Run(5000), IsEmpty());
+}
+
+TEST_F(ClickTest, ABeatThatHasBegunIsNotCaughtUpWith) {
+    Hear(Sound::kOutput);
+    Engine().RestartClock();
+    Run(500);
+    Engine().SetMetronome(true);
+    EXPECT_THAT(Run(400), IsEmpty());
+    EXPECT_THAT(Run(200), ElementsAre(beat, beatOff));
+}
+
+TEST_F(ClickTest, ABarHasAsManyBeatsAsOneLikesAndTheNotesAreChosen) {
+    Engine().SetClick({.sound = Sound::kOutput, .barNote = 34, .beatNote = 33, .loudness = 127, .beatsPerBar = 3});
+    EXPECT_EQ(Engine().GetMusicalClock().beatsPerBar, 3);
+    Engine().SetMetronome(true);
+    Engine().RestartClock();
+    const Lines written = Run(3500);
+    EXPECT_EQ(Count(written, "99 22 7f"), 2U);
+    EXPECT_EQ(Count(written, "99 21 5f"), 2U);
+}
+
+TEST_F(ClickTest, IsNotInARecordingNorInWhatIsKeptAndCountsAsNoPlaying) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    ASSERT_TRUE(front->StartRecording());
+    rig.RunPlayer();
+    const int captured = Engine().GetRecordedCount();
+    EXPECT_THAT(Run(4000), Contains(bar));
+    EXPECT_EQ(Engine().GetRecordedCount(), captured);
+    EXPECT_GE(Engine().GetIdleTime(), 4000);
+    EXPECT_FALSE(
+        Kivora::PlayedPassages(Engine().WithExtras([](auto& extras) { return extras.played->Get(); })).IsAny());
+}
+
+TEST_F(ClickTest, CountsInWithTheMetronomeOffAndIsSilentThen) {
+    Hear(Sound::kOutput, 2, 3);
+    EXPECT_FALSE(Engine().IsCountingIn());
+    ASSERT_TRUE(front->StartRecording());
+    EXPECT_TRUE(Engine().IsCountingIn());
+    EXPECT_TRUE(NeedsTick());
+    EXPECT_THAT(Run(7500),
+                ElementsAre(bar, barOff, beat, beatOff, beat, beatOff, bar, barOff, beat, beatOff, beat, beatOff));
+    EXPECT_FALSE(Engine().IsCountingIn());
+    EXPECT_FALSE(NeedsTick());
+    EXPECT_TRUE(Engine().IsRecording());
+}
+
+TEST_F(ClickTest, TheEndOfTheRecordingEndsTheCountIn) {
+    Hear(Sound::kOutput, 1);
+    ASSERT_TRUE(front->StartRecording());
+    Run(500);
+    front->StopRecording();
+    EXPECT_THAT(Run(5000), IsEmpty());
+}
+
+TEST_F(ClickTest, WithoutASoundOrACountInNothingCounts) {
+    Hear(Sound::kSilent, 2);
+    ASSERT_TRUE(front->StartRecording());
+    EXPECT_FALSE(Engine().IsCountingIn());
+    front->StopRecording();
+    Hear(Sound::kOutput, 0);
+    ASSERT_TRUE(front->StartRecording());
+    EXPECT_FALSE(Engine().IsCountingIn());
+}
+
+TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {
+    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    rig.TakeWritten(kOtherSynth);
+    rig.TakeWritten(kSynth);
+    FakePlayer* const player = rig.player;
+    Hear(Sound::kSynth);
+    FakePlayer* const clickPlayer = rig.player;
+    ASSERT_NE(player, clickPlayer) << "one of its own";
+    Engine().SetMetronome(true);
+    Engine().RestartClock();
+    for (int i = 0; i < 1500; ++i) {
+        rig.Run(1);
+        player->RunRound();
+    }
+    EXPECT_THAT(rig.GetDevice(kOtherSynth).TakeWritten(), IsEmpty());
+    EXPECT_THAT(rig.GetDevice(kSynth).TakeWritten(), ElementsAre(bar, barOff, beat, beatOff));
+    rig.player = player;
+    ASSERT_TRUE(front->SetOutputPortByIndex(0));
+    rig.player = player;  // the other one is gone
+    rig.TakeWritten();
+    Engine().RestartClock();
+    EXPECT_THAT(Run(500), ElementsAre(bar, barOff)) << "the synthesizer is the output now";
+}
+
+TEST_F(ClickTest, ASynthesizerThatFailsIsSilentAndTheOutputPlaysOn) {
+    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    FakePlayer* const player = rig.player;
+    Hear(Sound::kSynth);
+    Engine().SetMetronome(true);
+    Engine().RestartClock();
+    rig.GetDevice(kSynth).failsToWrite = true;
+    rig.Run(100);
+    rig.player = player;
+    EXPECT_FALSE(Engine().IsOutputLost());
+    rig.TakeWritten(kOtherSynth);
+    Engine().PlayNoteOn(60, 100);
+    EXPECT_THAT(rig.TakeWritten(kOtherSynth), SizeIs(1));
+}
+
+TEST_F(ClickTest, ASilenceEndsTheClickThatSounds) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    Engine().RestartClock();
+    rig.Run(10);
+    rig.TakeWritten();
+    front->AllNotesOff();
+    EXPECT_THAT(rig.TakeWritten(), Contains(barOff));
+}
+
+TEST_F(ClickTest, ATickAllocatesNothingOnceWarm) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    rig.GetDevice(kSynth).keepsWritten = false;
+    rig.Run(5000);
+    const auto before = GetAllocationCount();
+    rig.Run(5000);
+    EXPECT_EQ(GetAllocationCount(), before);
+}
+
+TEST_F(ClickTest, SettingsAreKeptInASectionOfTheirOwnWhereTheyAreNotTheDefaults) {
+    const auto path = rig.folder / "user" / "Kivora.ini";
+    ASSERT_TRUE(Engine().SaveSettings());
+    EXPECT_EQ(ReadFileBytes(path).find("Kivora_Click"), std::string::npos);
+    const ClickSettings wanted{
+        .sound = Sound::kSynth, .barNote = 34, .beatNote = 33, .loudness = 90, .beatsPerBar = 7, .countInBars = 2};
+    Engine().SetClick(wanted);
+    ASSERT_TRUE(Engine().SaveSettings());
+    Engine().SetClick({});
+    EXPECT_EQ(Engine().GetMusicalClock().beatsPerBar, 4);
+    ASSERT_TRUE(Engine().LoadSettings());
+    EXPECT_EQ(Engine().GetClick(), wanted);
+    EXPECT_EQ(Engine().GetMusicalClock().beatsPerBar, 7);
+    Engine().SetClick({});
+    ASSERT_TRUE(Engine().SaveSettings());
+    Engine().SetClick(wanted);
+    ASSERT_TRUE(Engine().LoadSettings());
+    EXPECT_EQ(Engine().GetClick(), ClickSettings());
+}
+
+TEST_F(ClickTest, SettingsOutOfRangeAreBroughtIntoIt) {
+    WriteFileBytes(
+        rig.folder / "user" / "Kivora.ini",
+        "[Kivora]\n[Kivora_Click]\nSound=9\nBarNote=-1\nBeatNote=200\nLoudness=0\nBeatsPerBar=0\nCountIn=9\n");
+    ASSERT_TRUE(Engine().LoadSettings());
+    EXPECT_EQ(Engine().GetClick(), (ClickSettings{.sound = Sound::kSilent,
+                                                  .barNote = 0,
+                                                  .beatNote = 127,
+                                                  .loudness = 1,
+                                                  .beatsPerBar = 1,
+                                                  .countInBars = 2}));
+}
+
+TEST(TapTempo, IsTheMeanOfTheLastTapsAndBeginsAnewAfterAPause) {
+    Kivora::TapTempo tap;
+    EXPECT_EQ(tap.Tap(1000), std::nullopt);
+    EXPECT_EQ(tap.Tap(1000), std::nullopt);
+    EXPECT_EQ(Kivora::TapTempo().Tap(5), std::nullopt);
+    Kivora::TapTempo steady;
+    steady.Tap(0);
+    EXPECT_EQ(steady.Tap(500), 120);
+    EXPECT_EQ(steady.Tap(1010), 119);
+    EXPECT_EQ(steady.Tap(1500), 120);
+    EXPECT_EQ(steady.Tap(1500 + Kivora::TapTempo::kPauseMs + 1), std::nullopt);
+    EXPECT_EQ(steady.Tap(1500 + Kivora::TapTempo::kPauseMs + 1001), 60);
+    for (int i = 1; i <= 20; ++i) {
+        steady.Tap(100000 + i * 400);
+    }
+    EXPECT_EQ(steady.Tap(100000 + 21 * 400), 150);
+}
