@@ -11,6 +11,15 @@ constexpr std::uint8_t kKeyPressure = 0xA0;
 
 /// How often who waits for the lock looks whether the port is being closed.
 constexpr std::uint32_t kLookAtPortMs = 2;
+
+/// What the keyboard ends its notes or lifts its pedal with.
+bool EndsLatched(NK::MIDI::TMIDIMessage message) {
+    constexpr std::uint8_t kAllSoundOff = 120;
+    constexpr std::uint8_t kAllNotesOff = 123;
+    return message.status == NK::MIDI::TMIDIMessage::kControlChange &&
+           ((message.data1 == HeldKeys::kSustainController && message.data2 == 0) || message.data1 == kAllSoundOff ||
+            message.data1 == HeldKeys::kResetController || message.data1 >= kAllNotesOff);
+}
 }  // namespace
 
 bool CKivora::HoldForInput() {
@@ -37,6 +46,9 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
 
 void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
     inputKeys_.Follow(message);
+    if (EndsLatched(message)) {
+        EndLatched();
+    }
     switch (message.status) {
         case kNoteOff:
         case kNoteOn:

@@ -76,6 +76,9 @@ void CKivora::SetSustain(bool on) {
 
 void CKivora::SendSustain(std::uint8_t value) {
     const Hold hold(*this);
+    if (value == 0) {
+        EndLatched();
+    }
     if (sink_) {
         SendController(HeldKeys::kSustainController, value);
     }
@@ -93,6 +96,12 @@ void CKivora::AllNotesOff() {
 void CKivora::ResetArpeggiators() {
     for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
         arpeggiator.Reset();
+    }
+}
+
+void CKivora::EndLatched() {
+    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
+        arpeggiator.ReleaseLatched();
     }
 }
 

@@ -1,5 +1,7 @@
 #include "midi/arpeggiator/ArpeggiatorSettings.h"
 
+#include <algorithm>
+
 #include "midi/TMIDIMessage.h"
 
 namespace NK::MIDI {
@@ -9,6 +11,15 @@ namespace {
 void Require(bool condition, const wchar_t* otherwise) {
     if (!condition) {
         throw CInvalidParameterException(otherwise);
+    }
+}
+
+constexpr const wchar_t* kLatch = L"Latch";
+constexpr const wchar_t* kSwing = L"Swing";
+
+void SaveUnlessDefault(CIniFile& section, const wchar_t* key, int value, int defaultValue) {
+    if (value != defaultValue || section.GetString(key)) {
+        section.SetInt(key, value);
     }
 }
 
@@ -70,6 +81,8 @@ void ArpeggiatorSettings::Save(CIniFile& section) const {
     section.SetInt(L"Extension", extension);
     section.SetInt(L"VelocityMode", velocityMode);
     section.SetInt(L"Velocity", velocity);
+    SaveUnlessDefault(section, kLatch, latch ? 1 : 0, 0);
+    SaveUnlessDefault(section, kSwing, swing, kStraight);
 }
 
 ArpeggiatorSettings ArpeggiatorSettings::Load(CIniFile& section) {
@@ -84,6 +97,8 @@ ArpeggiatorSettings ArpeggiatorSettings::Load(CIniFile& section) {
     loaded.extension = section.GetInt(L"Extension", loaded.extension);
     loaded.velocityMode = section.GetInt(L"VelocityMode", loaded.velocityMode);
     loaded.velocity = static_cast<std::uint8_t>(section.GetInt(L"Velocity", loaded.velocity));
+    section.GetBool(kLatch, loaded.latch);
+    loaded.swing = std::clamp(section.GetInt(kSwing, kStraight), kStraight, kMostSwing);
     return loaded;
 }
 

@@ -38,6 +38,11 @@ struct ArpeggiatorSettings {
     int extension = kNone;
     int velocityMode = kKeyVelocity;
     std::uint8_t velocity = 100;  ///< of kFixedVelocity
+    bool latch = false;           ///< a chord stays until the next one begins
+    int swing = kStraight;        ///< where the second of two steps stands, in percent of both
+
+    static constexpr int kStraight = 50;
+    static constexpr int kMostSwing = 75;
 
     /// Note length in percent of the step.
     double GetDurationPercent() const { return noteLength * 6 * 100 / noteStep; }
@@ -56,6 +61,8 @@ struct ArpeggiatorSettings {
     void Check() const;
 
     /// Both work on the section that the file's cursor stands on. A missing or unreadable key takes the default above.
+    /// Latch and swing are written where they are not the default or the section has them; a swing out of range is
+    /// brought into it.
     void Save(CIniFile& section) const;
     static ArpeggiatorSettings Load(CIniFile& section);
 };

@@ -47,6 +47,7 @@ void CArpeggiator1::SetDefaults() {
 void CArpeggiator1::Reset() {
     SyncToTime(nullptr);
     chord_.keys.ReleaseAll();
+    down_.reset();
     chord_.lastChannel = 0;
     RestartPattern();
     chord_.ForgetVelocities();
@@ -69,6 +70,9 @@ bool CArpeggiator1::LoadSettings(CIniFile& section) {
     loaded.Check();
     settings_ = loaded;
     SetBypassed(bypass);
+    if (!settings_.latch) {
+        ReleaseLatched();
+    }
     RestartPattern();
     return true;
 }
@@ -106,12 +110,37 @@ void CArpeggiator1::SetDurationPercent(double percent) {
     settings_.noteLength = length;
 }
 
+void CArpeggiator1::SetLatch(bool latch) {
+    settings_.latch = latch;
+    if (!latch) {
+        ReleaseLatched();
+    }
+}
+
+void CArpeggiator1::ReleaseLatched() {
+    bool isAny = false;
+    for (std::size_t i = 0; i < down_.size(); ++i) {
+        const auto note = static_cast<std::uint8_t>(i);
+        if (!down_[i] && chord_.keys.IsPressed(note)) {
+            chord_.keys.ReleaseKey(note);
+            isAny = true;
+        }
+    }
+    if (isAny) {
+        notes_.Rebuild(settings_, chord_);
+    }
+}
+
+void CArpeggiator1::SetSwing(int percent) {
+    settings_.swing = std::clamp(percent, ArpeggiatorSettings::kStraight, ArpeggiatorSettings::kMostSwing);
+}
+
 void CArpeggiator1::Process(TMIDIMessage* messages, int count, const MusicalClock& position, CMIDIOutputBase& output) {
     if (count > 0) {
         TakeMessages(messages, count);
     }
     const int tick = position.ToTick();
-    const int stepTick = tick - tick % settings_.noteStep;
+    const auto [stepTick, steps] = FindStep(tick);
     if (notes_.IsEmpty()) {
         lastStepTick_ = stepTick;
         return;
@@ -121,9 +150,21 @@ void CArpeggiator1::Process(TMIDIMessage* messages, int count, const MusicalCloc
     }
     const TMIDIMessage entry = TakeNextNote();
     if (!IsBypassed()) {
-        PlayStep(entry, position, output);
+        PlayStep(entry, steps, position, output);
     }
     lastStepTick_ = stepTick;
+}
+
+std::pair<int, double> CArpeggiator1::FindStep(int tick) const {
+    const int step = settings_.noteStep;
+    if (settings_.swing == ArpeggiatorSettings::kStraight) {
+        return {tick - tick % step, 1.0};
+    }
+    const std::int64_t both = std::int64_t{2} * step;
+    const std::int64_t first = tick - tick % both;
+    const std::int64_t second = first + both * settings_.swing / 100;
+    const double length = settings_.swing * 2 / 100.0;
+    return tick < second ? std::pair(static_cast<int>(first), length) : std::pair(static_cast<int>(second), 2 - length);
 }
 
 void CArpeggiator1::TakeMessages(TMIDIMessage* messages, int count) {
@@ -158,6 +199,9 @@ void CArpeggiator1::Take(const TMIDIMessage& message) {
         clamped.data2 = std::clamp<std::uint8_t>(message.data2, 1, kMaximumData);
     }
     chord_.lastChannel = message.channel;
+    if (LatchKey(clamped, isPress)) {
+        return;
+    }
     chord_.keys.ProcessMessage(clamped);
     if (isPress || isPressure) {
         chord_.velocities[clamped.data1] = clamped.data2;
@@ -170,6 +214,20 @@ void CArpeggiator1::Take(const TMIDIMessage& message) {
             chord_.firstVelocity = clamped.data2;
         }
     }
+}
+
+bool CArpeggiator1::LatchKey(const TMIDIMessage& message, bool isPress) {
+    if (message.status == TMIDIMessage::kKeyPressure) {
+        return false;
+    }
+    const bool latches = settings_.latch && !IsBypassed();
+    if (latches && isPress && down_.none()) {
+        chord_.keys.ReleaseAll();
+        chord_.ForgetFirstNote();
+        notes_.Rebuild(settings_, chord_);
+    }
+    down_.set(message.data1, isPress);
+    return latches && !isPress;
 }
 
 void CArpeggiator1::RestartPattern() {
@@ -231,9 +289,10 @@ int CArpeggiator1::DrawIndex() {
     return std::clamp(drawn, 0, std::max(last, 0));
 }
 
-void CArpeggiator1::PlayStep(const TMIDIMessage& entry, const MusicalClock& position, CMIDIOutputBase& output) const {
+void CArpeggiator1::PlayStep(const TMIDIMessage& entry, double steps, const MusicalClock& position,
+                             CMIDIOutputBase& output) const {
     const auto channel = static_cast<std::uint8_t>(entry.channel - 1);
-    const int duration = GetDuration(position);
+    const int duration = GetDuration(steps, position);
     const auto play = [&](int note) {
         output.PlayNote(channel, static_cast<std::uint8_t>(note), entry.data2, duration, 0);
     };
@@ -241,13 +300,15 @@ void CArpeggiator1::PlayStep(const TMIDIMessage& entry, const MusicalClock& posi
     ForEachOctaveCopy(settings_.multiplication, entry.data1, play);
 }
 
-int CArpeggiator1::GetDuration(const MusicalClock& position) const {
+int CArpeggiator1::GetDuration(double steps, const MusicalClock& position) const {
     const double beatLength = position.BeatLength();
     const double quartersPerBeat = 4.0 / position.beatUnit;
     const double unitLength = beatLength / (quartersPerBeat * 32);
     const double tickLength = beatLength / (quartersPerBeat * MusicalClock::kTicksPerQuarter);
-    const int length = Round(std::ceil(unitLength * settings_.noteLength));
-    const double cycle = std::floor(tickLength * settings_.noteStep * notes_.GetSize());
+    const int length = Round(std::ceil(unitLength * settings_.noteLength * steps));
+    // Of an odd number of steps one is as long as this one, and the others make pairs.
+    const double cycleSteps = notes_.GetSize() % 2 == 0 ? notes_.GetSize() : notes_.GetSize() - 1 + steps;
+    const double cycle = std::floor(tickLength * settings_.noteStep * cycleSteps);
     int cap = Round(cycle * 0.98);
     if (length > kLongNoteGap && cycle > kLongNoteGap && cap >= cycle - kLongNoteGap) {
         cap = Truncate(cycle - kLongNoteGap);

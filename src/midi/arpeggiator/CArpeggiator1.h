@@ -1,7 +1,9 @@
 // The arpeggiator: plays held chords as patterns on the grid of the musical clock.
 #pragma once
 
+#include <bitset>
 #include <functional>
+#include <utility>
 
 #include "midi/arpeggiator/ArpeggiatorSettings.h"
 #include "midi/arpeggiator/CArpeggioNotes.h"
@@ -59,19 +61,31 @@ public:
     /// In percent of the step, "Note length cannot be negative."
     void SetDurationPercent(double percent);
     void SetRepeat(bool repeat) { settings_.repeat = repeat; }
+    /// While it is on and the arpeggiator is not bypassed, the chord stays when its keys go up, until a key goes down
+    /// while no other one is: that begins the next chord. Off, a chord whose keys are up ends.
+    void SetLatch(bool latch);
+    /// Ends what is latched; the keys that are down stay.
+    void ReleaseLatched();
+    /// Kept in 50..75: percent of two steps at which the second one stands; its notes are as much shorter.
+    void SetSwing(int percent);
 
 private:
     void TakeMessages(TMIDIMessage* messages, int count);
     void Take(const TMIDIMessage& message);
+    /// Follows the key, and whether the chord takes no notice of it.
+    bool LatchKey(const TMIDIMessage& message, bool isPress);
     void RestartPattern();
+    /// The tick at which the present step began, and its length in steps.
+    std::pair<int, double> FindStep(int tick) const;
     TMIDIMessage TakeNextNote();
     void Bounce(int count);
     int DrawIndex();
-    void PlayStep(const TMIDIMessage& entry, const MusicalClock& position, CMIDIOutputBase& output) const;
-    int GetDuration(const MusicalClock& position) const;
+    void PlayStep(const TMIDIMessage& entry, double steps, const MusicalClock& position, CMIDIOutputBase& output) const;
+    int GetDuration(double steps, const MusicalClock& position) const;
 
     ArpeggiatorSettings settings_;
     HeldChord chord_;
+    std::bitset<Piano::CKeyboardStateBase::kNotes> down_;  ///< the keys, whatever the chord is
     CArpeggioNotes notes_;
     RandomFunction random_;
     int index_ = 0;  ///< into the notes; may lie outside until the next step

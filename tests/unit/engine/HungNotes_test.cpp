@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "engine/ClickSettings.h"
 #include "engine/EngineFront.h"
 #include "engine/NoteFolding.h"
 #include "nk/nk_ini_file.h"
@@ -277,7 +278,7 @@ private:
 
     void ChangeSettings() {
         const int slot = Draw(3);
-        const int choice = Draw(10);
+        const int choice = Draw(12);
         Name("setting", choice);
         if (choice < 3 || (choice > 4 && choice < 8)) {
             due_ = {};  // it may end all notes
@@ -303,9 +304,17 @@ private:
                     arpeggiator.SetDirection(Draw(9));
                     arpeggiator.SetExtension(Draw(4));
                     arpeggiator.SetNoteStep(16 + Draw(384), 10 + Draw(200));
+                    arpeggiator.SetLatch(Toss());
+                    arpeggiator.SetSwing(50 + Draw(26));
                 });
             case 8:
                 return GetEngine().SetTempo(40 + Draw(181));
+            case 9:
+                return GetEngine().SetMetronome(Toss());
+            case 10:
+                return GetEngine().SetClick({.sound = static_cast<Kivora::ClickSettings::Sound>(Draw(2)),
+                                             .beatsPerBar = 1 + Draw(12),
+                                             .countInBars = Draw(3)});
             default:
                 return Toss() ? GetEngine().VolumeUp(slot) : GetEngine().VolumeDown(slot);
         }
@@ -374,6 +383,8 @@ private:
             file.SetInt(L"Direction", Draw(9));
             file.SetInt(L"Multiplication", Draw(4));
             file.SetInt(L"Extension", Draw(4));
+            file.SetInt(L"Latch", Draw(3) == 0 ? 1 : 0);
+            file.SetInt(L"Swing", 50 + Draw(26));
             GetEngine().WithArpeggiator(index, [&file](auto& arpeggiator) { arpeggiator.LoadSettings(file); });
         }
         return true;
@@ -470,6 +481,15 @@ private:
         return allowed;
     }
 
+    /// Without the two notes that are the click's: each click ends what a key plays on them.
+    static Keys WithoutClick(int channel, Keys keys) {
+        if (channel == 9) {
+            keys.reset(static_cast<std::size_t>(Kivora::ClickSettings().barNote));
+            keys.reset(static_cast<std::size_t>(Kivora::ClickSettings().beatNote));
+        }
+        return keys;
+    }
+
     /// Each key that went down since the last silence, and was not ended by a rule, sounds on each of its voices.
     void CheckDue() {
         if (!IsWritten()) {
@@ -477,7 +497,8 @@ private:
         }
         const SynthModel& synth = synths_[static_cast<std::size_t>(GetEngine().GetOutputPortIndex())];
         for (int channel = 0; channel < SynthModel::kChannels; ++channel) {
-            const Keys silent = due_[static_cast<std::size_t>(channel)] & ~synth.GetPressed(channel);
+            const Keys silent =
+                WithoutClick(channel, due_[static_cast<std::size_t>(channel)] & ~synth.GetPressed(channel));
             if (silent.any()) {
                 Fail("a held key is silent on channel " + std::to_string(channel) + ": " + silent.to_string());
             }
@@ -493,7 +514,7 @@ private:
         }
         const SynthModel& synth = synths_[static_cast<std::size_t>(GetEngine().GetOutputPortIndex())];
         for (int channel = 0; isSentKnown_ && channel < SynthModel::kChannels; ++channel) {
-            if (synth.GetPressed(channel) != sent_.GetSynth().GetPressed(channel)) {
+            if (WithoutClick(channel, synth.GetPressed(channel) ^ sent_.GetSynth().GetPressed(channel)).any()) {
                 Fail("notes of channel " + std::to_string(channel) + " are not as they were sent");
             }
             if (!(synth.GetControls(channel) == sent_.GetSynth().GetControls(channel))) {
@@ -560,6 +581,7 @@ private:
         ForgetInput();
         space_ = false;
         front_->SetSustain(false);
+        GetEngine().SetClick({});
         rig_.Run(2);
         GetEngine().EndTimedNotes();
         rig_.RunPlayer();
