@@ -1721,6 +1721,62 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>&amp;Quiet while Playing</source>
         <translation>&amp;Тишина во время игры</translation>
     </message>
+    <message>
+        <source>Tap the tempo</source>
+        <translation>Отстучать темп</translation>
+    </message>
+    <message>
+        <source>Tap</source>
+        <comment>legend of a key</comment>
+        <translation>Тап</translation>
+    </message>
+    <message>
+        <source>Latch the Chord</source>
+        <translation>Удерживать аккорд</translation>
+    </message>
+    <message>
+        <source>Latch and Swing...</source>
+        <translation>Удержание и свинг...</translation>
+    </message>
+    <message>
+        <source>Ho&amp;w the Metronome Sounds...</source>
+        <translation>Как зву&amp;чит метроном...</translation>
+    </message>
+    <message>
+        <source>Tap the Temp&amp;o</source>
+        <translation>Отст&amp;учать темп</translation>
+    </message>
+</context>
+<context>
+    <name>LatchAndSwing</name>
+    <message>
+        <source>Latch and Swing</source>
+        <translation>Удержание и свинг</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 1</source>
+        <translation>Арпеджиатор 1</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 2</source>
+        <translation>Арпеджиатор 2</translation>
+    </message>
+    <message>
+        <source>Latch: the chord stays until the next one begins</source>
+        <translation>Удержание: аккорд звучит, пока не начнётся следующий</translation>
+    </message>
+    <message>
+        <source>Swing:</source>
+        <translation>Свинг:</translation>
+    </message>
+    <message>
+        <source>Where the second of two steps comes: 50 is straight, 67 is a triplet&apos;s place, 75 a dotted note&apos;s</source>
+        <translation>Где стоит второй из двух шагов: 50 — ровно, 67 — место триоли, 75 — после ноты с точкой</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
 </context>
 <context>
     <name>Locale Names</name>
@@ -2220,6 +2276,110 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Sustain</source>
         <translation>Педаль</translation>
+    </message>
+</context>
+<context>
+    <name>MetronomeSettings</name>
+    <message>
+        <source>High wood block</source>
+        <translation>Высокий вуд-блок</translation>
+    </message>
+    <message>
+        <source>Low wood block</source>
+        <translation>Низкий вуд-блок</translation>
+    </message>
+    <message>
+        <source>Claves</source>
+        <translation>Клавес</translation>
+    </message>
+    <message>
+        <source>Side stick</source>
+        <translation>Удар по ободу</translation>
+    </message>
+    <message>
+        <source>Closed hi-hat</source>
+        <translation>Закрытый хай-хэт</translation>
+    </message>
+    <message>
+        <source>Cowbell</source>
+        <translation>Коровий колокольчик</translation>
+    </message>
+    <message>
+        <source>Mute triangle</source>
+        <translation>Приглушённый треугольник</translation>
+    </message>
+    <message>
+        <source>Open triangle</source>
+        <translation>Открытый треугольник</translation>
+    </message>
+    <message>
+        <source>Metronome click</source>
+        <translation>Щелчок метронома</translation>
+    </message>
+    <message>
+        <source>Metronome bell</source>
+        <translation>Звонок метронома</translation>
+    </message>
+    <message>
+        <source>Metronome</source>
+        <translation>Метроном</translation>
+    </message>
+    <message>
+        <source>Sound:</source>
+        <translation>Звук:</translation>
+    </message>
+    <message>
+        <source>First beat of a bar:</source>
+        <translation>Первая доля такта:</translation>
+    </message>
+    <message>
+        <source>Other beats:</source>
+        <translation>Остальные доли:</translation>
+    </message>
+    <message>
+        <source>Loudness:</source>
+        <translation>Громкость:</translation>
+    </message>
+    <message>
+        <source>Beats in a bar:</source>
+        <translation>Долей в такте:</translation>
+    </message>
+    <message>
+        <source>Count-in before a recording:</source>
+        <translation>Отсчёт перед записью:</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Note %1</source>
+        <translation>Нота %1</translation>
+    </message>
+    <message>
+        <source>None: the lamps alone</source>
+        <translation>Нет: только индикаторы</translation>
+    </message>
+    <message>
+        <source>On the chosen synthesizer</source>
+        <translation>На выбранном синтезаторе</translation>
+    </message>
+    <message>
+        <source>On the built-in synthesizer alone</source>
+        <translation>Только на встроенном синтезаторе</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <comment>count-in</comment>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>One bar</source>
+        <translation>Один такт</translation>
+    </message>
+    <message>
+        <source>Two bars</source>
+        <translation>Два такта</translation>
     </message>
 </context>
 <context>

@@ -278,6 +278,10 @@ private:
     /// An entry that is checked while `state` says so; of the entries of a choice one is.
     QAction* addMenuState(QMenu& menu, const QString& text, const QKeySequence& shortcut, std::function<void()> action,
                           std::function<bool()> state, QActionGroup* choice = nullptr);
+    void createTimeActions();
+    void tapClicked();
+    void toggleLatch();
+    bool isLatched() const;
     void showMenu(const QPoint& globalPosition);
 
     // KivoraWidget_view.cpp
@@ -355,6 +359,8 @@ private:
     PanelKey* recordView_ = nullptr;
     PanelKey* tempo_ = nullptr;
     PanelKey* metronome_ = nullptr;
+    PanelKey* tap_ = nullptr;
+    PanelLabel* tapLegend_ = nullptr;
     PanelLabel* recordTime_ = nullptr;
     PanelKey* record_ = nullptr;
     PanelKey* stop_ = nullptr;

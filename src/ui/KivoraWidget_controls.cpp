@@ -33,6 +33,7 @@ constexpr double kModeCaptionBaseline = 18.5;
 constexpr double kParameterBaseline = 20.5;
 constexpr double kTempoBaseline = 33.1;
 constexpr double kTimeBaseline = 33.6;
+constexpr double kTapBaseline = 14.5;
 constexpr double kOctaveBaseline = 19.7;
 
 constexpr const char* kArpeggiatorControls[] = {"onOffButton",   "btnRepeat",        "directionCombo", "rangeCombo",
@@ -100,6 +101,11 @@ void KivoraWidget::createLeftColumn() {
     recordView_ = addToggle("record-view", PanelGeometry::kRecordView, &KivoraWidget::onRecordView);
     tempo_ = addToggle("tempo", PanelGeometry::kTempo, &KivoraWidget::tempoClicked);
     metronome_ = addToggle("metronome", PanelGeometry::kMetronome, &KivoraWidget::onMetronomeSwitch);
+    tap_ = addButton("tap", PanelGeometry::kTap, &KivoraWidget::tapClicked);
+    tapLegend_ = new PanelLabel(PanelText::kLegend, this);
+    tapLegend_->setGeometry(PanelGeometry::kTapLegend);
+    tapLegend_->setAlignment(Qt::AlignRight);
+    tapLegend_->setBaseline(kTapBaseline);
     recordTime_ = addReadOut("record-time", PanelGeometry::kRecordTime, PanelText::kBigFigure);
     recordTime_->setBaseline(kTimeBaseline);
     ShowFigure(recordTime_, RecordingTexts::Elapsed(0));
@@ -208,9 +214,9 @@ void KivoraWidget::orderFocus() {
         last = next;
     };
     for (QWidget* control : std::initializer_list<QWidget*>{
-             single_,     dual_,     split_,  recordView_, tempo_,      metronome_,  record_,      stop_,
-             octaveDown_, octaveUp_, patch1_, transpose1_, volume1_,    patch2_,     transpose2_,  volume2_,
-             jog_,        minus_,    plus_,   loadPreset_, savePreset_, arpeggioOn_, arpeggioView_}) {
+             single_,  dual_,       split_,    recordView_, tempo_,      tap_,        metronome_,  record_,
+             stop_,    octaveDown_, octaveUp_, patch1_,     transpose1_, volume1_,    patch2_,     transpose2_,
+             volume2_, jog_,        minus_,    plus_,       loadPreset_, savePreset_, arpeggioOn_, arpeggioView_}) {
         follow(control);
     }
     for (const arpeggiatorSettings* pane : {arpeggiator1_, arpeggiator2_}) {
@@ -259,6 +265,8 @@ void KivoraWidget::nameControls() {
     name(recordView_, tr("Show the recorder"));
     name(tempo_, tr("Tempo"));
     name(metronome_, tr("Metronome"));
+    name(tap_, tr("Tap the tempo"));
+    tapLegend_->setText(tr("Tap", "legend of a key"));
     name(record_, tr("Record"));
     record_->setToolTip(RecordingTexts::Limits());
     name(stop_, tr("Stop recording"));

@@ -7,9 +7,12 @@
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
+#include "midi/arpeggiator/CArpeggiator1.h"
 #include "ui/ComputerKeys.h"
 #include "ui/KeyboardTest.h"
 #include "ui/KivoraWidget.h"
+#include "ui/LatchAndSwing.h"
+#include "ui/MetronomeSettings.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLegends.h"
 
@@ -56,10 +59,7 @@ void KivoraWidget::createActions() {
     menu_->addSeparator();
     createVoiceActions();
     menu_->addSeparator();
-    addMenuState(*menu_, tr("&Arpeggio"), Qt::Key_F8, slot(&KivoraWidget::onArpeggiator),
-                 [this] { return engine_ != nullptr && engine_->IsArpeggiating(); });
-    addMenuState(*menu_, tr("&Metronome"), Qt::Key_F9, slot(&KivoraWidget::onMetronomeSwitch),
-                 [this] { return engine_ != nullptr && engine_->IsMetronomeOn(); });
+    createTimeActions();
     addMenuState(
         *menu_, tr("&Record"), Qt::Key_F11,
         [this] {
@@ -85,6 +85,48 @@ void KivoraWidget::createActions() {
     addMenuAction(*menu_, tr("A&bout"), {}, slot(&KivoraWidget::aboutClicked));
     menu_->addSeparator();
     addMenuAction(*menu_, tr("&Quit"), Qt::ALT | Qt::Key_Q, [this] { window()->close(); });
+}
+
+void KivoraWidget::createTimeActions() {
+    addMenuState(
+        *menu_, tr("&Arpeggio"), Qt::Key_F8, [this] { onArpeggiator(); },
+        [this] { return engine_ != nullptr && engine_->IsArpeggiating(); });
+    addMenuState(
+        *menu_, tr("Latch the Chord"), Qt::ALT | Qt::Key_L, [this] { toggleLatch(); }, [this] { return isLatched(); });
+    addMenuAction(*menu_, tr("Latch and Swing..."), {}, [this] {
+        if (front_ != nullptr) {
+            releaseHeld();
+            LatchAndSwing(*front_, this).exec();
+        }
+    });
+    addMenuState(
+        *menu_, tr("&Metronome"), Qt::Key_F9, [this] { onMetronomeSwitch(); },
+        [this] { return engine_ != nullptr && engine_->IsMetronomeOn(); });
+    addMenuAction(*menu_, tr("Ho&w the Metronome Sounds..."), {}, [this] {
+        if (engine_ != nullptr) {
+            releaseHeld();
+            MetronomeSettings(*engine_, this).exec();
+        }
+    });
+    addMenuAction(*menu_, tr("Tap the Temp&o"), Qt::ALT | Qt::Key_T, [this] { tapClicked(); });
+}
+
+bool KivoraWidget::isLatched() const {
+    const auto latches = [this](int index) {
+        return engine_->WithArpeggiator(
+            index, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.GetSettings().latch; });
+    };
+    return engine_ != nullptr && (latches(0) || latches(1));
+}
+
+void KivoraWidget::toggleLatch() {
+    if (front_ == nullptr) {
+        return;
+    }
+    const bool on = !isLatched();
+    for (int index = 0; index < Kivora::CKivora::kArpeggiatorCount; ++index) {
+        front_->ChangeArpeggiator(index, [on](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(on); });
+    }
 }
 
 void KivoraWidget::createVoiceActions() {

@@ -33,6 +33,7 @@ void KivoraWidget::updateLeftPane() {
     recordView_->setChecked(recorder);
     tempo_->setVisible(!recorder);
     metronome_->setVisible(!recorder);
+    updateMetronome();
     recordTime_->setVisible(recorder);
     record_->setVisible(recorder);
     stop_->setVisible(recorder);

@@ -144,7 +144,7 @@ void KivoraWidget::dressControls() {
     for (PanelKey* button : {single_, dual_, split_}) {
         Dress(button, "Btn_Mode", ratio);
     }
-    for (PanelKey* button : {recordView_, arpeggioOn_, arpeggioView_}) {
+    for (PanelKey* button : {recordView_, tap_, arpeggioOn_, arpeggioView_}) {
         Dress(button, "Btn_35x19", ratio);
     }
     for (PanelKey* button : {loadPreset_, savePreset_}) {

@@ -1,5 +1,6 @@
 // What the panel shows of what is played and set.
 #include "engine/CKivora.h"
+#include "engine/ClickSettings.h"
 #include "engine/EngineFront.h"
 #include "midi/TMIDIMessage.h"
 #include "QtWidgets/piano/QPiano.h"
@@ -90,6 +91,16 @@ void KivoraWidget::updateTempo() {
 
 void KivoraWidget::updateMetronome() {
     metronome_->setChecked(engine_ != nullptr && engine_->IsMetronomeOn());
+    const bool taps = leftView_ == LeftView::kMetronome && engine_ != nullptr &&
+                      engine_->GetClick().sound != Kivora::ClickSettings::Sound::kSilent;
+    tap_->setVisible(taps);
+    tapLegend_->setVisible(taps);
+}
+
+void KivoraWidget::tapClicked() {
+    if (front_ != nullptr) {
+        front_->TapTempo();
+    }
 }
 
 void KivoraWidget::onMetronomeSwitch() {

@@ -40,6 +40,9 @@ inline constexpr QRect kBeatLamp{82, 123, 9, 9};
 inline constexpr QRect kRecordView{205, 118, 35, 19};
 inline constexpr QRect kTempo{24, 167, 114, 48};
 inline constexpr QRect kMetronome{150, 167, 90, 48};
+// These two stand there while the metronome is heard.
+inline constexpr QRect kTap{103, 145, 35, 19};
+inline constexpr QRect kTapLegend{66, 145, 33, 19};
 inline constexpr QRect kRecordTime{24, 167, 114, 48};
 inline constexpr QRect kRecord{150, 167, 42, 48};
 inline constexpr QRect kStop{198, 167, 42, 48};
