@@ -1,5 +1,6 @@
 // What arrives from the input port.
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -54,7 +55,9 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
         case kNoteOn:
         case kKeyPressure: {
             const bool released = message.status == kNoteOn && message.data2 == 0;
-            SendVoiceNote(released ? kNoteOff : message.status, message.data1, message.data2,
+            const std::uint8_t velocity =
+                message.status == kNoteOn ? extras_->velocity.Play(message.data2) : message.data2;
+            SendVoiceNote(released ? kNoteOff : message.status, message.data1, velocity,
                           voices_.GetSlotOfNote(message.data1));
             return;
         }

@@ -8,6 +8,7 @@ namespace Kivora {
 namespace {
 constexpr const wchar_t* kPlayedSection = L"Kivora_Played";
 constexpr const wchar_t* kKeep = L"Keep";
+constexpr ExtraKey kHeightIsVelocity{L"Kivora_Screen", L"HeightIsVelocity", 1};
 }  // namespace
 
 EngineExtras::EngineExtras() : played(std::make_shared<LibMidi::PlayedHistory>()) {
@@ -26,10 +27,14 @@ void EngineExtras::KeepPlayed(bool on) {
 
 void EngineExtras::ReadSettings(NK::CIniFile& file) {
     played->SetOn(ReadExtraInt(file, {kPlayedSection, kKeep, 1}) != 0);
+    velocity.SetCurve(VelocityCurve::Read(file));
+    heightIsVelocity = ReadExtraInt(file, kHeightIsVelocity) != 0;
 }
 
 void EngineExtras::WriteSettings(NK::CIniFile& file) const {
     click.GetSettings().Write(file);
+    velocity.GetCurve().Write(file);
+    WriteExtraInt(file, kHeightIsVelocity, heightIsVelocity ? 1 : 0);
     WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);
 }
 

@@ -6,6 +6,7 @@
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
 #include "engine/TapTempo.h"
+#include "engine/VelocityCurve.h"
 #include "nk/nk_ini_file.h"
 
 namespace LibMidi {
@@ -29,6 +30,8 @@ struct EngineExtras {
     Click click;              ///< its settings are set by CKivora::SetClick()
     ClickOutput clickOutput;  ///< open while the click has the built-in synthesizer to itself
     TapTempo tap;
+    VelocityMap velocity;          ///< of the notes of the input port
+    bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not
     /// the default or is there already.
