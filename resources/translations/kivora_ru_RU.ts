@@ -1746,6 +1746,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Tap the Temp&amp;o</source>
         <translation>Отст&amp;учать темп</translation>
     </message>
+    <message>
+        <source>&amp;Velocity...</source>
+        <translation>Сила на&amp;жатия...</translation>
+    </message>
 </context>
 <context>
     <name>LatchAndSwing</name>
@@ -3192,6 +3196,81 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>The sound card cannot be opened.</source>
         <translation>Не удалось открыть звуковую карту.</translation>
+    </message>
+</context>
+<context>
+    <name>VelocitySettings</name>
+    <message>
+        <source>Velocity</source>
+        <translation>Сила нажатия</translation>
+    </message>
+    <message>
+        <source>MIDI keyboard:</source>
+        <translation>MIDI-клавиатура:</translation>
+    </message>
+    <message>
+        <source>Fixed velocity:</source>
+        <translation>Постоянная сила:</translation>
+    </message>
+    <message>
+        <source>Smallest:</source>
+        <translation>Наименьшая:</translation>
+    </message>
+    <message>
+        <source>Greatest:</source>
+        <translation>Наибольшая:</translation>
+    </message>
+    <message>
+        <source>Softest touch:</source>
+        <translation>Самое слабое нажатие:</translation>
+    </message>
+    <message>
+        <source>Middle point, touch:</source>
+        <translation>Средняя точка, нажатие:</translation>
+    </message>
+    <message>
+        <source>Middle point, velocity:</source>
+        <translation>Средняя точка, сила:</translation>
+    </message>
+    <message>
+        <source>Hardest touch:</source>
+        <translation>Самое сильное нажатие:</translation>
+    </message>
+    <message>
+        <source>On the screen&apos;s piano the height of the click is the velocity</source>
+        <translation>На экранном фортепиано высота щелчка — это сила</translation>
+    </message>
+    <message>
+        <source>Velocity curve</source>
+        <translation>Кривая силы нажатия</translation>
+    </message>
+    <message>
+        <source>To the right what comes in, up what is played. The last notes are dots. The points of a drawn curve can be moved.</source>
+        <translation>Вправо — что приходит, вверх — что играется. Последние ноты — точки. Точки нарисованной кривой можно двигать.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>Как есть</translation>
+    </message>
+    <message>
+        <source>Soft</source>
+        <translation>Мягкая</translation>
+    </message>
+    <message>
+        <source>Hard</source>
+        <translation>Жёсткая</translation>
+    </message>
+    <message>
+        <source>Fixed</source>
+        <translation>Постоянная</translation>
+    </message>
+    <message>
+        <source>Drawn by three points</source>
+        <translation>Нарисованная по трём точкам</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
@@ -41,6 +42,11 @@ int LevelOf(EVelocityLevel level) {
         default:
             return 1;
     }
+}
+
+/// Whether the place of a click on a key of the piano tells its velocity.
+bool IsHeightVelocity(Kivora::CKivora& engine) {
+    return engine.WithExtras([](const Kivora::EngineExtras& extras) { return extras.heightIsVelocity; });
 }
 
 }  // namespace
@@ -195,7 +201,7 @@ void KivoraWidget::octaveDownClicked() {
 
 void KivoraWidget::UIKeyPressed(BYTE note, BYTE velocity) {
     if (engine_ != nullptr) {
-        engine_->PlayNoteOn(note, velocity);
+        engine_->PlayNoteOn(note, IsHeightVelocity(*engine_) ? velocity : engine_->GetVelocityNormal());
     }
 }
 
@@ -206,7 +212,7 @@ void KivoraWidget::UIKeyReleased(BYTE note) {
 }
 
 void KivoraWidget::UIAfterTouch(BYTE note, BYTE pressure) {
-    if (engine_ != nullptr) {
+    if (engine_ != nullptr && IsHeightVelocity(*engine_)) {
         engine_->PlayAfterTouch(note, pressure);
     }
 }

@@ -15,6 +15,7 @@
 #include "ui/MetronomeSettings.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLegends.h"
+#include "ui/VelocitySettings.h"
 
 namespace {
 constexpr int kColorings = 3;
@@ -77,6 +78,12 @@ void KivoraWidget::createActions() {
     createViewActions();
     menu_->addSeparator();
     addMenuAction(*menu_, tr("S&ettings..."), Qt::Key_F4, slot(&KivoraWidget::settingsClicked));
+    addMenuAction(*menu_, tr("&Velocity..."), {}, [this] {
+        if (engine_ != nullptr) {
+            releaseHeld();
+            VelocitySettings(*engine_, this).exec();
+        }
+    });
     addMenuAction(*menu_, tr("Test My &Keyboard..."), {}, [this] {
         releaseHeld();
         KeyboardTest(computerKeys_->layout().get(), this).exec();
