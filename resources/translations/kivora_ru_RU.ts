@@ -1744,7 +1744,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Tap the Temp&amp;o</source>
-        <translation>Отст&amp;учать темп</translation>
+        <translation>Отстучат&amp;ь темп</translation>
     </message>
     <message>
         <source>&amp;Velocity...</source>
