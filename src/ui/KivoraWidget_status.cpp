@@ -93,8 +93,11 @@ void KivoraWidget::updateMetronome() {
     metronome_->setChecked(engine_ != nullptr && engine_->IsMetronomeOn());
     const bool taps = leftView_ == LeftView::kMetronome && engine_ != nullptr &&
                       engine_->GetClick().sound != Kivora::ClickSettings::Sound::kSilent;
-    tap_->setVisible(taps);
-    tapLegend_->setVisible(taps);
+    if (taps != tap_->isVisibleTo(this)) {
+        tap_->setVisible(taps);
+        tapLegend_->setVisible(taps);
+        composeBackground();  // it may frame what is there
+    }
 }
 
 void KivoraWidget::tapClicked() {
