@@ -4,6 +4,7 @@
 #include <atomic>
 #include <thread>
 
+#include "engine/ClickSettings.h"
 #include "engine/EngineFront.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_wakeup.h"
@@ -104,6 +105,16 @@ TEST_F(Ticks, RunWhileAnArpeggiatorHasNotes) {
     engine->PlayNoteOn(60, 100);
     EXPECT_TRUE(DoTicksRun());
     engine->PlayNoteOff(60);
+    EXPECT_TRUE(DoTicksStop());
+}
+
+TEST_F(Ticks, RunWhileTheMetronomeIsHeard) {
+    engine->SetMetronome(true);
+    EXPECT_TRUE(DoTicksStop()) << "it is seen alone";
+    engine->SetClick({.sound = Kivora::ClickSettings::Sound::kOutput});
+    EXPECT_TRUE(DoTicksRun());
+    EXPECT_EQ(TakeWritten(2), (std::vector<std::string>{"99 4c 64", "89 4c 00"})) << "its clock stands on the beat";
+    engine->SetMetronome(false);
     EXPECT_TRUE(DoTicksStop());
 }
 
