@@ -1748,7 +1748,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>&amp;Velocity...</source>
-        <translation>Сила на&amp;жатия...</translation>
+        <translation>Сила нажатия клави&amp;ш...</translation>
     </message>
 </context>
 <context>
