@@ -32,7 +32,9 @@ public:
         if (pairs) {
             waiting_.reset();
         }
-        return pairs || autoRepeat ? EKeyVerdict::kRepeat : EKeyVerdict::kPlay;
+        const bool isLate = IsLate(scanCode, timeMs);
+        up_.reset();
+        return pairs || isLate || autoRepeat ? EKeyVerdict::kRepeat : EKeyVerdict::kPlay;
     }
 
     /// To be called with nothing waiting.
@@ -43,9 +45,14 @@ public:
         if (scanCode == 0 || timeMs == 0) {
             return EKeyVerdict::kPlay;
         }
+        up_.reset();
         waiting_.emplace(TWaiting{scanCode, timeMs, event});
         return EKeyVerdict::kWait;
     }
+
+    /// Whether Press() would find the press of a repeat whose release was taken by TakeWaitingOfUp(): the release that
+    /// follows ends nothing more.
+    bool IsLate(std::uint32_t scanCode, std::uint64_t timeMs) const { return up_ == TStamp{scanCode, timeMs}; }
 
     bool IsWaiting() const noexcept { return waiting_.has_value(); }
 
@@ -59,13 +66,27 @@ public:
         return event;
     }
 
+    /// The same where the key is known to be up, and the press of a repeat may still come.
+    std::optional<TEvent> TakeWaitingOfUp() {
+        if (waiting_) {
+            up_ = TStamp{waiting_->scanCode, waiting_->timeMs};
+        }
+        return TakeWaiting();
+    }
+
 private:
+    struct TStamp {
+        std::uint32_t scanCode;
+        std::uint64_t timeMs;
+        friend bool operator==(const TStamp&, const TStamp&) = default;
+    };
     struct TWaiting {
         std::uint32_t scanCode;
         std::uint64_t timeMs;
         TEvent event;
     };
     std::optional<TWaiting> waiting_;
+    std::optional<TStamp> up_;  ///< of the release that was taken last
 };
 
 }  // namespace NK::Piano

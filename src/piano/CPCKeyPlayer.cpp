@@ -34,6 +34,9 @@ CPCKeyPlayer::CPCKeyPlayer(CCharacterOf characterOf) : characterOf_(std::move(ch
 }
 
 bool CPCKeyPlayer::Press(const TPCKey& key, CActions& actions) {
+    if (filter_.IsLate(key.scanCode, key.timeMs)) {
+        letGo_.push_back(IdOf(key));
+    }
     const bool isRepeat = filter_.Press(key.scanCode, key.timeMs, key.autoRepeat) == EKeyVerdict::kRepeat;
     Settle(actions);
 
@@ -94,6 +97,12 @@ bool CPCKeyPlayer::Release(const TPCKey& key, CActions& actions) {
 
 void CPCKeyPlayer::Settle(CActions& actions) {
     if (const std::optional<TPCKey> key = filter_.TakeWaiting()) {
+        CarryOutRelease(*key, actions);
+    }
+}
+
+void CPCKeyPlayer::SettleUp(CActions& actions) {
+    if (const std::optional<TPCKey> key = filter_.TakeWaitingOfUp()) {
         CarryOutRelease(*key, actions);
     }
 }

@@ -70,6 +70,8 @@ public:
     bool IsReleaseWaiting() const noexcept { return filter_.IsWaiting(); }
     /// Carries out the release that waits, if any.
     void Settle(CActions& actions);
+    /// The same where its key is known to be up.
+    void SettleUp(CActions& actions);
 
     /// Semitones. A new value ends the notes of the keys that are down first.
     void SetOctaveShift(int semitones, CActions& actions);

@@ -71,7 +71,7 @@ void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
     CPCKeyPlayer::CActions actions;
     const bool acts = engine_ != nullptr && keys_.Release(computerKeys_->keyOf(*event), actions);
     if (keys_.IsReleaseWaiting() && computerKeys_->isUp(*event)) {
-        keys_.Settle(actions);
+        keys_.SettleUp(actions);
     }
     carryOut(actions);
     if (keys_.IsReleaseWaiting()) {

@@ -10,8 +10,9 @@
 /// whose key is up is one of the player's. [gui]
 class ReleasedKeys {
 public:
-    /// False also where nobody can be asked, and for kRestMs after an answer that has taken longer than kLongMs, as one
-    /// of a server on another machine may: then the release is judged by what follows it.
+    /// Of a release that is not marked as a repeat's. False also where nobody can be asked, and for kRestMs after an
+    /// answer that has taken longer than kLongMs, as one of a server on another machine may: then the release is judged
+    /// by what follows it.
     bool isUp(std::uint32_t scanCode);
 
 private:

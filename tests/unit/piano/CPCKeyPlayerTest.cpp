@@ -395,6 +395,31 @@ TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterTheKeyWasLetGoEndsNothingMore) {
     EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
 }
 
+TEST_F(CPCKeyPlayerTest, ARepeatOfWhichOneHalfComesAfterTheKeyWasFoundUpPlaysNothing) {
+    Press(Key('Z', kScanZ));
+    const TPCKey repeat = Key('Z', kScanZ);
+    CActions actions;
+    player_.Release(repeat, actions);
+    player_.SettleUp(actions);
+    EXPECT_EQ(actions, CActions{Off(60)}) << "it is up, though the release was a repeat's";
+    EXPECT_EQ(Press(repeat), CActions{});
+    EXPECT_TRUE(handled_);
+    EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{}) << "another key may hold the note by now";
+    EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)});
+    EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
+}
+
+TEST_F(CPCKeyPlayerTest, AKeyThatWasFoundUpPlaysAtItsNextPress) {
+    for (int turn = 0; turn < 3; ++turn) {
+        EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)});
+        CActions actions;
+        player_.Release(Key('Z', kScanZ), actions);
+        player_.SettleUp(actions);
+        EXPECT_EQ(actions, CActions{Off(60)});
+    }
+    EXPECT_EQ(Press(Key('Q', kScanQ)), CActions{On(72)});
+}
+
 TEST_F(CPCKeyPlayerTest, AReleaseThatComesAfterThePedalWasLetGoLiftsNothingMore) {
     const TPCKey space = Key(TPCKey::kSpace, kScanSpace);
     const CActions down = Press(space);
