@@ -36,10 +36,10 @@ public:
     NK::CWakeup& GetWakeup() noexcept { return wakeup_; }
 
     bool Take(MIDIEvent& event) {
-        if (count_.load(std::memory_order_acquire) == 0) {
+        const CLockGuard guard(lock_);
+        if (IsEmpty()) {
             return false;
         }
-        const CLockGuard guard(lock_);
         event = notes_[first_];
         first_ = (first_ + 1) % kSize;
         --count_;

@@ -77,7 +77,7 @@ public:
         ~Change() NK_RELEASE() NK_NO_THREAD_SAFETY_ANALYSIS {
             const bool wakes = wasEmpty_ && !state_.ready.empty();
             if (wakes) {
-                state_.heldSinceNs = state_.holding.load() ? NK::CWakeup::NowNs() : kNotHeld;
+                state_.readySinceNs = NK::CWakeup::NowNs();
             }
             state_.lock.Unlock();
             if (wakes) {
@@ -92,9 +92,9 @@ public:
         bool wasEmpty_;
     };
 
-    /// What is held back goes now.
+    /// What is ready goes now, held back or not.
     void Release() {
-        if (heldSinceNs.exchange(kNotHeld) != kNotHeld) {
+        if (readySinceNs.exchange(kLongAgo) != kLongAgo) {
             wakeup.Wake();
         }
     }
@@ -103,8 +103,7 @@ public:
         untilNs = NK::CWakeup::kNever;
         const std::int64_t nowNs = NK::CWakeup::NowNs();
         if (!ready.empty()) {
-            const std::int64_t sinceNs = heldSinceNs;
-            untilNs = sinceNs == kNotHeld ? nowNs : sinceNs + kLongestHoldNs;
+            untilNs = holding ? readySinceNs + kLongestHoldNs : nowNs;
             return untilNs <= nowNs;
         }
         if (sounding.empty() || roundClock == nullptr) {
@@ -113,17 +112,21 @@ public:
         const auto next = std::min_element(
             sounding.begin(), sounding.end(),
             [](const SoundingNote& a, const SoundingNote& b) { return a.remainingMs < b.remainingMs; });
-        const std::int64_t leftNs = next->remainingMs * kNsPerMs - (roundClock->GetTimeNs() - advancedToNs);
+        const std::int64_t leftNs = next->remainingMs * kNsPerMs - (ReadRoundClock() - advancedToNs);
         untilNs = nowNs + std::min(leftNs, kLongestTrustNs);
         return leftNs <= 0;
     }
 
+    /// A clock that goes back stands still: what the rounds have advanced to is never later.
+    std::int64_t ReadRoundClock() NK_REQUIRES(lock) {
+        const std::int64_t nowNs = roundClock->GetTimeNs();
+        advancedToNs = std::min(advancedToNs, nowNs);
+        return nowNs;
+    }
+
     /// Whole milliseconds since what the rounds have advanced to.
     std::uint32_t TakeElapsedMs() NK_REQUIRES(lock) {
-        const std::int64_t nowNs = roundClock == nullptr ? advancedToNs : roundClock->GetTimeNs();
-        if (nowNs < advancedToNs) {
-            advancedToNs = nowNs;
-        }
+        const std::int64_t nowNs = roundClock == nullptr ? advancedToNs : ReadRoundClock();
         const std::int64_t elapsedMs = (nowNs - advancedToNs) / kNsPerMs;
         advancedToNs += elapsedMs * kNsPerMs;
         return static_cast<std::uint32_t>(std::min<std::int64_t>(elapsedMs, UINT32_MAX));
@@ -195,14 +198,14 @@ public:
     static constexpr std::int64_t kNsPerMs = 1'000'000;
     /// The clock of the rounds is looked at again after this, as it need not go as the system's does.
     static constexpr std::int64_t kLongestTrustNs = 10 * kNsPerMs;
-    static constexpr std::int64_t kNotHeld = -1;
+    static constexpr std::int64_t kLongAgo = 0;
 
     NK::CSleeper& sleeper;
     mutable CCriticalSection lock;
     NK::CWakeup wakeup;
     std::atomic<bool> hasWork{false};
     std::atomic<bool> holding{false};
-    std::atomic<std::int64_t> heldSinceNs{kNotHeld};  ///< on the clock of the waits; set under the lock
+    std::atomic<std::int64_t> readySinceNs{kLongAgo};  ///< on the clock of the waits; of what has been ready longest
     NK::CTimeSource* roundClock NK_GUARDED_BY(lock) = nullptr;
     std::int64_t advancedToNs NK_GUARDED_BY(lock) = 0;      ///< on the clock of the rounds
     std::vector<ReadyEvent> ready NK_GUARDED_BY(lock);      ///< a heap under LeavesLater
@@ -262,8 +265,8 @@ private:
         if (roundClock == nullptr) {
             return duration;
         }
-        const std::int64_t nowNs = roundClock->GetTimeNs();
-        if (sounding.empty() || nowNs < advancedToNs) {
+        const std::int64_t nowNs = ReadRoundClock();
+        if (sounding.empty()) {
             advancedToNs = nowNs;
         }
         const std::int64_t passedMs = (nowNs - advancedToNs) / kNsPerMs;
@@ -399,10 +402,15 @@ bool MIDIPlayerQueue::IsRoundDue(std::int64_t& untilNs) {
 
 void MIDIPlayerQueue::TakeRound(std::vector<TakenEvent>& out) {
     const CLockGuard guard(state_->lock);
+    std::int64_t untilNs = 0;
+    if (!state_->IsRoundDue(untilNs)) {
+        return;  // by now somebody holds it back
+    }
     state_->Advance(state_->TakeElapsedMs());
     while (!state_->ready.empty()) {
         out.push_back(state_->Take());
     }
+    state_->readySinceNs = State::kLongAgo;
 }
 
 NK::CWakeup& MIDIPlayerQueue::GetWakeup() {
@@ -415,7 +423,9 @@ void MIDIPlayerQueue::HoldBack() {
 
 void MIDIPlayerQueue::LetGo() {
     state_->holding = false;
-    state_->Release();
+    if (state_->readySinceNs != State::kLongAgo) {
+        state_->wakeup.Wake();
+    }
 }
 
 bool MIDIPlayerQueue::HasWork() const noexcept {

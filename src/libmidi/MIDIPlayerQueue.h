@@ -64,7 +64,8 @@ public:
     void EndRounds();
     /// Whether something is to be taken or ended now; else the wait for it on GetWakeup() ends at `untilNs`. [player]
     bool IsRoundDue(std::int64_t& untilNs);
-    /// AdvanceAndTake() by the whole milliseconds since the last round; the rest is carried to the next. [player]
+    /// AdvanceAndTake() by the whole milliseconds since the last round, if one is due; the rest is carried to the next.
+    /// [player]
     void TakeRound(std::vector<TakenEvent>& out);
     NK::CWakeup& GetWakeup();
 

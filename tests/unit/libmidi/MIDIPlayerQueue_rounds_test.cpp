@@ -83,8 +83,21 @@ TEST_F(MIDIPlayerQueueRounds, WhatIsHeldBackGoesWhenTheHoldEndsOrAfterAMilliseco
     queue.LetGo();
     EXPECT_TRUE(queue.GetWakeup().Take());
     EXPECT_TRUE(IsDue());
+    EXPECT_EQ(TakeRound().size(), 1U);
     queue.LetGo();
     EXPECT_FALSE(queue.GetWakeup().Take());
+}
+
+TEST_F(MIDIPlayerQueueRounds, WhatJoinsWhatIsReadyIsHeldBackWithIt) {
+    queue.SendMessage({0x90, 1, 60, 80}, 0);
+    ASSERT_TRUE(IsDue());
+    queue.HoldBack();  // before the round that is due
+    queue.SendMessage({0x80, 1, 72, 0}, 0);
+    EXPECT_EQ(TakeRound(), Bytes{}) << "half of what is queued in one hold";
+    queue.SendMessage({0x90, 1, 72, 80}, 0);
+    queue.LetGo();
+    EXPECT_TRUE(queue.GetWakeup().Take());
+    EXPECT_EQ(TakeRound().size(), 3U);
 }
 
 TEST_F(MIDIPlayerQueueRounds, WhoWaitsForTheQueueEndsNoHoldButLetsWhatThereIsGo) {
