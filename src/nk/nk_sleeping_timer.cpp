@@ -63,9 +63,9 @@ bool CThreadSleepingTimer::Tick(std::int64_t nowNs, std::int64_t& nextNs) {
     if (HasDeletedItself()) {
         return false;
     }
-    if (periodNs > 0 && nowNs < nextNs) {
-        const std::int64_t endNs = CWakeup::NowNs();
-        nextNs = endNs < nextNs ? nextNs : endNs + periodNs;
+    const std::int64_t endNs = CWakeup::NowNs();
+    if (periodNs > 0 && endNs - nowNs >= periodNs) {
+        nextNs = endNs + periodNs;
     }
     return true;
 }

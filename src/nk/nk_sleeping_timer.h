@@ -18,8 +18,8 @@ public:
 
 /// Calls its listener every `periodMs` while enabled, and waits without waking otherwise; a period of 0 calls in a
 /// tight loop. Ticks stand on a grid of the system's clock, so a wait that ends late moves none of those that follow:
-/// one missed tick is made up, any more are left out. A call that lasts beyond the next tick begins a new grid, so that
-/// there is a whole period without a call after it. The first tick after any change of `enabled` is swallowed.
+/// one missed tick is made up, any more are left out. A call that lasts a period begins a new grid, so that there is a
+/// whole period without a call after it. The first tick after any change of `enabled` is swallowed.
 /// The destructor waits, without limit, for a call in progress; a listener may also delete its timer from OnTimer().
 class CThreadSleepingTimer : private CThread {
 public:

@@ -8,6 +8,7 @@
 #include <memory>
 #include <thread>
 
+#include "nk/nk_wakeup.h"
 #include "support/AllocationCounter.h"
 #include "unit/nk/WaitUntil.h"
 
@@ -38,6 +39,23 @@ TEST(SleepingTimer, RunsAsSoonAsItExistsAndHandsItsIdOver) {
     ASSERT_TRUE(WaitUntil([&] { return listener.ticks >= 10; }));
     EXPECT_EQ(listener.lastId, 42U);
     EXPECT_TRUE(timer.IsRunning());
+}
+
+TEST(SleepingTimer, ACallThatLastsAPeriodIsFollowedByAWholeOneWithout) {
+    constexpr std::int64_t kPeriodNs = 5'000'000;
+    CCountingListener listener;
+    std::atomic<std::int64_t> endNs{0};
+    std::atomic<int> tooSoon{0};
+    listener.onTick = [&] {
+        const std::int64_t beginNs = NK::CWakeup::NowNs();
+        tooSoon += beginNs - endNs < kPeriodNs ? 1 : 0;
+        while (NK::CWakeup::NowNs() < beginNs + kPeriodNs) {
+        }
+        endNs = NK::CWakeup::NowNs();
+    };
+    const NK::CThreadSleepingTimer timer(&listener, 0, kPeriodNs / 1'000'000, true, kLevel);
+    ASSERT_TRUE(WaitUntil([&] { return listener.ticks >= 10; }));
+    EXPECT_EQ(tooSoon, 0);
 }
 
 TEST(SleepingTimer, CallsNothingWhileDisabled) {
