@@ -32,6 +32,7 @@ CKivora::~CKivora() {
         closed_ = true;
     }
     ShutdownMidi();
+    tickTimer_.reset();  // a tick in progress needs the members
 }
 
 void CKivora::BeginHold() {

@@ -138,6 +138,7 @@ public:
     template <class Action>
     decltype(auto) WithArpeggiator(int index, Action&& action) {
         const Hold hold(*this);
+        CatchUpWithTicks();
         return std::forward<Action>(action)(ArpeggiatorAt(index));
     }
 
@@ -418,6 +419,7 @@ private:
     /// What the ticks would have done that were left out: they move the clock and play nothing.
     void CatchUpWithTicks() NK_REQUIRES(lock_);
     bool IsFailureUntold() const NK_REQUIRES(lock_);
+    bool IsArpeggioHeld() const NK_REQUIRES(lock_);
     bool NeedsTicks() const NK_REQUIRES(lock_);
     void ParkOrRunTicks() NK_REQUIRES(lock_);
     /// Where the click is to be heard; null for nowhere.

@@ -114,7 +114,8 @@ NK::MIDI::MusicalClock CKivora::GetMusicalClock() const {
 }
 
 void CKivora::CatchUpWithTicks() {
-    if (IsTickParked()) {
+    // No tick would come between the notes of one operation.
+    if (IsTickParked() && !IsArpeggioHeld()) {
         AdvanceClock();
         if (IsReady()) {
             PlayArpeggiators();
@@ -132,9 +133,12 @@ bool CKivora::IsFailureUntold() const {
     return IsReady() && !outputLost_ && player_->HasWriteFailed();
 }
 
+bool CKivora::IsArpeggioHeld() const {
+    return arpeggiators_[0].HasNotes() || arpeggiators_[1].HasNotes();
+}
+
 bool CKivora::NeedsTicks() const {
-    const bool isArpeggiating = arpeggiators_[0].HasNotes() || arpeggiators_[1].HasNotes();
-    return isArpeggiating || extras_->click.NeedsTick() || (sink_ && sink_->IsCapturing()) || IsFailureUntold() ||
+    return IsArpeggioHeld() || extras_->click.NeedsTick() || (sink_ && sink_->IsCapturing()) || IsFailureUntold() ||
            (player_ && !playerTellsFailure_);
 }
 
@@ -142,7 +146,11 @@ void CKivora::ParkOrRunTicks() {
     if (!hasBegun_ || closed_ || !tickTimer_) {
         return;  // before it is made and while it is destroyed the timer is not to be touched
     }
-    ticking_ = NeedsTicks();
+    const bool needsTicks = NeedsTicks();
+    if (needsTicks && !ticking_) {
+        AdvanceClock();  // whoever has the lock before the first tick finds the present time
+    }
+    ticking_ = needsTicks;
     tickTimer_->SetEnabled(ticking_);
     // What has failed between these lines may have been told before the tick was parked.
     if (!ticking_ && IsFailureUntold()) {
