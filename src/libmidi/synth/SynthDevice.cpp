@@ -65,10 +65,10 @@ SynthDevice::~SynthDevice() {
 
 void SynthDevice::SetSound(const SynthDeviceConfig& config) {
     const SynthLog log;
+    isTouched_ = true;
     api_.SynthSetGain(synth_, static_cast<float>(config.gain));
     api_.SynthReverbOn(synth_, kAllGroups, config.reverb ? 1 : 0);
     api_.SynthChorusOn(synth_, kAllGroups, config.chorus ? 1 : 0);
-    isTouched_ = true;
 }
 
 bool SynthDevice::StartDriver(const SynthDeviceConfig& config, SynthReason& reason) {
@@ -106,8 +106,8 @@ bool SynthDevice::LoadFont(const std::string& path, SynthReason& reason) {
 
 void SynthDevice::Send(const MIDIEvent& event) {
     const SynthLog log;
+    isTouched_ = true;  // first, for the audio thread to render this event's sound from its start
     SendToSynth(api_, synth_, event);
-    isTouched_ = true;
 }
 
 void SynthDevice::Render(float* left, float* right, int frames) noexcept {
