@@ -23,9 +23,9 @@ ScreenFit::ScreenFit(QMainWindow& window, KivoraWidget& panel) : window_(window)
     calm_.setSingleShot(true);
     calm_.setInterval(kCalmMs);
     connect(&calm_, &QTimer::timeout, this, &ScreenFit::Settle);
-    connect(&panel_, &KivoraWidget::wantedScaleChanged, this, [this] {
-        if (!isPulled_) {
-            Fit();
+    panel_.setWantedScaleListener([self = QPointer<ScreenFit>(this)] {
+        if (self && !self->isPulled_) {
+            self->Fit();
         }
     });
     window_.installEventFilter(this);

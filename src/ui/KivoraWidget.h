@@ -83,6 +83,8 @@ public:
     /// of that as there is room for.
     double wantedScale() const { return view_.scale; }
     void setWantedScale(double scale);
+    /// Called when it has become another one; empty for nobody. No signal: the panel's slots are its first methods.
+    void setWantedScaleListener(std::function<void()> listener) { wantedScaleListener_ = std::move(listener); }
 
     /// Ends what keys, the mouse and fingers hold on the panel, for when their releases will go elsewhere.
     void releaseHeld();
@@ -106,9 +108,6 @@ public:
     ComputerKeys& computerKeys() { return *computerKeys_; }
     /// What the user is told in boxes, from when the window is shown.
     StartNotices& notices() { return notices_; }
-
-signals:
-    void wantedScaleChanged();
 
 public slots:
     void loadLanguageFiles();
@@ -388,4 +387,5 @@ private:
 
     PanelScale scale_;
     ViewSettings view_;
+    std::function<void()> wantedScaleListener_;
 };

@@ -34,8 +34,8 @@ void KivoraWidget::changeView(const ViewSettings& view) {
                       Dialogs::GetFileFailure());
     }
     showView();
-    if (view_.scale != former) {
-        emit wantedScaleChanged();
+    if (view_.scale != former && wantedScaleListener_) {
+        wantedScaleListener_();
     }
 }
 

@@ -44,7 +44,7 @@ protected:
 
 TEST_F(PanelView, ASizeIsChosenInTheMenuAndKept) {
     double told = 0.0;
-    QObject::connect(panel, &KivoraWidget::wantedScaleChanged, panel, [&] { told = panel->wantedScale(); });
+    panel->setWantedScaleListener([&] { told = panel->wantedScale(); });
     for (const int percent : {75, 125, 150, 200, 100}) {
         Entry(QString("%1%").arg(percent)).trigger();
         Wait([&] { return told == percent / 100.0; });
