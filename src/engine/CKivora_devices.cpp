@@ -15,6 +15,7 @@ bool IsGone(DeviceState state) {
 
 void CKivora::LoseOutput(bool isGone) {
     outputLost_ = true;
+    EndLatched();  // else it would begin by itself when the output comes back
     sink_->LoseOutput();
     sink_->Clear();
     if (!follower_) {

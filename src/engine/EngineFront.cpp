@@ -1,4 +1,6 @@
 #include "engine/EngineFront.h"
+
+#include "engine/EngineExtras.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
@@ -290,6 +292,11 @@ void EngineFront::FallSilent() {
 
 void EngineFront::Close() {
     engine_.WithLock([&] {
+        // The indicators go on, which tell what is saved; but no beat is to sound after the silence.
+        engine_.WithExtras([](EngineExtras& extras) {
+            extras.click.SetMetronome(false);
+            extras.click.EndCountIn();
+        });
         engine_.ReleaseInputKeys();
         engine_.CloseInputPort();
         Silence();

@@ -37,7 +37,11 @@ PlayedPassages::PlayedPassages(LibMidi::PlayedHistory::Content content) : conten
                 starts_.push_back(i);
             }
         }
+        const bool wasSounding = sounding.IsAny();
         sounding.Follow(event.message);
+        if (wasSounding || sounding.IsAny() || IsNote(event.message)) {
+            end_ = i + 1;
+        }
         if (IsNote(event.message)) {
             lastNoteMs = event.timeMs;
         }
@@ -45,7 +49,7 @@ PlayedPassages::PlayedPassages(LibMidi::PlayedHistory::Content content) : conten
 }
 
 int PlayedPassages::GetLengthMs(Range range) const {
-    return static_cast<int>(content_.events.back().timeMs - content_.events[GetStart(range)].timeMs);
+    return static_cast<int>(content_.events[end_ - 1].timeMs - content_.events[GetStart(range)].timeMs);
 }
 
 std::int64_t PlayedPassages::GetAgeMs(Range range) const {
@@ -61,7 +65,7 @@ CaptureStore::View PlayedPassages::GetTake(Range range) const {
     CaptureStore take;
     before.VisitAll([&take](TMIDIMessage message) { take.Append({0, message}); });
     const std::int64_t startMs = content_.events[start].timeMs;
-    for (std::size_t i = start; i < content_.events.size(); ++i) {
+    for (std::size_t i = start; i < end_; ++i) {
         const PlayedEvent& event = content_.events[i];
         take.Append({static_cast<std::uint32_t>(event.timeMs - startMs), event.message});
     }

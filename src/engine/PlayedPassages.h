@@ -39,6 +39,7 @@ private:
     std::size_t GetStart(Range range) const { return range == Range::kAll ? starts_.front() : starts_.back(); }
 
     const LibMidi::PlayedHistory::Content content_;
+    std::size_t end_ = 0;              ///< behind the last event that sounds: what was set after it is no part
     std::vector<std::size_t> starts_;  ///< of the first event, and of the one after the last pause if there is one
 };
 

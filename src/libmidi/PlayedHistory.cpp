@@ -12,6 +12,9 @@ constexpr std::uint64_t kPiece = 4096;
 }  // namespace
 
 void PlayedHistory::SetOn(bool on) {
+    if (on == IsOn()) {
+        return;
+    }
     // Without a value: the pages of what is not used stay untouched.
     std::unique_ptr<PlayedEvent[]> ring = on ? std::make_unique_for_overwrite<PlayedEvent[]>(capacity_) : nullptr;
     const CLockGuard guard(lock_);

@@ -252,3 +252,25 @@ TEST(TapTempo, IsTheMeanOfTheLastTapsAndBeginsAnewAfterAPause) {
     }
     EXPECT_EQ(steady.Tap(100000 + 21 * 400), 150);
 }
+
+TEST(TapTempo, BeginsAnewAfterAMuchLongerGapAndWhenTheClockGoesBack) {
+    Kivora::TapTempo tap;
+    tap.Tap(0);
+    tap.Tap(300);
+    EXPECT_EQ(tap.Tap(600), 200);
+    EXPECT_EQ(tap.Tap(2600), std::nullopt) << "a rest";
+    EXPECT_EQ(tap.Tap(2900), 200);
+    EXPECT_EQ(tap.Tap(100), std::nullopt);
+    EXPECT_EQ(tap.Tap(600), 120);
+}
+
+TEST_F(ClickTest, NoBeatSoundsOnceTheFrontHasClosed) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    Run(10);
+    front->Close();
+    EXPECT_TRUE(Engine().IsMetronomeOn()) << "which is saved";
+    Run(10);
+    const Lines after = Run(3000);
+    EXPECT_EQ(Count(after, bar) + Count(after, beat), 0U);
+}

@@ -211,3 +211,14 @@ TEST_F(PlayedPassagesTest, TheSettingIsOnAndIsWrittenWhereItIsOff) {
         EXPECT_EQ(History()->IsOn(), on);
     }
 }
+
+TEST_F(PlayedPassagesTest, WhatIsSetAfterTheLastSoundIsNoPartOfIt) {
+    Play(60, 1000);
+    Pass(600'000);
+    front->Panic();
+    rig.RunPlayer();
+    EXPECT_EQ(Played().GetLengthMs(Range::kAll), 1000);
+    const std::vector<SavedEvent> saved = Save(Range::kAll);
+    ASSERT_FALSE(saved.empty());
+    EXPECT_LT(saved.back().tick, 2000) << "no ten minutes of silence at its end";
+}
