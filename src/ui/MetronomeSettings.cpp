@@ -74,7 +74,8 @@ MetronomeSettings::MetronomeSettings(Kivora::CKivora& engine, QWidget* parent)
     for (const QComboBox* combo : {sound_, barNote_, beatNote_, countIn_}) {
         connect(combo, &QComboBox::currentIndexChanged, this, &MetronomeSettings::store);
     }
-    for (const QSpinBox* box : {loudness_, beats_}) {
+    for (QSpinBox* box : {loudness_, beats_}) {
+        box->setKeyboardTracking(false);
         connect(box, &QSpinBox::valueChanged, this, &MetronomeSettings::store);
     }
     retranslate();

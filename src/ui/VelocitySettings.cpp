@@ -77,6 +77,7 @@ QSpinBox* VelocitySettings::addSpin(const char* name, int least, int greatest) {
     auto* const box = new QSpinBox;
     box->setObjectName(name);
     box->setRange(least, greatest);
+    box->setKeyboardTracking(false);  // half a number may be less than the smallest
     connect(box, &QSpinBox::valueChanged, this, &VelocitySettings::store);
     return box;
 }
