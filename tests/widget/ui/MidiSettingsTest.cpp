@@ -507,8 +507,8 @@ TEST_F(SettingsDialog, TextsAreAsGiven) {
     for (const QGroupBox* group : dialog->findChildren<QGroupBox*>()) {
         titles << group->title();
     }
-    EXPECT_EQ(titles, (QStringList{"MIDI I/O", "PC Keyboard Playing", "Language", "Recording",
-                                   "Interface Options", "Built-in synthesizer"}));
+    EXPECT_EQ(titles, (QStringList{"MIDI I/O", "PC Keyboard Playing", "Language", "Recording", "Interface Options",
+                                   "Built-in synthesizer"}));
     EXPECT_EQ(text("labelHighVel"), "Note velocity with SHIFT:");
     EXPECT_EQ(text("labelNormVvel"), "Normal velocity:");
     EXPECT_EQ(text("labelLowVel"), "Note velocity with CTRL:");
