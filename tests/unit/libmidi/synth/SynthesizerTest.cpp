@@ -4,7 +4,9 @@
 
 #include <fstream>
 #include <limits>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "FakeSynthApi.h"
 #include "libmidi/synth/SynthErrors.h"
@@ -47,6 +49,11 @@ protected:
         ASSERT_EQ(synthesizer_->ApplySettings(settings), kDeviceError);
         ASSERT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
     }
+    /// An attempt that is given up goes on by itself and may call after the test: so what it calls is kept.
+    static FakeSynthApi& MakeLastingApi() {
+        static auto& kept = *new std::vector<std::unique_ptr<FakeSynthApi>>;
+        return *kept.emplace_back(std::make_unique<FakeSynthApi>());
+    }
     void MakeFile(const std::string& name) {
         fs::create_directories((folder_ / name).parent_path());
         std::ofstream(folder_ / name) << "x";
@@ -57,7 +64,7 @@ protected:
     CTemporaryFolder folder_;
     const fs::path font_ = folder_ / "font.sf2";
     const fs::path otherFont_ = folder_ / "other.sf2";
-    FakeSynthApi api_;
+    FakeSynthApi& api_ = MakeLastingApi();
     SynthEnvironment environment_;
     Synthesizer::Limits limits_{.driverStart = 60s, .fontLoad = 60s, .apply = 60s, .close = 60s};
     std::unique_ptr<Synthesizer> synthesizer_;
