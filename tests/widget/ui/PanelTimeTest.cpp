@@ -12,6 +12,7 @@
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "ui/LatchAndSwing.h"
 #include "ui/MetronomeSettings.h"
+#include "widget/ui/DialogParts.h"
 
 using namespace KivoraTest;
 using Kivora::ClickSettings;
@@ -33,14 +34,6 @@ protected:
             throw std::runtime_error(shortcut.toString().toStdString());
         }
         return **found;
-    }
-    template <class Widget>
-    static Widget& In(QWidget& dialog, const char* name) {
-        auto* const found = dialog.findChild<Widget*>(name);
-        if (found == nullptr) {
-            throw std::runtime_error(name);
-        }
-        return *found;
     }
 };
 

@@ -8,6 +8,7 @@
 #include "engine/EngineExtras.h"
 #include "ui/VelocityGraph.h"
 #include "ui/VelocitySettings.h"
+#include "widget/ui/DialogParts.h"
 
 using namespace KivoraTest;
 using Kivora::VelocityCurve;
@@ -20,14 +21,6 @@ class PanelVelocity : public PanelTest {
 protected:
     VelocityCurve Curve() {
         return Engine().WithExtras([](auto& extras) { return extras.velocity.GetCurve(); });
-    }
-    template <class Widget>
-    static Widget& In(QWidget& dialog, const char* name) {
-        auto* const found = dialog.findChild<Widget*>(name);
-        if (found == nullptr) {
-            throw std::runtime_error(name);
-        }
-        return *found;
     }
 };
 
