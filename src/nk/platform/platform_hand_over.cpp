@@ -2,6 +2,7 @@
 // closes that end when the taker ends without having taken it, so that nobody waits for the dead.
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -47,6 +48,26 @@ std::optional<sockaddr_un> PlaceOf(const std::string& path) {
     return place;
 }
 
+/// Whether that stands there, itself and not a link to it, and is this user's alone. In another's folder, or one that
+/// others write to, a file would be handed to whoever listens.
+bool IsOwn(const std::string& path, mode_t type) {
+    struct stat state {};
+    const bool isThere = lstat(path.c_str(), &state) == 0 && (state.st_mode & S_IFMT) == type;
+    const bool isShared = type == S_IFDIR && (state.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    return isThere && state.st_uid == geteuid() && !isShared;
+}
+
+/// True once the folder is there and this user's alone. It is made in a folder of this user's only: who has become
+/// another user and kept the surroundings of the former leaves nothing there that shuts that one out.
+bool MakeOwnFolder(const CString& folder) {
+    struct stat parent {};
+    const std::string name = folder.ToUtf8();
+    if (stat(GetFolderName(folder).ToUtf8().c_str(), &parent) == 0 && parent.st_uid == geteuid()) {
+        static_cast<void>(mkdir(name.c_str(), S_IRWXU));
+    }
+    return IsOwn(name, S_IFDIR);
+}
+
 int MakeSocket() {
     return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
@@ -88,10 +109,12 @@ bool IsAnswered(int descriptor, int limitMs) {
 }  // namespace
 
 bool HandOver(const CString& path, std::string_view message, int limitMs) {
-    const std::optional<sockaddr_un> place = PlaceOf(path.ToUtf8());
+    const std::string name = path.ToUtf8();
+    const std::optional<sockaddr_un> place = PlaceOf(name);
     const Descriptor sender(MakeSocket());
     int ends[2] = {-1, -1};
-    if (!place || message.size() > kMaxHandOverBytes || !Connect(sender.Get(), *place) ||
+    if (!place || message.size() > kMaxHandOverBytes || !IsOwn(GetFolderName(path).ToUtf8(), S_IFDIR) ||
+        !IsOwn(name, S_IFSOCK) || !Connect(sender.Get(), *place) ||
         socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
         return false;
     }
@@ -108,8 +131,11 @@ bool HandOver(const CString& path, std::string_view message, int limitMs) {
 std::unique_ptr<CHandOverListener> CHandOverListener::Listen(const CString& path) {
     const std::string name = path.ToUtf8();
     const std::optional<sockaddr_un> place = PlaceOf(name);
+    if (!place || !MakeOwnFolder(GetFolderName(path))) {
+        return nullptr;
+    }
     const auto lock = CFolderLock::Take(GetFolderName(path));
-    if (!place || !lock || Connect(Descriptor(MakeSocket()).Get(), *place)) {
+    if (!lock || Connect(Descriptor(MakeSocket()).Get(), *place)) {
         return nullptr;
     }
     unlink(name.c_str());  // of a program that was killed

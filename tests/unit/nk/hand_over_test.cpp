@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,7 +60,62 @@ TEST_F(HandingOver, NobodyThereIsToldAtOnce) {
     EXPECT_EQ(CountEntries(), 0) << "nothing is left";
     EXPECT_FALSE(HandOver(Path(std::string(200, 'p').c_str()), "x", kLimitMs));
     EXPECT_FALSE(CHandOverListener::Listen(Path(std::string(200, 'p').c_str())));
-    EXPECT_FALSE(CHandOverListener::Listen(Path("missing/socket")));
+    EXPECT_FALSE(CHandOverListener::Listen(Path("missing/missing/socket")));
+}
+
+TEST_F(HandingOver, TheFolderIsMadeForThisUserAlone) {
+    const auto listener = CHandOverListener::Listen(Path("folder/socket"));
+    ASSERT_TRUE(listener);
+    struct stat state {};
+    ASSERT_EQ(stat(Native("folder").c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode, mode_t{S_IFDIR | S_IRWXU});
+}
+
+TEST_F(HandingOver, NobodyIsTrustedInAFolderThatOthersWriteTo) {
+    const auto listener = CHandOverListener::Listen(Place());
+    ASSERT_TRUE(listener);
+    for (const mode_t others : {mode_t{S_IWGRP}, mode_t{S_IWOTH}}) {
+        ASSERT_EQ(chmod(folder_.c_str(), S_IRWXU | others), 0);
+        EXPECT_FALSE(HandOver(Place(), "x", 0));
+        EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
+        EXPECT_FALSE(CHandOverListener::Listen(Path("another")));
+    }
+    ASSERT_EQ(chmod(folder_.c_str(), S_IRWXU), 0);
+    std::string taken;
+    EXPECT_TRUE(HandAndTake(*listener, "x", taken));
+}
+
+TEST_F(HandingOver, ALinkIsNotFollowed) {
+    const auto listener = CHandOverListener::Listen(Path("folder/socket"));
+    ASSERT_TRUE(listener);
+    std::filesystem::create_symlink(Native("folder"), Native("link"));
+    std::filesystem::create_symlink(Native("folder/socket"), Native("socket"));
+    EXPECT_FALSE(HandOver(Path("link/socket"), "x", 0));
+    EXPECT_FALSE(HandOver(Place(), "x", 0));
+    EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
+    EXPECT_FALSE(CHandOverListener::Listen(Path("link/another")));
+}
+
+TEST_F(HandingOver, WhatIsAnotherUsersIsLeftAlone) {
+    // Only the administrator gives a folder away; of the system's folders none is anybody else's.
+    if (geteuid() != 0) {
+        EXPECT_FALSE(CHandOverListener::Listen(L"/kivora-test/socket"));
+        EXPECT_FALSE(CHandOverListener::Listen(L"/usr/kivora-test"));
+        return;
+    }
+    constexpr uid_t kAnother = 1;
+    const auto listener = CHandOverListener::Listen(Path("folder/socket"));
+    ASSERT_TRUE(listener);
+    ASSERT_EQ(lchown(Native("folder/socket").c_str(), kAnother, kAnother), 0);
+    EXPECT_FALSE(HandOver(Path("folder/socket"), "x", 0));
+    ASSERT_EQ(lchown(Native("folder/socket").c_str(), 0, 0), 0);
+    ASSERT_EQ(lchown(Native("folder").c_str(), kAnother, kAnother), 0);
+    EXPECT_FALSE(HandOver(Path("folder/socket"), "x", 0));
+    EXPECT_FALSE(CHandOverListener::Listen(Path("folder/another")));
+    EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
+    ASSERT_EQ(lchown(folder_.c_str(), kAnother, kAnother), 0);
+    EXPECT_FALSE(CHandOverListener::Listen(Path("new/socket")));
+    EXPECT_FALSE(std::filesystem::exists(Native("new"))) << "left in another's folder";
 }
 
 TEST_F(HandingOver, WhoGoesWithoutHavingTakenItKeepsNobodyWaiting) {
