@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QRegularExpression>
 
-#include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
 
 namespace Kivora {
@@ -17,21 +16,18 @@ constexpr const char* kTokenVariable = "XDG_ACTIVATION_TOKEN";
 
 /// A socket for each display: another user's seat or a virtual display is no place to open this one's files. Empty
 /// where programs cannot meet.
-NK::CString GetMeetingPlace() {
-    QString display = qEnvironmentVariable("WAYLAND_DISPLAY");
-    if (display.isEmpty()) {
-        display = qEnvironmentVariable("DISPLAY");
-    }
+NK::CString GetMeetingPlace(QString display) {
     static const QRegularExpression kUnsafe("[^A-Za-z0-9.-]");
     display.replace(kUnsafe, "_");
     const NK::CString folder = NK::GetMeetingDir(L"kivora");
-    return folder.IsEmpty() ? folder : NK::JoinPath(folder, NK::CString(("open" + display).toStdWString()));
+    return folder.IsEmpty() || display.isEmpty() ? NK::CString()
+                                                 : NK::JoinPath(folder, NK::CString(("open" + display).toStdWString()));
 }
 
 }  // namespace
 
-bool HandToRunningInstance(const QString& path) {
-    const NK::CString place = GetMeetingPlace();
+bool HandToRunningInstance(const QString& path, const QString& display) {
+    const NK::CString place = GetMeetingPlace(display);
     if (place.IsEmpty()) {
         return false;
     }
@@ -39,7 +35,7 @@ bool HandToRunningInstance(const QString& path) {
     return NK::HandOver(place, {message.constData(), static_cast<std::size_t>(message.size())});
 }
 
-FileReceiver::FileReceiver() {
+FileReceiver::FileReceiver(const QString& display) : place_(GetMeetingPlace(display)) {
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive) {
             TryToListen();
@@ -49,11 +45,10 @@ FileReceiver::FileReceiver() {
 }
 
 void FileReceiver::TryToListen() {
-    const NK::CString place = GetMeetingPlace();
-    if (listener_ || place.IsEmpty() || !NK::CreateFolder(NK::GetFolderName(place))) {
+    if (listener_ || place_.IsEmpty()) {
         return;
     }
-    listener_ = NK::CHandOverListener::Listen(place);
+    listener_ = NK::CHandOverListener::Listen(place_);
     if (listener_) {
         notifier_ = std::make_unique<QSocketNotifier>(listener_->GetDescriptor(), QSocketNotifier::Read);
         connect(notifier_.get(), &QSocketNotifier::activated, this, &FileReceiver::Take);

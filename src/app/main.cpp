@@ -17,6 +17,7 @@
 #include "app/RunChoices.h"
 #include "app/RunningInstance.h"
 #include "app/SoundDoctor.h"
+#include "app/WindowDisplay.h"
 #include "locale/Locale.h"
 #include "nk/nk_keyboard_layout.h"
 #include "nk/nk_session_bus.h"
@@ -33,13 +34,13 @@
 
 namespace {
 
-/// The command line in English, for what is decided before there is an application object.
-Kivora::CommandLine ParseEarly(int argc, char** argv) {
+/// For what is decided before there is an application object, which takes the toolkit's own arguments out of them.
+QStringList GetAllArguments(int argc, char** argv) {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) {
         arguments << QString::fromLocal8Bit(argv[i]);
     }
-    return Kivora::CommandLine::Parse(arguments);
+    return arguments;
 }
 
 /// Otherwise the command line asks for what needs no display, or for nothing that can be done.
@@ -57,11 +58,13 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK::SecureStandardStreams();
-    const Kivora::CommandLine early = ParseEarly(argc, argv);
+    const QStringList allArguments = GetAllArguments(argc, argv);
+    const Kivora::CommandLine early = Kivora::CommandLine::Parse(allArguments);  // in English
     if (!IsWindowWanted(early)) {
         return Kivora::RunWithoutWindow(argc, argv);
     }
-    if (early.mayHandOver && Kivora::HandToRunningInstance(early.file)) {
+    const QString display = Kivora::FindWindowDisplay(allArguments);
+    if (early.mayHandOver && Kivora::HandToRunningInstance(early.file, display)) {
         return Kivora::kSuccessExit;
     }
     NK_REGISTER_THREAD_ROLE(gui);
@@ -128,7 +131,7 @@ int main(int argc, char** argv) {
     }
     std::optional<Kivora::FileReceiver> receiver;
     if (!forPictures) {
-        receiver.emplace();
+        receiver.emplace(display);
         QObject::connect(&*receiver, &Kivora::FileReceiver::FileReceived, &window, [&window](const QString& path) {
             window.OpenFile(path);
             window.ComeToFront();

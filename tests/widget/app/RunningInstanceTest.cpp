@@ -15,27 +15,21 @@ namespace {
 
 constexpr int kLimitMs = 30000;
 
-/// A runtime folder and a display of the test's own.
+/// A runtime folder of the test's own.
 class RunningInstance : public testing::Test {
 protected:
     RunningInstance() {
         qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder_.GetPath().string()));
-        qputenv("DISPLAY", ":77");
-        qunsetenv("WAYLAND_DISPLAY");
         qunsetenv("XDG_ACTIVATION_TOKEN");
     }
     ~RunningInstance() override {
-        Restore("XDG_RUNTIME_DIR", runtime_);
-        Restore("DISPLAY", display_);
+        runtime_.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", runtime_);
         qunsetenv("XDG_ACTIVATION_TOKEN");
     }
-    static void Restore(const char* variable, const QByteArray& value) {
-        value.isNull() ? qunsetenv(variable) : qputenv(variable, value);
-    }
     /// Another program hands the file over while this one goes on.
-    bool Hand(const QString& path) {
+    bool Hand(const QString& path, const QString& display = ":77") {
         std::atomic<int> outcome = -1;
-        std::thread other([&] { outcome = Kivora::HandToRunningInstance(path) ? 1 : 0; });
+        std::thread other([&] { outcome = Kivora::HandToRunningInstance(path, display) ? 1 : 0; });
         EXPECT_TRUE(QTest::qWaitFor([&] { return outcome >= 0; }, kLimitMs));
         other.join();
         return outcome == 1;
@@ -49,14 +43,13 @@ protected:
 
 private:
     const QByteArray runtime_ = qgetenv("XDG_RUNTIME_DIR");
-    const QByteArray display_ = qgetenv("DISPLAY");
 };
 
 }  // namespace
 
 TEST_F(RunningInstance, TakesAFileByItsWholePath) {
     EXPECT_FALSE(Hand("a")) << "nobody runs";
-    Kivora::FileReceiver receiver;
+    Kivora::FileReceiver receiver(":77");
     ASSERT_TRUE(receiver.IsListening());
     QStringList received;
     Listen(receiver, received);
@@ -70,21 +63,17 @@ TEST_F(RunningInstance, TakesAFileByItsWholePath) {
 }
 
 TEST_F(RunningInstance, IsAskedOnItsOwnDisplayAlone) {
-    const Kivora::FileReceiver receiver;
-    qputenv("DISPLAY", ":78");
-    EXPECT_FALSE(Hand("a"));
-    qputenv("DISPLAY", ":77");
-    qputenv("WAYLAND_DISPLAY", "/run/wayland-9");
-    EXPECT_FALSE(Hand("a"));
-    const Kivora::FileReceiver other;
+    const Kivora::FileReceiver receiver(":77");
+    EXPECT_FALSE(Hand("a", ":78"));
+    EXPECT_FALSE(Hand("a", "/run/wayland-9"));
+    const Kivora::FileReceiver other("/run/wayland-9");
     EXPECT_TRUE(other.IsListening());
-    EXPECT_TRUE(Hand("a"));
-    qunsetenv("WAYLAND_DISPLAY");
+    EXPECT_TRUE(Hand("a", "/run/wayland-9"));
 }
 
 TEST_F(RunningInstance, TheNextOneTakesItsTurnWhenTheFirstHasGone) {
-    auto first = std::make_unique<Kivora::FileReceiver>();
-    Kivora::FileReceiver second;
+    auto first = std::make_unique<Kivora::FileReceiver>(":77");
+    Kivora::FileReceiver second(":77");
     QStringList received;
     Listen(second, received);
     EXPECT_FALSE(second.IsListening());
@@ -100,7 +89,13 @@ TEST_F(RunningInstance, TheNextOneTakesItsTurnWhenTheFirstHasGone) {
 
 TEST_F(RunningInstance, NeedsNoRuntimeFolder) {
     qunsetenv("XDG_RUNTIME_DIR");
-    const Kivora::FileReceiver receiver;
+    const Kivora::FileReceiver receiver(":77");
     EXPECT_FALSE(receiver.IsListening());
     EXPECT_FALSE(Hand("a"));
+}
+
+TEST_F(RunningInstance, OnADisplayOfItsOwnNobodyIsMet) {
+    const Kivora::FileReceiver receiver("");
+    EXPECT_FALSE(receiver.IsListening());
+    EXPECT_FALSE(Hand("a", ""));
 }
