@@ -9,6 +9,7 @@
 
 #include "ui/KivoraWidget.h"
 #include "ui/PanelScale.h"
+#include "ui/ScreenRoom.h"
 
 namespace Kivora {
 
@@ -25,6 +26,7 @@ ScreenFit::ScreenFit(QMainWindow& window, KivoraWidget& panel) : window_(window)
     connect(&calm_, &QTimer::timeout, this, &ScreenFit::Settle);
     panel_.setWantedScaleListener([self = QPointer<ScreenFit>(this)] {
         if (self && !self->isPulled_) {
+            self->proposed_.reset();
             self->Fit();
         }
     });
@@ -82,8 +84,10 @@ bool ScreenFit::FillsScreen() const {
 }
 
 void ScreenFit::Settle() {
-    if (isPulled_ && !FillsScreen()) {
-        panel_.setWantedScale(panel_.panelScale());
+    if (FillsScreen() || window_.size() == kept_) {
+        proposed_.reset();
+    } else if (isPulled_) {
+        proposed_ = panel_.panelScale();
     }
     isPulled_ = false;
     Fit();
@@ -120,8 +124,8 @@ void ScreenFit::Fit() {
         return;
     }
     const QSize frame = window_.frameGeometry().size() - window_.size();
-    const QSize room = window_.screen()->availableGeometry().size() - frame;
-    panel_.setPanelScale(PanelScale::FitInto(room, panel_.wantedScale()));
+    const QSize room = screenRoom(*window_.screen()) - frame;
+    panel_.setPanelScale(PanelScale::FitInto(room, proposed_.value_or(panel_.wantedScale())));
     ShowRatio();
     const QSize size = panel_.sizeHint();
     window_.setMinimumSize(PanelScale::SizeAt(PanelScale::FitInto(room, ViewSettings::kSmallestScale)));
@@ -130,6 +134,9 @@ void ScreenFit::Fit() {
     if (window_.size() == size && (handle == nullptr || handle->size() == size)) {
         given_ = size;
         window_.setContentsMargins(0, 0, 0, 0);
+        if (proposed_) {
+            panel_.setWantedScale(*std::exchange(proposed_, std::nullopt));
+        }
         return;
     }
     // Where it is changed back, who arranges the windows has the last word.
@@ -142,6 +149,9 @@ void ScreenFit::Fit() {
         MoveOntoScreen();
     }
     window_.update();
+    if (proposed_) {
+        FitSoon();  // by when who arranges the windows has had its word
+    }
 }
 
 void ScreenFit::MoveOntoScreen() {

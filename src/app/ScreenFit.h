@@ -1,6 +1,7 @@
 // The window's size: as large as the user wants the panel, and no larger than the screen.
 #pragma once
 
+#include <optional>
 #include <QObject>
 #include <QPointer>
 #include <QSize>
@@ -15,8 +16,8 @@ namespace Kivora {
 /// Keeps a window exactly as large as its panel, the panel as large as it is wanted and small enough for the screen
 /// that the window is on, whole and in proportion, and the window on that screen. Follows another screen, room or scale
 /// once the window stands still. A window that is pulled to a size takes the panel with it, and is given the panel's
-/// proportion once it stands still; that size is wanted from then on. A window that fills the screen, or whose size is
-/// not the program's to choose, has the panel in its middle. [gui]
+/// proportion once it stands still; where it keeps that, that size is wanted from then on. A window that fills the
+/// screen, or whose size is not the program's to choose, has the panel in its middle, and nobody has wanted that. [gui]
 class ScreenFit : public QObject {
     Q_OBJECT
 
@@ -49,6 +50,8 @@ private:
     QSize given_;            ///< the size that the window was given last
     QSize kept_;             ///< a size that the window system does not change for the panel's
     bool isPulled_ = false;  ///< since the window stood still
+    /// Of the panel in a window that was pulled; wanted if nobody changes the size of which this is the scale.
+    std::optional<double> proposed_;
 };
 
 }  // namespace Kivora

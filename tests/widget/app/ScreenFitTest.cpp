@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <qpa/qplatformwindow.h>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QBackingStore>
 #include <QScreen>
+#include <QTimer>
 #include <QtTest/QTest>
 #include <QWindow>
 
@@ -23,6 +26,30 @@ using Kivora::MainWindow;
 
 constexpr QSize kDesign(1180, 520);
 constexpr int kWaitMs = 30000;
+
+/// Gives a window one size, whatever its program asks for, as those do who lay windows out side by side.
+class Tiler : public QObject {
+public:
+    Tiler(QWidget& window, const QSize& size) : window_(window), size_(size) {
+        window_.installEventFilter(this);
+        window_.resize(size_);
+    }
+    int GetRefused() const { return refused_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize && window_.size() != size_) {
+            ++refused_;
+            QTimer::singleShot(0, this, [this] { window_.resize(size_); });
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QWidget& window_;
+    const QSize size_;
+    int refused_ = 0;
+};
 
 class ScreenFitTest : public testing::Test {
 protected:
@@ -105,7 +132,7 @@ TEST_F(ScreenFitTest, AWindowThatIsPulledTakesThePanelWithItAndKeepsItsProportio
     EXPECT_DOUBLE_EQ(window->GetPanel()->panelScale(), 1.25) << "at once";
     EXPECT_TRUE(Wait([&] { return window->size() == QSize(1475, 650); })) << "once it stands still";
     EXPECT_TRUE(Wait([&] { return window->GetPanel()->geometry() == QRect(QPoint(), window->size()); }));
-    EXPECT_DOUBLE_EQ(window->GetPanel()->wantedScale(), 1.25);
+    EXPECT_TRUE(Wait([&] { return window->GetPanel()->wantedScale() == 1.25; })) << "once it has kept that";
     window->resize(100, 100);
     EXPECT_TRUE(Wait([&] { return window->size() == QSize(590, 260); })) << "and no smaller";
 }
@@ -122,6 +149,43 @@ TEST_F(ScreenFitTest, AWindowThatFillsTheScreenHasThePanelInItsMiddle) {
     window->showNormal();
     EXPECT_TRUE(Wait([&] { return window->size() == kDesign && window->GetPanel()->panelScale() == 1.0; }));
     EXPECT_EQ(window->GetPanel()->wantedScale(), 1.0);
+}
+
+TEST_F(ScreenFitTest, ASizeThatIsForcedOnTheWindowIsNobodysWish) {
+    constexpr QSize kTile(800, 700);
+    {
+        const auto window = Open();
+        WaitUntilCalm(*window);
+        const auto tiler = std::make_unique<Tiler>(*window, kTile);
+        ASSERT_TRUE(Wait([&] { return tiler->GetRefused() >= 2; })) << "the panel's proportion was asked for";
+        ASSERT_TRUE(Wait([&] { return window->size() == kTile; }));
+        WaitUntilCalm(*window);
+        EXPECT_EQ(window->size(), kTile);
+        EXPECT_EQ(window->GetPanel()->width(), kTile.width()) << "as large as it has room";
+        EXPECT_EQ(window->GetPanel()->wantedScale(), 1.0);
+        window->GetPanel()->setWantedScale(1.25);
+        WaitUntilCalm(*window);
+        EXPECT_EQ(window->size(), kTile);
+        EXPECT_EQ(window->GetPanel()->wantedScale(), 1.25) << "a size of the menu is";
+    }
+    const auto window = Open();
+    EXPECT_EQ(window->size(), QSize(1475, 650)) << "at the next start";
+}
+
+TEST_F(ScreenFitTest, AtAScaleBetweenTheWholeOnesNoPixelSticksOut) {
+    const auto window = Open();
+    window->GetPanel()->setWantedScale(4.0);
+    MoveTo(*window, Screen("between"));
+    ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.5; }));
+    ASSERT_TRUE(Wait([&] { return window->width() < window->screen()->availableGeometry().width(); }));
+    WaitUntilCalm(*window);
+    const QSize pixels = window->windowHandle()
+                             ->handle()
+                             ->geometry()
+                             .marginsAdded(window->windowHandle()->handle()->frameMargins())
+                             .size();
+    EXPECT_LE(pixels.width(), 1366);
+    EXPECT_GE(pixels.width(), 1366 - 3) << "and hardly any is lost";
 }
 
 TEST_F(ScreenFitTest, PicturesAreTakenOfThePanelAsDesigned) {

@@ -1,5 +1,5 @@
-// The main function of the tests of the program's window: the offscreen platform with three screens, a large one, one
-// that is smaller than the panel and one of two device pixels a logical pixel.
+// The main function of the tests of the program's window: the offscreen platform with four screens, a large one, one
+// that is smaller than the panel, one of two device pixels a logical pixel and one of one and a half.
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
@@ -18,7 +18,9 @@ int main(int argc, char** argv) {
         {"name": "small", "x": 1600, "y": 0, "width": 1024, "height": 600,
          "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1},
         {"name": "fine", "x": 2624, "y": 0, "width": 3200, "height": 2000,
-         "logicalDpi": 192, "logicalBaseDpi": 96, "dpr": 1}]})");
+         "logicalDpi": 192, "logicalBaseDpi": 96, "dpr": 1},
+        {"name": "between", "x": 5824, "y": 0, "width": 1366, "height": 768,
+         "logicalDpi": 144, "logicalBaseDpi": 96, "dpr": 1}]})");
     screens.close();
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
     QApplication application(argc, argv);
