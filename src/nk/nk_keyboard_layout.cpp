@@ -65,6 +65,10 @@ bool TKeyboardLayout::TypesLatinLetters() const noexcept {
                        [](const TKey& key) { return key.character >= U'a' && key.character <= U'z'; });
 }
 
+bool TKeyboardLayout::HasLatinLettersBeside() const noexcept {
+    return std::any_of(keys.begin(), keys.end(), [](const TKey& key) { return key.latin != 0; });
+}
+
 LanguageNumber GetLanguageOfLayout(std::string_view layout, std::string_view variant) {
     const std::size_t bracket = layout.find('(');
     if (bracket != std::string_view::npos) {

@@ -30,6 +30,7 @@ struct TKeyboardLayout {
         char32_t character = 0;  ///< without modifiers; of a dead key its accent; 0 for none
         char32_t shifted = 0;    ///< the same with SHIFT
         bool isDead = false;     ///< without modifiers it types nothing but waits for another key
+        char latin = 0;          ///< a layout without Latin letters: that of the keyboard's first layout with one there
 
         friend bool operator==(const TKey&, const TKey&) = default;
     };
@@ -41,6 +42,8 @@ struct TKeyboardLayout {
     const TKey& operator[](std::uint32_t scanCode) const noexcept;
     /// Whether it types any of the letters a to z without modifiers.
     bool TypesLatinLetters() const noexcept;
+    /// Whether it types none, and another layout of the keyboard does.
+    bool HasLatinLettersBeside() const noexcept;
 
     friend bool operator==(const TKeyboardLayout&, const TKeyboardLayout&) = default;
 };

@@ -72,11 +72,12 @@ PlacedShortcuts::PlacedShortcuts(ComputerKeys::Source source) : source_(std::mov
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-QList<int> PlacedShortcuts::lettersAt(quint32 scanCode) const {
+QList<int> PlacedShortcuts::lettersAt(quint32 scanCode, const NK::TKeyboardLayout& layout) {
     const char place = NK::Piano::FindPCKeyPlace(scanCode).value_or(NK::Piano::kExtraPlace);
+    const char latin = layout.HasLatinLettersBeside() ? layout[scanCode].latin : place;
     QList<int> letters;
-    if (place >= 'a' && place <= 'z') {
-        letters << place - 'a' + Qt::Key_A;
+    if (latin >= 'a' && latin <= 'z') {
+        letters << latin - 'a' + Qt::Key_A;
     }
     const char text[] = {place, '\0'};
     const NK::CString local = NK::Translate(NK::Piano::kLocalizedKeyboardContext, text);
@@ -110,7 +111,7 @@ bool PlacedShortcuts::takesPress(const QKeyEvent& press) {
         placed.setTimestamp(press.timestamp());
         QCoreApplication::sendEvent(&receiver, &placed);
     };
-    const QList<int> letters = lettersAt(press.nativeScanCode());
+    const QList<int> letters = lettersAt(press.nativeScanCode(), *layout);
     if (QWidget* const popUp = QApplication::activePopupWidget(); popUp != nullptr) {
         auto* const menu = qobject_cast<QMenu*>(popUp);
         if (menu == nullptr || modifiers.testFlag(Qt::ControlModifier) || hasMnemonic(*menu, press.key())) {

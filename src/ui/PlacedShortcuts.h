@@ -10,7 +10,8 @@
 class QKeyEvent;
 
 /// On a layout without Latin letters a key that is no shortcut by the letter that it types is one by its place: by the
-/// letter that a US keyboard has there, then by that of the program's language. So with ALT it reaches the menu's
+/// letter that another layout of the keyboard has there, or a US keyboard where none has any, then by that of the
+/// program's language. So with ALT it reaches the menu's
 /// entries and the controls of dialogs, with CTRL what a text field does, and in an open menu its entries. Repeats do
 /// nothing, and boxes that come by themselves are left alone. [gui]
 class PlacedShortcuts : public QObject {
@@ -26,7 +27,7 @@ protected:
 private:
     bool takesPress(const QKeyEvent& press);
     /// In upper case, as Qt's key codes.
-    QList<int> lettersAt(quint32 scanCode) const;
+    static QList<int> lettersAt(quint32 scanCode, const NK::TKeyboardLayout& layout);
 
     ComputerKeys::Source source_;
     KeyRepeats repeats_;

@@ -111,6 +111,28 @@ TEST(PlacedKeys, AltWithThePlaceOfQEndsTheProgramOnGreek) {
     }
 }
 
+TEST(PlacedKeys, BesideAFrenchLayoutAltWithItsQEndsTheProgramOnGreek) {
+    constexpr std::uint8_t kAlt = 64;
+    constexpr std::uint8_t kFrenchA = 24;
+    constexpr std::uint8_t kFrenchQ = 38;
+    InstrumentProcess instrument;
+    ASSERT_TRUE(instrument.Start());
+    bool ok = false;
+    instrument.RunOnDisplay("setxkbmap", {"fr,gr"}, &ok);
+    ASSERT_TRUE(ok);
+    instrument.LockLayout(1);
+    instrument.MoveKey(kAlt, true);
+    instrument.MoveKey(kFrenchA, true);
+    instrument.MoveKey(kFrenchA, false);
+    instrument.MoveKey(kAlt, false);
+    instrument.MoveKey(kX, true);
+    instrument.MoveKey(kX, false);
+    ASSERT_TRUE(instrument.WaitForNoteMessages(2)) << "no shortcut";
+    instrument.MoveKey(kAlt, true);
+    instrument.MoveKey(kFrenchQ, true);
+    EXPECT_EQ(instrument.WaitForExitCode(), 0);
+}
+
 TEST_F(Places, TheHintsFollowTheLayout) {
     ASSERT_TRUE(instrument.Start());
     const QImage english = GrabHints();

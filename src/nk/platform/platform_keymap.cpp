@@ -75,6 +75,24 @@ LanguageNumber GetLanguageOfDescription(std::string_view description) {
     return description.starts_with("Russian") ? kLanguageRussian : kLanguageUnknown;
 }
 
+/// As toolkits find shortcuts: each key by itself, in the order of the layouts.
+void FindLatinLettersBeside(std::vector<TKeyboardLayout>& layouts) {
+    for (TKeyboardLayout& layout : layouts) {
+        if (layout.TypesLatinLetters()) {
+            continue;
+        }
+        for (std::size_t code = 0; code < layout.keys.size(); ++code) {
+            for (const TKeyboardLayout& other : layouts) {
+                const char32_t character = other.keys[code].character;
+                if (character >= U'a' && character <= U'z') {
+                    layout.keys[code].latin = static_cast<char>(character);
+                    break;
+                }
+            }
+        }
+    }
+}
+
 }  // namespace
 
 char32_t GetPrintedOf(std::uint32_t keySymbol) {
@@ -103,6 +121,7 @@ std::vector<TKeyboardLayout> ReadLayoutsOfKeymap(xkb_keymap* keymap) {
             keys[code].shifted = ReadSymbol(xkb_state_key_get_one_sym(state.get(), code)).character;
         }
     }
+    FindLatinLettersBeside(layouts);
     return layouts;
 }
 

@@ -14,7 +14,9 @@ constexpr std::uint32_t kScanMinus = 20;
 constexpr std::uint32_t kScanEqual = 21;
 constexpr std::uint32_t kScanW = 25;
 constexpr std::uint32_t kScanBracket = 34;
+constexpr std::uint32_t kScanSemicolon = 47;
 constexpr std::uint32_t kScanZ = 52;
+constexpr std::uint32_t kScanM = 58;
 constexpr std::uint32_t kScanReturn = 36;
 constexpr std::uint32_t kScanISO = 94;
 
@@ -55,6 +57,22 @@ TEST(KeyboardKeymap, TellsTheLayoutsOfOneMapApart) {
     EXPECT_EQ(layouts[0].language, NK::kLanguageEnglishUs);
     EXPECT_EQ(layouts[1].language, NK::kLanguageUnknown);
     EXPECT_EQ(layouts[2].language, NK::kLanguageRussian);
+}
+
+TEST(KeyboardKeymap, TellsTheLatinLetterOfAnotherLayoutOnTheKey) {
+    const std::vector<NK::TKeyboardLayout> layouts = NK::ReadKeyboardLayouts(SystemKeymap("fr,gr,us,ru", ",,,"));
+    ASSERT_EQ(layouts.size(), 4U);
+    for (const std::size_t number : {1U, 3U}) {
+        EXPECT_TRUE(layouts[number].HasLatinLettersBeside());
+        EXPECT_EQ(layouts[number][kScanZ].latin, 'w') << "the first layout's";
+        EXPECT_EQ(layouts[number][kScanSemicolon].latin, 'm');
+        EXPECT_EQ(layouts[number][kScanM].latin, 'm') << "that of the first one with a letter there";
+        EXPECT_EQ(layouts[number][kScan2].latin, 0);
+    }
+    for (const std::size_t number : {0U, 2U}) {
+        EXPECT_FALSE(layouts[number].HasLatinLettersBeside());
+    }
+    EXPECT_FALSE(SystemLayout("gr").HasLatinLettersBeside());
 }
 
 TEST(KeyboardKeymap, AMapThatCannotBeCompiledHasNoLayouts) {

@@ -17,6 +17,7 @@ namespace {
 constexpr quint32 kScanMinus = 20;
 constexpr quint32 kScanEqual = 21;
 constexpr quint32 kScanS = 39;
+constexpr quint32 kScanL = 46;
 constexpr quint32 kScanSemicolon = 47;
 constexpr quint32 kScanC = 54;
 constexpr quint32 kScanN = 57;
@@ -61,6 +62,17 @@ TEST_F(PlacedShortcutsOnPanel, WithAltAnEntryOfTheMenuActsByThePlaceOfItsLetter)
     UseLayout("us", "dvorak");
     Press(kScanN, Qt::AltModifier);
     EXPECT_TRUE(Engine().GetShowNoteNames()) << "a layout with Latin letters goes by them";
+}
+
+TEST_F(PlacedShortcutsOnPanel, AnotherLayoutOfTheKeyboardGivesTheLetter) {
+    active_ =
+        std::make_shared<const NK::TKeyboardLayout>(NK::ReadKeyboardLayouts(SystemKeymap("us,gr", "dvorak,")).at(1));
+    Press(kScanN, Qt::AltModifier);
+    EXPECT_FALSE(Engine().GetShowNoteNames()) << "a US keyboard's, which this is not";
+    Press(kScanL, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_FALSE(Engine().GetShowNoteNames());
+    Press(kScanL, Qt::AltModifier);
+    EXPECT_TRUE(Engine().GetShowNoteNames());
 }
 
 TEST_F(PlacedShortcutsOnPanel, AltWithThePlacesOfMinusAndEqualTurnsTheValue) {
