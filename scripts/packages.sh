@@ -22,7 +22,7 @@ export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev locales
     xdotool x11-xkb-utils x11-xserver-utils dbus alsa-utils midicsv python3-mido
     pulseaudio pulseaudio-utils
-    weston qt6-wayland
+    weston qt6-wayland qt6-wayland-dev qt6-declarative-dev
     desktop-file-utils appstream libxml2-utils groff zsh fish flatpak-builder
     at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
@@ -31,7 +31,7 @@ export KIVORA_TEST_PACKAGES=(
 export KIVORA_CHECK_PACKAGES=(clang clang-format libclang-rt-14-dev shellcheck)
 
 # Making the Debian package, on top of what building needs.
-export KIVORA_PACKAGING_PACKAGES=(debhelper dpkg-dev fakeroot git lintian)
+export KIVORA_PACKAGING_PACKAGES=(debhelper dpkg-dev fakeroot lintian)
 
 # is_installed <package>
 is_installed() {

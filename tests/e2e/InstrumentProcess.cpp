@@ -67,8 +67,11 @@ bool InstrumentProcess::StartServer() {
 }
 
 bool InstrumentProcess::HasCompositor() {
-    return !QStandardPaths::findExecutable("weston").isEmpty() &&
-           !QDir(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms").entryList({"*wayland*"}).isEmpty();
+    return !QStandardPaths::findExecutable("weston").isEmpty() && HasWaylandPlugin();
+}
+
+bool InstrumentProcess::HasWaylandPlugin() {
+    return !QDir(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms").entryList({"*wayland*"}).isEmpty();
 }
 
 void InstrumentProcess::UseCompositor(const QString& layouts, const QString& variants) {
@@ -95,10 +98,60 @@ bool InstrumentProcess::StartCompositor() {
     compositor_.setProcessEnvironment(variables);
     compositor_.setStandardErrorFile(QProcess::nullDevice());
     compositor_.setStandardOutputFile(QProcess::nullDevice());
-    compositor_.start("weston", {"--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--width=1350",
-                                 "--height=750", "--socket=kivora-test", "--config=" + dir_.filePath("weston.ini")});
+    compositor_.start("weston", {"--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--width=1366",
+                                 "--height=768", "--socket=kivora-test", "--config=" + dir_.filePath("weston.ini")});
     if (!WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); })) {
         std::cerr << "the compositor did not start\n";
+        return false;
+    }
+    return true;
+}
+
+bool InstrumentProcess::StartTouchScreen() {
+    QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.insert("XDG_RUNTIME_DIR", dir_.path());
+    compositor_.setProcessEnvironment(variables);
+    compositor_.setStandardErrorFile(QProcess::nullDevice());
+    compositor_.start(KIVORA_TOUCH_SCREEN, {"kivora-test"});
+    if (!WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); })) {
+        std::cerr << "the touch screen did not start\n";
+        return false;
+    }
+    return true;
+}
+
+void InstrumentProcess::Touch(const QString& deed) {
+    compositor_.write(deed.toLatin1() + '\n');
+    compositor_.waitForBytesWritten(kLimitMs);
+}
+
+bool InstrumentProcess::ReadWindowSize() {
+    compositor_.waitForReadyRead(10);
+    while (compositor_.canReadLine()) {
+        const QList<QByteArray> words = compositor_.readLine().trimmed().split(' ');
+        windowSize_ = QSize(words.value(1).toInt(), words.value(2).toInt());
+    }
+    return !windowSize_.isEmpty();
+}
+
+bool InstrumentProcess::FindWindow() {
+    bool ok = false;
+    // The compositor's has no name of its own, and is the last one where the root is counted.
+    const bool isOwn = keyboard_.isEmpty();
+    const QString found =
+        RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", isOwn ? "^Kivora LX$" : ".*"}, &ok);
+    window_ = isOwn ? found.section('\n', 0, 0).trimmed() : found.trimmed().section('\n', -1);
+    return ok && !window_.isEmpty();
+}
+
+bool InstrumentProcess::WaitForWindow(const std::function<bool()>& isOutputOpen) {
+    if (!WaitFor([&] { return touches_ ? ReadWindowSize() : FindWindow(); })) {
+        std::cerr << "the program's window did not appear\n";
+        return false;
+    }
+    if (!WaitFor([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
+        std::cerr << "the program opened no output\n";
         return false;
     }
     return true;
@@ -150,7 +203,8 @@ bool InstrumentProcess::IsOutputOpen() const {
 
 bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment,
                               const std::function<bool()>& isOutputOpen) {
-    if (!StartServer() || (!keyboard_.isEmpty() && !StartCompositor())) {
+    const bool isOnWayland = touches_ || !keyboard_.isEmpty();
+    if (!(touches_ ? StartTouchScreen() : StartServer()) || (!keyboard_.isEmpty() && !StartCompositor())) {
         return false;
     }
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
@@ -170,11 +224,12 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
     variables.insert("KIVORA_MIDI", "portmidi");  // the stand-in, on a machine with a sequencer too
     variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
-    if (!keyboard_.isEmpty()) {
+    if (isOnWayland) {
         variables.remove("DISPLAY");
         variables.insert("XDG_RUNTIME_DIR", dir_.path());
         variables.insert("WAYLAND_DISPLAY", "kivora-test");
         variables.insert("QT_QPA_PLATFORM", "wayland");
+        variables.insert("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
     }
     for (const QString& variable : environment) {
         variables.insert(variable.section('=', 0, 0), variable.section('=', 1));
@@ -191,23 +246,11 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
         std::cerr << "the program did not start: " << program_.errorString().toStdString() << "\n";
         return false;
     }
-    const bool isThere = WaitFor([&] {
-        bool ok = false;
-        // The compositor's has no name of its own, and is the last one where the root is counted.
-        const bool isOwn = keyboard_.isEmpty();
-        const QString found =
-            RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", isOwn ? "^Kivora LX$" : ".*"}, &ok);
-        window_ = isOwn ? found.section('\n', 0, 0).trimmed() : found.trimmed().section('\n', -1);
-        return ok && !window_.isEmpty();
-    });
-    if (!isThere) {
-        std::cerr << "the program's window did not appear\n";
+    if (!WaitForWindow(isOutputOpen)) {
         return false;
     }
-    // The ports are opened when the window has been painted.
-    if (!WaitFor([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
-        std::cerr << "the program opened no output\n";
-        return false;
+    if (touches_) {
+        return true;
     }
     if (!keyboard_.isEmpty()) {
         return FocusUnderCompositor();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <QByteArray>
 #include <QProcess>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -26,11 +27,18 @@ public:
     void MakeFirstStart();
     /// Before Start(): a line of the settings, of those that are not at their defaults.
     void AddSetting(const QByteArray& line) { settings_ += line + '\n'; }
-    /// Whether there is a Wayland compositor, and Qt's part for it.
+    /// Whether there is Qt's part for Wayland; and a compositor, too.
+    static bool HasWaylandPlugin();
     static bool HasCompositor();
     /// Before Start(): the program is a client of a Wayland compositor that fills the display, passes its mouse on, and
     /// its keyboard with these layouts, such as "us,fr", of which LockLayout() makes one the active.
     void UseCompositor(const QString& layouts, const QString& variants = {});
+    /// Before Start(): the program is a client of a Wayland compositor with a touch screen and nothing else.
+    void UseTouchScreen() { touches_ = true; }
+    /// Tells the touch screen what fingers do; its source has the words.
+    void Touch(const QString& deed);
+    /// In the pixels of the touch screen.
+    QSize GetWindowSize() const { return windowSize_; }
     /// True once the program's main window is there and has the focus; says what failed otherwise.
     /// `isOutputOpen` tells of a stand-in that does not log what it is sent.
     bool Start(const QStringList& arguments = {}, const QStringList& environment = {},
@@ -84,7 +92,14 @@ public:
 private:
     bool StartServer();
     bool StartCompositor();
+    bool StartTouchScreen();
     bool FocusUnderCompositor();
+    /// Waits for the program's window, and for the output that it opens when that has been painted.
+    bool WaitForWindow(const std::function<bool()>& isOutputOpen);
+    /// The window's number on the X display; the compositor's with one.
+    bool FindWindow();
+    /// What the touch screen has told.
+    bool ReadWindowSize();
     bool WriteSettings();
     bool IsOutputOpen() const;
 
@@ -96,6 +111,8 @@ private:
     QString display_;
     QString window_;        ///< with a compositor its own
     QStringList keyboard_;  ///< the compositor's layouts and variants; empty without one
+    QSize windowSize_;
+    bool touches_ = false;
     bool keepsOutput_ = false;
     bool startsFirst_ = false;
 };

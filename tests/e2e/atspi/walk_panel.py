@@ -5,23 +5,12 @@ Every control that the keyboard can reach has a name and a role that says what i
 what has a value tells it and its range, and what a mouse can press has an action. Runs on the display that DISPLAY names, on
 a session bus of its own (dbus-run-session). Exits with 1 and the list of what is missing.
 """
-import os
 import subprocess
 import sys
-import tempfile
 import time
 
-import warnings
+from screen_reader import LIMIT_S, SHORT_MS, Atspi, GLib, find, find_application, running_program, wait_for
 
-import gi
-
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
-
-warnings.simplefilter("ignore", DeprecationWarning)  # of names that the library of Debian 12 has no others for
-
-LIMIT_S = 60
-SHORT_MS = 800
 State = Atspi.StateType
 Role = Atspi.Role
 
@@ -41,21 +30,6 @@ SOUND_CHECK = {"en_US": "Sound Check...", "ru_RU": "Проверка звука.
 KEYBOARD_TEST = {"en_US": "Test My Keyboard...", "ru_RU": "Проверка клавиатуры..."}
 
 
-def wait_for(what, condition):
-    """Polls, as there is no event for everything; ends the run when the time is up."""
-    end = time.monotonic() + LIMIT_S
-    while time.monotonic() < end:
-        try:
-            found = condition()
-        except GLib.Error:
-            found = None  # something went while it was looked at
-        if found:
-            return found
-        GLib.MainContext.default().iteration(False)
-        time.sleep(0.02)
-    raise SystemExit(f"FAILED: {what} did not come")
-
-
 class Walk:
     def __init__(self, pid):
         self.pid = pid
@@ -63,12 +37,7 @@ class Walk:
         self.controls = 0
 
     def application(self):
-        desktop = Atspi.get_desktop(0)
-        for i in range(desktop.get_child_count()):
-            child = desktop.get_child_at_index(i)
-            if child is not None and child.get_process_id() == self.pid:
-                return child
-        return None
+        return find_application(self.pid)
 
     def windows(self):
         app = self.application()
@@ -115,17 +84,6 @@ def press(*keys):
     subprocess.run(["xdotool", "key", *keys], check=True)
 
 
-def find(node, condition):
-    if condition(node):
-        return node
-    for i in range(node.get_child_count()):
-        child = node.get_child_at_index(i)
-        found = find(child, condition) if child is not None else None
-        if found is not None:
-            return found
-    return None
-
-
 def act(node):
     """Carries out a node's first action. One that opens a dialog answers when that is closed, which is not waited for."""
     Atspi.set_timeout(SHORT_MS, SHORT_MS)
@@ -139,20 +97,8 @@ def act(node):
 
 def main():
     program, locale = sys.argv[1:3]
-    Atspi.set_timeout(LIMIT_S * 1000, LIMIT_S * 1000)  # of a machine that is busy with other tests
-    with tempfile.TemporaryDirectory() as home:
-        os.makedirs(home + "/data/Brennholt/Kivora")
-        with open(home + "/data/Brennholt/Kivora/Kivora.ini", "w", encoding="utf-8") as settings:
-            settings.write("[Kivora]\n")  # else the card of the first start stands where the arpeggiators are
-        environment = dict(os.environ, HOME=home, XDG_DATA_HOME=home + "/data", QT_QPA_PLATFORM="xcb",
-                           QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", KIVORA_AUDIO_DRIVER="file",
-                           KIVORA_AUDIO_FILE=home + "/sound.wav", KIVORA_MIDI="portmidi")
-        process = subprocess.Popen([program, "--locale", locale], env=environment)
-        try:
-            walk(process.pid, locale)
-        finally:
-            process.terminate()
-            process.wait(LIMIT_S)
+    with running_program(program, locale, {"QT_QPA_PLATFORM": "xcb"}) as pid:
+        walk(pid, locale)
 
 
 def walk(pid, locale):
