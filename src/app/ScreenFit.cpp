@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QMainWindow>
 #include <QScreen>
 #include <QWindow>
@@ -16,9 +17,15 @@ namespace Kivora {
 namespace {
 // While a window is dragged across the edge of a screen, each change of its size may put it back on the other one.
 constexpr int kCalmMs = 250;
+constexpr int kManySteps = 3;
 }  // namespace
 
-ScreenFit::ScreenFit(QMainWindow& window, KivoraWidget& panel) : window_(window), panel_(panel) {
+ScreenFit::EPull ScreenFit::pullOfPlatform() {
+    return QGuiApplication::platformName().startsWith("wayland") ? EPull::kManySteps : EPull::kAnyChange;
+}
+
+ScreenFit::ScreenFit(QMainWindow& window, KivoraWidget& panel, EPull pull)
+    : window_(window), panel_(panel), pull_(pull) {
     calm_.setParent(&window_);  // tests look for it there
     calm_.setObjectName("calm-time");
     calm_.setSingleShot(true);
@@ -65,6 +72,7 @@ void ScreenFit::WindowResized() {
     // While the window is on its way to another screen, or to one of another scale, nobody pulls it.
     const bool isOnItsWay = !isPulled_ && (calm_.isActive() || window_.devicePixelRatioF() != ratio_);
     isPulled_ = !isOnItsWay && !FillsScreen();
+    steps_ += std::exchange(step_, window_.size()) != window_.size() ? 1 : 0;
     FitSoon();
     if (!isOnItsWay) {
         FillWindow();
@@ -87,9 +95,13 @@ void ScreenFit::Settle() {
     if (FillsScreen() || window_.size() == kept_) {
         proposed_.reset();
     } else if (isPulled_) {
-        proposed_ = panel_.panelScale();
+        const double scale = panel_.panelScale();
+        const bool isEcho = isWish_ && proposed_ == scale;  // a size that was on its way when the panel was fitted
+        proposed_ = scale;
+        isWish_ = pull_ == EPull::kAnyChange || steps_ >= kManySteps || isEcho;
     }
     isPulled_ = false;
+    steps_ = 0;
     Fit();
 }
 
@@ -134,7 +146,7 @@ void ScreenFit::Fit() {
     if (window_.size() == size && (handle == nullptr || handle->size() == size)) {
         given_ = size;
         window_.setContentsMargins(0, 0, 0, 0);
-        if (proposed_) {
+        if (proposed_ && isWish_) {
             panel_.setWantedScale(*std::exchange(proposed_, std::nullopt));
         }
         return;

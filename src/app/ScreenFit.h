@@ -22,8 +22,16 @@ class ScreenFit : public QObject {
     Q_OBJECT
 
 public:
+    /// What a change of the window's size by others is. On Wayland a program that lays windows out is not told from a
+    /// user by what it does with the size that the window takes then.
+    enum class EPull {
+        kAnyChange,  ///< pulling
+        kManySteps,  ///< pulling where it comes in many steps; in few the size that it leads to is not wanted
+    };
+    static EPull pullOfPlatform();
+
     /// Neither is owned; both outlive this. The panel of a window that is shown already is fitted soon.
-    ScreenFit(QMainWindow& window, KivoraWidget& panel);
+    ScreenFit(QMainWindow& window, KivoraWidget& panel, EPull pull = pullOfPlatform());
 
     void Fit();
 
@@ -46,12 +54,16 @@ private:
     KivoraWidget& panel_;
     QPointer<QScreen> screen_;
     QTimer calm_;
-    double ratio_ = 0.0;     ///< device pixels a logical pixel when the panel was fitted last
-    QSize given_;            ///< the size that the window was given last
-    QSize kept_;             ///< a size that the window system does not change for the panel's
+    double ratio_ = 0.0;  ///< device pixels a logical pixel when the panel was fitted last
+    QSize given_;         ///< the size that the window was given last
+    QSize kept_;          ///< a size that the window system does not change for the panel's
+    const EPull pull_;
     bool isPulled_ = false;  ///< since the window stood still
-    /// Of the panel in a window that was pulled; wanted if nobody changes the size of which this is the scale.
+    int steps_ = 0;          ///< of that
+    QSize step_;             ///< the last one of those
+    /// Of the panel in a window whose size others have changed, until another size is wanted.
     std::optional<double> proposed_;
+    bool isWish_ = false;  ///< wanted if nobody changes the size of which `proposed_` is the scale
 };
 
 }  // namespace Kivora

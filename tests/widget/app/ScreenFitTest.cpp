@@ -172,6 +172,24 @@ TEST_F(ScreenFitTest, ASizeThatIsForcedOnTheWindowIsNobodysWish) {
     EXPECT_EQ(window->size(), QSize(1475, 650)) << "at the next start";
 }
 
+TEST_F(ScreenFitTest, WherePullingComesInManyStepsASizeThatComesAtOnceIsNobodysWish) {
+    const auto window = Open(MainWindow::EPanelSize::kAsDesigned);
+    window->setMinimumSize(0, 0);
+    window->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    Kivora::ScreenFit fit(*window, *window->GetPanel(), Kivora::ScreenFit::EPull::kManySteps);
+    WaitUntilCalm(*window);
+    window->resize(885, 700);
+    ASSERT_TRUE(Wait([&] { return window->size() == QSize(885, 390); })) << "in proportion";
+    WaitUntilCalm(*window);
+    EXPECT_EQ(window->size(), QSize(885, 390));
+    EXPECT_EQ(window->GetPanel()->wantedScale(), 1.0);
+    for (const int width : {1000, 1200, 1475}) {
+        window->resize(width, 900);
+    }
+    EXPECT_TRUE(Wait([&] { return window->GetPanel()->wantedScale() == 1.25; }));
+    EXPECT_EQ(window->size(), QSize(1475, 650));
+}
+
 TEST_F(ScreenFitTest, AtAScaleBetweenTheWholeOnesNoPixelSticksOut) {
     const auto window = Open();
     window->GetPanel()->setWantedScale(4.0);
