@@ -414,6 +414,7 @@ TEST(Thread, IsSuspendedAndResumedManyTimesWhileItWorks) {
     CSpinningThread spinning;
     ASSERT_TRUE(polite.Start());
     ASSERT_TRUE(spinning.Start());
+    ASSERT_TRUE(WaitUntil([&] { return polite.begun == 1; }) && spinning.WaitForTurns(1)) << "they work";
     for (int i = 0; i < 200; ++i) {
         ASSERT_TRUE(polite.Suspend());
         ASSERT_TRUE(spinning.Suspend());
