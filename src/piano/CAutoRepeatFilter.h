@@ -54,6 +54,9 @@ public:
     /// follows ends nothing more.
     bool IsLate(std::uint32_t scanCode, std::uint64_t timeMs) const { return up_ == TStamp{scanCode, timeMs}; }
 
+    /// The key is known to be down when that press comes: then it was struck again, within the same ms.
+    void TakeAsStruck() { up_.reset(); }
+
     bool IsWaiting() const noexcept { return waiting_.has_value(); }
 
     /// The release that waits, which is one now; nothing when none waits.

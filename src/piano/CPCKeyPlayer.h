@@ -63,6 +63,10 @@ public:
 
     explicit CPCKeyPlayer(CCharacterOf characterOf);
 
+    /// Whether Press() would take it for a repeat's of which SettleUp() carried out the release, unless TakeAsStruck()
+    /// is called before, as the key is known to be down.
+    bool MayBeLateRepeat(const TPCKey& key) const { return filter_.IsLate(key.scanCode, key.timeMs); }
+    void TakeAsStruck() { filter_.TakeAsStruck(); }
     /// True when the key is one that acts, a repeat included; else it is another receiver's.
     bool Press(const TPCKey& key, CActions& actions);
     /// After it IsReleaseWaiting() may be true: then Settle() is due after kRepeatSettleMs.

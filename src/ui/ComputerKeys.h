@@ -36,6 +36,8 @@ public:
     NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
     /// Whether the key of a release is known to be up: then the system does not repeat it.
     bool isUp(const QKeyEvent& release) { return released_.isUp(release.nativeScanCode()); }
+    /// Whether the key of a press that looks like a repeat's is known to be down.
+    bool isDown(const QKeyEvent& press) { return released_.isDown(press.nativeScanCode()); }
     /// By the characters of a US keyboard at their places, in upper case: what stands on the keys that play, where they
     /// are found by their places; a US keyboard's characters while the layout is not known. Nothing as typed. As of
     /// the last look, so that nobody is asked for it.

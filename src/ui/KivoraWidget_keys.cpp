@@ -60,8 +60,12 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
         showMenu(mapToGlobal(rect().center()));
         return;
     }
+    const NK::Piano::TPCKey key = computerKeys_->keyOf(*event);
+    if (keys_.MayBeLateRepeat(key) && computerKeys_->isDown(*event)) {
+        keys_.TakeAsStruck();
+    }
     CPCKeyPlayer::CActions actions;
-    const bool acts = isPlayable() && keys_.Press(computerKeys_->keyOf(*event), actions);
+    const bool acts = isPlayable() && keys_.Press(key, actions);
     carryOut(actions);
     event->setAccepted(acts);
 }

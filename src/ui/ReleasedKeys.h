@@ -1,7 +1,8 @@
-// Tells a key that was let go from one that the system repeats, without waiting for what comes next.
+// Tells what a person does with a key from what the system repeats, without waiting for what comes next.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <QDeadlineTimer>
 
 #include "piano/CAutoRepeatFilter.h"
@@ -14,8 +15,14 @@ public:
     /// answer that has taken longer than kLongMs, as one of a server on another machine may: then the release is judged
     /// by what follows it.
     bool isUp(std::uint32_t scanCode);
+    /// Of a press with the time stamp of the last release that is not marked as a repeat's: false also where it is not
+    /// known.
+    bool isDown(std::uint32_t scanCode);
 
 private:
+    /// Empty where nobody can be asked.
+    std::optional<bool> askWhetherDown(std::uint32_t scanCode);
+
     static constexpr int kLongMs = NK::Piano::kRepeatSettleMs;  ///< as long as it would be waited for what follows
     static constexpr int kRestMs = 2'000;
 

@@ -49,6 +49,17 @@ TEST_P(KeysAtRates, AHeldKeyPlaysOnceAndItsReleaseEndsIt) {
 
 INSTANTIATE_TEST_SUITE_P(Each, KeysAtRates, testing::Values("5", "25", "100"));
 
+TEST_F(Keys, AKeyStruckAgainRightAfterItsReleasePlaysEachTime) {
+    constexpr std::uint8_t kScanX = 53;
+    for (std::size_t count = 0; count < 400; count += 2) {  // some of them within the millisecond of the release
+        instrument.MoveKey(kScanX, true);
+        ASSERT_TRUE(instrument.WaitForNoteMessages(count + 1)) << count;
+        instrument.MoveKey(kScanX, false);
+        ASSERT_TRUE(instrument.WaitForNoteMessages(count + 2)) << count;
+    }
+    EXPECT_EQ(instrument.GetNoteMessages().size(), 400U);
+}
+
 TEST_F(Keys, AChordHoldsEachNoteUntilItsOwnKeyIsReleased) {
     ASSERT_TRUE(instrument.Xdotool({"keydown", "z"}));
     ASSERT_TRUE(instrument.WaitForNoteMessages(1));

@@ -409,6 +409,22 @@ TEST_F(CPCKeyPlayerTest, ARepeatOfWhichOneHalfComesAfterTheKeyWasFoundUpPlaysNot
     EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
 }
 
+TEST_F(CPCKeyPlayerTest, APressWithinTheMillisecondOfItsReleasePlaysWhereTheKeyIsKnownToBeDown) {
+    Press(Key('Z', kScanZ));
+    const TPCKey struckAgain = Key('Z', kScanZ);
+    EXPECT_FALSE(player_.MayBeLateRepeat(struckAgain));
+    CActions actions;
+    player_.Release(struckAgain, actions);
+    EXPECT_FALSE(player_.MayBeLateRepeat(struckAgain)) << "the release waits for it";
+    player_.SettleUp(actions);
+    EXPECT_EQ(actions, CActions{Off(60)});
+    EXPECT_FALSE(player_.MayBeLateRepeat(Key('Z', kScanZ))) << "of another time";
+    EXPECT_TRUE(player_.MayBeLateRepeat(struckAgain));
+    player_.TakeAsStruck();
+    EXPECT_EQ(Press(struckAgain), CActions{On(60)});
+    EXPECT_EQ(Release(Key('Z', kScanZ)), CActions{Off(60)});
+}
+
 TEST_F(CPCKeyPlayerTest, AKeyThatWasFoundUpPlaysAtItsNextPress) {
     for (int turn = 0; turn < 3; ++turn) {
         EXPECT_EQ(Press(Key('Z', kScanZ)), CActions{On(60)});
