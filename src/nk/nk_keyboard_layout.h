@@ -52,6 +52,13 @@ struct TKeyboardLayout {
 /// Wayland, and while the server's keymap cannot be compiled. It asks the server as GetKeyboardLanguage() does. [any]
 std::shared_ptr<const TKeyboardLayout> GetKeyboardLayout();
 
+/// What an event of the X display, an xcb_generic_event_t of any connection, tells of the layouts. [any]
+enum class EKeyboardLayoutEvent { kNone, kOtherActive, kOtherLayouts };
+EKeyboardLayoutEvent GetKeyboardLayoutEvent(const void* event);
+
+/// Waits until what the X display has told before this call is read, so that GetKeyboardLayout() knows of it. [any]
+void SyncKeyboardLayout();
+
 /// The layouts of a keymap in XKB's text format, version 1, in their order; none when it cannot be compiled. Of the
 /// languages it tells English and Russian only. [any]
 std::vector<TKeyboardLayout> ReadKeyboardLayouts(const std::string& keymap);

@@ -21,7 +21,7 @@ class ComputerKeys : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int kPeriodMs = 250;  ///< how often it is looked whether the layout is another one
+    static constexpr int kPeriodMs = 250;  ///< of looking whether the layout is another one, where nobody tells
 
     using Layout = std::shared_ptr<const NK::TKeyboardLayout>;
     /// The active layout, null while it is not known; another object when it is another one. Waits for nothing.
@@ -30,6 +30,10 @@ public:
     explicit ComputerKeys(Source source, QObject* parent = nullptr);
 
     void setSource(Source source);
+    /// Looks whether the layout is another one, as is done each kPeriodMs.
+    void look();
+    /// From now on whoever knows of a change calls look().
+    void stopLooking() { timer_.stop(); }
     void setWay(NK::Piano::EPCKeyWay way) { way_ = way; }
 
     Layout layout() const { return source_(); }
@@ -48,7 +52,6 @@ signals:
     void layoutChanged();
 
 private:
-    void look();
     bool isByPlace(const Layout& layout) const;
 
     Source source_;

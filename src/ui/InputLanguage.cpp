@@ -3,6 +3,7 @@
 #include <qpa/qplatformnativeinterface.h>
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <utility>
 
 #include "nk/nk_wayland_keyboard.h"
 
@@ -13,34 +14,96 @@ bool IsOnWayland() {
     return QGuiApplication::platformName().startsWith("wayland");
 }
 
-NK::CWaylandKeyboard& GetWaylandKeyboard() {
-    static std::unique_ptr<NK::CWaylandKeyboard> keyboard;
-    if (!keyboard) {
-        void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
-        keyboard = std::make_unique<NK::CWaylandKeyboard>(static_cast<wl_display*>(display));
-        qAddPostRoutine([] { keyboard.reset(); });  // the connection goes with the application
+bool IsOnX11() {
+    return QGuiApplication::platformName() == "xcb";
+}
+
+/// One for the whole program, which ends with the application: so does the connection to the window system.
+template <class T, class Creator>
+T& GetOfApplication(Creator create) {
+    static std::unique_ptr<T> object;
+    if (!object) {
+        object.reset(create());
+        qAddPostRoutine([] { object.reset(); });
     }
-    return *keyboard;
+    return *object;
+}
+
+NK::CWaylandKeyboard& GetWaylandKeyboard() {
+    return GetOfApplication<NK::CWaylandKeyboard>([] {
+        void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
+        return new NK::CWaylandKeyboard(static_cast<wl_display*>(display));
+    });
 }
 
 }  // namespace
 
 NK::LanguageNumber GetInputLanguage() {
-    if (IsOnWayland()) {
-        const std::shared_ptr<const NK::TKeyboardLayout> layout = GetWaylandKeyboard().GetLayout();
-        if (layout && layout->language != NK::kLanguageUnknown) {
-            return layout->language;
-        }
-        return GetLanguageOfLocale(QGuiApplication::inputMethod()->locale());
+    if (!IsOnWayland() && !IsOnX11()) {
+        return NK::GetKeyboardLanguage();
     }
-    return NK::GetKeyboardLanguage();
+    const std::shared_ptr<const NK::TKeyboardLayout> layout = GetInputLayout();
+    if (layout && layout->language != NK::kLanguageUnknown) {
+        return layout->language;
+    }
+    return IsOnWayland() ? GetLanguageOfLocale(QGuiApplication::inputMethod()->locale()) : NK::kLanguageUnknown;
 }
 
 std::shared_ptr<const NK::TKeyboardLayout> GetInputLayout() {
-    if (IsOnWayland()) {
-        return GetWaylandKeyboard().GetLayout();
+    return InputLayoutWatch::Get().GetLayout();
+}
+
+InputLayoutWatch& InputLayoutWatch::Get() {
+    return GetOfApplication<InputLayoutWatch>([] { return new InputLayoutWatch; });
+}
+
+InputLayoutWatch::InputLayoutWatch() {
+    if (TellsAtOnce()) {
+        QCoreApplication::instance()->installNativeEventFilter(this);
     }
-    return QGuiApplication::platformName() == "xcb" ? NK::GetKeyboardLayout() : nullptr;
+}
+
+bool InputLayoutWatch::TellsAtOnce() {
+    return IsOnX11();
+}
+
+bool InputLayoutWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    switch (NK::GetKeyboardLayoutEvent(message)) {
+        case NK::EKeyboardLayoutEvent::kOtherActive:
+            ReadAnew();
+            break;
+        case NK::EKeyboardLayoutEvent::kOtherLayouts:  // told in many parts
+            if (!std::exchange(isToRead_, true)) {
+                QMetaObject::invokeMethod(this, &InputLayoutWatch::ReadAnew, Qt::QueuedConnection);
+            }
+            break;
+        case NK::EKeyboardLayoutEvent::kNone:
+            break;
+    }
+    return false;
+}
+
+void InputLayoutWatch::ReadAnew() {
+    isToRead_ = false;
+    NK::SyncKeyboardLayout();
+    GetLayout();
+}
+
+std::shared_ptr<const NK::TKeyboardLayout> InputLayoutWatch::GetLayout() {
+    std::shared_ptr<const NK::TKeyboardLayout> layout;
+    if (IsOnWayland()) {
+        layout = GetWaylandKeyboard().GetLayout();
+    } else if (IsOnX11()) {
+        layout = NK::GetKeyboardLayout();
+    }
+    if (layout != told_) {
+        told_ = layout;
+        QMetaObject::invokeMethod(this, &InputLayoutWatch::Changed, Qt::QueuedConnection);
+    }
+    return layout;
 }
 
 NK::LanguageNumber GetLanguageOfLocale(const QLocale& locale) {

@@ -56,6 +56,11 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     connect(&octaveOfferTimer_, &QTimer::timeout, this, &KivoraWidget::withdrawOctaveShift);
     connect(&panelTimer_, &QTimer::timeout, this, &KivoraWidget::timerTick);
     connect(computerKeys_.get(), &ComputerKeys::layoutChanged, this, &KivoraWidget::updateKeyNames);
+    const Kivora::InputLayoutWatch& layoutWatch = Kivora::InputLayoutWatch::Get();
+    connect(&layoutWatch, &Kivora::InputLayoutWatch::Changed, computerKeys_.get(), &ComputerKeys::look);
+    if (layoutWatch.TellsAtOnce()) {
+        computerKeys_->stopLooking();
+    }
     connect(relay_.get(), &MIDIEventRelay::MIDIMessageReady, this, &KivoraWidget::MIDIMessageSent);
     if (engine_ != nullptr) {
         connectEngine();

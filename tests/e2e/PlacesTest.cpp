@@ -95,6 +95,27 @@ TEST_F(Places, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
     EXPECT_EQ(instrument.GetNoteMessages().size(), 26U) << "four notes on and off three times, and the last one";
 }
 
+TEST_F(Places, AKeyThatRepeatsWhileLayoutsChangePlaysOnceAndEndsWithItsRelease) {
+    ASSERT_TRUE(instrument.Start());
+    UseLayout("us,fr,gr", ",,");
+    ASSERT_TRUE(instrument.RunOnDisplay("xset", {"r", "rate", "100", "100"}).isEmpty());
+    constexpr std::uint8_t kHeld[] = {24, 25};
+    for (std::size_t count = 0; count < 40; count += 4) {
+        for (const std::uint8_t code : kHeld) {
+            instrument.MoveKey(code, true);
+        }
+        ASSERT_TRUE(instrument.WaitForNoteMessages(count + 2));
+        for (std::uint8_t change = 1; change <= 60; ++change) {
+            instrument.LockLayout(change % 3);
+        }
+        for (const std::uint8_t code : kHeld) {
+            instrument.MoveKey(code, false);
+        }
+        ASSERT_TRUE(instrument.WaitForNoteMessages(count + 4)) << count;
+        ASSERT_EQ(instrument.GetNoteMessages().size(), count + 4);
+    }
+}
+
 TEST(PlacedKeys, AltWithThePlaceOfQEndsTheProgramOnGreek) {
     constexpr std::uint8_t kAlt = 64;
     constexpr std::uint8_t kScanQ = 24;

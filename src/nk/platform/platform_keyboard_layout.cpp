@@ -61,6 +61,7 @@ public:
 
     /// Null while it is not known.
     std::shared_ptr<const TKeyboardLayout> GetLayout() {
+        const std::lock_guard guard(mutex_);
         if (!usable_) {
             return nullptr;
         }
@@ -76,6 +77,33 @@ public:
             Choose();
         }
         return active_;
+    }
+
+    /// The display answers after it has told of all that was before.
+    void Sync() {
+        const std::lock_guard guard(mutex_);
+        if (usable_) {
+            std::free(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus_unchecked(connection_.get()),
+                                                nullptr));
+        }
+    }
+
+    EKeyboardLayoutEvent Classify(const xcb_generic_event_t& event) const {
+        const int type = event.response_type & 0x7F;
+        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+        if (usable_ && type == XCB_PROPERTY_NOTIFY && property.atom == namesAtom_) {
+            return EKeyboardLayoutEvent::kOtherLayouts;
+        }
+        if (!usable_ || type != xkbEvent_) {
+            return EKeyboardLayoutEvent::kNone;
+        }
+        if (state.xkbType == XCB_XKB_NEW_KEYBOARD_NOTIFY || state.xkbType == XCB_XKB_MAP_NOTIFY) {
+            return EKeyboardLayoutEvent::kOtherLayouts;
+        }
+        const bool isOtherGroup =
+            state.xkbType == XCB_XKB_STATE_NOTIFY && (state.changed & XCB_XKB_STATE_PART_GROUP_STATE) != 0;
+        return isOtherGroup ? EKeyboardLayoutEvent::kOtherActive : EKeyboardLayoutEvent::kNone;
     }
 
 private:
@@ -151,6 +179,7 @@ private:
                 static_cast<std::size_t>(xcb_get_property_value_length(property.get()))};
     }
 
+    std::mutex mutex_;
     ConnectionPointer connection_;
     XkbContextPointer context_;
     std::vector<TKeyboardLayout> layouts_;  ///< of the server's keymap
@@ -169,6 +198,15 @@ bool IsSet(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
+/// Null where no X display is named, and on Wayland.
+CKeyboardDisplay* FindDisplay() {
+    if (!IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY")) {
+        return nullptr;
+    }
+    static CKeyboardDisplay display;
+    return &display;
+}
+
 }  // namespace
 
 char32_t GetCharacterOfKeySymbol(std::uint32_t keySymbol) noexcept {
@@ -176,13 +214,20 @@ char32_t GetCharacterOfKeySymbol(std::uint32_t keySymbol) noexcept {
 }
 
 std::shared_ptr<const TKeyboardLayout> GetKeyboardLayout() {
-    if (!IsSet("DISPLAY") || IsSet("WAYLAND_DISPLAY")) {
-        return nullptr;
+    CKeyboardDisplay* const display = FindDisplay();
+    return display != nullptr ? display->GetLayout() : nullptr;
+}
+
+EKeyboardLayoutEvent GetKeyboardLayoutEvent(const void* event) {
+    const CKeyboardDisplay* const display = FindDisplay();
+    return display != nullptr ? display->Classify(*static_cast<const xcb_generic_event_t*>(event))
+                              : EKeyboardLayoutEvent::kNone;
+}
+
+void SyncKeyboardLayout() {
+    if (CKeyboardDisplay* const display = FindDisplay()) {
+        display->Sync();
     }
-    static std::mutex mutex;
-    const std::lock_guard guard(mutex);
-    static CKeyboardDisplay display;
-    return display.GetLayout();
 }
 
 LanguageNumber GetKeyboardLanguage() {
