@@ -58,16 +58,23 @@ std::int64_t PlayedPassages::GetAgeMs(Range range) const {
 
 CaptureStore::View PlayedPassages::GetTake(Range range) const {
     const std::size_t start = GetStart(range);
-    LibMidi::ChannelState before = content_.before;
+    LibMidi::ChannelState state = content_.before;
     for (std::size_t i = 0; i < start; ++i) {
-        before.Follow(content_.events[i].message);
+        state.Follow(content_.events[i].message);
     }
     CaptureStore take;
-    before.VisitAll([&take](TMIDIMessage message) { take.Append({0, message}); });
+    std::uint32_t time = 0;
+    const LibMidi::ChannelState::Visit append = [&](TMIDIMessage message) { take.Append({time, message}); };
+    state.VisitAll(append);
     const std::int64_t startMs = content_.events[start].timeMs;
     for (std::size_t i = start; i < end_; ++i) {
         const PlayedEvent& event = content_.events[i];
-        take.Append({static_cast<std::uint32_t>(event.timeMs - startMs), event.message});
+        time = static_cast<std::uint32_t>(event.timeMs - startMs);
+        append(event.message);
+        if (event.message.status == TMIDIMessage::kSystemReset) {
+            state.VisitReset(append);  // a file has no system reset
+        }
+        state.Follow(event.message);
     }
     return CloseTake(take.GetView(), static_cast<std::uint32_t>(content_.nowMs - startMs));
 }

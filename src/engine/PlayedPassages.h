@@ -28,8 +28,8 @@ public:
     int GetLengthMs(Range range) const;
     /// How long ago its first note began, ms.
     std::int64_t GetAgeMs(Range range) const;
-    /// As a take: the state of the channels before its first note stands at 0, and what is held is ended at the moment
-    /// when the content was taken.
+    /// As a take: the state of the channels before its first note stands at 0, what a reset of the synthesizer sets
+    /// back is set back, and what is held is ended at the moment when the content was taken.
     LibMidi::CaptureStore::View GetTake(Range range) const;
     /// Writes it as recordings are written. False when the file could not be written: then an older one of that name is
     /// as it was.

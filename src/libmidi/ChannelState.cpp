@@ -23,6 +23,26 @@ constexpr std::uint8_t kResetControllers = 121;
 /// What "reset all controllers" brings to rest, by RP-015.
 constexpr std::array<std::uint8_t, 7> kResting{1, 11, 64, 65, 66, 67, 69};
 
+/// Of controllers that are not 0 after a reset; the reverb's by General MIDI level 2, the rest as usual.
+constexpr std::uint8_t AfterReset(std::size_t number) {
+    switch (number) {
+        case 7:
+            return 100;
+        case 11:
+            return 127;
+        case 91:
+            return 40;
+        case 8:
+        case 10:
+            return 64;
+        default:
+            return number >= 70 && number <= 79 ? 64 : 0;
+    }
+}
+
+/// The bend range, two semitones, and the tunings' middle.
+constexpr std::array<std::array<std::uint8_t, 2>, 3> kParametersAfterReset{{{2, 0}, {64, 0}, {64, 0}}};
+
 /// Controllers that say what others mean, or where they belong.
 bool IsSelecting(std::size_t number) {
     return number == kBankHigh || number == kBankLow || number == kDataHigh || number == kDataLow ||
@@ -91,6 +111,39 @@ void ChannelState::Follow(TMIDIMessage message) noexcept {
 void ChannelState::VisitAll(const Visit& visit) const {
     for (std::size_t i = 0; i < channels_.size(); ++i) {
         VisitChannel(channels_[i], static_cast<std::uint8_t>(i + 1), visit);
+    }
+}
+
+ChannelState::Channel ChannelState::AtReset(const Channel& channel) noexcept {
+    Channel reset;
+    const auto bring = [](std::uint8_t& to, std::uint8_t from, std::uint8_t value) {
+        to = from == kUnset ? kUnset : value;
+    };
+    for (std::size_t number = 0; number < kControllers; ++number) {
+        bring(reset.controllers[number], channel.controllers[number], AfterReset(number));
+    }
+    for (std::size_t parameter = 0; parameter < kParameters; ++parameter) {
+        for (std::size_t part = 0; part < 2; ++part) {
+            bring(reset.parameters[parameter][part], channel.parameters[parameter][part],
+                  kParametersAfterReset[parameter][part]);
+        }
+    }
+    bring(reset.program, channel.program, 0);
+    bring(reset.pressure, channel.pressure, 0);
+    constexpr std::uint8_t kWheelMiddle = 64;
+    bring(reset.wheelLow, channel.wheelLow, 0);
+    bring(reset.wheelHigh, channel.wheelHigh, kWheelMiddle);
+    return reset;
+}
+
+void ChannelState::VisitReset(const Visit& visit) const {
+    for (std::size_t i = 0; i < channels_.size(); ++i) {
+        const Channel& channel = channels_[i];
+        if (!(channel == Channel())) {
+            const auto number = static_cast<std::uint8_t>(i + 1);
+            visit({TMIDIMessage::kControlChange, number, kResetControllers, 0});
+            VisitChannel(AtReset(channel), number, visit);
+        }
     }
 }
 

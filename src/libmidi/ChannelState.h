@@ -19,6 +19,9 @@ public:
     /// Visits what brings a device that was reset to this state: of each channel the banks before the program, and what
     /// was never set not at all.
     void VisitAll(const Visit& visit) const;
+    /// Visits what brings a device in this state to that of one that was reset: "reset all controllers", and whatever
+    /// was set at what it is after a reset.
+    void VisitReset(const Visit& visit) const;
 
 private:
     static constexpr std::uint8_t kUnset = 0xFF;
@@ -31,6 +34,7 @@ private:
         void Control(std::uint8_t number, std::uint8_t value) noexcept;
         void ResetControllers() noexcept;
         bool HasParameter() const noexcept { return parameterHigh == 0 && parameterLow < kParameters; }
+        bool operator==(const Channel&) const = default;
 
         std::array<std::uint8_t, kControllers> controllers;
         std::array<std::array<std::uint8_t, 2>, kParameters> parameters{
@@ -44,6 +48,8 @@ private:
     };
 
     static void VisitChannel(const Channel& channel, std::uint8_t number, const Visit& visit);
+    /// What is set, at what it is after a reset.
+    static Channel AtReset(const Channel& channel) noexcept;
 
     std::array<Channel, 16> channels_;
 };

@@ -4,8 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
@@ -221,4 +224,32 @@ TEST_F(PlayedPassagesTest, WhatIsSetAfterTheLastSoundIsNoPartOfIt) {
     const std::vector<SavedEvent> saved = Save(Range::kAll);
     ASSERT_FALSE(saved.empty());
     EXPECT_LT(saved.back().tick, 2000) << "no ten minutes of silence at its end";
+}
+
+TEST_F(PlayedPassagesTest, APanicSetsInTheFileBackWhatItSetsBackOnTheSynthesizer) {
+    Engine().SetInputPortByName(kKeyboard);
+    rig.GetKeyboard().Deliver(0xB0, 1, 90);
+    rig.GetKeyboard().Deliver(0xB0, 10, 20);
+    rig.GetKeyboard().Deliver(0xE0, 0, 127);
+    Play(60);
+    Pass(500);
+    front->Panic();
+    Pass(1000);
+    Play(62);
+    const std::vector<SavedEvent> saved = Save(Range::kAll);
+    const auto second = std::find_if(saved.begin(), saved.end(),
+                                     [](const SavedEvent& event) { return event.status == 0x90 && event.data1 == 62; });
+    ASSERT_NE(second, saved.end());
+    std::map<std::pair<int, int>, std::pair<int, int>> last;
+    bool isReset = false;
+    for (auto event = saved.begin(); event != second; ++event) {
+        const bool isController = (event->status & 0xF0) == 0xB0;
+        last[{event->status, isController ? event->data1 : 0}] = {event->data1, event->data2};
+        isReset = isReset || (event->status == 0xB0 && event->data1 == 121);
+    }
+    EXPECT_TRUE(isReset);
+    EXPECT_EQ((last[{0xB0, 1}]), std::pair(1, 0));
+    EXPECT_EQ((last[{0xB0, 10}]), std::pair(10, 64));
+    EXPECT_EQ((last[{0xE0, 0}]), std::pair(0, 64));
+    EXPECT_EQ((last[{0xB0, 7}]), std::pair(7, 100)) << "which the panic sent";
 }
