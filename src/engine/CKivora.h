@@ -260,6 +260,9 @@ public:
     /// How the metronome is heard. Another number of beats begins a new bar; MetronomeChanged().
     void SetClick(const ClickSettings& settings);
     ClickSettings GetClick() const;
+    /// Opens the built-in synthesizer for the click where that has it to itself, again after it has failed, as soon as
+    /// it can be played; closes what is not wanted any more. Not under the engine's lock: it may take a while. [gui]
+    void LookAtClick();
     /// Begins a new bar, and counts in from it if the settings say so, until then or StopRecording().
     void BeginCountIn();
     bool IsCountingIn() const;
@@ -408,6 +411,8 @@ private:
     bool KeepsThroughRescan(LibMidi::MIDIPort* port) NK_REQUIRES(lock_);
     /// What is gone takes no endings, and a write that it refuses would keep it from being opened again.
     void LoseOutput(bool isGone) NK_REQUIRES(lock_);
+    /// The open output, or where none is open the one that would be opened; null otherwise.
+    LibMidi::MIDIOutPort* FindWantedOutput() NK_REQUIRES(lock_);
     /// The open one, or where none is open the wanted one of a fixed set; null otherwise.
     LibMidi::MIDIOutPort* FindWatchedOutput();
     bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
@@ -424,7 +429,11 @@ private:
     void ParkOrRunTicks() NK_REQUIRES(lock_);
     /// Where the click is to be heard; null for nowhere.
     LibMidi::MIDIPlayerQueue* GetClickQueue() NK_REQUIRES(lock_);
-    void UpdateClickOutput() NK_REQUIRES(lock_);
+    void StoreClick(const ClickSettings& settings) NK_REQUIRES(lock_);
+    /// The port that the click wants for itself; null for none.
+    LibMidi::MIDIOutPort* FindClickPort() NK_REQUIRES(lock_);
+    /// Before the port is another one's, or goes; null is none.
+    void CloseClickOn(const LibMidi::MIDIOutPort* port) NK_REQUIRES(lock_);
 
     void WriteSettings(NK::CIniFile& file);
     void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);

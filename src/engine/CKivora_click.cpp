@@ -1,4 +1,6 @@
 // The metronome that is heard.
+#include <utility>
+
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "nk/nk_thread_role.h"
@@ -19,14 +21,18 @@ void CKivora::SetClick(const ClickSettings& settings) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
         const Hold hold(*this);
-        extras_->click.SetSettings(settings);
-        if (settings.beatsPerBar != clock_.beatsPerBar) {
-            clock_.beatsPerBar = settings.beatsPerBar;
-            RestartClock();
-        }
-        UpdateClickOutput();
+        StoreClick(settings);
     }
     emit MetronomeChanged();
+    LookAtClick();
+}
+
+void CKivora::StoreClick(const ClickSettings& settings) {
+    extras_->click.SetSettings(settings);
+    if (settings.beatsPerBar != clock_.beatsPerBar) {
+        clock_.beatsPerBar = settings.beatsPerBar;
+        RestartClock();
+    }
 }
 
 std::optional<int> CKivora::Tap() {
@@ -52,19 +58,58 @@ bool CKivora::IsCountingIn() const {
 LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {
     const bool isOnSink = extras_->click.GetSettings().sound == ClickSettings::Sound::kOutput ||
                           (outputPort_ != nullptr && outputPort_->GetName() == kSynthPort);
-    return isOnSink ? sink_.get() : extras_->clickOutput.GetQueue();
+    if (isOnSink) {
+        return sink_.get();
+    }
+    return extras_->clickOutput ? extras_->clickOutput->GetQueue() : nullptr;
 }
 
-void CKivora::UpdateClickOutput() {
-    const bool isWanted = extras_->click.GetSettings().sound == ClickSettings::Sound::kSynth &&
-                          (outputPort_ == nullptr || outputPort_->GetName() != kSynthPort);
-    if (isWanted == extras_->clickOutput.IsOpen()) {
+LibMidi::MIDIOutPort* CKivora::FindClickPort() {
+    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
+    if (ports == nullptr || extras_->click.GetSettings().sound != ClickSettings::Sound::kSynth) {
+        return nullptr;
+    }
+    LibMidi::MIDIOutPort* const port = ports->FindOutputByName(kSynthPort);
+    return port != FindWantedOutput() ? port : nullptr;
+}
+
+void CKivora::LookAtClick() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    std::unique_ptr<ClickOutput> former;  // goes without the lock, as it waits for its device
+    LibMidi::MIDIOutPort* port = nullptr;
+    bool plays = false;
+    {
+        const Hold hold(*this);
+        std::unique_ptr<ClickOutput>& output = extras_->clickOutput;
+        port = FindClickPort();
+        if (output && &output->GetPort() != port) {
+            former = std::move(output);
+        }
+        plays = output && !output->HasFailed();
+    }
+    former.reset();
+    if (port == nullptr) {
         return;
     }
-    extras_->clickOutput.Close();
-    const LibMidi::MIDIPortContainer* const ports = isWanted && factory_ ? factory_->GetPortList() : nullptr;
-    if (LibMidi::MIDIOutPort* const port = ports != nullptr ? ports->FindOutputByName(kSynthPort) : nullptr) {
-        extras_->clickOutput.Open(*port, dependencies_.createPlayer(), timeSource_);
+    // Without the lock: what these take is the system's matter, and only this thread opens and closes ports.
+    const LibMidi::DeviceState state = port->LookAtDevice();
+    const bool isThere = state == LibMidi::DeviceState::kWorks || state == LibMidi::DeviceState::kBack;
+    if (!isThere || (plays && state == LibMidi::DeviceState::kWorks)) {
+        return;
+    }
+    {
+        const Hold hold(*this);
+        former = std::move(extras_->clickOutput);
+    }
+    former.reset();
+    std::unique_ptr<ClickOutput> opened = ClickOutput::Open(*port, dependencies_.createPlayer(), timeSource_);
+    const Hold hold(*this);
+    extras_->clickOutput = std::move(opened);
+}
+
+void CKivora::CloseClickOn(const LibMidi::MIDIOutPort* port) {
+    if (extras_->clickOutput && &extras_->clickOutput->GetPort() == port) {
+        extras_->clickOutput.reset();
     }
 }
 

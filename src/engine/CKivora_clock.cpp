@@ -36,7 +36,8 @@ void CKivora::SetTempoInBar(int beatsPerMinute) {
             return;
         }
         // The arpeggiators count in ticks, which a place in the bar has at every tempo: they need no word of it.
-        const auto elapsed = static_cast<std::int64_t>(std::llround(beats * clock_.BeatLength()));
+        // Never before that place: a beat that has begun would begin again.
+        const auto elapsed = static_cast<std::int64_t>(std::ceil(beats * clock_.BeatLength()));
         clockStartMs_ = dependencies_.wallClockMs() - elapsed;
         SetClockPosition(clock_, elapsed);
     }

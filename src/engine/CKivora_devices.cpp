@@ -58,18 +58,21 @@ DeviceState CKivora::LookAtOutput() {
     return state;
 }
 
-LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
-    const Hold hold(*this);
-    if (IsReady()) {
+LibMidi::MIDIOutPort* CKivora::FindWantedOutput() {
+    if (outputPort_ != nullptr) {
         return outputPort_;
     }
     const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
     const int index = outputPortName_.IsEmpty() ? FindDefaultOutputPort() : outputNames_.Find(outputPortName_);
-    LibMidi::MIDIOutPort* const port =
-        ports != nullptr && index >= 0
-            ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
-            : nullptr;
-    return factory_ && factory_->StaysThroughRescan(port) ? port : nullptr;
+    return ports != nullptr && index >= 0
+               ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
+               : nullptr;
+}
+
+LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
+    const Hold hold(*this);
+    LibMidi::MIDIOutPort* const port = FindWantedOutput();
+    return IsReady() || (factory_ && factory_->StaysThroughRescan(port)) ? port : nullptr;
 }
 
 DeviceState CKivora::LookAtInput() {
@@ -158,7 +161,15 @@ void CKivora::EndStrandedNotes() {
     }
     bool ended = true;
     if (port == outputPort_) {
-        stranded_.VisitEnds([&sink = *sink_](NK::MIDI::TMIDIMessage ending) { sink.SendMessage(ending, 0); });
+        stranded_.VisitEnds([&sink = *sink_, &click = extras_->click](NK::MIDI::TMIDIMessage ending) {
+            if (click.IsNote(ending)) {
+                LibMidi::SynthEventBase aside(LibMidi::MIDIEvent::FromMessage(ending, 0));
+                aside.isAside = true;
+                sink.Queue(aside);
+            } else {
+                sink.SendMessage(ending, 0);
+            }
+        });
     } else if (!factory_->IsFixed(port)) {  // what a fixed port plays through was made anew, and nothing sounds there
         ended = port->Open() == LibMidi::kSuccess;
         if (ended) {
@@ -181,7 +192,7 @@ void CKivora::EndStrandedNotesAtLast() {
         return;
     }
     CloseInputPort();
-    extras_->clickOutput.Close();
+    extras_->clickOutput.reset();
     if (!factory_->IsFixed(outputPort_)) {
         CloseOutputPort();
     }

@@ -88,7 +88,7 @@ void CKivora::ShutdownMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
     StopRecording();
-    extras_->clickOutput.Close();
+    extras_->clickOutput.reset();
     player_.reset();
     sink_.reset();
     CloseInputPort();
@@ -105,7 +105,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
         Fail(tr("Attempt to set a NULL port as out."));
     }
     CloseOutputPort();
-    extras_->clickOutput.Close();  // it may be on the same port
+    CloseClickOn(port);
     if (!player_ || port->Open() != LibMidi::kSuccess) {
         Fail(tr("Failed to open output MIDI port."));
     }
@@ -123,7 +123,6 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     ResetSynth();
     emit SynthSet();
     SendPatches();
-    UpdateClickOutput();
 }
 
 void CKivora::CloseOutputPort() {
@@ -280,7 +279,9 @@ bool CKivora::RescanPorts() {
     if (!outputStays && outputPort_ != nullptr) {
         CloseOutputPort();
     }
-    extras_->clickOutput.Close();
+    if (extras_->clickOutput && !factory_->StaysThroughRescan(&extras_->clickOutput->GetPort())) {
+        extras_->clickOutput.reset();
+    }
     const bool found = factory_->Rescan() && factory_->HasPorts();
     ListPortNames();
     std::exception_ptr failure;
@@ -302,7 +303,6 @@ bool CKivora::RescanPorts() {
         attempt([this] { SetInputPortByName(NK::CString(GetInputPortName())); });
     }
     inputLost_ = inputLost_ || (inputWasLost && inputPort_.load() == nullptr);
-    UpdateClickOutput();
     if (failure) {
         std::rethrow_exception(failure);
     }

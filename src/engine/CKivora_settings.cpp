@@ -124,7 +124,7 @@ bool CKivora::LoadSettings() {
         const Hold hold(*this);
         ApplySettings(settings);
         extras_->ReadSettings(file);
-        SetClick(ClickSettings::Read(file));
+        StoreClick(ClickSettings::Read(file));
         LoadVoiceSettings(file, Settings::kSection);
         ResetSynth();
     }

@@ -22,6 +22,13 @@ void Click::BeginCountIn(const NK::MIDI::MusicalClock& clock) {
     }
 }
 
+bool Click::IsNote(NK::MIDI::TMIDIMessage message) const {
+    const bool isNote =
+        message.status == NK::MIDI::TMIDIMessage::kNoteOn || message.status == NK::MIDI::TMIDIMessage::kNoteOff;
+    return isNote && settings_.sound != ClickSettings::Sound::kSilent && message.channel == kChannel + 1 &&
+           (message.data1 == settings_.barNote || message.data1 == settings_.beatNote);
+}
+
 void Click::Play(const NK::MIDI::MusicalClock& clock, LibMidi::MIDIPlayerQueue* queue) {
     const int beat = GetBeat(clock);
     if (beat == lastBeat_) {

@@ -3,6 +3,7 @@
 
 #include "engine/ClickSettings.h"
 #include "midi/MusicalClock.h"
+#include "midi/TMIDIMessage.h"
 
 namespace LibMidi {
 class MIDIPlayerQueue;
@@ -31,6 +32,8 @@ public:
     bool NeedsTick() const {
         return settings_.sound != ClickSettings::Sound::kSilent && (metronome_ || IsCountingIn());
     }
+    /// Whether a message on the output is about one of its notes.
+    bool IsNote(NK::MIDI::TMIDIMessage message) const;
     /// The clock has been set to the beginning of a bar, whose beat is to be heard.
     void Restart() { lastBeat_ = kNoBeat; }
     /// Plays the beat that has begun since the last call, if any. The queue may be null. Allocates nothing once warm.

@@ -11,34 +11,31 @@ namespace {
 constexpr NK::MIDI::TMIDIMessage kReset{NK::MIDI::TMIDIMessage::kSystemReset, 0, 0, 0};
 }
 
-bool ClickOutput::Open(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player, NK::CTimeSource& time) {
-    Close();
+ClickOutput::ClickOutput(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player)
+    : port_(port), player_(std::move(player)), sink_(player_->GetSink()) {
+}
+
+std::unique_ptr<ClickOutput> ClickOutput::Open(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player,
+                                               NK::CTimeSource& time) {
     if (!player || port.Open() != LibMidi::kSuccess) {
-        return false;
+        return nullptr;
     }
     player->SetTimeSource(&time);
     player->AttachOutput(&port);
     if (!player->Start()) {
         port.Close();
-        return false;
+        return nullptr;
     }
-    sink_ = player->GetSink();
-    player_ = std::move(player);
-    port_ = &port;
-    return true;
+    return std::unique_ptr<ClickOutput>(new ClickOutput(port, std::move(player)));
 }
 
-void ClickOutput::Close() {
-    if (!player_) {
-        return;
-    }
+ClickOutput::~ClickOutput() {
     player_->Stop();
     sink_.reset();
     player_.reset();
     const auto reset = LibMidi::MIDIEvent::FromMessage(kReset, 0);
-    port_->Write(&reset, 1);
-    port_->Close();
-    port_ = nullptr;
+    port_.Write(&reset, 1);
+    port_.Close();
 }
 
 }  // namespace Kivora

@@ -13,21 +13,23 @@ namespace Kivora {
 /// otherwise.
 class ClickOutput {
 public:
-    ClickOutput() = default;
-    /// What sounds is ended.
-    ~ClickOutput() { Close(); }
+    /// Null when the port does not open or the player, which may be null, does not start.
+    static std::unique_ptr<ClickOutput> Open(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player,
+                                             NK::CTimeSource& time);
+    /// What sounds is ended, and the port closed.
+    ~ClickOutput();
     ClickOutput(const ClickOutput&) = delete;
     ClickOutput& operator=(const ClickOutput&) = delete;
 
-    /// Closed first. Whether it plays now; the player may be null.
-    bool Open(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player, NK::CTimeSource& time);
-    void Close();
-    bool IsOpen() const { return player_ != nullptr; }
-    /// Null while it is closed. Under the lock under which it is opened and closed. [tick]
-    LibMidi::MIDIPlayerQueue* GetQueue() const { return sink_.get(); }
+    LibMidi::MIDIOutPort& GetPort() const { return port_; }
+    /// Nothing plays any more.
+    bool HasFailed() const { return player_->HasWriteFailed(); }
+    LibMidi::MIDIPlayerQueue* GetQueue() const { return sink_.get(); }  ///< never null; [tick]
 
 private:
-    LibMidi::MIDIOutPort* port_ = nullptr;
+    ClickOutput(LibMidi::MIDIOutPort& port, std::unique_ptr<LibMidi::MIDIPlayer> player);
+
+    LibMidi::MIDIOutPort& port_;
     std::unique_ptr<LibMidi::MIDIPlayer> player_;
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_;
 };

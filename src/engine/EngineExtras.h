@@ -27,10 +27,11 @@ struct EngineExtras {
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
 
-    Click click;              ///< its settings are set by CKivora::SetClick()
-    ClickOutput clickOutput;  ///< open while the click has the built-in synthesizer to itself
+    Click click;  ///< its settings are set by CKivora::SetClick()
+    /// While the click has the built-in synthesizer to itself, see CKivora::LookAtClick(); null otherwise.
+    std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
-    VelocityMap velocity;          ///< of the notes of the input port
+    VelocityMap velocity;  ///< of the notes of the input port
     bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not

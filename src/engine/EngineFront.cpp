@@ -92,7 +92,7 @@ void EngineFront::PrevPatch(int slot) {
 
 void EngineFront::TapTempo() {
     if (const std::optional<int> tempo = engine_.Tap()) {
-        ChangeTempo(*tempo);
+        engine_.SetTempoInBar(*tempo);
     }
 }
 

@@ -49,7 +49,7 @@ public:
     /// turned does not keep it silent.
     void TempoUp() { StepTempo(1); }
     void TempoDown() { StepTempo(-1); }
-    /// From the second call on to the tempo of the calls; in the same way.
+    /// From the second call on to the tempo of the calls. The place in the bar stays: no new bar begins.
     void TapTempo();
     /// Calls `change` with the arpeggiator under the engine's lock. Afterwards notes are ended if it is bypassed or
     /// listens otherwise than before, and a gate of 0 is raised. Throws what `change` and CKivora::WithArpeggiator()

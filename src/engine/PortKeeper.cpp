@@ -53,6 +53,7 @@ void PortKeeper::Look() {
     const bool inputLostBefore = engine.IsInputLost();
     LookAtOutput();
     LookAtInput();
+    front_.GetEngine().LookAtClick();
     if (GetOutputState() != outputBefore || engine.IsInputLost() != inputLostBefore) {
         emit StateChanged();
     }

@@ -8,7 +8,8 @@
 namespace Kivora {
 
 /// Looks at the devices of the open ports and opens again what was lost and is back, where that disturbs nothing; an
-/// output that could not be opened, because its sound server did not run for example, is opened when it can be. [gui]
+/// output that could not be opened, because its sound server did not run for example, is opened when it can be. So is
+/// what the click has to itself. [gui]
 class PortKeeper : public QObject {
     Q_OBJECT
 

@@ -4,11 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
 #include <memory>
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "engine/PlayedPassages.h"
+#include "engine/PortKeeper.h"
 #include "engine/TapTempo.h"
 #include "support/AllocationCounter.h"
 #include "support/Files.h"
@@ -51,8 +54,34 @@ protected:
         return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
     }
 
+    /// The click alone on kSynth, everything else on kOtherSynth. The rig's player is the output's.
+    void HearAlone() {
+        ASSERT_TRUE(front->SetOutputPortByIndex(1));
+        FakePlayer* const player = rig.player;
+        Hear(Sound::kSynth);
+        clickPlayer = rig.player;
+        ASSERT_NE(player, clickPlayer) << "one of its own";
+        rig.player = player;
+        Engine().SetMetronome(true);
+    }
+    /// Whether a bar that begins now is heard on kSynth by the click's own player.
+    bool IsHeardAlone() {
+        rig.TakeWritten(kSynth);
+        Engine().RestartClock();
+        FakePlayer* const player = rig.player;
+        for (int i = 0; i < 10; ++i) {
+            rig.time.AdvanceMs(1);
+            Engine().OnTimer(0);
+            clickPlayer->RunRound();
+        }
+        rig.player = player;
+        return Count(rig.GetDevice(kSynth).TakeWritten(), bar) == 1;
+    }
+    void SetState(const wchar_t* device, LibMidi::DeviceState state) { rig.GetDevice(device).state = state; }
+
     EngineRig rig;
     std::unique_ptr<Kivora::EngineFront> front;
+    FakePlayer* clickPlayer = nullptr;
     const std::string bar = "99 4c 64";
     const std::string beat = "99 4d 4b";
     const std::string barOff = "89 4c 00";
@@ -149,7 +178,7 @@ TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {
     rig.TakeWritten(kSynth);
     FakePlayer* const player = rig.player;
     Hear(Sound::kSynth);
-    FakePlayer* const clickPlayer = rig.player;
+    clickPlayer = rig.player;
     ASSERT_NE(player, clickPlayer) << "one of its own";
     Engine().SetMetronome(true);
     Engine().RestartClock();
@@ -273,4 +302,133 @@ TEST_F(ClickTest, NoBeatSoundsOnceTheFrontHasClosed) {
     Run(10);
     const Lines after = Run(3000);
     EXPECT_EQ(Count(after, bar) + Count(after, beat), 0U);
+}
+
+TEST_F(ClickTest, OnTheSynthesizerAloneItComesBackWhenItsAudioDoes) {
+    HearAlone();
+    Kivora::PortKeeper keeper(*front);
+    FakePlayer* const player = rig.player;
+    EXPECT_TRUE(IsHeardAlone());
+    keeper.Look();
+    EXPECT_EQ(rig.GetDevice(kSynth).openCount, 2) << "what plays is left alone";
+    rig.GetDevice(kSynth).failsToWrite = true;
+    IsHeardAlone();
+    SetState(kSynth, LibMidi::DeviceState::kLost);
+    keeper.Look();
+    EXPECT_EQ(rig.GetDevice(kSynth).openAttempts, 2) << "there is nothing to be opened yet";
+    rig.GetDevice(kSynth).failsToWrite = false;
+    SetState(kSynth, LibMidi::DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, LibMidi::DeviceState::kWorks);
+    clickPlayer = rig.player;
+    ASSERT_NE(clickPlayer, nullptr);
+    rig.player = player;
+    EXPECT_TRUE(IsHeardAlone());
+    EXPECT_FALSE(Engine().IsOutputLost());
+}
+
+TEST_F(ClickTest, OnTheSynthesizerAloneAnOutputThatDoesNotOpenLeavesItPlaying) {
+    rig.backend.Plug(L"Broken", LibMidi::kOutput).failsToOpen = true;
+    ASSERT_TRUE(front->RescanPorts());
+    HearAlone();
+    EXPECT_THROW(Engine().SetOutputPortByName(L"Broken"), NK::CException);
+    EXPECT_TRUE(IsHeardAlone());
+}
+
+TEST_F(ClickTest, OnTheSynthesizerAloneItComesBackWhenTheSynthesizerDidNotOpenAsTheOutput) {
+    HearAlone();
+    FakePlayer* const player = rig.player;
+    rig.GetDevice(kSynth).failsToOpen = true;
+    EXPECT_THROW(Engine().SetOutputPortByName(kSynth), NK::CException);
+    rig.GetDevice(kSynth).failsToOpen = false;
+    Kivora::PortKeeper keeper(*front);
+    keeper.Look();
+    clickPlayer = rig.player;
+    ASSERT_NE(clickPlayer, nullptr);
+    rig.player = player;
+    EXPECT_TRUE(IsHeardAlone());
+}
+
+TEST_F(ClickTest, OnTheSynthesizerAloneARescanLeavesItPlaying) {
+    rig.backend.fixed = true;
+    HearAlone();
+    const int opened = rig.GetDevice(kSynth).openCount;
+    ASSERT_TRUE(front->RescanPorts());
+    EXPECT_EQ(rig.GetDevice(kSynth).openCount, opened);
+    EXPECT_TRUE(IsHeardAlone());
+}
+
+TEST_F(ClickTest, NobodyWaitsForTheSynthesizerThatIsOpenedForTheClick) {
+    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    std::vector<std::future<int>> others;
+    const auto asks = std::make_shared<bool>(false);
+    rig.backend.log = [this, &others, asks](const std::string& line) {
+        if (*asks) {
+            others.push_back(std::async(std::launch::async, [this] { return Engine().GetTempo(); }));
+            EXPECT_EQ(others.back().wait_for(std::chrono::minutes(1)), std::future_status::ready) << line;
+        }
+    };
+    ASSERT_TRUE(front->RescanPorts()) << "the ports of this set have that log";
+    *asks = true;
+    Hear(Sound::kSynth);
+    Hear(Sound::kOutput);
+    *asks = false;
+    EXPECT_EQ(others.size(), 2U) << "opened and closed";
+}
+
+TEST_F(ClickTest, TheEndOfAClickWhoseDeviceWentIsInNoRecording) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    ASSERT_TRUE(front->StartRecording());
+    Engine().PlayNoteOn(60, 100);
+    Engine().RestartClock();
+    rig.Run(5);
+    SetState(kSynth, LibMidi::DeviceState::kLost);
+    Kivora::PortKeeper keeper(*front);
+    keeper.Look();
+    ASSERT_TRUE(Engine().IsOutputLost());
+    rig.TakeWritten();
+    SetState(kSynth, LibMidi::DeviceState::kBack);
+    keeper.Look();
+    SetState(kSynth, LibMidi::DeviceState::kWorks);
+    EXPECT_THAT(rig.TakeWritten(), Contains(barOff)) << "on the device it may sound on";
+    Lines recorded;
+    Engine().GetCapture()->VisitCaptured(0, [&](const LibMidi::CapturedEvent& event) {
+        recorded.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
+    });
+    EXPECT_EQ(Count(recorded, barOff), 0U);
+    const auto played = Engine().WithExtras([](auto& extras) { return extras.played->Get(); });
+    for (const LibMidi::PlayedEvent& event : played.events) {
+        EXPECT_NE(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)), barOff);
+    }
+}
+
+TEST_F(ClickTest, ATapChangesTheTempoAndTheNextClickKeepsToTheBeat) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    Engine().RestartClock();
+    Run(2300);  // into the third beat by three tenths
+    front->TapTempo();
+    EXPECT_THAT(Run(500), IsEmpty());
+    front->TapTempo();
+    EXPECT_EQ(Engine().GetTempo(), 120);
+    EXPECT_EQ(Engine().GetMusicalClock().beat, 2);
+    EXPECT_THAT(Run(95), IsEmpty()) << "no new bar";
+    EXPECT_THAT(Run(60), ElementsAre(beat, beatOff)) << "where four fifths of the beat at 60 have become one of 120";
+    EXPECT_THAT(Run(500), ElementsAre(bar, barOff));
+}
+
+TEST_F(ClickTest, ATempoThatChangesAsABeatBeginsDoesNotBeginItAgain) {
+    Hear(Sound::kOutput);
+    Engine().SetMetronome(true);
+    for (int tempo = Kivora::CKivora::kMinTempo; tempo <= Kivora::CKivora::kMaxTempo; ++tempo) {
+        Engine().SetTempo(60);
+        Engine().RestartClock();
+        rig.Run(3001);
+        const auto before = Engine().GetMusicalClock();
+        ASSERT_EQ(before.beat, 3);
+        Engine().SetTempoInBar(tempo);
+        const auto after = Engine().GetMusicalClock();
+        ASSERT_EQ(std::pair(after.bar, after.beat), std::pair(before.bar, before.beat)) << tempo;
+    }
 }
