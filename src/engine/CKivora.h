@@ -82,8 +82,8 @@ public:
     CKivora(const CKivora&) = delete;
     CKivora& operator=(const CKivora&) = delete;
 
-    // Playing. A note's slot is 2 in split mode below note 60, else 0, by the untransposed note. What is played is
-    // emitted untransposed and unscaled on the slot's channel as OnMIDIEvent; what is delivered, if ready, is
+    // Playing. A note's slot is 2 in split mode below the split point, else 0, by the untransposed note. What is played
+    // is emitted untransposed and unscaled on the slot's channel as OnMIDIEvent; what is delivered, if ready, is
     // transposed, folded into 0..127 and scaled, and goes through the slot's arpeggiator. In dual mode slot 0's notes
     // are delivered for slot 1 too.
     void PlayNoteOn(std::uint8_t note, std::uint8_t velocity);
@@ -98,6 +98,9 @@ public:
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
     void SetSplit(bool on);
+    /// The lowest note of the main voice in split mode, kept in 1..127. When it changes: AllNotesOff() in split mode,
+    /// then VoiceSettingsChanged().
+    void SetSplitPoint(int note);
     /// When the value changes: stores it, AllNotesOff(), ArpeggiatingChanged().
     void SetArpeggiating(bool on);
 
@@ -122,6 +125,7 @@ public:
     int VoiceChannel(int slot) const;        ///< 9 for a negative patch, else the slot
     bool IsDual() const;
     bool IsSplit() const;
+    int GetSplitPoint() const;
     bool IsArpeggiating() const;
     std::uint8_t GetVelocityLow() const;
     std::uint8_t GetVelocityNormal() const;
@@ -350,7 +354,7 @@ signals:
     void SynthSet();                ///< an output was opened, or the synthesizer reset
     void PatchChanged();            ///< program changes were sent, or patch names are to be shown anew
     void RecordingStateChanged();
-    void VoiceSettingsChanged();  ///< volume or transposition stepped
+    void VoiceSettingsChanged();  ///< volume or transposition stepped, or the split point moved
     void KeyTranslationSettingChanged();
     void KeyboardDisplayChanged();
     void PresetChanged();

@@ -35,6 +35,19 @@ void CKivora::SetSplit(bool on) {
     AllNotesOff();
 }
 
+void CKivora::SetSplitPoint(int note) {
+    const Hold hold(*this);
+    const int wanted = std::clamp(note, VoiceSlots::kLowestSplit, VoiceSlots::kHighestSplit);
+    if (wanted == voices_.splitPoint) {
+        return;
+    }
+    voices_.splitPoint = wanted;
+    if (voices_.split) {
+        AllNotesOff();
+    }
+    emit VoiceSettingsChanged();
+}
+
 void CKivora::SetArpeggiating(bool on) {
     const Hold hold(*this);
     if (on == arpeggiating_) {
@@ -175,6 +188,11 @@ bool CKivora::IsDual() const {
 bool CKivora::IsSplit() const {
     const CLockGuard guard(lock_);
     return voices_.split;
+}
+
+int CKivora::GetSplitPoint() const {
+    const CLockGuard guard(lock_);
+    return voices_.splitPoint;
 }
 
 bool CKivora::IsArpeggiating() const {

@@ -39,6 +39,7 @@ public:
     void Panic();
 
     void SetVoiceMode(bool dual, bool split);
+    void SetSplitPoint(int note) { engine_.SetSplitPoint(note); }
     void SetPatch(int patch, int slot);
     void NextPatch(int slot);
     void PrevPatch(int slot);

@@ -11,7 +11,9 @@ namespace Kivora {
 class VoiceSlots {
 public:
     static constexpr int kCount = 3;
-    static constexpr int kSplitPoint = 60;        ///< notes below it belong to the bass
+    static constexpr int kSplitPoint = 60;  ///< of a fresh one: middle C
+    static constexpr int kLowestSplit = 1;  ///< so that each of the two has a note
+    static constexpr int kHighestSplit = 127;
     static constexpr int kPercussionPatch = -1;   ///< selects the percussion kit
     static constexpr int kPercussionChannel = 9;  ///< 0-based (General MIDI system level 1)
     static constexpr int kLastPatch = 127;
@@ -19,7 +21,7 @@ public:
     /// 0-based: the percussion channel for a negative patch, else the slot's number.
     int GetChannel(int slot) const;
     /// The slot that plays a key: the bass below the split point in split mode, else the main voice.
-    int GetSlotOfNote(std::uint8_t note) const noexcept { return split && note < kSplitPoint ? 2 : 0; }
+    int GetSlotOfNote(std::uint8_t note) const noexcept { return split && note < splitPoint ? 2 : 0; }
     /// `note` transposed for the slot and folded into 0..127.
     std::uint8_t Transpose(std::uint8_t note, int slot) const;
     /// A velocity or pressure scaled by the slot's volume.
@@ -40,6 +42,7 @@ public:
     std::array<int, kCount> volume{100, 100, 100};           ///< 0..127; channel volume and velocity percentage
     bool dual = false;
     bool split = false;
+    int splitPoint = kSplitPoint;  ///< notes below it belong to the bass of split mode; kLowestSplit..kHighestSplit
 };
 
 }  // namespace Kivora

@@ -141,7 +141,7 @@ private:
             action(static_cast<std::size_t>(GetEngine().VoiceChannel(slot)),
                    static_cast<std::size_t>(Kivora::FoldNote(key + GetEngine().GetTranspose(slot))));
         };
-        const int slot = GetEngine().IsSplit() && key < 60 ? 2 : 0;
+        const int slot = GetEngine().IsSplit() && key < GetEngine().GetSplitPoint() ? 2 : 0;
         play(slot);
         if (slot == 0 && GetEngine().IsDual()) {
             play(1);
@@ -278,9 +278,9 @@ private:
 
     void ChangeSettings() {
         const int slot = Draw(3);
-        const int choice = Draw(12);
+        const int choice = Draw(13);
         Name("setting", choice);
-        if (choice < 3 || (choice > 4 && choice < 8)) {
+        if (choice < 3 || (choice > 4 && choice < 8) || choice == 11) {
             due_ = {};  // it may end all notes
         }
         switch (choice) {
@@ -315,6 +315,8 @@ private:
                 return GetEngine().SetClick({.sound = static_cast<Kivora::ClickSettings::Sound>(Draw(2)),
                                              .beatsPerBar = 1 + Draw(12),
                                              .countInBars = Draw(3)});
+            case 11:
+                return front_->SetSplitPoint(Draw(3) == 0 ? Draw(128) : 48 + Draw(24));
             default:
                 return Toss() ? GetEngine().VolumeUp(slot) : GetEngine().VolumeDown(slot);
         }
@@ -368,6 +370,7 @@ private:
     bool LoadPreset() {
         GetEngine().SetDual(Toss());
         GetEngine().SetSplit(Toss());
+        GetEngine().SetSplitPoint(Draw(3) == 0 ? 40 + Draw(40) : 60);
         for (int slot = 0; slot < 3; ++slot) {
             GetEngine().SetPatch(Draw(4) == 0 ? -1 : Draw(128), slot);
         }

@@ -81,6 +81,32 @@ TEST_F(Playing, SplitOnNote59GoesToChannel9WithANegativeBassPatch) {
     EXPECT_THAT(Written(), ElementsAre("99 3b 64"));
 }
 
+TEST_F(Playing, TheSplitPointIsWhereThePlayerPutsIt) {
+    engine.SetSplit(true);
+    engine.SetSplitPoint(48);
+    Forget();
+    engine.PlayNoteOn(47, 100);
+    EXPECT_THAT(Written(), ElementsAre("92 2f 64"));
+    engine.PlayPcKey(48, 2);
+    EXPECT_THAT(Written(), ElementsAre("90 30 7f"));
+    engine.SetSplitPoint(0);
+    EXPECT_EQ(engine.GetSplitPoint(), 1);
+    engine.SetSplitPoint(200);
+    EXPECT_EQ(engine.GetSplitPoint(), 127);
+}
+
+TEST_F(Playing, ASplitPointThatMovesEndsWhatSoundsInSplitModeAlone) {
+    engine.SetSplitPoint(55);
+    EXPECT_THAT(Written(), IsEmpty());
+    EXPECT_THAT(signalLog.Take(), ElementsAre("VoiceSettingsChanged"));
+    engine.SetSplit(true);
+    Forget();
+    engine.SetSplitPoint(55);
+    EXPECT_THAT(Written(), IsEmpty()) << "where it is";
+    engine.SetSplitPoint(62);
+    EXPECT_THAT(Written(), UnorderedElementsAre("b0 7b 00", "b1 7b 00", "b2 7b 00"));
+}
+
 TEST_F(Playing, TheSplitTestUsesTheUntransposedNote) {
     engine.SetSplit(true);
     SetTranspose(2, 5);

@@ -130,6 +130,24 @@ TEST_F(Presets, MissingKeysTakeTheirDefaultsButPatchesAndTheMetronomeStay) {
     EXPECT_FALSE(engine.IsMetronomeOn());
 }
 
+TEST_F(Presets, HoldTheSplitPointWhereItIsNotMiddleC) {
+    EXPECT_TRUE(engine.SavePreset(L"usual"));
+    EXPECT_EQ(ReadFileBytes(PathOf("usual")).find("SplitPoint"), std::string::npos);
+    engine.SetSplitPoint(52);
+    EXPECT_TRUE(engine.SavePreset(L"low"));
+    EXPECT_NE(ReadFileBytes(PathOf("low")).find("SplitPoint=52\n"), std::string::npos);
+    EXPECT_TRUE(engine.LoadPreset(L"usual", false));
+    EXPECT_EQ(engine.GetSplitPoint(), 60);
+    EXPECT_TRUE(engine.LoadPreset(L"low", false));
+    EXPECT_EQ(engine.GetSplitPoint(), 52);
+    Load("SplitPoint=0\n");
+    EXPECT_EQ(engine.GetSplitPoint(), 1);
+    Load("SplitPoint=128\n");
+    EXPECT_EQ(engine.GetSplitPoint(), 127);
+    Load("SplitPoint=C4\n");
+    EXPECT_EQ(engine.GetSplitPoint(), 60);
+}
+
 TEST_F(Presets, UnreadableValuesCountAsMissing) {
     engine.SetPatch(7, 0);
     Load("Dual=maybe\nPatch0=piano\nVolume0=\nTempo=99999999999999\nTranspose0=0x\n");

@@ -54,6 +54,14 @@ TEST(OfflineEngine, SendsTheNotesThroughSplitAndLayers) {
                 ElementsAre("1: 92 3b 64", "2: 90 3c 64", "2: 91 3d 64", "3: 82 3b 40", "4: 80 3c 40", "4: 81 3d 40"));
 }
 
+TEST(OfflineEngine, SplitsWhereThePlayerPutTheSplitPoint) {
+    RenderRig rig;
+    rig.GetEngine().SetSplit(true);
+    rig.GetEngine().SetSplitPoint(64);
+    EXPECT_THAT(ListNotes(rig.Play(Piece().Note(1, 63).Note(2, 64).Off(3, 63).Off(4, 64))),
+                ElementsAre("1: 92 3f 64", "2: 90 40 64", "3: 82 3f 40", "4: 80 40 40"));
+}
+
 TEST(OfflineEngine, SendsPedalsAndWheelsToEveryVoice) {
     RenderRig rig;
     const std::vector<std::string> lines =
