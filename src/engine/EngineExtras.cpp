@@ -29,11 +29,15 @@ void EngineExtras::ReadSettings(NK::CIniFile& file) {
     played->SetOn(ReadExtraInt(file, {kPlayedSection, kKeep, 1}) != 0);
     velocity.SetCurve(VelocityCurve::Read(file));
     heightIsVelocity = ReadExtraInt(file, kHeightIsVelocity) != 0;
+    patches = PatchShelf::Read(file);
+    presets = RecentPresets::Read(file);
 }
 
 void EngineExtras::WriteSettings(NK::CIniFile& file) const {
     click.GetSettings().Write(file);
     velocity.GetCurve().Write(file);
+    patches.Write(file);
+    presets.Write(file);
     WriteExtraInt(file, kHeightIsVelocity, heightIsVelocity ? 1 : 0);
     WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);
 }

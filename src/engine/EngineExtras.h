@@ -5,6 +5,8 @@
 
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
+#include "engine/PatchShelf.h"
+#include "engine/RecentPresets.h"
 #include "engine/TapTempo.h"
 #include "engine/VelocityCurve.h"
 #include "nk/nk_ini_file.h"
@@ -32,6 +34,8 @@ struct EngineExtras {
     std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
     VelocityMap velocity;  ///< of the notes of the input port
+    PatchShelf patches;
+    RecentPresets presets;
     bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not

@@ -1,0 +1,42 @@
+// Which presets were used last.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "nk/nk_ini_file.h"
+#include "nk/nk_string.h"
+
+namespace Kivora {
+
+/// The presets that were loaded or saved last, the latest first, and whether lists of presets are sorted by that. Plain
+/// value; whoever owns one says what guards it.
+class RecentPresets {
+public:
+    static constexpr std::size_t kMost = 100;
+
+    void Note(const NK::CString& name, bool factory);
+    /// 0 for the latest; GetCount() for one that is not known.
+    std::size_t GetPlace(const NK::CString& name, bool factory) const;
+    std::size_t GetCount() const { return presets_.size(); }
+
+    bool sortsByUse = false;
+
+    bool operator==(const RecentPresets&) const = default;
+
+    /// From and to a section of its own, which is added where there is something to be kept.
+    static RecentPresets Read(NK::CIniFile& file);
+    void Write(NK::CIniFile& file) const;
+
+private:
+    struct Preset {
+        NK::CString name;
+        bool factory = false;
+
+        bool operator==(const Preset&) const = default;
+    };
+
+    std::vector<Preset> presets_;
+};
+
+}  // namespace Kivora
