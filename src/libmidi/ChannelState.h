@@ -16,6 +16,10 @@ public:
     using Visit = std::function<void(NK::MIDI::TMIDIMessage message)>;
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
+    /// As if `message` had set what it sets to the value that a device has there after a reset (General MIDI 2).
+    void FollowAtRest(NK::MIDI::TMIDIMessage message) noexcept;
+    /// Takes from `other` what is not set here.
+    void TakeUnsetFrom(const ChannelState& other) noexcept;
     /// Visits what brings a device that was reset to this state: of each channel the banks before the program, and what
     /// was never set not at all.
     void VisitAll(const Visit& visit) const;
@@ -33,6 +37,8 @@ private:
         Channel() noexcept { controllers.fill(kUnset); }
         void Control(std::uint8_t number, std::uint8_t value) noexcept;
         void ResetControllers() noexcept;
+        void TakeUnsetFrom(const Channel& other) noexcept;
+        std::uint8_t GetRest(std::uint8_t number) const noexcept;
         bool HasParameter() const noexcept { return parameterHigh == 0 && parameterLow < kParameters; }
         bool operator==(const Channel&) const = default;
 

@@ -73,3 +73,54 @@ TEST(ChannelState, ResetAllControllersLeavesVolumeAndProgram) {
                             {0xB0, 1, 121, 0}}),
                 ElementsAre(TMIDIMessage{0xC0, 1, 5, 0}, TMIDIMessage{0xB0, 1, 7, 90}));
 }
+
+TEST(ChannelState, WhatIsSetAnywhereHasTheValueOfADeviceAfterAReset) {
+    ChannelState rest;
+    for (const TMIDIMessage message : Messages{{0xB0, 1, 7, 5},
+                                               {0xB0, 1, 10, 5},
+                                               {0xB0, 1, 11, 5},
+                                               {0xB0, 1, 1, 5},
+                                               {0xB0, 1, 74, 5},
+                                               {0xB0, 1, 101, 0},
+                                               {0xB0, 1, 100, 0},
+                                               {0xB0, 1, 6, 12},
+                                               {0xB0, 1, 121, 0},
+                                               {0xC0, 1, 40, 0},
+                                               {0xD0, 1, 9, 0},
+                                               {0xE0, 1, 9, 9},
+                                               {0x90, 1, 60, 100},
+                                               {0xB0, 0, 7, 5}}) {
+        rest.FollowAtRest(message);
+    }
+    Messages all;
+    rest.VisitAll([&all](TMIDIMessage message) { all.push_back(message); });
+    EXPECT_THAT(all, testing::UnorderedElementsAreArray(Messages{{0xB0, 1, 7, 100},
+                                                                 {0xB0, 1, 10, 64},
+                                                                 {0xB0, 1, 11, 127},
+                                                                 {0xB0, 1, 1, 0},
+                                                                 {0xB0, 1, 74, 64},
+                                                                 {0xB0, 1, 101, 0},
+                                                                 {0xB0, 1, 100, 0},
+                                                                 {0xB0, 1, 6, 2},
+                                                                 {0xB0, 1, 101, 0},
+                                                                 {0xB0, 1, 100, 0},
+                                                                 {0xC0, 1, 0, 0},
+                                                                 {0xD0, 1, 0, 0},
+                                                                 {0xE0, 1, 0, 64}}));
+}
+
+TEST(ChannelState, WhatIsNotSetIsTakenFromAnotherState) {
+    ChannelState other;
+    for (const TMIDIMessage message :
+         Messages{{0xB0, 2, 7, 5}, {0xB0, 2, 1, 6}, {0xC0, 2, 7, 0}, {0xE0, 2, 8, 9}, {0xD0, 3, 1, 0}}) {
+        other.Follow(message);
+    }
+    ChannelState state;
+    state.Follow({0xB0, 2, 7, 99});
+    state.Follow({0xE0, 2, 1, 2});
+    state.TakeUnsetFrom(other);
+    Messages all;
+    state.VisitAll([&all](TMIDIMessage message) { all.push_back(message); });
+    EXPECT_THAT(all, ElementsAre(TMIDIMessage{0xC0, 2, 7, 0}, TMIDIMessage{0xB0, 2, 1, 6}, TMIDIMessage{0xB0, 2, 7, 99},
+                                 TMIDIMessage{0xE0, 2, 1, 2}, TMIDIMessage{0xD0, 3, 1, 0}));
+}
