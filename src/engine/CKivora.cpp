@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "engine/EngineExtras.h"
+#include "engine/SongPlayback.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_steady_clock.h"
 #include "nk/nk_thread_role.h"
@@ -17,6 +18,7 @@ CKivora::CKivora(EngineDependencies dependencies)
         tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
         tickTimer_->SetName(L"tick");
     }
+    extras_->song->SetShow([this](NK::MIDI::TMIDIMessage message) { Show(message); });
     InitMidi();
     connect(&indicatorTimer_, &QTimer::timeout, this, &CKivora::onMetronomeTimer);
     SetUIColor(GetDefaultUIColor());

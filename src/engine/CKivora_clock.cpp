@@ -5,6 +5,7 @@
 #include "engine/CKivora.h"
 #include "engine/ClockPosition.h"
 #include "engine/EngineExtras.h"
+#include "engine/SongPlayback.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -139,8 +140,8 @@ bool CKivora::IsArpeggioHeld() const {
 }
 
 bool CKivora::NeedsTicks() const {
-    return IsArpeggioHeld() || extras_->click.NeedsTick() || (sink_ && sink_->IsCapturing()) || IsFailureUntold() ||
-           (player_ && !playerTellsFailure_);
+    return IsArpeggioHeld() || extras_->click.NeedsTick() || extras_->song->NeedsTick() ||
+           (sink_ && sink_->IsCapturing()) || IsFailureUntold() || (player_ && !playerTellsFailure_);
 }
 
 void CKivora::ParkOrRunTicks() {
@@ -201,6 +202,10 @@ void CKivora::OnTimer(std::uint32_t) {
             PlayArpeggiators();
         }
         extras_->click.Play(clock_, GetClickQueue());
+        if (extras_->song->Tick(dependencies_.wallClockMs())) {
+            SendPatches();
+            SendVolumes();
+        }
     }
     if (lost) {
         emit OutputLost();

@@ -1,6 +1,7 @@
 // Devices that are lost and come back while their ports are open.
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
+#include "engine/SongPlayback.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -17,6 +18,7 @@ void CKivora::LoseOutput(bool isGone) {
     outputLost_ = true;
     EndLatched();  // else it would begin by itself when the output comes back
     sink_->LoseOutput();
+    extras_->song->Pause();
     sink_->Clear();
     if (!follower_) {
         return;

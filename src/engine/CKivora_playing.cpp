@@ -1,5 +1,7 @@
 // What a key press becomes on its way to the sink.
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
+#include "engine/SongPlayback.h"
 
 namespace Kivora {
 
@@ -111,6 +113,7 @@ void CKivora::ResetSynth() {
         return;
     }
     ResetArpeggiators();
+    extras_->song->Interrupt();
     AllNotesOff();
     StopRecording();
     const NK::MIDI::TMIDIMessage reset{kSystemReset, 0, 0, 0};

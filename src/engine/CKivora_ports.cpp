@@ -6,6 +6,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/PortSelection.h"
+#include "engine/SongPlayback.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
@@ -56,6 +57,7 @@ void CKivora::InitMidi() {
     sink_ = player_->GetSink();
     sink_->SetKeepsOrder(keepsOrder_);
     sink_->SetHistory(extras_->played);
+    extras_->song->SetQueue(sink_);
     ListPortNames();
 }
 
@@ -89,6 +91,7 @@ void CKivora::ShutdownMidi() {
     const Hold hold(*this);
     StopRecording();
     extras_->clickOutput.reset();
+    extras_->song->SetQueue(nullptr);
     player_.reset();
     sink_.reset();
     CloseInputPort();

@@ -1,6 +1,7 @@
 #include "engine/EngineExtras.h"
 
 #include "engine/ExtraKey.h"
+#include "engine/SongPlayback.h"
 #include "libmidi/PlayedHistory.h"
 
 namespace Kivora {
@@ -11,7 +12,8 @@ constexpr const wchar_t* kKeep = L"Keep";
 constexpr ExtraKey kHeightIsVelocity{L"Kivora_Screen", L"HeightIsVelocity", 1};
 }  // namespace
 
-EngineExtras::EngineExtras() : played(std::make_shared<LibMidi::PlayedHistory>()) {
+EngineExtras::EngineExtras()
+    : played(std::make_shared<LibMidi::PlayedHistory>()), song(std::make_unique<SongPlayback>()) {
     played->SetOn(true);
 }
 

@@ -17,6 +17,8 @@ class PlayedHistory;
 
 namespace Kivora {
 
+class SongPlayback;
+
 /// Each part is off, or out of the way, until the player wants it: then nothing is played, sent or saved otherwise than
 /// without it. Guarded by the engine's lock, see CKivora::WithExtras(); what a pointer refers to says itself what
 /// guards it.
@@ -28,6 +30,9 @@ struct EngineExtras {
     const std::shared_ptr<LibMidi::PlayedHistory> played;
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
+
+    /// What is played back; never null. Its commands stand in EngineFront and SongPlayer.
+    const std::unique_ptr<SongPlayback> song;
 
     Click click;  ///< its settings are set by CKivora::SetClick()
     /// While the click has the built-in synthesizer to itself, see CKivora::LookAtClick(); null otherwise.

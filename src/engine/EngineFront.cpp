@@ -1,6 +1,7 @@
 #include "engine/EngineFront.h"
 
 #include "engine/EngineExtras.h"
+#include "engine/SongPlayback.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
@@ -44,6 +45,29 @@ void EngineFront::RestorePedal(std::uint8_t value) {
     }
 }
 
+void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
+    engine_.WithLock([&] {
+        const bool played = engine_.WithExtras([&end](EngineExtras& extras) {
+            const bool plays = extras.song->NeedsTick();
+            end(*extras.song);
+            return plays;
+        });
+        if (played) {
+            engine_.SendPatches();
+            engine_.SendVolumes();
+            RestorePedal(pedal_);
+        }
+    });
+}
+
+void EngineFront::PauseSong() {
+    EndSong([](SongPlayback& song) { song.Pause(); });
+}
+
+void EngineFront::StopSong() {
+    EndSong([](SongPlayback& song) { song.Stop(); });
+}
+
 void EngineFront::AllNotesOff() {
     engine_.WithLock([&] {
         const std::uint8_t pedal = pedal_;
@@ -54,6 +78,7 @@ void EngineFront::AllNotesOff() {
 
 void EngineFront::Panic() {
     engine_.WithLock([&] {
+        StopSong();
         Silence();
         engine_.ResetSynth();
     });
@@ -285,6 +310,7 @@ bool EngineFront::StopRecording() {
 
 void EngineFront::FallSilent() {
     engine_.WithLock([&] {
+        PauseSong();
         engine_.ReleaseInputKeys();
         Silence();
     });
@@ -292,6 +318,7 @@ void EngineFront::FallSilent() {
 
 void EngineFront::Close() {
     engine_.WithLock([&] {
+        StopSong();
         // The indicators go on, which tell what is saved; but no beat is to sound after the silence.
         engine_.WithExtras([](EngineExtras& extras) {
             extras.click.SetMetronome(false);

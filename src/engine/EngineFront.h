@@ -11,6 +11,8 @@
 
 namespace Kivora {
 
+class SongPlayback;
+
 /// Stands between the controls and the engine wherever an operation of the engine, which sends what its rules say and
 /// nothing else, could leave a note sounding whose key is up; docs/hung-notes.md lists the places. What is not here is
 /// called on the engine itself.
@@ -35,7 +37,12 @@ public:
     void SetSustain(bool on) { engine_.SetSustain(on); }
     /// Ends every note; the pedal stays as it is.
     void AllNotesOff();
-    /// Ends every note, lifts the pedal for good and resets the synthesizer, which takes about 150 ms.
+    /// Pauses or stops what is played back, if anything is; the panel's voices are as they were before, and so is a
+    /// pedal that is not at rest.
+    void PauseSong();
+    void StopSong();
+    /// Stops what is played back, ends every note, lifts the pedal for good and resets the synthesizer, which takes
+    /// about 150 ms.
     void Panic();
 
     void SetVoiceMode(bool dual, bool split);
@@ -83,7 +90,8 @@ public:
     /// What was played before is let out into the recording first. Ends nothing that sounds.
     bool StopRecording();
 
-    /// Ends every note and lifts every pedal for good, those of the input too, and lets the player write it.
+    /// Pauses what is played back, ends every note and lifts every pedal for good, those of the input too, and lets the
+    /// player write it.
     void FallSilent();
     /// Closes the input, ends every note and lets the player write it; what could not be ended on a lost output is
     /// tried once more. Before the engine is destroyed.
@@ -92,6 +100,7 @@ public:
 private:
     void Silence();
     void RestorePedal(std::uint8_t value);
+    void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
     void ChangeTempo(int tempo);
     bool IsArpeggioPlaying();

@@ -16,7 +16,7 @@
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"
-#include "unit/engine/EngineRig.h"
+#include "unit/engine/SongRig.h"
 
 using namespace KivoraTest;
 
@@ -29,7 +29,7 @@ using Keys = std::bitset<128>;
 /// Plays an instrument at random and knows which keys and pedals are down.
 class Musician {
 public:
-    explicit Musician(std::uint32_t seed) : random_(seed) {
+    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0) {
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
             GetOutput(i).keepsWritten = false;
             GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
@@ -46,8 +46,10 @@ public:
             Play();
         } else if (choice < 63) {
             MovePedal();
-        } else if (choice < 78) {
+        } else if (choice < 75) {
             ChangeSettings();
+        } else if (choice < 78) {
+            PlayBack();
         } else if (choice < 90) {
             Name("time");
             rig_.Run(1 + Draw(20));
@@ -96,6 +98,7 @@ private:
     void Begin() {
         rig_.Create();
         front_ = std::make_unique<Kivora::EngineFront>(GetEngine());
+        song_ = std::make_unique<Kivora::SongPlayer>(*front_);
         rig_.backend.defaultInput = kKeyboard;
         front_->OpenPorts();
         screen_.reset();
@@ -331,6 +334,59 @@ private:
         }
     }
 
+    /// Something is played back, on channels that no voice has, or on all of them: then a held key may be ended by the
+    /// song's note-off.
+    void PlayBack() {
+        using Song = Kivora::SongPlayer;
+        const int choice = Draw(9);
+        Name("song", choice);
+        switch (choice) {
+            case 0:
+                return song_->Open(DrawSong());
+            case 1:
+                return song_->Pause();
+            case 2:
+                return song_->Stop();
+            case 3:
+                return song_->Seek(Draw(2200) * 1000);
+            case 4:
+                return song_->SetLoop(Toss() ? std::nullopt : std::optional(Song::Loop{Draw(1000) * 1000, 1'500'000}));
+            case 5:
+                song_->SetTempo(25 + Draw(176));
+                return song_->SetTransposition(Draw(49) - 24);
+            default:
+                if (!song_->GetSong()) {
+                    song_->Open(DrawSong());
+                }
+                song_->Play();
+        }
+    }
+
+    std::shared_ptr<const Kivora::Song> DrawSong() {
+        static constexpr std::uint8_t kKinds[] = {0x80, 0x90, 0x90, 0x90, 0xA0, 0xB0, 0xB0, 0xC0, 0xD0, 0xE0};
+        static constexpr std::uint8_t kControllers[] = {0,  1,  6,  7,   11,  32,  64,  64,
+                                                        66, 67, 69, 100, 101, 120, 121, 123};
+        static constexpr std::uint8_t kFree[] = {4, 5, 6, 7, 8, 9, 11, 12, 13, 14, 15, 16};
+        std::vector<TimedMessage> messages;
+        for (int i = Draw(300); i > 0; --i) {
+            const std::uint8_t status = kKinds[Draw(10)];
+            const auto channel = static_cast<std::uint8_t>(sharesChannels_ ? 1 + Draw(16) : kFree[Draw(12)]);
+            const std::uint8_t first = status == 0xB0 ? kControllers[Draw(16)] : DrawNote();
+            const auto second = static_cast<std::uint8_t>(Draw(3) == 0 ? 0 : Draw(128));
+            messages.push_back({Draw(2000), {status, channel, first, second}});
+        }
+        return MakeSong(std::move(messages), 2000);
+    }
+
+    /// While nothing is played back: what that has begun has ended.
+    void PauseSong() {
+        isSongPaused_ = song_->GetStatus().state == Kivora::SongPlayer::State::kPlaying;
+        song_->Pause();
+        if (sharesChannels_) {
+            due_ = {};
+        }
+    }
+
     void ActRarely() {
         const int choice = Draw(60);
         due_ = {};
@@ -460,6 +516,7 @@ private:
     void Close() {
         Name("close");
         front_->Close();
+        song_.reset();
         front_.reset();
         rig_.engine.reset();
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
@@ -531,6 +588,7 @@ private:
     /// Once everything is written and what the arpeggiators play has ended, what is held sounds and nothing else.
     void CheckAtRest() {
         Name("rest");
+        PauseSong();
         rig_.Run(2);
         GetEngine().EndTimedNotes();
         rig_.RunPlayer();
@@ -556,11 +614,15 @@ private:
                 Fail("the sostenuto pedal hangs");
             }
         }
+        if (isSongPaused_ && Toss()) {
+            song_->Play();
+        }
     }
 
     /// Every key and pedal goes up; then nothing sounds, and for the longest step of an arpeggio nothing is played.
     void LetGo() {
         Name("let go");
+        song_->Stop();
         FakeInPort* const input = GetInput();
         for (int i = 0; i < 128; ++i) {
             const auto note = static_cast<std::uint8_t>(i);
@@ -605,6 +667,9 @@ private:
     bool isSentKnown_ = false;                       ///< whether it can be compared with what the open output sounds
     std::array<Keys, SynthModel::kChannels> due_{};  ///< what must sound
     std::unique_ptr<Kivora::EngineFront> front_;
+    std::unique_ptr<Kivora::SongPlayer> song_;
+    const bool sharesChannels_;  ///< what is played back, with the voices
+    bool isSongPaused_ = false;  ///< at the last rest
     Keys screen_;
     Keys computer_;
     Keys external_;

@@ -1,0 +1,50 @@
+#include "engine/Song.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/RecordedTrack.h"
+
+namespace Kivora {
+
+using NK::MIDI::CMIDIMessageX;
+
+Song::Song(NK::MIDI::SMFContent file) : events_(std::move(file.events)) {
+    Begin(file.lengthUs);
+}
+
+Song::Song(const LibMidi::CaptureStore::View& take) {
+    VisitRecordedTrack(take, [this](const CMIDIMessageX& event) {
+        if (event.kind == CMIDIMessageX::kShort) {
+            const auto ms = static_cast<std::uint32_t>(std::max(event.time, 0));
+            events_.push_back({std::int64_t{ms} * 1000, ms, 0, event.message});
+        }
+    });
+    Begin(0);
+}
+
+void Song::Begin(std::int64_t lengthUs) {
+    const auto isLate = [](const Event& event) { return event.timeUs > kLongestUs; };
+    events_.erase(std::find_if(events_.begin(), events_.end(), isLate), events_.end());
+    lengthUs_ = std::min(std::max(lengthUs, IsEmpty() ? 0 : events_.back().timeUs), kLongestUs);
+    for (const Event& event : events_) {
+        rest_.FollowAtRest(event.message);
+    }
+}
+
+std::size_t Song::FindEvent(std::int64_t timeUs) const {
+    const auto found = std::lower_bound(events_.begin(), events_.end(), timeUs,
+                                        [](const Event& event, std::int64_t sought) { return event.timeUs < sought; });
+    return static_cast<std::size_t>(found - events_.begin());
+}
+
+void Song::VisitState(std::size_t event, const Visit& visit) const {
+    LibMidi::ChannelState state;
+    for (std::size_t i = 0; i < event; ++i) {
+        state.Follow(events_[i].message);
+    }
+    state.TakeUnsetFrom(rest_);
+    state.VisitAll(visit);
+}
+
+}  // namespace Kivora

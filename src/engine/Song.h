@@ -1,0 +1,49 @@
+// A piece that can be played back.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "libmidi/CaptureStore.h"
+#include "libmidi/ChannelState.h"
+#include "midi/reader/SMFContent.h"
+
+namespace Kivora {
+
+/// Channel messages in the order of their times. Immutable, so that threads may share it. [any]
+class Song {
+public:
+    using Event = NK::MIDI::SMFEvent;
+    using Visit = LibMidi::ChannelState::Visit;
+
+    /// What comes later is left out.
+    static constexpr std::int64_t kLongestUs = std::int64_t{6} * 60 * 60 * 1000 * 1000;
+
+    /// Of what is whole in a file.
+    explicit Song(NK::MIDI::SMFContent file);
+    /// Of a take, with the times that it has in its file.
+    explicit Song(const LibMidi::CaptureStore::View& take);
+
+    bool IsEmpty() const { return events_.empty(); }
+    const std::vector<Event>& GetEvents() const { return events_; }
+    /// Not before the last event.
+    std::int64_t GetLengthUs() const { return lengthUs_; }
+    /// The first event that is not before that time; the number of events if all are.
+    std::size_t FindEvent(std::int64_t timeUs) const;
+    /// Visits what brings a device from wherever in the song, or from something else, to the state in which that event
+    /// finds it, apart from notes: whatever the song sets anywhere has the value that was set last before the event, or
+    /// the one that devices have after a reset. What the song never sets is not visited.
+    void VisitState(std::size_t event, const Visit& visit) const;
+    /// The same for a device that is to play something else: nothing that the song has set is left.
+    void VisitRest(const Visit& visit) const { rest_.VisitAll(visit); }
+
+private:
+    void Begin(std::int64_t lengthUs);
+
+    std::vector<Event> events_;
+    std::int64_t lengthUs_ = 0;
+    LibMidi::ChannelState rest_;  ///< of everything that is set anywhere, after a reset
+};
+
+}  // namespace Kivora

@@ -1,0 +1,225 @@
+#include "engine/SongPlayback.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/NoteFolding.h"
+#include "engine/Song.h"
+#include "libmidi/MIDIPlayerQueue.h"
+
+namespace Kivora {
+
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+
+constexpr std::uint8_t kPercussion = 10;
+// MIDI 1.0, table III.
+constexpr std::uint8_t kFirstMode = 120;
+constexpr std::uint8_t kResetControllers = 121;
+constexpr std::uint8_t kLocalControl = 122;
+constexpr std::int64_t kUsPerMsAndPercent = 10;
+
+}  // namespace
+
+void SongPlayback::SetQueue(std::shared_ptr<LibMidi::MIDIPlayerQueue> queue) {
+    Pause();
+    queue_ = std::move(queue);
+}
+
+void SongPlayback::Load(std::shared_ptr<const Song> song) {
+    Stop();
+    song_ = std::move(song);
+    loop_.reset();
+    tempoPercent_ = 100;
+    transposition_ = 0;
+}
+
+bool SongPlayback::Play() {
+    if (!song_ || song_->IsEmpty() || !queue_) {
+        return false;
+    }
+    if (state_ != State::kPlaying) {
+        if (positionUs_ >= song_->GetLengthUs()) {
+            GoTo(0);
+        }
+        state_ = State::kPlaying;
+        stateDue_ = true;
+        lastMs_.reset();
+    }
+    return true;
+}
+
+void SongPlayback::Pause() {
+    if (state_ == State::kPlaying) {
+        state_ = State::kPaused;
+        End();
+        song_->VisitRest([this](TMIDIMessage message) { Send(message); });
+    }
+}
+
+void SongPlayback::Stop() {
+    Pause();
+    state_ = State::kStopped;
+    GoTo(0);
+}
+
+void SongPlayback::Seek(std::int64_t positionUs) {
+    Interrupt();
+    GoTo(std::clamp<std::int64_t>(positionUs, 0, song_ ? song_->GetLengthUs() : 0));
+}
+
+void SongPlayback::SetLoop(std::optional<Loop> loop) {
+    if (loop && song_) {
+        loop->beginUs = std::max<std::int64_t>(loop->beginUs, 0);
+        loop->endUs = std::min(loop->endUs, song_->GetLengthUs());
+    }
+    loop_ = loop && song_ && loop->endUs - loop->beginUs >= kShortestLoopUs ? loop : std::nullopt;
+}
+
+void SongPlayback::SetTempo(int percent) {
+    tempoPercent_ = std::clamp(percent, kSlowestPercent, kFastestPercent);
+}
+
+void SongPlayback::SetTransposition(int semitones) {
+    transposition_ = std::clamp(semitones, -kMostTransposition, kMostTransposition);
+}
+
+void SongPlayback::Interrupt() {
+    if (state_ == State::kPlaying) {
+        End();
+        stateDue_ = true;
+    }
+}
+
+void SongPlayback::GoTo(std::int64_t positionUs) {
+    positionUs_ = positionUs;
+    next_ = song_ ? song_->FindEvent(positionUs) : 0;
+}
+
+bool SongPlayback::Tick(std::int64_t nowMs) {
+    if (state_ != State::kPlaying) {
+        return false;
+    }
+    const std::int64_t passedMs = nowMs - std::exchange(lastMs_, nowMs).value_or(nowMs);
+    if (std::exchange(stateDue_, false)) {
+        SendState();
+    }
+    std::int64_t target = positionUs_;
+    if (passedMs > 0 && passedMs <= kLongestGapMs) {
+        target += passedMs * tempoPercent_ * kUsPerMsAndPercent;
+    }
+    if (loop_ && positionUs_ < loop_->endUs && target >= loop_->endUs) {
+        if (!PlayBefore(loop_->endUs)) {
+            return false;
+        }
+        End();
+        target = loop_->beginUs + (target - loop_->endUs) % (loop_->endUs - loop_->beginUs);
+        GoTo(loop_->beginUs);
+        SendState();
+    }
+    if (!PlayBefore(target + 1)) {
+        return false;
+    }
+    positionUs_ = target;
+    if (positionUs_ < song_->GetLengthUs()) {
+        return false;
+    }
+    Stop();
+    return true;
+}
+
+void SongPlayback::SendState() {
+    song_->VisitState(next_, [this](TMIDIMessage message) { Send(message); });
+}
+
+bool SongPlayback::PlayBefore(std::int64_t timeUs) {
+    const auto& events = song_->GetEvents();
+    for (int played = 0; next_ < events.size() && events[next_].timeUs < timeUs; ++played) {
+        if (played == kMostEventsPerTick) {
+            positionUs_ = events[next_].timeUs;
+            return false;
+        }
+        PlayEvent(events[next_++].message);
+    }
+    return true;
+}
+
+void SongPlayback::PlayEvent(TMIDIMessage message) {
+    switch (message.status) {
+        case TMIDIMessage::kNoteOn:
+            return message.data2 != 0 ? BeginNote(message) : EndNote(message);
+        case TMIDIMessage::kNoteOff:
+            return EndNote(message);
+        case TMIDIMessage::kKeyPressure:
+            if (const std::uint8_t sounding = SentAs(message); sounding != kSilent) {
+                message.data1 = sounding;
+                Send(message);
+            }
+            return;
+        case TMIDIMessage::kControlChange:
+            if (message.data1 >= kFirstMode && message.data1 != kResetControllers) {
+                return message.data1 != kLocalControl ? EndNotes(message.channel) : void();
+            }
+            return Send(message);
+        default:
+            return Send(message);
+    }
+}
+
+void SongPlayback::BeginNote(TMIDIMessage message) {
+    std::uint8_t& sentAs = SentAs(message);
+    const int moved = message.channel == kPercussion ? message.data1 : FoldNote(message.data1 + transposition_);
+    const auto note = static_cast<std::uint8_t>(moved);
+    if (sentAs != kSilent && sentAs != note) {
+        EndNote({TMIDIMessage::kNoteOff, message.channel, message.data1, 0});
+    }
+    if (sentAs == kSilent && IsShown(message)) {
+        ++shown_[note];
+    }
+    sentAs = note;
+    message.data1 = note;
+    Send(message);
+    if (IsShown(message)) {
+        show_(message);
+    }
+}
+
+void SongPlayback::EndNote(TMIDIMessage message) {
+    const std::uint8_t note = std::exchange(SentAs(message), kSilent);
+    if (note == kSilent) {
+        return;  // it began before the song was begun here, and was ended
+    }
+    message.data1 = note;
+    Send(message);
+    if (IsShown(message) && --shown_[note] == 0) {
+        show_(message);
+    }
+}
+
+void SongPlayback::EndNotes(std::uint8_t channel) {
+    for (std::uint8_t note = 0; note < kNotes; ++note) {
+        EndNote({TMIDIMessage::kNoteOff, channel, note, 0});
+    }
+}
+
+void SongPlayback::End() {
+    for (std::uint8_t channel = 1; channel <= kChannels; ++channel) {
+        EndNotes(channel);
+    }
+    const LibMidi::OpenSounds open = std::exchange(open_, {});
+    open.VisitEnds([this](TMIDIMessage message) { Send(message); });  // pedals
+}
+
+void SongPlayback::Send(TMIDIMessage message) {
+    if (queue_) {
+        queue_->SendMessage(message, 0);
+    }
+    open_.Follow(message);
+}
+
+bool SongPlayback::IsShown(TMIDIMessage message) const {
+    return show_ && message.channel != kPercussion;
+}
+
+}  // namespace Kivora

@@ -1,0 +1,66 @@
+#include "engine/SongPlayer.h"
+
+#include <utility>
+
+#include "engine/EngineExtras.h"
+#include "engine/EngineFront.h"
+#include "engine/Song.h"
+
+namespace Kivora {
+
+template <class Action>
+decltype(auto) SongPlayer::With(Action&& action) const {
+    CKivora& engine = front_.GetEngine();
+    // The hold of the engine, at whose end the tick begins to run.
+    return engine.WithLock(
+        [&] { return engine.WithExtras([&action](EngineExtras& extras) { return action(*extras.song); }); });
+}
+
+void SongPlayer::Open(std::shared_ptr<const Song> song) {
+    Stop();
+    With([&song](SongPlayback& playback) { playback.Load(std::move(song)); });
+}
+
+std::shared_ptr<const Song> SongPlayer::GetSong() const {
+    return With([](const SongPlayback& playback) { return playback.GetSong(); });
+}
+
+bool SongPlayer::Play() {
+    CKivora& engine = front_.GetEngine();
+    return engine.IsOutputReady() && !engine.IsOutputLost() &&
+           With([](SongPlayback& playback) { return playback.Play(); });
+}
+
+void SongPlayer::Pause() {
+    front_.PauseSong();
+}
+
+void SongPlayer::Stop() {
+    front_.StopSong();
+}
+
+void SongPlayer::Seek(std::int64_t positionUs) {
+    With([positionUs](SongPlayback& playback) { playback.Seek(positionUs); });
+}
+
+void SongPlayer::SetLoop(std::optional<Loop> loop) {
+    With([loop](SongPlayback& playback) { playback.SetLoop(loop); });
+}
+
+void SongPlayer::SetTempo(int percent) {
+    With([percent](SongPlayback& playback) { playback.SetTempo(percent); });
+}
+
+void SongPlayer::SetTransposition(int semitones) {
+    With([semitones](SongPlayback& playback) { playback.SetTransposition(semitones); });
+}
+
+SongPlayer::Status SongPlayer::GetStatus() const {
+    return With([](const SongPlayback& playback) {
+        return Status{
+            playback.GetState(), playback.GetPositionUs(), playback.GetSong() ? playback.GetSong()->GetLengthUs() : 0,
+            playback.GetLoop(),  playback.GetTempo(),      playback.GetTransposition()};
+    });
+}
+
+}  // namespace Kivora
