@@ -41,6 +41,9 @@ void CKivora::SetTempoInBar(int beatsPerMinute) {
         const auto elapsed = static_cast<std::int64_t>(std::ceil(beats * clock_.BeatLength()));
         clockStartMs_ = dependencies_.wallClockMs() - elapsed;
         SetClockPosition(clock_, elapsed);
+        if (sink_ && sink_->IsCapturing()) {
+            extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_, false);
+        }
     }
     emit TempoChanged();
 }
@@ -97,6 +100,9 @@ void CKivora::RestartClock() {
     clock_.offset = 0;
     extras_->click.Restart();
     SyncArpeggiators();
+    if (sink_ && sink_->IsCapturing()) {
+        extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_, true);
+    }
 }
 
 void CKivora::SyncArpeggiators() {

@@ -15,6 +15,9 @@ bool CKivora::StartRecording() {
     ResetSynth();
     SleepAndPlayOut(100);
     sink_->StartCapture();
+    AdvanceClock();
+    extras_->grid = {};
+    extras_->grid.Add(0, clock_, false);
     SendPatches();
     SendVolumes();
     emit RecordingStateChanged();

@@ -9,6 +9,7 @@ namespace Kivora {
 namespace {
 constexpr const wchar_t* kPlayedSection = L"Kivora_Played";
 constexpr const wchar_t* kKeep = L"Keep";
+constexpr ExtraKey kSavesTempo{L"Kivora_Takes", L"WriteTempo", 0};
 constexpr ExtraKey kHeightIsVelocity{L"Kivora_Screen", L"HeightIsVelocity", 1};
 }  // namespace
 
@@ -33,6 +34,7 @@ void EngineExtras::ReadSettings(NK::CIniFile& file) {
     heightIsVelocity = ReadExtraInt(file, kHeightIsVelocity) != 0;
     patches = PatchShelf::Read(file);
     presets = RecentPresets::Read(file);
+    savesTempo = ReadExtraInt(file, kSavesTempo) != 0;
 }
 
 void EngineExtras::WriteSettings(NK::CIniFile& file) const {
@@ -41,6 +43,7 @@ void EngineExtras::WriteSettings(NK::CIniFile& file) const {
     patches.Write(file);
     presets.Write(file);
     WriteExtraInt(file, kHeightIsVelocity, heightIsVelocity ? 1 : 0);
+    WriteExtraInt(file, kSavesTempo, savesTempo ? 1 : 0);
     WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);
 }
 

@@ -7,6 +7,7 @@
 #include "engine/ClickOutput.h"
 #include "engine/PatchShelf.h"
 #include "engine/RecentPresets.h"
+#include "engine/TakeGrid.h"
 #include "engine/TapTempo.h"
 #include "engine/VelocityCurve.h"
 #include "nk/nk_ini_file.h"
@@ -33,6 +34,9 @@ struct EngineExtras {
 
     /// What is played back; never null. Its commands stand in EngineFront and SongPlayer.
     const std::unique_ptr<SongPlayback> song;
+
+    TakeGrid grid;            ///< of the recording that runs, or ran last
+    bool savesTempo = false;  ///< whether takes are saved on the grid, where nothing else is chosen
 
     Click click;  ///< its settings are set by CKivora::SetClick()
     /// While the click has the built-in synthesizer to itself, see CKivora::LookAtClick(); null otherwise.

@@ -1,7 +1,10 @@
 #include "engine/RecordedTrack.h"
 
+#include <algorithm>
 #include <optional>
+#include <vector>
 
+#include "engine/TakeTicks.h"
 #include "midi/SMFWriter.h"
 #include "nk/nk_atomic_save.h"
 #include "nk/nk_file_failure.h"
@@ -44,7 +47,51 @@ std::optional<std::uint32_t> FindFirstNote(const CaptureStore::View& captured) {
     return found;
 }
 
+/// The tempi and meters, in the order of their ticks.
+std::vector<CMIDIMessageX> MakeMaster(const TakeTicks& ticks) {
+    constexpr std::uint8_t kQuarter = 2;  // as a power of 2
+    constexpr std::uint8_t kClocksPerClick = 24;
+    constexpr std::uint8_t kNotesPerQuarter = 8;
+    std::vector<CMIDIMessageX> master;
+    for (const TakeTicks::Tempo& tempo : ticks.GetTempi()) {
+        master.emplace_back().SetTempo(tempo.usPerBeat, tempo.tick);
+    }
+    for (const TakeTicks::Meter& meter : ticks.GetMeters()) {
+        master.emplace_back().SetTimeSignature(static_cast<std::uint8_t>(meter.beatsPerBar), kQuarter, kClocksPerClick,
+                                               kNotesPerQuarter, meter.tick);
+    }
+    std::stable_sort(master.begin(), master.end(), [](const auto& a, const auto& b) { return a.time < b.time; });
+    return master;
+}
+
+bool WriteTrackOnGrid(NK::CFile& file, const CaptureStore::View& captured, const TakeTicks& ticks) {
+    const std::vector<CMIDIMessageX> master = MakeMaster(ticks);
+    NK::MIDI::CMIDITrackWriter track(file, 0);
+    auto next = master.begin();
+    VisitRecordedTrack(
+        captured,
+        [&](const CMIDIMessageX& event) {
+            CMIDIMessageX placed = event;
+            placed.time = event.time < 0 ? 0 : ticks.GetTick(static_cast<std::uint32_t>(event.time));
+            for (; next != master.end() && next->time <= placed.time; ++next) {
+                track.Write(*next);
+            }
+            track.Write(placed);
+        },
+        TrackBegin::kCapture);
+    return track.Finish();
+}
+
 }  // namespace
+
+bool SaveTrackOnGrid(const CaptureStore::View& captured, const TakeGrid& grid, const NK::CString& path) {
+    NK::ForgetFileFailure();
+    const TakeTicks ticks(grid, FindFirstNote(captured).value_or(0));
+    return captured.GetCount() != 0 && NK::SaveAtomically(path, [&](NK::CFile& file) {
+               return NK::MIDI::WriteMIDIHeaderOfTicks(file, TakeTicks::kTicksPerBeat) &&
+                      WriteTrackOnGrid(file, captured, ticks);
+           });
+}
 
 void VisitRecordedTrack(const CaptureStore::View& captured, const std::function<void(const CMIDIMessageX&)>& visit,
                         TrackBegin begin) {

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "engine/TakeGrid.h"
 #include "libmidi/CaptureStore.h"
 #include "midi/CMIDIMessageX.h"
 #include "nk/nk_string.h"
@@ -27,5 +28,9 @@ void VisitRecordedTrack(const LibMidi::CaptureStore::View& captured,
 /// could not be written: then an older file of that name is as it was. [any]
 bool SaveRecordedTrack(const LibMidi::CaptureStore::View& captured, const NK::CString& path,
                        TrackBegin begin = TrackBegin::kFirstNote);
+/// The same on the bars and beats of a grid, which is not empty: with its tempi and meters, at
+/// TakeTicks::kTicksPerBeat, each event at most half a tick from where it was played. What comes before the bar of the
+/// first note stands at its beginning. [any]
+bool SaveTrackOnGrid(const LibMidi::CaptureStore::View& captured, const TakeGrid& grid, const NK::CString& path);
 
 }  // namespace Kivora

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "engine/ClosedTake.h"
+#include "engine/EngineExtras.h"
 #include "engine/RecordedTrack.h"
 #include "libmidi/OpenSounds.h"
 #include "libmidi/RoundThread.h"
@@ -72,6 +73,8 @@ struct TakeJournal::Take {
             events.Visit(count, [this](const CapturedEvent& event) { Look(event); });
         }
     }
+    /// Once it has ended: neither of the two changes any more.
+    CaptureStore::View GetClosed() const { return CloseTake(events, endMs); }
     /// When what is open was still held; nothing where nothing is.
     std::optional<std::uint32_t> GetMark() const {
         return open.IsAny() && endMs > lengthMs ? std::optional(endMs) : std::nullopt;
@@ -82,6 +85,7 @@ struct TakeJournal::Take {
     const bool isFromEarlierRun;
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> source;  ///< while it is recorded
     CaptureStore::View events;
+    TakeGrid grid;  ///< empty where it is not known
     LibMidi::OpenSounds open;
     std::uint32_t lengthMs = 0;  ///< to the last event
     std::uint32_t endMs = 0;
@@ -155,9 +159,13 @@ TakeJournal::~TakeJournal() {
     thread_.reset();
     {
         const CLockGuard guard(lock_);
-        EndRecording();
+        EndRecording({});
     }
     WriteOut();
+}
+
+TakeGrid TakeJournal::GetGrid() const {
+    return engine_->WithExtras([](const EngineExtras& extras) { return extras.grid; });
 }
 
 void TakeJournal::TakeUpJournals() {
@@ -225,8 +233,9 @@ void TakeJournal::FollowRecording() {
     bool waits = false;
     {
         const bool isRecording = engine_->IsRecording();
+        TakeGrid grid = GetGrid();
         const CLockGuard guard(lock_);
-        waits = EndRecording();
+        waits = EndRecording(std::move(grid));
         if (isRecording) {
             recorded_ = std::make_shared<Take>(++lastId_, settings_.now(), false);
             recorded_->source = engine_->GetCapture();
@@ -248,12 +257,13 @@ bool TakeJournal::IsBehind() const {
     });
 }
 
-bool TakeJournal::EndRecording() {
+bool TakeJournal::EndRecording(TakeGrid grid) {
     if (!recorded_ || !recorded_->source) {
         return false;
     }
     recorded_->Follow();
     recorded_->source.reset();
+    recorded_->grid = std::move(grid);
     if (!recorded_->isPlayed) {
         std::erase(takes_, recorded_);
     }
@@ -279,28 +289,49 @@ TakeJournal::TakePointer TakeJournal::FindWaiting(int id) const {
     return found == takes_.end() ? nullptr : *found;
 }
 
-bool TakeJournal::Save(int id, const CString& path) {
+CaptureStore::View TakeJournal::GetTake(int id) const {
     NK_ASSERT_THREAD_ROLE(gui);
     const TakePointer take = FindWaiting(id);
-    // Neither of the two changes once the take waits.
-    if (!take || !SaveRecordedTrack(CloseTake(take->events, take->endMs), path)) {
+    return take ? take->GetClosed() : CaptureStore::View();
+}
+
+TakeJournal::TakePointer TakeJournal::FindLatest() const {
+    const CLockGuard guard(lock_);
+    return recorded_ && !recorded_->source ? recorded_ : nullptr;
+}
+
+CaptureStore::View TakeJournal::GetLatestTake() const {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const TakePointer latest = FindLatest();
+    return latest ? latest->GetClosed() : CaptureStore::View();
+}
+
+bool TakeJournal::HasGrid(int id) const {
+    NK_ASSERT_THREAD_ROLE(gui);
+    const TakePointer take = FindWaiting(id);
+    return take && !take->grid.IsEmpty();
+}
+
+bool TakeJournal::Save(int id, const CString& path, bool onGrid) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    return Save(FindWaiting(id), path, onGrid);
+}
+
+bool TakeJournal::SaveLatest(const CString& path, bool onGrid) {
+    NK_ASSERT_THREAD_ROLE(gui);
+    return Save(FindLatest(), path, onGrid);
+}
+
+bool TakeJournal::Save(const TakePointer& take, const CString& path, bool onGrid) {
+    if (!take) {
+        return false;
+    }
+    const bool saved = onGrid && !take->grid.IsEmpty() ? SaveTrackOnGrid(take->GetClosed(), take->grid, path)
+                                                       : SaveRecordedTrack(take->GetClosed(), path);
+    if (!saved) {
         return false;
     }
     Forget(take);
-    return true;
-}
-
-bool TakeJournal::SaveLatest(const CString& path) {
-    NK_ASSERT_THREAD_ROLE(gui);
-    TakePointer latest;
-    {
-        const CLockGuard guard(lock_);
-        latest = recorded_;
-    }
-    if (!latest || latest->source || !SaveRecordedTrack(CloseTake(latest->events, latest->endMs), path)) {
-        return false;
-    }
-    Forget(latest);
     return true;
 }
 

@@ -13,6 +13,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/JournalFile.h"
+#include "engine/TakeGrid.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_string.h"
 #include "nk/nk_time.h"
@@ -75,12 +76,19 @@ public:
     /// The oldest first, so that a recording that has just ended is the last, if it waits at all. One that runs is not
     /// among them.
     std::vector<WaitingTake> GetWaiting() const;
+    /// The take as it would be saved, closed; no events when none of that number waits.
+    LibMidi::CaptureStore::View GetTake(int id) const;
+    /// The same of the recording of this run that ended last, whether it waits or not. No events while one runs.
+    LibMidi::CaptureStore::View GetLatestTake() const;
     /// Writes the take as a MIDI file, as CKivora::SaveRecording() does but closed, and forgets it. False when no such
     /// take waits and when the file could not be written: then it waits on, and an older file of that name is as it
     /// was.
-    bool Save(int id, const NK::CString& path);
+    /// On the grid where that is wanted and known.
+    bool Save(int id, const NK::CString& path, bool onGrid = false);
     /// The same for the recording of this run that ended last, whether it waits or not. False while one runs.
-    bool SaveLatest(const NK::CString& path);
+    bool SaveLatest(const NK::CString& path, bool onGrid = false);
+    /// Whether it is known to what bars and beats the take was played: not of those of earlier runs.
+    bool HasGrid(int id) const;
     /// The recording of this run that ended last, if it waits; else 0, and while one runs.
     int GetLatest() const;
     /// Forgets the take. False when no such take waits.
@@ -116,10 +124,14 @@ private:
     TakePointer TakeUp(const NK::CString& path) NK_REQUIRES(lock_);
     void FollowRecording();
     /// The recording that runs ends. True when it waits from now on.
-    bool EndRecording() NK_REQUIRES(lock_);
+    bool EndRecording(TakeGrid grid) NK_REQUIRES(lock_);
+    TakeGrid GetGrid() const;
     /// Whether a recording runs or one that has ended is not wholly in its journal.
     bool IsBehind() const;
     TakePointer FindWaiting(int id) const;
+    /// Null while it runs, and without one.
+    TakePointer FindLatest() const;
+    bool Save(const TakePointer& take, const NK::CString& path, bool onGrid);
     void Forget(const TakePointer& take);
     bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs)
         NK_REQUIRES(fileLock_);

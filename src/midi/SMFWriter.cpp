@@ -84,7 +84,11 @@ bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t coun
 
 bool WriteMIDIHeader(CFile& file, int tempo) {
     const auto division = tempo < 1 ? kDefaultDivision : static_cast<std::uint16_t>(60000.0 / tempo);
-    return file.Write(kHeader.data(), 1, kHeader.size()) == kHeader.size() && WriteUInt16(file, division);
+    return WriteMIDIHeaderOfTicks(file, division);
+}
+
+bool WriteMIDIHeaderOfTicks(CFile& file, std::uint16_t ticksPerQuarter) {
+    return file.Write(kHeader.data(), 1, kHeader.size()) == kHeader.size() && WriteUInt16(file, ticksPerQuarter);
 }
 
 bool WriteMIDIStream(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo) {

@@ -32,6 +32,8 @@ bool WriteMIDIStream(CFile& file, const CArray<CMIDIMessageX>& events, int tempo
 
 /// Writes the header alone, of a file with one track, at the file's position.
 bool WriteMIDIHeader(CFile& file, int tempo);
+/// The same with that many ticks a quarter note; the times of the track that follows are ticks then.
+bool WriteMIDIHeaderOfTicks(CFile& file, std::uint16_t ticksPerQuarter);
 
 /// Writes a track alone at the file's position and leaves the position at its end.
 bool WriteMIDITrack(CFile& file, const CMIDIMessageX* events, std::uint32_t count, int tempo);

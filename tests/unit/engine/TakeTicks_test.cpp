@@ -1,0 +1,248 @@
+// A take on the bars and beats to which it was played.
+#include "engine/TakeTicks.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "engine/EngineExtras.h"
+#include "engine/EngineFront.h"
+#include "engine/RecordedTrack.h"
+#include "engine/TakeJournal.h"
+#include "midi/reader/SMFReader.h"
+#include "unit/engine/EngineRig.h"
+
+using namespace KivoraTest;
+using Kivora::TakeGrid;
+using Kivora::TakeTicks;
+using NK::MIDI::MusicalClock;
+
+namespace {
+
+MusicalClock Clock(int tempo, int beat = 0, int offset = 0, int beatsPerBar = 4) {
+    MusicalClock clock;
+    clock.tempo = tempo;
+    clock.beat = beat;
+    clock.offset = offset;
+    clock.beatsPerBar = beatsPerBar;
+    return clock;
+}
+
+std::vector<std::pair<int, int>> GetMeters(const TakeTicks& ticks) {
+    std::vector<std::pair<int, int>> meters;
+    for (const TakeTicks::Meter& meter : ticks.GetMeters()) {
+        meters.emplace_back(meter.tick, meter.beatsPerBar);
+    }
+    return meters;
+}
+
+using Meters = std::vector<std::pair<int, int>>;
+
+}  // namespace
+
+TEST(TakeTicks, TheBarOfTheFirstNoteIsTheBeginning) {
+    TakeGrid grid;
+    grid.Add(0, Clock(120, 1, 250), false);  // one beat and a half are over: bars begin at 1250, 3250 ...
+    const TakeTicks ticks(grid, 3500);
+    EXPECT_EQ(ticks.GetTick(3250), 0);
+    EXPECT_EQ(ticks.GetTick(3500), 480);
+    EXPECT_EQ(ticks.GetTick(5250), 4 * 960);
+    EXPECT_EQ(ticks.GetTick(100), 0) << "before the beginning";
+    ASSERT_EQ(ticks.GetTempi().size(), 1U);
+    EXPECT_EQ(ticks.GetTempi()[0].usPerBeat, 500000U);
+    EXPECT_EQ(GetMeters(ticks), (Meters{{0, 4}}));
+}
+
+TEST(TakeTicks, ATempoThatChangesWithinABarGoesOnFromItsPlace) {
+    TakeGrid grid;
+    grid.Add(0, Clock(120), false);
+    grid.Add(750, Clock(60, 1, 500), false);
+    const TakeTicks ticks(grid, 0);
+    EXPECT_EQ(ticks.GetTick(750), 1440);
+    EXPECT_EQ(ticks.GetTick(1250), 1920);
+    EXPECT_EQ(ticks.GetTick(3250), 4 * 960);
+}
+
+TEST(TakeTicks, ABarThatBeginsInTheMiddleOfOneEndsThatOneOnABeat) {
+    TakeGrid grid;
+    grid.Add(0, Clock(120), false);
+    grid.Add(2000 + 1100, Clock(60), true);  // one bar and 2.2 beats
+    const TakeTicks ticks(grid, 0);
+    EXPECT_EQ(GetMeters(ticks), (Meters{{0, 4}, {4 * 960, 2}, {6 * 960, 4}}));
+    EXPECT_EQ(ticks.GetTick(2000), 4 * 960);
+    EXPECT_EQ(ticks.GetTick(2500), 5 * 960);
+    EXPECT_EQ(ticks.GetTick(3100), 6 * 960);
+    EXPECT_EQ(ticks.GetTick(4100), 7 * 960);
+}
+
+TEST(TakeTicks, AKnobThatIsTurnedIsOneChange) {
+    TakeGrid grid;
+    grid.Add(0, Clock(120), false);
+    for (int i = 1; i <= 10; ++i) {
+        grid.Add(static_cast<std::uint32_t>(1900 + 10 * i), Clock(120 + i), true);
+    }
+    const TakeTicks ticks(grid, 0);
+    EXPECT_EQ(GetMeters(ticks), (Meters{{0, 4}}));
+    EXPECT_EQ(ticks.GetTick(2000), 4 * 960);
+    EXPECT_EQ(ticks.GetTempi().size(), 2U);
+    EXPECT_EQ(ticks.GetTempi()[1].usPerBeat, 461538U);
+}
+
+TEST(TakeTicks, OtherMetersBeginWithTheirBar) {
+    TakeGrid grid;
+    grid.Add(0, Clock(120), false);
+    grid.Add(2000, Clock(120, 0, 0, 3), true);
+    const TakeTicks ticks(grid, 0);
+    EXPECT_EQ(GetMeters(ticks), (Meters{{0, 4}, {4 * 960, 3}}));
+    EXPECT_EQ(ticks.GetTick(3500), 7 * 960);
+}
+
+TEST(TakeTicks, NoEventIsMoreThanHalfATickFromWhereItWasPlayedWhateverTheClockDid) {
+    std::mt19937 random(7);
+    const auto draw = [&random](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); };
+    CTemporaryFolder folder;
+    const NK::CString path = NK::CString::FromUtf8((folder / "take.mid").native());
+    for (int take = 0; take < 200; ++take) {
+        TakeGrid grid;
+        const int beats = 1 + draw(12);
+        grid.Add(0, Clock(40 + draw(181), draw(beats), draw(200), beats), false);
+        std::uint32_t now = 0;
+        for (int change = draw(8); change > 0; --change) {
+            now += static_cast<std::uint32_t>(draw(3) == 0 ? draw(20) : draw(4000));
+            const bool begins = draw(3) != 0;
+            grid.Add(now, Clock(40 + draw(181), 0, 0, begins ? 1 + draw(12) : beats), begins);
+        }
+        LibMidi::CaptureStore store;
+        std::vector<std::uint32_t> times;
+        std::uint32_t time = static_cast<std::uint32_t>(draw(2000));
+        for (int i = 0; i < 200; ++i) {
+            store.Append({time, {0x90, 1, static_cast<std::uint8_t>(i % 128), 100}});
+            times.push_back(time);
+            time += static_cast<std::uint32_t>(draw(200));
+        }
+        ASSERT_TRUE(Kivora::SaveTrackOnGrid(store.GetView(), grid, path));
+        const auto content = NK::MIDI::ReadSMFFile(path);
+        ASSERT_TRUE(content && !content->damage);
+        ASSERT_EQ(content->tempoMap.GetTicksPerQuarter(), 960U);
+        const std::int64_t shiftUs = content->events[0].timeUs - std::int64_t{times[0]} * 1000;
+        const auto tempi = content->tempoMap.GetChanges();
+        for (std::size_t i = 0; i < times.size(); ++i) {
+            const auto& event = content->events[i];
+            std::uint32_t usPerBeat = 0;
+            for (const auto& tempo : tempi) {
+                if (tempo.tick < event.tick || tempo.tick == 0) {
+                    usPerBeat = tempo.tempo;
+                } else if (tempo.tick == event.tick) {
+                    usPerBeat = std::max(usPerBeat, tempo.tempo);
+                }
+            }
+            // Each of the two may be half a tick away, and the reader rounds down to a microsecond.
+            const double allowed = usPerBeat / 1920.0 + tempi[0].tempo / 1920.0 + 2;
+            ASSERT_LE(std::abs(static_cast<double>(event.timeUs - shiftUs - std::int64_t{times[i]} * 1000)), allowed)
+                << "take " << take << ", event " << i;
+        }
+    }
+}
+
+namespace {
+
+class TakeOnGrid : public testing::Test {
+protected:
+    TakeOnGrid() {
+        rig.CreateOpen();
+        front = std::make_unique<Kivora::EngineFront>(*rig.engine);
+        journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),
+                                                        Kivora::TakeJournal::Settings{.runThread = false});
+    }
+    NK::CString path(const char* name) { return NK::CString::FromUtf8((rig.folder / name).native()); }
+    void PlayFor(int ms) {
+        rig.engine->PlayNoteOn(60, 100);
+        rig.Run(ms);
+        rig.engine->PlayNoteOff(60);
+        rig.Run(1);
+    }
+
+    EngineRig rig;
+    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::TakeJournal> journal;
+};
+
+}  // namespace
+
+TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsAlsoBehindATempoThatIsTurned) {
+    rig.engine->SetTempo(90);
+    rig.engine->WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(96, 24); });  // half a beat
+    rig.engine->SetArpeggiating(true);
+    ASSERT_TRUE(front->StartRecording());
+    rig.engine->RestartClock();
+    rig.engine->PlayNoteOn(60, 100);
+    rig.Run(5000);
+    front->TempoUp();  // goes on within its bar
+    rig.Run(5000);
+    rig.engine->PlayNoteOff(60);
+    rig.Run(100);
+    front->StopRecording();
+    const int id = journal->GetLatest();
+    ASSERT_TRUE(journal->HasGrid(id));
+    ASSERT_TRUE(journal->Save(id, path("take.mid"), true));
+    const auto content = NK::MIDI::ReadSMFFile(path("take.mid"));
+    ASSERT_TRUE(content && !content->damage);
+    int notes = 0;
+    for (const auto& event : content->events) {
+        if (event.message.status == 0x90 && event.message.data2 > 0) {
+            ++notes;
+            const int off = (static_cast<int>(event.tick) + 240) % 480 - 240;
+            EXPECT_LE(std::abs(off), 6) << "tick " << event.tick << ": 4 ms of the rig's rounds at most";
+        }
+    }
+    EXPECT_GT(notes, 20);
+    EXPECT_EQ(content->tempoMap.GetChanges().size(), 2U);
+}
+
+TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayFor(500);
+    front->StopRecording();
+    const int id = journal->GetLatest();
+    ASSERT_TRUE(Kivora::SaveRecordedTrack(journal->GetTake(id), path("ever.mid")));
+    ASSERT_TRUE(journal->Save(id, path("take.mid")));
+    const auto content = NK::MIDI::ReadSMFFile(path("take.mid"));
+    EXPECT_EQ(content->tempoMap.GetTicksPerQuarter(), 500U);
+    EXPECT_EQ(content->events.size(), NK::MIDI::ReadSMFFile(path("ever.mid"))->events.size());
+}
+
+TEST_F(TakeOnGrid, OfAnEarlierRunTheGridIsNotKnownAndTheTakeIsSavedAsEver) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayFor(500);
+    front->StopRecording();
+    journal->WriteOut();
+    journal.reset();
+    journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),
+                                                    Kivora::TakeJournal::Settings{.runThread = false});
+    const auto waiting = journal->GetWaiting();
+    ASSERT_EQ(waiting.size(), 1U);
+    EXPECT_FALSE(journal->HasGrid(waiting[0].id));
+    ASSERT_TRUE(journal->Save(waiting[0].id, path("take.mid"), true));
+    EXPECT_EQ(NK::MIDI::ReadSMFFile(path("take.mid"))->tempoMap.GetTicksPerQuarter(), 500U);
+}
+
+TEST_F(TakeOnGrid, TheChoiceIsASettingThatIsWrittenOnlyWhereItIsWanted) {
+    const auto choose = [this](bool on) {
+        rig.engine->WithExtras([on](Kivora::EngineExtras& extras) { extras.savesTempo = on; });
+    };
+    const auto isChosen = [this] {
+        return rig.engine->WithExtras([](const Kivora::EngineExtras& extras) { return extras.savesTempo; });
+    };
+    EXPECT_FALSE(isChosen());
+    ASSERT_TRUE(rig.engine->SaveSettings());
+    NK::CIniFile file;
+    ASSERT_TRUE(file.Load(path("user/Kivora.ini")));
+    EXPECT_FALSE(file.SelectSection(L"Kivora_Takes"));
+    choose(true);
+    ASSERT_TRUE(rig.engine->SaveSettings());
+    choose(false);
+    ASSERT_TRUE(rig.engine->LoadSettings());
+    EXPECT_TRUE(isChosen());
+}
