@@ -148,20 +148,16 @@
         <translation>Сыграть MIDI-&lt;файл&gt;, как если бы его передала MIDI-клавиатура, записать то, что получится, в файл, указанный за ним, и завершить работу. Не нужны ни окно, ни экран, ни звуковая карта.</translation>
     </message>
     <message>
-        <source>The file of a preset to open; a program that runs already takes it. With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
-        <translation>Файл пресета, который надо открыть; если программа уже запущена, его открывает она. С --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
-    </message>
-    <message>
         <source>Open the file in a program of its own, though one runs already.</source>
         <translation>Открыть файл в отдельной программе, хотя одна уже запущена.</translation>
     </message>
     <message>
-        <source>%1 is a MIDI file, which cannot be opened; kivora --render makes a sound file of it.</source>
-        <translation>%1 — MIDI-файл, открыть его нельзя; kivora --render сделает из него звуковой файл.</translation>
-    </message>
-    <message>
         <source>%1 cannot be opened, as the instrument could not be started.</source>
         <translation>%1 открыть нельзя: не удалось запустить инструмент.</translation>
+    </message>
+    <message>
+        <source>The file of a preset, or a MIDI file to be played; a program that runs already takes it. With --render: the sound file (.wav) or MIDI file (.mid) to write.</source>
+        <translation>Файл пресета или MIDI-файл, который надо открыть; если программа уже запущена, его открывает она. С --render: звуковой файл (.wav) или MIDI-файл (.mid), который надо записать.</translation>
     </message>
 </context>
 <context>
@@ -1750,6 +1746,30 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>&amp;Velocity...</source>
         <translation>Сила нажатия клави&amp;ш...</translation>
     </message>
+    <message>
+        <source>Hear the Recording</source>
+        <translation>Прослушать запись</translation>
+    </message>
+    <message>
+        <source>Play a MIDI &amp;File...</source>
+        <translation>Воспроизвести MIDI-&amp;файл...</translation>
+    </message>
+    <message>
+        <source>Play or Pause the File</source>
+        <translation>Играть или приостановить файл</translation>
+    </message>
+    <message>
+        <source>Write the panel&apos;s tempo</source>
+        <translation>Записывать темп панели</translation>
+    </message>
+    <message>
+        <source>There is no recording that has ended since the program was started.</source>
+        <translation>С запуска программы ни одна запись не закончилась.</translation>
+    </message>
+    <message>
+        <source>The last recording</source>
+        <translation>Последняя запись</translation>
+    </message>
 </context>
 <context>
     <name>LatchAndSwing</name>
@@ -1780,6 +1800,13 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Close</source>
         <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>ListenButton</name>
+    <message>
+        <source>Listen</source>
+        <translation>Прослушать</translation>
     </message>
 </context>
 <context>
@@ -2679,6 +2706,91 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
 </context>
 <context>
+    <name>PlayerWindow</name>
+    <message>
+        <source>Player</source>
+        <translation>Проигрыватель</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>Открыть...</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Стоп</translation>
+    </message>
+    <message>
+        <source>Loop from Here</source>
+        <translation>Повтор отсюда</translation>
+    </message>
+    <message>
+        <source>Loop to Here</source>
+        <translation>Повтор досюда</translation>
+    </message>
+    <message>
+        <source>No Loop</source>
+        <translation>Без повтора</translation>
+    </message>
+    <message>
+        <source>Tempo:</source>
+        <translation>Темп:</translation>
+    </message>
+    <message>
+        <source>Transposition:</source>
+        <translation>Транспозиция:</translation>
+    </message>
+    <message>
+        <source>In semitones; the percussion is not transposed</source>
+        <translation>В полутонах; ударные не транспонируются</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Место</translation>
+    </message>
+    <message>
+        <source>Position and length</source>
+        <translation>Место и длительность</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Играть</translation>
+    </message>
+    <message>
+        <source>Once more to pause</source>
+        <translation>Ещё раз — пауза</translation>
+    </message>
+    <message>
+        <source>What is whole of it can be played.</source>
+        <translation>То, что в нём цело, можно воспроизвести.</translation>
+    </message>
+    <message>
+        <source>Play a MIDI File</source>
+        <translation>Воспроизвести MIDI-файл</translation>
+    </message>
+    <message>
+        <source>MIDI Files (*.mid *.midi *.kar)</source>
+        <translation>MIDI-файлы (*.mid *.midi *.kar)</translation>
+    </message>
+    <message>
+        <source>Nothing would be heard: no output plays now. The settings tell why.</source>
+        <translation>Ничего не было бы слышно: сейчас ни один выход не играет. Почему — сказано в настройках.</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <comment>times of a loop</comment>
+        <translation>с %1 до %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>position and length of a song</comment>
+        <translation>%1 из %2</translation>
+    </message>
+</context>
+<context>
     <name>Ports</name>
     <message>
         <source>All MIDI keyboards</source>
@@ -2761,6 +2873,21 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Piano keyboard</source>
         <translation>Клавиатура фортепиано</translation>
+    </message>
+</context>
+<context>
+    <name>SongFile</name>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>%1 не удаётся прочитать.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2.</source>
+        <translation>%1 не удаётся прочитать: %2.</translation>
+    </message>
+    <message>
+        <source>%1 holds nothing that can be played.</source>
+        <translation>В %1 нечего воспроизводить.</translation>
     </message>
 </context>
 <context>
@@ -3687,6 +3814,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>So that it can be saved although it was not recorded. It is lost when the program ends.</source>
         <translation>Чтобы их можно было сохранить, хотя запись не шла. С концом программы они пропадают.</translation>
+    </message>
+    <message>
+        <source>Write the panel&apos;s tempo</source>
+        <translation>Записывать темп панели</translation>
+    </message>
+    <message>
+        <source>So that a recording lies on the bars and beats of the program that opens it.</source>
+        <translation>Чтобы запись ложилась на такты и доли программы, которая её откроет.</translation>
     </message>
 </context>
 </TS>

@@ -51,13 +51,13 @@ public:
                                  "and on a MIDI keyboard.")));
         parser_.addOptions({output_, input_, preset_, soundFont_, new_, listPorts_, check_, render_, locale_,
                             demonstration_, pictures_});
-        parser_.addPositionalArgument(
-            "file",
-            Tr(QT_TRANSLATE_NOOP("CommandLine",
-                                 "The file of a preset to open; a program that runs already takes it. With --render: "
-                                 "the sound file (.wav) or MIDI file "
-                                 "(.mid) to write.")),
-            "[file]");
+        parser_.addPositionalArgument("file",
+                                      Tr(QT_TRANSLATE_NOOP("CommandLine",
+                                                           "The file of a preset, or a MIDI file to be played; a "
+                                                           "program that runs already takes it. With --render: "
+                                                           "the sound file (.wav) or MIDI file "
+                                                           "(.mid) to write.")),
+                                      "[file]");
     }
 
     QString GetHelp() const { return parser_.helpText(); }

@@ -1,7 +1,10 @@
 // Files that the desktop opens: named on the command line, dropped on the window, handed over by another program.
 #pragma once
 
+#include <functional>
 #include <QString>
+
+struct SongFile;
 
 namespace Kivora {
 
@@ -9,9 +12,9 @@ class EngineFront;
 
 bool HasMIDIFileName(const QString& path);
 
-/// Loads the file of a preset. Empty on success; otherwise a sentence in the user's language that names the file and
-/// says why nothing was loaded, MIDI files and what is damaged, huge, no regular file or out of reach included. Never
-/// waits for what is no regular file. Null where there is no engine. [gui]
-QString OpenFile(EngineFront* front, const QString& path);
+/// Loads the file of a preset, or hands a MIDI file to `play`. Empty on success; otherwise a sentence in the user's
+/// language that names the file and says why nothing was opened, what is damaged, huge, no regular file or out of reach
+/// included. Never waits for what is no regular file. Null where there is no engine. [gui]
+QString OpenFile(EngineFront* front, const QString& path, const std::function<void(const SongFile& song)>& play);
 
 }  // namespace Kivora

@@ -19,6 +19,8 @@
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/PlayerWindow.h"
+#include "ui/SongFile.h"
 #include "ui/SoundFindings.h"
 #include "ui/UnaskedBox.h"
 
@@ -180,7 +182,8 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
 }
 
 void MainWindow::OpenFile(const QString& path) {
-    if (const QString failure = Kivora::OpenFile(front_.get(), path); !failure.isEmpty()) {
+    const auto play = [this](const SongFile& song) { PlayerWindow::of(*front_, *panel_).openSong(song); };
+    if (const QString failure = Kivora::OpenFile(front_.get(), path, play); !failure.isEmpty()) {
         panel_->notices().Tell(QMessageBox::Warning, tr("Cannot Open File"), failure);
     }
 }

@@ -20,6 +20,7 @@
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
 #include "ui/PanelControlKeys.h"
+#include "ui/PlayAlong.h"
 #include "ui/PresetList.h"
 #include "ui/UnaskedBox.h"
 
@@ -214,7 +215,7 @@ bool KivoraWidget::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::WindowDeactivate:
         case QEvent::FocusOut:
-            if (!UnaskedBox::isActive()) {  // which passes on the releases
+            if (!UnaskedBox::isActive() && !PlayAlong::isActive()) {  // which pass on the releases
                 releaseHeld();
             }
             break;

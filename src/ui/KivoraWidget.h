@@ -41,6 +41,7 @@ class QPiano;
 class QPianoPCKeyHelpBar;
 class arpeggiatorSettings;
 struct PanelTextStyle;
+struct TakeToSave;
 
 namespace NK {
 struct TPressedInput;
@@ -240,8 +241,9 @@ private:
 
     // KivoraWidget_recording.cpp
     void stopAndSave();
-    /// Asks where to, until the take is written or the user gives up. `save` writes it to a path.
-    bool saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save);
+    /// Asks where to, until the take is written or the user gives up.
+    bool saveAs(const QDateTime& begun, const TakeToSave& take);
+    void playLatestTake();
     void checkLimits();
     void askAfterStop(const QString& reason);
 

@@ -18,6 +18,7 @@
 #include "ui/NoticeLine.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
+#include "ui/PlayAlong.h"
 #include "ui/UnaskedBox.h"
 
 using NK::Piano::CPCKeyPlayer;
@@ -52,7 +53,7 @@ bool IsHeightVelocity(Kivora::CKivora& engine) {
 }  // namespace
 
 bool KivoraWidget::isPlayable() const {
-    return engine_ != nullptr && (isActiveWindow() || UnaskedBox::isActive());
+    return engine_ != nullptr && (isActiveWindow() || UnaskedBox::isActive() || PlayAlong::isActive());
 }
 
 void KivoraWidget::keyPressEvent(QKeyEvent* event) {

@@ -15,6 +15,7 @@
 #include "ui/MetronomeSettings.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLegends.h"
+#include "ui/PlayerWindow.h"
 #include "ui/VelocitySettings.h"
 
 namespace {
@@ -57,6 +58,16 @@ void KivoraWidget::createActions() {
     // For the shortcut, since there may be something to save by then.
     connect(menu_, &QMenu::aboutToHide, saveTake, [saveTake] { saveTake->setEnabled(true); });
     addMenuAction(*menu_, tr("Save What I &Just Played..."), Qt::ALT | Qt::Key_J, [this] { savePlayed(); });
+    addMenuAction(*menu_, tr("Hear the Recording"), Qt::ALT | Qt::Key_H, [this] { playLatestTake(); });
+    const auto player = [this](void (PlayerWindow::*action)()) {
+        return [this, action] {
+            if (front_ != nullptr) {
+                (PlayerWindow::of(*front_, *this).*action)();
+            }
+        };
+    };
+    addMenuAction(*menu_, tr("Play a MIDI &File..."), Qt::ALT | Qt::Key_O, player(&PlayerWindow::present));
+    addMenuAction(*menu_, tr("Play or Pause the File"), Qt::ALT | Qt::Key_P, player(&PlayerWindow::toggle));
     menu_->addSeparator();
     createVoiceActions();
     menu_->addSeparator();

@@ -10,6 +10,7 @@
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 #include "ui/RecordingTexts.h"
+#include "ui/TakeToSave.h"
 
 using Kivora::PlayedPassages;
 
@@ -71,7 +72,9 @@ void KivoraWidget::savePlayed() {
                                       : tr("What you play is not kept, since that is switched off in the settings."));
     } else if (const std::optional<Range> range = Ask(this, played)) {
         saveAs(QDateTime::currentDateTime().addMSecs(-played.GetAgeMs(*range)),
-               [&played, range](const NK::CString& path) { return played.Save(*range, path); });
+               {.hasGrid = false,
+                .take = [&played, range] { return played.GetTake(*range); },
+                .save = [&played, range](const NK::CString& path, bool) { return played.Save(*range, path); }});
     }
     QTimer::singleShot(0, this, &KivoraWidget::offerTakes);
 }

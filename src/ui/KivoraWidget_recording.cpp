@@ -1,22 +1,30 @@
 // Recording: its controls, its limits, and saving what was played.
+#include <QCheckBox>
 #include <QDateTime>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QScopedValueRollback>
 
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/ListenButton.h"
 #include "ui/MainDisplay.h"
 #include "ui/NoticeLine.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
+#include "ui/PlayerWindow.h"
 #include "ui/RecordingTexts.h"
+#include "ui/SongFile.h"
 #include "ui/SoundTexts.h"
+#include "ui/TakeToSave.h"
 #include "ui/UnaskedBox.h"
 
 namespace {
@@ -91,12 +99,15 @@ void KivoraWidget::stopAndSave() {
     }
     const int take = takes_->GetLatest();
     if (captured &&
-        !saveAs(QDateTime::currentDateTime(), [this](const NK::CString& path) { return takes_->SaveLatest(path); })) {
+        !saveAs(QDateTime::currentDateTime(),
+                {.hasGrid = takes_->HasGrid(take),
+                 .take = [this] { return takes_->GetLatestTake(); },
+                 .save = [this](const NK::CString& path, bool onGrid) { return takes_->SaveLatest(path, onGrid); }})) {
         leaveForLater(take);
     }
 }
 
-bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const NK::CString& path)>& save) {
+bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     NK::CString& folder = engine_->GetLastFolders().takes;
     QFileDialog dialog(this, tr("Save MIDI File"),
                        Dialogs::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
@@ -104,9 +115,25 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("mid");
     dialog.selectFile(tr("Recording %1", "suggested file name").arg(begun.toString("yyyy-MM-dd HH.mm.ss")) + ".mid");
+    const auto wantsTempo = [this] {
+        return engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.savesTempo; });
+    };
+    // A dialog of the desktop has no place for more.
+    if (auto* const grid = qobject_cast<QGridLayout*>(dialog.layout())) {
+        const int row = grid->rowCount();
+        grid->addWidget(new ListenButton(*front_, take.take), row, 0);
+        auto* const writeTempo = new QCheckBox(tr("Write the panel's tempo"));
+        writeTempo->setObjectName("writeTempo");
+        writeTempo->setVisible(take.hasGrid);
+        writeTempo->setChecked(wantsTempo());
+        connect(writeTempo, &QCheckBox::toggled, this, [this](bool on) {
+            engine_->WithExtras([on](Kivora::EngineExtras& extras) { extras.savesTempo = on; });
+        });
+        grid->addWidget(writeTempo, row, 1, 1, -1);
+    }
     while (dialog.exec() == QDialog::Accepted) {
         const NK::CString path = Dialogs::FromQt(dialog.selectedFiles().value(0));
-        if (save(path)) {
+        if (take.save(path, wantsTempo())) {
             folder = NK::GetFolderName(path);
             return true;
         }
@@ -114,6 +141,19 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const std::function<bool(const
                              Dialogs::GetFileFailure());
     }
     return false;
+}
+
+void KivoraWidget::playLatestTake() {
+    if (takes_ == nullptr) {
+        return;
+    }
+    auto song = std::make_shared<const Kivora::Song>(takes_->GetLatestTake());
+    if (song->IsEmpty()) {
+        Dialogs::Show(this, QMessageBox::Information, tr("Hear the Recording"),
+                      tr("There is no recording that has ended since the program was started."));
+        return;
+    }
+    PlayerWindow::of(*front_, *this).openSong({std::move(song), tr("The last recording"), QString()});
 }
 
 void KivoraWidget::timerTick() {

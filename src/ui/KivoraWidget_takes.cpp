@@ -10,9 +10,11 @@
 #include "nk/nk_file_failure.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/ListenButton.h"
 #include "ui/MainDisplay.h"
 #include "ui/NoticeLine.h"
 #include "ui/RecordingTexts.h"
+#include "ui/TakeToSave.h"
 #include "ui/UnaskedBox.h"
 
 using Kivora::WaitingTake;
@@ -78,6 +80,9 @@ std::unique_ptr<QMessageBox> KivoraWidget::makeOffer(const WaitingTake& take) {
                                 text + tr("Do you want to save the recording?"),
                                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
+    auto* const listen = new ListenButton(*front_, [this, id = take.id] { return takes_->GetTake(id); });
+    box->addButton(listen, QMessageBox::ActionRole);
+    disconnect(listen, nullptr, box.get(), nullptr);  // which would be answered by it
     return box;
 }
 
@@ -95,7 +100,10 @@ bool KivoraWidget::answerOffer(int id, const QDateTime& begun, QMessageBox::Stan
 
 bool KivoraWidget::saveTake(int id, const QDateTime& begun) {
     const QScopedValueRollback asking(askingAboutTakes_, true);
-    const bool saved = saveAs(begun, [this, id](const NK::CString& path) { return takes_->Save(id, path); });
+    const bool saved = saveAs(
+        begun, {.hasGrid = takes_->HasGrid(id),
+                .take = [this, id] { return takes_->GetTake(id); },
+                .save = [this, id](const NK::CString& path, bool onGrid) { return takes_->Save(id, path, onGrid); }});
     if (!saved) {
         leaveForLater(id);
     }

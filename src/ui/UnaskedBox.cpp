@@ -2,10 +2,11 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <utility>
+
+#include "ui/PlayAlong.h"
 
 namespace {
 
@@ -139,10 +140,8 @@ bool UnaskedBox::eventFilter(QObject* watched, QEvent* event) {
             }
             break;
         case QEvent::WindowDeactivate:
-            // The releases of the keys that were passed on go elsewhere, if it is not to the panel.
-            if (watched == &box_ && panel_ && QApplication::activeWindow() != panel_->window()) {
-                QEvent lost(QEvent::WindowDeactivate);
-                QCoreApplication::sendEvent(panel_, &lost);
+            if (watched == &box_ && panel_) {
+                PlayAlong::tellLoss(*panel_);
             }
             break;
         default:
@@ -184,10 +183,6 @@ bool UnaskedBox::takesRelease(QKeyEvent& event) {
 
 void UnaskedBox::passOn(const QKeyEvent& event) {
     if (panel_) {
-        QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.nativeScanCode(), event.nativeVirtualKey(),
-                       event.nativeModifiers(), event.text(), event.isAutoRepeat(),
-                       static_cast<quint16>(event.count()));
-        copy.setTimestamp(event.timestamp());
-        QCoreApplication::sendEvent(panel_, &copy);
+        PlayAlong::passOn(event, *panel_);
     }
 }

@@ -191,8 +191,10 @@ void midiSettings::loadControls() {
     ui_->translatePatchNames->setChecked(engine_->GetTranslatePatchNames());
     ui_->translateKeyNames->setChecked(engine_->GetTranslateKeyNames());
     ui_->showNoteNames->setChecked(engine_->GetShowNoteNames());
-    ui_->keepPlayed->setChecked(
-        engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.KeepsPlayed(); }));
+    engine_->WithExtras([this](const Kivora::EngineExtras& extras) {
+        ui_->keepPlayed->setChecked(extras.KeepsPlayed());
+        ui_->writeTempo->setChecked(extras.savesTempo);
+    });
     const int coloring = engine_->GetKeyboardColoring();
     ui_->coloringCombo->setCurrentIndex(coloring == 1 || coloring == 2 ? coloring : 0);
     bgColor_ = engine_->GetUIColor();
@@ -349,7 +351,10 @@ void midiSettings::closeClicked() {
         engine_->SetTranslatePatchNames(ui_->translatePatchNames->isChecked());
         engine_->SetTranslateKeyNames(ui_->translateKeyNames->isChecked());
         engine_->SetShowNoteNames(ui_->showNoteNames->isChecked());
-        engine_->WithExtras([this](Kivora::EngineExtras& extras) { extras.KeepPlayed(ui_->keepPlayed->isChecked()); });
+        engine_->WithExtras([this](Kivora::EngineExtras& extras) {
+            extras.KeepPlayed(ui_->keepPlayed->isChecked());
+            extras.savesTempo = ui_->writeTempo->isChecked();
+        });
         if (!engine_->SaveSettings()) {
             showError(tr("Failed to save the settings."), Dialogs::WhySettingsAreNotSaved(*engine_));
         }

@@ -273,6 +273,7 @@ bool Session::IsQuiet() {
 void Session::Rest() {
     constexpr int kQuietRounds = 40;  // what was still on its way has been written by then
     LetGo();
+    windows_->CloseSongPlayer();
     ++restCount_;
     QElapsedTimer timer;
     timer.start();

@@ -16,9 +16,11 @@ constexpr int kMomentMs = 5;
 
 /// Of the dialogs that reach any file of whoever runs the test.
 constexpr std::string_view kFileTitles[] = {
-    "Save MIDI File",        "Select sound font",  "Select wallpaper image",
-    "Сохранение MIDI-файла", "Выбор банка звуков", "Выбор изображения на панель",
+    "Save MIDI File",        "Select sound font",  "Select wallpaper image",      "Play a MIDI File",
+    "Сохранение MIDI-файла", "Выбор банка звуков", "Выбор изображения на панель", "Воспроизвести MIDI-файл",
 };
+
+constexpr std::string_view kSongPlayerTitles[] = {"Player", "Проигрыватель"};
 
 bool IsOneOf(const XClient& client, xcb_window_t window, std::initializer_list<const char*> types) {
     const std::string bytes = client.GetProperty(window, client.GetAtom("_NET_WM_WINDOW_TYPE"));
@@ -81,17 +83,24 @@ void WindowManager::OnShown(xcb_window_t window) {
     if (IsOneOf(client_, window, {"_NET_WM_WINDOW_TYPE_TOOLTIP"})) {
         return;
     }
+    windows_.push_back({window, GetKindOf(window)});
+    if (windows_.back().kind != EKind::kPopUp) {
+        GiveFocus();
+    }
+}
+
+WindowManager::EKind WindowManager::GetKindOf(xcb_window_t window) const {
     if (IsOneOf(client_, window,
                 {"_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", "_NET_WM_WINDOW_TYPE_COMBO"})) {
-        windows_.push_back({window, EKind::kPopUp});
-        return;
+        return EKind::kPopUp;
     }
     const std::string title = client_.GetProperty(window, client_.GetAtom("_NET_WM_NAME"));
-    const bool isOfFiles = std::any_of(std::begin(kFileTitles), std::end(kFileTitles), [&](std::string_view name) {
-        return std::string_view(title).starts_with(name);
-    });
-    windows_.push_back({window, isOfFiles ? EKind::kFileDialog : EKind::kDialog});
-    GiveFocus();
+    const auto begins = [&title](std::string_view name) { return std::string_view(title).starts_with(name); };
+    if (std::any_of(std::begin(kFileTitles), std::end(kFileTitles), begins)) {
+        return EKind::kFileDialog;
+    }
+    return std::any_of(std::begin(kSongPlayerTitles), std::end(kSongPlayerTitles), begins) ? EKind::kSongPlayer
+                                                                                           : EKind::kDialog;
 }
 
 void WindowManager::OnHidden(xcb_window_t window) {
@@ -154,6 +163,14 @@ void WindowManager::Wait() {
 
 void WindowManager::Close(xcb_window_t window) const {
     client_.SendProtocol(window, "WM_DELETE_WINDOW", XCB_CURRENT_TIME);
+}
+
+void WindowManager::CloseSongPlayer() const {
+    for (const TWindow& window : windows_) {
+        if (window.kind == EKind::kSongPlayer) {
+            Close(window.id);
+        }
+    }
 }
 
 }  // namespace Player

@@ -12,7 +12,7 @@ namespace Player {
 
 class WindowManager {
 public:
-    enum class EKind { kPanel, kDialog, kFileDialog, kPopUp };
+    enum class EKind { kPanel, kDialog, kFileDialog, kSongPlayer, kPopUp };
 
     struct TWindow {
         xcb_window_t id = XCB_NONE;
@@ -36,6 +36,8 @@ public:
     xcb_window_t GetPanel() const { return panel_; }
     /// Asks the window to close, as its cross does.
     void Close(xcb_window_t window) const;
+    /// The same for the window that plays files and takes, if it is there: what it plays is held by nobody.
+    void CloseSongPlayer() const;
 
     /// The keyboard goes to another program, and comes back to the uppermost window that takes it.
     void Leave();
@@ -43,6 +45,7 @@ public:
     bool HasFocus() const { return !isAway_; }
 
 private:
+    EKind GetKindOf(xcb_window_t window) const;
     void OnShown(xcb_window_t window);
     void OnHidden(xcb_window_t window);
     void GiveFocus();

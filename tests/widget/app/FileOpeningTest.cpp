@@ -5,9 +5,11 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "engine/Song.h"
 #include "locale/Locale.h"
 #include "midi/SMFWriter.h"
 #include "support/Files.h"
+#include "ui/SongFile.h"
 #include "unit/engine/EngineRig.h"
 
 namespace {
@@ -25,14 +27,19 @@ protected:
     std::string GetPath(const std::string& name) const { return (rig_.folder / name).string(); }
     /// What is told; nothing was loaded then.
     std::string Open(const std::string& name) {
-        const std::string failure = Kivora::OpenFile(&front_, QString::fromStdString(GetPath(name))).toStdString();
-        EXPECT_EQ(engine_.GetPatch(0), failure.empty() ? 11 : 3) << name;
+        played_.reset();
+        const std::string failure =
+            Kivora::OpenFile(&front_, QString::fromStdString(GetPath(name)), [this](const SongFile& song) {
+                played_ = song;
+            }).toStdString();
+        EXPECT_EQ(engine_.GetPatch(0), failure.empty() && !played_ ? 11 : 3) << name;
         return failure;
     }
 
     EngineRig rig_;
     Kivora::CKivora& engine_ = rig_.Create();
     Kivora::EngineFront front_{engine_};
+    std::optional<SongFile> played_;
 };
 
 const std::string kPreset = "user/Presets/Mine.kivoraLXPreset";
@@ -61,17 +68,36 @@ TEST_F(FileOpening, WhatCannotBeAPresetIsToldWithItsNameAndTheReason) {
     EXPECT_EQ(Open("empty"), GetPath("empty") + " is no preset.");
 }
 
-TEST_F(FileOpening, AMIDIFileIsRefusedWithWords) {
+TEST_F(FileOpening, AMIDIFileIsPlayedOrRefusedWithWords) {
     NK::CArray<NK::MIDI::CMIDIMessageX> events;
     events.Push({{0x90, 1, 60, 100}, 0});
     events.Push({{0x80, 1, 60, 64}, 500});
     ASSERT_TRUE(NK::MIDI::WriteMIDIFile(NK::CString::FromUtf8(GetPath("a.mid")), events, 120));
-    EXPECT_EQ(Open("a.mid"),
-              GetPath("a.mid") + " is a MIDI file, which cannot be opened; kivora --render makes a sound file of it.");
-    std::filesystem::copy_file(GetPath("a.mid"), GetPath("b.MIDI"));
-    EXPECT_NE(Open("b.MIDI").find("is a MIDI file"), std::string::npos);
-    WriteFileBytes(GetPath("cut.mid"), ReadFileBytes(GetPath("a.mid")).substr(0, 30));
-    EXPECT_EQ(Open("cut.mid"), GetPath("cut.mid") + ": It is cut short: it ends at byte 30, inside a track.");
+    EXPECT_EQ(Open("a.mid"), "");
+    ASSERT_TRUE(played_);
+    EXPECT_EQ(played_->song->GetEvents().size(), 2U);
+    EXPECT_EQ(played_->title, "a.mid");
+    EXPECT_EQ(played_->damage, "");
+    for (const char* name : {"b.MIDI", "c.kar"}) {
+        std::filesystem::copy_file(GetPath("a.mid"), GetPath(name));
+        EXPECT_EQ(Open(name), "");
+        EXPECT_TRUE(played_);
+    }
+    const std::string whole = ReadFileBytes(GetPath("a.mid"));
+    WriteFileBytes(GetPath("damaged.mid"), whole.substr(0, whole.size() - 7));
+    EXPECT_EQ(Open("damaged.mid"), "");
+    ASSERT_TRUE(played_) << "what is whole is played";
+    EXPECT_EQ(played_->song->GetEvents().size(), 1U);
+    EXPECT_NE(played_->damage, "");
+    WriteFileBytes(GetPath("cut.mid"), whole.substr(0, 26));
+    EXPECT_EQ(Open("cut.mid"), GetPath("cut.mid") + ": It is cut short: it ends at byte 26, inside a track.");
+    std::string otherFormat = whole;
+    otherFormat[9] = 2;
+    WriteFileBytes(GetPath("format2.mid"), otherFormat);
+    EXPECT_EQ(Open("format2.mid"),
+              GetPath("format2.mid") + ": It is a MIDI file of a kind that cannot be played (byte 8).");
+    ASSERT_TRUE(NK::MIDI::WriteMIDIFile(NK::CString::FromUtf8(GetPath("empty.mid")), nullptr, 0, 120));
+    EXPECT_EQ(Open("empty.mid"), GetPath("empty.mid") + " holds nothing that can be played.");
     EXPECT_EQ(Open("none.mid"), GetPath("none.mid") + " cannot be read: No such file or directory.");
     std::filesystem::create_directory(GetPath("folder.mid"));
     EXPECT_EQ(Open("folder.mid"), GetPath("folder.mid") + " cannot be read: It is no regular file.");
@@ -92,6 +118,8 @@ TEST_F(FileOpening, AnUnreadableFileIsTold) {
 }
 
 TEST_F(FileOpening, WithoutAnEngineThatIsTold) {
-    EXPECT_EQ(Kivora::OpenFile(nullptr, "/a/b"), "/a/b cannot be opened, as the instrument could not be started.");
-    EXPECT_NE(Kivora::OpenFile(nullptr, "/a/none.mid").indexOf("cannot be read"), -1);
+    for (const QString path : {"/a/b", "/a/none.mid"}) {
+        EXPECT_EQ(Kivora::OpenFile(nullptr, path, [](const SongFile&) {}),
+                  path + " cannot be opened, as the instrument could not be started.");
+    }
 }

@@ -596,6 +596,7 @@ TEST_F(SettingsDialog, TheTabKeyReachesEveryControlInTheFormsOrder) {
                                     "showNoteNames",
                                     "localeCombo",
                                     "keepPlayed",
+                                    "writeTempo",
                                     "coloringCombo",
                                     "setBgColorBtn",
                                     "setDefaultBgColorBtn",

@@ -1,0 +1,281 @@
+// The player's window beside the panel.
+#include "widget/ui/PanelRig.h"
+
+#include <algorithm>
+#include <QAction>
+#include <QCheckBox>
+#include <QMenu>
+#include <QSlider>
+#include <QSpinBox>
+
+#include "midi/reader/SMFReader.h"
+#include "support/Files.h"
+#include "ui/PlayerWindow.h"
+#include "ui/SongFile.h"
+#include "unit/engine/SongRig.h"
+#include "widget/ui/DialogParts.h"
+
+using namespace KivoraTest;
+using Kivora::SongPlayer;
+
+namespace {
+
+class PanelPlayer : public PanelTest {
+protected:
+    PlayerWindow& Window() { return PlayerWindow::of(*front, *panel); }
+    SongPlayer::Status Status() { return SongPlayer(*front).GetStatus(); }
+    void OpenSong(const QString& damage = {}) {
+        Window().openSong(
+            {MakeSong({{0, {0x90, 5, 60, 100}}, {60'000, {0x80, 5, 60, 0}}}, 90'000), "a <b>.mid", damage});
+        QApplication::setActiveWindow(&Window());
+        QApplication::processEvents();
+    }
+    void ClickIn(const char* name) { QTest::mouseClick(&In<QPushButton>(Window(), name), Qt::LeftButton); }
+    QString TextIn(const char* name) { return In<QLabel>(Window(), name).text(); }
+    /// Time goes by, and the window looks.
+    void Go(int milliseconds) {
+        rig.Run(milliseconds);
+        QEvent look(QEvent::WindowActivate);
+        QApplication::sendEvent(&Window(), &look);
+    }
+    void PlayANote() {
+        rig.RunPlayer();
+        Engine().PlayNoteOn(60, 100);
+        rig.Run(500);
+        Engine().PlayNoteOff(60);
+        rig.Run(10);
+    }
+    QAction& Entry(const QKeySequence& shortcut) {
+        const auto entries = Find<QMenu>("panel-menu").actions();
+        return **std::find_if(entries.begin(), entries.end(),
+                              [&](const QAction* entry) { return entry->shortcut() == shortcut; });
+    }
+};
+
+}  // namespace
+
+TEST_F(PanelPlayer, PlaysPausesAndStopsAndThePianoFollows) {
+    OpenSong();
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_FALSE(Window().isModal());
+    EXPECT_EQ(TextIn("songTitle"), "a <b>.mid");
+    EXPECT_EQ(TextIn("songTime"), "00:00 of 01:30");
+    ClickIn("songPlayBtn");
+    Go(1502);
+    Show();
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+    EXPECT_TRUE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+    EXPECT_EQ(TextIn("songTime"), "00:01 of 01:30");
+    EXPECT_EQ(In<QSlider>(Window(), "songPosition").value(), 15);
+    EXPECT_TRUE(Piano().IsPressed(60));
+    ClickIn("songPlayBtn");
+    Show();
+    EXPECT_EQ(Status().state, SongPlayer::State::kPaused);
+    EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+    EXPECT_FALSE(Piano().IsPressed(60));
+    ClickIn("songStopBtn");
+    EXPECT_EQ(TextIn("songTime"), "00:00 of 01:30");
+}
+
+TEST_F(PanelPlayer, NothingLooksAtTheEngineWhileNothingPlays) {
+    OpenSong();
+    const auto looks = [this] {
+        const auto timers = Window().findChildren<QTimer*>();
+        return std::any_of(timers.begin(), timers.end(), [](const QTimer* timer) { return timer->isActive(); });
+    };
+    EXPECT_FALSE(looks());
+    ClickIn("songPlayBtn");
+    EXPECT_TRUE(looks());
+    ClickIn("songPlayBtn");
+    EXPECT_FALSE(looks());
+}
+
+TEST_F(PanelPlayer, TheSliderTheLoopTheTempoAndTheTranspositionAreSet) {
+    OpenSong();
+    auto& position = In<QSlider>(Window(), "songPosition");
+    EXPECT_EQ(position.maximum(), 900);
+    position.setFocus();
+    QTest::keyClick(&position, Qt::Key_PageUp);
+    QTest::keyClick(&position, Qt::Key_Right);
+    EXPECT_EQ(Status().positionUs, 5'100'000);
+    ClickIn("songLoopBeginBtn");
+    EXPECT_EQ(TextIn("songLoop"), "00:05 to 01:30");
+    position.setValue(200);
+    ClickIn("songLoopEndBtn");
+    EXPECT_EQ(Status().loop, (SongPlayer::Loop{5'100'000, 20'000'000}));
+    EXPECT_EQ(TextIn("songLoop"), "00:05 to 00:20");
+    ClickIn("songLoopOffBtn");
+    EXPECT_FALSE(Status().loop);
+    EXPECT_EQ(TextIn("songLoop"), "");
+    In<QSpinBox>(Window(), "songTempo").setValue(50);
+    In<QSpinBox>(Window(), "songTransposition").setValue(-3);
+    EXPECT_EQ(Status().tempoPercent, 50);
+    EXPECT_EQ(Status().transposition, -3);
+    OpenSong();
+    EXPECT_EQ(In<QSpinBox>(Window(), "songTempo").value(), 100);
+}
+
+TEST_F(PanelPlayer, OnePlaysAlongOnTheComputerKeysWhileItHasTheKeyboard) {
+    OpenSong();
+    ASSERT_TRUE(Window().isActiveWindow());
+    auto& play = In<QPushButton>(Window(), "songPlayBtn");
+    QTest::keyPress(&play, Qt::Key_Z);
+    Show();
+    EXPECT_TRUE(Piano().IsPressed(60));
+    QTest::keyRelease(&play, Qt::Key_Z);
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(60));
+    auto& tempo = In<QSpinBox>(Window(), "songTempo");
+    tempo.setFocus();
+    rig.TakeWritten();
+    QTest::keyClick(&tempo, Qt::Key_5);
+    EXPECT_TRUE(rig.TakeWritten().empty()) << "a digit is the spin box's";
+    QTest::keyPress(&tempo, Qt::Key_Z);
+    EXPECT_FALSE(rig.TakeWritten().empty());
+    window->activateWindow();
+    QApplication::setActiveWindow(window.get());
+    QTest::keyRelease(panel, Qt::Key_Z);
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(60));
+}
+
+TEST_F(PanelPlayer, AHeldKeyEndsWhenAnotherProgramsWindowGetsTheKeyboard) {
+    OpenSong();
+    QTest::keyPress(&In<QPushButton>(Window(), "songPlayBtn"), Qt::Key_Z);
+    QApplication::setActiveWindow(nullptr);
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(60));
+}
+
+TEST_F(PanelPlayer, ClosingAndPanicEndWhatPlays) {
+    OpenSong();
+    ClickIn("songPlayBtn");
+    Go(10);
+    QTest::keyClick(&Window(), Qt::Key_F12);
+    EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+    EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+    ClickIn("songPlayBtn");
+    Go(10);
+    ClickIn("songCloseBtn");
+    EXPECT_FALSE(Window().isVisible());
+    EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+    Entry(Qt::ALT | Qt::Key_P).trigger();
+    EXPECT_TRUE(Window().isVisible()) << "the song is still there";
+    Entry(Qt::ALT | Qt::Key_P).trigger();
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+    Entry(Qt::ALT | Qt::Key_P).trigger();
+    EXPECT_EQ(Status().state, SongPlayer::State::kPaused);
+}
+
+TEST_F(PanelPlayer, WhereNothingWouldBeHeardThatIsSaid) {
+    OpenSong();
+    Engine().CloseOutputPort();
+    ClickIn("songPlayBtn");
+    EXPECT_NE(TextIn("songNotice").indexOf("no output plays"), -1);
+    EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+}
+
+TEST_F(PanelPlayer, ADamagedFileIsSaidToBeOne) {
+    OpenSong("It is damaged.");
+    EXPECT_EQ(TextIn("songNotice"), "It is damaged. What is whole of it can be played.");
+    EXPECT_TRUE(In<QLabel>(Window(), "songNotice").isVisible());
+    OpenSong();
+    EXPECT_FALSE(In<QLabel>(Window(), "songNotice").isVisible());
+}
+
+TEST_F(PanelPlayer, TheMenuAsksForAFileAndSaysWhatIsNone) {
+    WriteFileBytes(rig.folder / "no.mid", "nothing");
+    ModalAnswers answers;
+    answers.TypeFile(PathOf("no.mid")).Click(QMessageBox::Ok);
+    Entry(Qt::ALT | Qt::Key_O).trigger();
+    ASSERT_EQ(answers.seen.size(), 2U);
+    EXPECT_EQ(answers.seen[1], "Player: " + PathOf("no.mid").toStdString() + ": It is no MIDI file (byte 0).");
+    EXPECT_FALSE(Window().isVisible());
+    static constexpr char kBytes[] =
+        "MThd\0\0\0\6\0\0\0\1\0\140"
+        "MTrk\0\0\0\14\0\220\74\100\140\200\74\100\0\377\57\0";
+    WriteFileBytes(rig.folder / "song.mid", std::string(kBytes, sizeof kBytes - 1));
+    answers.TypeFile(PathOf("song.mid"));
+    Entry(Qt::ALT | Qt::Key_O).trigger();
+    EXPECT_TRUE(Window().isVisible());
+    EXPECT_EQ(TextIn("songTitle"), "song.mid");
+    EXPECT_EQ(Status().lengthUs, 500'000);
+}
+
+TEST_F(PanelPlayer, SpeaksTheLanguageInForce) {
+    OpenSong();
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    EXPECT_EQ(Window().windowTitle(), QString::fromUtf8("Проигрыватель"));
+    EXPECT_EQ(TextIn("songTime"), QString::fromUtf8("00:00 из 01:30"));
+}
+
+TEST_F(PanelPlayer, ATakeIsHeardInTheDialogThatSavesIt) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ModalAnswers answers;
+    answers.Then([this](QDialog& dialog) {
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        rig.Run(150);
+        EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+        EXPECT_TRUE(listen.isChecked());
+        Show();
+        EXPECT_TRUE(Piano().IsPressed(60));
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+    EXPECT_EQ(SongPlayer(*front).GetSong(), nullptr);
+    Entry(Qt::ALT | Qt::Key_H).trigger();
+    EXPECT_EQ(TextIn("songTitle"), "The last recording");
+    EXPECT_GT(Status().lengthUs, 500'000);
+}
+
+TEST_F(PanelPlayer, ListeningEndsWithTheTake) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ModalAnswers answers;
+    answers.Then([this](QDialog& dialog) {
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        rig.Run(2000);
+        Wait([&listen] { return !listen.isChecked(); });
+        listen.click();
+        EXPECT_TRUE(listen.isChecked()) << "once more";
+        listen.click();
+        EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    EXPECT_TRUE(answers.AllGiven());
+}
+
+TEST_F(PanelPlayer, ATakeIsSavedWithThePanelsTempoWhereThatIsChosen) {
+    Engine().SetTempo(90);
+    const auto save = [this](const char* name, bool onGrid) {
+        ASSERT_TRUE(front->StartRecording());
+        PlayANote();
+        ModalAnswers answers;
+        answers.Then([&](QDialog& dialog) {
+            auto& choice = In<QCheckBox>(dialog, "writeTempo");
+            EXPECT_TRUE(choice.isVisible());
+            EXPECT_FALSE(choice.isChecked());
+            choice.setChecked(onGrid);
+            auto& file = In<QLineEdit>(dialog, "fileNameEdit");
+            QApplication::setActiveWindow(&dialog);
+            file.setFocus();
+            file.setText(PathOf(name));
+            QTest::keyClick(&file, Qt::Key_Return);
+        });
+        Entry(Qt::ALT | Qt::Key_S).trigger();
+    };
+    const auto read = [this](const char* name) {
+        return NK::MIDI::ReadSMFFile(NK::CString::FromUtf8((rig.folder / name).native()))->tempoMap;
+    };
+    save("as-ever.mid", false);
+    EXPECT_EQ(read("as-ever.mid").GetTicksPerQuarter(), 500U);
+    save("on-grid.mid", true);
+    EXPECT_EQ(read("on-grid.mid").GetTicksPerQuarter(), 960U);
+    EXPECT_EQ(read("on-grid.mid").GetChanges()[0].tempo, 666667U);
+}
