@@ -32,6 +32,10 @@ bool isControl(int key) {
     }
 }
 
+quint32 identify(const QKeyEvent& event) {
+    return event.nativeScanCode() != 0 ? event.nativeScanCode() : static_cast<quint32>(event.key());
+}
+
 }  // namespace
 
 PlayAlong::PlayAlong(QWidget& window, QWidget& panel) : QObject(&window), window_(window), panel_(panel) {
@@ -69,6 +73,12 @@ bool PlayAlong::isForPanel(const QKeyEvent& event) const {
     return isLetter || qobject_cast<const QAbstractSpinBox*>(window_.focusWidget()) == nullptr;
 }
 
+void PlayAlong::passReleaseOn(const QKeyEvent& event) {
+    if (own_.erase(identify(event)) == 0) {
+        passOn(event, panel_);
+    }
+}
+
 bool PlayAlong::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::ShortcutOverride:
@@ -83,12 +93,13 @@ bool PlayAlong::eventFilter(QObject* watched, QEvent* event) {
                 passOn(key, panel_);
                 return true;
             }
+            own_.insert(identify(key));
             break;
         }
         case QEvent::KeyRelease: {
             const auto& key = static_cast<const QKeyEvent&>(*event);
             if (watched == window_.focusWidget() || window_.focusWidget() == nullptr) {
-                passOn(key, panel_);  // once, however far it is handed up
+                passReleaseOn(key);  // once, however far it is handed up
             }
             return isForPanel(key);
         }

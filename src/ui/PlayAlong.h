@@ -2,13 +2,14 @@
 #pragma once
 
 #include <QObject>
+#include <set>
 
 class QKeyEvent;
 class QWidget;
 
 /// Passes on to the panel the keys that mean nothing to a window beside it: all but those that move the focus, work a
-/// control or act with ALT, and those that a spin box takes while it has the focus. Every release is passed on, whose
-/// press may have been the panel's. [gui]
+/// control or act with ALT, and those that a spin box takes while it has the focus. A release is passed on unless its
+/// press was the window's: it may have been the panel's. [gui]
 class PlayAlong : public QObject {
     Q_OBJECT
 
@@ -29,6 +30,9 @@ protected:
 private:
     bool isForPanel(const QKeyEvent& event) const;
 
+    void passReleaseOn(const QKeyEvent& event);
+
     QWidget& window_;
     QWidget& panel_;
+    std::set<quint32> own_;  ///< what is pressed in the window, by scan code, or by key where that is unknown
 };

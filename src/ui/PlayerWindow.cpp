@@ -102,6 +102,7 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, KivoraWidget& panel)
     auto* const panic = new QShortcut(Qt::Key_F12, this);
     connect(panic, &QShortcut::activated, &panel, &KivoraWidget::resetClicked);
     connect(panic, &QShortcut::activated, this, &PlayerWindow::look);
+    lookTimer_.setParent(this);
     connect(&lookTimer_, &QTimer::timeout, this, &PlayerWindow::look);
     new PlayAlong(*this, panel);
     retranslate();

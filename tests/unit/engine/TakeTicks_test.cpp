@@ -126,21 +126,26 @@ TEST(TakeTicks, NoEventIsMoreThanHalfATickFromWhereItWasPlayedWhateverTheClockDi
         const auto content = NK::MIDI::ReadSMFFile(path);
         ASSERT_TRUE(content && !content->damage);
         ASSERT_EQ(content->tempoMap.GetTicksPerQuarter(), 960U);
-        const std::int64_t shiftUs = content->events[0].timeUs - std::int64_t{times[0]} * 1000;
         const auto tempi = content->tempoMap.GetChanges();
-        for (std::size_t i = 0; i < times.size(); ++i) {
-            const auto& event = content->events[i];
+        // Of the ticks beside an event, of which a change of the tempo may make two kinds.
+        const auto halfTickUs = [&tempi](std::uint32_t tick) {
             std::uint32_t usPerBeat = 0;
             for (const auto& tempo : tempi) {
-                if (tempo.tick < event.tick || tempo.tick == 0) {
+                if (tempo.tick < tick || tempo.tick == 0) {
                     usPerBeat = tempo.tempo;
-                } else if (tempo.tick == event.tick) {
+                } else if (tempo.tick == tick) {
                     usPerBeat = std::max(usPerBeat, tempo.tempo);
                 }
             }
+            return usPerBeat / 1920.0;
+        };
+        const auto& first = content->events[0];
+        for (std::size_t i = 0; i < times.size(); ++i) {
+            const auto& event = content->events[i];
+            const std::int64_t playedUs = (std::int64_t{times[i]} - times[0]) * 1000;
             // Each of the two may be half a tick away, and the reader rounds down to a microsecond.
-            const double allowed = usPerBeat / 1920.0 + tempi[0].tempo / 1920.0 + 2;
-            ASSERT_LE(std::abs(static_cast<double>(event.timeUs - shiftUs - std::int64_t{times[i]} * 1000)), allowed)
+            ASSERT_LE(std::abs(static_cast<double>(event.timeUs - first.timeUs - playedUs)),
+                      halfTickUs(event.tick) + halfTickUs(first.tick) + 2)
                 << "take " << take << ", event " << i;
         }
     }

@@ -7,12 +7,16 @@
 #include <QtTest/QTest>
 
 #include "ui/Dialogs.h"
+#include "ui/PlayerWindow.h"
 #include "ui/PresetList.h"
+#include "ui/SongFile.h"
 #include "ui/SoundCheck.h"
+#include "unit/engine/SongRig.h"
 #include "widget/ui/GoldenWindow.h"
 #include "widget/ui/SoundFindingsOf.h"
 
 using namespace KivoraTest;
+using Kivora::SongPlayer;
 
 namespace {
 
@@ -92,6 +96,20 @@ TEST_F(DialogPictures, TheSoundCheckLooksAsReviewed) {
             },
             30000));
         ExpectLike(page, "sound_check" + language);
+    });
+}
+
+TEST_F(DialogPictures, ThePlayerLooksAsReviewed) {
+    InBothLanguages([this](const QString& language) {
+        PlayerWindow& player = PlayerWindow::of(*front, *panel);
+        player.openSong({MakeSong({{0, {0x90, 5, 60, 100}}}, 225'000), "Prelude in C.mid",
+                         "It is cut short: it ends at byte 1210, inside a track."});
+        SongPlayer(*front).Seek(83'000'000);
+        SongPlayer(*front).SetLoop(SongPlayer::Loop{80'000'000, 96'000'000});
+        QEvent look(QEvent::WindowActivate);
+        QApplication::sendEvent(&player, &look);
+        ExpectLike(player, "player" + language);
+        player.close();
     });
 }
 
