@@ -7,6 +7,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/PlayedPassages.h"
+#include "engine/Song.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
 #include "ui/RecordingTexts.h"
@@ -73,7 +74,7 @@ void KivoraWidget::savePlayed() {
     } else if (const std::optional<Range> range = Ask(this, played)) {
         saveAs(QDateTime::currentDateTime().addMSecs(-played.GetAgeMs(*range)),
                {.hasGrid = false,
-                .take = [&played, range] { return played.GetTake(*range); },
+                .take = [&played, range] { return std::make_shared<const Kivora::Song>(played.GetTake(*range)); },
                 .save = [&played, range](const NK::CString& path, bool) { return played.Save(*range, path); }});
     }
     QTimer::singleShot(0, this, &KivoraWidget::offerTakes);

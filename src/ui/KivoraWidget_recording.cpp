@@ -101,7 +101,7 @@ void KivoraWidget::stopAndSave() {
     if (captured &&
         !saveAs(QDateTime::currentDateTime(),
                 {.hasGrid = takes_->HasGrid(take),
-                 .take = [this] { return takes_->GetLatestTake(); },
+                 .take = [this] { return std::make_shared<const Kivora::Song>(takes_->GetLatestTake()); },
                  .save = [this](const NK::CString& path, bool onGrid) { return takes_->SaveLatest(path, onGrid); }})) {
         leaveForLater(take);
     }

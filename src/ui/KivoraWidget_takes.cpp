@@ -6,6 +6,7 @@
 #include <QScopedValueRollback>
 
 #include "engine/EngineFront.h"
+#include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_file_failure.h"
 #include "ui/Dialogs.h"
@@ -80,7 +81,8 @@ std::unique_ptr<QMessageBox> KivoraWidget::makeOffer(const WaitingTake& take) {
                                 text + tr("Do you want to save the recording?"),
                                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
-    auto* const listen = new ListenButton(*front_, [this, id = take.id] { return takes_->GetTake(id); });
+    auto* const listen = new ListenButton(
+        *front_, [this, id = take.id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); });
     box->addButton(listen, QMessageBox::ActionRole);
     disconnect(listen, nullptr, box.get(), nullptr);  // which would be answered by it
     return box;
@@ -102,7 +104,7 @@ bool KivoraWidget::saveTake(int id, const QDateTime& begun) {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool saved = saveAs(
         begun, {.hasGrid = takes_->HasGrid(id),
-                .take = [this, id] { return takes_->GetTake(id); },
+                .take = [this, id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); },
                 .save = [this, id](const NK::CString& path, bool onGrid) { return takes_->Save(id, path, onGrid); }});
     if (!saved) {
         leaveForLater(id);

@@ -8,7 +8,7 @@ namespace {
 constexpr int kLookMs = 100;
 }
 
-ListenButton::ListenButton(Kivora::EngineFront& front, std::function<LibMidi::CaptureStore::View()> take,
+ListenButton::ListenButton(Kivora::EngineFront& front, std::function<std::shared_ptr<const Kivora::Song>()> take,
                            QWidget* parent)
     : QPushButton(tr("Listen"), parent), player_(front), take_(std::move(take)) {
     setObjectName("listenBtn");
@@ -30,7 +30,7 @@ ListenButton::~ListenButton() {
 
 void ListenButton::listen(bool on) {
     if (on && !heard_) {
-        heard_ = std::make_shared<const Kivora::Song>(take_());
+        heard_ = take_();
         former_ = player_.GetSong();
     }
     if (on) {

@@ -7,7 +7,6 @@
 #include <QTimer>
 
 #include "engine/SongPlayer.h"
-#include "libmidi/CaptureStore.h"
 
 /// Plays a take while it is checked, up to its end. When the button goes, what the player had before is there again,
 /// stopped. [gui]
@@ -16,7 +15,7 @@ class ListenButton : public QPushButton {
 
 public:
     /// The front outlives the button.
-    ListenButton(Kivora::EngineFront& front, std::function<LibMidi::CaptureStore::View()> take,
+    ListenButton(Kivora::EngineFront& front, std::function<std::shared_ptr<const Kivora::Song>()> take,
                  QWidget* parent = nullptr);
     ~ListenButton() override;
 
@@ -24,7 +23,7 @@ private:
     void listen(bool on);
 
     Kivora::SongPlayer player_;
-    const std::function<LibMidi::CaptureStore::View()> take_;
+    const std::function<std::shared_ptr<const Kivora::Song>()> take_;
     std::shared_ptr<const Kivora::Song> heard_;   ///< null before it was pressed
     std::shared_ptr<const Kivora::Song> former_;  ///< of the player
     QTimer lookTimer_;

@@ -98,7 +98,6 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, KivoraWidget& panel)
     notice_->hide();
     layOut();
     play_->setCheckable(true);
-    play_->setDefault(true);
     auto* const panic = new QShortcut(Qt::Key_F12, this);
     connect(panic, &QShortcut::activated, &panel, &KivoraWidget::resetClicked);
     connect(panic, &QShortcut::activated, this, &PlayerWindow::look);
