@@ -8,6 +8,16 @@
 namespace Kivora {
 
 using NK::MIDI::CMIDIMessageX;
+using NK::MIDI::TMIDIMessage;
+
+namespace {
+
+bool ResetsControllers(TMIDIMessage message) {
+    constexpr std::uint8_t kResetControllers = 121;
+    return message.status == TMIDIMessage::kControlChange && message.data1 == kResetControllers;
+}
+
+}  // namespace
 
 Song::Song(NK::MIDI::SMFContent file) : events_(std::move(file.events)) {
     Begin(file.lengthUs);
@@ -27,9 +37,13 @@ void Song::Begin(std::int64_t lengthUs) {
     const auto isLate = [](const Event& event) { return event.timeUs > kLongestUs; };
     events_.erase(std::find_if(events_.begin(), events_.end(), isLate), events_.end());
     lengthUs_ = std::min(std::max(lengthUs, IsEmpty() ? 0 : events_.back().timeUs), kLongestUs);
+    LibMidi::ChannelState ever;
     for (const Event& event : events_) {
-        rest_.FollowAtRest(event.message);
+        if (!ResetsControllers(event.message)) {  // what was set before stays set here
+            ever.Follow(event.message);
+        }
     }
+    rest_ = ever.GetReset();
 }
 
 std::size_t Song::FindEvent(std::int64_t timeUs) const {

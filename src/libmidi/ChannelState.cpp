@@ -12,14 +12,7 @@ namespace {
 constexpr std::uint8_t kBankHigh = 0;
 constexpr std::uint8_t kBankLow = 32;
 constexpr std::uint8_t kDataHigh = 6;
-constexpr std::uint8_t kVolume = 7;
-constexpr std::uint8_t kBalance = 8;
-constexpr std::uint8_t kPan = 10;
-constexpr std::uint8_t kExpression = 11;
 constexpr std::uint8_t kDataLow = 38;
-constexpr std::uint8_t kFirstSound = 70;
-constexpr std::uint8_t kLastSound = 79;
-constexpr std::uint8_t kReverb = 91;
 constexpr std::uint8_t kFirstDataStep = 96;  // and 97
 constexpr std::uint8_t kOtherParameterLow = 98;
 constexpr std::uint8_t kOtherParameterHigh = 99;
@@ -115,42 +108,6 @@ void ChannelState::Follow(TMIDIMessage message) noexcept {
     }
 }
 
-std::uint8_t ChannelState::Channel::GetRest(std::uint8_t number) const noexcept {
-    constexpr std::uint8_t kCentre = 64;
-    switch (number) {
-        case kDataHigh:
-            return HasParameter() && parameterLow == 0 ? 2 : kCentre;  // semitones of the wheel, or the tuning
-        case kVolume:
-            return 100;
-        case kBalance:
-        case kPan:
-            return kCentre;
-        case kExpression:
-            return 127;
-        case kReverb:
-            return 40;
-        default:
-            return number >= kFirstSound && number <= kLastSound ? kCentre : 0;
-    }
-}
-
-void ChannelState::FollowAtRest(TMIDIMessage message) noexcept {
-    if (message.channel < 1 || message.channel > channels_.size()) {
-        return;
-    }
-    const bool selects = message.data1 > kFirstDataStep + 1 && message.data1 <= kParameterHigh;
-    if (message.status == TMIDIMessage::kControlChange && !selects) {
-        message.data2 = channels_[message.channel - 1U].GetRest(message.data1);
-    } else if (message.status == TMIDIMessage::kPitchWheel) {
-        message.SetPitchWheelCentered(0);
-    } else if (message.status == TMIDIMessage::kProgramChange || message.status == TMIDIMessage::kChannelPressure) {
-        message.data1 = 0;
-    }
-    if (message.status != TMIDIMessage::kControlChange || message.data1 < kControllers) {
-        Follow(message);
-    }
-}
-
 void ChannelState::Channel::TakeUnsetFrom(const Channel& other) noexcept {
     const auto take = [](std::uint8_t& value, std::uint8_t otherValue) {
         value = value == kUnset ? otherValue : value;
@@ -201,6 +158,12 @@ ChannelState::Channel ChannelState::AtReset(const Channel& channel) noexcept {
     constexpr std::uint8_t kWheelMiddle = 64;
     bring(reset.wheelLow, channel.wheelLow, 0);
     bring(reset.wheelHigh, channel.wheelHigh, kWheelMiddle);
+    return reset;
+}
+
+ChannelState ChannelState::GetReset() const noexcept {
+    ChannelState reset;
+    std::transform(channels_.begin(), channels_.end(), reset.channels_.begin(), AtReset);
     return reset;
 }
 

@@ -16,8 +16,8 @@ public:
     using Visit = std::function<void(NK::MIDI::TMIDIMessage message)>;
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
-    /// As if `message` had set what it sets to the value that a device has there after a reset (General MIDI 2).
-    void FollowAtRest(NK::MIDI::TMIDIMessage message) noexcept;
+    /// Of everything that is set here, what a device has there after a reset.
+    ChannelState GetReset() const noexcept;
     /// Takes from `other` what is not set here.
     void TakeUnsetFrom(const ChannelState& other) noexcept;
     /// Visits what brings a device that was reset to this state: of each channel the banks before the program, and what
@@ -38,7 +38,6 @@ private:
         void Control(std::uint8_t number, std::uint8_t value) noexcept;
         void ResetControllers() noexcept;
         void TakeUnsetFrom(const Channel& other) noexcept;
-        std::uint8_t GetRest(std::uint8_t number) const noexcept;
         bool HasParameter() const noexcept { return parameterHigh == 0 && parameterLow < kParameters; }
         bool operator==(const Channel&) const = default;
 
