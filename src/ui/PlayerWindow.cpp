@@ -196,7 +196,8 @@ void PlayerWindow::retranslate() {
 void PlayerWindow::openSong(const SongFile& file) {
     player_.Open(file.song);
     title_->setText(file.title);
-    say(file.damage.isEmpty() ? QString() : file.damage + ' ' + tr("What is whole of it can be played."));
+    damage_ = file.damage.isEmpty() ? QString() : file.damage + ' ' + tr("What is whole of it can be played.");
+    say(damage_);
     come();
 }
 
@@ -245,8 +246,8 @@ bool PlayerWindow::askForFile() {
 void PlayerWindow::playOrPause() {
     if (player_.GetStatus().state == SongPlayer::State::kPlaying) {
         player_.Pause();
-    } else if (player_.GetSong() && !player_.Play()) {
-        say(tr("Nothing would be heard: no output plays now. The settings tell why."));
+    } else if (player_.GetSong()) {
+        say(player_.Play() ? damage_ : tr("Nothing would be heard: no output plays now. The settings tell why."));
     }
     look();
 }

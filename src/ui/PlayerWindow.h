@@ -65,6 +65,7 @@ private:
     Kivora::SongPlayer player_;
     QTimer lookTimer_;
     qint64 lengthUs_ = 0;
+    QString damage_;  ///< what is said of the song's file
 
     // Qt's parent owns these.
     QLabel* title_;

@@ -173,6 +173,9 @@ TEST_F(PanelPlayer, WhereNothingWouldBeHeardThatIsSaid) {
     ClickIn("songPlayBtn");
     EXPECT_NE(TextIn("songNotice").indexOf("no output plays"), -1);
     EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+    Engine().SetOutputPortByIndex(0);
+    ClickIn("songPlayBtn");
+    EXPECT_EQ(TextIn("songNotice"), "");
 }
 
 TEST_F(PanelPlayer, ADamagedFileIsSaidToBeOne) {
