@@ -44,7 +44,6 @@ QLabel* MakeLine(const char* name) {
     auto* const line = new QLabel;
     line->setObjectName(name);
     line->setTextFormat(Qt::PlainText);
-    line->setWordWrap(true);
     return line;
 }
 
@@ -95,6 +94,8 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, KivoraWidget& panel)
     tempo_->setSuffix(" %");
     tempoLabel_->setBuddy(tempo_);
     transpositionLabel_->setBuddy(transposition_);
+    title_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a file's name may be of any length
+    notice_->setWordWrap(true);
     notice_->hide();
     layOut();
     play_->setCheckable(true);
@@ -196,6 +197,7 @@ void PlayerWindow::retranslate() {
 void PlayerWindow::openSong(const SongFile& file) {
     player_.Open(file.song);
     title_->setText(file.title);
+    title_->setToolTip(file.title.toHtmlEscaped());
     damage_ = file.damage.isEmpty() ? QString() : file.damage + ' ' + tr("What is whole of it can be played.");
     say(damage_);
     come();
