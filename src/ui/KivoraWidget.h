@@ -39,6 +39,7 @@ class QActionGroup;
 class QMenu;
 class QPiano;
 class QPianoPCKeyHelpBar;
+class SplitMark;
 class arpeggiatorSettings;
 struct PanelTextStyle;
 struct TakeToSave;
@@ -204,7 +205,7 @@ private:
     void createValueColumn();
     void createRightColumn();
     void createKeyboard();
-    void centreHints();  ///< over the keys, which are not as wide as each other
+    void centreHints();  ///< over the keys, which are not as wide as each other; the split mark follows them too
     void orderFocus();
     void nameControls();
     static void addCaption(PanelKey* button, double baseline);
@@ -229,12 +230,14 @@ private:
     void setOctaveShift(int semitones);
     void octaveUpClicked();
     void octaveDownClicked();
+    bool isBassOnComputerKeys() const;
     void offerOctaveShift();     ///< where no computer key plays the bass of a split
     void withdrawOctaveShift();  ///< once one does, there is no split, or nobody has taken it for a while
 
     // KivoraWidget_voices.cpp
     void setEditMode(ParameterEditor::EMode mode);
     void setVoiceMode(bool dual, bool split);
+    void splitMoved(int note);
     void showPatchMenu(int slot, const QWidget* widget, QPoint position);
     /// What the second voice's texts are about: its slot, or -1 without one.
     int shownSecondarySlot() const;
@@ -287,6 +290,8 @@ private:
 
     // KivoraWidget_view.cpp
     void createSizeMenu();
+    void createPianoMenu();
+    void showPianoRange();
     void createAccessibilityMenu();
     void loadView();
     void changeView(const ViewSettings& view);
@@ -347,6 +352,7 @@ private:
     MainDisplay* display_ = nullptr;
     QPiano* piano_ = nullptr;
     QPianoPCKeyHelpBar* hintBar_ = nullptr;
+    SplitMark* splitMark_ = nullptr;
     QBlinkingLed* midiLamp_ = nullptr;
     QBlinkingLed* barLamp_ = nullptr;
     QBlinkingLed* beatLamp_ = nullptr;
@@ -389,5 +395,6 @@ private:
 
     PanelScale scale_;
     ViewSettings view_;
+    PianoRange pianoRange_;  ///< what the piano shows
     std::function<void()> wantedScaleListener_;
 };

@@ -17,11 +17,10 @@
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
 #include "ui/RecordingTexts.h"
+#include "ui/SplitMark.h"
 
 namespace {
 
-constexpr BYTE kFirstNote = 36;
-constexpr BYTE kKeyCount = 61;
 constexpr int kMIDIBlinkMs = 50;
 constexpr int kBarBlinkMs = 120;
 constexpr int kBeatBlinkMs = 60;
@@ -188,11 +187,19 @@ void KivoraWidget::createKeyboard() {
     piano_ = new QPiano(this);
     piano_->setObjectName("piano");
     piano_->setGeometry(PanelGeometry::kPiano);
-    piano_->SetKeys(kFirstNote, kKeyCount);
+    piano_->SetKeys(pianoRange_.first, pianoRange_.count);
     piano_->setEnableCursor(true);
     piano_->setFocusPolicy(Qt::TabFocus);
     piano_->installEventFilter(this);
     hintBar_->setRange(piano_->GetFirstNote(), piano_->GetKeyCount());
+
+    splitMark_ = new SplitMark(this);
+    splitMark_->setObjectName("split-mark");
+    splitMark_->setGeometry(PanelGeometry::kSplitMark);
+    splitMark_->hide();
+    controlKeys_->watch(splitMark_);
+    splitMark_->installEventFilter(this);
+    connect(splitMark_, &SplitMark::valueChanged, this, &KivoraWidget::splitMoved);
     centreHints();
     connect(piano_, qOverload<BYTE, BYTE>(&QPiano::keyPressed), this, &KivoraWidget::UIKeyPressed);
     connect(piano_, &QPiano::keyReleased, this, &KivoraWidget::UIKeyReleased);
@@ -205,6 +212,11 @@ void KivoraWidget::centreHints() {
         centres[note] = piano_->x() - hintBar_->x() + piano_->keyRect(static_cast<BYTE>(note)).center().x();
     }
     hintBar_->setCentres(centres);
+    std::vector<double> lefts;
+    for (int note = piano_->GetFirstNote(); note < piano_->GetFirstNote() + piano_->GetKeyCount(); ++note) {
+        lefts.push_back(piano_->x() - splitMark_->x() + piano_->keyRect(static_cast<BYTE>(note)).left());
+    }
+    splitMark_->setKeys(piano_->GetFirstNote(), std::move(lefts));
 }
 
 void KivoraWidget::orderFocus() {
@@ -224,7 +236,8 @@ void KivoraWidget::orderFocus() {
             follow(pane->findChild<QWidget*>(name));
         }
     }
-    for (QWidget* control : std::initializer_list<QWidget*>{reset_, settings_, helpButton_, about_, piano_}) {
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{reset_, settings_, helpButton_, about_, splitMark_, piano_}) {
         follow(control);
     }
 }

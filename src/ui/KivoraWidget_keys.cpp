@@ -30,7 +30,6 @@ namespace {
 constexpr int kOctave = 12;
 constexpr int kMaxOctaveShift = 3 * kOctave;
 constexpr int kLowestPCKey = 60;  // the note of the lower manual's first key
-constexpr int kSplitStartNote = 60;
 constexpr int kOfferMs = 15000;
 
 /// The level as the engine counts them.
@@ -171,23 +170,32 @@ void KivoraWidget::setOctaveShift(int semitones) {
     keys_.SetOctaveShift(shift, actions);
     carryOut(actions);
     hintBar_->setOctaveShift(shift);
-    if (kLowestPCKey + shift < kSplitStartNote) {
+    if (isBassOnComputerKeys()) {
         withdrawOctaveShift();
     }
+    showPianoRange();
     const int octaves = shift / kOctave;
     ShowFigure(octaveValue_, octaves == 0
                                  ? QStringLiteral("0")
                                  : QString(QChar(octaves < 0 ? 0x2212 : '+')) + QString::number(std::abs(octaves)));
 }
 
+bool KivoraWidget::isBassOnComputerKeys() const {
+    return engine_ != nullptr && kLowestPCKey + keys_.GetOctaveShift() < engine_->GetSplitPoint();
+}
+
 void KivoraWidget::offerOctaveShift() {
-    if (engine_ == nullptr || !engine_->IsSplit() || kLowestPCKey + keys_.GetOctaveShift() < kSplitStartNote) {
+    if (engine_ == nullptr || !engine_->IsSplit() || isBassOnComputerKeys()) {
         return;
     }
-    display_->notice()->tell(NoticeLine::Topic::kHint,
-                             tr("No computer key plays the bass: press here for octave shift \xE2\x88\x92"
-                                "1"),
-                             [this] { setOctaveShift(-kOctave); });
+    const int octaves = std::max(kLowestPCKey - engine_->GetSplitPoint(), 0) / kOctave + 1;
+    if (octaves * kOctave > kMaxOctaveShift) {
+        return;  // the bass lies below all of them
+    }
+    display_->notice()->tell(
+        NoticeLine::Topic::kHint,
+        tr("No computer key plays the bass: press here for octave shift \xE2\x88\x92%1").arg(octaves),
+        [this, octaves] { setOctaveShift(-octaves * kOctave); });
     octaveOfferTimer_.start(kOfferMs);
 }
 

@@ -186,6 +186,7 @@ void KivoraWidget::createViewActions() {
             [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; }, colorings);
     }
 
+    createPianoMenu();
     createSizeMenu();
     createAccessibilityMenu();
 

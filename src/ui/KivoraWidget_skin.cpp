@@ -114,7 +114,7 @@ void KivoraWidget::composeBackground() {
     background_ = skin_.GetOverlay();
     QPainter painter(&background_);
     painter.scale(skin_.GetRatio(), skin_.GetRatio());
-    DrawPanelLegends(painter, leftView_, rightView_, skin_.GetRatio());
+    DrawPanelLegends(painter, leftView_, rightView_, pianoRange_, skin_.GetRatio());
     if (InstrumentStyle::IsHighContrast()) {
         drawFrames(painter);
     }

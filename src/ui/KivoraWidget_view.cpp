@@ -7,7 +7,9 @@
 #include "engine/CKivora.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
+#include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoAccessible.h"
+#include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/Dialogs.h"
 #include "ui/InstrumentStyle.h"
 #include "ui/KivoraWidget.h"
@@ -46,8 +48,37 @@ NK::CString KivoraWidget::viewPath() const {
 void KivoraWidget::showView() {
     QPianoAccessible::setQuiet(view_.quietWhilePlaying);
     InstrumentStyle::ChooseContrast(view_.contrast);
+    showPianoRange();
     composeSkin();
     composeBackground();  // whose frames the skin knows nothing of
+}
+
+void KivoraWidget::showPianoRange() {
+    const PianoRange range = PianoRange::Of(view_.pianoKeys, keys_.GetOctaveShift());
+    if (range == pianoRange_) {
+        return;
+    }
+    pianoRange_ = range;
+    piano_->releaseHeld();
+    piano_->SetKeys(range.first, range.count);
+    hintBar_->setRange(range.first, range.count);
+    centreHints();
+    composeBackground();
+}
+
+void KivoraWidget::createPianoMenu() {
+    QMenu* const sizes = menu_->addMenu(tr("Piano Keys"));
+    auto* const choice = new QActionGroup(menu_);
+    for (const int keys : PianoRange::kSizes) {
+        addMenuState(
+            *sizes, tr("%1 Keys").arg(keys), {},
+            [this, keys] {
+                ViewSettings view = view_;
+                view.pianoKeys = keys;
+                changeView(view);
+            },
+            [this, keys] { return view_.pianoKeys == keys; }, choice);
+    }
 }
 
 void KivoraWidget::setWantedScale(double scale) {

@@ -10,6 +10,7 @@
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
 #include "ui/PatchTexts.h"
+#include "ui/SplitMark.h"
 
 using EMode = ParameterEditor::EMode;
 
@@ -18,7 +19,6 @@ namespace {
 constexpr int kMainSlot = 0;
 constexpr int kDualSlot = 1;
 constexpr int kSplitSlot = 2;
-constexpr BYTE kSplitStartNote = 60;
 constexpr int kBlinkMs = 100;
 // What the keys of the piano shine in while they sound.
 constexpr QColor kMainLight(0x2F, 0xB5, 0x6E);
@@ -173,6 +173,13 @@ void KivoraWidget::setVoiceMode(bool dual, bool split) {
     }
 }
 
+void KivoraWidget::splitMoved(int note) {
+    if (front_ != nullptr) {
+        front_->SetSplitPoint(note);
+        piano_->ReleaseAll();
+    }
+}
+
 void KivoraWidget::vm1Clicked() {
     setVoiceMode(false, false);
 }
@@ -203,9 +210,21 @@ void KivoraWidget::updateKeyboardKeyLayout() {
     if (!split) {
         withdrawOctaveShift();
     }
-    piano_->setSplitMainPartStartKey(split ? kSplitStartNote : 0);
+    const int splitPoint = engine_ != nullptr ? engine_->GetSplitPoint() : 0;
+    piano_->setSplitMainPartStartKey(split ? static_cast<BYTE>(splitPoint) : 0);
     piano_->setLights({kMainLight, dual ? kSecondLight : QColor(), kSecondLight});
     hintBar_->update();
+    if (split) {
+        splitMark_->setColors(kMainLight, kSecondLight);
+        splitMark_->setValue(splitPoint);
+    }
+    if (split != splitMark_->isVisibleTo(this)) {
+        splitMark_->setVisible(split);
+        composeBackground();  // it may frame what is there
+    }
+    if (isBassOnComputerKeys()) {
+        withdrawOctaveShift();
+    }
 }
 
 void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint position) {

@@ -77,7 +77,7 @@ inline constexpr QRect kPCKeyCard{872, 78, 292, 214};
 // Keyboard bed.
 inline constexpr QRect kOctaveNames{14, 304, 1152, 12};
 inline constexpr QRect kHintBar{14, 318, 1152, 14};
+inline constexpr QRect kSplitMark{14, 318, 1152, 18};  ///< over the hints, down to the keys
 inline constexpr QRect kPiano{14, 336, 1152, 176};
-inline constexpr int kWhiteKeyWidth = 32;
 
 }  // namespace PanelGeometry

@@ -1,9 +1,11 @@
 #include "ui/PanelLegends.h"
 
+#include <algorithm>
 #include <array>
 #include <QCoreApplication>
 #include <QPainter>
 
+#include "piano/CKeyboardPosCalc.h"
 #include "ui/PanelGeometry.h"
 #include "ui/PanelSkin.h"
 #include "ui/PanelText.h"
@@ -75,10 +77,11 @@ constexpr double kCardMeaningWidth = 180;
 constexpr double kCardMeaningPixels = 12;
 
 constexpr QColor kWhite(255, 255, 255);
-constexpr int kOctaves = 5;
-constexpr int kWhiteKeysInOctave = 7;
+constexpr int kKeysInOctave = 12;
 constexpr double kOctaveNameBaseline = 312.8;
 constexpr double kOctaveNameSpacing = 0.8;
+constexpr double kOctaveNameGap = 8.0;
+constexpr double kBracketEnd = 3.5;
 
 QColor White(double opacity) {
     QColor color = kWhite;
@@ -125,42 +128,58 @@ void DrawCard(QPainter& painter) {
     }
 }
 
-QString OctaveName(int octave) {
+/// Of the octave that begins with a C.
+QString OctaveName(int note) {
+    const int octave = note / kKeysInOctave;
     switch (octave) {
-        case 0:
-            return QCoreApplication::translate("Octave names", "GREAT");
         case 1:
+            return QCoreApplication::translate("Octave names", "SUB-CONTRA");
+        case 2:
+            return QCoreApplication::translate("Octave names", "CONTRA");
+        case 3:
+            return QCoreApplication::translate("Octave names", "GREAT");
+        case 4:
             return QCoreApplication::translate("Octave names", "SMALL");
         default:
-            return QString::number(octave - 1);
+            return QString::number(octave - 4);
     }
 }
 
-/// The octaves of the piano's five and the key above them.
-void DrawOctaveNames(QPainter& painter) {
+/// The octaves of the piano, with what it shows of the first and the last one.
+void DrawOctaveNames(QPainter& painter, const PianoRange& piano) {
     PanelTextStyle style = PanelText::kSmallLegend;
     style.spacing = kOctaveNameSpacing;
-    constexpr double octaveWidth = kWhiteKeysInOctave * PanelGeometry::kWhiteKeyWidth;
-    for (int octave = 0; octave < kOctaves; ++octave) {
-        const double left = PanelGeometry::kOctaveNames.left() + octave * octaveWidth;
-        const double middle = left + octaveWidth / 2;
-        const QString name = OctaveName(octave);
-        const double gap = PanelText::Fit(style, name, octaveWidth).Width() / 2 + 8;
-        painter.setPen(White(0.24));
-        painter.drawPolyline(QPolygonF({{left + 3.5, 313.5}, {left + 3.5, 309.5}, {middle - gap, 309.5}}));
-        painter.drawPolyline(
-            QPolygonF({{middle + gap, 309.5}, {left + octaveWidth - 3.5, 309.5}, {left + octaveWidth - 3.5, 313.5}}));
-        PanelText::Draw(painter, style, name, {middle, kOctaveNameBaseline}, Qt::AlignHCenter, octaveWidth);
+    const QRect& place = PanelGeometry::kOctaveNames;
+    const NK::Piano::CKeyboardPosCalc keys(piano.first, piano.count, place.width());
+    const int end = piano.first + piano.count;
+    for (int first = piano.first / kKeysInOctave * kKeysInOctave; first < end; first += kKeysInOctave) {
+        const int next = first + kKeysInOctave;
+        const double left = place.left() + keys.GetKeyPos(static_cast<std::uint8_t>(std::max<int>(first, piano.first)));
+        const double right =
+            place.left() + (next < end ? keys.GetKeyPos(static_cast<std::uint8_t>(next)) : place.width());
+        const double middle = (left + right) / 2;
+        const QString name = OctaveName(first);
+        const PanelText::Fitted fitted = PanelText::Fit(style, name, right - left);
+        if (fitted.text != name.toUpper()) {
+            continue;  // too little of it is shown
+        }
+        const double gap = fitted.Width() / 2 + kOctaveNameGap;
+        const bool isOneKey = first + 1 == end;
+        if (!isOneKey && middle - gap > left + kBracketEnd) {
+            painter.setPen(White(0.24));
+            painter.drawPolyline(
+                QPolygonF({{left + kBracketEnd, 313.5}, {left + kBracketEnd, 309.5}, {middle - gap, 309.5}}));
+            painter.drawPolyline(
+                QPolygonF({{middle + gap, 309.5}, {right - kBracketEnd, 309.5}, {right - kBracketEnd, 313.5}}));
+        }
+        PanelText::Draw(painter, style, name, {middle, kOctaveNameBaseline}, Qt::AlignHCenter, right - left);
     }
-    const double last =
-        PanelGeometry::kOctaveNames.left() + kOctaves * octaveWidth + PanelGeometry::kWhiteKeyWidth / 2.0;
-    PanelText::Draw(painter, style, OctaveName(kOctaves), {last, kOctaveNameBaseline}, Qt::AlignHCenter,
-                    PanelGeometry::kWhiteKeyWidth);
 }
 
 }  // namespace
 
-void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, double devicePixelRatio) {
+void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, const PianoRange& piano,
+                      double devicePixelRatio) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     PanelText::Draw(painter, PanelText::kHeaderLegend, Text(QT_TRANSLATE_NOOP("PanelLegends", "MIDI")), {845, 25.6},
                     Qt::AlignRight, 80);
@@ -177,5 +196,5 @@ void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, double 
     } else {
         DrawCard(painter);
     }
-    DrawOctaveNames(painter);
+    DrawOctaveNames(painter, piano);
 }

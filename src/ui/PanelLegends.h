@@ -1,6 +1,8 @@
 // The legends that are printed on the panel.
 #pragma once
 
+#include "ui/PianoRange.h"
+
 class QPainter;
 
 enum class LeftView { kMetronome, kRecorder };
@@ -8,4 +10,5 @@ enum class RightView { kPCKeyCard, kArpeggiator };
 
 /// Draws the translated legends of plates and bays, the octave names above the keys, and what the right bay shows
 /// besides its controls. In the panel's coordinates. [gui]
-void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, double devicePixelRatio);
+void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, const PianoRange& piano,
+                      double devicePixelRatio);

@@ -13,6 +13,7 @@ constexpr const wchar_t* kSection = L"View";
 constexpr const wchar_t* kSize = L"Size";
 constexpr const wchar_t* kContrast = L"HighContrast";
 constexpr const wchar_t* kQuiet = L"QuietWhilePlaying";
+constexpr const wchar_t* kPianoKeys = L"PianoKeys";
 constexpr double kPercent = 100.0;
 constexpr int kAsDesktop = 2;  // of the key for the contrast; 0 and 1 are off and on
 
@@ -31,6 +32,8 @@ ViewSettings ViewSettings::Read(const NK::CString& path) {
     const int contrast = file.GetInt(kContrast, kAsDesktop);
     settings.contrast = contrast == 0 ? EContrast::kUsual : contrast == 1 ? EContrast::kHigh : EContrast::kAsDesktop;
     file.GetBool(kQuiet, settings.quietWhilePlaying);
+    const int keys = file.GetInt(kPianoKeys, PianoRange::kDefaultKeys);
+    settings.pianoKeys = PianoRange::IsSize(keys) ? keys : PianoRange::kDefaultKeys;
     return settings;
 }
 
@@ -41,5 +44,8 @@ bool ViewSettings::Save(const NK::CString& path) const {
     file.SetDouble(kSize, scale * kPercent);
     file.SetInt(kContrast, contrast == EContrast::kAsDesktop ? kAsDesktop : contrast == EContrast::kHigh ? 1 : 0);
     file.SetInt(kQuiet, quietWhilePlaying ? 1 : 0);
+    if (pianoKeys != PianoRange::kDefaultKeys || file.GetString(kPianoKeys)) {
+        file.SetInt(kPianoKeys, pianoKeys);
+    }
     return NK::CreateFolder(NK::GetFolderName(path)) && file.Save(path);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "nk/nk_string.h"
+#include "ui/PianoRange.h"
 
 enum class EContrast { kAsDesktop, kHigh, kUsual };
 
@@ -13,13 +14,15 @@ struct ViewSettings {
 
     double scale = 1.0;  ///< of the panel, where its screen has the room; kSmallestScale..kLargestScale
     EContrast contrast = EContrast::kAsDesktop;
-    bool quietWhilePlaying = false;  ///< screen readers are not told which keys are lit
+    bool quietWhilePlaying = false;            ///< screen readers are not told which keys are lit
+    int pianoKeys = PianoRange::kDefaultKeys;  ///< one of PianoRange::kSizes
 
     bool operator==(const ViewSettings&) const = default;
 
     /// The defaults where there is no such file or it cannot be read.
     static ViewSettings Read(const NK::CString& path);
-    /// Leaves the other lines of the file alone. False, with the reason in NK::GetFileFailure(), when it cannot be
+    /// Leaves the other lines of the file alone. The piano's size is written where it is not the default or is there
+    /// already. False, with the reason in NK::GetFileFailure(), when it cannot be
     /// written.
     bool Save(const NK::CString& path) const;
 };

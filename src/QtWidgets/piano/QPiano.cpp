@@ -62,6 +62,7 @@ void QPiano::SetKeys(BYTE first, BYTE count) {
     const int last = std::max<int>(first, lastNote());
     const int wanted = cursorNote_ == kNoKey ? first + widenedCount / 2 : cursorNote_;
     setCursorNote(static_cast<BYTE>(std::clamp<int>(wanted, first, last)));
+    QPianoAccessible::rangeChanged(*this);
     repaintAll();
 }
 

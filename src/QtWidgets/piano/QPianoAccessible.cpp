@@ -142,6 +142,13 @@ void QPianoAccessible::focusMoved(QPiano& piano) {
     QAccessible::updateAccessibility(&event);
 }
 
+void QPianoAccessible::rangeChanged(QPiano& piano) {
+    if (QAccessible::isActive()) {
+        QAccessibleEvent event(&piano, QAccessible::ObjectReorder);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
 QPiano* QPianoAccessible::piano() const {
     return qobject_cast<QPiano*>(object());
 }

@@ -21,6 +21,8 @@ public:
     /// Tell assistive technology that a key went down or up, and that the cursor has moved or come into sight.
     static void keyChanged(QPiano& piano, std::uint8_t note);
     static void focusMoved(QPiano& piano);
+    /// Tells assistive technology that other keys are shown.
+    static void rangeChanged(QPiano& piano);
 
     int childCount() const override;
     QAccessibleInterface* child(int index) const override;

@@ -29,6 +29,14 @@ protected:
         Wait([&] { return !Find<QBlinkingLed>("midi-led").isLit(); });
         ExpectLikeReviewed(panel->grab().toImage(), name);
     }
+    void Choose(const QString& text) {
+        for (QAction* entry : panel->findChildren<QAction*>()) {
+            if (entry->text().remove('&') == text) {
+                return entry->trigger();
+            }
+        }
+        ADD_FAILURE() << text.toStdString();
+    }
     void ExpectTextsFit(const std::string& where) {
         for (const PanelKey* key : panel->findChildren<PanelKey*>()) {
             EXPECT_EQ(key->fittedCaption().text, key->text()) << where << " " << key->objectName().toStdString();
@@ -86,18 +94,22 @@ TEST_F(PanelPictures, LooksAsReviewedAtOtherSizes) {
 
 TEST_F(PanelPictures, LooksAsReviewedInHighContrast) {
     Prepare();
-    const auto choose = [this](const QString& text) {
-        for (QAction* entry : panel->findChildren<QAction*>()) {
-            if (entry->text().remove('&') == text) {
-                return entry->trigger();
-            }
-        }
-        ADD_FAILURE() << text.toStdString();
-    };
-    choose("High Contrast");
+    Choose("High Contrast");
     ExpectLike("panel_contrast");
-    choose("Usual Contrast");
+    Choose("Usual Contrast");
     ExpectLike("panel");
+}
+
+TEST_F(PanelPictures, ThePianosOfOtherSizesLookAsReviewed) {
+    Prepare();
+    Choose("88 Keys");
+    Engine().SetShowNoteNames(true);
+    Click("voice-mode-split");
+    Click("octave-down");
+    Engine().SetSplitPoint(54);
+    ExpectLike("panel_88_keys");
+    Choose("25 Keys");
+    ExpectLike("panel_25_keys");
 }
 
 TEST_F(PanelPictures, EveryTextFitsInBothLanguagesAndAllViews) {

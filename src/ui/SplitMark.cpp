@@ -1,0 +1,166 @@
+#include "ui/SplitMark.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <utility>
+
+#include "engine/VoiceSlots.h"
+#include "QtWidgets/piano/NoteNamesQt.h"
+#include "ui/InstrumentColors.h"
+
+using Kivora::VoiceSlots;
+
+namespace {
+
+constexpr int kOctave = 12;
+constexpr int kOctaveBase = -1;
+// In the design's pixels.
+constexpr double kLineHeight = 3.0;
+constexpr double kLineBottom = 0.5;
+constexpr double kGap = 1.5;
+constexpr QRectF kHandle{-5.5, 2.0, 11.0, 10.0};
+constexpr double kStemWidth = 2.0;
+constexpr double kReach = 9.0;  // of the handle, to either side
+constexpr double kFingerReach = 24.0;
+
+}  // namespace
+
+SplitMark::SplitMark(QWidget* parent) : QAbstractSlider(parent) {
+    setOrientation(Qt::Horizontal);
+    setRange(VoiceSlots::kLowestSplit, VoiceSlots::kHighestSplit);
+    setSingleStep(1);
+    setPageStep(kOctave);
+    setMouseTracking(true);
+    setValue(VoiceSlots::kSplitPoint);
+    nameValue();
+}
+
+void SplitMark::setKeys(BYTE first, std::vector<double> lefts) {
+    first_ = first;
+    lefts_ = std::move(lefts);
+    update();
+}
+
+void SplitMark::setColors(const QColor& main, const QColor& bass) {
+    main_ = main;
+    bass_ = bass;
+    update();
+}
+
+double SplitMark::xOf(int note) const {
+    const int index = note - first_;
+    if (index < 0) {
+        return 0.0;
+    }
+    return index < static_cast<int>(lefts_.size()) ? lefts_[static_cast<std::size_t>(index)] : width();
+}
+
+int SplitMark::noteAt(double x) const {
+    const auto distance = [x](double left) { return std::abs(left - x); };
+    if (lefts_.size() < 2) {
+        return value();
+    }
+    // Each half keeps a key.
+    const auto nearest = std::min_element(lefts_.begin() + 1, lefts_.end(),
+                                          [&](double a, double b) { return distance(a) < distance(b); });
+    return first_ + static_cast<int>(nearest - lefts_.begin());
+}
+
+bool SplitMark::isOnHandle(const QMouseEvent& event) const {
+    const double reach = event.source() == Qt::MouseEventNotSynthesized ? kReach : kFingerReach;
+    return isEnabled() && std::abs(event.position().x() - handleX()) <= reach * panelScale();
+}
+
+void SplitMark::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(panelScale(), panelScale());
+    const double right = width() / panelScale();
+    const double bottom = height() / panelScale() - kLineBottom;
+    const double x = handleX() / panelScale();
+    painter.fillRect(QRectF(QPointF(0.0, bottom - kLineHeight), QPointF(std::max(x - kGap, 0.0), bottom)), bass_);
+    painter.fillRect(QRectF(QPointF(std::min(x + kGap, right), bottom - kLineHeight), QPointF(right, bottom)), main_);
+    const QRectF cap = kHandle.translated(std::clamp(x, kHandle.width() / 2, right - kHandle.width() / 2), 0.0);
+    painter.fillRect(QRectF(cap.center().x() - kStemWidth / 2, cap.center().y(), kStemWidth, bottom - cap.center().y()),
+                     InstrumentColors::kCapText);
+    QLinearGradient gradient(cap.topLeft(), cap.bottomLeft());
+    gradient.setColorAt(0.0, isSliderDown() ? InstrumentColors::kCapText : InstrumentColors::kDimCapText);
+    gradient.setColorAt(1.0, InstrumentColors::kEdge);
+    painter.setPen(QPen(InstrumentColors::kCapBottom, 1.0));
+    painter.setBrush(gradient);
+    painter.drawRoundedRect(cap, 2.0, 2.0);
+    painter.setPen(QPen(InstrumentColors::kCapBottom, 1.0));
+    for (const double groove : {-2.0, 0.0, 2.0}) {
+        const double place = cap.center().x() + groove;
+        painter.drawLine(QPointF(place, cap.top() + 3.0), QPointF(place, cap.bottom() - 3.0));
+    }
+}
+
+void SplitMark::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !isOnHandle(*event)) {
+        event->ignore();
+        return;
+    }
+    grip_ = event->position().x() - handleX();
+    setSliderDown(true);
+    update();
+}
+
+void SplitMark::mouseMoveEvent(QMouseEvent* event) {
+    if (isSliderDown()) {
+        setValue(noteAt(event->position().x() - grip_));
+    } else {
+        setCursor(isOnHandle(*event) ? Qt::SplitHCursor : Qt::ArrowCursor);
+    }
+}
+
+void SplitMark::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        setSliderDown(false);
+        update();
+    }
+}
+
+void SplitMark::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && isOnHandle(*event)) {
+        setValue(VoiceSlots::kSplitPoint);
+    }
+}
+
+void SplitMark::wheelEvent(QWheelEvent* event) {
+    event->ignore();  // which turns what lies under it
+}
+
+void SplitMark::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Home) {
+        setValue(VoiceSlots::kSplitPoint);
+        return;
+    }
+    QAbstractSlider::keyPressEvent(event);
+}
+
+void SplitMark::changeEvent(QEvent* event) {
+    QAbstractSlider::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        nameValue();
+    }
+}
+
+void SplitMark::sliderChange(SliderChange change) {
+    QAbstractSlider::sliderChange(change);
+    if (change == SliderValueChange) {
+        nameValue();
+    }
+}
+
+void SplitMark::nameValue() {
+    const QString note = NoteNameWithOctave(value(), false, kOctaveBase, false);
+    setAccessibleName(tr("Split point"));
+    setAccessibleDescription(note);
+    setToolTip(tr("Split point: %1. Drag it along the keys, or move it by the arrow keys. A double click, or Home, "
+                  "brings it back to middle C.")
+                   .arg(note));
+}
