@@ -1642,10 +1642,6 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <translation>Басовый голос ниже «до» первой октавы, основной — от неё и выше. Со сдвигом октавы −1 бас играют клавиши компьютера.</translation>
     </message>
     <message>
-        <source>No computer key plays the bass: press here for octave shift −1</source>
-        <translation>Клавиши компьютера до баса не достают: нажмите здесь, сдвиг октавы −1</translation>
-    </message>
-    <message>
         <source>Test My &amp;Keyboard...</source>
         <translation>Пров&amp;ерка клавиатуры...</translation>
     </message>
@@ -1769,6 +1765,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>The last recording</source>
         <translation>Последняя запись</translation>
+    </message>
+    <message>
+        <source>No computer key plays the bass: press here for octave shift −%1</source>
+        <translation>Клавиши компьютера до баса не достают: нажмите здесь, сдвиг октавы −%1</translation>
+    </message>
+    <message>
+        <source>Piano Keys</source>
+        <translation>Клавиши фортепиано</translation>
+    </message>
+    <message>
+        <source>%1 Keys</source>
+        <translation>Клавиш: %1</translation>
     </message>
 </context>
 <context>
@@ -2494,6 +2502,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>SMALL</source>
         <translation>МАЛАЯ</translation>
     </message>
+    <message>
+        <source>SUB-CONTRA</source>
+        <translation>СУБКОНТРОКТАВА</translation>
+    </message>
+    <message>
+        <source>CONTRA</source>
+        <translation>КОНТРОКТАВА</translation>
+    </message>
 </context>
 <context>
     <name>One-letter note name</name>
@@ -2867,6 +2883,45 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Error</source>
         <translation>Ошибка</translation>
     </message>
+    <message>
+        <source>Search in the presets</source>
+        <translation>Поиск по пресетам</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Поиск</translation>
+    </message>
+    <message>
+        <source>Order of the presets</source>
+        <translation>Порядок пресетов</translation>
+    </message>
+    <message>
+        <source>By Name</source>
+        <translation>По имени</translation>
+    </message>
+    <message>
+        <source>By Last Use</source>
+        <translation>По использованию</translation>
+    </message>
+</context>
+<context>
+    <name>QGMPatchMenu</name>
+    <message>
+        <source>Last Used</source>
+        <translation>Последние</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Избранные</translation>
+    </message>
+    <message>
+        <source>Type to search</source>
+        <translation>Введите для поиска</translation>
+    </message>
+    <message>
+        <source>Nothing</source>
+        <translation>Ничего</translation>
+    </message>
 </context>
 <context>
     <name>QPiano</name>
@@ -3161,6 +3216,17 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>No sound here: %1 hands the notes to other programs</source>
         <translation>Здесь звука нет: %1 передаёт ноты другим программам</translation>
+    </message>
+</context>
+<context>
+    <name>SplitMark</name>
+    <message>
+        <source>Split point</source>
+        <translation>Точка раздела</translation>
+    </message>
+    <message>
+        <source>Split point: %1. Drag it along the keys, or move it by the arrow keys. A double click, or Home, brings it back to middle C.</source>
+        <translation>Точка раздела: %1. Ведите её вдоль клавиш или двигайте стрелками. Двойной щелчок возвращает её к «до» первой октавы.</translation>
     </message>
 </context>
 <context>

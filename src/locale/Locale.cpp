@@ -1,5 +1,6 @@
 #include "locale/Locale.h"
 
+#include <algorithm>
 #include <memory>
 #include <QCoreApplication>
 #include <QLocale>
@@ -31,16 +32,19 @@ QString LanguageOf(const QString& code) {
     return code.left(kLanguageLength);
 }
 
-/// Replaces `installed` by the first catalogue of this name that one of the folders holds.
-void Install(QPointer<QTranslator>& installed, const QString& name, const QStringList& folders) {
-    delete installed;
+/// The first catalogue of this name that one of the folders holds; null for none.
+std::unique_ptr<QTranslator> Load(const QString& name, const QStringList& folders) {
     auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
-    for (const QString& folder : folders) {
-        if (translator->load(name, folder)) {
-            installed = translator.release();
-            QCoreApplication::installTranslator(installed);
-            return;
-        }
+    const bool found = std::any_of(folders.begin(), folders.end(),
+                                   [&](const QString& folder) { return translator->load(name, folder); });
+    return found ? std::move(translator) : nullptr;
+}
+
+void Install(QPointer<QTranslator>& installed, std::unique_ptr<QTranslator> translator) {
+    delete installed;
+    if (translator) {
+        installed = translator.release();
+        QCoreApplication::installTranslator(installed);
     }
 }
 
@@ -98,12 +102,16 @@ bool SetLocale(const QString& code, bool save) {
     }
     const bool saved = !save || SaveLocaleCode(NK::CString(code.toStdWString()));
     state.current = supported.left(kMaxLocaleCodeLength);
-    Install(state.qtTranslator, "qt_" + LanguageOf(supported).toLower(), {kTranslationsDir});
-    Install(state.ownTranslator, "kivora_" + supported, {kTranslationsDir, QCoreApplication::applicationDirPath()});
+    Install(state.qtTranslator, Load("qt_" + LanguageOf(supported).toLower(), {kTranslationsDir}));
+    Install(state.ownTranslator, LoadCatalogue(supported));
     QLocale::setDefault(FormatsOf(supported));
     NK::SetTranslateFunction(TranslateThroughCatalogue);
     state.keyMap.Build();
     return saved;
+}
+
+std::unique_ptr<QTranslator> LoadCatalogue(const QString& code) {
+    return Load("kivora_" + code, {kTranslationsDir, QCoreApplication::applicationDirPath()});
 }
 
 LocaleFileState InitLocale() {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <QString>
 
 #include "locale/LocaleFile.h"
 #include "locale/LocalizedKeyMap.h"
+
+class QTranslator;
 
 namespace Kivora {
 
@@ -34,6 +37,10 @@ const QString& GetCurrentLocale();
 /// False only when the file could not be saved; the language is taken all the same. A catalogue that is missing leaves
 /// its texts in English. The application object must exist. [gui]
 bool SetLocale(const QString& code, bool save);
+
+/// The program's catalogue of a supported language, whatever language is in force; null where there is none, as for the
+/// language of the sources.
+std::unique_ptr<QTranslator> LoadCatalogue(const QString& code);
 
 /// The language for this run: the code in "Locale.ini", else the system's, which is then saved, unless the file is
 /// there and cannot be read. How the file was found. Once at start-up, before the first window. [gui]

@@ -1,5 +1,6 @@
 // Voice modes, patches, and the parameter that the value keys change.
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
 #include "QtWidgets/piano/QPiano.h"
@@ -9,6 +10,7 @@
 #include "ui/MainDisplay.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
+#include "ui/PatchAudition.h"
 #include "ui/PatchTexts.h"
 #include "ui/SplitMark.h"
 
@@ -236,11 +238,26 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
     QGMPatchMenu menu(slot, program, this);
     menu.setTranslated(engine_->GetTranslatePatchNames());
     menu.setFamilies(PatchTexts::Families(engine_->GetTranslatePatchNames()));
+    menu.setSearchTexts(PatchTexts::SearchTexts());
+    engine_->WithExtras([&menu](const Kivora::EngineExtras& extras) {
+        menu.setLastUsed(extras.patches.GetLastUsed());
+        menu.setFavorites(extras.patches.GetFavorites());
+    });
+    connect(&menu, &QGMPatchMenu::favoriteChanged, this, [this](int favorite, bool on) {
+        engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.SetFavorite(favorite, on); });
+    });
+    PatchAudition audition(*front_, slot);
+    connect(&menu, &QGMPatchMenu::programAuditioned, &audition, &PatchAudition::hear);
     menu.setAvoided({display_->mapToGlobal(QPoint()), display_->size()});
     const std::optional<int> choice = menu.choose(widget->mapToGlobal(position));
-    if (choice && *choice != program) {
+    if (!choice) {
+        audition.takeBack();
+        return;
+    }
+    if (*choice != engine_->GetPatch(slot)) {
         front_->SetPatch(*choice, slot);
     }
+    engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.NoteUse(*choice); });
 }
 
 void KivoraWidget::patch1Menu(QPoint position) {

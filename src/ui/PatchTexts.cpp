@@ -1,8 +1,12 @@
 #include "ui/PatchTexts.h"
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <QCoreApplication>
+#include <QTranslator>
 
+#include "locale/Locale.h"
 #include "midi/GMNames.h"
 #include "nk/nk_exception.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
@@ -12,6 +16,7 @@ namespace PatchTexts {
 namespace {
 
 constexpr const char* kFamilyContext = "GM family";
+constexpr const char* kProgramContext = "GM";
 constexpr int kProgramsInFamily = 8;
 constexpr int kHighestProgram = 127;
 
@@ -67,6 +72,30 @@ QStringList Families(bool translated) {
         names << FamilyText(family, translated);
     }
     return names;
+}
+
+std::vector<QString> SearchTexts() {
+    std::vector<QString> texts;
+    const auto add = [&texts](std::size_t place, const QString& text) {
+        texts.resize(std::max(texts.size(), place + 1));
+        texts[place] += text + '\n';
+    };
+    constexpr std::size_t kKitPlace = kHighestProgram + 1;
+    for (const char* code : Kivora::kSupportedLocales) {
+        const std::unique_ptr<QTranslator> catalogue = Kivora::LoadCatalogue(code);
+        const auto translated = [&](const char* context, const char* source) {
+            const QString text = catalogue ? catalogue->translate(context, source) : QString();
+            return text.isEmpty() ? QString::fromLatin1(source) : text;  // English is the source
+        };
+        for (int program = 0; program <= kHighestProgram; ++program) {
+            const auto place = static_cast<std::size_t>(program);
+            add(place, translated(kProgramContext, NK::MIDI::GetGMProgramText(program)));
+            add(place, translated(kFamilyContext, kFamilies.at(place / kProgramsInFamily)));
+        }
+        add(kKitPlace, translated(kProgramContext, NK::MIDI::GetDrumKitText()));
+        add(kKitPlace, translated(kFamilyContext, kPercussions));
+    }
+    return texts;
 }
 
 Name ErrorName() {

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 /// Programs are 0-based; -1 is the drum kit.
 namespace PatchTexts {
 
@@ -25,6 +27,8 @@ struct Name {
 Name NameOf(int program, bool translated);
 /// The names of the sixteen families, likewise.
 QStringList Families(bool translated);
+/// What programs and the drum kit are searched by: names and families in all languages of the program.
+std::vector<QString> SearchTexts();
 /// Without an engine.
 Name ErrorName();
 

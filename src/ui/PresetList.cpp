@@ -1,10 +1,13 @@
 #include "ui/PresetList.h"
 
 #include <algorithm>
-#include <QEvent>
+#include <iterator>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QScrollBar>
+#include <vector>
 
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "ui/Dialogs.h"
 #include "ui/Mnemonics.h"
@@ -17,6 +20,8 @@ using Dialogs::ToQt;
 namespace {
 
 constexpr int kFactoryRole = Qt::UserRole;
+constexpr int kByName = 0;
+constexpr int kByUse = 1;
 
 }  // namespace
 
@@ -49,6 +54,14 @@ PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* paren
     connect(ui_->delBtn, &QPushButton::clicked, this, &PresetList::deletePreset);
     connect(ui_->cancelBtn, &QPushButton::clicked, this, &PresetList::reject);
 
+    ui_->presetSearch->installEventFilter(this);
+    connect(ui_->presetSearch, &QLineEdit::textChanged, this, &PresetList::refill);
+    if (front_ != nullptr) {
+        ui_->presetOrder->setCurrentIndex(front_->GetEngine().WithExtras(
+            [](const Kivora::EngineExtras& extras) { return extras.presets.sortsByUse ? kByUse : kByName; }));
+    }
+    connect(ui_->presetOrder, &QComboBox::currentIndexChanged, this, &PresetList::orderChosen);
+
     const QString current = front_ != nullptr ? ToQt(front_->GetEngine().GetPresetName()) : QString();
     ui_->presetName->setText(current);
     fillList();
@@ -61,6 +74,8 @@ PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* paren
     if (saveMode_) {
         ui_->presetName->setFocus();
         ui_->presetName->selectAll();
+    } else {
+        ui_->presetList->setFocus();
     }
 }
 
@@ -96,13 +111,70 @@ void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) 
     if (front_ == nullptr) {
         return;
     }
-    NK::CStringArray names;
-    front_->GetEngine().ListPresets(names, factory);
-    for (std::uint32_t i = 0; i < names.GetSize(); ++i) {
-        auto* const item = new QListWidgetItem(icon, ToQt(names[i]), ui_->presetList);
+    NK::CStringArray listed;
+    front_->GetEngine().ListPresets(listed, factory);
+    const QStringList words = ui_->presetSearch->text().split(' ', Qt::SkipEmptyParts);
+    std::vector<NK::CString> names;
+    std::copy_if(listed.begin(), listed.end(), std::back_inserter(names), [&words](const NK::CString& name) {
+        return std::all_of(words.begin(), words.end(), [text = ToQt(name)](const QString& word) {
+            return text.contains(word, Qt::CaseInsensitive);
+        });
+    });
+    if (ui_->presetOrder->currentIndex() == kByUse) {
+        front_->GetEngine().WithExtras([&](const Kivora::EngineExtras& extras) {
+            std::stable_sort(names.begin(), names.end(), [&](const NK::CString& a, const NK::CString& b) {
+                return extras.presets.GetPlace(a, factory) < extras.presets.GetPlace(b, factory);
+            });
+        });
+    }
+    for (const NK::CString& name : names) {
+        auto* const item = new QListWidgetItem(icon, ToQt(name), ui_->presetList);
         item->setData(kFactoryRole, factory);
         item->setFont(font);
     }
+}
+
+void PresetList::refill() {
+    const QListWidgetItem* const former = ui_->presetList->currentItem();
+    const bool hadCurrent = former != nullptr;
+    const QString name = hadCurrent ? former->text() : QString();
+    const bool factory = hadCurrent && former->data(kFactoryRole).toBool();
+    ui_->presetList->clear();
+    fillList();
+    int row = ui_->presetSearch->text().trimmed().isEmpty() ? -1 : 0;
+    for (int i = 0; i < ui_->presetList->count(); ++i) {
+        const QListWidgetItem* const item = ui_->presetList->item(i);
+        if (hadCurrent && item->text() == name && item->data(kFactoryRole).toBool() == factory) {
+            row = i;
+        }
+    }
+    ui_->presetList->setCurrentRow(row);
+    updateButtons();
+}
+
+void PresetList::orderChosen(int index) {
+    if (front_ != nullptr) {
+        front_->GetEngine().WithExtras(
+            [index](Kivora::EngineExtras& extras) { extras.presets.sortsByUse = index == kByUse; });
+    }
+    refill();
+}
+
+void PresetList::noteUse() {
+    const QListWidgetItem* const item = ui_->presetList->currentItem();
+    const bool factory = !saveMode_ && item != nullptr && item->data(kFactoryRole).toBool();
+    Kivora::CKivora& engine = front_->GetEngine();
+    engine.WithExtras([&](Kivora::EngineExtras& extras) { extras.presets.Note(engine.GetPresetName(), factory); });
+}
+
+bool PresetList::eventFilter(QObject* watched, QEvent* event) {
+    // From the field into what it has found.
+    if (watched == ui_->presetSearch && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+        ui_->presetList->setFocus();
+        return true;
+    }
+    return FittedDialog::eventFilter(watched, event);
 }
 
 void PresetList::updateButtons() {
@@ -144,6 +216,7 @@ void PresetList::loadPreset() {
         return;
     }
     if (front_->LoadPreset(FromQt(item->text()), item->data(kFactoryRole).toBool())) {
+        noteUse();
         accept();
     } else {
         showError(tr("Failed to load the preset."));
@@ -160,6 +233,7 @@ void PresetList::savePreset() {
         return;
     }
     if (engine.SavePreset(FromQt(name))) {
+        noteUse();
         accept();
     } else {
         showError(tr("Failed to save preset under this name."));

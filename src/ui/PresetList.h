@@ -17,8 +17,9 @@ class PresetList;
 }
 
 /// Lists the factory's presets, then the user's. Each item holds its preset's name, and under Qt::UserRole whether it
-/// is the factory's. Opens at the current preset, and stays where it is when one is deleted. Accepted once a preset has
-/// been loaded or saved. [gui]
+/// is the factory's. Each of the two groups is sorted by name, or by when its presets were used last. While something
+/// is searched for, only presets are listed whose names have every word of it. Opens at the current preset, and stays
+/// where it is when one is deleted. Accepted once a preset has been loaded or saved. [gui]
 class PresetList : public FittedDialog {
     Q_OBJECT
 
@@ -39,11 +40,15 @@ public slots:
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void retranslate();
     void fillList();
     void addPresets(bool factory, const QFont& font, const QIcon& icon);
+    void refill();
+    void orderChosen(int index);
+    void noteUse();
     void updateButtons();
     bool confirm(const QString& question);
     void showError(const QString& text);

@@ -14,8 +14,8 @@ QPoint MovedInto(const QRect& room, const QPoint& point, const QSize& size) {
 }  // namespace
 
 QSize PatchMenuLayout::Size() const {
-    const QRect drumKit = DrumKit();
-    return {Divider() + kGap / 2 + programWidth + margin, drumKit.top() + drumKit.height() + margin};
+    const QRect lowest = Favorites();
+    return {Divider() + kGap / 2 + programWidth + margin, lowest.top() + lowest.height() + margin};
 }
 
 QRect PatchMenuLayout::Family(int family) const {
@@ -29,6 +29,24 @@ QRect PatchMenuLayout::Program(int row) const {
 
 QRect PatchMenuLayout::DrumKit() const {
     return {margin, margin + kFamilies / familyColumns * rowHeight + kGap, familyColumns * familyWidth, rowHeight};
+}
+
+QRect PatchMenuLayout::LastUsed() const {
+    return {margin, DrumKit().top() + rowHeight, familyWidth, rowHeight};
+}
+
+QRect PatchMenuLayout::Favorites() const {
+    const bool below = familyColumns == 1;
+    return LastUsed().translated(below ? 0 : familyWidth, below ? rowHeight : 0);
+}
+
+QRect PatchMenuLayout::Search() const {
+    return {Divider() + kGap / 2, DrumKit().top(), programWidth, rowHeight};
+}
+
+QRect PatchMenuLayout::Star(int row) const {
+    const QRect program = Program(row);
+    return {program.left() + program.width() - rowHeight, program.top(), rowHeight, rowHeight};
 }
 
 int PatchMenuLayout::Divider() const {

@@ -6,7 +6,8 @@
 #include <QSize>
 
 /// Sixteen families in two columns, or in one where the screen is narrow; right of them the eight programs of one
-/// family; below the families the drum kit. Logical pixels.
+/// list, and what is searched for; below the families the drum kit and the two lists that the player makes. Logical
+/// pixels.
 struct PatchMenuLayout {
     static constexpr int kFamilies = 16;
     static constexpr int kProgramsInFamily = 8;
@@ -22,6 +23,11 @@ struct PatchMenuLayout {
     /// The place of a program within its family.
     QRect Program(int row) const;
     QRect DrumKit() const;
+    QRect LastUsed() const;
+    QRect Favorites() const;
+    QRect Search() const;
+    /// Of the program at that place, at its right end.
+    QRect Star(int row) const;
     /// Between the families and the programs.
     int Divider() const;
 

@@ -1,11 +1,10 @@
 #include "QtWidgets/piano/QGMPatchMenu.h"
 
 #include <algorithm>
+#include <numeric>
 #include <QApplication>
 #include <QCursor>
 #include <QKeyEvent>
-#include <QPainter>
-#include <QScreen>
 #include <QStyleOptionMenuItem>
 
 #include "midi/GMNames.h"
@@ -35,7 +34,12 @@ QGMPatchMenu::QGMPatchMenu(int voice, int currentProgram, QWidget* parent)
         }
     }
     addProgram(GMDrumKitName(), kDrumKit, currentProgram);
-    family_ = std::clamp(currentProgram, 0, kProgramCount - 1) / kFamilySize;
+    std::vector<QString> names;
+    for (int program = 0; program < kProgramCount; ++program) {
+        names.push_back(GMProgramName(program));
+    }
+    names.push_back(GMDrumKitName());
+    search_.setTexts(names);
     setMouseTracking(true);
 }
 
@@ -86,11 +90,57 @@ int QGMPatchMenu::activeProgram() const {
     return action != nullptr && !action->isSeparator() ? action->data().toInt() : currentProgram_;
 }
 
+std::vector<int> QGMPatchMenu::shownPrograms() const {
+    switch (list_) {
+        case kLastUsed:
+            return lastUsed_;
+        case kFavorites:
+            return favorites_;
+        case kFound:
+            return found_;
+        default:
+            break;
+    }
+    std::vector<int> programs(kFamilySize);
+    std::iota(programs.begin(), programs.end(), list_ * kFamilySize);
+    return programs;
+}
+
+int QGMPatchMenu::rowOf(int program) const {
+    const std::vector<int> shown = shownPrograms();
+    const auto found = std::find(shown.begin(), shown.end(), program);
+    const int row = static_cast<int>(found - shown.begin()) - firstRow_;
+    return found != shown.end() && row >= 0 && row < kFamilySize ? row : -1;
+}
+
+std::optional<int> QGMPatchMenu::programAtRow(int row) const {
+    const std::vector<int> shown = shownPrograms();
+    const auto place = static_cast<std::size_t>(firstRow_ + row);
+    return place < shown.size() ? std::optional(shown[place]) : std::nullopt;
+}
+
+QRect QGMPatchMenu::familyRect(int family) const {
+    switch (family) {
+        case kLastUsed:
+            return layout_.LastUsed();
+        case kFavorites:
+            return layout_.Favorites();
+        default:
+            return layout_.Family(family);
+    }
+}
+
 QRect QGMPatchMenu::programRect(int program) const {
     if (program < 0) {
         return layout_.DrumKit();
     }
-    return program / kFamilySize == family_ ? layout_.Program(program % kFamilySize) : QRect();
+    const int row = rowOf(program);
+    return row >= 0 ? layout_.Program(row) : QRect();
+}
+
+QRect QGMPatchMenu::starRect(int program) const {
+    const int row = rowOf(program);
+    return row >= 0 ? layout_.Star(row) : QRect();
 }
 
 int QGMPatchMenu::programAt(const QPoint& point) const {
@@ -99,15 +149,24 @@ int QGMPatchMenu::programAt(const QPoint& point) const {
     }
     for (int row = 0; row < kFamilySize; ++row) {
         if (layout_.Program(row).contains(point)) {
-            return family_ * kFamilySize + row;
+            return programAtRow(row).value_or(kNowhere);
+        }
+    }
+    return kNowhere;
+}
+
+int QGMPatchMenu::starAt(const QPoint& point) const {
+    for (int row = 0; row < kFamilySize; ++row) {
+        if (layout_.Star(row).contains(point)) {
+            return programAtRow(row).value_or(kNowhere);
         }
     }
     return kNowhere;
 }
 
 int QGMPatchMenu::familyAt(const QPoint& point) const {
-    for (int family = 0; family < kFamilyCount; ++family) {
-        if (layout_.Family(family).contains(point)) {
+    for (int family = 0; family < kFound; ++family) {
+        if (familyRect(family).contains(point)) {
             return family;
         }
     }
@@ -116,10 +175,20 @@ int QGMPatchMenu::familyAt(const QPoint& point) const {
 
 void QGMPatchMenu::activate(int program) {
     setActiveAction(actionOf(program));
-    if (program >= 0) {
-        family_ = program / kFamilySize;
+    if (!isFamily()) {
+        scrollTo(program);
+    } else if (program >= 0) {
+        list_ = program / kFamilySize;
     }
     update();
+}
+
+void QGMPatchMenu::scrollTo(int program) {
+    const std::vector<int> shown = shownPrograms();
+    const int place = static_cast<int>(std::find(shown.begin(), shown.end(), program) - shown.begin());
+    if (place < static_cast<int>(shown.size())) {
+        firstRow_ = std::clamp(firstRow_, place - kFamilySize + 1, place);
+    }
 }
 
 /// As the Enter key does, which ends exec() with the action.
@@ -129,138 +198,15 @@ void QGMPatchMenu::trigger(int program) {
     QMenu::keyPressEvent(&enter);
 }
 
-void QGMPatchMenu::showFamily(int family) {
-    rest_.stop();
-    if (family != family_) {
-        activate(family * kFamilySize + std::max(activeProgram(), 0) % kFamilySize);
-    }
-}
-
-void QGMPatchMenu::stepFamily(int step) {
-    showFamily((family_ + step + kFamilyCount) % kFamilyCount);
-}
-
-int QGMPatchMenu::widthOf(const QStyleOptionMenuItem& item, const QString& text) const {
-    const QSize contents(fontMetrics().horizontalAdvance(text), fontMetrics().height());
-    return style()->sizeFromContents(QStyle::CT_MenuItem, &item, contents, this).width();
-}
-
-void QGMPatchMenu::layOut() {
-    const QStyleOptionMenuItem item = familyItem(0);
-    layout_.rowHeight =
-        style()->sizeFromContents(QStyle::CT_MenuItem, &item, QSize(1, fontMetrics().height()), this).height();
-    layout_.margin = style()->pixelMetric(QStyle::PM_MenuPanelWidth, nullptr, this) +
-                     style()->pixelMetric(QStyle::PM_MenuVMargin, nullptr, this);
-    layout_.familyWidth = 0;
-    for (const QString& name : families_) {
-        layout_.familyWidth = std::max(layout_.familyWidth, widthOf(item, name));
-    }
-    layout_.programWidth = 0;
-    for (const QAction* action : actions()) {
-        layout_.programWidth = std::max(layout_.programWidth, widthOf(item, action->text()));
-    }
-    const QScreen* const where = QGuiApplication::screenAt(wanted_);
-    const QRect room = (where != nullptr ? where : screen())->availableGeometry();
-    layout_.familyColumns = 2;
-    if (layout_.Size().width() > room.width()) {
-        layout_.familyColumns = 1;
-    }
-    setGeometry(QRect(PatchMenuLayout::Place(layout_.Size(), wanted_, avoided_, room), layout_.Size()));
-}
-
-QSize QGMPatchMenu::sizeHint() const {
-    return layout_.rowHeight > 0 ? layout_.Size() : QMenu::sizeHint();
-}
-
 void QGMPatchMenu::showEvent(QShowEvent* event) {
     layOut();  // the menu's own place would be the wanted one
     pointerAtOpening_ = QCursor::pos();
     pressed_ = false;
+    query_.clear();
+    firstRow_ = 0;
+    list_ = std::clamp(currentProgram_, 0, kProgramCount - 1) / kFamilySize;
     activate(currentProgram_);
     QMenu::showEvent(event);
-}
-
-QStyleOptionMenuItem QGMPatchMenu::familyItem(int family) const {
-    QStyleOptionMenuItem item;
-    item.initFrom(this);
-    item.state = QStyle::State_Enabled | QStyle::State_Active;
-    item.font = font();
-    item.menuItemType = QStyleOptionMenuItem::SubMenu;
-    item.menuHasCheckableItems = true;
-    item.checkType = QStyleOptionMenuItem::Exclusive;
-    item.checked = currentProgram_ >= 0 && currentProgram_ / kFamilySize == family;
-    item.text = families_[family];
-    item.rect = layout_.Family(family);
-    if (family == family_ && activeProgram() != kDrumKit) {
-        item.state |= QStyle::State_Selected;
-    }
-    return item;
-}
-
-void QGMPatchMenu::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    QStyleOptionMenuItem panel;
-    panel.initFrom(this);
-    panel.state = QStyle::State_None;
-    panel.checkType = QStyleOptionMenuItem::NotCheckable;
-    style()->drawPrimitive(QStyle::PE_PanelMenu, &panel, &painter, this);
-    style()->drawPrimitive(QStyle::PE_FrameMenu, &panel, &painter, this);
-    for (int family = 0; family < kFamilyCount; ++family) {
-        const QStyleOptionMenuItem item = familyItem(family);
-        style()->drawControl(QStyle::CE_MenuItem, &item, &painter, this);
-    }
-    const auto drawProgram = [&](int program) {
-        QStyleOptionMenuItem item;
-        initStyleOption(&item, actionOf(program));
-        item.rect = programRect(program);
-        item.menuHasCheckableItems = true;
-        item.checkType = QStyleOptionMenuItem::Exclusive;
-        style()->drawControl(QStyle::CE_MenuItem, &item, &painter, this);
-    };
-    for (int row = 0; row < kFamilySize; ++row) {
-        drawProgram(family_ * kFamilySize + row);
-    }
-    drawProgram(kDrumKit);
-    painter.setPen(palette().color(QPalette::Midlight));
-    painter.drawLine(layout_.Divider(), layout_.margin + 2, layout_.Divider(), height() - layout_.margin - 3);
-    const int line = layout_.DrumKit().top() - 5;
-    painter.drawLine(layout_.margin + 2, line, layout_.Divider() - 6, line);
-}
-
-void QGMPatchMenu::keyPressEvent(QKeyEvent* event) {
-    constexpr int kPlaces = kProgramCount + 1;  // the drum kit is the last
-    const int active = activeProgram();
-    const int place = active < 0 ? kProgramCount : active;
-    const auto goTo = [this](int target) { activate(target == kProgramCount ? kDrumKit : target); };
-    switch (event->key()) {
-        case Qt::Key_Up:
-            goTo((place + kPlaces - 1) % kPlaces);
-            break;
-        case Qt::Key_Down:
-            goTo((place + 1) % kPlaces);
-            break;
-        case Qt::Key_Left:
-        case Qt::Key_PageUp:
-            stepFamily(-1);
-            break;
-        case Qt::Key_Right:
-        case Qt::Key_PageDown:
-            stepFamily(1);
-            break;
-        case Qt::Key_Home:
-            goTo(0);
-            break;
-        case Qt::Key_End:
-            goTo(kProgramCount);
-            break;
-        default:
-            QMenu::keyPressEvent(event);
-            if (isVisible()) {
-                activate(activeProgram());  // which a typed text may have changed
-            }
-            return;
-    }
-    event->accept();
 }
 
 void QGMPatchMenu::mouseMoveEvent(QMouseEvent* event) {
@@ -291,14 +237,25 @@ void QGMPatchMenu::mousePressEvent(QMouseEvent* event) {
 void QGMPatchMenu::mouseReleaseEvent(QMouseEvent* event) {
     // The button that opened the menu may be let go on it, or hold it until it is let go on a program.
     const QPoint moved = event->globalPosition().toPoint() - pointerAtOpening_;
-    const int program = programAt(event->position().toPoint());
+    const QPoint point = event->position().toPoint();
+    if (const int starred = starAt(point); starred != kNowhere) {
+        if (pressed_) {
+            toggleFavorite(starred);
+        }
+        return;
+    }
+    const int program = programAt(point);
     if (program != kNowhere && (pressed_ || moved.manhattanLength() > QApplication::startDragDistance())) {
         trigger(program);
     }
 }
 
 void QGMPatchMenu::wheelEvent(QWheelEvent* event) {
-    if (const int turn = event->angleDelta().y(); turn != 0) {
+    const int longest = static_cast<int>(shownPrograms().size()) - kFamilySize;
+    if (const int turn = event->angleDelta().y(); turn != 0 && longest > 0) {
+        firstRow_ = std::clamp(firstRow_ + (turn > 0 ? -1 : 1), 0, longest);
+        update();
+    } else if (turn != 0 && list_ != kFound) {
         stepFamily(turn > 0 ? -1 : 1);
     }
     event->accept();

@@ -201,4 +201,91 @@ TEST(PatchMenuPlace, IsInsideTheScreenAndBesideTheDisplayOnEveryScreen) {
     EXPECT_EQ(PatchMenuLayout::Place(menu, {30, 40}, {}, QRect(0, 0, 800, 600)), QPoint(30, 40));
 }
 
+TEST(PatchMenu, WhatIsTypedIsSearchedForInNamesAndNumbers) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        QTest::keyClicks(&menu, "STRING ens");
+        EXPECT_EQ(menu.query(), "STRING ens");
+        EXPECT_EQ(menu.shownPrograms(), (std::vector<int>{48, 49}));
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 48);
+        EXPECT_TRUE(menu.rect().contains(menu.programRect(49)));
+        QTest::keyClick(&menu, Qt::Key_Down);
+        QTest::keyClick(&menu, Qt::Key_Down);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 48) << "round what is found";
+        QTest::keyClick(&menu, Qt::Key_Escape);
+        EXPECT_EQ(menu.query(), "");
+        EXPECT_EQ(menu.shownFamily(), 6);
+        QTest::keyClicks(&menu, "12");
+        EXPECT_EQ(menu.shownPrograms(), (std::vector<int>{11, 119, 120, 121, 122, 123, 124, 125, 126, 127}));
+        EXPECT_TRUE(menu.programRect(127).isNull());
+        QTest::keyClick(&menu, Qt::Key_End);
+        EXPECT_EQ(menu.activeAction()->data().toInt(), 127);
+        EXPECT_TRUE(menu.rect().contains(menu.programRect(127)));
+        QTest::keyClick(&menu, Qt::Key_Backspace);
+        QTest::keyClick(&menu, Qt::Key_Backspace);
+        QTest::keyClick(&menu, Qt::Key_Backspace);
+        EXPECT_EQ(menu.shownFamily(), 15);
+        QTest::keyClicks(&menu, "drum");
+        EXPECT_EQ(menu.shownPrograms().back(), -1);
+    });
+}
+
+TEST(PatchMenu, EnterChoosesWhatIsFoundAndNothingWhereNothingIs) {
+    QGMPatchMenu menu(0, 5);
+    EXPECT_EQ(ChooseBy(menu, QPoint(10, 10),
+                       [&] {
+                           QTest::keyClicks(&menu, "kalimbax");
+                           EXPECT_EQ(menu.shownPrograms(), std::vector<int>{});
+                           QTest::keyClick(&menu, Qt::Key_Return);
+                           EXPECT_TRUE(menu.isVisible());
+                           QTest::keyClick(&menu, Qt::Key_Backspace);
+                           QTest::keyClick(&menu, Qt::Key_Return);
+                       }),
+              108);
+}
+
+TEST(PatchMenu, TheListsOfThePlayerAreLikeFamilies) {
+    QGMPatchMenu menu(0, 120);
+    menu.setLastUsed({30, -1, 2});
+    menu.setFavorites({4, 90});
+    std::vector<int> heard;
+    QObject::connect(&menu, &QGMPatchMenu::programAuditioned, [&](int program) { heard.push_back(program); });
+    WhileOpen(menu, [&] {
+        QTest::keyClick(&menu, Qt::Key_Right);
+        EXPECT_EQ(menu.shownFamily(), 16);
+        EXPECT_EQ(menu.shownPrograms(), (std::vector<int>{30, -1, 2}));
+        QTest::keyClick(&menu, Qt::Key_Down);
+        QTest::keyClick(&menu, Qt::Key_Down);
+        QTest::keyClick(&menu, Qt::Key_Right);
+        EXPECT_EQ(menu.shownFamily(), 17);
+        QTest::keyClick(&menu, Qt::Key_Right);
+        EXPECT_EQ(menu.shownFamily(), 0);
+        EXPECT_EQ(heard, (std::vector<int>{30, -1, 2, 4, 4}));
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(17).center());
+        EXPECT_TRUE(menu.rect().contains(menu.programRect(90)));
+        QTest::mouseMove(&menu, menu.programRect(90).center());
+        EXPECT_EQ(heard.size(), 5U) << "the pointer passes in silence";
+    });
+}
+
+TEST(PatchMenu, AStarMakesAFavoriteAndTakesItBack) {
+    QGMPatchMenu menu(0, 5);
+    std::vector<std::pair<int, bool>> changes;
+    QObject::connect(&menu, &QGMPatchMenu::favoriteChanged,
+                     [&](int program, bool on) { changes.emplace_back(program, on); });
+    WhileOpen(menu, [&] {
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.starRect(3).center());
+        EXPECT_TRUE(menu.isVisible()) << "nothing is chosen by it";
+        QTest::keyClicks(&menu, "*");
+        QTest::keyClicks(&menu, "*");
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(17).center());
+        EXPECT_EQ(menu.shownPrograms(), std::vector<int>{3});
+        EXPECT_FALSE(menu.grab().isNull());
+    });
+    ASSERT_EQ(changes.size(), 3U);
+    EXPECT_EQ(changes.front(), std::pair(3, true));
+    EXPECT_EQ(changes[1].first, changes[2].first);
+    EXPECT_TRUE(changes[1].second != changes[2].second);
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QSignalBlocker>
 
+#include "engine/EngineExtras.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/PanelCombo.h"
 #include "ui/PanelKey.h"
@@ -110,6 +111,24 @@ TEST_F(PanelPictures, ThePianosOfOtherSizesLookAsReviewed) {
     ExpectLike("panel_88_keys");
     Choose("25 Keys");
     ExpectLike("panel_25_keys");
+}
+
+TEST_F(PanelPictures, ThePatchMenuLooksAsReviewed) {
+    Engine().WithExtras([](Kivora::EngineExtras& extras) {
+        extras.patches.SetFavorite(48, true);
+        extras.patches.NoteUse(48);
+    });
+    for (const char* locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        const QString suffix = Kivora::LocaleSuffix();
+        OnPopUp([&](QWidget& menu) {
+            ExpectLikeReviewed(menu.grab().toImage(), "patch_menu" + suffix);
+            QTest::keyClicks(&menu, "str");
+            ExpectLikeReviewed(menu.grab().toImage(), "patch_menu_found" + suffix);
+        });
+        panel->patch1ButtonMenu(QPoint(1, 1));
+    }
 }
 
 TEST_F(PanelPictures, EveryTextFitsInBothLanguagesAndAllViews) {

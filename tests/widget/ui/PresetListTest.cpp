@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -145,6 +146,55 @@ TEST_F(Presets, AFactoryPresetCanBeLoadedButNotDeleted) {
     ClickItem(1);
     EXPECT_TRUE(Button("loadBtn").isEnabled());
     EXPECT_TRUE(Button("delBtn").isEnabled());
+}
+
+TEST_F(Presets, WhatIsSearchedForIsListedAndEnterLoadsIt) {
+    AddFactory(L"Grand Organ");
+    AddUser(L"Little organ");
+    AddUser(L"Strings");
+    Open(false);
+    auto& search = *dialog->findChild<QLineEdit*>("presetSearch");
+    search.setFocus();
+    QTest::keyClicks(&search, "ORGAN");
+    EXPECT_THAT(Names(), ElementsAre("Grand Organ", "Little organ")) << "in their two groups";
+    QTest::keyClicks(&search, " li");
+    EXPECT_THAT(Names(), ElementsAre("Little organ"));
+    search.setText("x");
+    EXPECT_THAT(Names(), IsEmpty());
+    EXPECT_FALSE(Button("loadBtn").isEnabled());
+    search.setText("org");
+    QTest::keyClick(&search, Qt::Key_Down);
+    EXPECT_EQ(QApplication::focusWidget(), &List());
+    QTest::keyClick(&List(), Qt::Key_Down);
+    QTest::keyClick(&List(), Qt::Key_Return);
+    EXPECT_TRUE(IsAccepted());
+    EXPECT_EQ(rig.engine->GetPresetName(), L"Little organ");
+}
+
+TEST_F(Presets, AreSortedByTheirLastUseInTheirTwoGroupsAndThatIsKept) {
+    AddFactory(L"Accordion");
+    AddFactory(L"Zither");
+    for (const wchar_t* name : {L"A", L"B", L"C"}) {
+        AddUser(name);
+    }
+    Open(false);
+    for (const int row : {1, 3}) {
+        Open(false);
+        List().setCurrentRow(row);
+        Click("loadBtn");
+    }
+    Open(false);
+    EXPECT_THAT(Names(), ElementsAre("Accordion", "Zither", "A", "B", "C"));
+    auto& order = *dialog->findChild<QComboBox*>("presetOrder");
+    order.setCurrentIndex(1);
+    EXPECT_THAT(Names(), ElementsAre("Zither", "Accordion", "B", "A", "C"));
+    EXPECT_EQ(List().currentItem()->text(), "B") << "what was selected still is";
+    Open(true);
+    EXPECT_THAT(Names(), ElementsAre("Zither", "Accordion", "B", "A", "C"));
+    Name().setText("New");
+    Click("saveBtn");
+    Open(false);
+    EXPECT_THAT(Names(), ElementsAre("Zither", "Accordion", "New", "B", "A", "C"));
 }
 
 TEST_F(Presets, AnEmptyListOffersNothing) {

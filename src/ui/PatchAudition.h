@@ -1,0 +1,41 @@
+// Hearing the patches that a menu goes through.
+#pragma once
+
+#include <QBasicTimer>
+#include <QObject>
+
+#include <cstdint>
+#include <optional>
+
+namespace Kivora {
+class EngineFront;
+}
+
+/// While it lives, a voice can have other patches for a moment. Does nothing while a recording runs. [gui]
+class PatchAudition : public QObject {
+    Q_OBJECT
+
+public:
+    /// The front outlives it.
+    PatchAudition(Kivora::EngineFront& front, int slot);
+    /// What sounds is ended; the voice keeps the patch that it has.
+    ~PatchAudition() override;
+
+    /// Gives the voice that patch and plays a short note with it, if no arpeggiator would take the note.
+    void hear(int patch);
+    /// The patch that the voice had comes back.
+    void takeBack();
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    std::uint8_t noteOfVoice() const;
+    void endNote();
+
+    Kivora::EngineFront& front_;
+    const int slot_;
+    const int patch_;
+    std::optional<std::uint8_t> note_;
+    QBasicTimer end_;
+};
