@@ -64,6 +64,20 @@ TEST_F(PanelSplit, IsDraggedFromKeyToKeyAndTheKeysPlayTheirVoice) {
     ExpectSplitAt(96);
 }
 
+TEST_F(PanelSplit, IsDraggedByAFingerThatMeetsItNearly) {
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    const QPoint from = Handle() + QPoint(15, 0);
+    QTest::touchEvent(window->windowHandle(), screen.get())
+        .press(0, Mark().mapTo(window.get(), from), window->windowHandle());
+    const QPoint to = from + QPoint(LeftOf(48) - LeftOf(60), 0);
+    QTest::touchEvent(window->windowHandle(), screen.get())
+        .move(0, Mark().mapTo(window.get(), to), window->windowHandle());
+    ExpectSplitAt(48);
+    QTest::touchEvent(window->windowHandle(), screen.get())
+        .release(0, Mark().mapTo(window.get(), to), window->windowHandle());
+    EXPECT_FALSE(Mark().isSliderDown());
+}
+
 TEST_F(PanelSplit, APressBesideTheHandleMovesNothing) {
     QTest::mouseClick(&Mark(), Qt::LeftButton, {}, {LeftOf(72), 6});
     QTest::mouseDClick(&Mark(), Qt::LeftButton, {}, {LeftOf(72), 6});
