@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "libmidi/portmidi/TickCounter.h"
 #include "support/VirtualTime.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
+#include "unit/nk/WaitUntil.h"
 
 namespace {
 
@@ -164,25 +166,30 @@ TEST_F(PortMIDIImplTest, ARoundPollsOpenInputsOnly) {
     EXPECT_EQ(api.polls, 1);
 }
 
-TEST_F(PortMIDIImplTest, WithThreadsTheTimerRunsWhileAnInputIsOpen) {
+/// Sleeps, and counts the waits for a wake-up that have begun.
+class CCountingSleeper : public NK::CSleeper {
+public:
+    void Sleep(std::uint32_t milliseconds) override { NK::SystemSleeper().Sleep(milliseconds); }
+    void Wait(NK::CWakeup& wakeup, std::int64_t untilNs) override {
+        ++waits;
+        NK::SystemSleeper().Wait(wakeup, untilNs);
+    }
+    std::atomic<int> waits{0};
+};
+
+TEST_F(PortMIDIImplTest, WithThreadsTheTimerRunsWhileAnInputIsOpenAndRestsOtherwise) {
     CFakePortMidi api(kDevices);
+    CCountingSleeper sleeper;
     {
-        const PortMIDIImpl set(api, NK::SystemSleeper());
-        const auto run = [](int milliseconds) {
-            for (int i = 0; i < milliseconds; ++i) {
-                NK::SystemSleeper().Sleep(1);
-            }
-        };
-        const std::uint32_t atRest = TickCounter::Get();
-        run(20);
-        EXPECT_EQ(TickCounter::Get(), atRest);
-        for (int turn = 0; turn < 2; ++turn) {
+        const PortMIDIImpl set(api, sleeper);
+        ASSERT_TRUE(KivoraTest::WaitUntil([&] { return sleeper.waits > 0; })) << "nothing is open yet";
+        for (int turn = 0; turn < 3; ++turn) {
             ASSERT_EQ(set.GetDefaultInput()->Open(), kSuccess);
             const std::uint32_t before = TickCounter::Get();
-            while (TickCounter::Get() < before + 3) {
-                run(1);
-            }
+            ASSERT_TRUE(KivoraTest::WaitUntil([before] { return TickCounter::Get() >= before + 3; }));
+            const int waited = sleeper.waits;
             set.GetDefaultInput()->Close();
+            ASSERT_TRUE(KivoraTest::WaitUntil([&] { return sleeper.waits > waited; })) << "after closing it rests";
         }
     }
     EXPECT_EQ(api.GetCalls().front(), "Initialize");
