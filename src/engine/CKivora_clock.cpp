@@ -208,9 +208,14 @@ void CKivora::OnTimer(std::uint32_t) {
             PlayArpeggiators();
         }
         extras_->click.Play(clock_, GetClickQueue());
-        if (extras_->song->Tick(dependencies_.wallClockMs())) {
+        if (!IsReady()) {
+            extras_->song->Pause();  // nobody takes from the queue
+        } else if (extras_->song->Tick(dependencies_.wallClockMs())) {
             SendPatches();
             SendVolumes();
+            if (extras_->onSongEnd) {
+                extras_->onSongEnd();
+            }
         }
     }
     if (lost) {

@@ -18,7 +18,7 @@ void CKivora::LoseOutput(bool isGone) {
     outputLost_ = true;
     EndLatched();  // else it would begin by itself when the output comes back
     sink_->LoseOutput();
-    extras_->song->Pause();
+    extras_->song->Lose();
     sink_->Clear();
     if (!follower_) {
         return;
@@ -112,6 +112,7 @@ bool CKivora::ReopenOutputPort() {
     outputLost_ = false;
     sink_->SetAccepting(true);
     EndStrandedNotes();
+    extras_->song->Rest();
     SendPatches();
     SendVolumes();
     SettleOutput();

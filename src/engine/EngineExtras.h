@@ -1,6 +1,7 @@
 // What the instrument offers beyond playing by its rules.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "engine/Click.h"
@@ -34,6 +35,8 @@ struct EngineExtras {
 
     /// What is played back; never null. Its commands stand in EngineFront and SongPlayer.
     const std::unique_ptr<SongPlayback> song;
+    /// Called when it has ended by itself, with the engine's lock held, to send again what the player holds. [tick]
+    std::function<void()> onSongEnd;
 
     TakeGrid grid;            ///< of the recording that runs, or ran last
     bool savesTempo = false;  ///< whether takes are saved on the grid, where nothing else is chosen

@@ -19,12 +19,16 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
             pedal_ = 0;
         }
     });
+    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { RestorePedal(pedal_); }; });
     engine_.KeepOrder();
 }
 
 EngineFront::~EngineFront() {
     // Under the lock, with which every message is emitted: none is being told to this object.
-    engine_.WithLock([this] { QObject::disconnect(connection_); });
+    engine_.WithLock([this] {
+        QObject::disconnect(connection_);
+        engine_.WithExtras([](EngineExtras& extras) { extras.onSongEnd = nullptr; });
+    });
 }
 
 void EngineFront::Silence() {

@@ -38,11 +38,18 @@ void Song::Begin(std::int64_t lengthUs) {
     events_.erase(std::find_if(events_.begin(), events_.end(), isLate), events_.end());
     lengthUs_ = std::min(std::max(lengthUs, IsEmpty() ? 0 : events_.back().timeUs), kLongestUs);
     LibMidi::ChannelState ever;
-    for (const Event& event : events_) {
-        if (!ResetsControllers(event.message)) {  // what was set before stays set here
-            ever.Follow(event.message);
+    LibMidi::ChannelState state;
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+        if (i % kEventsPerState == 0) {
+            states_.push_back(state);
+        }
+        const TMIDIMessage message = events_[i].message;
+        state.Follow(message);
+        if (!ResetsControllers(message)) {  // what was set before stays set here
+            ever.Follow(message);
         }
     }
+    states_.push_back(state);
     rest_ = ever.GetReset();
 }
 
@@ -53,8 +60,9 @@ std::size_t Song::FindEvent(std::int64_t timeUs) const {
 }
 
 void Song::VisitState(std::size_t event, const Visit& visit) const {
-    LibMidi::ChannelState state;
-    for (std::size_t i = 0; i < event; ++i) {
+    const std::size_t known = std::min(event / kEventsPerState, states_.size() - 1);
+    LibMidi::ChannelState state = states_[known];
+    for (std::size_t i = known * kEventsPerState; i < event; ++i) {
         state.Follow(events_[i].message);
     }
     state.TakeUnsetFrom(rest_);

@@ -41,7 +41,10 @@ public:
 private:
     void Begin(std::int64_t lengthUs);
 
+    static constexpr std::size_t kEventsPerState = 8192;
+
     std::vector<Event> events_;
+    std::vector<LibMidi::ChannelState> states_;  ///< before each kEventsPerState-th event
     std::int64_t lengthUs_ = 0;
     LibMidi::ChannelState rest_;  ///< of everything that is set anywhere, after a reset
 };

@@ -54,7 +54,20 @@ void SongPlayback::Pause() {
     if (state_ == State::kPlaying) {
         state_ = State::kPaused;
         End();
-        song_->VisitRest([this](TMIDIMessage message) { Send(message); });
+        song_->VisitRest([this](TMIDIMessage message) { Set(message); });
+    }
+}
+
+void SongPlayback::Lose() {
+    if (state_ == State::kPlaying) {
+        lost_ = song_;
+        Pause();
+    }
+}
+
+void SongPlayback::Rest() {
+    if (const std::shared_ptr<const Song> lost = std::exchange(lost_, nullptr)) {
+        lost->VisitRest([this](TMIDIMessage message) { Set(message); });
     }
 }
 
@@ -130,7 +143,13 @@ bool SongPlayback::Tick(std::int64_t nowMs) {
 }
 
 void SongPlayback::SendState() {
-    song_->VisitState(next_, [this](TMIDIMessage message) { Send(message); });
+    song_->VisitState(next_, [this](TMIDIMessage message) { Set(message); });
+}
+
+void SongPlayback::Set(TMIDIMessage message) {
+    if (!open_.LiftsNothing(message)) {
+        Send(message);
+    }
 }
 
 bool SongPlayback::PlayBefore(std::int64_t timeUs) {

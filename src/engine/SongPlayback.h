@@ -56,8 +56,13 @@ public:
     void Load(std::shared_ptr<const Song> song);
     /// From the present position on. False when there is nothing to play or no queue.
     bool Play();
-    /// Also brings what the song has set on the device to rest; the panel's voices are to be sent again.
+    /// Also brings what the song has set on the device to rest, apart from pedals that it does not hold; the panel's
+    /// voices are to be sent again.
     void Pause();
+    /// The same where the device can take nothing more: Rest() is due when it can.
+    void Lose();
+    /// Brings to rest what the song had set when the device was lost.
+    void Rest();
     /// The same, and goes to the begin.
     void Stop();
     void Seek(std::int64_t positionUs);
@@ -88,6 +93,9 @@ private:
 
     void GoTo(std::int64_t positionUs);
     void SendState();
+    /// One of what the song sets before it is played on, or leaves behind: the player may hold a pedal that it does
+    /// not.
+    void Set(NK::MIDI::TMIDIMessage message);
     void End();
     void EndNotes(std::uint8_t channel);
     /// All events before that time; false, at the place of the first that is left, when these are too many at once.
@@ -105,6 +113,7 @@ private:
     std::shared_ptr<LibMidi::MIDIPlayerQueue> queue_;
     Show show_;
     std::shared_ptr<const Song> song_;
+    std::shared_ptr<const Song> lost_;  ///< has set what Rest() brings to rest; null for nothing
     State state_ = State::kStopped;
     std::int64_t positionUs_ = 0;
     std::size_t next_ = 0;  ///< the first event that was not played

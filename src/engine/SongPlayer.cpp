@@ -27,8 +27,10 @@ std::shared_ptr<const Song> SongPlayer::GetSong() const {
 
 bool SongPlayer::Play() {
     CKivora& engine = front_.GetEngine();
-    return engine.IsOutputReady() && !engine.IsOutputLost() &&
-           With([](SongPlayback& playback) { return playback.Play(); });
+    return engine.WithLock([&] {
+        return engine.IsOutputReady() && !engine.IsOutputLost() &&
+               With([](SongPlayback& playback) { return playback.Play(); });
+    });
 }
 
 void SongPlayer::Pause() {

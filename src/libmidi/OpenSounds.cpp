@@ -42,12 +42,22 @@ void OpenSounds::Follow(TMIDIMessage message) noexcept {
         channel.notes.reset();
     } else if (EndsPedals(message)) {
         channel.pedals.reset();
-    } else if (message.status == TMIDIMessage::kControlChange) {
-        const auto* const pedal = std::find(kPedals.begin(), kPedals.end(), message.data1);
-        if (pedal != kPedals.end()) {
-            channel.pedals[static_cast<std::size_t>(pedal - kPedals.begin())] = message.data2 != 0;
-        }
+    } else if (const std::size_t pedal = FindPedal(message); pedal < kPedals.size()) {
+        channel.pedals[pedal] = message.data2 != 0;
     }
+}
+
+std::size_t OpenSounds::FindPedal(TMIDIMessage message) noexcept {
+    const auto* const pedal = message.status == TMIDIMessage::kControlChange
+                                  ? std::find(kPedals.begin(), kPedals.end(), message.data1)
+                                  : kPedals.end();
+    return static_cast<std::size_t>(pedal - kPedals.begin());
+}
+
+bool OpenSounds::LiftsNothing(TMIDIMessage message) const noexcept {
+    const std::size_t pedal = FindPedal(message);
+    return pedal < kPedals.size() && message.data2 == 0 && IsOnChannel(message) &&
+           !channels_[message.channel - 1U].pedals[pedal];
 }
 
 bool OpenSounds::IsAny() const noexcept {

@@ -19,6 +19,8 @@ public:
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
     bool IsAny() const noexcept;
     bool IsAnyNote() const noexcept;
+    /// Whether the message lifts a pedal that is not down here.
+    bool LiftsNothing(NK::MIDI::TMIDIMessage message) const noexcept;
     /// Visits what says by itself, note by note and pedal by pedal, what `message` ends of these at one blow: a
     /// channel's notes (controllers 120 and 123 to 127) or pedals (121), or everything (System Reset).
     void VisitEndedBy(NK::MIDI::TMIDIMessage message, const Visit& visit) const;
@@ -34,6 +36,8 @@ private:
         std::bitset<kPedals.size()> pedals;
     };
 
+    /// The number of the pedal that a control change moves; kPedals.size() for all other messages.
+    static std::size_t FindPedal(NK::MIDI::TMIDIMessage message) noexcept;
     void VisitNotes(int channel, const Visit& visit) const;
     void VisitPedals(int channel, const Visit& visit) const;
 

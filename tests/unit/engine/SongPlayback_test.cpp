@@ -391,6 +391,71 @@ TEST_F(SongPlayback, TheUsersPedalStaysDownThroughAPause) {
     EXPECT_FALSE(synth.IsPedalDown());
 }
 
+TEST_F(SongPlayback, TheUsersPedalStaysDownWhereTheSongEndsOrLoopsOrDoesNotHoldIt) {
+    front->SetSustain(true);
+    Play({{0, {0xB0, 1, 64, 127}}, {10, {0xB0, 1, 64, 0}}, {20, {0xB0, 1, 64, 127}}}, 100);
+    Run(200);
+    EXPECT_EQ(GetState(), State::kStopped);
+    EXPECT_TRUE(synth.IsPedalDown(0)) << "given back at the end";
+    Play({{0, kOn}, {500, {0xB0, 1, 64, 127}}}, 1000);
+    player->SetLoop(SongPlayer::Loop{0, 200'000});
+    Run(500);
+    EXPECT_TRUE(synth.IsPedalDown(0)) << "the song does not hold it yet";
+    player->Seek(300'000);
+    Run(100);
+    EXPECT_TRUE(synth.IsPedalDown(0));
+    front->SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown());
+}
+
+TEST_F(SongPlayback, WhatTheSongHasSetOnADeviceThatFailedOnceIsSetBackWhenItIsOpenAgain) {
+    Play({{0, {0xE0, 1, 0, 0x7F}}, {0, {0xB0, 1, 10, 1}}, {500, kOff}}, 10000);
+    Run(20);
+    rig.GetDevice(kSynth).failsToWrite = true;
+    Engine().PlayNoteOn(64, 1);
+    rig.Run(2);
+    ASSERT_TRUE(Engine().IsOutputLost());
+    rig.GetDevice(kSynth).failsToWrite = false;
+    player->Open(nullptr);
+    ASSERT_TRUE(front->ReopenOutput());
+    rig.Run(2);
+    EXPECT_EQ(synth.GetControls(0).wheel, 0x2000);
+    EXPECT_EQ(synth.GetControls(0).controller[10], 64);
+}
+
+TEST_F(SongPlayback, PausesWhereNobodyTakesWhatItPlays) {
+    Play({{0, kOn}, {5000, kOff}}, 10000);
+    Run(20);
+    rig.GetDevice(kOtherSynth).failsToOpen = true;
+    EXPECT_ANY_THROW(front->SetOutputPortByIndex(1));
+    ASSERT_FALSE(Engine().IsOutputReady());
+    rig.Run(10);
+    EXPECT_EQ(GetState(), State::kPaused);
+    EXPECT_FALSE(NeedsTick());
+}
+
+TEST_F(SongPlayback, TheStateAtAPlaceFarOnIsThatOfAllThatWasBefore) {
+    std::vector<TimedMessage> messages;
+    for (int i = 0; i < 20'000; ++i) {
+        messages.push_back({i / 10, {0xB0, 5, static_cast<std::uint8_t>(i % 60), static_cast<std::uint8_t>(i % 128)}});
+    }
+    const auto song = MakeSong(messages);
+    for (const std::size_t place : {0UL, 1UL, 8191UL, 8192UL, 8193UL, 16384UL, 19999UL, 20000UL}) {
+        LibMidi::ChannelState state;
+        for (std::size_t i = 0; i < place; ++i) {
+            state.Follow(messages[i].message);
+        }
+        std::array<int, 120> expected{};
+        std::array<int, 120> found{};
+        state.VisitAll([&](NK::MIDI::TMIDIMessage message) { expected[message.data1] = message.data2; });
+        song->VisitState(place, [&](NK::MIDI::TMIDIMessage message) { found[message.data1] = message.data2; });
+        for (std::size_t i = 0; i < std::min<std::size_t>(place, 60); ++i) {
+            EXPECT_EQ(found[i], expected[i]) << place << " " << i;
+        }
+    }
+}
+
 TEST_F(SongPlayback, TheTickAllocatesNothingOnceWarm) {
     std::vector<TimedMessage> notes;
     for (int i = 0; i < 2000; ++i) {
