@@ -80,10 +80,9 @@ public:
     LibMidi::CaptureStore::View GetTake(int id) const;
     /// The same of the recording of this run that ended last, whether it waits or not. No events while one runs.
     LibMidi::CaptureStore::View GetLatestTake() const;
-    /// Writes the take as a MIDI file, as CKivora::SaveRecording() does but closed, and forgets it. False when no such
-    /// take waits and when the file could not be written: then it waits on, and an older file of that name is as it
-    /// was.
-    /// On the grid where that is wanted and known.
+    /// Writes the take as a MIDI file, as CKivora::SaveRecording() does but closed, and on the grid where that is
+    /// wanted and known, and forgets it. False when no such take waits and when the file could not be written: then it
+    /// waits on, and an older file of that name is as it was.
     bool Save(int id, const NK::CString& path, bool onGrid = false);
     /// The same for the recording of this run that ended last, whether it waits or not. False while one runs.
     bool SaveLatest(const NK::CString& path, bool onGrid = false);
