@@ -1499,10 +1499,6 @@
         <translation>Сохранение MIDI-файла</translation>
     </message>
     <message>
-        <source>MIDI Files (*.mid *.midi)</source>
-        <translation>MIDI-файлы (*.mid *.midi)</translation>
-    </message>
-    <message>
         <source>Failed to write MIDI file.</source>
         <translation>Не удалось записать MIDI-файл.</translation>
     </message>
@@ -1752,7 +1748,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Play or Pause the File</source>
-        <translation>Играть или приостановить файл</translation>
+        <translation>Воспроизвести или приостановить файл</translation>
     </message>
     <message>
         <source>Write the panel&apos;s tempo</source>
@@ -1777,6 +1773,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>%1 Keys</source>
         <translation>Клавиш: %1</translation>
+    </message>
+    <message>
+        <source>A recording runs. It can be heard once it has ended.</source>
+        <translation>Идёт запись. Её можно будет прослушать, когда она закончится.</translation>
     </message>
 </context>
 <context>
@@ -2252,6 +2252,13 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>It is damaged: the tempo at byte %1 is none.</source>
         <translation>Файл повреждён: на байте %1 стоит негодный темп.</translation>
+    </message>
+</context>
+<context>
+    <name>MIDIFileNames</name>
+    <message>
+        <source>MIDI Files</source>
+        <translation>MIDI-файлы</translation>
     </message>
 </context>
 <context>
@@ -2741,7 +2748,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Loop to Here</source>
-        <translation>Повтор досюда</translation>
+        <translation>Повтор до этого места</translation>
     </message>
     <message>
         <source>No Loop</source>
@@ -2761,11 +2768,11 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Position</source>
-        <translation>Место</translation>
+        <translation>Позиция</translation>
     </message>
     <message>
         <source>Position and length</source>
-        <translation>Место и длительность</translation>
+        <translation>Позиция и длительность</translation>
     </message>
     <message>
         <source>Close</source>
@@ -2786,14 +2793,6 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Play a MIDI File</source>
         <translation>Воспроизвести MIDI-файл</translation>
-    </message>
-    <message>
-        <source>MIDI Files (*.mid *.midi *.kar)</source>
-        <translation>MIDI-файлы (*.mid *.midi *.kar)</translation>
-    </message>
-    <message>
-        <source>Nothing would be heard: no output plays now. The settings tell why.</source>
-        <translation>Ничего не было бы слышно: сейчас ни один выход не играет. Почему — сказано в настройках.</translation>
     </message>
     <message>
         <source>%1 to %2</source>
@@ -3216,6 +3215,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>No sound here: %1 hands the notes to other programs</source>
         <translation>Здесь звука нет: %1 передаёт ноты другим программам</translation>
+    </message>
+    <message>
+        <source>Nothing would be heard: no output plays now. The settings tell why.</source>
+        <translation>Ничего не будет слышно: сейчас не работает ни один выход. Почему — сказано в настройках.</translation>
     </message>
 </context>
 <context>

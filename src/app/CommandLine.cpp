@@ -5,7 +5,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-#include "app/FileOpening.h"
+#include "ui/MIDIFileNames.h"
 
 namespace Kivora {
 namespace {
@@ -151,7 +151,7 @@ private:
 
     template <class Refuse>
     static void CheckTarget(const QString& path, const Refuse& refuse) {
-        if (!CommandLine::IsSoundFile(path) && !HasMIDIFileName(path)) {
+        if (!CommandLine::IsSoundFile(path) && !MIDIFileNames::Fits(path, MIDIFileNames::kWritten)) {
             refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "The file to write, \"%1\", ends neither in .wav nor in .mid."))
                        .arg(path));
         }

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "app/PresetChoice.h"
+#include "ui/MIDIFileNames.h"
 #include "ui/SongFile.h"
 
 namespace Kivora {
@@ -13,15 +14,7 @@ QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);
 }
 
-bool IsSong(const QString& path) {
-    return HasMIDIFileName(path) || path.endsWith(".kar", Qt::CaseInsensitive);
-}
-
 }  // namespace
-
-bool HasMIDIFileName(const QString& path) {
-    return path.endsWith(".mid", Qt::CaseInsensitive) || path.endsWith(".midi", Qt::CaseInsensitive);
-}
 
 QString OpenFile(EngineFront* front, const QString& path, const std::function<void(const SongFile& song)>& play) {
     if (front == nullptr) {
@@ -29,7 +22,7 @@ QString OpenFile(EngineFront* front, const QString& path, const std::function<vo
             .arg(path);
     }
     QString failure;
-    if (!IsSong(path)) {
+    if (!MIDIFileNames::Fits(path, MIDIFileNames::kRead)) {
         static_cast<void>(LoadPresetFile(*front, path, failure));
     } else if (const auto song = SongFile::Read(path, failure)) {
         play(*song);

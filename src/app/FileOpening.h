@@ -10,8 +10,6 @@ namespace Kivora {
 
 class EngineFront;
 
-bool HasMIDIFileName(const QString& path);
-
 /// Loads the file of a preset, or hands a MIDI file to `play`. Empty on success; otherwise a sentence in the user's
 /// language that names the file and says why nothing was opened, what is damaged, huge, no regular file or out of reach
 /// included. Never waits for what is no regular file. Null where there is no engine. [gui]

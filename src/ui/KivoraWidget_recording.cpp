@@ -16,6 +16,7 @@
 #include "ui/KivoraWidget.h"
 #include "ui/ListenButton.h"
 #include "ui/MainDisplay.h"
+#include "ui/MIDIFileNames.h"
 #include "ui/NoticeLine.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
@@ -111,13 +112,11 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     NK::CString& folder = engine_->GetLastFolders().takes;
     QFileDialog dialog(this, tr("Save MIDI File"),
                        Dialogs::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
-                       tr("MIDI Files (*.mid *.midi)"));
+                       MIDIFileNames::GetFilter(MIDIFileNames::kWritten));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("mid");
     dialog.selectFile(tr("Recording %1", "suggested file name").arg(begun.toString("yyyy-MM-dd HH.mm.ss")) + ".mid");
-    const auto wantsTempo = [this] {
-        return engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.savesTempo; });
-    };
+    bool onGrid = engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.savesTempo; });
     // A dialog of the desktop has no place for more.
     if (auto* const grid = qobject_cast<QGridLayout*>(dialog.layout())) {
         const int row = grid->rowCount();
@@ -125,15 +124,14 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
         auto* const writeTempo = new QCheckBox(tr("Write the panel's tempo"));
         writeTempo->setObjectName("writeTempo");
         writeTempo->setVisible(take.hasGrid);
-        writeTempo->setChecked(wantsTempo());
-        connect(writeTempo, &QCheckBox::toggled, this, [this](bool on) {
-            engine_->WithExtras([on](Kivora::EngineExtras& extras) { extras.savesTempo = on; });
-        });
+        writeTempo->setChecked(onGrid);
+        connect(writeTempo, &QCheckBox::toggled, &dialog, [&onGrid](bool on) { onGrid = on; });
         grid->addWidget(writeTempo, row, 1, 1, -1);
     }
     while (dialog.exec() == QDialog::Accepted) {
         const NK::CString path = Dialogs::FromQt(dialog.selectedFiles().value(0));
-        if (take.save(path, wantsTempo())) {
+        if (take.save(path, onGrid)) {
+            engine_->WithExtras([onGrid](Kivora::EngineExtras& extras) { extras.savesTempo = onGrid; });
             folder = NK::GetFolderName(path);
             return true;
         }
@@ -147,13 +145,16 @@ void KivoraWidget::playLatestTake() {
     if (takes_ == nullptr) {
         return;
     }
-    auto song = std::make_shared<const Kivora::Song>(takes_->GetLatestTake());
-    if (song->IsEmpty()) {
+    const LibMidi::CaptureStore::View take = takes_->GetLatestTake();
+    if (take.GetCount() == 0) {
         Dialogs::Show(this, QMessageBox::Information, tr("Hear the Recording"),
-                      tr("There is no recording that has ended since the program was started."));
+                      engine_->IsRecording()
+                          ? tr("A recording runs. It can be heard once it has ended.")
+                          : tr("There is no recording that has ended since the program was started."));
         return;
     }
-    PlayerWindow::of(*front_, *this).openSong({std::move(song), tr("The last recording"), QString()});
+    PlayerWindow::of(*front_, *this)
+        .openSong({std::make_shared<const Kivora::Song>(take), tr("The last recording"), QString()});
 }
 
 void KivoraWidget::timerTick() {

@@ -1,6 +1,7 @@
 // Recordings that have ended and wait until they are saved or refused.
 #include <algorithm>
 #include <QDateTime>
+#include <QDialogButtonBox>
 #include <QLocale>
 #include <QPushButton>
 #include <QScopedValueRollback>
@@ -84,7 +85,7 @@ std::unique_ptr<QMessageBox> KivoraWidget::makeOffer(const WaitingTake& take) {
     auto* const listen = new ListenButton(
         *front_, [this, id = take.id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); });
     box->addButton(listen, QMessageBox::ActionRole);
-    disconnect(listen, nullptr, box.get(), nullptr);  // which would be answered by it
+    disconnect(listen, &QPushButton::clicked, box->findChild<QDialogButtonBox*>(), nullptr);  // it is no answer
     return box;
 }
 

@@ -90,6 +90,7 @@ bool PlayAlong::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::KeyPress: {
             const auto& key = static_cast<const QKeyEvent&>(*event);
             if (isForPanel(key)) {
+                own_.erase(identify(key));
                 passOn(key, panel_);
                 return true;
             }
@@ -105,6 +106,7 @@ bool PlayAlong::eventFilter(QObject* watched, QEvent* event) {
         }
         case QEvent::WindowDeactivate:
             if (watched == &window_) {
+                own_.clear();  // their releases go elsewhere
                 tellLoss(panel_);
             }
             break;

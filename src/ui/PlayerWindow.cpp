@@ -20,9 +20,11 @@
 #include "nk/nk_paths.h"
 #include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/MIDIFileNames.h"
 #include "ui/Mnemonics.h"
 #include "ui/PlayAlong.h"
 #include "ui/SongFile.h"
+#include "ui/SoundTexts.h"
 
 using Kivora::SongPlayback;
 using Kivora::SongPlayer;
@@ -45,6 +47,14 @@ QLabel* MakeLine(const char* name) {
     line->setObjectName(name);
     line->setTextFormat(Qt::PlainText);
     return line;
+}
+
+/// Leaves alone what is being typed.
+void ShowValue(QSpinBox& box, int value) {
+    const bool isEdited = box.cleanText() != box.locale().toString(box.value());
+    if (box.value() != value && !isEdited) {
+        box.setValue(value);
+    }
 }
 
 }  // namespace
@@ -195,6 +205,7 @@ void PlayerWindow::retranslate() {
 }
 
 void PlayerWindow::openSong(const SongFile& file) {
+    play_->setFocus();  // what is being typed is still for the former song
     player_.Open(file.song);
     title_->setText(file.title);
     title_->setToolTip(file.title.toHtmlEscaped());
@@ -230,7 +241,7 @@ bool PlayerWindow::askForFile() {
     const QString path = QFileDialog::getOpenFileName(
         isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
         Dialogs::ToQt(NK::FolderExists(folder) ? folder : front_.GetEngine().GetUserDataDir()),
-        tr("MIDI Files (*.mid *.midi *.kar)"));
+        MIDIFileNames::GetFilter(MIDIFileNames::kRead));
     if (path.isEmpty()) {
         return false;
     }
@@ -249,7 +260,7 @@ void PlayerWindow::playOrPause() {
     if (player_.GetStatus().state == SongPlayer::State::kPlaying) {
         player_.Pause();
     } else if (player_.GetSong()) {
-        say(player_.Play() ? damage_ : tr("Nothing would be heard: no output plays now. The settings tell why."));
+        say(player_.Play() ? damage_ : SoundTexts::NothingToHear());
     }
     look();
 }
@@ -270,6 +281,9 @@ void PlayerWindow::endLoop() {
     const SongPlayer::Status status = player_.GetStatus();
     const qint64 begin = status.loop && status.loop->beginUs < status.positionUs ? status.loop->beginUs : 0;
     player_.SetLoop(SongPlayer::Loop{begin, status.positionUs});
+    if (const auto loop = player_.GetStatus().loop) {
+        player_.Seek(loop->beginUs);  // playing on behind its end would leave it
+    }
     look();
 }
 
@@ -291,8 +305,8 @@ void PlayerWindow::look() {
     {
         const QSignalBlocker quietTempo(tempo_);
         const QSignalBlocker quietTransposition(transposition_);
-        tempo_->setValue(status.tempoPercent);
-        transposition_->setValue(status.transposition);
+        ShowValue(*tempo_, status.tempoPercent);
+        ShowValue(*transposition_, status.transposition);
     }
     play_->setChecked(isPlaying);
     loop_->setText(status.loop

@@ -101,4 +101,8 @@ QString NothingToRecord() {
     return Tr(QT_TRANSLATE_NOOP("SoundTexts", "Not recording: nothing sounds, so nothing would be recorded"));
 }
 
+QString NothingToHear() {
+    return Tr(QT_TRANSLATE_NOOP("SoundTexts", "Nothing would be heard: no output plays now. The settings tell why."));
+}
+
 }  // namespace SoundTexts

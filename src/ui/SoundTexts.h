@@ -24,5 +24,7 @@ QString InputExplanation(const QString& port);
 QString InputReturned(const QString& port);
 /// Why no recording is begun without an output.
 QString NothingToRecord();
+/// Why no song is played without one.
+QString NothingToHear();
 
 }  // namespace SoundTexts

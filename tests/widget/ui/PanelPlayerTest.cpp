@@ -115,6 +115,46 @@ TEST_F(PanelPlayer, TheSliderTheLoopTheTempoAndTheTranspositionAreSet) {
     EXPECT_EQ(In<QSpinBox>(Window(), "songTempo").value(), 100);
 }
 
+TEST_F(PanelPlayer, TheLoopBeginsAnewWhereItsEndIsSet) {
+    OpenSong();
+    In<QSlider>(Window(), "songPosition").setValue(50);
+    ClickIn("songLoopBeginBtn");
+    ClickIn("songPlayBtn");
+    Go(2000);
+    ClickIn("songLoopEndBtn");
+    ASSERT_TRUE(Status().loop);
+    EXPECT_EQ(Status().loop->beginUs, 5'000'000);
+    EXPECT_EQ(Status().positionUs, 5'000'000);
+    Go(5000);
+    EXPECT_LT(Status().positionUs, Status().loop->endUs) << "again and again";
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+    ClickIn("songStopBtn");
+    ClickIn("songLoopOffBtn");
+    ClickIn("songLoopEndBtn");
+    EXPECT_FALSE(Status().loop) << "it would be too short";
+}
+
+TEST_F(PanelPlayer, WhatIsBeingTypedStaysWhileTheSongPlays) {
+    OpenSong();
+    ClickIn("songPlayBtn");
+    auto& tempo = In<QSpinBox>(Window(), "songTempo");
+    tempo.setFocus();
+    tempo.selectAll();
+    QTest::keyClicks(&tempo, "15");
+    Go(50);
+    EXPECT_EQ(tempo.cleanText(), "15");
+    QTest::keyClicks(&tempo, "0");
+    Go(50);
+    QTest::keyClick(&tempo, Qt::Key_Return);
+    EXPECT_EQ(Status().tempoPercent, 150);
+    tempo.selectAll();
+    QTest::keyClicks(&tempo, "30");
+    OpenSong();
+    EXPECT_EQ(tempo.value(), 100);
+    EXPECT_EQ(tempo.cleanText(), "100");
+    EXPECT_EQ(Status().tempoPercent, 100) << "it was meant for the former song";
+}
+
 TEST_F(PanelPlayer, OnePlaysAlongOnTheComputerKeysWhileItHasTheKeyboard) {
     OpenSong();
     ASSERT_TRUE(Window().isActiveWindow());
@@ -145,6 +185,34 @@ TEST_F(PanelPlayer, AHeldKeyEndsWhenAnotherProgramsWindowGetsTheKeyboard) {
     QApplication::setActiveWindow(nullptr);
     Show();
     EXPECT_FALSE(Piano().IsPressed(60));
+}
+
+TEST_F(PanelPlayer, AKeyThatWasTheWindowsOnceHangsNoNote) {
+    OpenSong();
+    auto& tempo = In<QSpinBox>(Window(), "songTempo");
+    auto& play = In<QPushButton>(Window(), "songPlayBtn");
+    constexpr int kNoteOf5 = 78;
+    const auto playIt = [&](const char* when) {
+        play.setFocus();
+        QTest::keyPress(&play, Qt::Key_5);
+        Show();
+        EXPECT_TRUE(Piano().IsPressed(kNoteOf5)) << when;
+        QTest::keyRelease(&play, Qt::Key_5);
+        Show();
+        EXPECT_FALSE(Piano().IsPressed(kNoteOf5)) << when;
+    };
+    tempo.setFocus();
+    QTest::keyPress(&tempo, Qt::Key_5);
+    playIt("whose release was lost");
+    tempo.setFocus();
+    QTest::keyPress(&tempo, Qt::Key_5);
+    QApplication::setActiveWindow(window.get());
+    panel->setFocus();
+    QTest::keyPress(panel, Qt::Key_5);
+    QApplication::setActiveWindow(&Window());
+    QTest::keyRelease(&tempo, Qt::Key_5);
+    Show();
+    EXPECT_FALSE(Piano().IsPressed(kNoteOf5)) << "which was pressed on the panel since";
 }
 
 TEST_F(PanelPlayer, ClosingAndPanicEndWhatPlays) {
@@ -252,6 +320,150 @@ TEST_F(PanelPlayer, ListeningEndsWithTheTake) {
     });
     Entry(Qt::ALT | Qt::Key_S).trigger();
     EXPECT_TRUE(answers.AllGiven());
+}
+
+TEST_F(PanelPlayer, WhereATakeWouldNotBeHeardThatIsSaid) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ModalAnswers answers;
+    answers.Then([this](QDialog& dialog) {
+        Engine().CloseOutputPort();
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        EXPECT_FALSE(listen.isChecked());
+        dialog.reject();
+    });
+    answers.Click(QMessageBox::Ok);
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    ASSERT_EQ(answers.seen.size(), 2U);
+    EXPECT_EQ(answers.seen[1], "Listen: Nothing would be heard: no output plays now. The settings tell why.");
+}
+
+TEST_F(PanelPlayer, ListeningLeavesTheSongAsItWas) {
+    OpenSong();
+    SongPlayer player(*front);
+    player.SetLoop(SongPlayer::Loop{5'000'000, 20'000'000});
+    player.SetTempo(50);
+    player.SetTransposition(-3);
+    player.Seek(7'000'000);
+    const auto song = player.GetSong();
+    const auto other = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ModalAnswers answers;
+    answers.Then([&](QDialog& dialog) {
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        EXPECT_NE(player.GetSong(), song);
+        listen.click();
+        listen.click();
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    EXPECT_EQ(player.GetSong(), song);
+    EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+    EXPECT_EQ(Status().positionUs, 7'000'000);
+    EXPECT_EQ(Status().loop, (SongPlayer::Loop{5'000'000, 20'000'000}));
+    EXPECT_EQ(Status().tempoPercent, 50);
+    EXPECT_EQ(Status().transposition, -3);
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    answers.Then([&](QDialog& dialog) {
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        listen.click();
+        player.Open(other);
+        listen.click();
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    EXPECT_EQ(player.GetSong(), other) << "which was opened meanwhile";
+    EXPECT_TRUE(answers.AllGiven());
+}
+
+TEST_F(PanelPlayer, ListeningEndsNoOtherSong) {
+    const auto other = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
+    SongPlayer player(*front);
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ModalAnswers answers;
+    answers.Then([&](QDialog& dialog) {
+        auto& listen = In<QPushButton>(dialog, "listenBtn");
+        listen.click();
+        player.Open(other);
+        EXPECT_TRUE(player.Play());
+        Wait([&listen] { return !listen.isChecked(); });
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    EXPECT_EQ(player.GetSong(), other);
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+}
+
+TEST_F(PanelPlayer, ATakeThatIsOfferedIsNotHeardWhileItIsSaved) {
+    OpenSong();
+    const auto song = SongPlayer(*front).GetSong();
+    ModalAnswers answers;
+    answers.Then([&](QDialog& dialog) {
+        In<QPushButton>(dialog, "listenBtn").click();
+        EXPECT_TRUE(dialog.isVisible()) << "it is no answer";
+        EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+        QTest::mouseClick(qobject_cast<QMessageBox*>(&dialog)->button(QMessageBox::Save), Qt::LeftButton);
+    });
+    answers.Then([&](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Save MIDI File");
+        EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+        dialog.reject();
+    });
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    Engine().StopRecording();
+    Wait([&answers] { return answers.AllGiven(); });
+    EXPECT_EQ(SongPlayer(*front).GetSong(), song);
+}
+
+TEST_F(PanelPlayer, WhyNoRecordingIsHeardIsSaid) {
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    Entry(Qt::ALT | Qt::Key_H).trigger();
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    answers.Refuse();
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    ASSERT_TRUE(front->StartRecording());
+    answers.Click(QMessageBox::Ok);
+    Entry(Qt::ALT | Qt::Key_H).trigger();
+    ASSERT_EQ(answers.seen.size(), 3U);
+    EXPECT_EQ(answers.seen[0],
+              "Hear the Recording: There is no recording that has ended since the program was started.");
+    EXPECT_EQ(answers.seen[2], "Hear the Recording: A recording runs. It can be heard once it has ended.");
+    EXPECT_TRUE(Engine().IsRecording());
+}
+
+TEST_F(PanelPlayer, TheChoiceOfTheTempoIsKeptWhereItIsSaved) {
+    const auto save = [this](const std::function<void(QDialog&)>& end) {
+        ASSERT_TRUE(front->StartRecording());
+        PlayANote();
+        ModalAnswers answers;
+        answers.Then([&](QDialog& dialog) {
+            In<QCheckBox>(dialog, "writeTempo").setChecked(true);
+            end(dialog);
+        });
+        Entry(Qt::ALT | Qt::Key_S).trigger();
+    };
+    const auto isKept = [this] {
+        return Engine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.savesTempo; });
+    };
+    save([](QDialog& dialog) { dialog.reject(); });
+    EXPECT_FALSE(isKept());
+    save([this](QDialog& dialog) {
+        auto& file = In<QLineEdit>(dialog, "fileNameEdit");
+        QApplication::setActiveWindow(&dialog);
+        file.setFocus();
+        file.setText(PathOf("saved.mid"));
+        QTest::keyClick(&file, Qt::Key_Return);
+    });
+    EXPECT_TRUE(isKept());
 }
 
 TEST_F(PanelPlayer, ATakeIsSavedWithThePanelsTempoWhereThatIsChosen) {
