@@ -203,6 +203,7 @@ void QGMPatchMenu::showEvent(QShowEvent* event) {
     pointerAtOpening_ = QCursor::pos();
     pressed_ = false;
     query_.clear();
+    setAccessibleDescription({});
     firstRow_ = 0;
     list_ = std::clamp(currentProgram_, 0, kProgramCount - 1) / kFamilySize;
     activate(currentProgram_);
@@ -214,7 +215,7 @@ void QGMPatchMenu::mouseMoveEvent(QMouseEvent* event) {
     if (const int program = programAt(point); program != kNowhere) {
         rest_.stop();
         activate(program);
-    } else if (const int family = familyAt(point); family != kNowhere) {
+    } else if (const int family = familyAt(point); family != kNowhere && query_.isEmpty()) {
         pointed_ = family;
         rest_.start(kRestMs, this);
     } else {

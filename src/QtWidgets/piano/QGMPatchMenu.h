@@ -19,7 +19,8 @@ class QStyleOptionMenuItem;
 /// that of the current program; a click or a rest of the pointer on a family shows that one's, and so do the keys: up
 /// and down go from program to program, left and right from family to family. Two more lists are like families: what
 /// was used last, and the favorites, which a click on a star or the key "*" adds to and takes from. What is typed is
-/// searched for, in the place of a family. [gui]
+/// searched for, in the place of a family. The accessible description tells how much is found, and what has become a
+/// favorite. [gui]
 class QGMPatchMenu : public QMenu {
     Q_OBJECT
 
@@ -97,6 +98,7 @@ private:
     void searchFor(const QString& query);
     bool editQuery(const QKeyEvent& event);
     void toggleFavorite(int program);
+    bool hasNothingToTake() const;  ///< the list is empty, and the drum kit below it not active
     QString familyName(int family) const;
     void layOut();
     int widthOf(const QStyleOptionMenuItem& item, const QString& text) const;

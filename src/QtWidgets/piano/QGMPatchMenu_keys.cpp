@@ -22,6 +22,7 @@ void QGMPatchMenu::showFamily(int family) {
     list_ = family;
     firstRow_ = 0;
     query_.clear();
+    setAccessibleDescription({});
     if (isFamily()) {
         activate(family * kFamilySize + place);
     } else if (const std::optional<int> first = programAtRow(0)) {
@@ -70,15 +71,18 @@ void QGMPatchMenu::goToEnd(bool last) {
 }
 
 void QGMPatchMenu::searchFor(const QString& query) {
+    rest_.stop();
     query_ = query;
     firstRow_ = 0;
     if (query_.isEmpty()) {
+        setAccessibleDescription({});
         list_ = std::max(activeProgram(), 0) / kFamilySize;
         activate(activeProgram());
         return;
     }
     found_ = search_.find(query_);
     list_ = kFound;
+    setAccessibleDescription(tr("Search: %1. Found: %2.").arg(query_, QString::number(found_.size())));
     if (found_.empty()) {
         setActiveAction(nullptr);
         update();
@@ -121,8 +125,14 @@ void QGMPatchMenu::toggleFavorite(int program) {
         favorites_.insert(std::upper_bound(favorites_.begin(), favorites_.end(), program), program);
     }
     firstRow_ = std::clamp(firstRow_, 0, std::max(static_cast<int>(shownPrograms().size()) - kFamilySize, 0));
+    const QString text = on ? tr("%1: added to the favorites.") : tr("%1: taken from the favorites.");
+    setAccessibleDescription(text.arg(actionOf(program)->text()));
     emit favoriteChanged(program, on);
     update();
+}
+
+bool QGMPatchMenu::hasNothingToTake() const {
+    return shownPrograms().empty() && (activeAction() == nullptr || activeProgram() != kDrumKit);
 }
 
 QString QGMPatchMenu::familyName(int family) const {
@@ -160,7 +170,8 @@ void QGMPatchMenu::keyPressEvent(QKeyEvent* event) {
             goToEnd(true);
             break;
         default:
-            if (editQuery(*event)) {
+            // The keys of a menu would take what is hidden.
+            if (editQuery(*event) || (hasNothingToTake() && event->key() != Qt::Key_Escape)) {
                 event->accept();
                 return;
             }

@@ -236,12 +236,69 @@ TEST(PatchMenu, EnterChoosesWhatIsFoundAndNothingWhereNothingIs) {
                        [&] {
                            QTest::keyClicks(&menu, "kalimbax");
                            EXPECT_EQ(menu.shownPrograms(), std::vector<int>{});
-                           QTest::keyClick(&menu, Qt::Key_Return);
-                           EXPECT_TRUE(menu.isVisible());
+                           for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Tab}) {
+                               QTest::keyClick(&menu, key);
+                               ASSERT_TRUE(menu.isVisible());
+                               EXPECT_EQ(menu.activeAction(), nullptr);
+                           }
                            QTest::keyClick(&menu, Qt::Key_Backspace);
                            QTest::keyClick(&menu, Qt::Key_Return);
                        }),
               108);
+}
+
+TEST(PatchMenu, EnterChoosesNothingFromAListThatIsEmpty) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        for (const int list : {16, 17}) {
+            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(list).center());
+            ASSERT_EQ(menu.shownFamily(), list);
+            QTest::keyClick(&menu, Qt::Key_Return);
+            QTest::keyClick(&menu, Qt::Key_Return);
+            ASSERT_TRUE(menu.isVisible());
+        }
+    });
+    EXPECT_EQ(ChooseBy(menu, QPoint(10, 10),
+                       [&] {
+                           QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(17).center());
+                           QTest::mouseMove(&menu, menu.programRect(-1).center());
+                           QTest::keyClick(&menu, Qt::Key_Return);
+                       }),
+              -1)
+        << "which is in sight below every list";
+}
+
+TEST(PatchMenu, APointerThatRestsOnAFamilyLeavesWhatIsTyped) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        QTest::mouseMove(&menu, menu.familyRect(9).center());
+        QTest::keyClicks(&menu, "violin");
+        QTest::mouseMove(&menu, menu.familyRect(9).center() + QPoint(3, 0));
+        QTimer passed;
+        passed.setSingleShot(true);
+        passed.start(80);  // begun later than the menu's own
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !passed.isActive(); }));
+        EXPECT_EQ(menu.query(), "violin");
+        EXPECT_EQ(menu.shownFamily(), 18);
+    });
+}
+
+TEST(PatchMenu, TellsScreenReadersWhatIsFoundAndWhatIsAFavorite) {
+    QGMPatchMenu menu(0, 5);
+    WhileOpen(menu, [&] {
+        QTest::keyClicks(&menu, "string ens");
+        EXPECT_EQ(menu.accessibleDescription(), "Search: string ens. Found: 2.");
+        QTest::keyClicks(&menu, "x");
+        EXPECT_EQ(menu.accessibleDescription(), "Search: string ensx. Found: 0.");
+        QTest::keyClick(&menu, Qt::Key_Escape);
+        EXPECT_EQ(menu.accessibleDescription(), "");
+        QTest::keyClicks(&menu, "041*");
+        EXPECT_EQ(menu.accessibleDescription(), "041 Violin: added to the favorites.");
+        QTest::keyClicks(&menu, "*");
+        EXPECT_EQ(menu.accessibleDescription(), "041 Violin: taken from the favorites.");
+        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.familyRect(3).center());
+        EXPECT_EQ(menu.accessibleDescription(), "");
+    });
 }
 
 TEST(PatchMenu, TheListsOfThePlayerAreLikeFamilies) {
