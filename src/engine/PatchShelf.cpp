@@ -1,7 +1,10 @@
 #include "engine/PatchShelf.h"
 
 #include <algorithm>
+#include <charconv>
 #include <sstream>
+#include <string>
+#include <system_error>
 
 #include "engine/VoiceSlots.h"
 
@@ -21,8 +24,12 @@ std::vector<int> ReadPatches(const NK::CIniFile& section, const wchar_t* key) {
     std::vector<int> patches;
     if (const std::optional<NK::CString> text = section.GetString(key)) {
         std::istringstream words(text->ToUtf8());
-        for (int patch = 0; words >> patch;) {
-            patches.push_back(patch);
+        for (std::string word; words >> word;) {
+            int patch = 0;
+            const char* const end = word.data() + word.size();
+            if (std::from_chars(word.data(), end, patch) == std::from_chars_result{end, std::errc()}) {
+                patches.push_back(patch);
+            }
         }
     }
     return patches;

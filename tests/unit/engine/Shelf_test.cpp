@@ -47,9 +47,9 @@ TEST(PatchShelf, IsReadAndWrittenAndWhatIsNoPatchIsLeftOut) {
     shelf.Write(file);
     EXPECT_EQ(PatchShelf::Read(file), shelf);
     file.SelectSection(L"Kivora_Patches");
-    file.SetString(L"LastUsed", L"4 999 4 -3 2 x 8");
+    file.SetString(L"LastUsed", L"4 999 4 -3 2 x 8 9y 99999999999999 7");
     file.SetString(L"Favorites", L"");
-    EXPECT_THAT(PatchShelf::Read(file).GetLastUsed(), ElementsAre(4, 2));
+    EXPECT_THAT(PatchShelf::Read(file).GetLastUsed(), ElementsAre(4, 2, 8, 7));
     EXPECT_THAT(PatchShelf::Read(file).GetFavorites(), IsEmpty());
 }
 
