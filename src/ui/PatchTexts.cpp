@@ -74,7 +74,9 @@ QStringList Families(bool translated) {
     return names;
 }
 
-std::vector<QString> SearchTexts() {
+namespace {
+
+std::vector<QString> CollectSearchTexts() {
     std::vector<QString> texts;
     const auto add = [&texts](std::size_t place, const QString& text) {
         texts.resize(std::max(texts.size(), place + 1));
@@ -95,6 +97,13 @@ std::vector<QString> SearchTexts() {
         add(kKitPlace, translated(kProgramContext, NK::MIDI::GetDrumKitText()));
         add(kKitPlace, translated(kFamilyContext, kPercussions));
     }
+    return texts;
+}
+
+}  // namespace
+
+const std::vector<QString>& SearchTexts() {
+    static const std::vector<QString> texts = CollectSearchTexts();
     return texts;
 }
 

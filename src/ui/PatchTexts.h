@@ -28,7 +28,7 @@ Name NameOf(int program, bool translated);
 /// The names of the sixteen families, likewise.
 QStringList Families(bool translated);
 /// What programs and the drum kit are searched by: names and families in all languages of the program.
-std::vector<QString> SearchTexts();
+const std::vector<QString>& SearchTexts();
 /// Without an engine.
 Name ErrorName();
 

@@ -121,10 +121,11 @@ void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) 
         });
     });
     if (ui_->presetOrder->currentIndex() == kByUse) {
-        front_->GetEngine().WithExtras([&](const Kivora::EngineExtras& extras) {
-            std::stable_sort(names.begin(), names.end(), [&](const NK::CString& a, const NK::CString& b) {
-                return extras.presets.GetPlace(a, factory) < extras.presets.GetPlace(b, factory);
-            });
+        // A copy, to be sorted by without the engine's lock.
+        const auto recent =
+            front_->GetEngine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.presets; });
+        std::stable_sort(names.begin(), names.end(), [&](const NK::CString& a, const NK::CString& b) {
+            return recent.GetPlace(a, factory) < recent.GetPlace(b, factory);
         });
     }
     for (const NK::CString& name : names) {
@@ -135,16 +136,17 @@ void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) 
 }
 
 void PresetList::refill() {
-    const QListWidgetItem* const former = ui_->presetList->currentItem();
-    const bool hadCurrent = former != nullptr;
-    const QString name = hadCurrent ? former->text() : QString();
-    const bool factory = hadCurrent && former->data(kFactoryRole).toBool();
+    // Where nothing was found it stays the one before.
+    if (const QListWidgetItem* const former = ui_->presetList->currentItem(); former != nullptr) {
+        selectedName_ = former->text();
+        selectedFactory_ = former->data(kFactoryRole).toBool();
+    }
     ui_->presetList->clear();
     fillList();
     int row = ui_->presetSearch->text().trimmed().isEmpty() ? -1 : 0;
     for (int i = 0; i < ui_->presetList->count(); ++i) {
         const QListWidgetItem* const item = ui_->presetList->item(i);
-        if (hadCurrent && item->text() == name && item->data(kFactoryRole).toBool() == factory) {
+        if (item->text() == selectedName_ && item->data(kFactoryRole).toBool() == selectedFactory_) {
             row = i;
         }
     }
@@ -168,11 +170,13 @@ void PresetList::noteUse() {
 }
 
 bool PresetList::eventFilter(QObject* watched, QEvent* event) {
-    // From the field into what it has found.
-    if (watched == ui_->presetSearch && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
-        ui_->presetList->setFocus();
-        return true;
+    if (watched == ui_->presetSearch && event->type() == QEvent::KeyPress) {
+        // From the field into what it has found. While saving, Enter does that too: it would save under another name.
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Down || (saveMode_ && (key == Qt::Key_Return || key == Qt::Key_Enter))) {
+            ui_->presetList->setFocus();
+            return true;
+        }
     }
     return FittedDialog::eventFilter(watched, event);
 }

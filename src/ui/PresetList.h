@@ -56,6 +56,8 @@ private:
     std::unique_ptr<Ui::PresetList> ui_;
     Kivora::EngineFront* front_;
     const bool saveMode_;
+    QString selectedName_;  ///< the preset that was selected last, in either group
+    bool selectedFactory_ = false;
     QFont normalFont_;
     QFont boldFont_;
     const QIcon factoryIcon_;

@@ -171,6 +171,38 @@ TEST_F(Presets, WhatIsSearchedForIsListedAndEnterLoadsIt) {
     EXPECT_EQ(rig.engine->GetPresetName(), L"Little organ");
 }
 
+TEST_F(Presets, WhileSavingEnterGoesFromTheSearchIntoTheList) {
+    AddUser(L"Alto");
+    AddUser(L"Bass");
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        Open(true);
+        Name().setText("Mine");
+        auto& search = *dialog->findChild<QLineEdit*>("presetSearch");
+        search.setFocus();
+        QTest::keyClicks(&search, "bas");
+        QTest::keyClick(&search, key);
+        EXPECT_TRUE(dialog->isVisible());
+        EXPECT_EQ(QApplication::focusWidget(), &List());
+        EXPECT_FALSE(UserHas(L"Mine"));
+    }
+    EXPECT_THAT(boxes.take(), IsEmpty());
+}
+
+TEST_F(Presets, ASearchThatFindsNothingForgetsNotWhatWasSelected) {
+    for (const wchar_t* name : {L"A", L"B", L"C"}) {
+        AddUser(name);
+    }
+    Open(false);
+    ClickItem(1);
+    auto& search = *dialog->findChild<QLineEdit*>("presetSearch");
+    search.setText("x");
+    search.setText("xx");
+    EXPECT_EQ(List().currentItem(), nullptr);
+    search.clear();
+    ASSERT_NE(List().currentItem(), nullptr);
+    EXPECT_EQ(List().currentItem()->text(), "B");
+}
+
 TEST_F(Presets, AreSortedByTheirLastUseInTheirTwoGroupsAndThatIsKept) {
     AddFactory(L"Accordion");
     AddFactory(L"Zither");
