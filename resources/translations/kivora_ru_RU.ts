@@ -1634,8 +1634,8 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <translation>Запись, которая ждёт сохранения, сейчас не читается. Она остаётся на месте:</translation>
     </message>
     <message>
-        <source>A bass voice below middle C, the main voice from it. An octave shift of −1 brings the bass to the computer keys.</source>
-        <translation>Басовый голос ниже «до» первой октавы, основной — от неё и выше. Со сдвигом октавы −1 бас играют клавиши компьютера.</translation>
+        <source>A bass voice below the split point, at first middle C, the main voice from it. An octave shift brings the bass to the computer keys.</source>
+        <translation>Басовый голос ниже точки раздела, сначала это «до» первой октавы, основной — от неё и выше. Со сдвигом октавы бас играют клавиши компьютера.</translation>
     </message>
     <message>
         <source>Test My &amp;Keyboard...</source>
@@ -2921,6 +2921,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Nothing</source>
         <translation>Ничего</translation>
     </message>
+    <message>
+        <source>Search: %1. Found: %2.</source>
+        <translation>Поиск: %1. Найдено: %2.</translation>
+    </message>
+    <message>
+        <source>%1: added to the favorites.</source>
+        <translation>%1: добавлено в избранные.</translation>
+    </message>
+    <message>
+        <source>%1: taken from the favorites.</source>
+        <translation>%1: убрано из избранных.</translation>
+    </message>
 </context>
 <context>
     <name>QPiano</name>
@@ -3229,7 +3241,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Split point: %1. Drag it along the keys, or move it by the arrow keys. A double click, or Home, brings it back to middle C.</source>
-        <translation>Точка раздела: %1. Ведите её вдоль клавиш или двигайте стрелками. Двойной щелчок возвращает её к «до» первой октавы.</translation>
+        <translation>Точка раздела: %1. Ведите её вдоль клавиш или двигайте стрелками. Двойной щелчок или Home возвращает её к «до» первой октавы.</translation>
     </message>
 </context>
 <context>

@@ -262,9 +262,9 @@ void KivoraWidget::nameControls() {
     single_->setToolTip(tr("One voice on all keys"));
     dual_->setToolTip(tr("Two voices on each key"));
     split_->setToolTip(
-        tr("A bass voice below middle C, the main voice from it. An octave shift of \xE2\x88\x92"
-           "1 brings the bass to the "
-           "computer keys."));
+        tr("A bass voice below the split point, at first middle C, the main voice from it. An octave shift brings the "
+           "bass "
+           "to the computer keys."));
     PanelKey::ShareCaptionSize({reset_, settings_, helpButton_, about_});
     PanelKey::ShareCaptionSize({single_, dual_, split_});
     PanelKey::ShareCaptionSize({loadPreset_, savePreset_});

@@ -190,7 +190,8 @@ void KivoraWidget::offerOctaveShift() {
     }
     const int octaves = std::max(kLowestPCKey - engine_->GetSplitPoint(), 0) / kOctave + 1;
     if (octaves * kOctave > kMaxOctaveShift) {
-        return;  // the bass lies below all of them
+        withdrawOctaveShift();  // the bass lies below all of them
+        return;
     }
     display_->notice()->tell(
         NoticeLine::Topic::kHint,

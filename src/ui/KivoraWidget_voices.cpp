@@ -213,7 +213,9 @@ void KivoraWidget::updateKeyboardKeyLayout() {
         withdrawOctaveShift();
     }
     const int splitPoint = engine_ != nullptr ? engine_->GetSplitPoint() : 0;
-    piano_->setSplitMainPartStartKey(split ? static_cast<BYTE>(splitPoint) : 0);
+    const auto mainPart = static_cast<BYTE>(split ? splitPoint : 0);
+    const bool isMoved = piano_->splitMainPartStartKey() != mainPart;
+    piano_->setSplitMainPartStartKey(mainPart);
     piano_->setLights({kMainLight, dual ? kSecondLight : QColor(), kSecondLight});
     hintBar_->update();
     if (split) {
@@ -221,11 +223,16 @@ void KivoraWidget::updateKeyboardKeyLayout() {
         splitMark_->setValue(splitPoint);
     }
     if (split != splitMark_->isVisibleTo(this)) {
+        if (splitMark_->hasFocus()) {
+            setFocus(Qt::OtherFocusReason);  // hidden, it would go to the piano, which ends what the computer keys hold
+        }
         splitMark_->setVisible(split);
         composeBackground();  // it may frame what is there
     }
     if (isBassOnComputerKeys()) {
         withdrawOctaveShift();
+    } else if (isMoved && octaveOfferTimer_.isActive()) {
+        offerOctaveShift();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -60,18 +61,22 @@ double SplitMark::xOf(int note) const {
 
 int SplitMark::noteAt(double x) const {
     const auto distance = [x](double left) { return std::abs(left - x); };
-    if (lefts_.size() < 2) {
+    if (lefts_.empty()) {
         return value();
     }
-    // Each half keeps a key.
-    const auto nearest = std::min_element(lefts_.begin() + 1, lefts_.end(),
-                                          [&](double a, double b) { return distance(a) < distance(b); });
+    const auto nearest =
+        std::min_element(lefts_.begin(), lefts_.end(), [&](double a, double b) { return distance(a) < distance(b); });
     return first_ + static_cast<int>(nearest - lefts_.begin());
+}
+
+double SplitMark::capX() const {
+    const double half = kHandle.width() / 2 * panelScale();
+    return std::clamp(handleX(), half, std::max(width() - half, half));
 }
 
 bool SplitMark::isOnHandle(const QMouseEvent& event) const {
     const double reach = event.source() == Qt::MouseEventNotSynthesized ? kReach : kFingerReach;
-    return isEnabled() && std::abs(event.position().x() - handleX()) <= reach * panelScale();
+    return isEnabled() && std::abs(event.position().x() - capX()) <= reach * panelScale();
 }
 
 void SplitMark::paintEvent(QPaintEvent*) {
@@ -83,7 +88,7 @@ void SplitMark::paintEvent(QPaintEvent*) {
     const double x = handleX() / panelScale();
     painter.fillRect(QRectF(QPointF(0.0, bottom - kLineHeight), QPointF(std::max(x - kGap, 0.0), bottom)), bass_);
     painter.fillRect(QRectF(QPointF(std::min(x + kGap, right), bottom - kLineHeight), QPointF(right, bottom)), main_);
-    const QRectF cap = kHandle.translated(std::clamp(x, kHandle.width() / 2, right - kHandle.width() / 2), 0.0);
+    const QRectF cap = kHandle.translated(capX() / panelScale(), 0.0);
     painter.fillRect(QRectF(cap.center().x() - kStemWidth / 2, cap.center().y(), kStemWidth, bottom - cap.center().y()),
                      InstrumentColors::kCapText);
     QLinearGradient gradient(cap.topLeft(), cap.bottomLeft());
@@ -104,14 +109,20 @@ void SplitMark::mousePressEvent(QMouseEvent* event) {
         event->ignore();
         return;
     }
-    grip_ = event->position().x() - handleX();
+    pressX_ = event->position().x();
+    grip_ = pressX_ - handleX();
+    isDragged_ = false;
     setSliderDown(true);
     update();
 }
 
 void SplitMark::mouseMoveEvent(QMouseEvent* event) {
+    const double x = event->position().x();
     if (isSliderDown()) {
-        setValue(noteAt(event->position().x() - grip_));
+        isDragged_ = isDragged_ || std::abs(x - pressX_) >= QApplication::startDragDistance();
+        if (isDragged_) {
+            setValue(noteAt(x - grip_));
+        }
     } else {
         setCursor(isOnHandle(*event) ? Qt::SplitHCursor : Qt::ArrowCursor);
     }
@@ -138,6 +149,9 @@ void SplitMark::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Home) {
         setValue(VoiceSlots::kSplitPoint);
         return;
+    }
+    if (event->key() == Qt::Key_End) {
+        return;  // the highest point of all is nobody's wish
     }
     QAbstractSlider::keyPressEvent(event);
 }

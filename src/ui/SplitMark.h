@@ -39,6 +39,7 @@ protected:
 private:
     double xOf(int note) const;
     int noteAt(double x) const;
+    double capX() const;  ///< where the handle is drawn, whole
     bool isOnHandle(const QMouseEvent& event) const;
     void nameValue();
 
@@ -47,4 +48,6 @@ private:
     QColor main_;
     QColor bass_;
     double grip_ = 0.0;  ///< from the handle to the pointer that drags it
+    double pressX_ = 0.0;
+    bool isDragged_ = false;  ///< the pointer has left the place of the press
 };

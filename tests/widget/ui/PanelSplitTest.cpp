@@ -31,6 +31,14 @@ protected:
         }
         QTest::mouseRelease(&Mark(), Qt::LeftButton, {}, QPoint(x, 6));
     }
+    void Show25Keys() {
+        for (QAction* action : window->findChildren<QAction*>()) {
+            if (action->text() == "25 Keys") {
+                action->trigger();
+            }
+        }
+        ASSERT_EQ(Piano().GetKeyCount(), 25);
+    }
     void ExpectSplitAt(int note) {
         EXPECT_EQ(Engine().GetSplitPoint(), note);
         EXPECT_EQ(Mark().value(), note);
@@ -59,9 +67,53 @@ TEST_F(PanelSplit, IsDraggedFromKeyToKeyAndTheKeysPlayTheirVoice) {
         EXPECT_EQ(rig.TakeWritten().front().substr(0, 2), "90") << int(note);
     }
     DragTo(-500);
-    ExpectSplitAt(37);
+    ExpectSplitAt(36);
     DragTo(5000);
     ExpectSplitAt(96);
+}
+
+TEST_F(PanelSplit, OneThatAPresetHidesGivesTheFocusToThePanel) {
+    Click("voice-mode-single");
+    ASSERT_TRUE(Engine().SavePreset(L"single"));
+    Click("voice-mode-split");
+    Mark().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(Mark().hasFocus());
+    ASSERT_TRUE(front->LoadPreset(L"single", false));
+    ASSERT_FALSE(Mark().isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), panel);
+}
+
+TEST_F(PanelSplit, APressAtTheFirstKeyMovesNothingUntilItIsDragged) {
+    Show25Keys();
+    ExpectSplitAt(60);
+    for (const int offset : {3, 8}) {  // the cap is drawn whole, from the piano's end on
+        const QPoint from = Handle() + QPoint(offset, 0);
+        QTest::mousePress(&Mark(), Qt::LeftButton, {}, from);
+        EXPECT_TRUE(Mark().isSliderDown()) << offset;
+        const auto moveTo = [&](int x) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(x, 6), Mark().mapToGlobal(QPointF(x, 6)), Qt::NoButton,
+                             Qt::LeftButton, {});
+            QApplication::sendEvent(&Mark(), &move);
+        };
+        moveTo(from.x() + 1);
+        ExpectSplitAt(60);
+        moveTo(from.x() + LeftOf(64) - LeftOf(60));
+        ExpectSplitAt(64);
+        moveTo(from.x());
+        ExpectSplitAt(60);
+        QTest::mouseRelease(&Mark(), Qt::LeftButton, {}, from);
+        ExpectSplitAt(60);
+    }
+}
+
+TEST_F(PanelSplit, IsGraspedWhereItIsDrawnWhenItsKeyIsOutOfSight) {
+    Show25Keys();
+    Engine().SetSplitPoint(100);
+    const int end = Mark().width();
+    QTest::mousePress(&Mark(), Qt::LeftButton, {}, {end - 13, 6});
+    EXPECT_TRUE(Mark().isSliderDown());
+    QTest::mouseRelease(&Mark(), Qt::LeftButton, {}, {end - 13, 6});
+    ExpectSplitAt(100);
 }
 
 TEST_F(PanelSplit, IsDraggedByAFingerThatMeetsItNearly) {
@@ -91,6 +143,8 @@ TEST_F(PanelSplit, GoesByKeysAndHomeOrADoubleClickBringsItBack) {
     Type(Qt::Key_PageDown);
     ExpectSplitAt(47);
     Type(Qt::Key_Right);
+    ExpectSplitAt(48);
+    Type(Qt::Key_End);
     ExpectSplitAt(48);
     Type(Qt::Key_Home);
     ExpectSplitAt(60);
@@ -165,6 +219,27 @@ TEST_F(PanelSplit, TheOctaveShiftThatIsOfferedReachesTheBass) {
     EXPECT_TRUE(line.isHidden());
     Engine().SetSplitPoint(20);
     Click("voice-mode-split");
+    EXPECT_TRUE(line.isHidden()) << "no shift reaches it";
+}
+
+TEST_F(PanelSplit, TheOfferIsRenewedWhenTheSplitMovesWhileItIsShown) {
+    auto& line = Find<NoticeLine>("display-notice");
+    Engine().SetSplitPoint(55);
+    Click("voice-mode-split");
+    ASSERT_FALSE(line.isHidden());
+    Engine().SetSplitPoint(40);
+    ASSERT_FALSE(line.isHidden());
+    QTest::mouseClick(&line, Qt::LeftButton);
+    EXPECT_EQ(Label("octave-value"),
+              "\xE2\x88\x92"
+              "2");
+    Click("octave-up");
+    Click("octave-up");
+    Engine().SetSplitPoint(50);
+    EXPECT_TRUE(line.isHidden()) << "it comes by the key only";
+    Click("voice-mode-split");
+    ASSERT_FALSE(line.isHidden());
+    Engine().SetSplitPoint(20);
     EXPECT_TRUE(line.isHidden()) << "no shift reaches it";
 }
 
