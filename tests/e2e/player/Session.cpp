@@ -16,12 +16,16 @@ constexpr int kLeftButton = 1;
 constexpr int kLimitMs = 30000;
 /// The longest that a note of an arpeggio lasts, and more.
 constexpr int kQuietLimitMs = 8000;
+/// After which what sounds may be a latched chord.
+constexpr int kLatchedMs = 2000;
 constexpr int kThousandths = 1000;
 constexpr int kMiddleC = 60;
 /// Where it is on the panel.
 constexpr int kPianoKeyX = 478;
 constexpr int kPianoKeyY = 500;
 constexpr int kComma = 59;
+constexpr int kAlt = 64;
+constexpr int kLetterL = 46;
 constexpr int kLetterQ = 24;
 
 /// How the program comes to its end, as actions number it.
@@ -277,8 +281,13 @@ void Session::Rest() {
     ++restCount_;
     QElapsedTimer timer;
     timer.start();
+    bool isUnlatched = false;
     do {
         Meet();
+        if (!isUnlatched && timer.hasExpired(kLatchedMs) && windows_->IsPanelAlone()) {
+            EndLatched();
+            isUnlatched = true;
+        }
         if (IsQuiet()) {
             PassRounds(kQuietRounds);
             if (IsQuiet()) {
@@ -292,6 +301,21 @@ void Session::Rest() {
         windows_->Wait();
     } while (!failure_ && !timer.hasExpired(kQuietLimitMs));
     Fail(TFailure::EKind::kHangs, Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));
+}
+
+/// A latched chord sounds on by its rule: by way of a latch that is off it ends, and the latch is what it was.
+void Session::EndLatched() {
+    Do({EAct::kLayout, {0}});
+    client_->LockGroup(0);
+    windows_->Return();
+    Meet();
+    for (int toggled = 0; toggled < 2; ++toggled) {
+        MoveKey(kAlt, true);
+        MoveKey(kLetterL, true);
+        MoveKey(kLetterL, false);
+        MoveKey(kAlt, false);
+        Meet();
+    }
 }
 
 void Session::GoHome() {

@@ -47,6 +47,7 @@ private:
     void Meet();
     void PassRounds(int count);
     void Rest();
+    void EndLatched();
     void Prove(int way);
     bool HoldAKey(int way);
     void End(int way);
