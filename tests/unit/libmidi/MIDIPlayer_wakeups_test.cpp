@@ -10,6 +10,7 @@
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "nk/nk_wakeup.h"
+#include "support/CountingSleeper.h"
 #include "unit/libmidi/FakePorts.h"
 #include "unit/nk/WaitUntil.h"
 
@@ -18,17 +19,6 @@ namespace {
 using namespace LibMidi;
 using KivoraTest::WaitUntil;
 using LibMidiTest::CFakeOutPort;
-
-/// Waits as the system does, and counts.
-class CCountingSleeper : public NK::CSleeper {
-public:
-    void Sleep(std::uint32_t milliseconds) override { NK::SystemSleeper().Sleep(milliseconds); }
-    void Wait(NK::CWakeup& wakeup, std::int64_t untilNs) override {
-        ++waits;
-        NK::SystemSleeper().Wait(wakeup, untilNs);
-    }
-    std::atomic<int> waits{0};
-};
 
 class MIDIPlayerWakeups : public testing::Test {
 protected:
@@ -41,7 +31,7 @@ protected:
         return WaitUntil([&] { return port.GetWritten().size() == events; });
     }
 
-    CCountingSleeper sleeper;
+    KivoraTest::CCountingSleeper sleeper;
     NK::CSysTimeSource clock;
     CFakeOutPort port;
     std::unique_ptr<MIDIPlayer> player = CreateMIDIPlayer(sleeper);

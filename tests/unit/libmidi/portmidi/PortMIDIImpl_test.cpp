@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
 #include <vector>
 
 #include "libmidi/portmidi/PortMIDIInPort.h"
 #include "libmidi/portmidi/PortMIDIOutPort.h"
 #include "libmidi/portmidi/TickCounter.h"
+#include "support/CountingSleeper.h"
 #include "support/VirtualTime.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
 #include "unit/nk/WaitUntil.h"
@@ -166,20 +166,9 @@ TEST_F(PortMIDIImplTest, ARoundPollsOpenInputsOnly) {
     EXPECT_EQ(api.polls, 1);
 }
 
-/// Sleeps, and counts the waits for a wake-up that have begun.
-class CCountingSleeper : public NK::CSleeper {
-public:
-    void Sleep(std::uint32_t milliseconds) override { NK::SystemSleeper().Sleep(milliseconds); }
-    void Wait(NK::CWakeup& wakeup, std::int64_t untilNs) override {
-        ++waits;
-        NK::SystemSleeper().Wait(wakeup, untilNs);
-    }
-    std::atomic<int> waits{0};
-};
-
 TEST_F(PortMIDIImplTest, WithThreadsTheTimerRunsWhileAnInputIsOpenAndRestsOtherwise) {
     CFakePortMidi api(kDevices);
-    CCountingSleeper sleeper;
+    KivoraTest::CCountingSleeper sleeper;
     {
         const PortMIDIImpl set(api, sleeper);
         ASSERT_TRUE(KivoraTest::WaitUntil([&] { return sleeper.waits > 0; })) << "nothing is open yet";
