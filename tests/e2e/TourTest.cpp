@@ -218,6 +218,7 @@ TEST_P(Tour, EveryControlByKeyboard) {
         {"settings-left", Key("Escape"), {}, Dialog::kCloses},
         {"about", TabTo(2, "Return"), {}, Dialog::kOpens},
         {"about-left", Key("Escape"), {}, Dialog::kCloses},
+        {"split-mark", TabTo(1, "Right"), {}},
         {"piano-cursor", TabTo(1, "space"), {"9", "8"}},
         {"menu", Key("F10"), {}},
         {"menu-left", Key("Escape"), {}},
