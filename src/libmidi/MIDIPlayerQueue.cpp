@@ -101,10 +101,12 @@ public:
 
     bool IsRoundDue(std::int64_t& untilNs) NK_REQUIRES(lock) {
         untilNs = NK::CWakeup::kNever;
-        const std::int64_t nowNs = NK::CWakeup::NowNs();
         if (!ready.empty()) {
-            untilNs = holding ? readySinceNs + kLongestHoldNs : nowNs;
-            return untilNs <= nowNs;
+            if (!holding) {
+                return true;
+            }
+            untilNs = readySinceNs + kLongestHoldNs;
+            return untilNs <= NK::CWakeup::NowNs();
         }
         if (sounding.empty() || roundClock == nullptr) {
             return false;
@@ -113,7 +115,7 @@ public:
             sounding.begin(), sounding.end(),
             [](const SoundingNote& a, const SoundingNote& b) { return a.remainingMs < b.remainingMs; });
         const std::int64_t leftNs = next->remainingMs * kNsPerMs - (ReadRoundClock() - advancedToNs);
-        untilNs = nowNs + std::min(leftNs, kLongestTrustNs);
+        untilNs = NK::CWakeup::NowNs() + std::min(leftNs, kLongestTrustNs);
         return leftNs <= 0;
     }
 
@@ -124,10 +126,12 @@ public:
         return nowNs;
     }
 
-    /// Whole milliseconds since what the rounds have advanced to.
+    /// Whole milliseconds since what the rounds have advanced to; none while nothing sounds that they would end.
     std::uint32_t TakeElapsedMs() NK_REQUIRES(lock) {
-        const std::int64_t nowNs = roundClock == nullptr ? advancedToNs : ReadRoundClock();
-        const std::int64_t elapsedMs = (nowNs - advancedToNs) / kNsPerMs;
+        if (roundClock == nullptr || sounding.empty()) {
+            return 0;
+        }
+        const std::int64_t elapsedMs = (ReadRoundClock() - advancedToNs) / kNsPerMs;
         advancedToNs += elapsedMs * kNsPerMs;
         return static_cast<std::uint32_t>(std::min<std::int64_t>(elapsedMs, UINT32_MAX));
     }

@@ -38,7 +38,9 @@ public:
 
     Layout layout() const { return source_(); }
     NK::Piano::TPCKey keyOf(const QKeyEvent& event) const;
-    /// Whether the key of a release is known to be up: then the system does not repeat it.
+    /// To be told of each press and release of a key as it comes.
+    void follow(const QKeyEvent& event) { released_.follow(event); }
+    /// Whether the key of a release, which was followed, is known to be up: then the system does not repeat it.
     bool isUp(const QKeyEvent& release) { return released_.isUp(release.nativeScanCode()); }
     /// Whether the key of a press that looks like a repeat's is known to be down.
     bool isDown(const QKeyEvent& press) { return released_.isDown(press.nativeScanCode()); }

@@ -76,6 +76,7 @@ bool InputLayoutWatch::nativeEventFilter(const QByteArray& eventType, void* mess
             ReadAnew();
             break;
         case NK::EKeyboardLayoutEvent::kOtherLayouts:  // told in many parts
+            isKnown_ = false;
             if (!std::exchange(isToRead_, true)) {
                 QMetaObject::invokeMethod(this, &InputLayoutWatch::ReadAnew, Qt::QueuedConnection);
             }
@@ -88,16 +89,21 @@ bool InputLayoutWatch::nativeEventFilter(const QByteArray& eventType, void* mess
 
 void InputLayoutWatch::ReadAnew() {
     isToRead_ = false;
+    isKnown_ = false;
     NK::SyncKeyboardLayout();
     GetLayout();
 }
 
 std::shared_ptr<const NK::TKeyboardLayout> InputLayoutWatch::GetLayout() {
+    if (isKnown_) {
+        return told_;
+    }
     std::shared_ptr<const NK::TKeyboardLayout> layout;
     if (IsOnWayland()) {
         layout = GetWaylandKeyboard().GetLayout();
     } else if (IsOnX11()) {
         layout = NK::GetKeyboardLayout();
+        isKnown_ = layout != nullptr;
     }
     if (layout != told_) {
         told_ = layout;

@@ -43,6 +43,7 @@ private:
     void ReadAnew();
 
     bool isToRead_ = false;  ///< when the event loop comes to it
+    bool isKnown_ = false;   ///< it is the one told until another is told of
     std::shared_ptr<const NK::TKeyboardLayout> told_;
 };
 

@@ -60,6 +60,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
         showMenu(mapToGlobal(rect().center()));
         return;
     }
+    computerKeys_->follow(*event);
     const NK::Piano::TPCKey key = computerKeys_->keyOf(*event);
     if (keys_.MayBeLateRepeat(key) && computerKeys_->isDown(*event)) {
         keys_.TakeAsStruck();
@@ -72,6 +73,7 @@ void KivoraWidget::keyPressEvent(QKeyEvent* event) {
 
 void KivoraWidget::keyReleaseEvent(QKeyEvent* event) {
     keyRepeats_.noteRelease(*event);
+    computerKeys_->follow(*event);
     CPCKeyPlayer::CActions actions;
     const bool acts = engine_ != nullptr && keys_.Release(computerKeys_->keyOf(*event), actions);
     if (keys_.IsReleaseWaiting() && computerKeys_->isUp(*event)) {

@@ -3,23 +3,32 @@
 
 #include <cstdint>
 #include <optional>
+#include <QAbstractNativeEventFilter>
 #include <QDeadlineTimer>
+#include <QKeyEvent>
 
 #include "piano/CAutoRepeatFilter.h"
+#include "piano/CKeyHolds.h"
 
 /// Under X a held key repeats as a release and a press, but the server knows it as down all the while: so a release
-/// whose key is up is one of the player's. [gui]
-class ReleasedKeys {
+/// whose key is up is one of the player's, and so is one that comes before the server repeats anything. [gui]
+class ReleasedKeys : QAbstractNativeEventFilter {
 public:
-    /// Of a release that is not marked as a repeat's. False also where nobody can be asked, and for kRestMs after an
-    /// answer that has taken longer than kLongMs, as one of a server on another machine may: then the release is judged
-    /// by what follows it.
+    ReleasedKeys();
+
+    /// To be told of each press and release of a key as it comes.
+    void follow(const QKeyEvent& event);
+    /// Of a release that is not marked as a repeat's, and that was followed. False also where nobody can be asked, and
+    /// for kRestMs after an answer that has taken longer than kLongMs, as one of a server on another machine may: then
+    /// the release is judged by what follows it.
     bool isUp(std::uint32_t scanCode);
     /// Of a press with the time stamp of the last release that is not marked as a repeat's: false also where it is not
     /// known.
     bool isDown(std::uint32_t scanCode);
 
 private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    bool isReleasedBeforeRepeats(std::uint32_t scanCode) const;
     /// Empty where nobody can be asked.
     std::optional<bool> askWhetherDown(std::uint32_t scanCode);
 
@@ -27,4 +36,6 @@ private:
     static constexpr int kRestMs = 2'000;
 
     QDeadlineTimer rest_{0};
+    NK::Piano::CKeyHolds holds_;
+    std::optional<std::uint32_t> repeatDelayMs_;  ///< the server's; empty where it is not known
 };
