@@ -345,11 +345,24 @@ bool InstrumentProcess::WaitForDialog() {
 }
 
 bool InstrumentProcess::FocusAlone() {
-    return WaitFor([&] {
-        const QString windows = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."});
-        return windows.split('\n', Qt::SkipEmptyParts).size() == 1 && Xdotool({"windowfocus", window_}) &&
-               RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
-    });
+    QStringList windows;
+    const auto isAlone = [&] {
+        windows = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."}).split('\n', Qt::SkipEmptyParts);
+        return windows.size() == 1;
+    };
+    if (WaitFor([&] {
+            return isAlone() && Xdotool({"windowfocus", window_}) &&
+                   RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
+        })) {
+        return true;
+    }
+    std::cerr << "not alone: the panel is " << window_.toStdString() << ", the focus is at "
+              << RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed().toStdString() << ", visible are\n";
+    for (const QString& window : windows) {
+        std::cerr << window.toStdString() << " "
+                  << RunOnDisplay("xdotool", {"getwindowname", window, "getwindowgeometry", window}).toStdString();
+    }
+    return false;
 }
 
 bool InstrumentProcess::SavePicture(const QString& path) {
