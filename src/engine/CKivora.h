@@ -95,6 +95,9 @@ public:
     void SetSustain(bool on);
     /// The same with any value, 0..127. A pedal that goes up ends what the arpeggiators have latched.
     void SendSustain(std::uint8_t value);
+    /// A message that is no note, as if it came from the input: a channel's on the channel of every slot, if ready;
+    /// shown once.
+    void PlayControl(NK::MIDI::TMIDIMessage message);
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
     void SetSplit(bool on);
@@ -117,7 +120,9 @@ public:
     void SetVelocityNormal(int velocity);
     void SetVelocityHigh(int velocity);
     void SendPatches();  ///< a program change for each slot; needs the sink only
-    void SendVolumes();  ///< controller 7 for each slot, if ready
+    void SendVolumes();  ///< controller 7 for each slot, if ready; then SendBendRange()
+    /// How far the pitch wheel bends, for each slot; nothing unless that was chosen, see BendRange. If ready.
+    void SendBendRange();
     int GetPatch(int slot) const;
     int GetTranspose(int slot) const;        ///< semitones
     int GetVelocityPercent(int slot) const;  ///< kept, and part of no computation

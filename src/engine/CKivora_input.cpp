@@ -62,8 +62,12 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
             return;
         }
         default:
-            break;
+            PlayControl(message);
     }
+}
+
+void CKivora::PlayControl(NK::MIDI::TMIDIMessage message) {
+    const Hold hold(*this);
     if (IsReady()) {
         if (message.status < 0x80 || message.status > 0xEF) {
             Send(message);

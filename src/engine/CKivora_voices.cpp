@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "engine/CKivora.h"
+#include "engine/EngineExtras.h"
 #include "nk/nk_exception.h"
 
 namespace Kivora {
@@ -152,6 +153,20 @@ void CKivora::SendVolumes() {
     const Hold hold(*this);
     for (int slot = 0; slot < kSlotCount; ++slot) {
         SendVolume(slot);
+    }
+    SendBendRange();
+}
+
+void CKivora::SendBendRange() {
+    const Hold hold(*this);
+    const BendRange& range = extras_->bendRange;
+    if (!IsReady() || !range.IsTold()) {
+        return;
+    }
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        for (const auto& [number, value] : range.GetControllers()) {
+            Send(OnSlot(slot, kController, number, value));
+        }
     }
 }
 

@@ -34,6 +34,7 @@ void EngineExtras::ReadSettings(NK::CIniFile& file) {
     heightIsVelocity = ReadExtraInt(file, kHeightIsVelocity) != 0;
     patches = PatchShelf::Read(file);
     presets = RecentPresets::Read(file);
+    bendRange = BendRange::Read(file);
     savesTempo = ReadExtraInt(file, kSavesTempo) != 0;
 }
 
@@ -42,6 +43,7 @@ void EngineExtras::WriteSettings(NK::CIniFile& file) const {
     velocity.GetCurve().Write(file);
     patches.Write(file);
     presets.Write(file);
+    bendRange.Write(file);
     WriteExtraInt(file, kHeightIsVelocity, heightIsVelocity ? 1 : 0);
     WriteExtraInt(file, kSavesTempo, savesTempo ? 1 : 0);
     WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);

@@ -10,6 +10,7 @@ namespace Kivora {
 EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
         const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
+        wheels_.Follow(message);
         if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
             return;
         }
@@ -19,7 +20,7 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
             pedal_ = 0;
         }
     });
-    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { RestorePedal(pedal_); }; });
+    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { Restore(GetHeld()); }; });
     engine_.KeepOrder();
 }
 
@@ -37,16 +38,50 @@ void EngineFront::Silence() {
     if (pedal_ != 0) {
         engine_.SetSustain(false);
     }
+    RestWheels();
     engine_.LiftInputHolds();
     engine_.AllNotesOff();
     engine_.EndTimedNotes();
     engine_.SettleOutput();
 }
 
-void EngineFront::RestorePedal(std::uint8_t value) {
-    if (value != 0) {
-        engine_.SendSustain(value);
+void EngineFront::Restore(const Held& held) {
+    if (held.pedal != 0) {
+        engine_.SendSustain(held.pedal);
     }
+    for (const EWheel wheel : PanelWheels::kAll) {
+        if (held.wheels.IsMoved(wheel)) {
+            SetWheel(wheel, held.wheels.Get(wheel));
+        }
+    }
+}
+
+void EngineFront::SetWheel(EWheel wheel, int value) {
+    engine_.WithLock([&] {
+        engine_.PlayControl(PanelWheels::ToMessage(wheel, value));
+        wheels_.Set(wheel, value);  // after the message, which is followed as anybody's
+    });
+}
+
+void EngineFront::RestWheels() {
+    engine_.WithLock([this] {
+        for (const EWheel wheel : PanelWheels::kAll) {
+            if (!wheels_.IsAtRest(wheel)) {
+                SetWheel(wheel, PanelWheels::RestOf(wheel));
+            }
+        }
+    });
+}
+
+void EngineFront::SetBendRange(int semitones) {
+    engine_.WithLock([&] {
+        engine_.WithExtras([semitones](EngineExtras& extras) { extras.bendRange.Choose(semitones); });
+        engine_.SendBendRange();
+    });
+}
+
+int EngineFront::GetBendRange() const {
+    return engine_.WithExtras([](const EngineExtras& extras) { return extras.bendRange.Get(); });
 }
 
 void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
@@ -59,7 +94,7 @@ void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
         if (played) {
             engine_.SendPatches();
             engine_.SendVolumes();
-            RestorePedal(pedal_);
+            Restore(GetHeld());
         }
     });
 }
@@ -74,9 +109,9 @@ void EngineFront::StopSong() {
 
 void EngineFront::AllNotesOff() {
     engine_.WithLock([&] {
-        const std::uint8_t pedal = pedal_;
+        const Held held = GetHeld();
         Silence();
-        RestorePedal(pedal);
+        Restore(held);
     });
 }
 
@@ -97,13 +132,14 @@ void EngineFront::SetVoiceMode(bool dual, bool split) {
 
 void EngineFront::ChangePatch(int slot, int patch) {
     const bool crosses = (patch < 0) != (engine_.GetPatch(slot) < 0);
-    const std::uint8_t pedal = pedal_;
+    const Held held = GetHeld();
     if (crosses) {
         Silence();
     }
     engine_.SetPatch(patch, slot);
     if (crosses) {
-        RestorePedal(pedal);
+        Restore(held);
+        engine_.SendBendRange();
     }
 }
 
@@ -167,12 +203,12 @@ void EngineFront::RaiseGates() {
 
 bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
     return engine_.WithLock([&] {
-        const std::uint8_t pedal = pedal_;
+        const Held held = GetHeld();
         Silence();
         const bool loaded = load();
         RaiseGates();
         engine_.SendVolumes();
-        RestorePedal(pedal);
+        Restore(held);
         return loaded;
     });
 }
@@ -190,14 +226,14 @@ bool EngineFront::LoadSettings() {
 }
 
 bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
-    const std::uint8_t pedal = pedal_;
+    const Held held = GetHeld();
     Silence();
     if (!engine_.IsOutputReady()) {
         engine_.DiscardQueued();
     }
     const bool changed = change();
     engine_.EndStrandedNotes();
-    RestorePedal(pedal);
+    Restore(held);
     return changed;
 }
 
@@ -288,17 +324,19 @@ bool EngineFront::RescanPorts() {
 bool EngineFront::ReopenOutput() {
     return engine_.WithLock([&] {
         const bool opened = engine_.ReopenOutputPort();
-        RestorePedal(opened ? pedal_.load() : 0);
+        if (opened) {
+            Restore(GetHeld());
+        }
         return opened;
     });
 }
 
 bool EngineFront::StartRecording() {
     return engine_.WithLock([&] {
-        const std::uint8_t pedal = pedal_;
+        const Held held = GetHeld();
         const bool started = engine_.StartRecording();
         if (started) {
-            RestorePedal(pedal);
+            Restore(held);
             engine_.BeginCountIn();
         }
         return started;

@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "engine/CKivora.h"
+#include "engine/PanelWheels.h"
 
 namespace Kivora {
 
@@ -19,7 +20,7 @@ class SongPlayback;
 ///
 /// As long as the engine has a front, what is sent is written in order wherever the order matters. Around an operation
 /// that needs it comes silence: the pedal is lifted, all notes are ended, those that sound with a duration included; a
-/// pedal that was not at rest gets its value again afterwards. Both run under one hold of the engine's lock, so that
+/// pedal that was not at rest gets its value again afterwards, and so does each wheel of the panel. All run under one hold of the engine's lock, so that
 /// nothing played meanwhile slips between. [gui]
 class EngineFront {
 public:
@@ -35,7 +36,15 @@ public:
     CKivora& GetEngine() const { return engine_; }
 
     void SetSustain(bool on) { engine_.SetSustain(on); }
-    /// Ends every note; the pedal stays as it is.
+    /// A wheel or pedal of the panel, on the channel of every voice; it stays so until it is moved again, by whomever, or
+    /// a reset of the synthesizer or the end brings it to rest.
+    void SetWheel(EWheel wheel, int value);
+    /// Brings those of the panel to rest that are not.
+    void RestWheels();
+    /// How far the pitch wheel bends all voices; kept in the settings, and told to devices from then on.
+    void SetBendRange(int semitones);
+    int GetBendRange() const;
+    /// Ends every note; pedals and wheels stay as they are.
     void AllNotesOff();
     /// Pauses or stops what is played back, if anything is; the panel's voices are as they were before, and so is a
     /// pedal that is not at rest.
@@ -98,8 +107,14 @@ public:
     void Close();
 
 private:
+    /// What stands as the player wants it while notes are ended.
+    struct Held {
+        std::uint8_t pedal;
+        PanelWheels wheels;
+    };
+    Held GetHeld() const { return {pedal_, wheels_}; }
     void Silence();
-    void RestorePedal(std::uint8_t value);
+    void Restore(const Held& held);
     void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
     void ChangeTempo(int tempo);
@@ -112,6 +127,7 @@ private:
 
     CKivora& engine_;
     std::atomic<std::uint8_t> pedal_{0};  ///< the last value of the sustain pedal, whatever its source
+    PanelWheels wheels_;                  ///< touched with the engine's lock held only
     QMetaObject::Connection connection_;
 };
 
