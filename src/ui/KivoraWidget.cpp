@@ -49,6 +49,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     createValueColumn();
     createRightColumn();
     createKeyboard();
+    createStrip();
     scale_.TakeDesign(*this);
     orderFocus();
     focusRing_ = new FocusRing(this);

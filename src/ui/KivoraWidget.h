@@ -40,6 +40,7 @@ class QMenu;
 class QPiano;
 class QPianoPCKeyHelpBar;
 class SplitMark;
+class WheelStrip;
 class arpeggiatorSettings;
 struct PanelTextStyle;
 struct TakeToSave;
@@ -288,6 +289,11 @@ private:
     bool isLatched() const;
     void showMenu(const QPoint& globalPosition);
 
+    // KivoraWidget_strip.cpp
+    void createStrip();
+    void showStrip();
+    void createStripMenu();
+
     // KivoraWidget_view.cpp
     void createSizeMenu();
     void createPianoMenu();
@@ -353,6 +359,7 @@ private:
     QPiano* piano_ = nullptr;
     QPianoPCKeyHelpBar* hintBar_ = nullptr;
     SplitMark* splitMark_ = nullptr;
+    WheelStrip* strip_ = nullptr;
     QBlinkingLed* midiLamp_ = nullptr;
     QBlinkingLed* barLamp_ = nullptr;
     QBlinkingLed* beatLamp_ = nullptr;

@@ -18,6 +18,7 @@
 #include "ui/PanelLabel.h"
 #include "ui/RecordingTexts.h"
 #include "ui/SplitMark.h"
+#include "ui/WheelStrip.h"
 
 namespace {
 
@@ -236,8 +237,13 @@ void KivoraWidget::orderFocus() {
             follow(pane->findChild<QWidget*>(name));
         }
     }
-    for (QWidget* control :
-         std::initializer_list<QWidget*>{reset_, settings_, helpButton_, about_, splitMark_, piano_}) {
+    for (QWidget* control : std::initializer_list<QWidget*>{reset_, settings_, helpButton_, about_}) {
+        follow(control);
+    }
+    for (QWidget* control : strip_->controls()) {
+        follow(control);
+    }
+    for (QWidget* control : std::initializer_list<QWidget*>{splitMark_, piano_}) {
         follow(control);
     }
 }

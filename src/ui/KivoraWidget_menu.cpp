@@ -187,6 +187,7 @@ void KivoraWidget::createViewActions() {
     }
 
     createPianoMenu();
+    createStripMenu();
     createSizeMenu();
     createAccessibilityMenu();
 

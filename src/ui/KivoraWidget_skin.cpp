@@ -17,6 +17,7 @@
 #include "ui/PanelKey.h"
 #include "ui/PanelLabel.h"
 #include "ui/WallpaperCache.h"
+#include "ui/WheelStrip.h"
 
 namespace {
 
@@ -114,7 +115,9 @@ void KivoraWidget::composeBackground() {
     background_ = skin_.GetOverlay();
     QPainter painter(&background_);
     painter.scale(skin_.GetRatio(), skin_.GetRatio());
-    DrawPanelLegends(painter, leftView_, rightView_, pianoRange_, skin_.GetRatio());
+    const QRect& names = PanelGeometry::kOctaveNames;
+    DrawPanelLegends(painter, leftView_, rightView_, pianoRange_,
+                     strip_->isVisibleTo(this) ? PanelGeometry::BesideStrip(names) : names, skin_.GetRatio());
     if (InstrumentStyle::IsHighContrast()) {
         drawFrames(painter);
     }
@@ -168,6 +171,9 @@ void KivoraWidget::dressControls() {
     beatLamp_->setImage(SkinPictureFile("Led_9x9_green", ratio));
     barLamp_->setImage(SkinPictureFile("Led_19x9_green", ratio));
     jog_->setImage(SkinPictureFile("Jog", ratio), QJogDial::FixedTopRotatingBottom);
+    for (PanelKey* button : strip_->pedals()) {
+        Dress(button, "Btn_35x19", ratio);
+    }
     arpeggiator1_->updateSkin(skin_);
     arpeggiator2_->updateSkin(skin_);
 }
@@ -179,6 +185,7 @@ void KivoraWidget::tintControls() {
     recordTime_->setTextColor(skin_.GetFigureColor());
     octaveValue_->setTextColor(skin_.GetFigureColor());
     display_->setGlass(skin_.GetTinted("Display_Main"), skin_.GetDisplayColor());
+    strip_->setFigureColor(skin_.GetFigureColor());
     arpeggiator1_->updateColors(skin_);
     arpeggiator2_->updateColors(skin_);
 }

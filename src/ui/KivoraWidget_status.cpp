@@ -12,6 +12,7 @@
 #include "ui/MainDisplay.h"
 #include "ui/PanelFigure.h"
 #include "ui/PanelKey.h"
+#include "ui/WheelStrip.h"
 
 using NK::MIDI::TMIDIMessage;
 
@@ -27,6 +28,7 @@ constexpr int kScriabin = 2;
 void KivoraWidget::MIDIMessageSent(int packedMessage) {
     TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
     piano_->ProcessMessage(message);
+    strip_->follow(message);
     midiLamp_->blink();
     if (message.status == kNoteOn && message.data2 > 0) {
         lastVelocity_ = message.data2;

@@ -49,6 +49,7 @@ void KivoraWidget::showView() {
     QPianoAccessible::setQuiet(view_.quietWhilePlaying);
     InstrumentStyle::ChooseContrast(view_.contrast);
     showPianoRange();
+    showStrip();
     composeSkin();
     composeBackground();  // whose frames the skin knows nothing of
 }

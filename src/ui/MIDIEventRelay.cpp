@@ -35,6 +35,7 @@ void MIDIEventRelay::Put(int packedMessage) {
         case 0xB0:
             if (number == kResetController) {
                 pending_.controllerChanged.reset();
+                pending_.wheel = {};
             }
             pending_.controllerChanged.set(number);
             pending_.controller[number] = message;
@@ -43,6 +44,10 @@ void MIDIEventRelay::Put(int packedMessage) {
             pending_.reset = true;
             pending_.changed.reset();
             pending_.struck.reset();
+            pending_.wheel = {};
+            break;
+        case TMIDIMessage::kPitchWheel:
+            pending_.wheel = message;
             break;
         default:
             pending_.other = message;
@@ -90,8 +95,10 @@ void MIDIEventRelay::deliver() {
             emit MIDIMessageReady(Packed(taken.controller[number]));
         }
     }
-    if (taken.other.status != 0) {
-        emit MIDIMessageReady(Packed(taken.other));
+    for (const TMIDIMessage& message : {taken.wheel, taken.other}) {
+        if (message.status != 0) {
+            emit MIDIMessageReady(Packed(message));
+        }
     }
     emit BatchDone();
 }

@@ -23,7 +23,7 @@ public:
 signals:
     /// On the GUI thread, once a wake-up, in this order: a system reset, the notes changed since it from low to high
     /// but the one struck last at the end (a note that was struck and released meanwhile comes as both), a reset of the
-    /// controllers, controllers since it by number, other messages as the last one.
+    /// controllers, controllers since it by number, the pitch wheel, other messages as the last one.
     void MIDIMessageReady(int packedMessage);
     /// After the messages of one wake-up.
     void BatchDone();
@@ -42,6 +42,7 @@ private:
         std::size_t lastStruck = 0;                        ///< the note of the last note-on among them
         std::bitset<128> controllerChanged;
         std::array<NK::MIDI::TMIDIMessage, 128> controller{};
+        NK::MIDI::TMIDIMessage wheel{};
         NK::MIDI::TMIDIMessage other{};
     };
 

@@ -79,5 +79,10 @@ inline constexpr QRect kOctaveNames{14, 304, 1152, 12};
 inline constexpr QRect kHintBar{14, 318, 1152, 14};
 inline constexpr QRect kSplitMark{14, 318, 1152, 18};  ///< over the hints, down to the keys
 inline constexpr QRect kPiano{14, 336, 1152, 176};
+/// Where it is wanted, the piano's rows begin further right: 61 keys are 28 pixels wide then.
+inline constexpr QRect kWheelStrip{14, 303, 142, 209};
+inline constexpr QRect BesideStrip(const QRect& row) {
+    return row.adjusted(144, 0, 0, 0);
+}
 
 }  // namespace PanelGeometry

@@ -146,10 +146,9 @@ QString OctaveName(int note) {
 }
 
 /// The octaves of the piano, with what it shows of the first and the last one.
-void DrawOctaveNames(QPainter& painter, const PianoRange& piano) {
+void DrawOctaveNames(QPainter& painter, const PianoRange& piano, const QRect& place) {
     PanelTextStyle style = PanelText::kSmallLegend;
     style.spacing = kOctaveNameSpacing;
-    const QRect& place = PanelGeometry::kOctaveNames;
     const NK::Piano::CKeyboardPosCalc keys(piano.first, piano.count, place.width());
     const int end = piano.first + piano.count;
     for (int first = piano.first / kKeysInOctave * kKeysInOctave; first < end; first += kKeysInOctave) {
@@ -179,7 +178,7 @@ void DrawOctaveNames(QPainter& painter, const PianoRange& piano) {
 }  // namespace
 
 void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, const PianoRange& piano,
-                      double devicePixelRatio) {
+                      const QRect& octaveNames, double devicePixelRatio) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
     PanelText::Draw(painter, PanelText::kHeaderLegend, Text(QT_TRANSLATE_NOOP("PanelLegends", "MIDI")), {845, 25.6},
                     Qt::AlignRight, 80);
@@ -196,5 +195,5 @@ void DrawPanelLegends(QPainter& painter, LeftView left, RightView right, const P
     } else {
         DrawCard(painter);
     }
-    DrawOctaveNames(painter, piano);
+    DrawOctaveNames(painter, piano, octaveNames);
 }

@@ -53,23 +53,39 @@ QSize PanelScale::SizeAt(double scale) {
             static_cast<int>(std::floor(kPanel.height() * scale + kRounding))};
 }
 
+void PanelScale::Place(QWidget& widget, const QRect& design) {
+    for (Placed& place : places_) {
+        if (place.widget == &widget) {
+            place.design = design;
+            if (auto* const scaled = dynamic_cast<PanelScaled*>(&widget)) {
+                scaled->setDesignWidth(design.width());
+            }
+            Move(place);
+        }
+    }
+}
+
+void PanelScale::Move(const Placed& place) const {
+    if (place.widget == nullptr) {
+        return;
+    }
+    QWidget& widget = *place.widget;
+    const QPoint topLeft = Scaled(place.design.topLeft());
+    const QPoint end = Scaled(place.design.topLeft() + QPoint(place.design.width(), place.design.height()));
+    const QSize size(end.x() - topLeft.x(), end.y() - topLeft.y());
+    if (auto* const scaled = dynamic_cast<PanelScaled*>(&widget)) {
+        scaled->setPanelScale(scale_);
+    }
+    if (widget.minimumSize() == widget.maximumSize()) {
+        widget.setFixedSize(size);
+    }
+    widget.setGeometry(QRect(topLeft - Scaled(place.parent), size));
+    widget.update();
+}
+
 void PanelScale::Apply(double scale) {
     scale_ = scale;
-    for (const Place& place : places_) {
-        if (place.widget == nullptr) {
-            continue;
-        }
-        QWidget& widget = *place.widget;
-        const QPoint topLeft = Scaled(place.design.topLeft());
-        const QPoint end = Scaled(place.design.topLeft() + QPoint(place.design.width(), place.design.height()));
-        const QSize size(end.x() - topLeft.x(), end.y() - topLeft.y());
-        if (auto* const scaled = dynamic_cast<PanelScaled*>(&widget)) {
-            scaled->setPanelScale(scale_);
-        }
-        if (widget.minimumSize() == widget.maximumSize()) {
-            widget.setFixedSize(size);
-        }
-        widget.setGeometry(QRect(topLeft - Scaled(place.parent), size));
-        widget.update();
+    for (const Placed& place : places_) {
+        Move(place);
     }
 }

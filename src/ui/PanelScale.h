@@ -43,13 +43,16 @@ public:
     /// are left alone, and so is the focus ring.
     void TakeDesign(const QWidget& panel);
 
+    /// Gives a widget that was taken another place in the design, and moves it there.
+    void Place(QWidget& widget, const QRect& design);
+
     /// Moves, resizes and repaints all of them.
     void Apply(double scale);
     double Get() const { return scale_; }
     QSize GetSize() const { return SizeAt(scale_); }
 
 private:
-    struct Place {
+    struct Placed {
         QPointer<QWidget> widget;
         QRect design;   ///< from the panel's top left corner
         QPoint parent;  ///< the parent's top left corner, likewise
@@ -58,6 +61,8 @@ private:
     void Collect(const QWidget& parent, const QPoint& corner);
     QPoint Scaled(const QPoint& design) const;
 
-    std::vector<Place> places_;
+    void Move(const Placed& place) const;
+
+    std::vector<Placed> places_;
     double scale_ = 1.0;
 };

@@ -14,6 +14,7 @@ constexpr const wchar_t* kSize = L"Size";
 constexpr const wchar_t* kContrast = L"HighContrast";
 constexpr const wchar_t* kQuiet = L"QuietWhilePlaying";
 constexpr const wchar_t* kPianoKeys = L"PianoKeys";
+constexpr const wchar_t* kWheels = L"Wheels";
 constexpr double kPercent = 100.0;
 constexpr int kAsDesktop = 2;  // of the key for the contrast; 0 and 1 are off and on
 
@@ -34,6 +35,7 @@ ViewSettings ViewSettings::Read(const NK::CString& path) {
     file.GetBool(kQuiet, settings.quietWhilePlaying);
     const int keys = file.GetInt(kPianoKeys, PianoRange::kDefaultKeys);
     settings.pianoKeys = PianoRange::IsSize(keys) ? keys : PianoRange::kDefaultKeys;
+    file.GetBool(kWheels, settings.showsWheels);
     return settings;
 }
 
@@ -46,6 +48,9 @@ bool ViewSettings::Save(const NK::CString& path) const {
     file.SetInt(kQuiet, quietWhilePlaying ? 1 : 0);
     if (pianoKeys != PianoRange::kDefaultKeys || file.GetString(kPianoKeys)) {
         file.SetInt(kPianoKeys, pianoKeys);
+    }
+    if (showsWheels || file.GetString(kWheels)) {
+        file.SetInt(kWheels, showsWheels ? 1 : 0);
     }
     return NK::CreateFolder(NK::GetFolderName(path)) && file.Save(path);
 }

@@ -16,13 +16,13 @@ struct ViewSettings {
     EContrast contrast = EContrast::kAsDesktop;
     bool quietWhilePlaying = false;            ///< screen readers are not told which keys are lit
     int pianoKeys = PianoRange::kDefaultKeys;  ///< one of PianoRange::kSizes
+    bool showsWheels = false;                  ///< the strip of wheels and pedals beside the piano
 
     bool operator==(const ViewSettings&) const = default;
 
     /// The defaults where there is no such file or it cannot be read.
     static ViewSettings Read(const NK::CString& path);
-    /// Leaves the other lines of the file alone. The piano's size is written where it is not the default or is there
-    /// already. False, with the reason in NK::GetFileFailure(), when it cannot be
-    /// written.
+    /// Leaves the other lines of the file alone. The piano's size and the strip are written where they are not the
+    /// default or are there already. False, with the reason in NK::GetFileFailure(), when it cannot be written.
     bool Save(const NK::CString& path) const;
 };

@@ -29,7 +29,7 @@ using Keys = std::bitset<128>;
 /// Plays an instrument at random and knows which keys and pedals are down.
 class Musician {
 public:
-    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0) {
+    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0), bendsByStripOnly_(seed % 4 == 1) {
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
             GetOutput(i).keepsWritten = false;
             GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
@@ -44,8 +44,10 @@ public:
         const int choice = Draw(100);
         if (choice < 60) {
             Play();
-        } else if (choice < 63) {
+        } else if (choice < 62) {
             MovePedal();
+        } else if (choice < 63) {
+            MoveStrip();
         } else if (choice < 75) {
             ChangeSettings();
         } else if (choice < 78) {
@@ -73,6 +75,7 @@ public:
     }
 
 private:
+    static constexpr std::array kVoiceChannels{0, 1, 2, 9};
     static constexpr std::array<const wchar_t*, 2> kOutputs{kSynth, kOtherSynth};
     static constexpr std::array<const wchar_t*, 2> kInputs{kKeyboard, kOtherKeyboard};
 
@@ -104,6 +107,7 @@ private:
         screen_.reset();
         computer_.reset();
         space_ = false;
+        RestStrip();
         ForgetInput();
         ForgetSent();
     }
@@ -245,7 +249,7 @@ private:
     void AddControls(std::vector<LibMidi::MIDIEvent>& events, std::uint8_t channel) {
         static constexpr std::uint8_t kKinds[] = {0xA0, 0xB0, 0xC0, 0xD0, 0xE0};
         static constexpr std::uint8_t kControllers[] = {0, 1, 7, 11, 32, 120, 121, 123};
-        const auto status = static_cast<std::uint8_t>(kKinds[Draw(5)] | channel);
+        const auto status = static_cast<std::uint8_t>(kKinds[Draw(bendsByStripOnly_ ? 4 : 5)] | channel);
         for (int i = 1 + Draw(5); i > 0; --i) {
             std::uint8_t first = DrawNote();
             if ((status & 0xF0) == 0xB0) {
@@ -256,6 +260,7 @@ private:
                 } else if (first == 121) {
                     externalPedal_ = false;
                     externalSostenuto_ = false;
+                    bend_ = Kivora::PanelWheels::kPitchCentre;
                 }
             }
             events.emplace_back(0U, status, first, static_cast<std::uint8_t>(Draw(128)));
@@ -277,6 +282,37 @@ private:
             Name("pedal", externalPedal_ ? 1 : 0);
             input->Deliver(0xB3, 64, externalPedal_ ? DrawVelocity() : 0);
         }
+    }
+
+    /// A wheel or pedal of the panel's own; the pitch mostly springs back.
+    void MoveStrip() {
+        const Kivora::EWheel wheel = Kivora::PanelWheels::kAll[static_cast<std::size_t>(Draw(5))];
+        Name("strip", static_cast<int>(wheel));
+        for (int i = 1 + Draw(4); i > 0; --i) {
+            MoveStrip(wheel, wheel == Kivora::EWheel::kPitch ? Draw(Kivora::PanelWheels::kPitchHighest + 1) : Draw(128));
+        }
+        if (Draw(3) != 0) {
+            Name("springs back");
+            MoveStrip(wheel, Kivora::PanelWheels::RestOf(wheel));
+        }
+        if (Draw(10) == 0) {
+            Name("bend range");
+            front_->SetBendRange(1 + Draw(24));
+        }
+    }
+    void MoveStrip(Kivora::EWheel wheel, int value) {
+        if (wheel == Kivora::EWheel::kPitch) {
+            bend_ = value;
+            isBendKnown_ = true;
+        } else if (wheel == Kivora::EWheel::kSostenuto) {
+            stripSostenuto_ = value != 0;
+        }
+        front_->SetWheel(wheel, value);
+    }
+    void RestStrip() {
+        bend_ = Kivora::PanelWheels::kPitchCentre;
+        isBendKnown_ = true;
+        stripSostenuto_ = false;
     }
 
     void ChangeSettings() {
@@ -451,6 +487,7 @@ private:
 
     void Panic() {
         Name("panic");
+        RestStrip();
         front_->Panic();
         rig_.RunPlayer();
         for (const SynthModel& synth : synths_) {
@@ -473,6 +510,7 @@ private:
             front_->SetOutputPortByIndex(static_cast<int>(index));
         } catch (const NK::CException&) {
             Name("failed");
+            isBendKnown_ = false;
         }
         if (wasLost) {
             ForgetInput();  // it was opened anew
@@ -492,6 +530,7 @@ private:
     void Unplug() {
         Name("unplug");
         ForgetSent();
+        isBendKnown_ = false;
         const int index = GetEngine().GetOutputPortIndex();
         if (index >= 0) {
             GetOutput(static_cast<std::size_t>(index)).failsToWrite = true;
@@ -522,6 +561,9 @@ private:
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
             if (synths_[i].IsSounding() || synths_[i].IsPedalDown()) {
                 Fail("something sounds when the instrument is closed");
+            }
+            for (const int channel : kVoiceChannels) {
+                CheckBend(synths_[i], channel, Kivora::PanelWheels::kPitchCentre);
             }
             GetOutput(i).failsToWrite = false;
             GetOutput(i).failsToOpen = false;
@@ -610,12 +652,37 @@ private:
             if (synth.IsPedalDown() && !space_ && !externalPedal_) {
                 Fail("the pedal hangs");
             }
-            if (synth.IsSostenutoDown() && !externalSostenuto_) {
+            if (synth.IsSostenutoDown() && !externalSostenuto_ && !stripSostenuto_) {
                 Fail("the sostenuto pedal hangs");
             }
         }
+        CheckBends();
         if (isSongPaused_ && Toss()) {
             song_->Play();
+        }
+    }
+
+    /// What a voice plays is bent as the strip says, and what none plays is not, where nobody else bends it.
+    void CheckBends() {
+        const int open = GetEngine().GetOutputPortIndex();
+        for (int i = 0; i < 2; ++i) {
+            for (const int channel : kVoiceChannels) {
+                bool isPlayed = false;
+                for (int slot = 0; slot < 3; ++slot) {
+                    isPlayed = isPlayed || (i == open && GetEngine().VoiceChannel(slot) == channel);
+                }
+                const bool isAtRest = bend_ == Kivora::PanelWheels::kPitchCentre;
+                if (!isPlayed || isAtRest || (isBendKnown_ && IsWritten())) {
+                    CheckBend(synths_[static_cast<std::size_t>(i)], channel,
+                              isPlayed ? bend_ : Kivora::PanelWheels::kPitchCentre);
+                }
+            }
+        }
+    }
+    void CheckBend(const SynthModel& synth, int channel, int bend) {
+        if (bendsByStripOnly_ && synth.GetControls(channel).wheel != bend) {
+            Fail("channel " + std::to_string(channel) + " is bent to " +
+                 std::to_string(synth.GetControls(channel).wheel) + " and not to " + std::to_string(bend));
         }
     }
 
@@ -645,6 +712,8 @@ private:
         }
         ForgetInput();
         space_ = false;
+        RestStrip();
+        front_->RestWheels();
         front_->SetSustain(false);
         GetEngine().SetClick({});
         rig_.Run(2);
@@ -668,7 +737,8 @@ private:
     std::array<Keys, SynthModel::kChannels> due_{};  ///< what must sound
     std::unique_ptr<Kivora::EngineFront> front_;
     std::unique_ptr<Kivora::SongPlayer> song_;
-    const bool sharesChannels_;  ///< what is played back, with the voices
+    const bool sharesChannels_;    ///< what is played back, with the voices
+    const bool bendsByStripOnly_;  ///< neither the keyboard nor what is played back
     bool isSongPaused_ = false;  ///< at the last rest
     Keys screen_;
     Keys computer_;
@@ -676,6 +746,9 @@ private:
     bool space_ = false;
     bool externalPedal_ = false;
     bool externalSostenuto_ = false;
+    int bend_ = Kivora::PanelWheels::kPitchCentre;  ///< of the strip
+    bool isBendKnown_ = true;                       ///< the output has been told of it
+    bool stripSostenuto_ = false;
     int actions_ = 0;
     std::deque<std::string> last_;
     std::string failure_;

@@ -41,6 +41,21 @@ TEST_F(Relay, NothingIsShownBeforeTheEventLoopRuns) {
     EXPECT_THAT(shown, ElementsAre(NoteOn(60, 80)));
 }
 
+TEST_F(Relay, ThePitchWheelComesBesideOtherMessagesUnlessItWasReset) {
+    const TMIDIMessage bent{0xE0, 1, 0, 0x50};
+    const TMIDIMessage program{0xC0, 1, 5, 0};
+    Put({0xE0, 1, 0, 0x60});
+    Put(bent);
+    Put(program);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, ElementsAre(bent, program));
+    shown.clear();
+    Put(bent);
+    Put({0xB0, 1, 121, 0});
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, ElementsAre(TMIDIMessage{0xB0, 1, 121, 0}));
+}
+
 TEST_F(Relay, ANoteStruckAndReleasedMeanwhileComesAsBoth) {
     Put(NoteOn(60, 80));
     Put(NoteOff(60));

@@ -113,6 +113,23 @@ TEST_F(PanelPictures, ThePianosOfOtherSizesLookAsReviewed) {
     ExpectLike("panel_25_keys");
 }
 
+TEST_F(PanelPictures, TheWheelsAndPedalsLookAsReviewed) {
+    Prepare();
+    Choose("Show beside the Piano");
+    front->SetWheel(Kivora::EWheel::kPitch, 11'000);
+    front->SetWheel(Kivora::EWheel::kModulation, 40);
+    front->SetWheel(Kivora::EWheel::kSoft, 127);
+    Show();
+    ExpectLike("panel_wheels");
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    ExpectLike("panel_wheels_ru");
+    Kivora::SetLocale("en_US", false);
+    Choose("High Contrast");
+    ExpectLike("panel_wheels_contrast");
+    Choose("Usual Contrast");
+}
+
 TEST_F(PanelPictures, ThePatchMenuLooksAsReviewed) {
     Engine().WithExtras([](Kivora::EngineExtras& extras) {
         extras.patches.SetFavorite(48, true);

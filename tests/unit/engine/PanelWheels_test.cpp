@@ -1,0 +1,267 @@
+// The panel's wheels and pedals: whom they move, and what brings them to rest.
+#include "engine/PanelWheels.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "engine/EngineFront.h"
+#include "engine/ExtraKey.h"
+#include "support/Files.h"
+#include "support/SynthModel.h"
+#include "unit/engine/EngineRig.h"
+#include "unit/engine/SavedTake.h"
+
+using namespace KivoraTest;
+using Kivora::EWheel;
+using Kivora::PanelWheels;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class Wheels : public testing::Test {
+protected:
+    Wheels() {
+        Listen(kSynth, synth);
+        Listen(kOtherSynth, otherSynth);
+        engine.SetInputPortByName(kKeyboard);
+        rig.TakeWritten();
+    }
+    void Listen(const wchar_t* name, SynthModel& model) {
+        rig.GetDevice(name).onWrite = [&model](const LibMidi::MIDIEvent& event) { model.Play(event); };
+    }
+    int Bend(int channel) {
+        rig.RunPlayer();
+        return synth.GetControls(channel).wheel;
+    }
+    int Value(int channel, int controller) {
+        rig.RunPlayer();
+        return synth.GetControls(channel).controller[static_cast<std::size_t>(controller)];
+    }
+    void LoseOutput() {
+        rig.GetDevice(kSynth).failsToWrite = true;
+        engine.PlayNoteOn(60, 100);
+        rig.Run(2);
+        ASSERT_TRUE(engine.IsOutputLost());
+        rig.GetDevice(kSynth).failsToWrite = false;
+    }
+    std::vector<std::string> TakeRange() {
+        std::vector<std::string> found;
+        for (const std::string& line : rig.TakeWritten()) {
+            if (line.starts_with("b0 06") || line.starts_with("b0 26") || line.starts_with("b0 64") ||
+                line.starts_with("b0 65")) {
+                found.push_back(line);
+            }
+        }
+        return found;
+    }
+
+    EngineRig rig;
+    SynthModel synth;
+    SynthModel otherSynth;
+    Kivora::CKivora& engine = rig.CreateOpen();
+    Kivora::EngineFront front{engine};
+};
+
+const std::vector<std::string> kRangeOf12{"b0 65 00", "b0 64 00", "b0 06 0c", "b0 26 00", "b0 65 7f", "b0 64 7f"};
+const std::vector<std::string> kRangeOf2{"b0 65 00", "b0 64 00", "b0 06 02", "b0 26 00", "b0 65 7f", "b0 64 7f"};
+
+}  // namespace
+
+TEST(PanelWheelsValues, AMessageAndWhatItMovesAreOneAndTheSame) {
+    for (const EWheel wheel : PanelWheels::kAll) {
+        for (const int value : {0, 1, 64, 127}) {
+            EXPECT_EQ(PanelWheels::FromMessage(PanelWheels::ToMessage(wheel, value)),
+                      (PanelWheels::Move{wheel, value}));
+        }
+    }
+    EXPECT_EQ(PanelWheels::FromMessage(PanelWheels::ToMessage(EWheel::kPitch, 20'000)),
+              (PanelWheels::Move{EWheel::kPitch, PanelWheels::kPitchHighest}));
+    EXPECT_EQ(PanelWheels::FromMessage({0xB0, 1, 7, 100}), std::nullopt);
+    EXPECT_EQ(PanelWheels::FromMessage({0x90, 1, 1, 100}), std::nullopt);
+}
+
+TEST_F(Wheels, EachIsSentOnceToEachVoice) {
+    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchHighest);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("e0 7f 7f", "e1 7f 7f", "e2 7f 7f"));
+    front.SetWheel(EWheel::kModulation, 64);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 01 40", "b1 01 40", "b2 01 40"));
+    front.SetWheel(EWheel::kExpression, 100);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 0b 64", "b1 0b 64", "b2 0b 64"));
+    front.SetWheel(EWheel::kSostenuto, 127);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 42 7f", "b1 42 7f", "b2 42 7f"));
+    front.SetWheel(EWheel::kSoft, 127);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 43 7f", "b1 43 7f", "b2 43 7f"));
+}
+
+TEST_F(Wheels, IsShownOnceAsWhatComesFromAKeyboard) {
+    SignalLog log(engine);
+    front.SetWheel(EWheel::kPitch, 0);
+    EXPECT_THAT(log.TakeMessages(), ElementsAre("e0 00 00"));
+    rig.GetKeyboard().Deliver(0xE0, 0, 0);
+    EXPECT_THAT(log.TakeMessages(), ElementsAre("e0 00 00"));
+}
+
+TEST_F(Wheels, ManyMovesEndAtTheLast) {
+    for (int value = 0; value <= 127; ++value) {
+        front.SetWheel(EWheel::kModulation, value);
+        front.SetWheel(EWheel::kPitch, value * 100);
+    }
+    EXPECT_EQ(Value(0, 1), 127);
+    EXPECT_EQ(Bend(2), 12'700);
+}
+
+TEST_F(Wheels, RestBringsBackWhatTheStripHasMovedAndNothingElse) {
+    front.RestWheels();
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    front.SetWheel(EWheel::kPitch, 100);
+    front.SetWheel(EWheel::kExpression, 3);
+    rig.GetKeyboard().Deliver(0xB4, 1, 77);
+    rig.TakeWritten();
+    front.RestWheels();
+    EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+    EXPECT_EQ(Value(1, 11), 127);
+    EXPECT_EQ(Value(0, 1), 77);
+}
+
+TEST_F(Wheels, WhatAKeyboardMovesIsNotTheStripsAnyMore) {
+    front.SetWheel(EWheel::kModulation, 50);
+    front.SetWheel(EWheel::kPitch, 50);
+    rig.GetKeyboard().Deliver(0xB4, 1, 90);
+    rig.GetKeyboard().Deliver(0xB4, 121, 0);
+    rig.TakeWritten();
+    front.RestWheels();
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    rig.GetKeyboard().Deliver(0xB4, 1, 90);
+    front.AllNotesOff();
+    EXPECT_EQ(Value(0, 1), 90);
+}
+
+TEST_F(Wheels, AChannelThatAVoiceLeavesIsNotLeftBent) {
+    front.SetWheel(EWheel::kPitch, 12'000);
+    front.SetWheel(EWheel::kModulation, 99);
+    front.SetPatch(-1, 0);
+    EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+    EXPECT_EQ(Value(0, 1), 0);
+    EXPECT_EQ(Bend(9), 12'000);
+    EXPECT_EQ(Value(9, 1), 99);
+    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    for (int channel = 0; channel < SynthModel::kChannels; ++channel) {
+        EXPECT_EQ(Bend(channel), PanelWheels::kPitchCentre) << channel;
+    }
+}
+
+TEST_F(Wheels, EndingAllNotesAndAPresetLeaveThemWhereTheyAre) {
+    ASSERT_TRUE(engine.SavePreset(L"one"));
+    front.SetWheel(EWheel::kModulation, 99);
+    front.SetWheel(EWheel::kSostenuto, 127);
+    front.AllNotesOff();
+    EXPECT_EQ(Value(0, 1), 99);
+    EXPECT_EQ(Value(0, 66), 127);
+    ASSERT_TRUE(front.LoadPreset(L"one", false));
+    EXPECT_EQ(Value(2, 1), 99);
+    EXPECT_EQ(Value(2, 66), 127);
+}
+
+TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {
+    const std::vector<std::function<void()>> ways{[this] { front.Panic(); }, [this] { front.FallSilent(); },
+                                                  [this] { front.Close(); }};
+    for (const auto& way : ways) {
+        for (const EWheel wheel : PanelWheels::kAll) {
+            front.SetWheel(wheel, 33);
+        }
+        ASSERT_EQ(Bend(0), 33);
+        way();
+        rig.RunPlayer();
+        EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+        EXPECT_EQ(Value(0, 1), 0);
+        EXPECT_EQ(Value(1, 11), 127);
+        EXPECT_EQ(Value(2, 66), 0);
+        EXPECT_EQ(Value(2, 67), 0);
+        rig.TakeWritten();
+        front.RestWheels();
+        EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    }
+}
+
+TEST_F(Wheels, AnotherOutputTakesThemOverAndTheFormerIsAtRest) {
+    front.SetWheel(EWheel::kPitch, 9'000);
+    front.SetWheel(EWheel::kModulation, 44);
+    ASSERT_TRUE(front.SetOutputPortByIndex(1));
+    rig.RunPlayer();
+    EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+    EXPECT_EQ(Value(0, 1), 0);
+    EXPECT_EQ(otherSynth.GetControls(0).wheel, 9'000);
+    EXPECT_EQ(otherSynth.GetControls(2).controller[1], 44);
+}
+
+TEST_F(Wheels, OneThatSprangBackWhileTheOutputWasLostIsInItsCentreWhenThatIsBack) {
+    front.SetWheel(EWheel::kPitch, 9'000);
+    ASSERT_EQ(Bend(0), 9'000);
+    LoseOutput();
+    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    ASSERT_TRUE(front.ReopenOutput());
+    EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+}
+
+TEST_F(Wheels, ATakeBeginsWithThemAndHoldsWhatIsPlayedOnThem) {
+    front.SetWheel(EWheel::kModulation, 70);
+    ASSERT_TRUE(front.StartRecording());
+    EXPECT_EQ(Value(0, 1), 70);
+    rig.Run(100);
+    front.SetWheel(EWheel::kPitch, 16'383);
+    rig.Run(100);
+    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    front.SetWheel(EWheel::kSoft, 127);
+    rig.Run(10);
+    front.StopRecording();
+    const std::filesystem::path path = rig.folder / "take.mid";
+    ASSERT_TRUE(engine.SaveRecording(NK::CString::FromUtf8(path.native())));
+    int bends = 0;
+    int modulations = 0;
+    for (const SavedEvent& event : ReadSavedTake(path)) {
+        bends += event.status == 0xE0 ? 1 : 0;
+        modulations += event.status == 0xB0 && event.data1 == 1 && event.data2 == 70 ? 1 : 0;
+    }
+    EXPECT_EQ(bends, 2);
+    EXPECT_EQ(modulations, 1);
+}
+
+TEST_F(Wheels, TheBendRangeIsToldOnceItIsChosen) {
+    front.Panic();
+    EXPECT_THAT(TakeRange(), IsEmpty());
+    EXPECT_EQ(front.GetBendRange(), 2);
+    front.SetBendRange(12);
+    EXPECT_EQ(TakeRange(), kRangeOf12);
+    front.Panic();
+    EXPECT_EQ(TakeRange(), kRangeOf12);
+    front.SetPatch(-1, 1);
+    EXPECT_EQ(TakeRange(), kRangeOf12) << "a voice has another channel";
+    LoseOutput();
+    ASSERT_TRUE(front.ReopenOutput());
+    EXPECT_EQ(TakeRange(), kRangeOf12);
+    front.SetBendRange(2);
+    EXPECT_EQ(TakeRange(), kRangeOf2);
+    front.Panic();
+    EXPECT_EQ(TakeRange(), kRangeOf2) << "the device may have kept another one";
+    front.SetBendRange(99);
+    EXPECT_EQ(front.GetBendRange(), 24);
+    front.SetBendRange(0);
+    EXPECT_EQ(front.GetBendRange(), 1);
+}
+
+TEST_F(Wheels, TheBendRangeIsKeptAndTheDefaultIsNotWritten) {
+    const std::filesystem::path path = rig.folder / "user/Kivora.ini";
+    ASSERT_TRUE(engine.SaveSettings());
+    EXPECT_EQ(ReadFileBytes(path).find("Kivora_Wheels"), std::string::npos);
+    front.SetBendRange(7);
+    ASSERT_TRUE(engine.SaveSettings());
+    front.SetBendRange(3);
+    ASSERT_TRUE(front.LoadSettings());
+    EXPECT_EQ(front.GetBendRange(), 7);
+    for (const char* wrong : {"0", "25", "-3", "x"}) {
+        WriteFileBytes(path, std::string("[Kivora]\n[Kivora_Wheels]\nBendRange=") + wrong + "\n");
+        ASSERT_TRUE(front.LoadSettings());
+        EXPECT_EQ(front.GetBendRange(), 2) << wrong;
+    }
+}
