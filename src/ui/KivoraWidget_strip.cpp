@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMenu>
 
+#include "engine/BendRange.h"
 #include "engine/EngineFront.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"

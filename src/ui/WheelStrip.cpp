@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <QEvent>
+#include <QInputDevice>
 #include <QPainter>
 #include <QTouchEvent>
 
@@ -38,16 +39,25 @@ protected:
     bool event(QEvent* event) override {
         switch (event->type()) {
             case QEvent::TouchBegin:
-                click();
-                [[fallthrough]];
             case QEvent::TouchUpdate:
             case QEvent::TouchEnd:
             case QEvent::TouchCancel:
-                event->accept();
-                return true;
+                return touch(*static_cast<QTouchEvent*>(event));
             default:
                 return PanelKey::event(event);
         }
+    }
+
+private:
+    bool touch(QTouchEvent& event) {
+        if (event.device()->type() != QInputDevice::DeviceType::TouchScreen || !isEnabled()) {
+            return PanelKey::event(&event);
+        }
+        if (event.type() == QEvent::TouchBegin) {
+            click();
+        }
+        event.accept();
+        return true;
     }
 };
 
