@@ -226,6 +226,35 @@ TEST_P(Tour, EveryControlByKeyboard) {
     });
 }
 
+TEST_P(Tour, WheelsAndPedals) {
+    const auto drag = [this](int x, int from, int to) {
+        return Actions{MoveTo(left_ + x, top_ + from),
+                       {"mousedown", "1"},
+                       MoveTo(left_ + x, top_ + (from + to) / 2),
+                       MoveTo(left_ + x, top_ + to),
+                       {"mouseup", "1"}};
+    };
+    const auto back = [](int controls, const Actions& there) {
+        Actions actions(static_cast<std::size_t>(controls), QStringList{"key", "shift+Tab"});
+        actions.insert(actions.end(), there.begin(), there.end());
+        return actions;
+    };
+    Walk({
+        {"shown", Key("alt+w"), {}},
+        {"pitch", drag(42, 391, 351), {"E0", "E1", "E2", "E0 00 40", "E1 00 40", "E2 00 40"}},
+        {"modulation", Click(85, 391, 4), {"B0 01 04", "B1 01 04", "B2 01 04"}},
+        {"expression", drag(128, 391, 421), {"B0 0B"}},
+        {"soft", Click(42, 492), {"B0 43 7F", "B1 43 7F", "B2 43 7F"}},
+        {"piano", Press(490, 500), {"90 3C", "80 3C 00"}},
+        // The panel itself has the focus: backwards come the piano, the pedals and the wheels.
+        {"sustain-by-key", back(2, {{"key", "Return"}}), {"B0 40 7F"}},
+        {"pitch-by-key", back(5, {{"keydown", "Up"}, {"keyup", "Up"}}), {"E0", "E0 00 40"}},
+        {"pitch-wholly", {{"keydown", "Prior"}, {"keyup", "Prior"}}, {"E0 7F 7F", "E0 00 40"}},
+        {"modulation-by-key", TabTo(1, "Next"), {"B0 01 00"}},
+        {"hidden", Key("alt+w"), {"B0 0B 7F", "B0 43 00", "B0 40 00"}},
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Languages, Tour, testing::Values("en_US", "ru_RU"),
                          [](const auto& language) { return std::string(language.param); });
 

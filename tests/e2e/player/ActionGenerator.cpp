@@ -31,6 +31,7 @@ constexpr int kLeft = 113;
 constexpr int kRight = 114;
 constexpr int kDown = 116;
 constexpr int kMenu = 135;
+constexpr int kLetterW = 25;
 constexpr int kLetterR = 27;
 constexpr int kLetterS = 39;
 
@@ -45,6 +46,8 @@ constexpr std::array kPlayingKeys = {10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
 constexpr std::array kPedals = {64, 64, 66, 69};
 constexpr std::array kPedalValues = {0, 0, 1, 40, 63, 64, 100, 127};
 constexpr std::array kControllers = {1, 7, 10, 11, 0, 32, 91, 120, 121, 123};
+/// The value less, more; the strip of wheels and pedals.
+constexpr std::array kWithAlt = {kMinus, kEquals, kLetterW};
 constexpr std::array kArrows = {kUp, kDown, kLeft, kRight};
 constexpr int kMostKeys = 6;
 constexpr int kLayoutSets = 4;
@@ -276,7 +279,7 @@ void ActionGenerator::PressAShortcut() {
             Tap(OneOf(kArrows));
             break;
         case 5:
-            TapWith(kAlt, Chance(50) ? kMinus : kEquals);
+            TapWith(kAlt, OneOf(kWithAlt));
             break;
         case 6:
             Tap(Chance(50) ? kEscape : kF12);

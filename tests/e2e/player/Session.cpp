@@ -16,7 +16,7 @@ constexpr int kLeftButton = 1;
 constexpr int kLimitMs = 30000;
 /// The longest that a note of an arpeggio lasts, and more.
 constexpr int kQuietLimitMs = 8000;
-/// After which what sounds may be a latched chord.
+/// After which what sounds may be a latched chord or under a pedal that stays down.
 constexpr int kLatchedMs = 2000;
 constexpr int kThousandths = 1000;
 constexpr int kMiddleC = 60;
@@ -27,6 +27,7 @@ constexpr int kComma = 59;
 constexpr int kAlt = 64;
 constexpr int kLetterL = 46;
 constexpr int kLetterQ = 24;
+constexpr int kLetterW = 25;
 
 /// How the program comes to its end, as actions number it.
 enum EEnd { kByClosing, kBySignal, kByServer };
@@ -303,16 +304,17 @@ void Session::Rest() {
     Fail(TFailure::EKind::kHangs, Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));
 }
 
-/// A latched chord sounds on by its rule: by way of a latch that is off it ends, and the latch is what it was.
+/// A latched chord sounds on by its rule, and so does what a pedal of the strip beside the piano holds: by way of a latch
+/// that is off, and a strip that is hidden, they end, and both are what they were.
 void Session::EndLatched() {
     Do({EAct::kLayout, {0}});
     client_->LockGroup(0);
     windows_->Return();
     Meet();
-    for (int toggled = 0; toggled < 2; ++toggled) {
+    for (const int letter : {kLetterL, kLetterL, kLetterW, kLetterW}) {
         MoveKey(kAlt, true);
-        MoveKey(kLetterL, true);
-        MoveKey(kLetterL, false);
+        MoveKey(letter, true);
+        MoveKey(letter, false);
         MoveKey(kAlt, false);
         Meet();
     }
