@@ -49,7 +49,7 @@ struct EngineExtras {
     VelocityMap velocity;  ///< of the notes of the input port
     PatchShelf patches;
     RecentPresets presets;
-    BendRange bendRange;  ///< chosen by EngineFront::SetBendRange()
+    BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()
     bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not

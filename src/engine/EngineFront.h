@@ -20,8 +20,8 @@ class SongPlayback;
 ///
 /// As long as the engine has a front, what is sent is written in order wherever the order matters. Around an operation
 /// that needs it comes silence: the pedal is lifted, all notes are ended, those that sound with a duration included; a
-/// pedal that was not at rest gets its value again afterwards, and so does each wheel of the panel. All run under one hold of the engine's lock, so that
-/// nothing played meanwhile slips between. [gui]
+/// pedal that was not at rest gets its value again afterwards, and so does each wheel of the panel. All run under one
+/// hold of the engine's lock, so that nothing played meanwhile slips between. [gui]
 class EngineFront {
 public:
     /// The gate that replaces one of 0, with which notes never end.
@@ -36,8 +36,8 @@ public:
     CKivora& GetEngine() const { return engine_; }
 
     void SetSustain(bool on) { engine_.SetSustain(on); }
-    /// A wheel or pedal of the panel, on the channel of every voice; it stays so until it is moved again, by whomever, or
-    /// a reset of the synthesizer or the end brings it to rest.
+    /// A wheel or pedal of the panel, on the channel of every voice; it stays so until it is moved again, by whomever,
+    /// or a reset of the synthesizer or the end brings it to rest.
     void SetWheel(EWheel wheel, int value);
     /// Brings those of the panel to rest that are not.
     void RestWheels();

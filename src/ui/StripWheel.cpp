@@ -13,13 +13,13 @@
 
 namespace {
 
-constexpr int kPages = 8;                  // of the whole way
-constexpr int kBendSteps = 8;              // of a held arrow key to the end, the system's repeats being further ones
-constexpr double kNotchUnits = 120.0;      // of the wheel of a mouse
-constexpr double kValuesANotch = 4.0;      // of 128
-constexpr double kRidgeAngle = 0.2;        // radians
-constexpr double kVisibleAngle = 1.35;     // to either side of the middle
-constexpr double kNotchMargin = 8.0;       // of the notch's ends, in the design's pixels
+constexpr int kPages = 8;               // of the whole way
+constexpr int kBendSteps = 8;           // of a held arrow key to the end, the system's repeats being further ones
+constexpr double kNotchUnits = 120.0;   // of the wheel of a mouse
+constexpr double kValuesANotch = 4.0;   // of 128
+constexpr double kRidgeAngle = 0.2;     // radians
+constexpr double kVisibleAngle = 1.35;  // to either side of the middle
+constexpr double kNotchMargin = 8.0;    // of the notch's ends, in the design's pixels
 constexpr double kSocketRadius = 5.5;
 constexpr double kWheelInset = 3.0;
 
@@ -155,8 +155,13 @@ void StripWheel::mousePressEvent(QMouseEvent* event) {
 }
 
 void StripWheel::mouseMoveEvent(QMouseEvent* event) {
-    if (hand_ == EHand::kMouse) {
+    if (hand_ != EHand::kMouse) {
+        return;
+    }
+    if (event->buttons().testFlag(Qt::LeftButton)) {
         drag(event->position().y());
+    } else {
+        letGo();  // its release went elsewhere
     }
 }
 
@@ -220,8 +225,8 @@ void StripWheel::bend(const QKeyEvent& event) {
     const int end = isUp ? maximum() : minimum();
     const int step = (end - rest_) / kBendSteps;
     setValue(isPage || (goesOn && std::abs(end - value()) < 2 * std::abs(step)) ? end
-             : goesOn                                                            ? value() + step
-                                                                                 : rest_ + step);
+             : goesOn                                                           ? value() + step
+                                                                                : rest_ + step);
 }
 
 void StripWheel::keyReleaseEvent(QKeyEvent* event) {

@@ -11,9 +11,10 @@
 
 class QTouchEvent;
 
-/// Turned by dragging it, with the mouse or a finger, from wherever it is taken; by the arrow and page keys while it has
-/// the focus, and by the wheel of the mouse. A double click, or Home, brings it to its rest. One that springs back does
-/// so as soon as nothing holds it any more: whatever ends a hold, setSliderDown(false) included, ends it for good. [gui]
+/// Turned by dragging it, with the mouse or a finger, from wherever it is taken; by the arrow and page keys while it
+/// has the focus, and by the wheel of the mouse. A double click, or Home, brings it to its rest. One that springs back
+/// does so as soon as nothing holds it any more: whatever ends a hold, setSliderDown(false) included, ends it for good.
+/// [gui]
 class StripWheel : public QAbstractSlider, public PanelScaled {
     Q_OBJECT
 

@@ -83,9 +83,8 @@ WheelStrip::WheelStrip(QWidget* parent)
     setObjectName("wheel-strip");
     setAttribute(Qt::WA_OpaquePaintEvent);
     for (const Pedal& pedal : pedals_) {
-        connect(pedal.control, &PanelKey::clicked, this, [this, wheel = pedal.wheel](bool down) {
-            emit moved(wheel, down ? PanelWheels::kHighest : 0);
-        });
+        connect(pedal.control, &PanelKey::clicked, this,
+                [this, wheel = pedal.wheel](bool down) { emit moved(wheel, down ? PanelWheels::kHighest : 0); });
     }
     connect(sustain_, &PanelKey::clicked, this, [this](bool down) {
         isSustainLatched_ = down;
@@ -190,8 +189,9 @@ void WheelStrip::retranslate() {
         control->setAccessibleName(text);
         control->setToolTip(text + ". " + toolTip);
     };
-    const QString stays = tr("Drag it, turn the wheel of the mouse over it, or use the arrow keys. A double click, or Home, "
-                             "brings it to its rest.");
+    const QString stays =
+        tr("Drag it, turn the wheel of the mouse over it, or use the arrow keys. A double click, or Home, "
+           "brings it to its rest.");
     name(wheels_[0].control, tr("Pitch bend"),
          tr("Drag it, or hold an arrow key or Page Up or Down; it springs back when you let go."));
     name(wheels_[1].control, tr("Modulation"), stays);
@@ -228,13 +228,13 @@ void WheelStrip::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(QColor(255, 255, 255, 26), 1.0));
         painter.drawRoundedRect(block.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
     }
-    const auto drawRow = [&painter](const std::array<QRect, 3>& places, const std::array<QString, 3>& legends, double y) {
+    const auto drawRow = [&painter](const std::array<QRect, 3>& places, const std::array<QString, 3>& legends,
+                                    double y) {
         std::vector<PanelText::InRoom> row;
         for (const QString& legend : legends) {
             row.push_back({legend, kLegendWidth});
         }
-        const PanelTextStyle style =
-            PanelText::kSmallLegend.Sized(PanelText::CommonSize(PanelText::kSmallLegend, row));
+        const PanelTextStyle style = PanelText::kSmallLegend.Sized(PanelText::CommonSize(PanelText::kSmallLegend, row));
         for (std::size_t i = 0; i < places.size(); ++i) {
             PanelText::Draw(painter, style, legends[i], {QRectF(places[i]).center().x(), y}, Qt::AlignHCenter,
                             kLegendWidth);

@@ -15,8 +15,8 @@
 class PanelKey;
 class StripWheel;
 
-/// Pitch, modulation and expression as wheels; soft, sostenuto and sustain as keys that stay down until they are pressed
-/// again. Tells what is moved on it and follows what is played elsewhere. [gui]
+/// Pitch, modulation and expression as wheels; soft, sostenuto and sustain as keys that stay down until they are
+/// pressed again. Tells what is moved on it and follows what is played elsewhere. [gui]
 class WheelStrip : public QWidget, public PanelScaled {
     Q_OBJECT
 

@@ -304,8 +304,8 @@ void Session::Rest() {
     Fail(TFailure::EKind::kHangs, Join(sounding_.GetNames()) + "\nlast written:\n" + devices_.GetLastWritten(40));
 }
 
-/// A latched chord sounds on by its rule, and so does what a pedal of the strip beside the piano holds: by way of a latch
-/// that is off, and a strip that is hidden, they end, and both are what they were.
+/// A latched chord sounds on by its rule, and so does what a pedal of the strip beside the piano holds: by way of a
+/// latch that is off, and a strip that is hidden, they end, and both are what they were.
 void Session::EndLatched() {
     Do({EAct::kLayout, {0}});
     client_->LockGroup(0);

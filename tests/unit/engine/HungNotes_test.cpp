@@ -29,7 +29,8 @@ using Keys = std::bitset<128>;
 /// Plays an instrument at random and knows which keys and pedals are down.
 class Musician {
 public:
-    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0), bendsByStripOnly_(seed % 4 == 1) {
+    explicit Musician(std::uint32_t seed)
+        : random_(seed), sharesChannels_(seed % 2 == 0), bendsByStripOnly_(seed % 4 == 1) {
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
             GetOutput(i).keepsWritten = false;
             GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
@@ -289,7 +290,8 @@ private:
         const Kivora::EWheel wheel = Kivora::PanelWheels::kAll[static_cast<std::size_t>(Draw(5))];
         Name("strip", static_cast<int>(wheel));
         for (int i = 1 + Draw(4); i > 0; --i) {
-            MoveStrip(wheel, wheel == Kivora::EWheel::kPitch ? Draw(Kivora::PanelWheels::kPitchHighest + 1) : Draw(128));
+            MoveStrip(wheel,
+                      wheel == Kivora::EWheel::kPitch ? Draw(Kivora::PanelWheels::kPitchHighest + 1) : Draw(128));
         }
         if (Draw(3) != 0) {
             Name("springs back");
@@ -739,7 +741,7 @@ private:
     std::unique_ptr<Kivora::SongPlayer> song_;
     const bool sharesChannels_;    ///< what is played back, with the voices
     const bool bendsByStripOnly_;  ///< neither the keyboard nor what is played back
-    bool isSongPaused_ = false;  ///< at the last rest
+    bool isSongPaused_ = false;    ///< at the last rest
     Keys screen_;
     Keys computer_;
     Keys external_;

@@ -4,6 +4,9 @@
 #include <QMenu>
 #include <QWheelEvent>
 
+#include <functional>
+#include <map>
+
 #include "engine/PanelWheels.h"
 #include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -185,21 +188,30 @@ TEST_F(PanelStrip, WhateverEndsAHoldCentresThePitch) {
              window->activateWindow();
              ASSERT_TRUE(QTest::qWaitForWindowActive(window.get(), kWaitMs));
          }},
-        {"a menu", [this] {
+        {"a menu",
+         [this] {
              OnPopUp([](QWidget&) {});
              Type(Qt::Key_F10);
              Wait([] { return QApplication::activePopupWidget() == nullptr; });
          }},
-        {"a dialog", [this] {
+        {"a dialog",
+         [this] {
              ModalAnswers answers;
              answers.Refuse();
              panel->settingsClicked();
          }},
-        {"the grab of the mouse is lost", [this] {
+        {"the grab of the mouse is lost",
+         [this] {
              QEvent lost(QEvent::UngrabMouse);
              QApplication::sendEvent(&Pitch(), &lost);
          }},
         {"the button is up", [this] { panel->releaseAllBut({}); }},
+        {"the pointer moves without a button",
+         [this] {
+             QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), Pitch().mapToGlobal(QPointF(5, 5)), Qt::NoButton,
+                              Qt::NoButton, {});
+             QApplication::sendEvent(&Pitch(), &move);
+         }},
         {"a panic", [this] { Type(Qt::Key_F12); }},
         {"it is disabled",
          [this] {
