@@ -81,7 +81,6 @@ WheelStrip::WheelStrip(QWidget* parent)
                {addPedal("pedal-sostenuto", kPedals[1]), EWheel::kSostenuto}}},
       sustain_(addPedal("pedal-sustain", kPedals[2])) {
     setObjectName("wheel-strip");
-    setAttribute(Qt::WA_OpaquePaintEvent);
     for (const Pedal& pedal : pedals_) {
         connect(pedal.control, &PanelKey::clicked, this,
                 [this, wheel = pedal.wheel](bool down) { emit moved(wheel, down ? PanelWheels::kHighest : 0); });

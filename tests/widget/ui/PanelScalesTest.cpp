@@ -72,7 +72,8 @@ protected:
             lamp->update();
             QApplication::processEvents();
         }
-        for (const char* name : {"tempo", "patch1", "plus", "voice-mode-dual", "octave-value", "jog", "piano"}) {
+        for (const char* name : {"tempo", "patch1", "plus", "voice-mode-dual", "octave-value", "jog", "piano",
+                                 "wheel-pitch", "pedal-soft", "wheel-strip"}) {
             Find(name).update();
             QApplication::processEvents();
         }
@@ -154,6 +155,16 @@ TEST_F(PanelScales, HasTextsOfTheSameSizeWhateverItsOwn) {
 
 TEST_F(PanelScales, HasNoGapsWhereItIsDrawnLarger) {
     for (const double scale : {1.25, 1.337}) {
+        SetScale(scale);
+        ExpectSound(std::to_string(scale));
+    }
+}
+
+TEST_F(PanelScales, HasNoGapsBesideTheWheels) {
+    Type(Qt::Key_W, Qt::AltModifier);
+    ASSERT_TRUE(Find("wheel-strip").isVisible());
+    front->SetWheel(Kivora::EWheel::kPitch, 12'345);
+    for (const double scale : {1.0, 0.87, 1.337}) {
         SetScale(scale);
         ExpectSound(std::to_string(scale));
     }
