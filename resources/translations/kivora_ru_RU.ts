@@ -1778,6 +1778,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>A recording runs. It can be heard once it has ended.</source>
         <translation>Идёт запись. Её можно будет прослушать, когда она закончится.</translation>
     </message>
+    <message>
+        <source>Wheels and Pedals</source>
+        <translation>Колёса и педали</translation>
+    </message>
+    <message>
+        <source>Show beside the Piano</source>
+        <translation>Показывать рядом с фортепиано</translation>
+    </message>
+    <message>
+        <source>Pitch Bend, in Semitones</source>
+        <translation>Изменение высоты, полутонов</translation>
+    </message>
 </context>
 <context>
     <name>LatchAndSwing</name>
@@ -3479,6 +3491,83 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Drawn by three points</source>
         <translation>Нарисованная по трём точкам</translation>
+    </message>
+</context>
+<context>
+    <name>WheelStrip</name>
+    <message>
+        <source>Wheels and pedals</source>
+        <translation>Колёса и педали</translation>
+    </message>
+    <message>
+        <source>Pitch</source>
+        <comment>legend of a wheel</comment>
+        <translation>Тон</translation>
+    </message>
+    <message>
+        <source>Mod</source>
+        <comment>legend of a wheel: modulation</comment>
+        <translation>Мод</translation>
+    </message>
+    <message>
+        <source>Expr</source>
+        <comment>legend of a wheel: expression</comment>
+        <translation>Экспр</translation>
+    </message>
+    <message>
+        <source>Soft</source>
+        <comment>legend of a pedal</comment>
+        <translation>Лев</translation>
+    </message>
+    <message>
+        <source>Sost</source>
+        <comment>legend of a pedal: sostenuto</comment>
+        <translation>Сред</translation>
+    </message>
+    <message>
+        <source>Sust</source>
+        <comment>legend of a pedal: sustain</comment>
+        <translation>Прав</translation>
+    </message>
+    <message>
+        <source>Drag it, turn the wheel of the mouse over it, or use the arrow keys. A double click, or Home, brings it to its rest.</source>
+        <translation>Двигайте мышью или пальцем, вращайте колёсико мыши над ним или нажимайте стрелки. Двойной щелчок или Home возвращает в покой.</translation>
+    </message>
+    <message>
+        <source>Pitch bend</source>
+        <translation>Высота тона</translation>
+    </message>
+    <message>
+        <source>Drag it, or hold an arrow key or Page Up or Down; it springs back when you let go.</source>
+        <translation>Двигайте мышью или пальцем либо держите стрелку, Page Up или Page Down; отпущенное, колесо возвращается само.</translation>
+    </message>
+    <message>
+        <source>Modulation</source>
+        <translation>Модуляция</translation>
+    </message>
+    <message>
+        <source>Expression</source>
+        <translation>Экспрессия</translation>
+    </message>
+    <message>
+        <source>A click presses the pedal, another one lifts it.</source>
+        <translation>Щелчок опускает педаль, ещё один поднимает.</translation>
+    </message>
+    <message>
+        <source>Soft pedal</source>
+        <translation>Левая педаль (тихая)</translation>
+    </message>
+    <message>
+        <source>Sostenuto pedal</source>
+        <translation>Средняя педаль (состенуто)</translation>
+    </message>
+    <message>
+        <source>Sustain pedal</source>
+        <translation>Правая педаль (сустейн)</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>
