@@ -3538,8 +3538,8 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <translation>Высота тона</translation>
     </message>
     <message>
-        <source>Drag it, or hold an arrow key or Page Up or Down; it springs back when you let go.</source>
-        <translation>Двигайте мышью или пальцем либо держите стрелку, Page Up или Page Down; отпущенное, колесо возвращается само.</translation>
+        <source>Drag it, or hold an arrow or page key; it springs back when you let go.</source>
+        <translation>Двигайте мышью или пальцем либо держите стрелку или страничную клавишу; отпущенное, колесо возвращается само.</translation>
     </message>
     <message>
         <source>Modulation</source>

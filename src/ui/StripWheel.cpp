@@ -37,6 +37,7 @@ StripWheel::StripWheel(EKind kind, int lowest, int highest, int rest, QWidget* p
     setRange(lowest, highest);
     setPageStep((highest - lowest + 1) / kPages);
     setCursor(Qt::SizeVerCursor);
+    setMouseTracking(true);  // which tells of a button that is up though nobody told
     const QScopedValueRollback following(isFollowing_, true);
     setValue(rest);
     connect(this, &QAbstractSlider::sliderReleased, this, &StripWheel::handLeft);

@@ -192,7 +192,7 @@ void WheelStrip::retranslate() {
         tr("Drag it, turn the wheel of the mouse over it, or use the arrow keys. A double click, or Home, "
            "brings it to its rest.");
     name(wheels_[0].control, tr("Pitch bend"),
-         tr("Drag it, or hold an arrow key or Page Up or Down; it springs back when you let go."));
+         tr("Drag it, or hold an arrow or page key; it springs back when you let go."));
     name(wheels_[1].control, tr("Modulation"), stays);
     name(wheels_[2].control, tr("Expression"), stays);
     const QString latches = tr("A click presses the pedal, another one lifts it.");

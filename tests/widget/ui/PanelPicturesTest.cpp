@@ -125,6 +125,7 @@ TEST_F(PanelPictures, TheWheelsAndPedalsLookAsReviewed) {
     QApplication::processEvents();
     ExpectLike("panel_wheels_ru");
     Kivora::SetLocale("en_US", false);
+    QApplication::processEvents();
     Choose("High Contrast");
     ExpectLike("panel_wheels_contrast");
     Choose("Usual Contrast");
