@@ -245,7 +245,7 @@ TEST_P(Tour, WheelsAndPedals) {
         {"modulation", Click(85, 391, 4), {"B0 01 04", "B1 01 04", "B2 01 04"}},
         {"expression", drag(128, 391, 421), {"B0 0B"}},
         {"soft", Click(42, 492), {"B0 43 7F", "B1 43 7F", "B2 43 7F"}},
-        {"piano", Press(490, 500), {"90 3C", "80 3C 00"}},
+        {"piano", Press(564, 500), {"90 3C", "80 3C 00"}},
         // The panel itself has the focus: backwards come the piano, the pedals and the wheels.
         {"sustain-by-key", back(2, {{"key", "Return"}}), {"B0 40 7F"}},
         {"pitch-by-key", back(5, {{"keydown", "Up"}, {"keyup", "Up"}}), {"E0", "E0 00 40"}},
