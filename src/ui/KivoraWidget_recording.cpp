@@ -27,6 +27,7 @@
 #include "ui/SoundTexts.h"
 #include "ui/TakeToSave.h"
 #include "ui/UnaskedBox.h"
+#include "ui/WheelStrip.h"
 
 namespace {
 constexpr int kTickMs = 100;
@@ -94,6 +95,7 @@ void KivoraWidget::onStopRecording() {
 void KivoraWidget::stopAndSave() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool captured = engine_->GetRecordedCount() > 0;
+    releaseControls(*strip_);  // so that no take ends bent
     if (engine_->IsRecording() && !front_->StopRecording()) {
         Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
@@ -173,6 +175,7 @@ void KivoraWidget::checkLimits() {
     }
     const bool captured = engine_->GetRecordedCount() > 0;
     const QScopedValueRollback asking(askingAboutTakes_, true);
+    releaseControls(*strip_);
     if (!front_->StopRecording()) {
         UnaskedBox::show(
             Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording.")), *this);

@@ -237,6 +237,21 @@ TEST_F(PanelStrip, WhateverEndsAHoldCentresThePitch) {
     EXPECT_EQ(Bend(), PanelWheels::kPitchCentre) << "the window is closed";
 }
 
+TEST_F(PanelStrip, ATakeThatIsStoppedWhileThePitchIsBentEndsInItsCentre) {
+    ASSERT_TRUE(front->StartRecording());
+    Drag(Pitch(), 30.0);
+    ASSERT_GT(Bend(), PanelWheels::kPitchCentre);
+    ModalAnswers answers;
+    answers.Refuse();
+    panel->onStopRecording();
+    int last = -1;
+    Engine().GetCapture()->GetCaptured().Visit(0, [&last](const LibMidi::CapturedEvent& event) {
+        last = event.message.status == 0xE0 ? event.message.GetPitchWheel() : last;
+    });
+    EXPECT_EQ(last, PanelWheels::kPitchCentre);
+    LetGo(Pitch());
+}
+
 TEST_F(PanelStrip, TheOtherWheelsStayAndADoubleClickBringsThemToRest) {
     Drag(Wheel("wheel-modulation"), 30.0);
     LetGo(Wheel("wheel-modulation"));
