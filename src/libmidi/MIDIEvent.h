@@ -13,6 +13,8 @@ struct MIDIEvent {
     std::uint8_t status = 0;  ///< with the channel in its low nibble
     std::uint8_t data1 = 0;
     std::uint8_t data2 = 0;
+    /// Who sent what an input port hands on, see MIDIInPort::GetSourceName(); 0 elsewhere.
+    std::uint8_t source = 0;
 
     MIDIEvent() = default;
     MIDIEvent(std::uint32_t timeStamp, std::uint8_t statusByte, std::uint8_t first, std::uint8_t second)

@@ -70,6 +70,12 @@ public:
     virtual bool IsClosing() const = 0;
     /// How often messages were lost since the port was opened, see MIDIPortDataListener::OnMIDIDataLost(). [any]
     virtual std::uint32_t GetLostCount() const { return 0; }
+    /// The name of the device that sent an event with that `source`: the port's own, unless it listens to several. For
+    /// the call of a listener in progress. [input]
+    virtual const NK::CString& GetSourceName(std::uint8_t source) const {
+        static_cast<void>(source);
+        return GetName();
+    }
 };
 
 class MIDIOutPort : public virtual MIDIPort {

@@ -1,13 +1,17 @@
 #include "libmidi/alsa/AlsaInPort.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "libmidi/alsa/AlsaEvents.h"
+#include "libmidi/alsa/AlsaNames.h"
 
 namespace LibMidi {
 
 namespace {
+
+constexpr std::size_t kMostSources = 255;
 
 /// Which note a message ends, if it ends one.
 struct NoteEnd {
@@ -33,6 +37,7 @@ AlsaInPort::AlsaInPort(std::shared_ptr<AlsaClient> client)
 bool AlsaInPort::OnOpened() {
     BeginReceiving();
     senders_.clear();
+    sources_.clear();
     client_->AddReceiver(*this);
     FollowDevices();
     return true;
@@ -51,9 +56,42 @@ AlsaInPort::Sender& AlsaInPort::FindSender(snd_seq_addr_t address, snd_seq_addr_
     if (found != senders_.end()) {
         return *found;
     }
-    senders_.push_back(
-        {address, receiver, client_->IsConnected(address, receiver), ComesTwice(address, receiver), false, {}});
+    senders_.push_back({address,
+                        receiver,
+                        client_->IsConnected(address, receiver),
+                        ComesTwice(address, receiver),
+                        false,
+                        FindSource(address),
+                        {}});
     return senders_.back();
+}
+
+std::uint8_t AlsaInPort::FindSource(snd_seq_addr_t address) {
+    const auto isIts = [&](const Source& source) { return source.isInUse && source.address == address; };
+    auto found = std::find_if(sources_.begin(), sources_.end(), isIts);
+    if (found == sources_.end()) {
+        found = std::find_if_not(sources_.begin(), sources_.end(), [](const Source& source) { return source.isInUse; });
+        if (found != sources_.end()) {
+            *found = {address, true, std::nullopt};
+        } else if (sources_.size() < kMostSources) {
+            sources_.push_back({address, true, std::nullopt});
+            found = std::prev(sources_.end());
+        } else {
+            return 0;
+        }
+    }
+    return static_cast<std::uint8_t>(std::distance(sources_.begin(), found) + 1);
+}
+
+const NK::CString& AlsaInPort::GetSourceName(std::uint8_t source) const {
+    if (source == 0 || source > sources_.size()) {
+        return GetName();
+    }
+    Source& asked = sources_[static_cast<std::size_t>(source) - 1];
+    if (!asked.name) {
+        asked.name = AlsaNames::FindSender(*client_, asked.address);
+    }
+    return asked.name->IsEmpty() ? GetName() : *asked.name;
 }
 
 void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
@@ -65,11 +103,12 @@ void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
         if (sender.isDouble) {
             continue;
         }
-        OpenSounds& held = sender.held;
-        VisitInputEvents(event, [this, &held](const MIDIEvent& message) {
-            held.Follow(message.ToMessage());
+        VisitInputEvents(event, [this, &sender](const MIDIEvent& message) {
+            sender.held.Follow(message.ToMessage());
             if (!IsHeldOn(message)) {
-                QueueEvent(message);
+                MIDIEvent sent = message;
+                sent.source = sender.source;
+                QueueEvent(sent);
             }
         });
     }
@@ -102,10 +141,14 @@ void AlsaInPort::TakeNews() {
     for (Sender& sender : senders_) {
         sender.isGone = !IsStillThere(sender.address, sender.receiver, sender.isConnected);
         if (sender.isGone) {
-            EndHeld(std::exchange(sender.held, {}));
+            EndHeld(sender);
         }
     }
     std::erase_if(senders_, [](const Sender& sender) { return sender.isGone; });
+    for (Source& source : sources_) {
+        source.isInUse = std::any_of(senders_.begin(), senders_.end(),
+                                     [&](const Sender& sender) { return sender.address == source.address; });
+    }
     FollowDevices();
     for (Sender& sender : senders_) {
         sender.isConnected = sender.isConnected || client_->IsConnected(sender.address, sender.receiver);
@@ -116,9 +159,11 @@ void AlsaInPort::TakeNews() {
     }
 }
 
-void AlsaInPort::EndHeld(const OpenSounds& held) {
-    held.VisitEnds([this](NK::MIDI::TMIDIMessage message) {
-        const MIDIEvent end = MIDIEvent::FromMessage(message, 0);
+void AlsaInPort::EndHeld(Sender& sender) {
+    const OpenSounds held = std::exchange(sender.held, {});
+    held.VisitEnds([this, &sender](NK::MIDI::TMIDIMessage message) {
+        MIDIEvent end = MIDIEvent::FromMessage(message, 0);
+        end.source = sender.source;
         if (!IsHeldOn(end)) {
             QueueEvent(end);
         }

@@ -1,7 +1,9 @@
 // What the input ports on the ALSA sequencer share.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "libmidi/alsa/AlsaClient.h"
@@ -16,6 +18,9 @@ namespace LibMidi {
 class AlsaInPort : public QueuedInPort, private AlsaReceiver {
 public:
     ~AlsaInPort() override = default;
+
+    /// That of the sender as it would be listed, with a number behind it where several are called the same.
+    const NK::CString& GetSourceName(std::uint8_t source) const final;
 
 protected:
     explicit AlsaInPort(std::shared_ptr<AlsaClient> client);
@@ -41,7 +46,13 @@ private:
         bool isConnected;  ///< else it sends without a connection
         bool isDouble;     ///< and what comes this way is passed over
         bool isGone;
+        std::uint8_t source;
         OpenSounds held;
+    };
+    struct Source {
+        snd_seq_addr_t address{};
+        bool isInUse = false;
+        std::optional<NK::CString> name;  ///< once somebody has asked; empty for one that is not listed
     };
 
     void Take(const std::vector<snd_seq_event_t>& events) final;
@@ -51,11 +62,15 @@ private:
 
     /// Whether a message ends a note that a sender goes on holding, on the same channel.
     bool IsHeldOn(const MIDIEvent& end) const;
-    void EndHeld(const OpenSounds& held);
+    void EndHeld(Sender& sender);
     Sender& FindSender(snd_seq_addr_t address, snd_seq_addr_t receiver);
+    /// A number for events of that sender; 0 when there are too many.
+    std::uint8_t FindSource(snd_seq_addr_t address);
 
     const std::shared_ptr<AlsaClient> client_;
     std::vector<Sender> senders_;  ///< that have sent something; of the input thread while the port is open
+    /// By number less one; of the input thread too. Asking for a name remembers it.
+    mutable std::vector<Source> sources_;
 };
 
 }  // namespace LibMidi

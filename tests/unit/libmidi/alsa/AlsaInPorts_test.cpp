@@ -272,6 +272,49 @@ TEST_F(AlsaInPorts, WhatALossHasEndedIsNotEndedOnceMore) {
     EXPECT_EQ(listener.Take(), (Batches{}));
 }
 
+/// Keeps who has sent what.
+struct CSources : MIDIPortDataListener {
+    explicit CSources(MIDIInPort& heard) : port(heard) {}
+    void OnMIDIData(const MIDIEvent* events, std::int32_t count) override {
+        for (std::int32_t index = 0; index < count; ++index) {
+            names.push_back(port.GetSourceName(events[index].source).ToUtf8());
+        }
+    }
+    std::vector<std::string> Take() { return std::exchange(names, {}); }
+
+    MIDIInPort& port;
+    std::vector<std::string> names;
+};
+
+TEST_F(AlsaInPorts, EachMessageTellsItsSenderByTheNameUnderWhichItIsListed) {
+    CSources sources(keyboards);
+    keyboards.AddListener(&sources);
+    rig.Plug(21, "Pads");
+    rig.Plug(22, "Pads");
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(22, NoteOn(60));
+    rig.Send(20, NoteOn(62));
+    rig.Send(21, NoteOn(64));
+    EXPECT_EQ(sources.Take(), (std::vector<std::string>{"Pads MIDI 1 (2)", "Keys MIDI 1", "Pads MIDI 1"}));
+    rig.Unplug(20);
+    EXPECT_EQ(sources.Take(), (std::vector<std::string>{"Keys MIDI 1"})) << "the end of what it held";
+    rig.Plug(20, "Knobs");
+    rig.Send(20, NoteOn(62));
+    EXPECT_EQ(sources.Take(), (std::vector<std::string>{"Knobs MIDI 1"}));
+    rig.api.SendTo({140, 0}, rig.GetPublicIn(), NoteOn(64));
+    rig.client->RunInputRound();
+    EXPECT_EQ(sources.Take(), (std::vector<std::string>{keyboards.GetName().ToUtf8()})) << "who is not listed";
+    keyboards.Close();
+    keyboards.RemoveListener(&sources);
+}
+
+TEST_F(AlsaInPorts, NobodyIsAskedForNamesUntilSomebodyWantsThem) {
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.Send(20, NoteOn(60));
+    rig.Unplug(20);
+    EXPECT_EQ(keyboards.GetSourceName(1).ToUtf8(), keyboards.GetName().ToUtf8()) << "it has gone unasked";
+}
+
 // Other programs.
 
 TEST_F(AlsaInPorts, WhatOtherProgramsConnectPlaysWhileThatIsChosen) {
