@@ -114,6 +114,8 @@ public:
     void PrevPatch(int slot);
     void VolumeUp(int slot);  ///< by 3, within 1..127; sends that slot's volume
     void VolumeDown(int slot);
+    /// When the value, kept in 1..127, changes: stores it and sends that slot's volume.
+    void SetVolume(int volume, int slot);
     void TransposeUp(int slot);  ///< AllNotesOff(), then by 1 within -120..120
     void TransposeDown(int slot);
     void SetVelocityLow(int velocity);  ///< kept in 1..127
@@ -169,6 +171,11 @@ public:
     void ReleaseInputKeys();
     /// Lifts the sostenuto and the hold 2 pedal that the input port holds; its keys and its sustain pedal stay.
     void LiftInputHolds();
+    /// What the input port has done to the voices by a controller that it will send no more is undone: modulation and
+    /// the pedals that hold no notes go to 0, expression to 127, and the volumes are sent. Nothing for others.
+    void RestInputController(std::uint8_t controller);
+    /// What the input port holds; what was taken out of its stream is not part of it.
+    HeldKeys GetInputKeys() const;
     std::uint32_t GetInputLostCount() const;  ///< losses since the input port was opened; 0 without one
 
     // Ports. Failures throw NK::CException with a translated text. [gui]

@@ -39,8 +39,11 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
     if (count < 1 || !HoldForInput()) {
         return;
     }
+    BoundControls& controls = extras_->controls;
     for (std::int32_t i = 0; i < count; ++i) {
-        ProcessInput(events[i].ToMessage());
+        if (!controls.IsActive() || !controls.Take(events[i], inputPort_.load())) {
+            ProcessInput(events[i].ToMessage());
+        }
     }
     EndHold();
 }
@@ -101,6 +104,7 @@ void CKivora::ReleaseInputKeys() {
         LiftInputPedal(pedal);
     }
     inputKeys_.Clear();
+    extras_->controls.ForgetPassed();
 }
 
 void CKivora::LiftInputHolds() {
@@ -114,6 +118,40 @@ void CKivora::LiftInputPedal(std::uint8_t controller) {
         SendController(controller, 0);
         inputKeys_.LiftPedal(controller);
     }
+}
+
+void CKivora::RestInputController(std::uint8_t controller) {
+    constexpr std::uint8_t kModulation = 1;
+    constexpr std::uint8_t kVolume = 7;
+    constexpr std::uint8_t kExpression = 11;
+    constexpr std::uint8_t kPortamento = 65;
+    constexpr std::uint8_t kSoftPedal = 67;
+    constexpr std::uint8_t kLegato = 68;
+    const Hold hold(*this);
+    if (!sink_) {
+        return;
+    }
+    switch (controller) {
+        case kModulation:
+        case kPortamento:
+        case kSoftPedal:
+        case kLegato:
+            SendController(controller, 0);
+            break;
+        case kExpression:
+            SendController(controller, 127);
+            break;
+        case kVolume:
+            SendVolumes();
+            break;
+        default:
+            break;
+    }
+}
+
+HeldKeys CKivora::GetInputKeys() const {
+    const CLockGuard guard(lock_);
+    return inputKeys_;
 }
 
 std::uint32_t CKivora::GetInputLostCount() const {

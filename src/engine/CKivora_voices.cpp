@@ -89,6 +89,16 @@ void CKivora::VolumeDown(int slot) {
     emit VoiceSettingsChanged();
 }
 
+void CKivora::SetVolume(int volume, int slot) {
+    const Hold hold(*this);
+    const int by = std::clamp(volume, 1, 127) - OfSlot(voices_.volume, slot);
+    if (by != 0) {
+        voices_.StepVolume(slot, by);
+        SendVolume(slot);
+        emit VoiceSettingsChanged();
+    }
+}
+
 void CKivora::TransposeUp(int slot) {
     const Hold hold(*this);
     VoiceSlots::CheckSlot(slot);

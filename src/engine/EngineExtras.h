@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "engine/BendRange.h"
+#include "engine/BoundControls.h"
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
 #include "engine/PatchShelf.h"
@@ -46,7 +47,8 @@ struct EngineExtras {
     /// While the click has the built-in synthesizer to itself, see CKivora::LookAtClick(); null otherwise.
     std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
-    VelocityMap velocity;  ///< of the notes of the input port
+    BoundControls controls;  ///< of the input port
+    VelocityMap velocity;    ///< of the notes of the input port
     PatchShelf patches;
     RecentPresets presets;
     BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "engine/ClickSettings.h"
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "engine/NoteFolding.h"
 #include "nk/nk_ini_file.h"
@@ -79,6 +80,7 @@ private:
     static constexpr std::array kVoiceChannels{0, 1, 2, 9};
     static constexpr std::array<const wchar_t*, 2> kOutputs{kSynth, kOtherSynth};
     static constexpr std::array<const wchar_t*, 2> kInputs{kKeyboard, kOtherKeyboard};
+    static constexpr std::uint8_t kPadChannel = 15;
 
     FakeDevice& GetOutput(std::size_t index) { return rig_.GetDevice(kOutputs[index]); }
     Kivora::CKivora& GetEngine() { return *rig_.engine; }
@@ -109,6 +111,8 @@ private:
         computer_.reset();
         space_ = false;
         RestStrip();
+        pads_.reset();
+        boundPads_.reset();
         ForgetInput();
         ForgetSent();
     }
@@ -174,8 +178,64 @@ private:
             case 1:
                 return PlayOnComputer();
             default:
-                return PlayExternally();
+                return Draw(4) == 0 ? PlayPads() : PlayExternally();
         }
+    }
+
+    /// Pads on a channel of their own, some of which are bound to the panel and not heard.
+    void PlayPads() {
+        FakeInPort* const input = GetInput();
+        if (input == nullptr) {
+            return;
+        }
+        const auto note = static_cast<std::uint8_t>(48 + Draw(8));
+        const auto pad = static_cast<std::size_t>(note);
+        if (Draw(3) == 0) {
+            return BindPad(note);
+        }
+        if (!pads_[pad]) {
+            Name(boundPads_[pad] ? "bound pad on" : "pad on", note);
+            pads_.set(pad);
+            silentPads_.set(pad, boundPads_[pad]);
+            if (!boundPads_[pad]) {
+                external_.set(pad);
+                Follow(note, true);
+            }
+            input->Deliver(0x90 | kPadChannel, note, DrawVelocity());
+            return;
+        }
+        Name(silentPads_[pad] ? "silent pad off" : "pad off", note);
+        pads_.reset(pad);
+        if (silentPads_[pad]) {
+            input->Deliver(0xA0 | kPadChannel, note, DrawVelocity());
+        } else if (!external_[pad]) {
+            return;  // it was ended, and its release would be another key's
+        } else {
+            external_.reset(pad);
+            Follow(note, false);
+        }
+        input->Deliver(0x80 | kPadChannel, note, 0);
+    }
+
+    void BindPad(std::uint8_t note) {
+        boundPads_.flip(note);
+        Name(boundPads_[note] ? "bind" : "unbind", note);
+        Kivora::MidiBindings bindings;
+        for (const wchar_t* device : kInputs) {
+            for (std::size_t pad = 0; pad < boundPads_.size(); ++pad) {
+                if (boundPads_[pad]) {
+                    bindings.Bind({device,
+                                   {Kivora::MidiControl::Kind::kNote, kPadChannel, static_cast<std::uint8_t>(pad)},
+                                   static_cast<Kivora::EPanelFunction>(3 + pad - 48),
+                                   false});
+                }
+            }
+        }
+        GetEngine().WithExtras([&](Kivora::EngineExtras& extras) {
+            extras.controls.SetBindings(bindings, GetEngine().GetInputKeys());
+            while (extras.controls.TakeNext()) {
+            }
+        });
     }
 
     void PlayOnScreen() {
@@ -223,7 +283,7 @@ private:
             return;
         }
         std::vector<LibMidi::MIDIEvent> events;
-        const auto channel = static_cast<std::uint8_t>(Draw(16));
+        const auto channel = static_cast<std::uint8_t>(Draw(15));  // the last one is the pads'
         for (int i = 1 + Draw(4); i > 0; --i) {
             std::uint8_t note = DrawNote();
             if (Toss()) {
@@ -745,6 +805,9 @@ private:
     Keys screen_;
     Keys computer_;
     Keys external_;
+    Keys pads_;        ///< that are down
+    Keys silentPads_;  ///< those of them that were bound when they went down
+    Keys boundPads_;
     bool space_ = false;
     bool externalPedal_ = false;
     bool externalSostenuto_ = false;
