@@ -1790,6 +1790,18 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>Pitch Bend, in Semitones</source>
         <translation>Изменение высоты, полутонов</translation>
     </message>
+    <message>
+        <source>MIDI Learn...</source>
+        <translation>Управление с MIDI-клавиатуры...</translation>
+    </message>
+    <message>
+        <source>The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file will be kept under another name.</source>
+        <translation>Файл назначений для MIDI-клавиатур повреждён. То, что в нём цело, действует; файл будет сохранён под другим именем.</translation>
+    </message>
+    <message>
+        <source>The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound.</source>
+        <translation>Файл назначений для MIDI-клавиатур сейчас не читается. Ничего не назначено.</translation>
+    </message>
 </context>
 <context>
     <name>LatchAndSwing</name>
@@ -2438,6 +2450,225 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     <message>
         <source>Two bars</source>
         <translation>Два такта</translation>
+    </message>
+</context>
+<context>
+    <name>MidiControlTexts</name>
+    <message>
+        <source>Volume of voice 1</source>
+        <translation>Громкость голоса 1</translation>
+    </message>
+    <message>
+        <source>Volume of voice 2</source>
+        <translation>Громкость голоса 2</translation>
+    </message>
+    <message>
+        <source>Tempo</source>
+        <translation>Темп</translation>
+    </message>
+    <message>
+        <source>Next patch of voice 1</source>
+        <translation>Следующий тембр голоса 1</translation>
+    </message>
+    <message>
+        <source>Previous patch of voice 1</source>
+        <translation>Предыдущий тембр голоса 1</translation>
+    </message>
+    <message>
+        <source>Next patch of voice 2</source>
+        <translation>Следующий тембр голоса 2</translation>
+    </message>
+    <message>
+        <source>Previous patch of voice 2</source>
+        <translation>Предыдущий тембр голоса 2</translation>
+    </message>
+    <message>
+        <source>Next preset</source>
+        <translation>Следующий пресет</translation>
+    </message>
+    <message>
+        <source>Previous preset</source>
+        <translation>Предыдущий пресет</translation>
+    </message>
+    <message>
+        <source>Record and stop</source>
+        <translation>Запись и стоп</translation>
+    </message>
+    <message>
+        <source>Panic</source>
+        <translation>Сброс</translation>
+    </message>
+    <message>
+        <source>Next voice mode</source>
+        <translation>Следующий режим голосов</translation>
+    </message>
+    <message>
+        <source>Single voice</source>
+        <translation>Один голос</translation>
+    </message>
+    <message>
+        <source>Dual voices</source>
+        <translation>Два голоса</translation>
+    </message>
+    <message>
+        <source>Split keyboard</source>
+        <translation>Разделённая клавиатура</translation>
+    </message>
+    <message>
+        <source>Arpeggio on or off</source>
+        <translation>Арпеджио вкл. и выкл.</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 1 on or off</source>
+        <translation>Арпеджиатор 1 вкл. и выкл.</translation>
+    </message>
+    <message>
+        <source>Arpeggiator 2 on or off</source>
+        <translation>Арпеджиатор 2 вкл. и выкл.</translation>
+    </message>
+    <message>
+        <source>Latch on or off</source>
+        <translation>Удержание аккорда вкл. и выкл.</translation>
+    </message>
+    <message>
+        <source>Note %1, channel %2</source>
+        <translation>Нота %1, канал %2</translation>
+    </message>
+    <message>
+        <source>Program %1, channel %2</source>
+        <translation>Программа %1, канал %2</translation>
+    </message>
+    <message>
+        <source>Controller %1, channel %2</source>
+        <translation>Контроллер %1, канал %2</translation>
+    </message>
+</context>
+<context>
+    <name>MidiLearn</name>
+    <message>
+        <source>MIDI Learn</source>
+        <translation>Управление с MIDI-клавиатуры</translation>
+    </message>
+    <message>
+        <source>On the panel</source>
+        <translation>На панели</translation>
+    </message>
+    <message>
+        <source>On a MIDI keyboard</source>
+        <translation>На MIDI-клавиатуре</translation>
+    </message>
+    <message>
+        <source>What is bound</source>
+        <translation>Что назначено</translation>
+    </message>
+    <message>
+        <source>The button sends on and off in turn: each is a press</source>
+        <translation>Кнопка по очереди включается и выключается: действует и то и другое</translation>
+    </message>
+    <message>
+        <source>Learn</source>
+        <translation>Назначить</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Убрать</translation>
+    </message>
+    <message>
+        <source>Clear All</source>
+        <translation>Убрать все</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Экспорт...</translation>
+    </message>
+    <message>
+        <source>Import...</source>
+        <translation>Импорт...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Choose what to work from the MIDI keyboard, and press &quot;Learn&quot;.</source>
+        <translation>Выберите, чем управлять с MIDI-клавиатуры, и нажмите «Назначить».</translation>
+    </message>
+    <message>
+        <source>%1: move a knob or a fader of the MIDI keyboard.</source>
+        <translation>%1: поверните ручку или сдвиньте фейдер MIDI-клавиатуры.</translation>
+    </message>
+    <message>
+        <source>%1: press a button or a pad of the MIDI keyboard.</source>
+        <translation>%1: нажмите кнопку или пэд MIDI-клавиатуры.</translation>
+    </message>
+    <message>
+        <source>It is needed for playing and cannot be bound. Take another one.</source>
+        <translation>Это нужно для игры, назначить нельзя. Возьмите другое.</translation>
+    </message>
+    <message>
+        <source>It cannot set a value. Move a knob or a fader.</source>
+        <translation>Этим нельзя задать значение. Поверните ручку или сдвиньте фейдер.</translation>
+    </message>
+    <message>
+        <source>%1 is bound already: %2. Bind it to &quot;%3&quot; instead?</source>
+        <translation>%1 уже назначено: %2. Назначить вместо этого «%3»?</translation>
+    </message>
+    <message>
+        <source>Bound: %1.</source>
+        <translation>Назначено: %1.</translation>
+    </message>
+    <message>
+        <source>Clear everything that is bound, on devices that are not plugged in too?</source>
+        <translation>Убрать все назначения, в том числе для отключённых устройств?</translation>
+    </message>
+    <message>
+        <source>What is bound is in force, but could not be saved.</source>
+        <translation>Назначения действуют, но сохранить их не удалось.</translation>
+    </message>
+    <message>
+        <source>Export Bindings</source>
+        <translation>Экспорт назначений</translation>
+    </message>
+    <message>
+        <source>Bindings (*.ini)</source>
+        <translation>Назначения (*.ini)</translation>
+    </message>
+    <message>
+        <source>MIDI bindings</source>
+        <comment>suggested file name</comment>
+        <translation>Назначения MIDI</translation>
+    </message>
+    <message>
+        <source>Exported to %1.</source>
+        <translation>Записано в %1.</translation>
+    </message>
+    <message>
+        <source>The bindings could not be exported.</source>
+        <translation>Не удалось записать назначения.</translation>
+    </message>
+    <message>
+        <source>Import Bindings</source>
+        <translation>Импорт назначений</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Все файлы (*)</translation>
+    </message>
+    <message>
+        <source>The file cannot be read.</source>
+        <translation>Файл не читается.</translation>
+    </message>
+    <message>
+        <source>The file holds no bindings. Nothing has changed.</source>
+        <translation>В файле нет назначений. Ничего не изменилось.</translation>
+    </message>
+    <message>
+        <source>The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?</source>
+        <translation>Файл повреждён. Непонятных строк: %1. Взять то, что цело: %2?</translation>
+    </message>
+    <message>
+        <source>Bindings taken over: %1.</source>
+        <translation>Взято назначений: %1.</translation>
     </message>
 </context>
 <context>

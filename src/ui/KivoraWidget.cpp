@@ -67,6 +67,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
     if (engine_ != nullptr) {
         connectEngine();
         loadSettings();
+        createRemote();
     }
     setOctaveShift(0);
     loadLanguageFiles();

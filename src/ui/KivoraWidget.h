@@ -29,6 +29,7 @@ class ComputerKeys;
 class FocusRing;
 class MainDisplay;
 class MIDIEventRelay;
+class MidiRemote;
 class PanelControlKeys;
 class PanelKey;
 class PanelLabel;
@@ -293,6 +294,10 @@ private:
     void createStrip();
     void showStrip();
     void createStripMenu();
+    // KivoraWidget_remote.cpp
+    void createRemote();
+    void toggleRecording();
+    void bindPanel();  ///< opens the dialog
 
     // KivoraWidget_view.cpp
     void createSizeMenu();
@@ -397,6 +402,7 @@ private:
     arpeggiatorSettings* arpeggiator1_ = nullptr;
     arpeggiatorSettings* arpeggiator2_ = nullptr;
     PanelControlKeys* controlKeys_ = nullptr;
+    MidiRemote* remote_ = nullptr;  ///< null without an engine
     FocusRing* focusRing_ = nullptr;
     QMenu* menu_ = nullptr;
 

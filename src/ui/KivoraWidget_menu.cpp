@@ -73,16 +73,7 @@ void KivoraWidget::createActions() {
     menu_->addSeparator();
     createTimeActions();
     addMenuState(
-        *menu_, tr("&Record"), Qt::Key_F11,
-        [this] {
-            if (engine_ != nullptr && engine_->IsRecording()) {
-                onStopRecording();
-            } else {
-                onRecord();
-                leftView_ = LeftView::kRecorder;  // where one sees that it runs
-                updateLeftPane();
-            }
-        },
+        *menu_, tr("&Record"), Qt::Key_F11, [this] { toggleRecording(); },
         [this] { return engine_ != nullptr && engine_->IsRecording(); });
     addMenuAction(*menu_, tr("&Panic: Silence and Reset"), Qt::Key_F12, slot(&KivoraWidget::resetClicked));
     menu_->addSeparator();
@@ -95,6 +86,7 @@ void KivoraWidget::createActions() {
             VelocitySettings(*engine_, this).exec();
         }
     });
+    addMenuAction(*menu_, tr("MIDI Learn..."), {}, [this] { bindPanel(); });
     addMenuAction(*menu_, tr("Test My &Keyboard..."), {}, [this] {
         releaseHeld();
         KeyboardTest(computerKeys_->layout().get(), this).exec();

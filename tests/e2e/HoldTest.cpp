@@ -176,8 +176,9 @@ INSTANTIATE_TEST_SUITE_P(All, Hold, testing::ValuesIn(kDisturbances),
                          [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(HeldThings, AChangeOfTheLanguageLeavesNothing) {
-    // In the menu, from its end: Quit, About, Help, the keyboard's test, the velocities, Settings, Language.
-    const QStringList toLanguages = {"key", "F10", "Up", "Up", "Up", "Up", "Up", "Up", "Up", "Right"};
+    // In the menu, from its end: Quit, About, Help, the keyboard's test, MIDI Learn, the velocities, Settings,
+    // Language.
+    const QStringList toLanguages = {"key", "F10", "Up", "Up", "Up", "Up", "Up", "Up", "Up", "Up", "Right"};
     const auto isSaved = [&](const char* code) {
         std::ifstream file((instrument.GetDataDir() + "/data/Brennholt/Kivora/Locale.ini").toStdString());
         const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());

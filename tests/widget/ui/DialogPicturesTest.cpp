@@ -7,6 +7,8 @@
 #include <QtTest/QTest>
 
 #include "ui/Dialogs.h"
+#include "ui/MidiLearn.h"
+#include "ui/MidiRemote.h"
 #include "ui/PlayerWindow.h"
 #include "ui/PresetList.h"
 #include "ui/SongFile.h"
@@ -58,6 +60,22 @@ TEST_F(DialogPictures, ThePresetsLookAsReviewed) {
         ExpectLike(load, "presets_load" + language);
         PresetList save(front.get(), true);
         ExpectLike(save, "presets_save" + language);
+    });
+}
+
+TEST_F(DialogPictures, MidiLearnLooksAsReviewed) {
+    auto& remote = *panel->findChild<MidiRemote*>();
+    ASSERT_TRUE(remote.change([](Kivora::MidiBindings& bindings) {
+        using Kind = Kivora::MidiControl::Kind;
+        using Kivora::EPanelFunction;
+        bindings.Bind({L"MPK mini 3", {Kind::kController, 0, 70}, EPanelFunction::kVolume1, false});
+        bindings.Bind({L"nanoKONTROL2", {Kind::kController, 0, 0}, EPanelFunction::kVolume1, false});
+        bindings.Bind({L"MPK mini 3", {Kind::kController, 0, 71}, EPanelFunction::kTempo, false});
+        bindings.Bind({L"MPK mini 3", {Kind::kNote, 9, 36}, EPanelFunction::kRecord, false});
+    }));
+    InBothLanguages([&](const QString& language) {
+        MidiLearn dialog(remote);
+        ExpectLike(dialog, "midi_learn" + language);
     });
 }
 
