@@ -22,9 +22,9 @@ constexpr int kOctaveBase = -1;
 constexpr double kLineHeight = 3.0;
 constexpr double kLineBottom = 0.5;
 constexpr double kGap = 1.5;
-constexpr QRectF kHandle{-5.5, 2.0, 11.0, 10.0};
-constexpr double kStemWidth = 2.0;
-constexpr double kReach = 9.0;  // of the handle, to either side
+constexpr QRectF kHandle{-5.5, 11.5, 11.0, 6.0};  // below the letters of the computer keys
+constexpr double kGroove = 1.5;                   // from the edges of the handle
+constexpr double kReach = 9.0;                    // of the handle, to either side
 constexpr double kFingerReach = 24.0;
 
 }  // namespace
@@ -89,8 +89,6 @@ void SplitMark::paintEvent(QPaintEvent*) {
     painter.fillRect(QRectF(QPointF(0.0, bottom - kLineHeight), QPointF(std::max(x - kGap, 0.0), bottom)), bass_);
     painter.fillRect(QRectF(QPointF(std::min(x + kGap, right), bottom - kLineHeight), QPointF(right, bottom)), main_);
     const QRectF cap = kHandle.translated(capX() / panelScale(), 0.0);
-    painter.fillRect(QRectF(cap.center().x() - kStemWidth / 2, cap.center().y(), kStemWidth, bottom - cap.center().y()),
-                     InstrumentColors::kCapText);
     QLinearGradient gradient(cap.topLeft(), cap.bottomLeft());
     gradient.setColorAt(0.0, isSliderDown() ? InstrumentColors::kCapText : InstrumentColors::kDimCapText);
     gradient.setColorAt(1.0, InstrumentColors::kEdge);
@@ -100,7 +98,7 @@ void SplitMark::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(InstrumentColors::kCapBottom, 1.0));
     for (const double groove : {-2.0, 0.0, 2.0}) {
         const double place = cap.center().x() + groove;
-        painter.drawLine(QPointF(place, cap.top() + 3.0), QPointF(place, cap.bottom() - 3.0));
+        painter.drawLine(QPointF(place, cap.top() + kGroove), QPointF(place, cap.bottom() - kGroove));
     }
 }
 

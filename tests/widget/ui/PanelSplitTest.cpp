@@ -191,6 +191,22 @@ TEST_F(PanelSplit, ShowsEachHalfInTheColourOfItsVoice) {
     EXPECT_GT(main.green(), main.red() + 80) << "green";
 }
 
+TEST_F(PanelSplit, CoversNoLetterAboveTheKeys) {
+    constexpr int kLetters = 11;  // of the hints, from above, as far as they stand on their line
+    for (const int note : {60, 61, 62, 65}) {
+        Engine().SetSplitPoint(note);
+        QImage picture(Mark().size(), QImage::Format_ARGB32);
+        picture.fill(Qt::transparent);
+        Mark().render(&picture, {}, {}, QWidget::DrawChildren);
+        for (int y = 0; y < kLetters; ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                ASSERT_EQ(picture.pixelColor(x, y).alpha(), 0) << note << " at " << x << ", " << y;
+            }
+        }
+        EXPECT_NE(picture.pixelColor(qRound(Mark().handleX()), kLetters + 3).alpha(), 0);
+    }
+}
+
 TEST_F(PanelSplit, IsASliderForScreenReadersThatNamesItsNote) {
     QAccessibleInterface* const mark = QAccessible::queryAccessibleInterface(&Mark());
     EXPECT_EQ(mark->role(), QAccessible::Slider);
