@@ -3762,7 +3762,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Drag it, turn the wheel of the mouse over it, or use the arrow keys. A double click, or Home, brings it to its rest.</source>
-        <translation>Двигайте мышью или пальцем, вращайте колёсико мыши над ним или нажимайте стрелки. Двойной щелчок или Home возвращает в покой.</translation>
+        <translation>Двигайте мышью или пальцем, вращайте колёсико мыши над ним или нажимайте стрелки. Двойной щелчок или Home возвращает в исходное положение.</translation>
     </message>
     <message>
         <source>Pitch bend</source>
@@ -3770,7 +3770,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>Drag it, or hold an arrow or page key; it springs back when you let go.</source>
-        <translation>Двигайте мышью или пальцем либо держите стрелку или страничную клавишу; отпущенное, колесо возвращается само.</translation>
+        <translation>Двигайте мышью или пальцем либо держите стрелку, Page Up или Page Down; если отпустить, колесо вернётся само.</translation>
     </message>
     <message>
         <source>Modulation</source>

@@ -7,6 +7,17 @@
 
 namespace Kivora {
 
+namespace {
+
+/// Notes sound on when a song ends: the sostenuto pedal, sent again, would catch keys that it was not meant for.
+template <class Held>
+Held AfterSong(Held held) {
+    held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
+    return held;
+}
+
+}  // namespace
+
 EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
         const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
@@ -20,7 +31,7 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
             pedal_ = 0;
         }
     });
-    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { Restore(GetHeld()); }; });
+    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { Restore(AfterSong(GetHeld())); }; });
     engine_.KeepOrder();
 }
 
@@ -94,7 +105,7 @@ void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
         if (played) {
             engine_.SendPatches();
             engine_.SendVolumes();
-            Restore(GetHeld());
+            Restore(AfterSong(GetHeld()));
         }
     });
 }
@@ -138,8 +149,8 @@ void EngineFront::ChangePatch(int slot, int patch) {
     }
     engine_.SetPatch(patch, slot);
     if (crosses) {
-        Restore(held);
         engine_.SendBendRange();
+        Restore(held);
     }
 }
 

@@ -60,7 +60,11 @@ bool PanelWheels::IsReset(TMIDIMessage message) noexcept {
 
 void PanelWheels::Follow(TMIDIMessage message) noexcept {
     if (IsReset(message)) {
-        values_ = {};
+        for (const EWheel wheel : kAll) {
+            if (IsMoved(wheel)) {
+                Set(wheel, RestOf(wheel));  // of which an output that is lost at present has to be told
+            }
+        }
     } else if (const std::optional<Move> move = FromMessage(message)) {
         values_[static_cast<std::size_t>(move->wheel)].reset();
     }

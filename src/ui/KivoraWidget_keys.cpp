@@ -19,6 +19,7 @@
 #include "ui/PanelFigure.h"
 #include "ui/PanelLabel.h"
 #include "ui/PlayAlong.h"
+#include "ui/StripWheel.h"
 #include "ui/UnaskedBox.h"
 
 using NK::Piano::CPCKeyPlayer;
@@ -41,6 +42,15 @@ int LevelOf(EVelocityLevel level) {
             return 2;
         default:
             return 1;
+    }
+}
+
+void LetGoOf(QWidget& control) {
+    if (auto* const button = qobject_cast<QAbstractButton*>(&control)) {
+        button->setDown(false);
+    } else if (auto* const slider = qobject_cast<QAbstractSlider*>(&control)) {
+        slider->setSliderDown(false);
+        slider->update();
     }
 }
 
@@ -145,8 +155,13 @@ void KivoraWidget::releaseAllBut(const NK::TPressedInput& down) {
     keys_.ReleaseAllBut([&down](std::uint32_t scanCode) { return down.IsKeyDown(scanCode); }, actions);
     carryOut(actions);
     piano_->releaseAllBut(down);
-    if (!down.IsButtonDown(NK::TPressedInput::kLeftButton)) {
-        releaseControls(*this);
+    const bool isButtonDown = down.IsButtonDown(NK::TPressedInput::kLeftButton);
+    for (QWidget* control : findChildren<QWidget*>()) {
+        if (auto* const wheel = qobject_cast<StripWheel*>(control)) {
+            wheel->releaseAllBut(down);  // which keys and fingers hold too
+        } else if (!isButtonDown && control->window() == window()) {
+            LetGoOf(*control);
+        }
     }
 }
 
@@ -157,12 +172,7 @@ void KivoraWidget::releaseControls(QWidget& part) {
         if (control->window() != window()) {
             continue;
         }
-        if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
-            button->setDown(false);
-        } else if (auto* const slider = qobject_cast<QAbstractSlider*>(control)) {
-            slider->setSliderDown(false);
-            slider->update();
-        }
+        LetGoOf(*control);
     }
 }
 

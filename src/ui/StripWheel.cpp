@@ -7,7 +7,9 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QTouchEvent>
+#include <utility>
 
+#include "nk/nk_pressed_input.h"
 #include "piano/CAutoRepeatFilter.h"
 #include "ui/InstrumentColors.h"
 
@@ -44,9 +46,19 @@ StripWheel::StripWheel(EKind kind, int lowest, int highest, int rest, QWidget* p
 }
 
 void StripWheel::follow(int value) {
-    if (!isSliderDown()) {
-        const QScopedValueRollback following(isFollowing_, true);
-        setValue(value);
+    if (isSliderDown()) {
+        missed_ = value;
+        return;
+    }
+    const QScopedValueRollback following(isFollowing_, true);
+    setValue(value);
+}
+
+void StripWheel::releaseAllBut(const NK::TPressedInput& down) {
+    const bool isUp = (hand_ == EHand::kMouse && !down.IsButtonDown(NK::TPressedInput::kLeftButton)) ||
+                      (hand_ == EHand::kKey && !down.IsKeyDown(scanCode_));
+    if (isUp) {
+        letGo();
     }
 }
 
@@ -71,6 +83,7 @@ void StripWheel::take(EHand hand, double y) {
     hand_ = hand;
     takenY_ = y;
     takenValue_ = value();
+    missed_.reset();
     setSliderDown(true);
     update();
 }
@@ -83,8 +96,13 @@ void StripWheel::drag(double y) {
 void StripWheel::handLeft() {
     hand_ = EHand::kNone;
     keyLeft_.stop();
-    if (springsBack()) {
+    const std::optional<int> missed = std::exchange(missed_, std::nullopt);
+    if (springsBack() && value() != rest_) {
         setValue(rest_);
+    } else if (springsBack() && missed) {
+        emit turned(rest_);
+    } else if (missed) {
+        follow(*missed);
     }
     update();
 }
@@ -98,6 +116,7 @@ void StripWheel::sliderChange(SliderChange change) {
         setValue(rest_);  // moved by nothing that would let go of it
         return;
     }
+    missed_.reset();
     emit turned(value());
 }
 
@@ -222,6 +241,7 @@ void StripWheel::bend(const QKeyEvent& event) {
     const bool goesOn = hand_ == EHand::kKey && key_ == key;
     keyLeft_.stop();
     key_ = key;
+    scanCode_ = event.nativeScanCode();
     take(EHand::kKey, 0.0);
     const int end = isUp ? maximum() : minimum();
     const int step = (end - rest_) / kBendSteps;

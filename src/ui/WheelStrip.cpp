@@ -138,13 +138,20 @@ void WheelStrip::follow(NK::MIDI::TMIDIMessage message) {
         for (const EWheel wheel : PanelWheels::kAll) {
             show({wheel, PanelWheels::RestOf(wheel)});
         }
+        if (message.status == NK::MIDI::TMIDIMessage::kControlChange) {
+            showSustain(false);
+        }
     } else if (const auto move = PanelWheels::FromMessage(message)) {
         show(*move);
     } else if (message.status == NK::MIDI::TMIDIMessage::kControlChange &&
                message.data1 == Kivora::HeldKeys::kSustainController) {
-        sustain_->setChecked(message.data2 != 0);
-        isSustainLatched_ = isSustainLatched_ && message.data2 != 0;
+        showSustain(message.data2 != 0);
     }
+}
+
+void WheelStrip::showSustain(bool isDown) {
+    sustain_->setChecked(isDown);
+    isSustainLatched_ = isSustainLatched_ && isDown;
 }
 
 void WheelStrip::show(const PanelWheels::Move& move) {
@@ -199,13 +206,25 @@ void WheelStrip::retranslate() {
     name(pedals_[0].control, tr("Soft pedal"), latches);
     name(pedals_[1].control, tr("Sostenuto pedal"), latches);
     name(sustain_, tr("Sustain pedal"), latches);
-    for (const Wheel& wheel : wheels_) {
-        describe(*wheel.control);
-    }
+    describeAll();
     update();
 }
 
+void WheelStrip::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    describeAll();
+}
+
+void WheelStrip::describeAll() {
+    for (const Wheel& wheel : wheels_) {
+        describe(*wheel.control);
+    }
+}
+
 void WheelStrip::describe(StripWheel& wheel) {
+    if (!isVisible()) {
+        return;
+    }
     constexpr double kPercent = 100.0;
     const double way = wheel.minimum() < 0 ? -wheel.minimum() : wheel.maximum();
     wheel.setAccessibleDescription(tr("%1%").arg(std::lround(wheel.value() / way * kPercent)));

@@ -40,6 +40,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -55,8 +56,10 @@ private:
     StripWheel* addWheel(const char* objectName, Kivora::EWheel wheel, const QRect& place);
     PanelKey* addPedal(const char* objectName, const QRect& place);
     void show(const Kivora::PanelWheels::Move& move);
+    void showSustain(bool isDown);
     void retranslate();
-    void describe(StripWheel& wheel);
+    void describeAll();
+    void describe(StripWheel& wheel);  ///< its value, while it can be seen
 
     std::array<Wheel, 3> wheels_;
     std::array<Pedal, 2> pedals_;

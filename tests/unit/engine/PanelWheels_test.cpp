@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "engine/EngineFront.h"
 #include "engine/ExtraKey.h"
 #include "support/Files.h"
@@ -202,6 +204,30 @@ TEST_F(Wheels, OneThatSprangBackWhileTheOutputWasLostIsInItsCentreWhenThatIsBack
     front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
     ASSERT_TRUE(front.ReopenOutput());
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+}
+
+TEST_F(Wheels, OneThatAPanicBroughtToRestWhileTheOutputWasLostIsAtRestWhenThatIsBack) {
+    front.SetWheel(EWheel::kPitch, 9'000);
+    front.SetWheel(EWheel::kExpression, 0);
+    ASSERT_EQ(Bend(0), 9'000);
+    LoseOutput();
+    front.Panic();
+    ASSERT_TRUE(front.ReopenOutput());
+    EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
+    EXPECT_EQ(Value(0, 11), 127);
+}
+
+TEST_F(Wheels, AVoiceOnAnotherChannelIsToldTheRangeBeforeItIsBent) {
+    front.SetBendRange(12);
+    front.SetWheel(EWheel::kPitch, 9'000);
+    rig.TakeWritten();
+    front.SetPatch(-1, 0);
+    const std::vector<std::string> written = rig.TakeWritten();
+    const auto range = std::find(written.begin(), written.end(), "b9 06 0c");
+    const auto bend = std::find(written.begin(), written.end(), "e9 28 46");
+    ASSERT_NE(range, written.end());
+    ASSERT_NE(bend, written.end());
+    EXPECT_LT(range - written.begin(), bend - written.begin());
 }
 
 TEST_F(Wheels, ATakeBeginsWithThemAndHoldsWhatIsPlayedOnThem) {

@@ -369,7 +369,8 @@ TEST_F(PanelStatus, ChangingTheLanguageRetranslatesEverythingAndBackAgain) {
     int translated = 0;
     for (const auto& [name, text] : texts()) {
         const bool hasWords = std::any_of(text.begin(), text.end(), [](char c) { return std::isalpha(c) != 0; });
-        const bool hasLatinName = text.find("MIDI") != std::string::npos || text.find("Home") != std::string::npos;
+        const bool hasLatinName = text.find("MIDI") != std::string::npos || text.find("Home") != std::string::npos ||
+                                  text.find("Page Up") != std::string::npos;
         if (hasWords && !hasLatinName) {
             ADD_FAILURE() << name << " is still \"" << text << "\"";
         }

@@ -338,6 +338,34 @@ TEST_F(PanelStrip, AHeldArrowBendsFurtherWithEachRepeatAndSpringsBackAtItsReleas
     ExpectCentred("home");
 }
 
+TEST_F(PanelStrip, AHeldArrowIsHeldForAsLongAsTheServerSaysSoWhateverTheMouseDoes) {
+    constexpr std::size_t kScanCode = 111;
+    Pitch().setFocus(Qt::TabFocusReason);
+    SendKey(QEvent::KeyPress, Qt::Key_PageUp, 1000);
+    NK::TPressedInput down;
+    down.keys.set(kScanCode);
+    panel->releaseAllBut(down);
+    EXPECT_EQ(Bend(), PanelWheels::kPitchHighest);
+    down.keys.reset();
+    down.buttons = 1;
+    panel->releaseAllBut(down);
+    ExpectCentred("the key is up");
+}
+
+TEST_F(PanelStrip, AFingerHoldsTheWheelWhileTheServerIsAsked) {
+    const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
+    QWindow* const handle = window->windowHandle();
+    const QPoint place = Pitch().mapTo(window.get(), Middle(Pitch()));
+    QTest::touchEvent(handle, screen.get()).press(0, place, handle);
+    QTest::touchEvent(handle, screen.get()).move(0, place - QPoint(0, 30), handle);
+    const int bent = Bend();
+    EXPECT_GT(bent, PanelWheels::kPitchCentre);
+    panel->releaseAllBut({});
+    EXPECT_EQ(Bend(), bent);
+    QTest::touchEvent(handle, screen.get()).release(0, place, handle);
+    ExpectCentred("the finger is lifted");
+}
+
 TEST_F(PanelStrip, AHeldArrowEndsWithTheFocus) {
     Pitch().setFocus(Qt::TabFocusReason);
     Press(Qt::Key_Down);
@@ -407,6 +435,7 @@ TEST_F(PanelStrip, FollowsWhatAKeyboardMovesAndSendsNothingOfIt) {
     Switch();
     rig.GetKeyboard().Deliver(0xB5, 121, 0);
     QApplication::processEvents();
+    EXPECT_FALSE(Button("pedal-sustain").isChecked());
     EXPECT_EQ(Pitch().value(), 0);
     EXPECT_EQ(Wheel("wheel-modulation").value(), 0);
     EXPECT_EQ(Wheel("wheel-expression").value(), 127);
@@ -421,6 +450,13 @@ TEST_F(PanelStrip, OneThatIsHeldDoesNotFollow) {
     QApplication::processEvents();
     EXPECT_EQ(Wheel("wheel-modulation").value(), held);
     LetGo(Wheel("wheel-modulation"));
+    EXPECT_EQ(Wheel("wheel-modulation").value(), 127) << "once it is let go of";
+    Drag(Pitch(), 0.0);
+    rig.GetKeyboard().Deliver(0xE5, 0, 0);
+    QApplication::processEvents();
+    ASSERT_EQ(Bend(), 0);
+    LetGo(Pitch());
+    ExpectCentred("let go of");
 }
 
 TEST_F(PanelStrip, APanicIsShown) {
