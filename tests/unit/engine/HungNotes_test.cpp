@@ -30,8 +30,7 @@ using Keys = std::bitset<128>;
 /// Plays an instrument at random and knows which keys and pedals are down.
 class Musician {
 public:
-    explicit Musician(std::uint32_t seed)
-        : random_(seed), sharesChannels_(seed % 2 == 0), bendsByStripOnly_(seed % 4 == 1) {
+    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0), stripAlone_(seed % 4 == 1) {
         for (std::size_t i = 0; i < kOutputs.size(); ++i) {
             GetOutput(i).keepsWritten = false;
             GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
@@ -310,18 +309,19 @@ private:
     void AddControls(std::vector<LibMidi::MIDIEvent>& events, std::uint8_t channel) {
         static constexpr std::uint8_t kKinds[] = {0xA0, 0xB0, 0xC0, 0xD0, 0xE0};
         static constexpr std::uint8_t kControllers[] = {0, 1, 7, 11, 32, 120, 121, 123};
-        const auto status = static_cast<std::uint8_t>(kKinds[Draw(bendsByStripOnly_ ? 4 : 5)] | channel);
+        const auto status = static_cast<std::uint8_t>(kKinds[Draw(stripAlone_ ? 4 : 5)] | channel);
         for (int i = 1 + Draw(5); i > 0; --i) {
             std::uint8_t first = DrawNote();
             if ((status & 0xF0) == 0xB0) {
                 first = kControllers[Draw(8)];
+                first = stripAlone_ && first == 1 ? 7 : first;
                 Name("controller", first);
                 if (first == 120 || first == 123) {
                     due_ = {};
                 } else if (first == 121) {
                     externalPedal_ = false;
                     externalSostenuto_ = false;
-                    bend_ = Kivora::PanelWheels::kPitchCentre;
+                    strip_ = {};
                 }
             }
             events.emplace_back(0U, status, first, static_cast<std::uint8_t>(Draw(128)));
@@ -363,18 +363,13 @@ private:
         }
     }
     void MoveStrip(Kivora::EWheel wheel, int value) {
-        if (wheel == Kivora::EWheel::kPitch) {
-            bend_ = value;
-            isBendKnown_ = true;
-        } else if (wheel == Kivora::EWheel::kSostenuto) {
-            stripSostenuto_ = value != 0;
-        }
+        strip_.Set(wheel, value);
+        isStripKnown_.set(static_cast<std::size_t>(wheel));
         front_->SetWheel(wheel, value);
     }
     void RestStrip() {
-        bend_ = Kivora::PanelWheels::kPitchCentre;
-        isBendKnown_ = true;
-        stripSostenuto_ = false;
+        strip_ = {};
+        isStripKnown_.set();
     }
 
     void ChangeSettings() {
@@ -572,7 +567,7 @@ private:
             front_->SetOutputPortByIndex(static_cast<int>(index));
         } catch (const NK::CException&) {
             Name("failed");
-            isBendKnown_ = false;
+            isStripKnown_.reset();
         }
         if (wasLost) {
             ForgetInput();  // it was opened anew
@@ -592,7 +587,7 @@ private:
     void Unplug() {
         Name("unplug");
         ForgetSent();
-        isBendKnown_ = false;
+        isStripKnown_.reset();
         const int index = GetEngine().GetOutputPortIndex();
         if (index >= 0) {
             GetOutput(static_cast<std::size_t>(index)).failsToWrite = true;
@@ -625,7 +620,7 @@ private:
                 Fail("something sounds when the instrument is closed");
             }
             for (const int channel : kVoiceChannels) {
-                CheckBend(synths_[i], channel, Kivora::PanelWheels::kPitchCentre);
+                CheckStrip(synths_[i], channel, {});
             }
             GetOutput(i).failsToWrite = false;
             GetOutput(i).failsToOpen = false;
@@ -714,18 +709,18 @@ private:
             if (synth.IsPedalDown() && !space_ && !externalPedal_) {
                 Fail("the pedal hangs");
             }
-            if (synth.IsSostenutoDown() && !externalSostenuto_ && !stripSostenuto_) {
+            if (synth.IsSostenutoDown() && !externalSostenuto_ && strip_.IsAtRest(Kivora::EWheel::kSostenuto)) {
                 Fail("the sostenuto pedal hangs");
             }
         }
-        CheckBends();
+        CheckStrip();
         if (isSongPaused_ && Toss()) {
             song_->Play();
         }
     }
 
-    /// What a voice plays is bent as the strip says, and what none plays is not, where nobody else bends it.
-    void CheckBends() {
+    /// What a voice plays on stands as the strip says, and what none plays on is at rest, where nobody else moves it.
+    void CheckStrip() {
         const int open = GetEngine().GetOutputPortIndex();
         for (int i = 0; i < 2; ++i) {
             for (const int channel : kVoiceChannels) {
@@ -733,18 +728,23 @@ private:
                 for (int slot = 0; slot < 3; ++slot) {
                     isPlayed = isPlayed || (i == open && GetEngine().VoiceChannel(slot) == channel);
                 }
-                const bool isAtRest = bend_ == Kivora::PanelWheels::kPitchCentre;
-                if (!isPlayed || isAtRest || (isBendKnown_ && IsWritten())) {
-                    CheckBend(synths_[static_cast<std::size_t>(i)], channel,
-                              isPlayed ? bend_ : Kivora::PanelWheels::kPitchCentre);
-                }
+                CheckStrip(synths_[static_cast<std::size_t>(i)], channel, isPlayed ? strip_ : Kivora::PanelWheels(),
+                           isPlayed && !IsWritten());
             }
         }
     }
-    void CheckBend(const SynthModel& synth, int channel, int bend) {
-        if (bendsByStripOnly_ && synth.GetControls(channel).wheel != bend) {
-            Fail("channel " + std::to_string(channel) + " is bent to " +
-                 std::to_string(synth.GetControls(channel).wheel) + " and not to " + std::to_string(bend));
+    void CheckStrip(const SynthModel& synth, int channel, const Kivora::PanelWheels& expected,
+                    bool isRestOnly = false) {
+        using enum Kivora::EWheel;
+        const SynthModel::Controls& controls = synth.GetControls(channel);
+        for (const auto& [wheel, value] :
+             {std::pair(kPitch, controls.wheel), std::pair(kModulation, int{controls.controller[1]}),
+              std::pair(kSoft, int{controls.controller[67]})}) {
+            const bool isKnown = !isRestOnly && isStripKnown_[static_cast<std::size_t>(wheel)];
+            if (stripAlone_ && (isKnown || expected.IsAtRest(wheel)) && value != expected.Get(wheel)) {
+                Fail("channel " + std::to_string(channel) + " has " + std::to_string(value) + " and not " +
+                     std::to_string(expected.Get(wheel)) + " of wheel " + std::to_string(static_cast<int>(wheel)));
+            }
         }
     }
 
@@ -799,9 +799,9 @@ private:
     std::array<Keys, SynthModel::kChannels> due_{};  ///< what must sound
     std::unique_ptr<Kivora::EngineFront> front_;
     std::unique_ptr<Kivora::SongPlayer> song_;
-    const bool sharesChannels_;    ///< what is played back, with the voices
-    const bool bendsByStripOnly_;  ///< neither the keyboard nor what is played back
-    bool isSongPaused_ = false;    ///< at the last rest
+    const bool sharesChannels_;  ///< what is played back, with the voices
+    const bool stripAlone_;      ///< neither the keyboard nor what is played back moves its wheels
+    bool isSongPaused_ = false;  ///< at the last rest
     Keys screen_;
     Keys computer_;
     Keys external_;
@@ -811,9 +811,8 @@ private:
     bool space_ = false;
     bool externalPedal_ = false;
     bool externalSostenuto_ = false;
-    int bend_ = Kivora::PanelWheels::kPitchCentre;  ///< of the strip
-    bool isBendKnown_ = true;                       ///< the output has been told of it
-    bool stripSostenuto_ = false;
+    Kivora::PanelWheels strip_;
+    std::bitset<5> isStripKnown_;  ///< which of them the output has been told of
     int actions_ = 0;
     std::deque<std::string> last_;
     std::string failure_;
