@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <utility>
 
 #include "libmidi/RoundThread.h"
@@ -69,12 +68,12 @@ private:
     void RunRounds() override {
         NK_REGISTER_THREAD_ROLE(player);
         MIDIPlayerQueue& queue = *player_.queue_;
-        queue.BeginRounds(*player_.timeSource_);
+        player_.BeginRounds();
         while (!IsStopRequested()) {
             std::int64_t untilNs = 0;
             if (!queue.IsRoundDue(untilNs)) {
                 player_.sleeper_.Wait(queue.GetWakeup(), untilNs);
-            } else if (!player_.RunDueRound()) {
+            } else if (!player_.RunRound(MIDIPlayerQueue::Round::kIfDue)) {
                 player_.OnWriteFailed();
                 break;
             }
@@ -123,6 +122,7 @@ MIDIPlayerImpl::~MIDIPlayerImpl() {
     queue_->SetAccepting(false);
     queue_->Clear();
     queue_->SetTimeSource(nullptr);
+    queue_->EndRounds();
 }
 
 void MIDIPlayerImpl::SetTimeSource(NK::CTimeSource* source) {
@@ -181,35 +181,15 @@ void MIDIPlayerImpl::Stop() {
 }
 
 void MIDIPlayerImpl::BeginRounds() {
-    previousNs_ = timeSource_->GetTimeNs();
+    queue_->BeginRounds(*timeSource_);
 }
 
-std::uint32_t MIDIPlayerImpl::TakeElapsedMs() {
-    constexpr std::int64_t kNsPerMs = 1000000;
-    const std::int64_t nowNs = timeSource_->GetTimeNs();
-    const std::int64_t elapsedMs = nowNs > previousNs_ ? (nowNs - previousNs_) / kNsPerMs : 0;
-    previousNs_ = nowNs;
-    return static_cast<std::uint32_t>(std::min<std::int64_t>(elapsedMs, std::numeric_limits<std::uint32_t>::max()));
-}
-
-bool MIDIPlayerImpl::RunPlayerRound() {
-    NK_ASSERT_THREAD_ROLE(player);
-    const std::uint32_t elapsedMs = TakeElapsedMs();
-    if (!queue_->HasWork()) {
-        return true;
-    }
-    const CLockGuard guard(outputsLock_);
-    taken_.clear();
-    queue_->AdvanceAndTake(elapsedMs, taken_);
-    return WriteTaken();
-}
-
-bool MIDIPlayerImpl::RunDueRound() {
+bool MIDIPlayerImpl::RunRound(MIDIPlayerQueue::Round round) {
     NK_ASSERT_THREAD_ROLE(player);
     {
         const CLockGuard guard(outputsLock_);
         taken_.clear();
-        queue_->TakeRound(taken_);
+        queue_->TakeRound(taken_, round);
         if (!WriteTaken()) {
             return false;
         }

@@ -37,11 +37,11 @@ public:
     void AddListener(MIDIPlayerListener* listener) override;
     void RemoveListener(MIDIPlayerListener* listener) override { listeners_.Remove(listener); }
 
-    /// Takes the present time as the one that the next round counts from. [player]
+    /// The next round counts from the present time of the time source, which is needed until the player ends. [player]
     void BeginRounds();
-    /// One round: whole milliseconds (of nanoseconds) since the round before elapse, and everything ready is written.
-    /// False when a write failed. Needs a time source. [player]
-    bool RunPlayerRound();
+    /// One round: the whole milliseconds since the round before elapse, the rest is carried to the next, and everything
+    /// ready is written, held back or not. False when a write failed. [player]
+    bool RunPlayerRound() { return RunRound(MIDIPlayerQueue::Round::kAtOnce); }
     /// Passes the note that was played first among those not yet told to the listeners. [events]
     void RunEventsRound();
 
@@ -55,8 +55,7 @@ private:
         MIDIOutPort* port;
     };
 
-    std::uint32_t TakeElapsedMs();
-    bool RunDueRound();
+    bool RunRound(MIDIPlayerQueue::Round round);
     bool WriteTaken() NK_REQUIRES(outputsLock_);
     bool WriteEvent(const MIDIEvent& event, int target) NK_REQUIRES(outputsLock_);
     bool WriteToAll(const MIDIEvent& event) NK_REQUIRES(outputsLock_);
@@ -71,7 +70,6 @@ private:
     std::vector<Output> outputs_ NK_GUARDED_BY(outputsLock_);
     int nextBinding_ NK_GUARDED_BY(outputsLock_) = 0;
 
-    std::int64_t previousNs_ = 0;    ///< of the player thread
     std::vector<TakenEvent> taken_;  ///< of the player thread; kept so that a round allocates nothing
     std::unique_ptr<NoteRing> played_;
 

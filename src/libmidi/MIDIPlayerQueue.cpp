@@ -170,6 +170,12 @@ public:
         return taken;
     }
 
+    void TakeReady(std::vector<TakenEvent>& out) NK_REQUIRES(lock) {
+        while (!ready.empty()) {
+            out.push_back(Take());
+        }
+    }
+
     void Clear() NK_REQUIRES(lock) {
         ready.clear();
         waiting.clear();
@@ -370,9 +376,7 @@ bool MIDIPlayerQueue::WaitUntilEmpty(std::uint32_t timeOut) {
 void MIDIPlayerQueue::AdvanceAndTake(std::uint32_t elapsedMs, std::vector<TakenEvent>& out) {
     const CLockGuard guard(state_->lock);
     state_->Advance(elapsedMs);
-    while (!state_->ready.empty()) {
-        out.push_back(state_->Take());
-    }
+    state_->TakeReady(out);
 }
 
 TakenEvent MIDIPlayerQueue::TakeNext() {
@@ -404,16 +408,14 @@ bool MIDIPlayerQueue::IsRoundDue(std::int64_t& untilNs) {
     return state_->IsRoundDue(untilNs);
 }
 
-void MIDIPlayerQueue::TakeRound(std::vector<TakenEvent>& out) {
+void MIDIPlayerQueue::TakeRound(std::vector<TakenEvent>& out, Round round) {
     const CLockGuard guard(state_->lock);
     std::int64_t untilNs = 0;
-    if (!state_->IsRoundDue(untilNs)) {
+    if (round == Round::kIfDue && !state_->IsRoundDue(untilNs)) {
         return;  // by now somebody holds it back
     }
     state_->Advance(state_->TakeElapsedMs());
-    while (!state_->ready.empty()) {
-        out.push_back(state_->Take());
-    }
+    state_->TakeReady(out);
     state_->readySinceNs = State::kLongAgo;
 }
 

@@ -57,16 +57,19 @@ public:
     /// Whether anything is ready or sounding; takes no lock.
     bool HasWork() const noexcept;
 
-    // The rounds of a player's thread, timed by a clock. Queueing wakes it: what is queued is to be taken at once,
+    // The rounds of a player, timed by a clock. Queueing wakes its thread: what is queued is to be taken at once,
     // unless it is held back.
     /// The time of a note with a duration counts from its queueing until EndRounds(). The clock is not owned. [player]
     void BeginRounds(NK::CTimeSource& clock);
     void EndRounds();
     /// Whether something is to be taken or ended now; else the wait for it on GetWakeup() ends at `untilNs`. [player]
     bool IsRoundDue(std::int64_t& untilNs);
-    /// AdvanceAndTake() by the whole milliseconds since the last round, if one is due; the rest is carried to the next.
-    /// [player]
-    void TakeRound(std::vector<TakenEvent>& out);
+    enum class Round {
+        kIfDue,  ///< nothing while it is held back
+        kAtOnce  ///< what is held back too, for whoever calls the rounds by hand
+    };
+    /// AdvanceAndTake() by the whole milliseconds since the last round; the rest is carried to the next. [player]
+    void TakeRound(std::vector<TakenEvent>& out, Round round = Round::kIfDue);
     NK::CWakeup& GetWakeup();
 
     /// Until LetGo(), what is queued is held back from rounds that are not due otherwise, so that one takes all of it;

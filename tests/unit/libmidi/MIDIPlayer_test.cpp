@@ -72,7 +72,7 @@ TEST_F(MIDIPlayerRounds, ANoteEndsAfterItsDurationOfTheTimeSource) {
     EXPECT_EQ(port.TakeWritten(), (Bytes{0x803C00}));
 }
 
-TEST_F(MIDIPlayerRounds, TheFractionOfAMillisecondIsDroppedEachRound) {
+TEST_F(MIDIPlayerRounds, TheFractionOfAMillisecondIsCarriedToTheNextRound) {
     struct CNanoClock : NK::CTimeSource {
         std::int64_t GetTimeNs() override { return now; }
         std::int64_t now = 0;
@@ -85,10 +85,7 @@ TEST_F(MIDIPlayerRounds, TheFractionOfAMillisecondIsDroppedEachRound) {
     clock.now += 1999999;
     player.RunPlayerRound();
     EXPECT_TRUE(port.TakeWritten().empty());
-    clock.now += 999999;
-    player.RunPlayerRound();
-    EXPECT_TRUE(port.TakeWritten().empty());
-    clock.now += 1000000;
+    clock.now += 1;
     player.RunPlayerRound();
     EXPECT_EQ(port.TakeWritten(), (Bytes{0x803C00}));
     player.SetTimeSource(&time);
