@@ -27,6 +27,11 @@ constexpr std::size_t kMostAtOnce = 4096;
 
 constexpr snd_seq_addr_t kSystemAnnouncements{SND_SEQ_CLIENT_SYSTEM, SND_SEQ_PORT_SYSTEM_ANNOUNCE};
 
+/// Whether it is the client itself that is no more, not the receiver that does not take an event.
+bool IsClientGone(int result) {
+    return result == -ENODEV || result == -EBADFD || result == -EBADF;
+}
+
 }  // namespace
 
 /// Sleeps until something arrives.
@@ -188,7 +193,11 @@ bool AlsaClient::IsConnected(snd_seq_addr_t sender, snd_seq_addr_t receiver) con
 
 bool AlsaClient::Send(snd_seq_event_t& event) {
     event.queue = SND_SEQ_QUEUE_DIRECT;
-    return api_.EventOutputDirect(sequencer_, &event) >= 0;
+    const int result = api_.EventOutputDirect(sequencer_, &event);
+    if (IsClientGone(result)) {
+        hasFailed_ = true;  // the reading thread tells of it when it finds out
+    }
+    return result >= 0;
 }
 
 bool AlsaClient::IsNews(const snd_seq_event_t& event) const {

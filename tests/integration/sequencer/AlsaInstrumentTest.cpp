@@ -141,6 +141,27 @@ TEST_F(AlsaInstrument, AProgramThatIsConnectedByAPatchbayPlays) {
     EXPECT_THAT(GetNotes(), testing::ElementsAre("on 62", "off 62"));
 }
 
+TEST_F(AlsaInstrument, WhoCutsAllConnectionsEndsTheKeysOfProgramsAndCutsNoDevice) {
+    ASSERT_TRUE(engine->SetInputPortByName(L"Other programs (Kivora LX in)"));
+    Connect("Other keyboard:0", "Kivora LX:1");
+    other->Send(0, 60, 100);
+    ASSERT_TRUE(WaitUntil([&] { return synth->GetCount() >= 1; }));
+    CChildProcess cut({"aconnect", "-x"});
+    cut.Wait();
+    ASSERT_TRUE(WaitUntil([&] { return synth->GetCount() >= 2; }));
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 60", "off 60"));
+    ASSERT_TRUE(engine->SetInputPortByName(L"All MIDI keyboards"));
+    synth->Clear();
+    other->Send(0, 62, 100);
+    ASSERT_TRUE(WaitUntil([&] { return synth->GetCount() >= 1; }));
+    CChildProcess again({"aconnect", "-x"});
+    again.Wait();
+    other->Send(0, 64, 100);
+    ASSERT_TRUE(WaitUntil([&] { return synth->GetCount() >= 2; })) << "keyboards are ours alone to connect";
+    EXPECT_THAT(GetNotes(), testing::ElementsAre("on 62", "on 64"));
+    EXPECT_FALSE(engine->IsOutputLost());
+}
+
 TEST_F(AlsaInstrument, AnOutputThatGoesIsToldAtOnceAndPlaysWhenItIsBack) {
     synth.reset();
     ASSERT_TRUE(Await([&] { return engine->IsOutputLost(); }));

@@ -127,12 +127,17 @@ TEST_F(AlsaInPorts, ALossIsToldAndTheLostNewsAreLookedFor) {
     device.SetPlace(std::nullopt);
 }
 
-TEST_F(AlsaInPorts, ASequencerThatFailsEndsWhatIsHeld) {
+/// What reading gives where the sequencer, or the program's client on it, is no more.
+class AlsaInPortsGone : public AlsaInPorts, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Each, AlsaInPortsGone, testing::Values(-ENODEV, -EBADFD, -EBADF, -EIO));
+
+TEST_P(AlsaInPortsGone, WhatIsHeldEnds) {
     ASSERT_EQ(device.Open(), kSuccess);
     ASSERT_EQ(keyboards.Open(), kSuccess);
     rig.Send(20, NoteOn(60));
     listener.Take();
-    rig.api.FailInput(-ENODEV);
+    rig.api.FailInput(GetParam());
     rig.client->RunInputRound();
     EXPECT_EQ(listener.Take(), (Batches{{0x803C00}, {0x803C00}}));
     EXPECT_EQ(device.LookAtDevice(), DeviceState::kLost);

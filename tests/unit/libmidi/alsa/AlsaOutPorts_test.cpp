@@ -95,4 +95,22 @@ TEST_F(AlsaOutPorts, AProgramThatDoesNotTakeItIsNoFailure) {
     EXPECT_EQ(programs.LookAtDevice(), DeviceState::kLost);
 }
 
+TEST_F(AlsaOutPorts, AClientThatIsGoneFailsEveryWriteAndIsNotSaidToBeBack) {
+    for (const int gone : {-ENODEV, -EBADFD, -EBADF}) {
+        CAlsaRig other;
+        other.Plug(20, "Synth");
+        AlsaProgramsOutPort otherPrograms(other.client);
+        AlsaDeviceOutPort otherDevice(other.client, NK::CString(L"Synth"));
+        otherDevice.SetPlace(snd_seq_addr_t{20, 0});
+        ASSERT_EQ(otherPrograms.Open(), kSuccess);
+        ASSERT_EQ(otherDevice.Open(), kSuccess);
+        other.api.outputResult = gone;
+        EXPECT_EQ(otherPrograms.Write(&kNote, 1), kDeviceError) << gone;
+        EXPECT_EQ(otherDevice.Write(&kNote, 1), kDeviceError) << gone;
+        EXPECT_FALSE(other.client->Works()) << gone;
+        EXPECT_EQ(otherPrograms.LookAtDevice(), DeviceState::kLost) << gone;
+        EXPECT_EQ(otherDevice.LookAtDevice(), DeviceState::kLost) << gone;
+    }
+}
+
 }  // namespace
