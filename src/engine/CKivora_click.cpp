@@ -66,10 +66,7 @@ LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {
 
 LibMidi::MIDIOutPort* CKivora::FindClickPort() {
     const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
-    if (ports == nullptr || extras_->click.GetSettings().sound != ClickSettings::Sound::kSynth) {
-        return nullptr;
-    }
-    LibMidi::MIDIOutPort* const port = ports->FindOutputByName(kSynthPort);
+    LibMidi::MIDIOutPort* const port = ports != nullptr ? ports->FindOutputByName(kSynthPort) : nullptr;
     return port != FindWantedOutput() ? port : nullptr;
 }
 
@@ -77,18 +74,24 @@ void CKivora::LookAtClick() {
     NK_ASSERT_THREAD_ROLE(gui);
     std::unique_ptr<ClickOutput> former;  // goes without the lock, as it waits for its device
     LibMidi::MIDIOutPort* port = nullptr;
+    bool isWanted = false;
     bool plays = false;
     {
         const Hold hold(*this);
         std::unique_ptr<ClickOutput>& output = extras_->clickOutput;
         port = FindClickPort();
-        if (output && &output->GetPort() != port) {
+        isWanted = extras_->click.GetSettings().sound == ClickSettings::Sound::kSynth;
+        if (output && (!isWanted || &output->GetPort() != port)) {
             former = std::move(output);
         }
         plays = output && !output->HasFailed();
     }
     former.reset();
     if (port == nullptr) {
+        return;
+    }
+    if (!isWanted) {
+        port->Close();  // nobody is to play through it: what was kept ready for that goes
         return;
     }
     // Without the lock: what these take is the system's matter, and only this thread opens and closes ports.

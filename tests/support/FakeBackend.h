@@ -84,6 +84,7 @@ public:
     std::function<void(const LibMidi::MIDIEvent&)> onWrite;
     int openAttempts = 0;
     int openCount = 0;
+    int closedInVain = 0;  ///< how often its output was closed that was not open
     bool isOpen = false;
 
 private:
@@ -99,8 +100,13 @@ public:
         : MIDIPortImpl(number, NK::CString(std::wstring_view(device.name)), device.flags),
           device_(device),
           log_(std::move(log)) {}
-    ~FakeOutPort() override { Close(); }
+    ~FakeOutPort() override { MIDIOutPortImpl::Close(); }
 
+    LibMidi::Result Close() override {
+        const LibMidi::Result result = MIDIOutPortImpl::Close();
+        device_.closedInVain += result == LibMidi::kNotOpen ? 1 : 0;
+        return result;
+    }
     LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
     bool HadName(const NK::CString& name) const override { return device_.HadName(name); }
 
@@ -209,9 +215,10 @@ public:
     std::vector<std::shared_ptr<FakeDevice>> devices;  ///< a null entry makes a null port
     Creation creation = Creation::kWorks;
     bool fixed = false;
-    bool follows = false;        ///< the set stays, and lists what is plugged in when it is updated
-    std::function<void()> tell;  ///< of the live set: devices have come or gone
-    std::wstring defaultInput;   ///< empty for none
+    bool follows = false;            ///< the set stays, and lists what is plugged in when it is updated
+    std::function<void()> tell;      ///< of the live set: devices have come or gone
+    std::function<void()> onUpdate;  ///< called when the live set is to look for devices
+    std::wstring defaultInput;       ///< empty for none
     std::wstring defaultOutput;
     int created = 0;
     FakeLog log = [](const std::string&) {};
@@ -239,6 +246,9 @@ private:
         bool IsFixed() const override { return backend_.fixed; }
         bool StaysThroughRescan() const override { return backend_.fixed || backend_.follows; }
         void Update() override {
+            if (backend_.onUpdate) {
+                backend_.onUpdate();
+            }
             if (backend_.follows) {
                 ListPorts();
             }

@@ -12,6 +12,14 @@ SynthOutPort::~SynthOutPort() {
     SynthOutPort::Close();
 }
 
+Result SynthOutPort::Close() {
+    const Result result = MIDIOutPortImpl::Close();
+    if (result == kNotOpen) {
+        synthesizer_->LetGo();
+    }
+    return result;
+}
+
 bool SynthOutPort::OpenDevice() {
     return synthesizer_->Open();
 }

@@ -16,6 +16,8 @@ public:
     explicit SynthOutPort(std::shared_ptr<Synthesizer> synthesizer);
     ~SynthOutPort() override;
 
+    /// A port that is not open lets go of what a look may have begun for its next opening.
+    Result Close() override;
     DeviceState LookAtDevice() override { return synthesizer_->LookAtSession(); }
     NK::CString GetLastError() const { return synthesizer_->GetLastError(); }  ///< [any]
 

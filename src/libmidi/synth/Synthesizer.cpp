@@ -84,6 +84,12 @@ void Synthesizer::Close() {
     }
 }
 
+void Synthesizer::LetGo() {
+    NK_ASSERT_THREAD_ROLE(gui);
+    spare_.reset();
+    looksToWait_ = 0;
+}
+
 DeviceState Synthesizer::LookAtSession() {
     NK_ASSERT_THREAD_ROLE(gui);
     if (session_ != nullptr && !session_->HasFailed()) {

@@ -56,6 +56,8 @@ public:
     /// Silences at once and frees everything; an audio system that is slow to let go does so behind the caller's back.
     void Close();
     bool IsOpen() const { return session_ != nullptr; }
+    /// Nobody is to open it again: what a look has begun goes.
+    void LetGo();
     /// What has become of the session that Open() began. When it has failed or hangs, each look takes the attempt to
     /// begin another one a step further, in that one's thread; with kBack one plays already, and Open() after Close()
     /// takes it over.

@@ -358,6 +358,26 @@ TEST_F(ClickTest, OnTheSynthesizerAloneARescanLeavesItPlaying) {
     EXPECT_TRUE(IsHeardAlone());
 }
 
+TEST_F(ClickTest, TheSynthesizerIsLetGoWhereNobodyWantsItAnyMore) {
+    Kivora::PortKeeper keeper(*front);
+    FakeDevice& synth = rig.GetDevice(kSynth);
+    keeper.Look();
+    EXPECT_EQ(synth.closedInVain, 0) << "it is the output";
+    SetState(kSynth, LibMidi::DeviceState::kLost);
+    keeper.Look();
+    keeper.Look();
+    EXPECT_EQ(synth.closedInVain, 0) << "it is the one that is wanted";
+    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    const int before = synth.closedInVain;
+    keeper.Look();
+    EXPECT_EQ(synth.closedInVain, before + 1);
+    Hear(Sound::kSynth);
+    keeper.Look();
+    EXPECT_EQ(synth.closedInVain, before + 1) << "the click wants it";
+    Hear(Sound::kOutput);
+    EXPECT_EQ(synth.closedInVain, before + 2) << "and no more";
+}
+
 TEST_F(ClickTest, NobodyWaitsForTheSynthesizerThatIsOpenedForTheClick) {
     ASSERT_TRUE(front->SetOutputPortByIndex(1));
     std::vector<std::future<int>> others;

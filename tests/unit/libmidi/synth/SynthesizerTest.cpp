@@ -11,6 +11,7 @@
 #include "FakeSynthApi.h"
 #include "libmidi/synth/SynthErrors.h"
 #include "libmidi/synth/SynthLog.h"
+#include "libmidi/synth/SynthOutPort.h"
 #include "nk/nk_translate.h"
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"
@@ -383,6 +384,27 @@ TEST_F(SynthesizerTest, InPlaceOfASessionThatFailedAnotherIsBegunBehindTheCaller
     EXPECT_EQ(look(), DeviceState::kWorks);
     EXPECT_EQ(synthesizer_->GetLastError(), L"");
     EXPECT_TRUE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90)));
+}
+
+TEST_F(SynthesizerTest, WhatWasBegunInPlaceOfASessionGoesWhereNobodyOpensItAgain) {
+    ShowSoundCard();
+    const auto synthesizer = std::make_shared<Synthesizer>(api_, environment_, limits_);
+    SynthOutPort port(synthesizer);
+    ASSERT_EQ(port.Open(), kSuccess);
+    std::thread([] { SynthLog::Write(true, "the server has gone"); }).join();
+    while (port.LookAtDevice() != DeviceState::kBack) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(port.Close(), kSuccess);
+    EXPECT_GT(api_.GetLive(), 0) << "ready for the next opening";
+    EXPECT_EQ(port.Close(), kNotOpen);
+    api_.WaitUntilFreed();
+    // Where a look at a closed port has begun one.
+    while (port.LookAtDevice() != DeviceState::kBack) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(port.Close(), kNotOpen);
+    api_.WaitUntilFreed();
 }
 
 TEST_F(SynthesizerTest, AnAudioSystemThatHangsIsTakenForLostAndAnotherOneIsBegun) {
