@@ -50,6 +50,9 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
 
 void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
     inputKeys_.Follow(message);
+    if (extras_->pedal.FollowInput(message)) {
+        return;
+    }
     if (EndsLatched(message)) {
         EndLatched();
     }
@@ -105,6 +108,7 @@ void CKivora::ReleaseInputKeys() {
     }
     inputKeys_.Clear();
     extras_->controls.ForgetPassed();
+    extras_->pedal.input = 0;
 }
 
 void CKivora::LiftInputHolds() {
@@ -114,9 +118,12 @@ void CKivora::LiftInputHolds() {
 }
 
 void CKivora::LiftInputPedal(std::uint8_t controller) {
-    if (sink_ && inputKeys_.IsPedalDown(controller)) {
+    if (!sink_ || !inputKeys_.IsPedalDown(controller)) {
+        return;
+    }
+    inputKeys_.LiftPedal(controller);
+    if (controller != HeldKeys::kSustainController || !extras_->pedal.key) {
         SendController(controller, 0);
-        inputKeys_.LiftPedal(controller);
     }
 }
 

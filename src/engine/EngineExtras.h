@@ -9,6 +9,7 @@
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
 #include "engine/PatchShelf.h"
+#include "engine/PedalHolders.h"
 #include "engine/RecentPresets.h"
 #include "engine/TakeGrid.h"
 #include "engine/TapTempo.h"
@@ -48,7 +49,11 @@ struct EngineExtras {
     std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
     BoundControls controls;  ///< of the input port
-    VelocityMap velocity;    ///< of the notes of the input port
+    /// How far the musical clock, which counts whole milliseconds, stands before where the changes of the tempo within
+    /// its bars have taken it; negative where it stands behind.
+    double clockAheadMs = 0;
+    VelocityMap velocity;  ///< of the notes of the input port
+    PedalHolders pedal;    ///< the key is set by EngineFront::SetSustain()
     PatchShelf patches;
     RecentPresets presets;
     BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()

@@ -56,6 +56,24 @@ void EngineFront::Silence() {
     engine_.SettleOutput();
 }
 
+void EngineFront::SetSustain(bool on) {
+    engine_.WithLock([&] {
+        const std::uint8_t held = engine_.WithExtras([on](EngineExtras& extras) {
+            extras.pedal.key = on;
+            return extras.pedal.input;
+        });
+        if (on || held == 0) {
+            engine_.SetSustain(on);
+        } else {
+            engine_.SendSustain(held);
+        }
+    });
+}
+
+void EngineFront::ForgetPedal() {
+    engine_.WithExtras([](EngineExtras& extras) { extras.pedal = {}; });
+}
+
 void EngineFront::Restore(const Held& held) {
     if (held.pedal != 0) {
         engine_.SendSustain(held.pedal);
@@ -130,6 +148,7 @@ void EngineFront::Panic() {
     engine_.WithLock([&] {
         StopSong();
         Silence();
+        ForgetPedal();
         engine_.ResetSynth();
     });
 }
@@ -365,6 +384,7 @@ void EngineFront::FallSilent() {
     engine_.WithLock([&] {
         PauseSong();
         engine_.ReleaseInputKeys();
+        ForgetPedal();
         Silence();
     });
 }
@@ -379,6 +399,7 @@ void EngineFront::Close() {
         });
         engine_.ReleaseInputKeys();
         engine_.CloseInputPort();
+        ForgetPedal();
         Silence();
         if (engine_.HasOutputFailed()) {
             engine_.CloseOutputPort();

@@ -35,7 +35,8 @@ public:
 
     CKivora& GetEngine() const { return engine_; }
 
-    void SetSustain(bool on) { engine_.SetSustain(on); }
+    /// Of a key of the computer. A pedal that the input's keyboard holds too goes up with the last of them.
+    void SetSustain(bool on);
     /// A wheel or pedal of the panel, on the channel of every voice; it stays so until it is moved again, by whomever,
     /// or a reset of the synthesizer or the end brings it to rest.
     void SetWheel(EWheel wheel, int value);
@@ -114,6 +115,8 @@ private:
     };
     Held GetHeld() const { return {pedal_, wheels_}; }
     void Silence();
+    /// Whoever holds the pedal holds it in vain from now on.
+    void ForgetPedal();
     void Restore(const Held& held);
     void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }

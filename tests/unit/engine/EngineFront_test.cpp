@@ -393,6 +393,56 @@ TEST_F(Front, NoNoteOnIsOvertakenByAController123QueuedAfterIt) {
     EXPECT_FALSE(IsSounding());
 }
 
+TEST_F(Front, APedalThatSpaceAndTheKeyboardHoldGoesUpWithTheLastOfThem) {
+    const auto isDown = [this] {
+        rig.RunPlayer();
+        return synth.IsPedalDown(0);
+    };
+    front.SetSustain(true);
+    rig.GetKeyboard().Deliver(0xB0, 64, 90);
+    rig.GetKeyboard().Deliver(0xB0, 64, 30);
+    rig.GetKeyboard().Deliver(0xB0, 64, 0);
+    EXPECT_TRUE(isDown()) << "Space holds it";
+    rig.GetKeyboard().Deliver(0xB0, 64, 90);
+    front.SetSustain(false);
+    EXPECT_TRUE(isDown()) << "the keyboard holds it";
+    EXPECT_EQ(synth.GetControls(0).controller[64], 90);
+    rig.GetKeyboard().Deliver(0xB0, 64, 0);
+    EXPECT_FALSE(isDown());
+}
+
+TEST_F(Front, AKeyboardThatIsLostWithItsPedalDownLeavesThePedalToSpace) {
+    front.SetSustain(true);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    rig.GetKeyboard().Lose(1);
+    rig.TakeWritten();
+    EXPECT_TRUE(synth.IsPedalDown(0));
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    ASSERT_TRUE(front.SetInputPortByIndex(1));
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    EXPECT_TRUE(synth.IsPedalDown(0));
+    front.SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown(0));
+}
+
+TEST_F(Front, WhoHeldThePedalBeforeAPanicHoldsItNoMore) {
+    front.SetSustain(true);
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    front.Panic();
+    front.SetSustain(true);
+    front.SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown(0));
+    front.SetSustain(true);
+    rig.GetKeyboard().Deliver(0xB0, 121, 0);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown(0));
+    rig.GetKeyboard().Deliver(0xB0, 64, 127);
+    rig.RunPlayer();
+    EXPECT_TRUE(synth.IsPedalDown(0));
+}
+
 TEST_F(Front, QuickPedalMovementsKeepTheirOrder) {
     for (int i = 0; i < 20; ++i) {
         front.SetSustain(true);

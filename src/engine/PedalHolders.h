@@ -1,0 +1,33 @@
+// Who holds the sustain pedal.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/HeldKeys.h"
+#include "midi/TMIDIMessage.h"
+
+namespace Kivora {
+
+/// The pedal is down while one of them holds it: a key of the computer, which whoever reads the keys tells, or the
+/// keyboard of the input port. Nobody does at first, and where nobody tells, the key holds nothing. Plain value.
+struct PedalHolders {
+    bool key = false;
+    std::uint8_t input = 0;  ///< the value of the keyboard's
+
+    /// Follows what comes from the input port. True for a movement of its pedal under the key, which changes nothing.
+    bool FollowInput(NK::MIDI::TMIDIMessage message) noexcept {
+        if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
+            return false;
+        }
+        if (message.data1 == HeldKeys::kResetController) {
+            *this = {};
+        }
+        if (message.data1 != HeldKeys::kSustainController) {
+            return false;
+        }
+        input = message.data2;
+        return key;
+    }
+};
+
+}  // namespace Kivora
