@@ -32,15 +32,21 @@ void CKivora::SetTempoInBar(int beatsPerMinute) {
     {
         const Hold hold(*this);
         AdvanceClock();
-        const double beats = clock_.beatsPerBar * clock_.bar + clock_.beat + clock_.offset / clock_.BeatLength();
+        const std::int64_t now = dependencies_.wallClockMs();
+        const double shownBeats = static_cast<double>(now - clockStartMs_) / clock_.BeatLength();
+        const double beats = shownBeats - extras_->clockAheadMs / clock_.BeatLength();
         if (!StoreTempo(beatsPerMinute)) {
             return;
         }
         // The arpeggiators count in ticks, which a place in the bar has at every tempo: they need no word of it.
-        // Never before that place: a beat that has begun would begin again.
-        const auto elapsed = static_cast<std::int64_t>(std::ceil(beats * clock_.BeatLength()));
-        clockStartMs_ = dependencies_.wallClockMs() - elapsed;
-        SetClockPosition(clock_, elapsed);
+        // What the nearest millisecond is off is made up for by the next change. A beat that has begun does not begin
+        // again.
+        const double exact = beats * clock_.BeatLength();
+        const double begun = std::ceil(std::floor(shownBeats) * clock_.BeatLength());
+        const double elapsed = std::max(std::round(exact), begun);
+        extras_->clockAheadMs = elapsed - exact;
+        clockStartMs_ = now - static_cast<std::int64_t>(elapsed);
+        SetClockPosition(clock_, static_cast<std::int64_t>(elapsed));
         if (sink_ && sink_->IsCapturing()) {
             extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_, false);
         }
@@ -93,6 +99,7 @@ bool CKivora::IsMetronomeOn() const {
 void CKivora::RestartClock() {
     const Hold hold(*this);
     clockStartMs_ = dependencies_.wallClockMs();
+    extras_->clockAheadMs = 0;
     lastBarSeen_ = -1;
     lastBeatSeen_ = -1;
     clock_.bar = 0;
@@ -172,6 +179,7 @@ void CKivora::AdvanceClock() {
     std::int64_t elapsed = now - clockStartMs_;
     if (elapsed < 0) {
         clockStartMs_ = now;
+        extras_->clockAheadMs = 0;
         elapsed = 0;
     }
     if (elapsed > kLongestRunMs) {

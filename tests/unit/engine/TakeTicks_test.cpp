@@ -206,6 +206,35 @@ TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsAlsoBehindATempoThatIsTurned) {
     EXPECT_EQ(content->tempoMap.GetChanges().size(), 2U);
 }
 
+TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsBehindManyTaps) {
+    rig.engine->SetTempo(90);
+    rig.engine->WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(96, 24); });  // half a beat
+    rig.engine->SetArpeggiating(true);
+    ASSERT_TRUE(front->StartRecording());
+    rig.engine->RestartClock();
+    rig.engine->PlayNoteOn(60, 100);
+    std::mt19937 random(3);
+    for (int tap = 0; tap < 300; ++tap) {
+        rig.Run(100 + static_cast<int>(random() % 300));
+        rig.engine->SetTempoInBar(80 + static_cast<int>(random() % 40));
+    }
+    rig.engine->PlayNoteOff(60);
+    rig.Run(1000);
+    front->StopRecording();
+    ASSERT_TRUE(journal->Save(journal->GetLatest(), path("take.mid"), true));
+    const auto content = NK::MIDI::ReadSMFFile(path("take.mid"));
+    ASSERT_TRUE(content && !content->damage);
+    int notes = 0;
+    for (const auto& event : content->events) {
+        if (event.message.status == 0x90 && event.message.data2 > 0) {
+            ++notes;
+            const int off = (static_cast<int>(event.tick) + 240) % 480 - 240;
+            EXPECT_LE(std::abs(off), 9) << "tick " << event.tick;
+        }
+    }
+    EXPECT_GT(notes, 100);
+}
+
 TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
     ASSERT_TRUE(front->StartRecording());
     PlayFor(500);
