@@ -12,6 +12,7 @@
 
 #include "app/FileOpening.h"
 #include "app/ScreenFit.h"
+#include "engine/EngineFailure.h"
 #include "engine/Settings.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_exception.h"
@@ -44,14 +45,14 @@ MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthCo
     setWindowTitle("Kivora LX");
     setMenuBar(new QMenuBar(this));
     setAcceptDrops(true);
-    const QString failure = CreateEngine();
+    const std::function<QString()> failure = CreateEngine();
     CreatePanel(ports == Ports::kOpen);
     FitAndCentre();
     if (ports == Ports::kOpenWhenPainted) {
         QTimer::singleShot(kPaintedAtLatestMs, this, &MainWindow::OpenPorts);  // it may be kept out of sight
     }
     if (!front_) {
-        panel_->setEngineFailure(tr("Fatal Error"), failure + "\r\n" + tr("Sorry, the application cannot continue."),
+        panel_->setEngineFailure(tr("Fatal Error"), failure() + "\r\n" + tr("Sorry, the application cannot continue."),
                                  failure, synth_, [this] {
                                      // The settings, which belong to the panel, are on the way out.
                                      QTimer::singleShot(0, this, &MainWindow::TryEngineAgain);
@@ -115,7 +116,7 @@ void MainWindow::OpenPorts() {
 }
 
 void MainWindow::TryEngineAgain() {
-    if (front_ || !CreateEngine().isEmpty()) {
+    if (front_ || CreateEngine()) {
         return;
     }
     // What was chosen, which the file does not have yet.
@@ -219,18 +220,20 @@ void MainWindow::EndAtOnce() {
     }
 }
 
-QString MainWindow::CreateEngine() {
+std::function<QString()> MainWindow::CreateEngine() {
     try {
         engine_ = createEngine_();
         if (!engine_) {
-            return tr("Engine creation failed.");
+            return [] { return tr("Engine creation failed."); };
         }
         front_ = std::make_unique<EngineFront>(*engine_);
         return {};
+    } catch (const EngineFailure& failure) {
+        return [failure] { return failure.GetText(); };
     } catch (const NK::CException& error) {
-        return QString::fromWCharArray(error.GetMessage());
+        return [text = QString::fromWCharArray(error.GetMessage())] { return text; };
     } catch (...) {
-        return tr("Failed to create MIDI engine (unknown exception).");
+        return [] { return tr("Failed to create MIDI engine (unknown exception)."); };
     }
 }
 

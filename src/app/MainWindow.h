@@ -77,8 +77,8 @@ protected:
 
 private:
     bool SaveSettings();
-    /// Why there is none; empty when there is one now.
-    QString CreateEngine();
+    /// Why there is none, in the language of the moment; null when there is one now.
+    std::function<QString()> CreateEngine();
     void CreatePanel(bool opensPorts);
     void EquipPanel();
     void HoldTestNote(bool isDown);

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "engine/EngineExtras.h"
+#include "engine/EngineFailure.h"
 #include "engine/SongPlayback.h"
-#include "nk/nk_exception.h"
 #include "nk/nk_steady_clock.h"
 #include "nk/nk_thread_role.h"
 
@@ -54,8 +54,8 @@ void CKivora::EndHold() {
     lock_.Unlock();
 }
 
-void CKivora::Fail(const QString& message) {
-    throw NK::CException(message.toStdWString().c_str());
+void CKivora::Fail(const char* source, const QString& name) {
+    throw EngineFailure(source, name);
 }
 
 }  // namespace Kivora

@@ -178,7 +178,7 @@ public:
     HeldKeys GetInputKeys() const;
     std::uint32_t GetInputLostCount() const;  ///< losses since the input port was opened; 0 without one
 
-    // Ports. Failures throw NK::CException with a translated text. [gui]
+    // Ports. Failures throw NK::CException, an EngineFailure, with a translated text. [gui]
     /// ShutdownMidi(), then lists the ports and makes the player and its sink. Throws
     /// "MIDI engine initalization failed (PortMIDI interface couldn't be created).",
     /// "MIDI engine initalization failed (error listing MIDI ports).", "No MIDI ports found.",
@@ -398,7 +398,8 @@ public slots:
 private:
     static constexpr int kPlayedOut = 1000;  ///< the time-out given to the sink's waits, which reduces it to 1 ms
 
-    [[noreturn]] static void Fail(const QString& message);
+    /// A text of the catalogue, and a name behind it; throws EngineFailure.
+    [[noreturn]] static void Fail(const char* source, const QString& name = {});
     bool IsReady() const NK_REQUIRES(lock_) { return outputPort_ != nullptr && player_ && sink_; }
     void Show(NK::MIDI::TMIDIMessage message) { emit OnMIDIEvent(static_cast<int>(message.ToWord())); }
     void Send(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_) { sink_->SendMessage(message, 0); }
@@ -446,7 +447,7 @@ private:
     /// Where the click is to be heard; null for nowhere.
     LibMidi::MIDIPlayerQueue* GetClickQueue() NK_REQUIRES(lock_);
     void StoreClick(const ClickSettings& settings) NK_REQUIRES(lock_);
-    /// The port that the click wants for itself; null for none.
+    /// The built-in synthesizer's, where nothing but the click may want it; null for none.
     LibMidi::MIDIOutPort* FindClickPort() NK_REQUIRES(lock_);
     /// Before the port is another one's, or goes; null is none.
     void CloseClickOn(const LibMidi::MIDIOutPort* port) NK_REQUIRES(lock_);

@@ -41,16 +41,16 @@ void CKivora::InitMidi() {
     if (!factory_->Refresh()) {
         if (!*threw) {
             factory_.reset();
-            Fail(tr("MIDI engine initalization failed (PortMIDI interface couldn't be created)."));
+            Fail(QT_TR_NOOP("MIDI engine initalization failed (PortMIDI interface couldn't be created)."));
         }
-        Fail(tr("MIDI engine initalization failed (error listing MIDI ports)."));
+        Fail(QT_TR_NOOP("MIDI engine initalization failed (error listing MIDI ports)."));
     }
     if (!factory_->HasPorts()) {
-        Fail(tr("No MIDI ports found."));
+        Fail(QT_TR_NOOP("No MIDI ports found."));
     }
     player_ = dependencies_.createPlayer ? dependencies_.createPlayer() : nullptr;
     if (!player_) {
-        Fail(tr("MIDI engine initalization failed (error creating MIDI player)."));
+        Fail(QT_TR_NOOP("MIDI engine initalization failed (error creating MIDI player)."));
     }
     player_->SetTimeSource(&timeSource_);
     playerTellsFailure_ = tickTimer_ && player_->TellOfFailure([this] { tickTimer_->SetEnabled(true); });
@@ -71,7 +71,7 @@ void CKivora::ListPortNames() {
     for (LibMidi::MIDIPortIterator next(ports); next.HasNext();) {
         const LibMidi::MIDIPort* port = next.Next();
         if (port == nullptr) {
-            Fail(tr("MIDI engine initalization failed (NULL port address)."));
+            Fail(QT_TR_NOOP("MIDI engine initalization failed (NULL port address)."));
         }
         const std::uint32_t flags = port->GetFlags();
         if ((flags & LibMidi::kUnavailableFlag) != 0) {
@@ -105,12 +105,12 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
     if (port == nullptr) {
-        Fail(tr("Attempt to set a NULL port as out."));
+        Fail(QT_TR_NOOP("Attempt to set a NULL port as out."));
     }
     CloseOutputPort();
     CloseClickOn(port);
     if (!player_ || port->Open() != LibMidi::kSuccess) {
-        Fail(tr("Failed to open output MIDI port."));
+        Fail(QT_TR_NOOP("Failed to open output MIDI port."));
     }
     follower_.emplace(*port);
     outputBinding_ = player_->AttachOutput(&*follower_);
@@ -120,7 +120,7 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     if (!player_->IsRunning() && !player_->Start()) {
         sink_->SetAccepting(false);
         sink_->Clear();
-        Fail(tr("Failed to start MIDI player."));
+        Fail(QT_TR_NOOP("Failed to start MIDI player."));
     }
     sink_->SetAccepting(true);
     ResetSynth();
@@ -162,13 +162,14 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
     }
     CloseInputPort();
     if (port == nullptr) {
-        Fail(tr("NULL input port."));
+        Fail(QT_TR_NOOP("NULL input port."));
     }
     if (port->Open() != LibMidi::kSuccess) {
-        Fail(tr("Failed to open input MIDI port:") + ' ' +
+        Fail(QT_TR_NOOP("Failed to open input MIDI port:"),
              QString::fromStdWString(std::wstring(port->GetName().View())));
     }
     inputKeys_.Clear();
+    extras_->pedal.input = 0;
     inputPort_.store(port);
     port->AddListener(this);
     inputPortName_ = port->GetName();
@@ -239,7 +240,7 @@ NK::CString CKivora::GetDefaultOutputPortName() const {
     const CLockGuard guard(lock_);
     const int index = FindDefaultOutputPort();
     if (index < 0) {
-        Fail(tr("No default output MIDI port found."));
+        Fail(QT_TR_NOOP("No default output MIDI port found."));
     }
     return outputNames_[static_cast<std::uint32_t>(index)];
 }
@@ -314,10 +315,17 @@ bool CKivora::RescanPorts() {
 
 bool CKivora::UpdatePorts() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const Hold hold(*this);
-    if (!factory_ || factory_->GetPortList() == nullptr) {
+    LibMidi::PortFactory* factory = nullptr;
+    {
+        const CLockGuard guard(lock_);
+        factory = factory_.get();
+    }
+    if (factory == nullptr || factory->GetPortList() == nullptr) {
         return false;
     }
+    // Without the lock: what it takes is the system's matter, and only this thread lists, opens and closes ports.
+    factory->Update();
+    const Hold hold(*this);
     const auto take = [](const NK::CStringArray& names) {
         std::vector<NK::CString> taken;
         for (std::uint32_t i = 0; i < names.GetSize(); ++i) {
@@ -326,7 +334,6 @@ bool CKivora::UpdatePorts() {
         return taken;
     };
     const auto before = std::pair(take(inputNames_), take(outputNames_));
-    factory_->Update();
     ListPortNames();
     const LibMidi::MIDIPortContainer& ports = *factory_->GetPortList();
     if (const auto* input = inputPort_.load() == nullptr ? ports.FindInputByName(inputPortName_) : nullptr) {

@@ -205,6 +205,8 @@ void KivoraWidget::loadLanguageFiles() {
     updateTempo();
     updateStatusDisplay();
     updateNotices();
+    updateTakeNotice();
+    showInputLosses();
     updateMetronome();
     arpeggiatingChanged();
     if (octaveOfferTimer_.isActive()) {

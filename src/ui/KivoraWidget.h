@@ -98,9 +98,10 @@ public:
     /// again at the next start for the same reasons. From then on the display says what does not sound or was lost, and
     /// what is back is opened again where that disturbs nothing.
     void openPorts();
-    /// Where there is no engine: the box that says so, and its reason alone. `synth`, which may be null and is not
-    /// owned, can be set up all the same; `engineWanted` is called when the user has been to the settings.
-    void setEngineFailure(const QString& title, const QString& text, const QString& reason,
+    /// Where there is no engine: the box that says so, and its reason alone, in the language of the moment. `synth`,
+    /// which may be null and is not owned, can be set up all the same; `engineWanted` is called when the user has been
+    /// to the settings.
+    void setEngineFailure(const QString& title, const QString& text, std::function<QString()> reason,
                           LibMidi::SynthControl* synth, std::function<void()> engineWanted = {});
 
     /// For the settings: what looks at the sound.
@@ -271,6 +272,8 @@ private:
     void leaveForLater(int id);
     void tellLostJournals();
     void updateTakeNotice();
+    /// On the MIDI lamp, once there are any.
+    void showInputLosses();
     /// Asks about all that wait, and waits. False when the user wants to decide later.
     bool decideAboutTakes();
     bool isReadyToClose();
@@ -339,9 +342,9 @@ private:
     QTimer panelTimer_;
     std::unique_ptr<Kivora::PortKeeper> keeper_;  ///< null until the ports are opened
     QTimer portTimer_;
-    bool inputLossTold_ = false;  ///< since ports were chosen
-    QTimer inputReturnTimer_;     ///< runs while the return of the keyboard is told
-    QString engineFailure_;
+    bool inputLossTold_ = false;              ///< since ports were chosen
+    QTimer inputReturnTimer_;                 ///< runs while the return of the keyboard is told
+    std::function<QString()> engineFailure_;  ///< null with an engine, and where nobody has told
     std::function<void()> engineWanted_;
     LibMidi::SynthControl* substituteSynth_ = nullptr;
     SoundDoctorTools doctor_;

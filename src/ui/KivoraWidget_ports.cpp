@@ -50,9 +50,9 @@ void KivoraWidget::openPorts() {
     }
 }
 
-void KivoraWidget::setEngineFailure(const QString& title, const QString& text, const QString& reason,
+void KivoraWidget::setEngineFailure(const QString& title, const QString& text, std::function<QString()> reason,
                                     LibMidi::SynthControl* synth, std::function<void()> engineWanted) {
-    engineFailure_ = reason;
+    engineFailure_ = std::move(reason);
     engineWanted_ = std::move(engineWanted);
     substituteSynth_ = synth;
     notices_.Tell(QMessageBox::Critical, title, text);
@@ -65,7 +65,7 @@ void KivoraWidget::setSoundDoctor(SoundDoctorTools tools) {
 
 QString KivoraWidget::explainPorts() const {
     if (engine_ == nullptr) {
-        return engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineExplanation(engineFailure_);
+        return engineFailure_ ? SoundTexts::NoEngineExplanation(engineFailure_()) : QString();
     }
     if (keeper_ == nullptr) {
         return {};
@@ -94,24 +94,25 @@ void KivoraWidget::updateNotices() {
         }
     };
     if (engine_ == nullptr) {
-        tell(Topic::kSound, engineFailure_.isEmpty() ? QString() : SoundTexts::NoEngineNotice(engineFailure_));
+        tell(Topic::kSound, engineFailure_ ? SoundTexts::NoEngineNotice(engineFailure_()) : QString());
     } else if (keeper_ != nullptr) {
         const PortKeeper::OutputState state = keeper_->GetOutputState();
         tell(Topic::kSound, SoundTexts::OutputNotice(state, SoundTexts::PortName(engine_->GetOutputPortName()),
                                                      engine_->IsRecording()));
         if (engine_->IsInputLost()) {
             tell(Topic::kInput, SoundTexts::InputNotice(SoundTexts::PortName(engine_->GetInputPortName())));
-        } else if (!inputReturnTimer_.isActive()) {
+        } else if (inputReturnTimer_.isActive()) {
+            line.tell(Topic::kInput, SoundTexts::InputReturned(SoundTexts::PortName(engine_->GetInputPortName())));
+        } else {
             line.withdraw(Topic::kInput);
         }
     }
 }
 
 void KivoraWidget::inputReturned() {
-    display_->notice()->tell(Topic::kInput,
-                             SoundTexts::InputReturned(SoundTexts::PortName(engine_->GetInputPortName())));
     inputReturnTimer_.setSingleShot(true);
     inputReturnTimer_.start(kReturnToldMs);
+    updateNotices();
 }
 
 bool KivoraWidget::isOutputWorking() const {
@@ -123,10 +124,16 @@ void KivoraWidget::outputLost() {
     updateNotices();
 }
 
+void KivoraWidget::showInputLosses() {
+    if (const std::uint32_t losses = engine_ != nullptr ? engine_->GetInputLostCount() : 0; losses > 0) {
+        midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
+                                 nullptr, static_cast<int>(losses)));
+        midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
+    }
+}
+
 void KivoraWidget::inputLost() {
-    midiLamp_->setToolTip(tr("Messages of the MIDI keyboard were lost %n time(s), and its held keys were released.",
-                             nullptr, static_cast<int>(engine_->GetInputLostCount())));
-    midiLamp_->setAccessibleDescription(midiLamp_->toolTip());
+    showInputLosses();
     if (!std::exchange(inputLossTold_, true)) {
         UnaskedBox::show(
             Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),

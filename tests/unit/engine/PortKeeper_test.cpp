@@ -434,6 +434,17 @@ TEST_F(FollowingKeeper, ADeviceThatComesOrGoesIsListedAndNothingThatPlaysIsTouch
     EXPECT_EQ(returns, 0);
 }
 
+TEST_F(FollowingKeeper, NobodyWaitsForTheSystemThatListsItsDevices) {
+    std::vector<std::future<int>> others;
+    rig.backend.onUpdate = [&] {
+        others.push_back(std::async(std::launch::async, [&] { return engine.GetTempo(); }));
+        EXPECT_EQ(others.back().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+    };
+    Plug(std::make_shared<FakeDevice>(L"New keys", LibMidi::kInput));
+    EXPECT_EQ(others.size(), 1U);
+    EXPECT_GE(engine.GetInputPortNames().Find(L"New keys"), 0);
+}
+
 TEST_F(FollowingKeeper, WhatTheListsChangeOfTheOutputIsTold) {
     engine.CloseOutputPort();
     engine.SetSavedOutputPortName(L"Grand");

@@ -324,6 +324,24 @@ TEST_F(MainWindowTest, TheFatalBoxIsInTheLanguageInForce) {
     Kivora::SetLocale("en_US", false);
 }
 
+TEST_F(MainWindowTest, WhyThereIsNoEngineIsSaidInTheLanguageOfTheMoment) {
+    rig_.backend.devices.clear();
+    MainWindow withoutPorts(RealEngine());
+    MainWindow withoutEngine([] { return std::unique_ptr<CKivora>(); });
+    withoutPorts.show();
+    withoutEngine.show();
+    WaitForBoxes(2);
+    EXPECT_EQ(Notice(withoutPorts), "No sound: No MIDI ports found.");
+    EXPECT_EQ(Notice(withoutEngine), "No sound: Engine creation failed.");
+    Kivora::SetLocale("ru_RU", false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Notice(withoutPorts), "Нет звука: Порты MIDI не найдены.");
+    EXPECT_EQ(Notice(withoutEngine), "Нет звука: Не удалось создать движок.");
+    Kivora::SetLocale("en_US", false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Notice(withoutPorts), "No sound: No MIDI ports found.");
+}
+
 TEST_F(MainWindowTest, ChangingTheLanguageRetranslatesWhatIsOpen) {
     MainWindow window(RealEngine());
     window.show();

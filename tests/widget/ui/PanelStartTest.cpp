@@ -372,6 +372,10 @@ TEST_F(PanelStart, LostMessagesAreToldOnceByABoxThatStopsNobodyAndCountedAtTheLa
     EXPECT_NE(Lamp().toolTip(), once);
     EXPECT_TRUE(Lamp().toolTip().contains("2"));
     EXPECT_EQ(Lamp().accessibleDescription(), Lamp().toolTip());
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    EXPECT_TRUE(Lamp().toolTip().startsWith("Сообщения")) << Lamp().toolTip().toStdString();
+    EXPECT_TRUE(Lamp().toolTip().contains("2"));
 }
 
 }  // namespace
