@@ -5,6 +5,7 @@
 #include <bitset>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <random>
 #include <string>
@@ -17,6 +18,9 @@
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"
+#include "unit/engine/AlsaStudio.h"
+#include "unit/engine/FakeStudio.h"
+#include "unit/engine/PortMidiStudio.h"
 #include "unit/engine/SongRig.h"
 
 using namespace KivoraTest;
@@ -30,14 +34,22 @@ using Keys = std::bitset<128>;
 /// Plays an instrument at random and knows which keys and pedals are down.
 class Musician {
 public:
-    explicit Musician(std::uint32_t seed) : random_(seed), sharesChannels_(seed % 2 == 0), stripAlone_(seed % 4 == 1) {
-        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
-            GetOutput(i).keepsWritten = false;
-            GetOutput(i).onWrite = [this, i](const LibMidi::MIDIEvent& event) { synths_[i].Play(event); };
-        }
+    using MakeStudio = std::function<std::unique_ptr<Studio>(EngineRig& rig)>;
+
+    Musician(const MakeStudio& makeStudio, std::uint32_t seed)
+        : random_(seed), studio_(makeStudio(rig_)), sharesChannels_(seed % 2 == 0), stripAlone_(seed % 4 == 1) {
+        studio_->onWrite = [this](std::size_t synth, const LibMidi::MIDIEvent& event) { synths_[synth].Play(event); };
         rig_.onSend = [this](const LibMidi::MIDIEvent& event, bool timed) { sent_.Send(event, timed); };
         Begin();
     }
+
+    ~Musician() {
+        song_.reset();
+        front_.reset();
+        rig_.engine.reset();  // before its devices
+    }
+    Musician(const Musician&) = delete;
+    Musician& operator=(const Musician&) = delete;
 
     /// One action. Sets what GetFailure() returns when a check has failed.
     void Act() {
@@ -77,11 +89,8 @@ public:
 
 private:
     static constexpr std::array kVoiceChannels{0, 1, 2, 9};
-    static constexpr std::array<const wchar_t*, 2> kOutputs{kSynth, kOtherSynth};
-    static constexpr std::array<const wchar_t*, 2> kInputs{kKeyboard, kOtherKeyboard};
     static constexpr std::uint8_t kPadChannel = 15;
 
-    FakeDevice& GetOutput(std::size_t index) { return rig_.GetDevice(kOutputs[index]); }
     Kivora::CKivora& GetEngine() { return *rig_.engine; }
     int Draw(int below) { return static_cast<int>(random_() % static_cast<std::uint32_t>(below)); }
     bool Toss() { return Draw(2) != 0; }
@@ -101,14 +110,16 @@ private:
     }
 
     void Begin() {
-        rig_.Create();
+        Kivora::EngineDependencies dependencies = rig_.GetDependencies();
+        dependencies.backends = {studio_->GetCreator()};
+        rig_.engine = std::make_unique<Kivora::CKivora>(std::move(dependencies));
         front_ = std::make_unique<Kivora::EngineFront>(GetEngine());
         song_ = std::make_unique<Kivora::SongPlayer>(*front_);
-        rig_.backend.defaultInput = kKeyboard;
         front_->OpenPorts();
         screen_.reset();
         computer_.reset();
         space_ = false;
+        spaceDue_ = false;
         RestStrip();
         pads_.reset();
         boundPads_.reset();
@@ -128,9 +139,17 @@ private:
         externalSostenuto_ = false;
     }
 
-    FakeInPort* GetInput() {
-        const int index = GetEngine().GetInputPortIndex();
-        return index < 0 ? nullptr : rig_.backend.GetIn(kInputs[static_cast<std::size_t>(index)]);
+    /// Whether a keyboard can be played.
+    bool HasInput() { return GetEngine().GetInputPortIndex() >= 0 && !GetEngine().IsInputLost(); }
+    void PlayInput(const std::vector<LibMidi::MIDIEvent>& events) {
+        studio_->Play(GetEngine().GetInputPortIndex(), events);
+    }
+    void PlayInput(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
+        PlayInput({{0U, status, data1, data2}});
+    }
+    /// A keyboard lets a note go on the channel on which it began it.
+    static std::uint8_t OnChannelOf(std::uint8_t kind, std::uint8_t note) {
+        return static_cast<std::uint8_t>(kind | (note & 0x0F));
     }
 
     /// A key that is down, searched from a random one on; false when none is.
@@ -167,7 +186,7 @@ private:
     }
     bool IsWritten() {
         const int open = GetEngine().GetOutputPortIndex();
-        return open >= 0 && !GetEngine().IsOutputLost() && !GetOutput(static_cast<std::size_t>(open)).failsToWrite;
+        return open >= 0 && !GetEngine().IsOutputLost() && !studio_->FailsToWrite(static_cast<std::size_t>(open));
     }
 
     void Play() {
@@ -183,8 +202,7 @@ private:
 
     /// Pads on a channel of their own, some of which are bound to the panel and not heard.
     void PlayPads() {
-        FakeInPort* const input = GetInput();
-        if (input == nullptr) {
+        if (!HasInput()) {
             return;
         }
         const auto note = static_cast<std::uint8_t>(48 + Draw(8));
@@ -200,27 +218,27 @@ private:
                 external_.set(pad);
                 Follow(note, true);
             }
-            input->Deliver(0x90 | kPadChannel, note, DrawVelocity());
+            PlayInput(0x90 | kPadChannel, note, DrawVelocity());
             return;
         }
         Name(silentPads_[pad] ? "silent pad off" : "pad off", note);
         pads_.reset(pad);
         if (silentPads_[pad]) {
-            input->Deliver(0xA0 | kPadChannel, note, DrawVelocity());
+            PlayInput(0xA0 | kPadChannel, note, DrawVelocity());
         } else if (!external_[pad]) {
             return;  // it was ended, and its release would be another key's
         } else {
             external_.reset(pad);
             Follow(note, false);
         }
-        input->Deliver(0x80 | kPadChannel, note, 0);
+        PlayInput(0x80 | kPadChannel, note, 0);
     }
 
     void BindPad(std::uint8_t note) {
         boundPads_.flip(note);
         Name(boundPads_[note] ? "bind" : "unbind", note);
         Kivora::MidiBindings bindings;
-        for (const wchar_t* device : kInputs) {
+        for (const wchar_t* device : {kKeyboard, kOtherKeyboard}) {
             for (std::size_t pad = 0; pad < boundPads_.size(); ++pad) {
                 if (boundPads_[pad]) {
                     bindings.Bind({device,
@@ -277,8 +295,7 @@ private:
     }
 
     void PlayExternally() {
-        FakeInPort* input = GetInput();
-        if (input == nullptr) {
+        if (!HasInput()) {
             return;
         }
         std::vector<LibMidi::MIDIEvent> events;
@@ -289,19 +306,18 @@ private:
                 Name("external on", note);
                 external_.set(note);
                 Follow(note, true);
-                events.emplace_back(0U, static_cast<std::uint8_t>(0x90 | channel), note, DrawVelocity());
+                events.emplace_back(0U, OnChannelOf(0x90, note), note, DrawVelocity());
             } else if (DrawHeld(external_, note)) {
                 Name("external off", note);
                 external_.reset(note);
                 Follow(note, false);
-                events.emplace_back(0U, static_cast<std::uint8_t>((Toss() ? 0x80 : 0x90) | channel), note,
-                                    std::uint8_t{0});
+                events.emplace_back(0U, OnChannelOf(Toss() ? 0x80 : 0x90, note), note, std::uint8_t{0});
             } else {
                 AddControls(events, channel);
             }
         }
         if (!events.empty()) {
-            input->Deliver(std::move(events));
+            PlayInput(events);
         }
     }
 
@@ -319,6 +335,7 @@ private:
                 if (first == 120 || first == 123) {
                     due_ = {};
                 } else if (first == 121) {
+                    spaceDue_ = false;
                     externalPedal_ = false;
                     externalSostenuto_ = false;
                     strip_ = {};
@@ -329,19 +346,19 @@ private:
     }
 
     void MovePedal() {
-        FakeInPort* input = GetInput();
-        if (Toss() || input == nullptr) {
+        if (Toss() || !HasInput()) {
             space_ = !space_;
             Name("space", space_ ? 1 : 0);
             front_->SetSustain(space_);
+            spaceDue_ = space_ && !sharesChannels_;  // which a song may lift
         } else if (Draw(3) == 0) {
             externalSostenuto_ = !externalSostenuto_;
             Name("sostenuto", externalSostenuto_ ? 1 : 0);
-            input->Deliver(0xB7, 66, externalSostenuto_ ? 127 : 0);
+            PlayInput(0xB7, 66, externalSostenuto_ ? 127 : 0);
         } else {
             externalPedal_ = !externalPedal_;
             Name("pedal", externalPedal_ ? 1 : 0);
-            input->Deliver(0xB3, 64, externalPedal_ ? DrawVelocity() : 0);
+            PlayInput(0xB3, 64, externalPedal_ ? DrawVelocity() : 0);
         }
     }
 
@@ -481,8 +498,9 @@ private:
     }
 
     void ActRarely() {
-        const int choice = Draw(60);
+        const int choice = Draw(64);
         due_ = {};
+        spaceDue_ = false;
         if (choice < 10) {
             Name("preset");
             front_->ReplaceVoices([this] { return LoadPreset(); });
@@ -506,11 +524,13 @@ private:
             Name("all notes off");
             front_->AllNotesOff();
         } else if (choice < 59) {
-            if (FakeInPort* input = GetInput()) {
+            if (HasInput()) {
                 Name("input lost");
                 ForgetInput();
-                input->Lose(1);
+                studio_->Lose(GetEngine().GetInputPortIndex());
             }
+        } else if (choice < 63) {
+            Replug();
         } else {
             Close();
         }
@@ -558,10 +578,10 @@ private:
         Name("output");
         ForgetSent();
         const auto index = static_cast<std::size_t>(Draw(2));
-        if (GetOutput(index).failsToWrite && Toss()) {
-            GetOutput(index).failsToWrite = false;
+        if (studio_->FailsToWrite(index) && Toss()) {
+            studio_->SetFailsToWrite(index, false);
         }
-        GetOutput(index).failsToOpen = Draw(5) == 0;
+        studio_->SetFailsToOpen(index, Draw(5) == 0);
         const bool wasLost = GetEngine().IsOutputLost();
         try {
             front_->SetOutputPortByIndex(static_cast<int>(index));
@@ -576,7 +596,7 @@ private:
 
     void SetInput() {
         Name("input");
-        const int index = Draw(2);
+        const int index = Draw(studio_->CountInputs());
         const bool changes = index != GetEngine().GetInputPortIndex();
         front_->SetInputPortByIndex(index);
         if (changes) {
@@ -590,7 +610,7 @@ private:
         isStripKnown_.reset();
         const int index = GetEngine().GetOutputPortIndex();
         if (index >= 0) {
-            GetOutput(static_cast<std::size_t>(index)).failsToWrite = true;
+            studio_->SetFailsToWrite(static_cast<std::size_t>(index), true);
             synths_[static_cast<std::size_t>(index)].Clear();
         }
     }
@@ -599,10 +619,7 @@ private:
         Name("rescan");
         ForgetSent();
         const bool refused = GetEngine().IsRecording();
-        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
-            GetOutput(i).failsToWrite = false;
-            GetOutput(i).failsToOpen = false;
-        }
+        RepairOutputs();
         front_->RescanPorts();
         if (!refused) {
             ForgetInput();
@@ -615,17 +632,38 @@ private:
         song_.reset();
         front_.reset();
         rig_.engine.reset();
-        for (std::size_t i = 0; i < kOutputs.size(); ++i) {
-            if (synths_[i].IsSounding() || synths_[i].IsPedalDown()) {
+        for (const SynthModel& synth : synths_) {
+            if (synth.IsSounding() || synth.IsPedalDown()) {
                 Fail("something sounds when the instrument is closed");
             }
             for (const int channel : kVoiceChannels) {
-                CheckStrip(synths_[i], channel, {});
+                CheckStrip(synth, channel, {});
             }
-            GetOutput(i).failsToWrite = false;
-            GetOutput(i).failsToOpen = false;
         }
+        RepairOutputs();
         Begin();
+    }
+
+    void RepairOutputs() {
+        for (std::size_t i = 0; i < Studio::kSynths; ++i) {
+            studio_->SetFailsToWrite(i, false);
+            studio_->SetFailsToOpen(i, false);
+        }
+    }
+
+    /// All keyboards are pulled out with what they hold, and are back.
+    void Replug() {
+        const bool told = studio_->Replug([this] {
+            GetEngine().UpdatePorts();
+            GetEngine().LookAtInput();
+        });
+        if (told) {
+            Name("replug");
+            ForgetInput();
+            GetEngine().UpdatePorts();
+            GetEngine().LookAtInput();
+            GetEngine().ReopenInputPort();
+        }
     }
 
     /// What a key that is down may sound: per channel its notes.
@@ -709,6 +747,9 @@ private:
             if (synth.IsPedalDown() && !space_ && !externalPedal_) {
                 Fail("the pedal hangs");
             }
+            if (spaceDue_ && i == open && IsWritten() && !synth.IsPedalDown(GetEngine().VoiceChannel(0))) {
+                Fail("Space holds no pedal");
+            }
             if (synth.IsSostenutoDown() && !externalSostenuto_ && strip_.IsAtRest(Kivora::EWheel::kSostenuto)) {
                 Fail("the sostenuto pedal hangs");
             }
@@ -752,7 +793,7 @@ private:
     void LetGo() {
         Name("let go");
         song_->Stop();
-        FakeInPort* const input = GetInput();
+        const bool hasInput = HasInput();
         for (int i = 0; i < 128; ++i) {
             const auto note = static_cast<std::uint8_t>(i);
             if (screen_[note]) {
@@ -761,19 +802,20 @@ private:
             if (computer_[note]) {
                 GetEngine().PlayNoteOff(note);
             }
-            if (external_[note] && input != nullptr) {
-                input->Deliver(0x80, note, 0);
+            if (external_[note] && hasInput) {
+                PlayInput(OnChannelOf(0x80, note), note, 0);
             }
         }
         screen_.reset();
         computer_.reset();
         due_ = {};
-        if (input != nullptr) {
-            input->Deliver(0xB3, 64, 0);
-            input->Deliver(0xB7, 66, 0);
+        if (hasInput) {
+            PlayInput(0xB3, 64, 0);
+            PlayInput(0xB7, 66, 0);
         }
         ForgetInput();
         space_ = false;
+        spaceDue_ = false;
         RestStrip();
         front_->RestWheels();
         front_->SetSustain(false);
@@ -793,6 +835,7 @@ private:
 
     std::mt19937 random_;
     EngineRig rig_;
+    const std::unique_ptr<Studio> studio_;
     std::array<SynthModel, 2> synths_;
     SentModel sent_;
     bool isSentKnown_ = false;                       ///< whether it can be compared with what the open output sounds
@@ -809,6 +852,7 @@ private:
     Keys silentPads_;  ///< those of them that were bound when they went down
     Keys boundPads_;
     bool space_ = false;
+    bool spaceDue_ = false;  ///< nothing has lifted what it holds
     bool externalPedal_ = false;
     bool externalSostenuto_ = false;
     Kivora::PanelWheels strip_;
@@ -818,15 +862,32 @@ private:
     std::string failure_;
 };
 
-}  // namespace
+template <class Kind>
+std::unique_ptr<Studio> Make(EngineRig& rig) {
+    return std::make_unique<Kind>(rig);
+}
 
-TEST(HungNotes, WhatIsHeldSoundsWhateverSoundsIsHeldOrArpeggiatedAndWhatWasSentLastStands) {
+void PlayAtRandom(const Musician::MakeStudio& makeStudio, int actions) {
     constexpr int kSeeds = 10;
     for (std::uint32_t seed = 1; seed <= kSeeds; ++seed) {
-        Musician musician(seed);
-        for (int i = 0; i < kActions / kSeeds; ++i) {
+        Musician musician(makeStudio, seed);
+        for (int i = 0; i < actions / kSeeds; ++i) {
             musician.Act();
             ASSERT_EQ(musician.GetFailure(), "") << "seed " << seed << ", " << musician.Describe();
         }
     }
+}
+
+}  // namespace
+
+TEST(HungNotes, WhatIsHeldSoundsWhateverSoundsIsHeldOrArpeggiatedAndWhatWasSentLastStands) {
+    PlayAtRandom(&Make<FakeStudio>, kActions);
+}
+
+TEST(HungNotes, TheSameThroughPortMidi) {
+    PlayAtRandom(&Make<PortMidiStudio>, kActions / 4);
+}
+
+TEST(HungNotes, TheSameThroughTheSequencer) {
+    PlayAtRandom(&Make<AlsaStudio>, kActions / 4);
 }

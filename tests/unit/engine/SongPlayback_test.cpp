@@ -500,3 +500,12 @@ TEST(SongTest, WhatComesTooLateIsLeftOut) {
     EXPECT_EQ(song.GetEvents().size(), 2U);
     EXPECT_EQ(song.GetLengthUs(), Song::kLongestUs);
 }
+
+TEST(Song, OfATakeWithNothingToPlayIsEmpty) {
+    LibMidi::CaptureStore take;
+    EXPECT_TRUE(Kivora::Song(take.GetView()).IsEmpty());
+    take.Append({0, {NK::MIDI::TMIDIMessage::kSystemReset, 0, 0, 0}});
+    EXPECT_TRUE(Kivora::Song(take.GetView()).IsEmpty());
+    take.Append({100, {0x90, 1, 60, 100}});
+    EXPECT_EQ(Kivora::Song(take.GetView()).GetEvents().size(), 2U) << "and what closes the track";
+}

@@ -205,6 +205,9 @@ public:
     }
     int SubscribePort(snd_seq_t*, snd_seq_addr_t sender, snd_seq_addr_t receiver) override {
         const std::lock_guard guard(mutex_);
+        if (shut.contains(ToPair(receiver))) {
+            return -EBUSY;
+        }
         if (subscribeResult < 0 || !ports_.contains(ToPair(sender)) || !ports_.contains(ToPair(receiver))) {
             return subscribeResult < 0 ? subscribeResult : -EINVAL;
         }
@@ -239,7 +242,15 @@ public:
         if (event->dest.client != SND_SEQ_ADDRESS_SUBSCRIBERS && !ports_.contains(ToPair(event->dest))) {
             return -ENOENT;
         }
-        sent_.push_back(*event);
+        if (deaf.contains(ToPair(event->dest))) {
+            return -EAGAIN;
+        }
+        if (keepsSent) {
+            sent_.push_back(*event);
+        }
+        if (onSent) {
+            onSent(*event);
+        }
         return 28;
     }
 
@@ -247,9 +258,13 @@ public:
     int createsLeft = 1000;
     int subscribeResult = 0;
     int outputResult = 0;
-    int rival = 0;                  ///< a client that takes our name when we do
-    std::vector<int> descriptors;   ///< for the thread; the test's
-    std::function<void()> onEmpty;  ///< on the reading thread, when nothing has arrived
+    std::set<Address> shut;  ///< ports that nobody may connect to
+    std::set<Address> deaf;  ///< ports that take nothing
+    bool keepsSent = true;
+    std::function<void(const snd_seq_event_t&)> onSent;  ///< on the sending thread
+    int rival = 0;                                       ///< a client that takes our name when we do
+    std::vector<int> descriptors;                        ///< for the thread; the test's
+    std::function<void()> onEmpty;                       ///< on the reading thread, when nothing has arrived
     std::atomic<int> opened{0};
     std::atomic<int> closed{0};
     std::size_t poolSize = 0;

@@ -93,11 +93,16 @@ public:
     }
     PmError Write(PortMidiStream* stream, PmEvent* buffer, std::int32_t length) override {
         const std::lock_guard guard(mutex_);
-        IndexOf(stream);
+        const std::size_t device = IndexOf(stream);
         ++writes;
         lastWriteLength = length;
         if (writes > goodWrites) {
             return pmHostError;
+        }
+        if (onWrite) {
+            if (const PmError result = onWrite(static_cast<PmDeviceID>(device), buffer->message); result != pmNoError) {
+                return result;
+            }
         }
         if (keepWritten) {
             written.push_back(*buffer);
@@ -144,6 +149,9 @@ public:
     std::atomic<bool> flood{false};  ///< a note whenever one is asked for
     bool keepWritten = true;
     std::function<void()> onRead;  ///< on the reading thread; set before a port is open
+    // What comes of the opening and of each write; set before a port is open.
+    std::function<PmError(PmDeviceID)> onOpen;
+    std::function<PmError(PmDeviceID, PmMessage)> onWrite;  ///< on the writing thread
 
     // Guarded by the mutex while threads run.
     std::vector<OpenCall> opens;
@@ -167,10 +175,11 @@ private:
         calls_.push_back(std::string(name) + " " + std::to_string(call.device));
         // PortMidi leaves no valid stream behind when it fails.
         *stream = &infos_.at(static_cast<std::size_t>(call.device));
-        if (openResult == pmNoError) {
+        const PmError result = openResult == pmNoError && onOpen ? onOpen(call.device) : openResult;
+        if (result == pmNoError) {
             open_[*stream] = static_cast<std::size_t>(call.device);
         }
-        return openResult;
+        return result;
     }
 
     /// Throws for a stream that is not open.
