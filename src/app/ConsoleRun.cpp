@@ -61,6 +61,7 @@ int CheckSound(const CommandLine& line, const EngineDependencies& dependencies,
         if (!line.outputPort.isEmpty()) {
             engine->SetSavedOutputPortName(NK::CString(line.outputPort.toStdWString()));
         }
+        engine->UpdatePorts();  // which puts the listed name in place of one of an earlier version
     }
     const SoundFindings findings = SoundDoctor(synthesizer).Look(engine.get());
     const int exitCode = Print(SoundReport::ToText(SoundReport::Write(findings)));

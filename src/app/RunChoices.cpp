@@ -19,12 +19,39 @@ QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);
 }
 
-/// Whether a port that was named is there; if not, that is printed.
-bool FindPort(const QString& name, const NK::CStringArray& names, const QString& absent) {
-    if (name.isEmpty() || names.Find(FromQt(name)) >= 0) {
+/// Ports of one direction of an engine that has opened none yet.
+struct Direction {
+    NK::CStringArray (CKivora::*getNames)() const;
+    NK::CString (CKivora::*getName)() const;
+    void (CKivora::*setSavedName)(const NK::CString&);
+};
+constexpr Direction kOutputs{&CKivora::GetOutputPortNames, &CKivora::GetOutputPortName,
+                             &CKivora::SetSavedOutputPortName};
+constexpr Direction kInputs{&CKivora::GetInputPortNames, &CKivora::GetInputPortName, &CKivora::SetSavedInputPortName};
+
+/// The listed name of a port that was named, which may be by a name that settings of an earlier version have.
+NK::CString FindListedName(CKivora& engine, const Direction& ports, const NK::CString& name) {
+    if ((engine.*ports.getNames)().Find(name) >= 0) {
+        return name;
+    }
+    const NK::CString remembered = (engine.*ports.getName)();
+    (engine.*ports.setSavedName)(name);
+    engine.UpdatePorts();
+    const NK::CString listed = (engine.*ports.getName)();
+    (engine.*ports.setSavedName)(remembered);
+    return listed;
+}
+
+/// Puts the port's listed name in place of a name that was given; false for a port that is not there, which is printed.
+bool FindPort(CKivora& engine, const Direction& ports, const QString& given, const QString& absent, NK::CString& name) {
+    if (given.isEmpty()) {
         return true;
     }
-    PrintError(absent.arg(name) + ' ' +
+    name = FindListedName(engine, ports, FromQt(given));
+    if ((engine.*ports.getNames)().Find(name) >= 0) {
+        return true;
+    }
+    PrintError(absent.arg(given) + ' ' +
                Tr(QT_TRANSLATE_NOOP("CommandLine", "kivora --list-ports lists those that are there.")));
     return false;
 }
@@ -66,10 +93,12 @@ RunPorts::Hidden::~Hidden() {
 
 std::optional<int> ApplyChoices(const CommandLine& line, EngineFront& front, RunPorts& ports) {
     CKivora& engine = front.GetEngine();
-    if (!FindPort(line.outputPort, engine.GetOutputPortNames(),
-                  Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI output \"%1\"."))) ||
-        !FindPort(line.inputPort, engine.GetInputPortNames(),
-                  Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI input \"%1\".")))) {
+    NK::CString output;
+    NK::CString input;
+    if (!FindPort(engine, kOutputs, line.outputPort,
+                  Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI output \"%1\".")), output) ||
+        !FindPort(engine, kInputs, line.inputPort,
+                  Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI input \"%1\".")), input)) {
         return kRefusedExit;
     }
     if (!line.preset.isEmpty()) {
@@ -80,7 +109,7 @@ std::optional<int> ApplyChoices(const CommandLine& line, EngineFront& front, Run
             return result == PresetResult::kUnknown ? kRefusedExit : kFailureExit;
         }
     }
-    ports.Choose(engine, FromQt(line.outputPort), FromQt(line.inputPort));
+    ports.Choose(engine, output, input);
     return std::nullopt;
 }
 

@@ -56,6 +56,22 @@ TEST_F(RunChoices, PortsOfTheRunAreOpenedAndNotSaved) {
     EXPECT_EQ(engine_.GetInputPortName(), kOtherKeyboard);
 }
 
+TEST_F(RunChoices, PortsAreFoundByTheNamesThatAnEarlierVersionGaveThem) {
+    rig_.GetDevice(kOtherSynth).formerName = L"Port 1";
+    rig_.GetDevice(kOtherKeyboard).formerName = L"Port 2";
+    line_.outputPort = "Port 1";
+    line_.inputPort = "Port 2";
+    EXPECT_EQ(Apply(), -1);
+    front_.OpenPorts();
+    EXPECT_TRUE(rig_.GetDevice(kOtherSynth).isOpen);
+    EXPECT_TRUE(rig_.GetDevice(kOtherKeyboard).isOpen);
+    EXPECT_EQ(engine_.GetOutputPortName(), kOtherSynth);
+    EXPECT_EQ(GetSavedPorts(), "Software synthesizer, Keyboard");
+    line_.outputPort = "Port 2";
+    front_.Close();
+    EXPECT_NE(ApplyAndListen().find("no MIDI output \"Port 2\""), std::string::npos) << "which is an input";
+}
+
 TEST_F(RunChoices, AnotherPortThatTheUserChoosesIsSaved) {
     line_.outputPort = "Other synthesizer";
     EXPECT_EQ(Apply(), -1);
