@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <QApplication>
+#include <QFileDialog>
 #include <QStyleOption>
 #include <QToolTip>
 
@@ -143,6 +144,8 @@ void InstrumentStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (widget->inherits("QTipLabel")) {
         widget->setPalette(palette_);  // Qt gives it the desktop's when that changes
+    } else if (auto* const files = qobject_cast<QFileDialog*>(widget)) {
+        files->setIconProvider(&fileMarks_);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QProxyStyle>
 
+#include "ui/FileMarks.h"
 #include "ui/ViewSettings.h"
 
 class QStyleOptionButton;
@@ -63,5 +64,6 @@ private:
     static void Spread(const QPalette& palette, bool highContrast);
 
     QPalette palette_;
+    FileMarks fileMarks_;
     bool isHighContrast_ = false;
 };

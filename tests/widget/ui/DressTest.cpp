@@ -1,16 +1,24 @@
 // The instrument's look put on the application.
 #include <gtest/gtest.h>
 
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformtheme.h>
 #include <qpa/qwindowsysteminterface.h>
 #include <QApplication>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QIcon>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QSpinBox>
 #include <QStyleFactory>
 #include <QToolTip>
+#include <QtTest/QTest>
+#include <utility>
 
+#include "support/Files.h"
+#include "support/TemporaryFolder.h"
 #include "ui/EmbeddedFonts.h"
 #include "ui/InstrumentColors.h"
 #include "ui/InstrumentPalette.h"
@@ -81,6 +89,39 @@ TEST_F(Dressed, MarksOfBoxesAreTheInstrumentsOwnAtAnySize) {
             EXPECT_LT(RelativeLuminance(mark.pixelColor(side / 5, side / 2)), 0.05) << icon;
         }
     }
+}
+
+/// A desktop that has a red picture for every file.
+class RedDesktop : public QPlatformTheme {
+public:
+    RedDesktop() : former_(std::exchange(QGuiApplicationPrivate::platform_theme, this)) {}
+    ~RedDesktop() override { QGuiApplicationPrivate::platform_theme = former_; }
+
+    QIcon fileIcon(const QFileInfo&, IconOptions) const override {
+        QPixmap red(16, 16);
+        red.fill(Qt::red);
+        return red;
+    }
+
+private:
+    QPlatformTheme* const former_;
+};
+
+TEST_F(Dressed, FilesHaveTheInstrumentsMarksNotTheDesktopsPictures) {
+    const KivoraTest::CTemporaryFolder folder;
+    KivoraTest::WriteFileBytes(folder / "song.mid", "x");
+    const RedDesktop desktop;
+    QFileDialog files(nullptr, {}, QString::fromStdString(folder.GetPath()));
+    files.show();
+    auto* const list = files.findChild<QListView*>("listView");
+    ASSERT_NE(list, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([list] { return list->model()->rowCount(list->rootIndex()) == 1; }, 30000));
+    const auto mark = [list] {
+        const QModelIndex song = list->model()->index(0, 0, list->rootIndex());
+        return song.data(Qt::DecorationRole).value<QIcon>().pixmap(QSize(16, 16), 1.0).toImage();
+    };
+    const QImage own = QApplication::style()->standardIcon(QStyle::SP_FileIcon).pixmap(QSize(16, 16), 1.0).toImage();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return mark() == own; }, 30000));
 }
 
 TEST_F(Dressed, TheContrastIsChosenOrTheDesktops) {
