@@ -30,6 +30,9 @@ Song::Song(const LibMidi::CaptureStore::View& take) {
             events_.push_back({std::int64_t{ms} * 1000, ms, 0, event.message});
         }
     });
+    if (events_.size() == 1) {
+        events_.clear();  // the message that closes the track, and nothing before it
+    }
     Begin(0);
 }
 

@@ -22,7 +22,7 @@ public:
 
     /// Of what is whole in a file.
     explicit Song(NK::MIDI::SMFContent file);
-    /// Of a take, with the times that it has in its file.
+    /// Of a take, with the times that it has in its file; empty where nothing of it can be played.
     explicit Song(const LibMidi::CaptureStore::View& take);
 
     bool IsEmpty() const { return events_.empty(); }

@@ -68,6 +68,7 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, KivoraWidget& panel)
     : FittedDialog(&panel),
       front_(front),
       player_(front),
+      song_(player_.GetSong()),
       title_(MakeLine("songTitle")),
       open_(addButton("songOpenBtn", &PlayerWindow::openAnother)),
       position_(new QSlider(Qt::Horizontal)),
@@ -206,7 +207,8 @@ void PlayerWindow::retranslate() {
 
 void PlayerWindow::openSong(const SongFile& file) {
     play_->setFocus();  // what is being typed is still for the former song
-    player_.Open(file.song);
+    song_ = file.song;
+    player_.Open(song_);
     title_->setText(file.title);
     title_->setToolTip(file.title.toHtmlEscaped());
     damage_ = file.damage.isEmpty() ? QString() : file.damage + ' ' + tr("What is whole of it can be played.");
@@ -293,6 +295,9 @@ void PlayerWindow::dropLoop() {
 }
 
 void PlayerWindow::look() {
+    if (player_.GetSong() != song_) {
+        return;
+    }
     const SongPlayer::Status status = player_.GetStatus();
     const bool isPlaying = status.state == SongPlayer::State::kPlaying;
     lengthUs_ = status.lengthUs;

@@ -1,6 +1,7 @@
 // The window of the player.
 #pragma once
 
+#include <memory>
 #include <QTimer>
 
 #include "engine/SongPlayer.h"
@@ -56,7 +57,8 @@ private:
     void beginLoop();
     void endLoop();
     void dropLoop();
-    /// Shows how things stand, and looks again while a song plays.
+    /// Shows how things stand with its song, and looks again while that plays. Meanwhile the player may have another
+    /// one, such as a take that is heard.
     void look();
     void showTime(qint64 positionUs);
     void say(const QString& sentence);
@@ -64,6 +66,7 @@ private:
     Kivora::EngineFront& front_;
     Kivora::SongPlayer player_;
     QTimer lookTimer_;
+    std::shared_ptr<const Kivora::Song> song_;  ///< of this window; null for none
     qint64 lengthUs_ = 0;
     QString damage_;  ///< what is said of the song's file
 

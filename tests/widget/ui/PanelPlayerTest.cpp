@@ -381,6 +381,28 @@ TEST_F(PanelPlayer, ListeningLeavesTheSongAsItWas) {
     EXPECT_TRUE(answers.AllGiven());
 }
 
+TEST_F(PanelPlayer, WhileATakeIsHeardTheWindowShowsItsOwnSong) {
+    ASSERT_TRUE(front->StartRecording());
+    PlayANote();
+    ASSERT_TRUE(front->StopRecording());
+    OpenSong();
+    ClickIn("songPlayBtn");
+    Go(20'500);
+    ASSERT_EQ(TextIn("songTime"), "00:20 of 01:30");
+    ModalAnswers answers;
+    answers.Then([&](QDialog& dialog) {
+        In<QPushButton>(dialog, "listenBtn").click();
+        Go(100);
+        EXPECT_EQ(TextIn("songTime"), "00:20 of 01:30");
+        EXPECT_EQ(In<QSlider>(Window(), "songPosition").maximum(), 900);
+        dialog.reject();
+    });
+    Entry(Qt::ALT | Qt::Key_S).trigger();
+    ASSERT_TRUE(answers.AllGiven());
+    Wait([&] { return !In<QPushButton>(Window(), "songPlayBtn").isChecked(); });
+    EXPECT_EQ(TextIn("songTime"), "00:20 of 01:30");
+}
+
 TEST_F(PanelPlayer, ListeningEndsNoOtherSong) {
     const auto other = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
     SongPlayer player(*front);
