@@ -18,7 +18,6 @@
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"
-#include "unit/engine/AlsaStudio.h"
 #include "unit/engine/FakeStudio.h"
 #include "unit/engine/PortMidiStudio.h"
 #include "unit/engine/SongRig.h"
@@ -886,8 +885,4 @@ TEST(HungNotes, WhatIsHeldSoundsWhateverSoundsIsHeldOrArpeggiatedAndWhatWasSentL
 
 TEST(HungNotes, TheSameThroughPortMidi) {
     PlayAtRandom(&Make<PortMidiStudio>, kActions / 4);
-}
-
-TEST(HungNotes, TheSameThroughTheSequencer) {
-    PlayAtRandom(&Make<AlsaStudio>, kActions / 4);
 }
