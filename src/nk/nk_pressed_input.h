@@ -20,6 +20,11 @@ struct TPressedInput {
     bool IsKeyDown(std::uint32_t scanCode) const noexcept {
         return scanCode == 0 || scanCode >= keys.size() || keys[scanCode];
     }
+    void NotePressedKey(std::uint32_t scanCode) noexcept {
+        if (scanCode < keys.size()) {
+            keys.set(scanCode);
+        }
+    }
     bool IsButtonDown(int number) const noexcept { return (buttons >> (number - 1) & 1) != 0; }
     bool IsAnythingDown() const noexcept { return buttons != 0 || keys.any(); }
 };

@@ -9,12 +9,12 @@ void CKeyHolds::Press(std::uint32_t scanCode, std::uint32_t timeMs) noexcept {
         return;
     }
     THold& hold = holds_[scanCode];
-    const bool isHeldOn = hold.isPressed && (!hold.isReleased || timeMs - hold.releasedMs <= kRepeatSettleMs);
+    const bool isHeldOn = hold.state == EState::kDown ||
+                          (hold.state == EState::kReleased && timeMs - hold.releasedMs <= kRepeatSettleMs);
     if (!isHeldOn) {
         hold.pressedMs = timeMs;
     }
-    hold.isPressed = true;
-    hold.isReleased = false;
+    hold.state = EState::kDown;
 }
 
 void CKeyHolds::Release(std::uint32_t scanCode, std::uint32_t timeMs) noexcept {
@@ -22,16 +22,18 @@ void CKeyHolds::Release(std::uint32_t scanCode, std::uint32_t timeMs) noexcept {
         return;
     }
     THold& hold = holds_[scanCode];
-    hold.isPressed = hold.isPressed && !hold.isReleased;
-    hold.isReleased = true;
+    if (hold.state != EState::kDown) {
+        hold.pressedMs.reset();
+    }
+    hold.state = EState::kReleased;
     hold.releasedMs = timeMs;
 }
 
 std::optional<std::uint32_t> CKeyHolds::GetHeldMs(std::uint32_t scanCode) const noexcept {
-    if (scanCode >= kScanCodes || !holds_[scanCode].isPressed || !holds_[scanCode].isReleased) {
+    if (scanCode >= kScanCodes || holds_[scanCode].state != EState::kReleased || !holds_[scanCode].pressedMs) {
         return std::nullopt;
     }
-    return holds_[scanCode].releasedMs - holds_[scanCode].pressedMs;
+    return holds_[scanCode].releasedMs - *holds_[scanCode].pressedMs;
 }
 
 }  // namespace NK::Piano

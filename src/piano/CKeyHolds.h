@@ -20,11 +20,11 @@ public:
     std::optional<std::uint32_t> GetHeldMs(std::uint32_t scanCode) const noexcept;
 
 private:
+    enum class EState { kUnknown, kDown, kReleased };
     struct THold {
-        std::uint32_t pressedMs = 0;
+        EState state = EState::kUnknown;
+        std::optional<std::uint32_t> pressedMs;  ///< where the press was seen
         std::uint32_t releasedMs = 0;
-        bool isPressed = false;   ///< its press was seen
-        bool isReleased = false;  ///< and its release
     };
 
     static constexpr std::size_t kScanCodes = 256;  ///< of the X protocol

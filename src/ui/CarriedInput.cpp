@@ -100,10 +100,8 @@ bool CarriedInput::takesPress(QKeyEvent& event) {
     }
     Key& key = keys_[event.nativeScanCode()];
     const bool pairs = event.timestamp() != 0 && event.timestamp() == key.upAtMs;
-    // Later than the press that is known, and no repeat: its release went where nobody told of it.
-    const bool isStillDown = !key.up && (event.timestamp() == 0 || event.timestamp() == key.downAtMs);
-    key.downAtMs = event.timestamp();
-    if (key.carried && (event.isAutoRepeat() || isStillDown || pairs)) {
+    const bool repeats = event.isAutoRepeat() || !key.up || pairs;
+    if (key.carried && repeats) {
         event.accept();  // as a shortcut it would be tried otherwise
         return true;
     }

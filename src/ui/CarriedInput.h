@@ -33,7 +33,6 @@ protected:
 private:
     struct Key {
         bool up = false;
-        quint64 downAtMs = 0;    ///< time stamp of the latest press, which may come to several receivers
         quint64 upAtMs = 0;      ///< time stamp of the latest release; a repeat has its press at the same time
         quint64 toldUpAtMs = 0;  ///< the same of those that the system told of
         bool carried = false;

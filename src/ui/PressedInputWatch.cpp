@@ -15,7 +15,8 @@ bool PressedInputWatch::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::KeyPress:
         case QEvent::ShortcutOverride:
             if (const auto& key = static_cast<const QKeyEvent&>(*event); !repeats_.isRepeat(key)) {
-                notePress();
+                pressedSince_.NotePressedKey(key.nativeScanCode());
+                beginWatch();
             }
             break;
         case QEvent::KeyRelease:
@@ -23,7 +24,8 @@ bool PressedInputWatch::eventFilter(QObject* watched, QEvent* event) {
             break;
         case QEvent::MouseButtonPress:
             ofMouse_ = static_cast<QMouseEvent*>(event)->source() == Qt::MouseEventNotSynthesized;
-            notePress();
+            pressedSince_.buttons = UINT8_MAX;
+            beginWatch();
             break;
         default:
             break;
@@ -31,8 +33,7 @@ bool PressedInputWatch::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void PressedInputWatch::notePress() {
-    pressedSince_ = true;
+void PressedInputWatch::beginWatch() {
     if (!timer_.isActive()) {
         asking_ = false;
         timer_.start(kPeriodMs);
@@ -49,7 +50,7 @@ void PressedInputWatch::ask() {
     source_.ask();
     answer_.reset();
     asking_ = true;
-    pressedSince_ = false;
+    pressedSince_ = {};
     timer_.start(kAnswerMs);
 }
 
@@ -65,9 +66,8 @@ void PressedInputWatch::tick() {
     }
     asking_ = false;
     timer_.start(kPeriodMs);
-    if (pressedSince_) {
-        return;
-    }
+    down->keys |= pressedSince_.keys;
+    down->buttons |= pressedSince_.buttons;
     if (!down->IsAnythingDown()) {
         timer_.stop();
     }

@@ -34,14 +34,15 @@ public:
     bool isWatching() const { return timer_.isActive(); }
 
 signals:
-    /// What is down; what is not is up by now. Mouse buttons that a finger or a pen stands for count as down.
+    /// What is down; what is not is up by now. What was pressed since it was asked counts as down, and so do mouse
+    /// buttons that a finger or a pen stands for.
     void pressed(const NK::TPressedInput& down);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void notePress();
+    void beginWatch();
     void tick();
     void ask();
 
@@ -50,6 +51,6 @@ private:
     KeyRepeats repeats_;  ///< of a key that is down, which ask for nothing new
     bool asking_ = false;
     std::optional<NK::TPressedInput> answer_;  ///< that has come and is not told yet
-    bool pressedSince_ = false;                ///< an answer to an older question would not know that press
+    NK::TPressedInput pressedSince_;           ///< it was asked: the answer may not know of it
     bool ofMouse_ = true;                      ///< the latest button, not of a finger or a pen
 };

@@ -50,7 +50,14 @@ bool ReleasedKeys::isUp(std::uint32_t scanCode) {
 }
 
 bool ReleasedKeys::isDown(std::uint32_t scanCode) {
-    return IsOnWayland() || askWhetherDown(scanCode).value_or(false);
+    if (IsOnWayland()) {
+        return true;
+    }
+    const bool isDown = askWhetherDown(scanCode).value_or(false);
+    if (isDown) {
+        repeatDelayMs_.reset();
+    }
+    return isDown;
 }
 
 std::optional<bool> ReleasedKeys::askWhetherDown(std::uint32_t scanCode) {

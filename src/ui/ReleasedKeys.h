@@ -37,5 +37,7 @@ private:
 
     QDeadlineTimer rest_{0};
     NK::Piano::CKeyHolds holds_;
-    std::optional<std::uint32_t> repeatDelayMs_;  ///< the server's; empty where it is not known
+    /// The server's. Empty where it is not known, and after a release that came sooner and was followed by a press at
+    /// once: repeats may come from another server then, whose delay is its own.
+    std::optional<std::uint32_t> repeatDelayMs_;
 };

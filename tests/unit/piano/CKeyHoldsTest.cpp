@@ -55,6 +55,15 @@ TEST(CKeyHolds, AReleaseWhosePressWasElsewhereTellsNothing) {
     EXPECT_FALSE(holds.GetHeldMs(kZ));
 }
 
+TEST(CKeyHolds, TheFirstRepeatThatIsSeenOfAHeldKeyBeginsNoHold) {
+    CKeyHolds holds;
+    for (std::uint32_t timeMs = 5000; timeMs < 5100; timeMs += 30) {
+        holds.Release(kZ, timeMs);
+        EXPECT_FALSE(holds.GetHeldMs(kZ)) << timeMs;
+        holds.Press(kZ, timeMs);
+    }
+}
+
 TEST(CKeyHolds, TimesWrapAround) {
     CKeyHolds holds;
     holds.Press(kZ, 0xFFFFFFF0U);

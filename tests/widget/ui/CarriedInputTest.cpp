@@ -133,18 +133,6 @@ TEST_F(Carried, AKeyWhoseReleaseWentElsewhereIsPressedAnew) {
     EXPECT_EQ(name.text(), "z");
 }
 
-TEST_F(Carried, AKeyWhoseReleaseNobodyToldOfIsPressedAnewAtAnotherTime) {
-    QDialog dialog(&panel);
-    dialog.setModal(true);
-    dialog.show();
-    Press(dialog, kZ, 1);
-    dialog.close();
-    Press(panel, kZ, 1);
-    EXPECT_EQ(panel.Take(), Strings{}) << "the same press";
-    Press(panel, kZ, 2);
-    EXPECT_EQ(panel.Take(), Strings{"down z"});
-}
-
 TEST_F(Carried, AReleaseThatReachesNoWindowCountsThoughThePressIsHandledLater) {
     for (const bool readTogether : {false, true}) {
         const quint64 begin = readTogether ? 10 : 20;
