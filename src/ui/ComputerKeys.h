@@ -13,7 +13,7 @@
 #include "nk/nk_keyboard_layout.h"
 #include "piano/CPCKeyPlayer.h"
 #include "piano/PCKeyPlaces.h"
-#include "ui/ReleasedKeys.h"
+#include "QtWidgets/piano/ReleasedKeys.h"
 
 /// Tells of each key where the user's way and the layout of that moment find its note, and what stands on the keys.
 /// [gui]

@@ -111,7 +111,7 @@ void KeyboardTest::keyPressEvent(QKeyEvent* event) {
         return;
     }
     using enum NK::Piano::EKeyVerdict;
-    if (repeats_.Press(event->nativeScanCode(), event->timestamp(), event->isAutoRepeat()) == kPlay) {
+    if (keys_.press(*event) == kPlay) {
         carryOutRelease();
         test_.Press(event->nativeScanCode(), event->timestamp());
         showKeys();
@@ -126,7 +126,7 @@ void KeyboardTest::keyReleaseEvent(QKeyEvent* event) {
     carryOutRelease();
     const TRelease release{event->nativeScanCode(), event->timestamp()};
     using enum NK::Piano::EKeyVerdict;
-    switch (repeats_.Release(release.key, release.timeMs, event->isAutoRepeat(), release)) {
+    switch (keys_.release(*event, release)) {
         case kPlay:
             test_.Release(release.key, release.timeMs);
             showKeys();
@@ -149,7 +149,7 @@ void KeyboardTest::timerEvent(QTimerEvent* event) {
 
 void KeyboardTest::carryOutRelease() {
     settleTimer_.stop();
-    if (const auto release = repeats_.TakeWaiting()) {
+    if (const auto release = keys_.takeWaiting()) {
         test_.Release(release->key, release->timeMs);
         showKeys();
     }

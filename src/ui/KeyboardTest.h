@@ -5,8 +5,8 @@
 #include <QBasicTimer>
 
 #include "nk/nk_keyboard_layout.h"
-#include "piano/CAutoRepeatFilter.h"
 #include "piano/CRolloverTest.h"
+#include "QtWidgets/piano/JudgedKeys.h"
 #include "ui/FittedDialog.h"
 
 class KeyboardFigure;
@@ -43,7 +43,7 @@ private:
     QString nameOf(const NK::Piano::CRolloverTest::CChord& chord) const;
 
     NK::Piano::CRolloverTest test_;
-    NK::Piano::CAutoRepeatFilter<TRelease> repeats_;
+    JudgedKeys<TRelease> keys_;
     QBasicTimer settleTimer_;          ///< runs while a release waits to be judged
     std::map<quint32, QString> tops_;  ///< by native scan code
     KeyboardFigure* figure_;           // Qt's parent owns these

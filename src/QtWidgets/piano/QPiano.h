@@ -14,10 +14,10 @@
 #include <map>
 #include <utility>
 
-#include "piano/CAutoRepeatFilter.h"
 #include "piano/CKeyboardPosCalc.h"
 #include "piano/CKeyboardStatePoll.h"
 #include "piano/CPianoColors.h"
+#include "QtWidgets/piano/JudgedKeys.h"
 #include "QtWidgets/piano/PianoKeySkin.h"
 #include "QtWidgets/piano/PianoTypes.h"
 
@@ -320,7 +320,7 @@ private:
     BYTE cursorNote_ = kNoKey;
     BYTE spaceNote_ = kNoKey;
     quint32 spaceScanCode_ = 0;
-    NK::Piano::CAutoRepeatFilter<TCursorKey> keyFilter_;
+    JudgedKeys<TCursorKey> keys_;
     QBasicTimer keySettleTimer_;
     CKeySet briefNotes_;
     QBasicTimer briefTimer_;

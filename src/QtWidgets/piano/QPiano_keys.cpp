@@ -62,8 +62,7 @@ void QPiano::keyPressEvent(QKeyEvent* event) {
         return;
     }
     event->accept();
-    const NK::Piano::EKeyVerdict verdict =
-        keyFilter_.Press(event->nativeScanCode(), event->timestamp(), event->isAutoRepeat());
+    const NK::Piano::EKeyVerdict verdict = keys_.press(*event);
     settleKeyRelease();
     if (verdict == NK::Piano::EKeyVerdict::kPlay && event->key() == Qt::Key_Space && cursorNote_ != kNoKey) {
         releaseSpace();
@@ -81,7 +80,7 @@ void QPiano::keyReleaseEvent(QKeyEvent* event) {
     event->accept();
     settleKeyRelease();
     const TCursorKey key{event->key()};
-    switch (keyFilter_.Release(event->nativeScanCode(), event->timestamp(), event->isAutoRepeat(), key)) {
+    switch (keys_.release(*event, key)) {
         case NK::Piano::EKeyVerdict::kRepeat:
             break;
         case NK::Piano::EKeyVerdict::kWait:
@@ -103,7 +102,7 @@ void QPiano::carryOutRelease(const TCursorKey& key) {
 
 void QPiano::settleKeyRelease() {
     keySettleTimer_.stop();
-    if (const std::optional<TCursorKey> key = keyFilter_.TakeWaiting()) {
+    if (const std::optional<TCursorKey> key = keys_.takeWaiting()) {
         carryOutRelease(*key);
     }
 }

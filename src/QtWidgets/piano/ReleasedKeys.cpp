@@ -1,4 +1,4 @@
-#include "ui/ReleasedKeys.h"
+#include "QtWidgets/piano/ReleasedKeys.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
