@@ -79,7 +79,12 @@ bool BoundControls::TakeController(const LibMidi::MIDIEvent& event, const MidiCo
     const Down down{event.source, control};
     const int value = event.data2;
     const bool isLearned = (value != 0 || (learned_ && learned_->canBeBound)) && Learn(control, device);
-    Live* const live = isLearned ? nullptr : Find(control, device);
+    Live* const known = Find(control, device);
+    if (isLearned && known != nullptr) {
+        known->takeover.LetGo();  // it was moved, and nothing followed
+        known->position.reset();
+    }
+    Live* const live = isLearned ? nullptr : known;
     if (isLearned || live != nullptr) {
         SetDown(down, value != 0);
     }

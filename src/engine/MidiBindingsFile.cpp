@@ -1,5 +1,8 @@
 #include "engine/MidiBindingsFile.h"
 
+#include <utility>
+#include <vector>
+
 #include "engine/DamagedFile.h"
 #include "nk/nk_file_failure.h"
 
@@ -56,8 +59,11 @@ bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, 
     using State = StoredBindings::State;
     NK::ForgetFileFailure();
     StoredBindings stored = StoredBindings::Read(path_);
-    if (isSaved_ && (stored.state == State::kWhole || stored.state == State::kPartly)) {
-        bindings_ = std::move(stored.bindings);
+    if (stored.state == State::kWhole || stored.state == State::kPartly) {
+        const MidiBindings inForce = std::exchange(bindings_, std::move(stored.bindings));
+        for (const MidiBinding& unsaved : isSaved_ ? std::vector<MidiBinding>() : inForce.GetAll()) {
+            bindings_.Bind(unsaved);
+        }
     }
     change(bindings_);
     setAside.Clear();

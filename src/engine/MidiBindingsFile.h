@@ -37,9 +37,9 @@ public:
     const MidiBindings& Get() const { return bindings_; }
     const NK::CString& GetPath() const { return path_; }
 
-    /// Changes what the file holds now, or what was in force where that cannot be told. The result is in force, whether
-    /// or not it could be saved; false when not, with the reason in NK::GetFileFailure(). A file that is damaged in any
-    /// part is renamed before, see SaveOverDamaged(): then `setAside` is its new name, else empty.
+    /// Changes what the file holds now and what was in force and could not be saved before. The result is in force,
+    /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). A file that is
+    /// damaged in any part is renamed before, see SaveOverDamaged(): then `setAside` is its new name, else empty.
     bool Change(const std::function<void(MidiBindings& bindings)>& change, NK::CString& setAside);
 
 private:

@@ -9,8 +9,8 @@ void CKeyHolds::Press(std::uint32_t scanCode, std::uint32_t timeMs) noexcept {
         return;
     }
     THold& hold = holds_[scanCode];
-    const bool isHeldOn = hold.state == EState::kDown ||
-                          (hold.state == EState::kReleased && timeMs - hold.releasedMs <= kRepeatSettleMs);
+    const bool isHeldOn =
+        hold.state == EState::kDown || (hold.state == EState::kReleased && timeMs - hold.releasedMs <= kRepeatSettleMs);
     if (!isHeldOn) {
         hold.pressedMs = timeMs;
     }

@@ -318,6 +318,26 @@ TEST_F(Bound, TheNextControlIsLearnedAndNotHeard) {
     EXPECT_THAT(shown.TakeMessages(), ElementsAre("b2 21 07"));
 }
 
+TEST_F(Bound, AKnobThatIsLearnedAnewCatchesItsValueAnew) {
+    const auto follow = [this](int current) {
+        return Extras([current](auto& controls) {
+            const auto deed = controls.TakeNext();
+            return deed ? controls.Follow(*deed, current, 0, 127) : std::nullopt;
+        });
+    };
+    Bind(kKnob, EPanelFunction::kVolume1);
+    Deliver(0xB0, 21, 64);
+    follow(64);
+    Deliver(0xB0, 21, 65);
+    EXPECT_EQ(follow(64), 65) << "caught";
+    Learn(EPanelFunction::kVolume1);
+    Deliver(0xB0, 21, 120);
+    EndLearning();
+    SetBindings();
+    Deliver(0xB0, 21, 121);
+    EXPECT_EQ(follow(65), std::nullopt) << "it would jump";
+}
+
 TEST_F(Bound, ALearnedNoteThatIsNotBoundAfterAllEndsUnheard) {
     Learn(EPanelFunction::kRecord);
     Deliver(0x99, 36, 100);

@@ -228,6 +228,21 @@ TEST_F(BindingsFile, WhatCannotBeSavedIsInForceAndSavedLater) {
     EXPECT_EQ(Read().bindings.GetAll().size(), 2U);
 }
 
+TEST_F(BindingsFile, WhatCouldNotBeReadForAWhileStaysBesideWhatWasBoundMeanwhile) {
+    std::filesystem::create_directory(native);
+    Kivora::MidiBindingsFile file(path);
+    EXPECT_EQ(file.Load(), State::kUnreadable);
+    NK::CString setAside;
+    EXPECT_FALSE(file.Change([](auto& all) { all.Bind(Knob(L"Knobs", 1, EPanelFunction::kTempo)); }, setAside));
+    std::filesystem::remove(native);
+    EXPECT_TRUE(Kivora::WriteBindings(SomeBindings(), path));
+    const std::size_t stored = Read().bindings.GetAll().size();
+    EXPECT_TRUE(file.Change([](auto& all) { all.Bind(Knob(L"Others", 2, EPanelFunction::kTempo)); }, setAside));
+    EXPECT_GE(Read().bindings.GetAll().size(), stored + 1);
+    EXPECT_NE(Read().bindings.Find(L"Knobs", {Kind::kController, 0, 1}), nullptr) << "bound meanwhile";
+    EXPECT_EQ(Read().bindings.GetAll().size(), file.Get().GetAll().size());
+}
+
 TEST(SoftTakeover, AKnobCatchesAValueWhenItPassesIt) {
     SoftTakeover knob;
     EXPECT_EQ(knob.Move(10, 64, 1, 127), std::nullopt);
