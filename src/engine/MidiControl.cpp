@@ -7,8 +7,8 @@
 namespace Kivora {
 
 std::optional<MidiControl> MidiControl::Of(const LibMidi::MIDIEvent& event) {
-    const auto made = [&event](Kind kind) {
-        return MidiControl{kind, static_cast<std::uint8_t>(event.status & 0x0F),
+    const auto made = [&event](Kind ofMessage) {
+        return MidiControl{ofMessage, static_cast<std::uint8_t>(event.status & 0x0F),
                            static_cast<std::uint8_t>(event.data1 & 0x7F)};
     };
     switch (event.status & 0xF0) {
