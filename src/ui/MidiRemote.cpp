@@ -53,8 +53,7 @@ MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
     setAction(EPanelFunction::kPresetDown, [this] { presets_.Step(-1); });
     putInForce();
     engine_.WithExtras([this](EngineExtras& extras) {
-        extras.controls.SetWake(
-            [this] { QMetaObject::invokeMethod(this, &MidiRemote::deliver, Qt::QueuedConnection); });
+        extras.controls.SetWake([this] { QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection); });
     });
 }
 

@@ -51,8 +51,10 @@ signals:
     void learned(const Kivora::BoundControls::Learned& control);
     void damagedFileKept(const QString& path);
 
-private:
+private slots:
     void deliver();
+
+private:
     void carryOut(const Kivora::BoundControls::Deed& deed);
     void setValue(const Kivora::BoundControls::Deed& knob);
     std::optional<int> slotOfSecondVoice() const;
