@@ -27,9 +27,10 @@ constexpr std::size_t kMostAtOnce = 4096;
 
 constexpr snd_seq_addr_t kSystemAnnouncements{SND_SEQ_CLIENT_SYSTEM, SND_SEQ_PORT_SYSTEM_ANNOUNCE};
 
-/// Whether it is the client itself that is no more, not the receiver that does not take an event.
+/// Whether it is the client itself that is no more, not the receiver that does not take an event: of a receiver whose
+/// device is being pulled out the driver says -ENODEV.
 bool IsClientGone(int result) {
-    return result == -ENODEV || result == -EBADFD || result == -EBADF;
+    return result == -EBADFD || result == -EBADF;
 }
 
 }  // namespace
