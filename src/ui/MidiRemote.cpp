@@ -36,12 +36,12 @@ MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
       state_(file_.Load()),
       presets_(front) {
     const auto patch = [this](void (Kivora::EngineFront::*step)(int)) {
-        return [this, step] { (front_.*step)(kMainSlot); };
+        return [this, step] { std::invoke(step, front_, kMainSlot); };
     };
     const auto secondPatch = [this](void (Kivora::EngineFront::*step)(int)) {
         return [this, step] {
             if (const std::optional<int> slot = slotOfSecondVoice()) {
-                (front_.*step)(*slot);
+                std::invoke(step, front_, *slot);
             }
         };
     };

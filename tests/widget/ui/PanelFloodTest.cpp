@@ -2,6 +2,7 @@
 #include "widget/ui/PanelRig.h"
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -105,14 +106,20 @@ TEST_F(PanelFlood, DialogsOpenAndCloseAndNoNoteIsLostOrLeftSounding) {
         for (void (KivoraWidget::*open)() : {&KivoraWidget::settingsClicked, &KivoraWidget::loadPatchClicked,
                                              &KivoraWidget::savePatchClicked, &KivoraWidget::aboutClicked}) {
             answers.Then(look);
-            (panel->*open)();
+            std::invoke(open, *panel);
             AwaitFlood(10);
         }
         int seen = 0;
-        OnPopUp([&](QWidget&) {
-            AwaitFlood(kNotesMeanwhile);
-            ++seen;
+        QTimer timer;  // lives through the events that are waited for while the menu is open
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (QWidget* const menu = QApplication::activePopupWidget()) {
+                timer.stop();
+                AwaitFlood(kNotesMeanwhile);
+                ++seen;
+                menu->close();
+            }
         });
+        timer.start(1);
         QTest::keyClick(panel, Qt::Key_F10);
         EXPECT_TRUE(QTest::qWaitFor([&] { return seen == 1; }, kWaitMs));
     }
