@@ -3,7 +3,8 @@
 
 Looks at every Markdown file of the project and at the manual, or at the documents that are named. A link leads to a file or a
 heading that is there. A command names a program's option, a preset, a target, a script or a package that is there; those of the
-program that only tell something are run.
+program that only tell something are run. The index of a folder "decisions" has each page of it once, by number and with the
+page's own title, and says which page follows one that was overturned.
 """
 import html
 import json
@@ -74,6 +75,26 @@ def check_paths(document):
         looked["links"] += 1
         if not re.search(r"(\b|_)xx(\b|_)|/sources$|mismatch", path) and not os.path.exists(os.path.join(source, path)):
             wrong.append(f"{document}: there is no {path}")
+
+
+def check_index(index):
+    folder = os.path.dirname(index)
+    titles = {}
+    for page in os.listdir(folder):
+        if re.match(r"\d{4}-.*\.md$", page):
+            text = read(os.path.join(folder, page))
+            successor = re.search(r"^Followed by \[(\d{4})\]", text, re.M)
+            titles[page] = text.split("\n")[0] + (f" (followed by {successor[1]})" if successor else "")
+    rows = re.findall(r"^\| \[(\d+)\]\(([^)]*)\) \| (.*) \|$", read(index), re.M)
+    listed = [page for number, page, title in rows]
+    for page in sorted(set(titles) - set(listed)):
+        wrong.append(f"{index}: {page} is not listed")
+    for page, following in zip(listed, listed[1:]):
+        if page >= following:
+            wrong.append(f"{index}: {following} stands behind {page}")
+    for number, page, title in rows:
+        if page in titles and f"# {number}: {title}" != titles[page]:
+            wrong.append(f"{index}: {page} is called {titles[page]}")
 
 
 def commands(document):
@@ -172,6 +193,8 @@ for document in named or sorted(documents()):
     for link in links:
         check_link(document, link)
     check_paths(document)
+    if document.endswith("/decisions/README.md"):
+        check_index(document)
     for words in commands(document):
         check_command(document, words)
 
