@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/PresetStore.h"
+#include "engine/files/PresetStore.h"
 #include "support/TemporaryFolder.h"
 
 namespace {

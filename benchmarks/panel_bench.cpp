@@ -7,8 +7,8 @@
 #include <QPainter>
 
 #include "engine/EngineFront.h"
-#include "ui/EmbeddedFonts.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/EmbeddedFonts.h"
 #include "unit/engine/EngineRig.h"
 
 namespace {

@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "engine/CKivora.h"
-#include "engine/RecordedTrack.h"
 #include "engine/TakeJournal.h"
+#include "engine/takes/RecordedTrack.h"
 #include "libmidi/CaptureStore.h"
 #include "support/FakeBackend.h"
 #include "support/FakePlayer.h"

@@ -5,9 +5,11 @@
 # KIVORA_ONLY_<leaf>_<used leaf> is an expression for the only headers that <leaf> may include of the used one.
 
 set(KIVORA_LEAVES
-    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/alsa libmidi/portmidi libmidi/synth engine
-    render QtWidgets/skin QtWidgets/piano locale ui app)
-set(KIVORA_QT_LEAVES nk/qt engine render QtWidgets/skin QtWidgets/piano locale ui app)
+    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/alsa libmidi/portmidi libmidi/synth
+    engine/values engine/files engine/takes engine render
+    QtWidgets/skin QtWidgets/piano locale ui/parts ui/dialogs ui app)
+set(KIVORA_QT_LEAVES nk/qt engine/values engine/files engine/takes engine render
+    QtWidgets/skin QtWidgets/piano locale ui/parts ui/dialogs ui app)
 
 set(KIVORA_LAYER_nk "")
 set(KIVORA_LAYER_nk_qt nk)
@@ -19,12 +21,20 @@ set(KIVORA_LAYER_libmidi midi nk)
 set(KIVORA_LAYER_libmidi_alsa libmidi midi nk)
 set(KIVORA_LAYER_libmidi_portmidi libmidi midi nk)
 set(KIVORA_LAYER_libmidi_synth libmidi midi nk)
-set(KIVORA_LAYER_engine midi/arpeggiator piano midi/reader libmidi midi nk)
-set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
+set(KIVORA_LAYER_engine_values piano libmidi midi nk)
+set(KIVORA_LAYER_engine_files engine/values nk)
+set(KIVORA_LAYER_engine_takes engine/files libmidi midi nk)
+set(KIVORA_LAYER_engine engine/values engine/files engine/takes midi/arpeggiator piano midi/reader libmidi midi nk)
+set(KIVORA_LAYER_render engine engine/takes midi/reader libmidi/synth libmidi midi nk)
 set(KIVORA_LAYER_QtWidgets_skin "")
 set(KIVORA_LAYER_QtWidgets_piano piano midi nk)
 set(KIVORA_LAYER_locale nk piano)
-set(KIVORA_LAYER_ui engine locale QtWidgets/skin QtWidgets/piano midi midi/arpeggiator midi/reader piano nk)
+set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk)
+set(KIVORA_LAYER_ui_dialogs
+    ui/parts engine engine/values engine/files locale QtWidgets/piano midi/arpeggiator midi/reader piano nk)
+set(KIVORA_LAYER_ui
+    ui/dialogs ui/parts engine engine/values engine/takes locale QtWidgets/skin QtWidgets/piano midi midi/arpeggiator
+    piano nk)
 set(KIVORA_LAYER_app ${KIVORA_LEAVES})
 list(REMOVE_ITEM KIVORA_LAYER_app app)
 
@@ -35,11 +45,15 @@ set(KIVORA_EXTERNAL_nk_qt Qt6::Core)
 set(KIVORA_EXTERNAL_libmidi_alsa PkgConfig::Alsa)
 set(KIVORA_EXTERNAL_libmidi_portmidi PortMidi::PortMidi)
 set(KIVORA_EXTERNAL_libmidi_synth PkgConfig::FluidSynth)
+set(KIVORA_EXTERNAL_engine_values Qt6::Core Qt6::Gui)
+set(KIVORA_EXTERNAL_engine_files Qt6::Core)
 set(KIVORA_EXTERNAL_engine Qt6::Core Qt6::Gui)
 set(KIVORA_EXTERNAL_render Qt6::Core)
 set(KIVORA_EXTERNAL_QtWidgets_skin Qt6::Widgets)
 set(KIVORA_EXTERNAL_QtWidgets_piano Qt6::Widgets)
 set(KIVORA_EXTERNAL_locale Qt6::Core)
+set(KIVORA_EXTERNAL_ui_parts Qt6::Widgets Qt6::GuiPrivate)
+set(KIVORA_EXTERNAL_ui_dialogs Qt6::Widgets)
 set(KIVORA_EXTERNAL_ui Qt6::Widgets Qt6::GuiPrivate)
 set(KIVORA_EXTERNAL_app Qt6::Widgets)
 

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 
 #include "app/DeviceBackend.h"
-#include "engine/Settings.h"
+#include "engine/values/Settings.h"
 #include "libmidi/synth/SoundFontFile.h"
 #include "libmidi/synth/SynthBackend.h"
 #include "libmidi/SynthSettingsFile.h"

@@ -5,7 +5,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-#include "ui/MIDIFileNames.h"
+#include "ui/dialogs/MIDIFileNames.h"
 
 namespace Kivora {
 namespace {

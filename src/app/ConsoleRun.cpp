@@ -11,7 +11,7 @@
 #include "engine/CKivora.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
-#include "ui/SoundReport.h"
+#include "ui/dialogs/SoundReport.h"
 
 namespace Kivora {
 

@@ -12,8 +12,8 @@
 #include "app/PictureFile.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "ui/Dialogs.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 

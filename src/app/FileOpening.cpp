@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 
 #include "app/PresetChoice.h"
-#include "ui/MIDIFileNames.h"
-#include "ui/SongFile.h"
+#include "ui/dialogs/MIDIFileNames.h"
+#include "ui/dialogs/SongFile.h"
 
 namespace Kivora {
 

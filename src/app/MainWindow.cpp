@@ -13,17 +13,18 @@
 #include "app/FileOpening.h"
 #include "app/ScreenFit.h"
 #include "engine/EngineFailure.h"
-#include "engine/Settings.h"
+#include "engine/values/Settings.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
 #include "nk/nk_paths.h"
-#include "ui/Dialogs.h"
+#include "ui/dialogs/PlayerWindow.h"
+#include "ui/dialogs/SettingsTexts.h"
+#include "ui/dialogs/SongFile.h"
+#include "ui/dialogs/SoundFindings.h"
 #include "ui/KivoraWidget.h"
-#include "ui/PlayerWindow.h"
-#include "ui/SongFile.h"
-#include "ui/SoundFindings.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/UnaskedBox.h"
 
 namespace Kivora {
 
@@ -141,7 +142,7 @@ MainWindow::~MainWindow() {
     }
     const bool saved = SaveSettings();
     if (!quiet_) {
-        const QString why = saved ? QString() : Dialogs::WhySettingsAreNotSaved(*engine_);
+        const QString why = saved ? QString() : SettingsTexts::WhyNotSaved(engine_->GetSettingsFile());
         panel_->notices().End();
         if (!saved) {
             UnaskedBox::exec(*Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"),
@@ -183,7 +184,7 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
 }
 
 void MainWindow::OpenFile(const QString& path) {
-    const auto play = [this](const SongFile& song) { PlayerWindow::of(*front_, *panel_).openSong(song); };
+    const auto play = [this](const SongFile& song) { panel_->player().openSong(song); };
     if (const QString failure = Kivora::OpenFile(front_.get(), path, play); !failure.isEmpty()) {
         panel_->notices().Tell(QMessageBox::Warning, tr("Cannot Open File"), failure);
     }

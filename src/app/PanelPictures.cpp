@@ -8,8 +8,8 @@
 #include <QWidget>
 
 #include "app/PictureFile.h"
-#include "ui/Dialogs.h"
-#include "ui/midiSettings.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 namespace {

@@ -4,7 +4,7 @@
 #include <QPixmap>
 
 #include "nk/nk_atomic_save.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 

@@ -5,7 +5,7 @@
 #include "app/ConsoleOutput.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "engine/PresetStore.h"
+#include "engine/files/PresetStore.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
 

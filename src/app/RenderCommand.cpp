@@ -7,13 +7,13 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleOutput.h"
 #include "app/PresetChoice.h"
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 #include "midi/reader/SMFReader.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_file_failure.h"
 #include "render/OfflineEngine.h"
 #include "render/RenderedSound.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 

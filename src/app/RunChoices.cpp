@@ -7,7 +7,7 @@
 #include "app/PresetChoice.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 

@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "ui/KivoraWidget.h"
-#include "ui/PanelScale.h"
-#include "ui/ScreenRoom.h"
+#include "ui/parts/PanelScale.h"
+#include "ui/parts/ScreenRoom.h"
 
 namespace Kivora {
 

@@ -11,7 +11,7 @@
 #include "libmidi/synth/SynthOutPort.h"
 #include "nk/nk_sleep.h"
 #include "nk/nk_thread.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 

@@ -7,7 +7,7 @@
 #include "app/SystemVolume.h"
 #include "libmidi/synth/Synthesizer.h"
 #include "nk/platform/platform_sequencer.h"
-#include "ui/SoundFindings.h"
+#include "ui/dialogs/SoundFindings.h"
 
 namespace Kivora {
 

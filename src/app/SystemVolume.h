@@ -4,7 +4,7 @@
 #include <optional>
 #include <QByteArray>
 
-#include "ui/SoundFindings.h"
+#include "ui/dialogs/SoundFindings.h"
 
 namespace Kivora {
 

@@ -25,12 +25,12 @@
 #include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
-#include "ui/Dialogs.h"
-#include "ui/EmbeddedFonts.h"
 #include "ui/InputLanguage.h"
-#include "ui/InstrumentStyle.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/EmbeddedFonts.h"
+#include "ui/parts/InstrumentStyle.h"
+#include "ui/parts/PlainTexts.h"
 #include "ui/PlacedShortcuts.h"
-#include "ui/PlainTexts.h"
 
 namespace {
 

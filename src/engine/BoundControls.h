@@ -8,9 +8,9 @@
 #include <optional>
 #include <vector>
 
-#include "engine/HeldKeys.h"
-#include "engine/MidiBindings.h"
 #include "engine/SoftTakeover.h"
+#include "engine/values/HeldKeys.h"
+#include "engine/values/MidiBindings.h"
 #include "libmidi/MIDIPort.h"
 
 namespace Kivora {

@@ -14,12 +14,12 @@
 #include <utility>
 
 #include "engine/EngineDependencies.h"
-#include "engine/HeldKeys.h"
+#include "engine/files/PresetStore.h"
+#include "engine/files/SettingsFile.h"
 #include "engine/OutputFollower.h"
-#include "engine/PresetStore.h"
-#include "engine/Settings.h"
-#include "engine/SettingsFile.h"
-#include "engine/VoiceSlots.h"
+#include "engine/values/HeldKeys.h"
+#include "engine/values/Settings.h"
+#include "engine/values/VoiceSlots.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "libmidi/MIDIPort.h"

@@ -1,7 +1,7 @@
 // The capture of what is played.
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {

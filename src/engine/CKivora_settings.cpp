@@ -3,7 +3,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
-#include "engine/VoiceSlotsFile.h"
+#include "engine/files/VoiceSlotsFile.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_exception.h"

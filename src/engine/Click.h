@@ -1,7 +1,7 @@
 // The metronome that is heard.
 #pragma once
 
-#include "engine/ClickSettings.h"
+#include "engine/values/ClickSettings.h"
 #include "midi/MusicalClock.h"
 #include "midi/TMIDIMessage.h"
 

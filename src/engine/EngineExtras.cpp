@@ -1,7 +1,7 @@
 #include "engine/EngineExtras.h"
 
-#include "engine/ExtraKey.h"
 #include "engine/SongPlayback.h"
+#include "engine/values/ExtraKey.h"
 #include "libmidi/PlayedHistory.h"
 
 namespace Kivora {

@@ -4,16 +4,16 @@
 #include <functional>
 #include <memory>
 
-#include "engine/BendRange.h"
 #include "engine/BoundControls.h"
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
-#include "engine/PatchShelf.h"
 #include "engine/PedalHolders.h"
-#include "engine/RecentPresets.h"
-#include "engine/TakeGrid.h"
+#include "engine/takes/TakeGrid.h"
 #include "engine/TapTempo.h"
-#include "engine/VelocityCurve.h"
+#include "engine/values/BendRange.h"
+#include "engine/values/PatchShelf.h"
+#include "engine/values/RecentPresets.h"
+#include "engine/values/VelocityCurve.h"
 #include "nk/nk_ini_file.h"
 
 namespace LibMidi {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/HeldKeys.h"
+#include "engine/values/HeldKeys.h"
 
 namespace Kivora {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/HeldKeys.h"
+#include "engine/values/HeldKeys.h"
 #include "midi/TMIDIMessage.h"
 
 namespace Kivora {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 
 namespace Kivora {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/NoteFolding.h"
 #include "engine/Song.h"
+#include "engine/values/NoteFolding.h"
 #include "libmidi/MIDIPlayerQueue.h"
 
 namespace Kivora {

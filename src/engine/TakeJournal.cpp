@@ -5,9 +5,9 @@
 #include <optional>
 #include <utility>
 
-#include "engine/ClosedTake.h"
 #include "engine/EngineExtras.h"
-#include "engine/RecordedTrack.h"
+#include "engine/takes/ClosedTake.h"
+#include "engine/takes/RecordedTrack.h"
 #include "libmidi/OpenSounds.h"
 #include "libmidi/RoundThread.h"
 #include "nk/nk_directory.h"

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "engine/CKivora.h"
-#include "engine/JournalFile.h"
-#include "engine/TakeGrid.h"
+#include "engine/takes/JournalFile.h"
+#include "engine/takes/TakeGrid.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_string.h"
 #include "nk/nk_time.h"

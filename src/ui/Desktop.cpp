@@ -2,8 +2,8 @@
 
 #include <QWidget>
 
-#include "ui/Dialogs.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/UnaskedBox.h"
 
 Desktop::Desktop(QWidget* parent, const QString& programDir) : QObject(parent), window_(parent), help_(programDir) {
     connect(&help_, &Kivora::HelpOpener::HelpNotFound, this, [this](const QString& path) {

@@ -6,7 +6,7 @@
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
 #include "nk/nk_string_serializable.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 
 QString KeptText::Get() const {
     NK::CDiskFile file(Dialogs::FromQt(path_), NK::CDiskFile::kRead);

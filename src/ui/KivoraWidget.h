@@ -14,15 +14,15 @@
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
 #include "ui/Desktop.h"
+#include "ui/dialogs/SoundDoctorTools.h"
 #include "ui/KeptText.h"
-#include "ui/KeyRepeats.h"
 #include "ui/PanelLegends.h"
-#include "ui/PanelScale.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
-#include "ui/SoundDoctorTools.h"
+#include "ui/parts/KeyRepeats.h"
+#include "ui/parts/PanelScale.h"
+#include "ui/parts/ViewSettings.h"
 #include "ui/StartNotices.h"
-#include "ui/ViewSettings.h"
 #include "ui/WallpaperCache.h"
 
 class ComputerKeys;
@@ -33,6 +33,7 @@ class MidiRemote;
 class PanelControlKeys;
 class PanelKey;
 class PanelLabel;
+class PlayerWindow;
 class QBlinkingLed;
 class QJogDial;
 class QAction;
@@ -111,6 +112,8 @@ public:
     void keepTakes();
     /// Follows the active keyboard layout.
     ComputerKeys& computerKeys() { return *computerKeys_; }
+    /// Its window of the player, which is made when it is first asked for. Only with an engine.
+    PlayerWindow& player();
     /// What the user is told in boxes, from when the window is shown.
     StartNotices& notices() { return notices_; }
 

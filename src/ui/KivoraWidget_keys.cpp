@@ -15,12 +15,12 @@
 #include "ui/InputLanguage.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/NoticeLine.h"
-#include "ui/PanelFigure.h"
-#include "ui/PanelLabel.h"
-#include "ui/PlayAlong.h"
-#include "ui/StripWheel.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/NoticeLine.h"
+#include "ui/parts/PanelFigure.h"
+#include "ui/parts/PanelLabel.h"
+#include "ui/parts/PlayAlong.h"
+#include "ui/parts/StripWheel.h"
+#include "ui/parts/UnaskedBox.h"
 
 using NK::Piano::CPCKeyPlayer;
 using NK::Piano::EVelocityLevel;

@@ -9,14 +9,14 @@
 #include "locale/Locale.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "ui/ComputerKeys.h"
-#include "ui/KeyboardTest.h"
+#include "ui/dialogs/KeyboardTest.h"
+#include "ui/dialogs/LatchAndSwing.h"
+#include "ui/dialogs/MetronomeSettings.h"
+#include "ui/dialogs/PlayerWindow.h"
+#include "ui/dialogs/VelocitySettings.h"
 #include "ui/KivoraWidget.h"
-#include "ui/LatchAndSwing.h"
-#include "ui/MetronomeSettings.h"
-#include "ui/PanelKey.h"
 #include "ui/PanelLegends.h"
-#include "ui/PlayerWindow.h"
-#include "ui/VelocitySettings.h"
+#include "ui/parts/PanelKey.h"
 
 namespace {
 constexpr int kColorings = 3;
@@ -59,15 +59,15 @@ void KivoraWidget::createActions() {
     connect(menu_, &QMenu::aboutToHide, saveTake, [saveTake] { saveTake->setEnabled(true); });
     addMenuAction(*menu_, tr("Save What I &Just Played..."), Qt::ALT | Qt::Key_J, [this] { savePlayed(); });
     addMenuAction(*menu_, tr("Hear the Recording"), Qt::ALT | Qt::Key_H, [this] { playLatestTake(); });
-    const auto player = [this](void (PlayerWindow::*action)()) {
+    const auto inPlayer = [this](void (PlayerWindow::*action)()) {
         return [this, action] {
             if (front_ != nullptr) {
-                (PlayerWindow::of(*front_, *this).*action)();
+                (player().*action)();
             }
         };
     };
-    addMenuAction(*menu_, tr("Play a MIDI &File..."), Qt::ALT | Qt::Key_O, player(&PlayerWindow::present));
-    addMenuAction(*menu_, tr("Play or Pause the File"), Qt::ALT | Qt::Key_P, player(&PlayerWindow::toggle));
+    addMenuAction(*menu_, tr("Play a MIDI &File..."), Qt::ALT | Qt::Key_O, inPlayer(&PlayerWindow::present));
+    addMenuAction(*menu_, tr("Play or Pause the File"), Qt::ALT | Qt::Key_P, inPlayer(&PlayerWindow::toggle));
     menu_->addSeparator();
     createVoiceActions();
     menu_->addSeparator();

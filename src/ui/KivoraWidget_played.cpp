@@ -6,10 +6,10 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
-#include "engine/PlayedPassages.h"
 #include "engine/Song.h"
-#include "ui/Dialogs.h"
+#include "engine/takes/PlayedPassages.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/Dialogs.h"
 #include "ui/RecordingTexts.h"
 #include "ui/TakeToSave.h"
 

@@ -7,14 +7,14 @@
 #include "engine/PortKeeper.h"
 #include "nk/nk_exception.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
-#include "ui/Dialogs.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/SoundTexts.h"
 #include "ui/KeptText.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/midiSettings.h"
-#include "ui/NoticeLine.h"
-#include "ui/SoundTexts.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/NoticeLine.h"
+#include "ui/parts/UnaskedBox.h"
 
 using Kivora::PortKeeper;
 using Topic = NoticeLine::Topic;

@@ -12,21 +12,21 @@
 #include "engine/TakeJournal.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
-#include "ui/Dialogs.h"
+#include "ui/dialogs/ListenButton.h"
+#include "ui/dialogs/MIDIFileNames.h"
+#include "ui/dialogs/PlayerWindow.h"
+#include "ui/dialogs/SongFile.h"
+#include "ui/dialogs/SoundTexts.h"
 #include "ui/KivoraWidget.h"
-#include "ui/ListenButton.h"
 #include "ui/MainDisplay.h"
-#include "ui/MIDIFileNames.h"
-#include "ui/NoticeLine.h"
-#include "ui/PanelFigure.h"
-#include "ui/PanelKey.h"
-#include "ui/PanelLabel.h"
-#include "ui/PlayerWindow.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/NoticeLine.h"
+#include "ui/parts/PanelFigure.h"
+#include "ui/parts/PanelKey.h"
+#include "ui/parts/PanelLabel.h"
+#include "ui/parts/UnaskedBox.h"
 #include "ui/RecordingTexts.h"
-#include "ui/SongFile.h"
-#include "ui/SoundTexts.h"
 #include "ui/TakeToSave.h"
-#include "ui/UnaskedBox.h"
 #include "ui/WheelStrip.h"
 
 namespace {
@@ -143,6 +143,15 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     return false;
 }
 
+PlayerWindow& KivoraWidget::player() {
+    if (auto* const there = findChild<PlayerWindow*>(QString(), Qt::FindDirectChildrenOnly)) {
+        return *there;
+    }
+    auto* const made = new PlayerWindow(*front_, *this);
+    connect(made, &PlayerWindow::panicAsked, this, &KivoraWidget::resetClicked);
+    return *made;
+}
+
 void KivoraWidget::playLatestTake() {
     if (takes_ == nullptr) {
         return;
@@ -155,8 +164,7 @@ void KivoraWidget::playLatestTake() {
                           : tr("There is no recording that has ended since the program was started."));
         return;
     }
-    PlayerWindow::of(*front_, *this)
-        .openSong({std::make_shared<const Kivora::Song>(take), tr("The last recording"), QString()});
+    player().openSong({std::make_shared<const Kivora::Song>(take), tr("The last recording"), QString()});
 }
 
 void KivoraWidget::timerTick() {

@@ -3,10 +3,10 @@
 #include "engine/EngineFront.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "nk/nk_file_failure.h"
-#include "ui/Dialogs.h"
+#include "ui/dialogs/MidiLearn.h"
+#include "ui/dialogs/MidiRemote.h"
 #include "ui/KivoraWidget.h"
-#include "ui/MidiLearn.h"
-#include "ui/MidiRemote.h"
+#include "ui/parts/Dialogs.h"
 
 void KivoraWidget::createRemote() {
     using Kivora::EPanelFunction;

@@ -1,7 +1,7 @@
 // What the panel shows of what is played and set.
 #include "engine/CKivora.h"
-#include "engine/ClickSettings.h"
 #include "engine/EngineFront.h"
+#include "engine/values/ClickSettings.h"
 #include "midi/TMIDIMessage.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -10,8 +10,8 @@
 #include "ui/ComputerKeys.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/PanelFigure.h"
-#include "ui/PanelKey.h"
+#include "ui/parts/PanelFigure.h"
+#include "ui/parts/PanelKey.h"
 #include "ui/WheelStrip.h"
 
 using NK::MIDI::TMIDIMessage;

@@ -3,13 +3,13 @@
 #include <QApplication>
 #include <QMenu>
 
-#include "engine/BendRange.h"
 #include "engine/EngineFront.h"
+#include "engine/values/BendRange.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
-#include "ui/PanelControlKeys.h"
-#include "ui/PanelGeometry.h"
+#include "ui/parts/PanelControlKeys.h"
+#include "ui/parts/PanelGeometry.h"
 #include "ui/SplitMark.h"
 #include "ui/WheelStrip.h"
 

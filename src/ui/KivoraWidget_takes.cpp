@@ -10,14 +10,14 @@
 #include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_file_failure.h"
-#include "ui/Dialogs.h"
+#include "ui/dialogs/ListenButton.h"
 #include "ui/KivoraWidget.h"
-#include "ui/ListenButton.h"
 #include "ui/MainDisplay.h"
-#include "ui/NoticeLine.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/NoticeLine.h"
+#include "ui/parts/UnaskedBox.h"
 #include "ui/RecordingTexts.h"
 #include "ui/TakeToSave.h"
-#include "ui/UnaskedBox.h"
 
 using Kivora::WaitingTake;
 

@@ -10,9 +10,9 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoAccessible.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
-#include "ui/Dialogs.h"
-#include "ui/InstrumentStyle.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/InstrumentStyle.h"
 
 namespace {
 constexpr int kSizes[] = {75, 100, 125, 150, 200};  // per cent

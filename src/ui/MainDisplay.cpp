@@ -4,7 +4,7 @@
 #include <QPainter>
 
 #include "QtWidgets/skin/QClickableLabel.h"
-#include "ui/NoticeLine.h"
+#include "ui/parts/NoticeLine.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include <array>
 
-#include "ui/PanelFigure.h"
-#include "ui/PanelLabel.h"
-#include "ui/PanelScale.h"
+#include "ui/parts/PanelFigure.h"
+#include "ui/parts/PanelLabel.h"
+#include "ui/parts/PanelScale.h"
 #include "ui/PatchTexts.h"
 
 class NoticeLine;

@@ -6,9 +6,9 @@
 #include <QPainter>
 
 #include "piano/CKeyboardPosCalc.h"
-#include "ui/PanelGeometry.h"
 #include "ui/PanelSkin.h"
-#include "ui/PanelText.h"
+#include "ui/parts/PanelGeometry.h"
+#include "ui/parts/PanelText.h"
 
 namespace {
 

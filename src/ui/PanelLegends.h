@@ -3,7 +3,7 @@
 
 #include <QRect>
 
-#include "ui/PianoRange.h"
+#include "ui/parts/PianoRange.h"
 
 class QPainter;
 

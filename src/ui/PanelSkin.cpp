@@ -6,8 +6,8 @@
 #include <QPixmapCache>
 #include <utility>
 
-#include "ui/PanelGeometry.h"
-#include "ui/SkinColors.h"
+#include "ui/parts/PanelGeometry.h"
+#include "ui/parts/SkinColors.h"
 
 namespace {
 

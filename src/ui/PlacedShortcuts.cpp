@@ -13,7 +13,7 @@
 #include "nk/nk_translate.h"
 #include "piano/PCKeyPlaces.h"
 #include "piano/PCKeyTexts.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/UnaskedBox.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QObject>
 
 #include "ui/ComputerKeys.h"
-#include "ui/KeyRepeats.h"
+#include "ui/parts/KeyRepeats.h"
 
 class QKeyEvent;
 

@@ -7,7 +7,7 @@
 #include <QTimer>
 
 #include "nk/nk_pressed_input.h"
-#include "ui/KeyRepeats.h"
+#include "ui/parts/KeyRepeats.h"
 
 /// From a press of any key or mouse button of the program until nothing is down, asks the window system every
 /// `kPeriodMs` what is down. It tells of no release while the keyboard is elsewhere for a moment, with a notice that

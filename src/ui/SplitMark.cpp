@@ -8,9 +8,9 @@
 #include <QPainter>
 #include <utility>
 
-#include "engine/VoiceSlots.h"
+#include "engine/values/VoiceSlots.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
-#include "ui/InstrumentColors.h"
+#include "ui/parts/InstrumentColors.h"
 
 using Kivora::VoiceSlots;
 

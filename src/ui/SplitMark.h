@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "QtWidgets/piano/PianoTypes.h"
-#include "ui/PanelScale.h"
+#include "ui/parts/PanelScale.h"
 
 /// Its value is the lowest note of the main voice. A line above the keys shows both halves in the colours of their
 /// voices; between them stands a handle, which is dragged by the mouse or a finger from key to key. The arrow keys move

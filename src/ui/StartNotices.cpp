@@ -3,8 +3,8 @@
 #include <QTimer>
 #include <utility>
 
-#include "ui/Dialogs.h"
-#include "ui/UnaskedBox.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/UnaskedBox.h"
 
 void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details) {
     waiting_.push_back({icon, title, text, details});

@@ -13,8 +13,8 @@
 #include "nk/nk_directory.h"
 #include "nk/nk_file_content.h"
 #include "nk/nk_file_failure.h"
-#include "ui/Dialogs.h"
 #include "ui/KeptText.h"
+#include "ui/parts/Dialogs.h"
 
 namespace {
 

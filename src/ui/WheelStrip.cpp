@@ -6,12 +6,12 @@
 #include <QPainter>
 #include <QTouchEvent>
 
-#include "engine/HeldKeys.h"
-#include "ui/InstrumentColors.h"
-#include "ui/InstrumentStyle.h"
-#include "ui/PanelKey.h"
-#include "ui/PanelText.h"
-#include "ui/StripWheel.h"
+#include "engine/values/HeldKeys.h"
+#include "ui/parts/InstrumentColors.h"
+#include "ui/parts/InstrumentStyle.h"
+#include "ui/parts/PanelKey.h"
+#include "ui/parts/PanelText.h"
+#include "ui/parts/StripWheel.h"
 
 using Kivora::EWheel;
 using Kivora::PanelWheels;

@@ -10,7 +10,7 @@
 
 #include "engine/PanelWheels.h"
 #include "midi/TMIDIMessage.h"
-#include "ui/PanelScale.h"
+#include "ui/parts/PanelScale.h"
 
 class PanelKey;
 class StripWheel;

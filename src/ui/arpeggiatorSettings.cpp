@@ -6,8 +6,8 @@
 
 #include "engine/EngineFront.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
-#include "ui/PanelControlKeys.h"
 #include "ui/PanelSkin.h"
+#include "ui/parts/PanelControlKeys.h"
 #include "ui_arpeggiatorSettings.h"
 
 using NK::MIDI::ArpeggiatorSettings;

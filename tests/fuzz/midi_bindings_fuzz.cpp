@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "engine/MidiBindings.h"
+#include "engine/values/MidiBindings.h"
 #include "nk/nk_memory_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

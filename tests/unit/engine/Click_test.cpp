@@ -10,8 +10,8 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
-#include "engine/PlayedPassages.h"
 #include "engine/PortKeeper.h"
+#include "engine/takes/PlayedPassages.h"
 #include "engine/TapTempo.h"
 #include "support/AllocationCounter.h"
 #include "support/Files.h"

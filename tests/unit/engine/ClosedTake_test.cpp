@@ -1,4 +1,4 @@
-#include "engine/ClosedTake.h"
+#include "engine/takes/ClosedTake.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

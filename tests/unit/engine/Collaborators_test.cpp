@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "engine/ClockPosition.h"
-#include "engine/HeldKeys.h"
-#include "engine/NoteFolding.h"
 #include "engine/PortSelection.h"
-#include "engine/VelocityScaling.h"
-#include "engine/VoiceSlots.h"
+#include "engine/values/HeldKeys.h"
+#include "engine/values/NoteFolding.h"
+#include "engine/values/VelocityScaling.h"
+#include "engine/values/VoiceSlots.h"
 #include "nk/nk_exception.h"
 
 using namespace Kivora;

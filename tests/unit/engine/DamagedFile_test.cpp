@@ -1,4 +1,4 @@
-#include "engine/DamagedFile.h"
+#include "engine/files/DamagedFile.h"
 
 #include <gtest/gtest.h>
 

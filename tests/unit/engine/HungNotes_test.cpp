@@ -11,10 +11,10 @@
 #include <string>
 #include <utility>
 
-#include "engine/ClickSettings.h"
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
-#include "engine/NoteFolding.h"
+#include "engine/values/ClickSettings.h"
+#include "engine/values/NoteFolding.h"
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"

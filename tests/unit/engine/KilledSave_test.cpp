@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "engine/PresetStore.h"
+#include "engine/files/PresetStore.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "engine/MidiBindingsFile.h"
+#include "engine/files/MidiBindingsFile.h"
 #include "engine/SoftTakeover.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "engine/NameOrder.h"
+#include "engine/files/NameOrder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "engine/EngineFront.h"
-#include "engine/ExtraKey.h"
+#include "engine/values/ExtraKey.h"
 #include "support/Files.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"

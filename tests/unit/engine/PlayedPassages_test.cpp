@@ -1,5 +1,5 @@
 // What was played and not recorded, saved all the same.
-#include "engine/PlayedPassages.h"
+#include "engine/takes/PlayedPassages.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "engine/PresetStore.h"
+#include "engine/files/PresetStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

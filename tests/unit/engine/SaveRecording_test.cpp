@@ -8,7 +8,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 #include "support/FileSizeLimit.h"
 #include "unit/engine/EngineRig.h"
 

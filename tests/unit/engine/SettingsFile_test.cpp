@@ -1,5 +1,5 @@
 // The settings file beside other programs, while it cannot be read, and when it is none.
-#include "engine/SettingsFile.h"
+#include "engine/files/SettingsFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "engine/EngineExtras.h"
-#include "engine/PatchShelf.h"
-#include "engine/RecentPresets.h"
+#include "engine/values/PatchShelf.h"
+#include "engine/values/RecentPresets.h"
 #include "support/Files.h"
 #include "unit/engine/EngineRig.h"
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/JournalFile.h"
 #include "engine/TakeJournal.h"
+#include "engine/takes/JournalFile.h"
 #include "nk/nk_disk_file.h"
 #include "nk/nk_file_failure.h"
 #include "support/Files.h"

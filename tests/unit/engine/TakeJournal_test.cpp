@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "engine/EngineFront.h"
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 #include "libmidi/CaptureFile.h"
 #include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"

@@ -1,5 +1,5 @@
 // A take on the bars and beats to which it was played.
-#include "engine/TakeTicks.h"
+#include "engine/takes/TakeTicks.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,8 +9,8 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
-#include "engine/RecordedTrack.h"
 #include "engine/TakeJournal.h"
+#include "engine/takes/RecordedTrack.h"
 #include "midi/reader/SMFReader.h"
 #include "unit/engine/EngineRig.h"
 

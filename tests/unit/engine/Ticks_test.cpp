@@ -4,8 +4,8 @@
 #include <atomic>
 #include <thread>
 
-#include "engine/ClickSettings.h"
 #include "engine/EngineFront.h"
+#include "engine/values/ClickSettings.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_wakeup.h"
 #include "unit/engine/EngineRig.h"

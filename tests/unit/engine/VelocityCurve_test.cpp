@@ -1,5 +1,5 @@
 // How hard a key of a MIDI keyboard sounds.
-#include "engine/VelocityCurve.h"
+#include "engine/values/VelocityCurve.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

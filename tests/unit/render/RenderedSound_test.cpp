@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/RecordedTrack.h"
+#include "engine/takes/RecordedTrack.h"
 #include "midi/reader/SMFReader.h"
 #include "nk/nk_file_failure.h"
 #include "support/Files.h"

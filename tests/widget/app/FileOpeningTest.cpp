@@ -9,7 +9,7 @@
 #include "locale/Locale.h"
 #include "midi/SMFWriter.h"
 #include "support/Files.h"
-#include "ui/SongFile.h"
+#include "ui/dialogs/SongFile.h"
 #include "unit/engine/EngineRig.h"
 
 namespace {

@@ -29,10 +29,10 @@
 #include "locale/Locale.h"
 #include "support/FakeSynth.h"
 #include "support/FatalLog.h"
-#include "ui/About.h"
+#include "ui/dialogs/About.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/SoundFindings.h"
 #include "ui/KivoraWidget.h"
-#include "ui/midiSettings.h"
-#include "ui/SoundFindings.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/PanelRig.h"
 

@@ -16,10 +16,10 @@
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
-#include "ui/KeyboardTest.h"
+#include "ui/dialogs/KeyboardTest.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/PresetList.h"
 #include "ui/KivoraWidget.h"
-#include "ui/midiSettings.h"
-#include "ui/PresetList.h"
 
 namespace {
 

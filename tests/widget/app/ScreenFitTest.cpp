@@ -16,8 +16,8 @@
 #include "app/MainWindow.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/FatalLog.h"
-#include "ui/EmbeddedFonts.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/EmbeddedFonts.h"
 #include "unit/engine/EngineRig.h"
 
 namespace {

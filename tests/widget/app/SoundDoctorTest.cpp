@@ -10,7 +10,7 @@
 #include "support/FatalLog.h"
 #include "support/Files.h"
 #include "support/TinySoundFont.h"
-#include "ui/SoundReport.h"
+#include "ui/dialogs/SoundReport.h"
 #include "unit/engine/EngineRig.h"
 #include "unit/libmidi/synth/FakeSynthApi.h"
 

@@ -4,11 +4,11 @@
 #include <QLabel>
 
 #include "locale/Locale.h"
-#include "ui/EmbeddedFonts.h"
 #include "ui/KivoraWidget.h"
-#include "ui/PanelCombo.h"
-#include "ui/PanelKey.h"
-#include "ui/PanelText.h"
+#include "ui/parts/EmbeddedFonts.h"
+#include "ui/parts/PanelCombo.h"
+#include "ui/parts/PanelKey.h"
+#include "ui/parts/PanelText.h"
 #include "ui/PatchTexts.h"
 
 namespace {

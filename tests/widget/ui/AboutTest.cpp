@@ -1,5 +1,5 @@
 // The about window and the legal information.
-#include "ui/About.h"
+#include "ui/dialogs/About.h"
 
 #include <gtest/gtest.h>
 

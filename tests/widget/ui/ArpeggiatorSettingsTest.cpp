@@ -15,9 +15,9 @@
 
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
-#include "ui/PanelCombo.h"
-#include "ui/PanelLabel.h"
 #include "ui/PanelSkin.h"
+#include "ui/parts/PanelCombo.h"
+#include "ui/parts/PanelLabel.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/DialogTexts.h"
 

@@ -6,13 +6,13 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
-#include "ui/Dialogs.h"
-#include "ui/MidiLearn.h"
-#include "ui/MidiRemote.h"
-#include "ui/PlayerWindow.h"
-#include "ui/PresetList.h"
-#include "ui/SongFile.h"
-#include "ui/SoundCheck.h"
+#include "ui/dialogs/MidiLearn.h"
+#include "ui/dialogs/MidiRemote.h"
+#include "ui/dialogs/PlayerWindow.h"
+#include "ui/dialogs/PresetList.h"
+#include "ui/dialogs/SongFile.h"
+#include "ui/dialogs/SoundCheck.h"
+#include "ui/parts/Dialogs.h"
 #include "unit/engine/SongRig.h"
 #include "widget/ui/GoldenWindow.h"
 #include "widget/ui/SoundFindingsOf.h"
@@ -119,7 +119,7 @@ TEST_F(DialogPictures, TheSoundCheckLooksAsReviewed) {
 
 TEST_F(DialogPictures, ThePlayerLooksAsReviewed) {
     InBothLanguages([this](const QString& language) {
-        PlayerWindow& player = PlayerWindow::of(*front, *panel);
+        PlayerWindow& player = panel->player();
         player.openSong({MakeSong({{0, {0x90, 5, 60, 100}}}, 225'000), "Prelude in C.mid",
                          "It is cut short: it ends at byte 1210, inside a track."});
         SongPlayer(*front).Seek(83'000'000);

@@ -19,11 +19,11 @@
 
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
-#include "ui/EmbeddedFonts.h"
-#include "ui/InstrumentColors.h"
-#include "ui/InstrumentPalette.h"
-#include "ui/InstrumentStyle.h"
-#include "ui/SkinColors.h"
+#include "ui/parts/EmbeddedFonts.h"
+#include "ui/parts/InstrumentColors.h"
+#include "ui/parts/InstrumentPalette.h"
+#include "ui/parts/InstrumentStyle.h"
+#include "ui/parts/SkinColors.h"
 
 namespace {
 

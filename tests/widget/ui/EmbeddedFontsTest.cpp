@@ -1,5 +1,5 @@
 // The typefaces that the panel is drawn with.
-#include "ui/EmbeddedFonts.h"
+#include "ui/parts/EmbeddedFonts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // That every text and mark of the dialogs can be read, by the contrast of WCAG 2.x.
-#include "ui/InstrumentPalette.h"
+#include "ui/parts/InstrumentPalette.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <QPixmap>
 #include <string>
 
-#include "ui/InstrumentColors.h"
-#include "ui/SkinColors.h"
+#include "ui/parts/InstrumentColors.h"
+#include "ui/parts/SkinColors.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The dialog that shows what the computer's keyboard reports at once.
-#include "ui/KeyboardTest.h"
+#include "ui/dialogs/KeyboardTest.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 
 #include "locale/Locale.h"
 #include "support/SystemLayout.h"
-#include "ui/KeyboardFigure.h"
+#include "ui/dialogs/KeyboardFigure.h"
 #include "widget/ui/DialogTexts.h"
 
 namespace {

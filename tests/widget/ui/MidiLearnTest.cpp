@@ -8,8 +8,8 @@
 #include <QTreeWidget>
 
 #include "support/Files.h"
-#include "ui/MidiLearn.h"
-#include "ui/MidiRemote.h"
+#include "ui/dialogs/MidiLearn.h"
+#include "ui/dialogs/MidiRemote.h"
 #include "widget/ui/DialogParts.h"
 #include "widget/ui/DialogTexts.h"
 

@@ -24,7 +24,7 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "support/FakeSynth.h"
-#include "ui/midiSettings.h"
+#include "ui/dialogs/midiSettings.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/DialogTexts.h"
 #include "widget/ui/ModalBoxes.h"

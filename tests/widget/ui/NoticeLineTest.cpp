@@ -5,7 +5,7 @@
 #include <QtTest/QTest>
 
 #include "ui/MainDisplay.h"
-#include "ui/NoticeLine.h"
+#include "ui/parts/NoticeLine.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <QComboBox>
 
 #include "support/AccessibleChanges.h"
-#include "ui/PanelLabel.h"
+#include "ui/parts/PanelLabel.h"
 
 using namespace KivoraTest;
 

@@ -9,11 +9,11 @@
 #include <QtTest/QTest>
 #include <vector>
 
-#include "ui/FocusRing.h"
-#include "ui/PanelCombo.h"
-#include "ui/PanelControlKeys.h"
-#include "ui/PanelLabel.h"
-#include "ui/PanelText.h"
+#include "ui/parts/FocusRing.h"
+#include "ui/parts/PanelCombo.h"
+#include "ui/parts/PanelControlKeys.h"
+#include "ui/parts/PanelLabel.h"
+#include "ui/parts/PanelText.h"
 
 namespace {
 

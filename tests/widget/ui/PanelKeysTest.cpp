@@ -8,7 +8,7 @@
 
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "support/SynthModel.h"
-#include "ui/PanelKey.h"
+#include "ui/parts/PanelKey.h"
 
 using namespace KivoraTest;
 

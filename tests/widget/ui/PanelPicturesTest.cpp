@@ -6,9 +6,9 @@
 
 #include "engine/EngineExtras.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
-#include "ui/PanelCombo.h"
-#include "ui/PanelKey.h"
-#include "ui/PanelLabel.h"
+#include "ui/parts/PanelCombo.h"
+#include "ui/parts/PanelKey.h"
+#include "ui/parts/PanelLabel.h"
 #include "widget/ui/GoldenWindow.h"
 
 using namespace KivoraTest;

@@ -7,7 +7,7 @@
 #include <QMenu>
 
 #include "engine/EngineExtras.h"
-#include "ui/midiSettings.h"
+#include "ui/dialogs/midiSettings.h"
 #include "unit/engine/SavedTake.h"
 
 using namespace KivoraTest;

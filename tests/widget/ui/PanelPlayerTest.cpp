@@ -10,8 +10,8 @@
 
 #include "midi/reader/SMFReader.h"
 #include "support/Files.h"
-#include "ui/PlayerWindow.h"
-#include "ui/SongFile.h"
+#include "ui/dialogs/PlayerWindow.h"
+#include "ui/dialogs/SongFile.h"
 #include "unit/engine/SongRig.h"
 #include "widget/ui/DialogParts.h"
 
@@ -22,7 +22,7 @@ namespace {
 
 class PanelPlayer : public PanelTest {
 protected:
-    PlayerWindow& Window() { return PlayerWindow::of(*front, *panel); }
+    PlayerWindow& Window() { return panel->player(); }
     SongPlayer::Status Status() { return SongPlayer(*front).GetStatus(); }
     void OpenSong(const QString& damage = {}) {
         Window().openSong(

@@ -6,9 +6,9 @@
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/Files.h"
-#include "ui/PianoRange.h"
+#include "ui/parts/PianoRange.h"
+#include "ui/parts/ViewSettings.h"
 #include "ui/SplitMark.h"
-#include "ui/ViewSettings.h"
 #include "widget/ui/PanelRig.h"
 
 using namespace KivoraTest;

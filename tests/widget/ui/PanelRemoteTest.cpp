@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "engine/EngineExtras.h"
-#include "engine/MidiBindingsFile.h"
+#include "engine/files/MidiBindingsFile.h"
 #include "support/Files.h"
-#include "ui/MidiRemote.h"
+#include "ui/dialogs/MidiRemote.h"
 
 using namespace KivoraTest;
 using Kivora::EPanelFunction;

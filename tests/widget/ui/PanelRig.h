@@ -25,8 +25,8 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "QtWidgets/piano/QPiano.h"
-#include "ui/EmbeddedFonts.h"
 #include "ui/KivoraWidget.h"
+#include "ui/parts/EmbeddedFonts.h"
 #include "unit/engine/EngineRig.h"
 
 namespace KivoraTest {

@@ -11,9 +11,9 @@
 
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
-#include "ui/PanelKey.h"
-#include "ui/PanelLabel.h"
-#include "ui/PanelScale.h"
+#include "ui/parts/PanelKey.h"
+#include "ui/parts/PanelLabel.h"
+#include "ui/parts/PanelScale.h"
 
 using namespace KivoraTest;
 

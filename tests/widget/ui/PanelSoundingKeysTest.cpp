@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "engine/CKivora.h"
-#include "ui/SkinColors.h"
+#include "ui/parts/SkinColors.h"
 
 using namespace KivoraTest;
 

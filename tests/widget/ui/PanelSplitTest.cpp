@@ -2,7 +2,7 @@
 #include <QAccessible>
 
 #include "support/SynthModel.h"
-#include "ui/NoticeLine.h"
+#include "ui/parts/NoticeLine.h"
 #include "ui/SplitMark.h"
 #include "widget/ui/PanelRig.h"
 

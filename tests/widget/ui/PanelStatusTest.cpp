@@ -12,7 +12,7 @@
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/arpeggiatorSettings.h"
 #include "ui/MainDisplay.h"
-#include "ui/PanelKey.h"
+#include "ui/parts/PanelKey.h"
 
 using namespace KivoraTest;
 

@@ -13,10 +13,10 @@
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/Files.h"
 #include "support/SynthModel.h"
-#include "ui/PanelGeometry.h"
+#include "ui/parts/PanelGeometry.h"
+#include "ui/parts/StripWheel.h"
+#include "ui/parts/ViewSettings.h"
 #include "ui/SplitMark.h"
-#include "ui/StripWheel.h"
-#include "ui/ViewSettings.h"
 #include "ui/WheelStrip.h"
 #include "widget/ui/PanelRig.h"
 

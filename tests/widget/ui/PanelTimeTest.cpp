@@ -8,10 +8,10 @@
 #include <QMenu>
 #include <QSpinBox>
 
-#include "engine/ClickSettings.h"
+#include "engine/values/ClickSettings.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
-#include "ui/LatchAndSwing.h"
-#include "ui/MetronomeSettings.h"
+#include "ui/dialogs/LatchAndSwing.h"
+#include "ui/dialogs/MetronomeSettings.h"
 #include "widget/ui/DialogParts.h"
 
 using namespace KivoraTest;

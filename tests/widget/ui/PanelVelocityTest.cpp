@@ -6,8 +6,8 @@
 #include <QSpinBox>
 
 #include "engine/EngineExtras.h"
-#include "ui/VelocityGraph.h"
-#include "ui/VelocitySettings.h"
+#include "ui/dialogs/VelocityGraph.h"
+#include "ui/dialogs/VelocitySettings.h"
 #include "widget/ui/DialogParts.h"
 
 using namespace KivoraTest;

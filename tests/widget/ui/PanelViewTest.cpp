@@ -9,9 +9,9 @@
 #include "support/AccessibleChanges.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
-#include "ui/InstrumentStyle.h"
-#include "ui/SkinColors.h"
-#include "ui/ViewSettings.h"
+#include "ui/parts/InstrumentStyle.h"
+#include "ui/parts/SkinColors.h"
+#include "ui/parts/ViewSettings.h"
 
 using namespace KivoraTest;
 

@@ -10,8 +10,8 @@
 #include "nk/nk_exception.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
 #include "QtWidgets/skin/QJogDial.h"
-#include "ui/NoticeLine.h"
-#include "ui/PanelKey.h"
+#include "ui/parts/NoticeLine.h"
+#include "ui/parts/PanelKey.h"
 
 using namespace KivoraTest;
 

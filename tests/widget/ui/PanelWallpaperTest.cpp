@@ -12,7 +12,7 @@
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/Files.h"
 #include "support/FileSizeLimit.h"
-#include "ui/SkinColors.h"
+#include "ui/parts/SkinColors.h"
 #include "ui/WallpaperCache.h"
 
 using namespace KivoraTest;

@@ -4,8 +4,8 @@
 #include <QStyleFactory>
 
 #include "support/TestMain.h"
-#include "ui/EmbeddedFonts.h"
-#include "ui/InstrumentStyle.h"
+#include "ui/parts/EmbeddedFonts.h"
+#include "ui/parts/InstrumentStyle.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -6,10 +6,10 @@
 #include <QToolTip>
 
 #include "support/OpenWatch.h"
-#include "ui/Dialogs.h"
-#include "ui/midiSettings.h"
-#include "ui/PlainTexts.h"
-#include "ui/PresetList.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/PresetList.h"
+#include "ui/parts/Dialogs.h"
+#include "ui/parts/PlainTexts.h"
 #include "widget/ui/PanelRig.h"
 
 using namespace KivoraTest;

@@ -1,4 +1,4 @@
-#include "ui/PresetList.h"
+#include "ui/dialogs/PresetList.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +13,7 @@
 
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
-#include "ui/QPresetNameValidator.h"
+#include "ui/dialogs/QPresetNameValidator.h"
 #include "unit/engine/EngineRig.h"
 #include "widget/ui/DialogTexts.h"
 #include "widget/ui/ModalBoxes.h"

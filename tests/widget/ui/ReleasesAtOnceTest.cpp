@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "piano/PCKeyPlaces.h"
-#include "ui/KeyboardFigure.h"
-#include "ui/KeyboardTest.h"
+#include "ui/dialogs/KeyboardFigure.h"
+#include "ui/dialogs/KeyboardTest.h"
 #include "widget/piano/PianoFixture.h"
 
 using namespace KivoraTest;

@@ -1,4 +1,4 @@
-#include "ui/SkinColors.h"
+#include "ui/parts/SkinColors.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "ui/SoundCheck.h"
+#include "ui/dialogs/SoundCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "locale/Locale.h"
-#include "ui/midiSettings.h"
-#include "ui/SoundFindings.h"
+#include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/SoundFindings.h"
 #include "widget/ui/DialogTexts.h"
 #include "widget/ui/ModalBoxes.h"
 #include "widget/ui/SoundFindingsOf.h"

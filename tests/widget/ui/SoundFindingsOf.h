@@ -1,7 +1,7 @@
 // Findings about a sound that comes, and about one that does not.
 #pragma once
 
-#include "ui/SoundFindings.h"
+#include "ui/dialogs/SoundFindings.h"
 
 namespace KivoraTest {
 

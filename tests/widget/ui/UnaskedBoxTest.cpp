@@ -1,12 +1,12 @@
 // The boxes that come by themselves, while somebody plays.
-#include "ui/UnaskedBox.h"
+#include "ui/parts/UnaskedBox.h"
 
 #include <gmock/gmock.h>
 
 #include <QPointer>
 
 #include "engine/EngineFront.h"
-#include "ui/Dialogs.h"
+#include "ui/parts/Dialogs.h"
 #include "widget/ui/PanelRig.h"
 
 using namespace KivoraTest;

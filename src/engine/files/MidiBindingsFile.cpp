@@ -1,0 +1,88 @@
+#include "engine/files/MidiBindingsFile.h"
+
+#include <utility>
+#include <vector>
+
+#include "engine/files/DamagedFile.h"
+#include "nk/nk_file_failure.h"
+
+namespace Kivora {
+
+namespace {
+NK::CIniFile LinesOf(const MidiBindings& bindings) {
+    NK::CIniFile file;
+    bindings.Write(file);
+    return file;
+}
+}  // namespace
+
+StoredBindings StoredBindings::Read(const NK::CString& path) {
+    using LoadResult = NK::CIniFile::LoadResult;
+    StoredBindings stored;
+    NK::CIniFile file;
+    file.Load(path);
+    switch (file.GetLoadResult()) {
+        case LoadResult::kAbsent:
+            return stored;
+        case LoadResult::kUnreadable:
+            stored.state = State::kUnreadable;
+            return stored;
+        case LoadResult::kDamaged:
+            stored.state = State::kDamaged;
+            return stored;
+        case LoadResult::kLoaded:
+            break;
+    }
+    const bool isConfiguration = file.IsConfiguration();
+    stored.bindings = MidiBindings::Read(file, stored.refused);
+    if (isConfiguration && stored.refused == 0) {
+        stored.state = State::kWhole;
+    } else {
+        stored.state = stored.bindings.IsEmpty() ? State::kDamaged : State::kPartly;
+    }
+    return stored;
+}
+
+bool WriteBindings(const MidiBindings& bindings, const NK::CString& path) {
+    NK::ForgetFileFailure();
+    return LinesOf(bindings).Save(path);
+}
+
+StoredBindings::State MidiBindingsFile::Load() {
+    StoredBindings stored = StoredBindings::Read(path_);
+    bindings_ = std::move(stored.bindings);
+    isSaved_ = true;
+    return stored.state;
+}
+
+bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, NK::CString& setAside) {
+    using State = StoredBindings::State;
+    NK::ForgetFileFailure();
+    StoredBindings stored = StoredBindings::Read(path_);
+    if (stored.state == State::kWhole || stored.state == State::kPartly) {
+        const MidiBindings inForce = std::exchange(bindings_, std::move(stored.bindings));
+        for (const MidiBinding& unsaved : isSaved_ ? std::vector<MidiBinding>() : inForce.GetAll()) {
+            bindings_.Bind(unsaved);
+        }
+    }
+    change(bindings_);
+    setAside.Clear();
+    switch (stored.state) {
+        case State::kUnreadable:
+            isSaved_ = false;
+            break;
+        case State::kPartly:
+        case State::kDamaged: {
+            NK::CIniFile file = LinesOf(bindings_);
+            isSaved_ = SaveOverDamaged(file, path_, setAside);
+            break;
+        }
+        case State::kWhole:
+        case State::kAbsent:
+            isSaved_ = LinesOf(bindings_).Save(path_);
+            break;
+    }
+    return isSaved_;
+}
+
+}  // namespace Kivora

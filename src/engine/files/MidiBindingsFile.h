@@ -1,0 +1,54 @@
+// The file of what is bound on MIDI keyboards.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <utility>
+
+#include "engine/values/MidiBindings.h"
+#include "nk/nk_string.h"
+
+namespace Kivora {
+
+/// What a file of bindings holds.
+struct StoredBindings {
+    enum class State {
+        kWhole,
+        kAbsent,
+        kUnreadable,  ///< why tells NK::GetFileFailure()
+        kPartly,      ///< `refused` of its lines are not understood, the others are
+        kDamaged      ///< none are
+    };
+
+    static StoredBindings Read(const NK::CString& path);
+
+    State state = State::kAbsent;
+    MidiBindings bindings;
+    std::size_t refused = 0;
+};
+
+/// The program's own file. It is there once something was bound; what another program has bound meanwhile stays. [gui]
+class MidiBindingsFile {
+public:
+    explicit MidiBindingsFile(NK::CString path) : path_(std::move(path)) {}
+
+    /// How the file was found; what is whole in it is in force.
+    StoredBindings::State Load();
+    const MidiBindings& Get() const { return bindings_; }
+    const NK::CString& GetPath() const { return path_; }
+
+    /// Changes what the file holds now and what was in force and could not be saved before. The result is in force,
+    /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). A file that is
+    /// damaged in any part is renamed before, see SaveOverDamaged(): then `setAside` is its new name, else empty.
+    bool Change(const std::function<void(MidiBindings& bindings)>& change, NK::CString& setAside);
+
+private:
+    const NK::CString path_;
+    MidiBindings bindings_;
+    bool isSaved_ = true;  ///< what is in force is what the last Change() or Load() left in the file
+};
+
+/// False, with the reason in NK::GetFileFailure(), when the file is as it was.
+bool WriteBindings(const MidiBindings& bindings, const NK::CString& path);
+
+}  // namespace Kivora

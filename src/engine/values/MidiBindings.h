@@ -1,0 +1,56 @@
+// Which controls of which MIDI keyboards do what on the panel.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "engine/values/MidiControl.h"
+#include "engine/values/PanelFunction.h"
+#include "nk/nk_ini_file.h"
+#include "nk/nk_string.h"
+
+namespace Kivora {
+
+struct MidiBinding {
+    NK::CString device;  ///< its name, as MidiBindings::KeepName() gives it
+    MidiControl control;
+    EPanelFunction function = EPanelFunction::kVolume1;
+    bool latches = false;  ///< the button sends on and off in turn: each is a press
+
+    bool operator==(const MidiBinding&) const = default;
+};
+
+/// Of a device each control has one function, and each function one control. Plain value.
+class MidiBindings {
+public:
+    static constexpr std::size_t kMost = 1000;
+    static constexpr std::uint32_t kLongestName = 200;  ///< of a device, in characters
+
+    const std::vector<MidiBinding>& GetAll() const { return bindings_; }
+    bool IsEmpty() const { return bindings_.empty(); }
+    /// Null where the control is not bound.
+    const MidiBinding* Find(const NK::CString& device, const MidiControl& control) const;
+
+    /// In place of what the control did, and of what did this on the device. False, nothing changed, for what cannot be
+    /// bound: a reserved control, a value to what is no controller, no name, more than kMost.
+    bool Bind(MidiBinding binding);
+    void Clear(EPanelFunction function);
+    void SetLatching(EPanelFunction function, bool latches);
+    /// The others' devices are bound as there; what is bound on other devices stays.
+    void TakeOver(const MidiBindings& others);
+
+    bool operator==(const MidiBindings&) const = default;
+
+    /// A device's name as a section of a file keeps it: one line, no blanks around, cut to kLongestName.
+    static NK::CString KeepName(const NK::CString& name);
+
+    /// A section for each device, a key for each control. `refused` counts the lines that are not understood, or
+    /// cannot be bound beside those before them.
+    static MidiBindings Read(const NK::CIniFile& file, std::size_t& refused);
+    void Write(NK::CIniFile& file) const;
+
+private:
+    std::vector<MidiBinding> bindings_;
+};
+
+}  // namespace Kivora

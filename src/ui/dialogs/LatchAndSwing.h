@@ -1,0 +1,44 @@
+// The dialog of what the arpeggiators can do beside what their panels show.
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "ui/parts/FittedDialog.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+
+namespace Kivora {
+class EngineFront;
+}
+
+/// What is changed in it is in force at once. [gui]
+class LatchAndSwing : public FittedDialog {
+    Q_OBJECT
+
+public:
+    /// The front is not owned.
+    explicit LatchAndSwing(Kivora::EngineFront& front, QWidget* parent = nullptr);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Group {
+        QGroupBox* box;
+        QCheckBox* latch;
+        QLabel* swingLabel;
+        QSpinBox* swing;
+    };
+
+    Group addGroup(int index);
+    void retranslate();
+
+    Kivora::EngineFront& front_;
+    std::array<Group, 2> groups_;  // Qt's parent owns what is in them
+    QPushButton* close_;
+};

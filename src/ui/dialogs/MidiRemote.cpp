@@ -1,0 +1,158 @@
+#include "ui/dialogs/MidiRemote.h"
+
+#include <QApplication>
+#include <QMetaObject>
+#include <QWidget>
+
+#include "engine/EngineExtras.h"
+#include "engine/EngineFront.h"
+#include "nk/nk_paths.h"
+#include "ui/parts/Dialogs.h"
+
+using Kivora::BoundControls;
+using Kivora::CKivora;
+using Kivora::EngineExtras;
+using Kivora::EPanelFunction;
+
+namespace {
+
+const NK::CString kFileName = L"MidiBindings.ini";
+constexpr int kMainSlot = 0;
+constexpr int kLeastVolume = 1;
+constexpr int kGreatestVolume = 127;
+
+/// Whether the panel's controls are out of reach.
+bool IsPanelBlocked() {
+    return QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
+}
+
+}  // namespace
+
+MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
+    : QObject(&panel),
+      front_(front),
+      engine_(front.GetEngine()),
+      file_(NK::JoinPath(engine_.GetUserDataDir(), kFileName)),
+      state_(file_.Load()),
+      presets_(front) {
+    const auto patch = [this](void (Kivora::EngineFront::*step)(int)) {
+        return [this, step] { std::invoke(step, front_, kMainSlot); };
+    };
+    const auto secondPatch = [this](void (Kivora::EngineFront::*step)(int)) {
+        return [this, step] {
+            if (const std::optional<int> slot = slotOfSecondVoice()) {
+                std::invoke(step, front_, *slot);
+            }
+        };
+    };
+    setAction(EPanelFunction::kPatch1Up, patch(&Kivora::EngineFront::NextPatch));
+    setAction(EPanelFunction::kPatch1Down, patch(&Kivora::EngineFront::PrevPatch));
+    setAction(EPanelFunction::kPatch2Up, secondPatch(&Kivora::EngineFront::NextPatch));
+    setAction(EPanelFunction::kPatch2Down, secondPatch(&Kivora::EngineFront::PrevPatch));
+    setAction(EPanelFunction::kPresetUp, [this] { presets_.Step(1); });
+    setAction(EPanelFunction::kPresetDown, [this] { presets_.Step(-1); });
+    putInForce();
+    engine_.WithExtras([this](EngineExtras& extras) {
+        extras.controls.SetWake([this] { QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection); });
+    });
+}
+
+MidiRemote::~MidiRemote() {
+    engine_.WithExtras([](EngineExtras& extras) {
+        extras.controls.SetWake({});
+        extras.controls.EndLearning();
+    });
+}
+
+void MidiRemote::setAction(EPanelFunction function, Action action) {
+    actions_[static_cast<std::size_t>(function)] = std::move(action);
+}
+
+bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change) {
+    const Kivora::MidiBindings former = file_.Get();
+    NK::CString setAside;
+    const bool isSaved = file_.Change(change, setAside);
+    putInForce();
+    for (const Kivora::MidiBinding& binding : file_.Get().GetAll()) {
+        if (binding.control.kind == Kivora::MidiControl::Kind::kController &&
+            former.Find(binding.device, binding.control) == nullptr) {
+            engine_.RestInputController(binding.control.number);
+        }
+    }
+    if (!setAside.IsEmpty()) {
+        emit damagedFileKept(Dialogs::ToQt(setAside));
+    }
+    return isSaved;
+}
+
+void MidiRemote::putInForce() {
+    engine_.WithLock([this] {
+        const Kivora::HeldKeys held = engine_.GetInputKeys();
+        engine_.WithExtras([&](EngineExtras& extras) { extras.controls.SetBindings(file_.Get(), held); });
+    });
+}
+
+void MidiRemote::beginLearning(EPanelFunction function) {
+    engine_.WithLock([&] {
+        const Kivora::HeldKeys held = engine_.GetInputKeys();
+        engine_.WithExtras([&](EngineExtras& extras) { extras.controls.BeginLearning(function, held); });
+    });
+}
+
+void MidiRemote::endLearning() {
+    engine_.WithExtras([](EngineExtras& extras) { extras.controls.EndLearning(); });
+}
+
+void MidiRemote::deliver() {
+    // One at a time: what is carried out may open a dialog, in which the next ones come here again.
+    while (const auto deed = engine_.WithExtras([](EngineExtras& extras) { return extras.controls.TakeNext(); })) {
+        carryOut(*deed);
+    }
+    if (const auto control = engine_.WithExtras([](EngineExtras& extras) { return extras.controls.TakeLearned(); })) {
+        emit learned(*control);
+    }
+}
+
+void MidiRemote::carryOut(const BoundControls::Deed& deed) {
+    const bool isBlocked = IsPanelBlocked() && deed.function != EPanelFunction::kPanic;
+    if (deed.position) {
+        if (isBlocked) {
+            engine_.WithExtras([&deed](EngineExtras& extras) { extras.controls.LetGo(deed); });
+        } else {
+            setValue(deed);
+        }
+    } else if (const Action& action = actions_[static_cast<std::size_t>(deed.function)]; action && !isBlocked) {
+        action();
+    }
+}
+
+void MidiRemote::setValue(const BoundControls::Deed& knob) {
+    const auto follow = [&](int current, int least, int greatest) {
+        return engine_.WithExtras(
+            [&](EngineExtras& extras) { return extras.controls.Follow(knob, current, least, greatest); });
+    };
+    if (knob.function == EPanelFunction::kTempo) {
+        if (const auto tempo = follow(engine_.GetTempo(), CKivora::kMinTempo, CKivora::kMaxTempo)) {
+            engine_.SetTempoInBar(*tempo);
+        }
+        return;
+    }
+    const std::optional<int> slot =
+        knob.function == EPanelFunction::kVolume1 ? std::optional(kMainSlot) : slotOfSecondVoice();
+    if (!slot) {
+        engine_.WithExtras([&knob](EngineExtras& extras) { extras.controls.LetGo(knob); });
+        return;
+    }
+    if (const auto volume = follow(engine_.GetVolume(*slot), kLeastVolume, kGreatestVolume)) {
+        engine_.SetVolume(*volume, *slot);
+    }
+}
+
+std::optional<int> MidiRemote::slotOfSecondVoice() const {
+    constexpr int kDualSlot = 1;
+    constexpr int kSplitSlot = 2;
+    if (engine_.IsSplit()) {
+        return kSplitSlot;
+    }
+    return engine_.IsDual() ? std::optional(kDualSlot) : std::nullopt;
+}

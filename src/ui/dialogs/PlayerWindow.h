@@ -1,0 +1,91 @@
+// The window of the player.
+#pragma once
+
+#include <memory>
+#include <QTimer>
+
+#include "engine/SongPlayer.h"
+#include "ui/parts/FittedDialog.h"
+
+class QFormLayout;
+class QLabel;
+class QPushButton;
+class QSlider;
+class QSpinBox;
+struct SongFile;
+
+namespace Kivora {
+class EngineFront;
+}
+
+/// Stands beside the panel, on which one plays on meanwhile. Nothing plays any more when it is closed; the song stays
+/// for when it is shown again. It looks at the engine while a song plays and when it becomes active. [gui]
+class PlayerWindow : public FittedDialog {
+    Q_OBJECT
+
+public:
+    /// The front is not owned; the panel, which gets the keys that mean nothing to the window, is the parent.
+    PlayerWindow(Kivora::EngineFront& front, QWidget& panel);
+
+    /// Shows the window with a song that can be played now.
+    void openSong(const SongFile& song);
+    /// Shows the window; where there is no song yet the user is asked for a file first.
+    void present();
+    /// Plays or pauses the song, where the window is shown; shows it otherwise.
+    void toggle();
+
+signals:
+    /// Everything is to be silenced and reset.
+    void panicAsked();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    static constexpr int kLookMs = 50;
+
+    QPushButton* addButton(const char* name, void (PlayerWindow::*action)());
+    QSpinBox* addSpin(const char* name, int least, int greatest);
+    void layOut();
+    void retranslate();
+    void come();
+    bool askForFile();
+    void openAnother();
+    void playOrPause();
+    void stop();
+    void beginLoop();
+    void endLoop();
+    void dropLoop();
+    /// Shows how things stand with its song, and looks again while that plays. Meanwhile the player may have another
+    /// one, such as a take that is heard.
+    void look();
+    void showTime(qint64 positionUs);
+    void say(const QString& sentence);
+
+    Kivora::EngineFront& front_;
+    Kivora::SongPlayer player_;
+    QTimer lookTimer_;
+    std::shared_ptr<const Kivora::Song> song_;  ///< of this window; null for none
+    qint64 lengthUs_ = 0;
+    QString damage_;  ///< what is said of the song's file
+
+    // Qt's parent owns these.
+    QLabel* title_;
+    QPushButton* open_;
+    QSlider* position_;
+    QLabel* time_;
+    QPushButton* play_;
+    QPushButton* stop_;
+    QPushButton* loopBegin_;
+    QPushButton* loopEnd_;
+    QPushButton* loopOff_;
+    QLabel* loop_;
+    QSpinBox* tempo_;
+    QSpinBox* transposition_;
+    QLabel* tempoLabel_;
+    QLabel* transpositionLabel_;
+    QLabel* notice_;
+    QPushButton* close_;
+};
