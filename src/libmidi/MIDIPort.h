@@ -4,12 +4,10 @@
 #include <cstdint>
 
 #include "libmidi/MIDIEvent.h"
+#include "libmidi/Result.h"
 #include "nk/nk_string.h"
 
 namespace LibMidi {
-
-/// Result codes of port operations.
-enum Result : int { kSuccess = 0, kAlreadyOpen = 1, kNotOpen = 2, kNoData = 5, kDeviceError = 6, kUnavailable = 7 };
 
 /// Flags that every port reports.
 enum PortFlags : std::uint32_t { kInput = 1, kOutput = 2, kOpen = 4, kUnavailableFlag = 8 };

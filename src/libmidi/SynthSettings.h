@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "libmidi/MIDIPort.h"
+#include "libmidi/Result.h"
 #include "nk/nk_string.h"
 
 namespace LibMidi {

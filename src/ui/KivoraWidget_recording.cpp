@@ -156,7 +156,7 @@ void KivoraWidget::playLatestTake() {
     if (takes_ == nullptr) {
         return;
     }
-    const LibMidi::CaptureStore::View take = takes_->GetLatestTake();
+    const auto take = takes_->GetLatestTake();
     if (take.GetCount() == 0) {
         Dialogs::Show(this, QMessageBox::Information, tr("Hear the Recording"),
                       engine_->IsRecording()

@@ -1,33 +1,5 @@
 # Small graphs. The edges of node n stand in the list <prefix>_<n as a C identifier>.
 
-# find_cycle(<out> <prefix> <nodes>): the nodes that are left when those without an edge to another remaining node are
-# taken away again and again: a cycle with what leads to it, or nothing.
-function(find_cycle out prefix nodes)
-    set(taken TRUE)
-    while(taken)
-        set(taken FALSE)
-        set(remaining "")
-        foreach(node IN LISTS nodes)
-            string(MAKE_C_IDENTIFIER ${node} id)
-            set(leads_on FALSE)
-            foreach(next IN LISTS ${prefix}_${id})
-                if(next IN_LIST nodes)
-                    set(leads_on TRUE)
-                    break()
-                endif()
-            endforeach()
-            if(leads_on)
-                list(APPEND remaining ${node})
-            else()
-                set(taken TRUE)
-            endif()
-        endforeach()
-        set(nodes ${remaining})
-    endwhile()
-    list(JOIN nodes ", " text)
-    set(${out} "${text}" PARENT_SCOPE)
-endfunction()
-
 # reaches(<out> <prefix> <from> <to>): whether edges lead from one node to the other. The graph has no cycle.
 function(reaches out prefix from to)
     string(MAKE_C_IDENTIFIER ${from} id)

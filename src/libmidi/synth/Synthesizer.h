@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "libmidi/MIDIEvent.h"
+#include "libmidi/MIDIPort.h"
 #include "libmidi/synth/SynthDriverTrials.h"
 #include "libmidi/synth/SynthEnvironment.h"
 #include "libmidi/synth/SynthReason.h"
