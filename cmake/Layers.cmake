@@ -12,12 +12,13 @@
 # An expression is for the whole name, and a dot in it is a dot. The test refuses a row that no file needs.
 
 set(KIVORA_LEAVES
-    nk nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/alsa libmidi/portmidi libmidi/synth
+    nk nk/desktop nk/qt midi midi/reader piano midi/arpeggiator libmidi libmidi/alsa libmidi/portmidi libmidi/synth
     engine/values engine/files engine/takes engine render
     QtWidgets/skin QtWidgets/piano locale ui/parts ui/dialogs ui app)
 set(KIVORA_FOLDERS nk/platform)
 
 set(KIVORA_LAYER_nk "")
+set(KIVORA_LAYER_nk_desktop nk)
 set(KIVORA_LAYER_nk_qt nk)
 set(KIVORA_LAYER_midi nk)
 set(KIVORA_LAYER_midi_reader midi nk)
@@ -33,24 +34,26 @@ set(KIVORA_LAYER_engine_takes engine/files libmidi midi nk)
 set(KIVORA_LAYER_engine engine/values engine/files engine/takes midi/arpeggiator piano midi/reader libmidi midi nk)
 set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
 set(KIVORA_LAYER_QtWidgets_skin "")
-set(KIVORA_LAYER_QtWidgets_piano piano midi nk)
-set(KIVORA_LAYER_locale nk piano)
-set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk)
+set(KIVORA_LAYER_QtWidgets_piano piano midi nk/desktop nk)
+set(KIVORA_LAYER_locale nk/desktop nk piano)
+set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk/desktop nk)
 set(KIVORA_LAYER_ui_dialogs
-    ui/parts engine engine/values engine/files locale QtWidgets/piano midi/arpeggiator midi/reader libmidi piano nk)
+    ui/parts engine engine/values engine/files locale QtWidgets/piano midi/arpeggiator midi/reader libmidi piano
+    nk/desktop nk)
 set(KIVORA_LAYER_ui
     ui/dialogs ui/parts engine engine/values engine/files engine/takes locale QtWidgets/skin QtWidgets/piano midi
-    midi/arpeggiator libmidi piano nk)
+    midi/arpeggiator libmidi piano nk/desktop nk)
 set(KIVORA_LAYER_app
     ui ui/dialogs ui/parts locale render engine engine/values engine/files engine/takes midi/reader libmidi/alsa
-    libmidi/portmidi libmidi/synth libmidi nk)
+    libmidi/portmidi libmidi/synth libmidi nk/desktop nk)
 
 set(KIVORA_ONLY_midi_arpeggiator_piano "piano/CKeyboardState[A-Za-z]*.h")
 # The controls of the built-in synthesizer.
 set(KIVORA_ONLY_ui_dialogs_libmidi libmidi/SynthSettings.h libmidi/Result.h)
 set(KIVORA_ONLY_ui_libmidi libmidi/SynthSettings.h)
 
-set(KIVORA_EXTERNAL_nk Threads::Threads PkgConfig::KeyboardLayout PkgConfig::DBus)
+set(KIVORA_EXTERNAL_nk Threads::Threads)
+set(KIVORA_EXTERNAL_nk_desktop PkgConfig::KeyboardLayout PkgConfig::DBus)
 set(KIVORA_EXTERNAL_nk_qt Qt6::Core)
 set(KIVORA_EXTERNAL_libmidi_alsa PkgConfig::Alsa)
 set(KIVORA_EXTERNAL_libmidi_portmidi PortMidi::PortMidi)
@@ -71,8 +74,9 @@ set(KIVORA_HEADERS "[a-z_]+")
 set(KIVORA_QT_HEADERS "Q[A-Z][A-Za-z0-9]*" "Qt[A-Z][A-Za-z0-9]*(/[A-Za-z0-9_.]+)?" "q[a-z0-9]+.h")
 set(KIVORA_HEADERS_nk_platform
     dirent.h fcntl.h link.h linux/futex.h locale.h poll.h pthread.h pwd.h sched.h signal.h spawn.h stdlib.h
-    "sys/[a-z]+.h" time.h ucontext.h unistd.h wctype.h dbus/dbus.h wayland-client.h "xcb/[a-z]+.h"
-    "xkbcommon/xkbcommon[a-z0-9-]*.h")
+    "sys/[a-z]+.h" time.h ucontext.h unistd.h wctype.h)
+set(KIVORA_HEADERS_nk_desktop
+    poll.h "sys/[a-z]+.h" unistd.h dbus/dbus.h wayland-client.h "xcb/[a-z]+.h" "xkbcommon/xkbcommon[a-z0-9-]*.h")
 set(KIVORA_HEADERS_libmidi_alsa alsa/asoundlib.h)
 set(KIVORA_HEADERS_libmidi_portmidi portmidi.h)
 set(KIVORA_HEADERS_libmidi_synth fluidsynth.h)
@@ -97,6 +101,9 @@ foreach(leaf IN LISTS KIVORA_LEAVES)
         list(APPEND KIVORA_QT_LEAVES ${leaf})
     endif()
 endforeach()
+# What KIVORA_CORE_ONLY builds: the leaves that need neither Qt nor a desktop.
+set(KIVORA_CORE_LEAVES ${KIVORA_LEAVES})
+list(REMOVE_ITEM KIVORA_CORE_LEAVES nk/desktop ${KIVORA_QT_LEAVES})
 
 # kivora_leaf_target(<out> <leaf>): the name of the leaf's library target.
 function(kivora_leaf_target out leaf)

@@ -1,11 +1,16 @@
 # shellcheck shell=bash
 # What Debian 12 has to have for each command, and how it gets it. Sourced by ./run, ./test and .ci/run.
 
+# Building the leaves that need neither Qt nor a desktop (the preset `core`).
+export KIVORA_CORE_PACKAGES=(
+    g++ cmake ninja-build ccache pkg-config
+    libportmidi-dev libasound2-dev libfluidsynth-dev timgm6mb-soundfont
+)
+
 # Building and playing.
 export KIVORA_RUN_PACKAGES=(
-    g++ cmake ninja-build ccache pkg-config
+    "${KIVORA_CORE_PACKAGES[@]}"
     qt6-base-dev qt6-base-private-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n
-    libportmidi-dev libasound2-dev libfluidsynth-dev timgm6mb-soundfont
     libxkbcommon-dev libxkbcommon-x11-dev libxcb1-dev libxcb-xkb-dev libwayland-dev
     libdbus-1-dev
     librsvg2-bin fonts-inter fonts-play fonts-liberation

@@ -5,7 +5,7 @@
 #include <QAbstractNativeEventFilter>
 #include <QObject>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 #include "ui/CarriedInput.h"
 #include "ui/PressedInputWatch.h"
 

@@ -19,8 +19,9 @@
 #include "app/SoundDoctor.h"
 #include "app/WindowDisplay.h"
 #include "locale/Locale.h"
-#include "nk/nk_keyboard_layout.h"
-#include "nk/nk_session_bus.h"
+#include "nk/desktop/nk_keyboard_layout.h"
+#include "nk/desktop/nk_realtime_kit.h"
+#include "nk/desktop/nk_session_bus.h"
 #include "nk/nk_standard_streams.h"
 #include "nk/nk_thread.h"
 #include "nk/nk_thread_role.h"
@@ -58,6 +59,7 @@ void SetStyle() {
 
 int main(int argc, char** argv) {
     NK::SecureStandardStreams();
+    NK::InstallRealtimeKit();
     const QStringList allArguments = GetAllArguments(argc, argv);
     const Kivora::CommandLine early = Kivora::CommandLine::Parse(allArguments);  // in English
     if (!IsWindowWanted(early)) {

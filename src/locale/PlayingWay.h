@@ -2,7 +2,7 @@
 #pragma once
 
 #include "locale/LocalizedKeyMap.h"
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 #include "piano/PCKeyPlaces.h"
 
 namespace Kivora {

@@ -65,7 +65,7 @@ public:
     /// SetPriority() with the requested level if that is not the one in force, else false.
     bool ReapplyPriority();
     /// Gives the calling thread, whoever made it, a level as of SetPriority(). Whether the system agreed. Threads
-    /// and programs that it starts afterwards inherit levels 0 to 4, unless it was RealtimeKit that granted them.
+    /// and programs that it starts afterwards inherit levels 0 to 4, unless it was a service that granted them.
     static bool SetCallersLevel(int level);
     /// Requests the stop, then polls every 10 ms; below 1 without limit. True once the body has ended. On the object's
     /// own thread it requests the stop and returns false at once.

@@ -6,7 +6,7 @@
 #include <QPointer>
 #include <QWindow>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 
 class QKeyEvent;
 class QMouseEvent;

@@ -10,7 +10,7 @@
 #include <QString>
 #include <QTimer>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 #include "piano/CPCKeyPlayer.h"
 #include "piano/PCKeyPlaces.h"
 #include "QtWidgets/piano/ReleasedKeys.h"

@@ -5,7 +5,7 @@
 #include <QInputMethod>
 #include <utility>
 
-#include "nk/nk_wayland_keyboard.h"
+#include "nk/desktop/nk_wayland_keyboard.h"
 
 namespace Kivora {
 namespace {

@@ -6,7 +6,7 @@
 #include <QLocale>
 #include <QObject>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 namespace Kivora {
 

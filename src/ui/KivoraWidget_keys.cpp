@@ -8,7 +8,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/ComputerKeys.h"

@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 #include "ui/parts/KeyRepeats.h"
 
 /// From a press of any key or mouse button of the program until nothing is down, asks the window system every

@@ -20,7 +20,7 @@
 #include <QStandardPaths>
 #include <QThread>
 
-#include "nk/platform/platform_xcb_xkb.h"
+#include "nk/desktop/nk_xcb_xkb.h"
 
 bool WaitFor(const std::function<bool()>& condition, int limitMs) {
     QElapsedTimer timer;

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 namespace KivoraTest {
 

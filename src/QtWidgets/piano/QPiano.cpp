@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "nk/desktop/nk_pressed_input.h"
 #include "nk/nk_exception.h"
-#include "nk/nk_pressed_input.h"
 #include "QtWidgets/piano/KeyColors.h"
 #include "QtWidgets/piano/QPianoAccessible.h"
 

@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 
-#include "nk/nk_key_state.h"
+#include "nk/desktop/nk_key_state.h"
 
 namespace {
 /// There repeats are made on this side, and say so.

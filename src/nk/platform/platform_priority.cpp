@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <cstddef>
 
-#include "nk/platform/platform_realtime_kit.h"
+#include "nk/nk_priority_service.h"
 
 namespace NK::Platform {
 namespace {
@@ -29,7 +29,7 @@ void OnTimeUsedUp(int) {
     errno = savedErrno;
 }
 
-/// RealtimeKit serves only a process that the system stops when a real-time thread of it runs for 200 ms without a
+/// Services serve only a process that the system stops when a real-time thread of it runs for 200 ms without a
 /// pause. At 150 ms the thread loses its scheduling instead.
 bool LimitRealtime() {
     static const bool limited = [] {
@@ -55,8 +55,11 @@ bool SetRealtime(std::int32_t tid, int priority) {
     sched_param parameters{};
     parameters.sched_priority = priority;
     // Programs that this thread starts run at the normal priority.
-    return sched_setscheduler(tid, SCHED_RR | SCHED_RESET_ON_FORK, &parameters) == 0 ||
-           (LimitRealtime() && CRealtimeKit::Instance().MakeThreadRealtime(tid, static_cast<std::uint32_t>(priority)));
+    if (sched_setscheduler(tid, SCHED_RR | SCHED_RESET_ON_FORK, &parameters) == 0) {
+        return true;
+    }
+    const TPriorityService* const service = GetPriorityService();
+    return service != nullptr && LimitRealtime() && service->makeRealtime(tid, static_cast<std::uint32_t>(priority));
 }
 
 bool SetNice(std::int32_t tid, int nice) {
@@ -65,8 +68,11 @@ bool SetNice(std::int32_t tid, int nice) {
     if (policy != SCHED_OTHER && sched_setscheduler(tid, SCHED_OTHER, &parameters) != 0) {
         return false;
     }
-    return setpriority(PRIO_PROCESS, static_cast<id_t>(tid), nice) == 0 ||
-           (nice < 0 && CRealtimeKit::Instance().MakeThreadHighPriority(tid, nice));
+    if (setpriority(PRIO_PROCESS, static_cast<id_t>(tid), nice) == 0) {
+        return true;
+    }
+    const TPriorityService* const service = GetPriorityService();
+    return service != nullptr && nice < 0 && service->makeUrgent(tid, nice);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <map>
 #include <QBasicTimer>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 #include "piano/CRolloverTest.h"
 #include "QtWidgets/piano/JudgedKeys.h"
 #include "ui/parts/FittedDialog.h"

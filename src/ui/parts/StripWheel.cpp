@@ -9,7 +9,7 @@
 #include <QTouchEvent>
 #include <utility>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 #include "piano/CAutoRepeatFilter.h"
 #include "ui/parts/InstrumentColors.h"
 

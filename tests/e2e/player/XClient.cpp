@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "nk/platform/platform_xcb_xkb.h"
+#include "nk/desktop/nk_xcb_xkb.h"
 
 namespace Player {
 

@@ -5,8 +5,8 @@
 #include <bitset>
 #include <functional>
 
+#include "nk/desktop/nk_pressed_input.h"
 #include "nk/nk_exception.h"
-#include "nk/nk_pressed_input.h"
 #include "PianoFixture.h"
 
 namespace {

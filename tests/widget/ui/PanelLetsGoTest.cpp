@@ -3,7 +3,7 @@
 
 #include <QAbstractSlider>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 
 using namespace KivoraTest;
 

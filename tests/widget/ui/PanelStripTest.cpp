@@ -8,7 +8,7 @@
 #include <map>
 
 #include "engine/PanelWheels.h"
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "support/Files.h"

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "nk/nk_wayland_keyboard.h"
-#include "nk/platform/platform_keymap.h"
+#include "nk/desktop/nk_keymap.h"
+#include "nk/desktop/nk_wayland_keyboard.h"
 
 namespace NK {
 namespace {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 namespace NK {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 struct wl_display;
 

@@ -1,4 +1,4 @@
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "nk/platform/platform_xcb_xkb.h"
+#include "nk/desktop/nk_xcb_xkb.h"
 #include "support/SystemLayout.h"
 #include "support/TemporaryFolder.h"
 #include "unit/nk/WaitUntil.h"

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "nk/nk_key_state.h"
-#include "nk/platform/platform_xcb_xkb.h"
+#include "nk/desktop/nk_key_state.h"
+#include "nk/desktop/nk_xcb_xkb.h"
 
 namespace NK {
 

@@ -1,4 +1,4 @@
-#include "nk/platform/platform_bus_connection.h"
+#include "nk/desktop/nk_bus_connection.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -11,7 +11,7 @@
 #include <cstring>
 #include <optional>
 
-namespace NK::Platform {
+namespace NK {
 
 namespace {
 
@@ -209,4 +209,4 @@ Result CBusConnection::Call(DBusMessage& call, Clock::time_point deadline, BusMe
     return result;
 }
 
-}  // namespace NK::Platform
+}  // namespace NK

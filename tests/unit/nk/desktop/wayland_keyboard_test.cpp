@@ -1,5 +1,5 @@
 // The keymap of a compositor, which is a small one of the test's own.
-#include "nk/nk_wayland_keyboard.h"
+#include "nk/desktop/nk_wayland_keyboard.h"
 
 #include <gtest/gtest.h>
 #include <poll.h>

@@ -7,7 +7,7 @@
 
 #include "nk/nk_critical_section.h"
 
-namespace NK::Platform {
+namespace NK {
 
 /// Asks org.freedesktop.RealtimeKit1 on a D-Bus message bus. Once the bus is missing, the service is missing, or three
 /// requests have timed out, it asks no more.
@@ -15,9 +15,6 @@ class CRealtimeKit {
 public:
     /// The address in D-Bus's notation, for example "unix:path=/run/dbus/system_bus_socket".
     explicit CRealtimeKit(std::string busAddress) : busAddress_(std::move(busAddress)) {}
-    /// The one of the process, on the system's bus.
-    static CRealtimeKit& Instance();
-
     /// Asks for round-robin scheduling of thread `tid` of this process with `priority`. Whether the service agreed.
     /// Waits at most 50 ms until the bus has taken the connection and this user, and 50 ms for the answer. [any]
     bool MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) NK_EXCLUDES(lock_);
@@ -36,4 +33,8 @@ private:
     int chancesLeft_ NK_GUARDED_BY(lock_) = 3;
 };
 
-}  // namespace NK::Platform
+/// From now on the threads of this process get their priorities from the system's RealtimeKit where the system itself
+/// refuses them, see SetPriorityService(). Before other threads run.
+void InstallRealtimeKit();
+
+}  // namespace NK

@@ -1,4 +1,4 @@
-#include "nk/platform/platform_keymap.h"
+#include "nk/desktop/nk_keymap.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 

@@ -1,7 +1,7 @@
 // What the keys type in the layouts of a keymap.
 #include <gtest/gtest.h>
 
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 #include "support/SystemLayout.h"
 
 namespace {

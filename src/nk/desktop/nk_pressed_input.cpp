@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "nk/nk_pressed_input.h"
+#include "nk/desktop/nk_pressed_input.h"
 
 namespace NK {
 namespace {

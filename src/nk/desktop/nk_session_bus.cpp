@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "nk/nk_session_bus.h"
-#include "nk/platform/platform_bus_connection.h"
+#include "nk/desktop/nk_bus_connection.h"
+#include "nk/desktop/nk_session_bus.h"
 
 namespace NK {
 
@@ -14,9 +14,8 @@ constexpr const char* kPresetSessionBus = "unix:runtime=yes";
 
 /// Other addresses than local sockets make libdbus start something; nobody waits on a silent one there.
 bool IsSilent(const std::string& address, std::chrono::milliseconds limit) {
-    using Platform::CBusConnection;
     CBusConnection bus;
-    return Platform::IsLocalBus(address) &&
+    return IsLocalBus(address) &&
            bus.Open(address, CBusConnection::Clock::now() + limit) == CBusConnection::Result::kNoAnswer;
 }
 

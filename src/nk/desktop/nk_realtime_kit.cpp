@@ -1,12 +1,13 @@
-#include "nk/platform/platform_realtime_kit.h"
+#include "nk/desktop/nk_realtime_kit.h"
 
 #include <cstdlib>
 #include <string>
 #include <type_traits>
 
-#include "nk/platform/platform_bus_connection.h"
+#include "nk/desktop/nk_bus_connection.h"
+#include "nk/nk_priority_service.h"
 
-namespace NK::Platform {
+namespace NK {
 namespace {
 
 constexpr std::chrono::milliseconds kAnswer{50};
@@ -18,11 +19,18 @@ std::string SystemBusAddress() {
     return address != nullptr && *address != '\0' ? address : "unix:path=/run/dbus/system_bus_socket";
 }
 
+CRealtimeKit& SystemKit() {
+    static CRealtimeKit kit(SystemBusAddress());
+    return kit;
+}
+
 }  // namespace
 
-CRealtimeKit& CRealtimeKit::Instance() {
-    static CRealtimeKit instance(SystemBusAddress());
-    return instance;
+void InstallRealtimeKit() {
+    static constexpr TPriorityService kService{
+        [](std::int32_t tid, std::uint32_t priority) { return SystemKit().MakeThreadRealtime(tid, priority); },
+        [](std::int32_t tid, std::int32_t nice) { return SystemKit().MakeThreadHighPriority(tid, nice); }};
+    SetPriorityService(&kService);
 }
 
 bool CRealtimeKit::MakeThreadRealtime(std::int32_t tid, std::uint32_t priority) {
@@ -74,4 +82,4 @@ CRealtimeKit::Outcome CRealtimeKit::Send(const char* request, std::int32_t tid, 
     return dbus_message_get_type(reply.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN ? Outcome::granted : Outcome::refused;
 }
 
-}  // namespace NK::Platform
+}  // namespace NK

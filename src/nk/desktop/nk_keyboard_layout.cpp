@@ -1,4 +1,4 @@
-#include "nk/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keyboard_layout.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "nk/platform/platform_realtime_kit.h"
+#include "nk/desktop/nk_realtime_kit.h"
 
 #include <dbus/dbus.h>
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-using NK::Platform::CRealtimeKit;
+using NK::CRealtimeKit;
 
 /// A message bus with a RealtimeKit of the test's on it, on a socket of its own.
 class CFakeBus {

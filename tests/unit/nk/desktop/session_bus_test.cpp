@@ -1,4 +1,4 @@
-#include "nk/nk_session_bus.h"
+#include "nk/desktop/nk_session_bus.h"
 
 #include <dbus/dbus.h>
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-namespace NK::Platform {
+namespace NK {
 
 struct TReleaseBusMessage {
     void operator()(DBusMessage* message) const { dbus_message_unref(message); }
@@ -53,4 +53,4 @@ private:
 /// Whether an address names a local socket, of which alone a CBusConnection can tell whether anybody answers.
 bool IsLocalBus(const std::string& address);
 
-}  // namespace NK::Platform
+}  // namespace NK

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "nk/nk_keyboard_layout.h"
-#include "nk/platform/platform_keymap.h"
-#include "nk/platform/platform_xcb_xkb.h"
+#include "nk/desktop/nk_keyboard_layout.h"
+#include "nk/desktop/nk_keymap.h"
+#include "nk/desktop/nk_xcb_xkb.h"
 
 namespace NK {
 namespace {
