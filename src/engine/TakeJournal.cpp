@@ -144,7 +144,7 @@ TakeJournal::TakeJournal(CKivora& engine, CString folder, Settings settings)
         connect(&engine, &CKivora::RecordingStateChanged, this, &TakeJournal::FollowRecording, Qt::DirectConnection);
         FollowRecording();
     });
-    connect(&engine, &CKivora::RecordingSaved, this, &TakeJournal::RefuseLatest, Qt::DirectConnection);
+    connect(&engine, &CKivora::RecordingSaved, this, &TakeJournal::ForgetLatest, Qt::DirectConnection);
     if (settings_.runThread) {
         thread_ = std::make_unique<Thread>(*this);
     }
@@ -353,7 +353,7 @@ bool TakeJournal::Refuse(int id) {
     return take != nullptr;
 }
 
-bool TakeJournal::RefuseLatest() {
+bool TakeJournal::ForgetLatest() {
     const int latest = GetLatest();
     return latest != 0 && Refuse(latest);
 }

@@ -94,7 +94,7 @@ public:
     bool Refuse(int id);
     /// Forgets the recording of this run that ended last. False when it does not wait: it was saved or refused already,
     /// nothing was played in it, or there is none.
-    bool RefuseLatest();
+    bool ForgetLatest();
     /// Whether the journal of any take could not be written when that was tried last.
     bool IsFailing() const;
     /// What the user is told of that, translated.

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "libmidi/CaptureStore.h"
-#include "libmidi/SynthEvents.h"
+#include "libmidi/QueuedEvents.h"
 #include "midi/CMIDIOutputBase.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_sleep.h"

@@ -172,15 +172,15 @@ TEST_F(TakeJournalTest, RefusingTheLatestLeavesEveryOtherTakeAlone) {
     Record(2);
     Crash();
     Start();
-    EXPECT_FALSE(journal->RefuseLatest()) << "the take that waits is of an earlier run";
+    EXPECT_FALSE(journal->ForgetLatest()) << "the take that waits is of an earlier run";
     Record(2);
-    EXPECT_FALSE(journal->RefuseLatest()) << "it is being recorded";
+    EXPECT_FALSE(journal->ForgetLatest()) << "it is being recorded";
     GetEngine().StopRecording();
-    EXPECT_TRUE(journal->RefuseLatest());
-    EXPECT_FALSE(journal->RefuseLatest());
+    EXPECT_TRUE(journal->ForgetLatest());
+    EXPECT_FALSE(journal->ForgetLatest());
     Record(0);
     GetEngine().StopRecording();
-    EXPECT_FALSE(journal->RefuseLatest()) << "nothing was played";
+    EXPECT_FALSE(journal->ForgetLatest()) << "nothing was played";
     ASSERT_THAT(journal->GetWaiting(), SizeIs(1));
     EXPECT_TRUE(journal->GetWaiting()[0].isFromEarlierRun);
 }

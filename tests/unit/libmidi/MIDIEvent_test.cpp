@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "libmidi/SynthEvents.h"
+#include "libmidi/QueuedEvents.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ TEST(MIDIEvent, AMessageWithoutAChannelKeepsItsStatus) {
     ExpectBytes(MIDIEvent::FromMessage({0x90, 1, 60, 80}, 3), 0x90, 60, 80, 3);
 }
 
-TEST(SynthEvents, ANoteEventIsANoteOffWhereTheVelocityIsZero) {
+TEST(QueuedEvents, ANoteEventIsANoteOffWhereTheVelocityIsZero) {
     const NoteSynthEvent on(80, 250, 9, 3, 60, 2, 50);
     ExpectBytes(on.event, 0x93, 60, 80, 9);
     EXPECT_EQ(on.duration, 250);
@@ -57,12 +57,12 @@ TEST(SynthEvents, ANoteEventIsANoteOffWhereTheVelocityIsZero) {
     ExpectBytes(off.event, 0x83, 60, 0, 9);
 }
 
-TEST(SynthEvents, ANoteEventKeepsSevenBitsAndFourOfTheChannel) {
+TEST(QueuedEvents, ANoteEventKeepsSevenBitsAndFourOfTheChannel) {
     const NoteSynthEvent event(0xC0, 0, 0, 0x1F, 0xBC, 0, 100);
     ExpectBytes(event.event, 0x9F, 0x3C, 0x40, 0);
 }
 
-TEST(SynthEvents, ThePriorityIsAHundredByDefault) {
+TEST(QueuedEvents, ThePriorityIsAHundredByDefault) {
     EXPECT_EQ(SynthEventBase().priority, 100);
     EXPECT_EQ(SynthEventBase(CtrlEvent(0, 0, 7, 1)).target, kFirstPort);
 }
