@@ -28,24 +28,25 @@ set(KIVORA_LAYER_libmidi midi nk)
 set(KIVORA_LAYER_libmidi_alsa libmidi midi nk)
 set(KIVORA_LAYER_libmidi_portmidi libmidi nk)
 set(KIVORA_LAYER_libmidi_synth libmidi nk)
-set(KIVORA_LAYER_engine_values piano libmidi midi nk)
-set(KIVORA_LAYER_engine_files engine/values nk)
+set(KIVORA_LAYER_engine_values piano libmidi midi nk/qt nk)
+set(KIVORA_LAYER_engine_files engine/values nk/qt nk)
 set(KIVORA_LAYER_engine_takes engine/files libmidi midi nk)
-set(KIVORA_LAYER_engine engine/values engine/files engine/takes midi/arpeggiator piano midi/reader libmidi midi nk)
+set(KIVORA_LAYER_engine
+    engine/values engine/files engine/takes midi/arpeggiator piano midi/reader libmidi midi nk/qt nk)
 set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
 set(KIVORA_LAYER_QtWidgets_skin "")
 set(KIVORA_LAYER_QtWidgets_piano piano midi nk/desktop nk)
-set(KIVORA_LAYER_locale nk/desktop nk piano)
-set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk/desktop nk)
+set(KIVORA_LAYER_locale nk/desktop nk/qt nk piano)
+set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk/desktop nk/qt nk)
 set(KIVORA_LAYER_ui_dialogs
     ui/parts engine engine/values engine/files locale QtWidgets/piano midi/arpeggiator midi/reader libmidi piano
-    nk/desktop nk)
+    nk/desktop nk/qt nk)
 set(KIVORA_LAYER_ui
     ui/dialogs ui/parts engine engine/values engine/files engine/takes locale QtWidgets/skin QtWidgets/piano midi
-    midi/arpeggiator libmidi piano nk/desktop nk)
+    midi/arpeggiator libmidi piano nk/desktop nk/qt nk)
 set(KIVORA_LAYER_app
     ui ui/dialogs ui/parts locale render engine engine/values engine/files engine/takes midi/reader libmidi/alsa
-    libmidi/portmidi libmidi/synth libmidi nk/desktop nk)
+    libmidi/portmidi libmidi/synth libmidi nk/desktop nk/qt nk)
 
 set(KIVORA_ONLY_midi_arpeggiator_piano "piano/CKeyboardState[A-Za-z]*.h")
 # The controls of the built-in synthesizer.

@@ -9,6 +9,7 @@
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_ini_file.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -29,7 +30,7 @@ QString ExplainSoundFont(const QString& path) {
     const NK::CString reason = LibMidi::CheckSoundFont(path.toStdString()).ToText();
     return reason.IsEmpty() ? QString()
                             : QCoreApplication::translate("CommandLine", "The sound font \"%1\" cannot be played: %2")
-                                  .arg(path, QString::fromWCharArray(reason.c_str()));
+                                  .arg(path, NK::ToQt(reason));
 }
 
 std::shared_ptr<LibMidi::Synthesizer> CreateSynthesizer(const QString& soundFont) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "nk/nk_file_failure.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -19,7 +20,7 @@ void PrintError(const QString& sentence) {
 
 QString WithFileFailure(const QString& what, const QString& path) {
     const NK::CString reason = NK::DescribeFileError(NK::GetFileFailure().error);
-    return what.arg(path) + (reason.IsEmpty() ? QString() : ": " + QString::fromWCharArray(reason.c_str())) + '.';
+    return what.arg(path) + (reason.IsEmpty() ? QString() : ": " + NK::ToQt(reason)) + '.';
 }
 
 }  // namespace Kivora

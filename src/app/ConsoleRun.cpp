@@ -11,6 +11,7 @@
 #include "engine/CKivora.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/SoundReport.h"
 
 namespace Kivora {
@@ -28,7 +29,7 @@ int Print(const QString& lines) {
 QString ListNames(const QString& line, const NK::CStringArray& names) {
     QString lines;
     for (const NK::CString& name : names) {
-        lines += line.arg(QString::fromWCharArray(name.c_str())) + '\n';
+        lines += line.arg(NK::ToQt(name)) + '\n';
     }
     return lines;
 }
@@ -39,7 +40,7 @@ int ListPorts(const EngineDependencies& dependencies) {
         return Print(ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Output: %1")), engine.GetOutputPortNames()) +
                      ListNames(Tr(QT_TRANSLATE_NOOP("CommandLine", "Input: %1")), engine.GetInputPortNames()));
     } catch (const NK::CException& error) {
-        PrintError(QString::fromWCharArray(error.GetMessage()));
+        PrintError(NK::ToQt(error.GetMessage()));
         return kFailureExit;
     }
 }
@@ -59,7 +60,7 @@ int CheckSound(const CommandLine& line, const EngineDependencies& dependencies,
     if (engine) {
         engine->LoadSettings();
         if (!line.outputPort.isEmpty()) {
-            engine->SetSavedOutputPortName(NK::CString(line.outputPort.toStdWString()));
+            engine->SetSavedOutputPortName(NK::FromQt(line.outputPort));
         }
         engine->UpdatePorts();  // which puts the listed name in place of one of an earlier version
     }

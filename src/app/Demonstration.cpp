@@ -12,8 +12,9 @@
 #include "app/PictureFile.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/KivoraWidget.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
 
 namespace Kivora {
 
@@ -97,7 +98,7 @@ void Demonstration::Play(std::size_t step) {
             // The lit keys reach the screen by the relay's wake-up first.
             QTimer::singleShot(100, this, [this] {
                 if (!SavePicture(window_->grab(), dir_ + "/screenshot.png")) {
-                    Fail("the screenshot could not be written: " + Dialogs::GetFileFailure());
+                    Fail("the screenshot could not be written: " + FailureTexts::OfLastFile());
                 }
             });
         }
@@ -115,8 +116,8 @@ void Demonstration::SendKey(const Step& step) {
 
 void Demonstration::Finish() {
     CKivora& engine = window_->GetFront()->GetEngine();
-    if (!engine.StopRecording() || !engine.SaveRecording(NK::CString((dir_ + "/demo.mid").toStdWString()))) {
-        Fail("the MIDI file could not be written: " + Dialogs::GetFileFailure());
+    if (!engine.StopRecording() || !engine.SaveRecording(NK::FromQt(dir_ + "/demo.mid"))) {
+        Fail("the MIDI file could not be written: " + FailureTexts::OfLastFile());
         return;
     }
     window_->close();

@@ -18,12 +18,13 @@
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/PlayerWindow.h"
 #include "ui/dialogs/SettingsTexts.h"
 #include "ui/dialogs/SongFile.h"
 #include "ui/dialogs/SoundFindings.h"
 #include "ui/KivoraWidget.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/UnaskedBox.h"
 
 namespace Kivora {
@@ -145,8 +146,8 @@ MainWindow::~MainWindow() {
         const QString why = saved ? QString() : SettingsTexts::WhyNotSaved(engine_->GetSettingsFile());
         panel_->notices().End();
         if (!saved) {
-            UnaskedBox::exec(*Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"),
-                                               tr("Failed to save the settings."), QMessageBox::Ok, why));
+            UnaskedBox::exec(*MessageBoxes::Make(this, QMessageBox::Critical, tr("Error"),
+                                                 tr("Failed to save the settings."), QMessageBox::Ok, why));
         }
         // A damaged file that was set aside is told while the panel is there.
         QCoreApplication::sendPostedEvents(panel_);
@@ -174,7 +175,7 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
     if (state == LocaleFileState::kDamaged) {
         tell(tr("The file that remembers the language is damaged. The system's language is in force. The file was kept "
                 "under another name."),
-             QString::fromWCharArray(GetLocaleFilePath().c_str()) + ".bad");
+             NK::ToQt(GetLocaleFilePath()) + ".bad");
     } else if (state == LocaleFileState::kUnreadable) {
         tell(
             tr("The file that remembers the language cannot be read at present. The system's language is in force, and "
@@ -232,7 +233,7 @@ std::function<QString()> MainWindow::CreateEngine() {
     } catch (const EngineFailure& failure) {
         return [failure] { return failure.GetText(); };
     } catch (const NK::CException& error) {
-        return [text = QString::fromWCharArray(error.GetMessage())] { return text; };
+        return [text = NK::ToQt(error.GetMessage())] { return text; };
     } catch (...) {
         return [] { return tr("Failed to create MIDI engine (unknown exception)."); };
     }

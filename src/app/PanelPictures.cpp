@@ -9,7 +9,7 @@
 
 #include "app/PictureFile.h"
 #include "ui/dialogs/midiSettings.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
 
 namespace Kivora {
 namespace {
@@ -19,7 +19,7 @@ bool Save(QWidget& widget, const QString& path) {
     if (SavePicture(widget.grab(), path)) {
         return true;
     }
-    std::cerr << "kivora: the picture could not be written: " << Dialogs::GetFileFailure().toStdString() << "\n";
+    std::cerr << "kivora: the picture could not be written: " << FailureTexts::OfLastFile().toStdString() << "\n";
     return false;
 }
 

@@ -4,7 +4,7 @@
 #include <QPixmap>
 
 #include "nk/nk_atomic_save.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -16,7 +16,7 @@ bool SavePicture(const QPixmap& picture, const QString& path) {
         const auto size = static_cast<std::size_t>(bytes.size());
         return file.Write(bytes.constData(), 1, size) == size;
     };
-    return picture.save(&buffer, "PNG") && NK::SaveAtomically(Dialogs::FromQt(path), write);
+    return picture.save(&buffer, "PNG") && NK::SaveAtomically(NK::FromQt(path), write);
 }
 
 }  // namespace Kivora

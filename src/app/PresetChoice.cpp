@@ -8,6 +8,7 @@
 #include "engine/files/PresetStore.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -19,7 +20,7 @@ QString Tr(const char* text) {
 
 bool NamesFile(const QString& nameOrFile) {
     return nameOrFile.contains('/') ||
-           nameOrFile.endsWith('.' + QString::fromWCharArray(PresetStore::kExtension), Qt::CaseInsensitive);
+           nameOrFile.endsWith('.' + NK::ToQt(PresetStore::kExtension), Qt::CaseInsensitive);
 }
 
 /// `told` is how the user knows the preset.
@@ -37,7 +38,7 @@ PresetResult Apply(EngineFront& front, const NK::CString& name, bool isRead, NK:
 }  // namespace
 
 PresetResult LoadPresetFile(EngineFront& front, const QString& path, QString& failure) {
-    const NK::CString name(path.toStdWString());
+    const NK::CString name = NK::FromQt(path);
     NK::CIniFile file;
     NK::ForgetFileFailure();
     const bool isRead = file.Load(name) && file.SelectSection(PresetStore::kSection);
@@ -49,7 +50,7 @@ PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QSt
         return LoadPresetFile(front, nameOrFile, failure);
     }
     CKivora& engine = front.GetEngine();
-    const NK::CString name(nameOrFile.toStdWString());
+    const NK::CString name = NK::FromQt(nameOrFile);
     const bool isOwn = engine.PresetExists(name, false);
     if (!isOwn && !engine.PresetExists(name, true)) {
         failure = Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no preset \"%1\".")).arg(nameOrFile);

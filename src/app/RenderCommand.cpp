@@ -11,16 +11,16 @@
 #include "midi/reader/SMFReader.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_file_failure.h"
+#include "nk/qt/nk_qt_string.h"
 #include "render/OfflineEngine.h"
 #include "render/RenderedSound.h"
-#include "ui/parts/Dialogs.h"
 
 namespace Kivora {
 
 namespace {
 
-using Dialogs::FromQt;
-using Dialogs::ToQt;
+using NK::FromQt;
+using NK::ToQt;
 
 QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);
@@ -54,7 +54,7 @@ QString SaveSound(const LibMidi::CaptureStore::View& played, const LibMidi::Synt
         isSaved = SaveRenderedSound(played, renderer, FromQt(path));
         return {};
     } catch (const NK::CException& error) {
-        return QString::fromStdString(font) + ": " + QString::fromWCharArray(error.GetMessage());
+        return QString::fromStdString(font) + ": " + NK::ToQt(error.GetMessage());
     }
 }
 

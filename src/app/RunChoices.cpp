@@ -7,13 +7,13 @@
 #include "app/PresetChoice.h"
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
 namespace {
 
-using Dialogs::FromQt;
+using NK::FromQt;
 
 QString Tr(const char* text) {
     return QCoreApplication::translate("CommandLine", text);

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -20,8 +21,7 @@ NK::CString GetMeetingPlace(QString display) {
     static const QRegularExpression kUnsafe("[^A-Za-z0-9.-]");
     display.replace(kUnsafe, "_");
     const NK::CString folder = NK::GetMeetingDir(L"kivora");
-    return folder.IsEmpty() || display.isEmpty() ? NK::CString()
-                                                 : NK::JoinPath(folder, NK::CString(("open" + display).toStdWString()));
+    return folder.IsEmpty() || display.isEmpty() ? NK::CString() : NK::JoinPath(folder, NK::FromQt("open" + display));
 }
 
 }  // namespace

@@ -11,13 +11,13 @@
 #include "libmidi/synth/SynthOutPort.h"
 #include "nk/nk_sleep.h"
 #include "nk/nk_thread.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
 namespace {
 
-using Dialogs::ToQt;
+using NK::ToQt;
 using NK::Platform::SequencerAccess;
 
 constexpr std::uint32_t kTestNoteMs = 700;
@@ -79,7 +79,7 @@ SoundFindings SoundDoctor::Look(const CKivora* engine) const {
         const int first = findings.output.isEmpty() ? engine->FindDefaultOutputPort() : -1;
         findings.output = first >= 0 ? findings.outputs.value(first) : findings.output;
     }
-    findings.isOutputSynth = findings.output == QString::fromWCharArray(LibMidi::SynthOutPort::kName);
+    findings.isOutputSynth = findings.output == NK::ToQt(LibMidi::SynthOutPort::kName);
     findings.isOutputLoopBack = LibMidi::HandsOn(findings.output.toStdString());
     LookAtSynth(findings);
     LookAtVolume(findings);

@@ -27,8 +27,8 @@
 #include "nk/nk_thread_role.h"
 #include "nk/nk_time.h"
 #include "ui/InputLanguage.h"
-#include "ui/parts/Dialogs.h"
 #include "ui/parts/EmbeddedFonts.h"
+#include "ui/parts/FailureTexts.h"
 #include "ui/parts/InstrumentStyle.h"
 #include "ui/parts/PlainTexts.h"
 #include "ui/PlacedShortcuts.h"
@@ -85,7 +85,7 @@ int main(int argc, char** argv) {
     Kivora::RegisterEmbeddedFonts();
     SetStyle();
     const Kivora::LocaleFileState localeFile = Kivora::InitLocale();
-    const QString localeFailure = Dialogs::GetFileFailure();
+    const QString localeFailure = FailureTexts::OfLastFile();
     const Kivora::CommandLine commandLine = Kivora::CommandLine::Parse(QApplication::arguments());
     if (!commandLine.locale.isEmpty()) {
         Kivora::SetLocale(commandLine.locale, false);

@@ -9,6 +9,7 @@
 #include "engine/SongPlayback.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -165,8 +166,7 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
         Fail(QT_TR_NOOP("NULL input port."));
     }
     if (port->Open() != LibMidi::kSuccess) {
-        Fail(QT_TR_NOOP("Failed to open input MIDI port:"),
-             QString::fromStdWString(std::wstring(port->GetName().View())));
+        Fail(QT_TR_NOOP("Failed to open input MIDI port:"), NK::ToQt(port->GetName()));
     }
     inputKeys_.Clear();
     extras_->pedal.input = 0;
@@ -224,11 +224,11 @@ bool CKivora::SetInputPortByIndex(int index) {
 
 int CKivora::FindDefaultOutputPort() const {
     const CLockGuard guard(lock_);
-    const int index = FindByCandidates(
-        {L"Программный синтезатор звуковой", L"Программный синтезатор", L"Microsoft Synthesizer",
-         L"Microsoft synthesizer", L"Microsoft GS Wavetable Synth", L"Software synthesizer",
-         NK::CString(tr("Microsoft Synthesizer", "System software synthesizer name for the locale").toStdWString())},
-        outputNames_);
+    const int index =
+        FindByCandidates({L"Программный синтезатор звуковой", L"Программный синтезатор", L"Microsoft Synthesizer",
+                          L"Microsoft synthesizer", L"Microsoft GS Wavetable Synth", L"Software synthesizer",
+                          NK::FromQt(tr("Microsoft Synthesizer", "System software synthesizer name for the locale"))},
+                         outputNames_);
     if (index >= 0) {
         return index;
     }

@@ -1,5 +1,6 @@
 // Presets: snapshots of the voices, the tempo, the metronome and the arpeggiators.
 #include "engine/CKivora.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -53,7 +54,7 @@ bool CKivora::SavePreset(const NK::CString& name) {
         emit PresetChanged();
     }
     if (!setAside.IsEmpty()) {
-        emit DamagedFileSetAside(QString::fromStdWString(std::wstring(setAside.View())));
+        emit DamagedFileSetAside(NK::ToQt(setAside));
     }
     return true;
 }

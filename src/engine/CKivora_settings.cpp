@@ -9,6 +9,7 @@
 #include "nk/nk_exception.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -153,7 +154,7 @@ bool CKivora::SaveSettings() {
     NK::CStringArray setAside;
     const bool saved = settingsFile_.Save([this](NK::CIniFile& lines) { WriteSettings(lines); }, setAside);
     for (const NK::CString& path : setAside) {
-        emit DamagedFileSetAside(QString::fromStdWString(std::wstring(path.View())));
+        emit DamagedFileSetAside(NK::ToQt(path));
     }
     return saved;
 }

@@ -1,6 +1,7 @@
 #include "engine/EngineFailure.h"
 
 #include "engine/CKivora.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -11,7 +12,7 @@ QString Compose(const char* source, const QString& name) {
 }  // namespace
 
 EngineFailure::EngineFailure(const char* source, const QString& name)
-    : CException(Compose(source, name).toStdWString().c_str()), source_(source), name_(name) {
+    : CException(NK::FromQt(Compose(source, name)).c_str()), source_(source), name_(name) {
 }
 
 QString EngineFailure::GetText() const {

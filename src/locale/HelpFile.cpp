@@ -4,6 +4,7 @@
 
 #include "locale/Locale.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 
@@ -19,7 +20,7 @@ HelpFile FindHelpFile(const QString& programDir, const QString& localeCode) {
 }
 
 QString GetProgramDir() {
-    return QString::fromWCharArray(NK::GetExecutableDir().c_str());
+    return NK::ToQt(NK::GetExecutableDir());
 }
 
 HelpOpener::HelpOpener(const QString& programDir, QObject* parent) : QObject(parent), programDir_(programDir) {
@@ -37,7 +38,7 @@ void HelpOpener::Open() {
         return;
     }
     path_ = help.path;
-    launcher_ = std::make_unique<CLauncher>(NK::CString(path_.toStdWString()), [this](bool opened) {
+    launcher_ = std::make_unique<CLauncher>(NK::FromQt(path_), [this](bool opened) {
         if (!opened) {
             emit LauncherFailed(QPrivateSignal());
         }

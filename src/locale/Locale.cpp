@@ -8,6 +8,7 @@
 #include <QTranslator>
 
 #include "nk/nk_translate.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
 namespace {
@@ -55,7 +56,7 @@ QLocale FormatsOf(const QString& supported) {
 }
 
 NK::CString TranslateThroughCatalogue(const char* context, const char* sourceText, const char* comment) {
-    return NK::CString(QCoreApplication::translate(context, sourceText, comment).toStdWString());
+    return NK::FromQt(QCoreApplication::translate(context, sourceText, comment));
 }
 
 }  // namespace
@@ -100,7 +101,7 @@ bool SetLocale(const QString& code, bool save) {
     if (supported == state.current) {
         return true;
     }
-    const bool saved = !save || SaveLocaleCode(NK::CString(code.toStdWString()));
+    const bool saved = !save || SaveLocaleCode(NK::FromQt(code));
     state.current = supported.left(kMaxLocaleCodeLength);
     Install(state.qtTranslator, Load("qt_" + LanguageOf(supported).toLower(), {kTranslationsDir}));
     Install(state.ownTranslator, LoadCatalogue(supported));
@@ -120,7 +121,7 @@ LocaleFileState InitLocale() {
     if (stored.IsEmpty()) {
         SetLocale(QLocale::system().name(), state != LocaleFileState::kUnreadable);
     } else {
-        SetLocale(QString::fromWCharArray(stored.c_str()), false);
+        SetLocale(NK::ToQt(stored), false);
     }
     return state;
 }

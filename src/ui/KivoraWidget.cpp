@@ -18,7 +18,7 @@
 #include "ui/dialogs/PresetList.h"
 #include "ui/InputLanguage.h"
 #include "ui/MIDIEventRelay.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
 #include "ui/parts/FocusRing.h"
 #include "ui/parts/PanelControlKeys.h"
 #include "ui/parts/PlayAlong.h"
@@ -147,7 +147,7 @@ void KivoraWidget::tellAboutSettings() {
         notices_.Tell(QMessageBox::Warning, tr("Warning"),
                       tr("The settings file cannot be read at present. The default settings are in force. The file is "
                          "left as it is; what you change is kept beside it and taken over when it can be read."),
-                      Dialogs::Describe(file.GetFailure()));
+                      FailureTexts::OfFile(file.GetFailure()));
     }
 }
 

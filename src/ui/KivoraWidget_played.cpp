@@ -9,7 +9,7 @@
 #include "engine/Song.h"
 #include "engine/takes/PlayedPassages.h"
 #include "ui/KivoraWidget.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/RecordingTexts.h"
 #include "ui/TakeToSave.h"
 
@@ -34,15 +34,15 @@ std::optional<Range> Ask(QWidget* parent, const PlayedPassages& played) {
     if (!played.HasPause()) {
         const QString text =
             KivoraWidget::tr("You have played %1 (minutes and seconds).").arg(Length(played, Range::kAll));
-        const auto answer = Dialogs::Show(parent, QMessageBox::Question, Title(), text + "\n" + memory,
-                                          QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Save);
+        const auto answer = MessageBoxes::Show(parent, QMessageBox::Question, Title(), text + "\n" + memory,
+                                               QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Save);
         return answer == QMessageBox::Save ? std::optional(Range::kAll) : std::nullopt;
     }
     const QString text =
         KivoraWidget::tr("You have played %1 since your last pause, and %2 in all (minutes and seconds).")
             .arg(Length(played, Range::kSincePause), Length(played, Range::kAll));
-    const auto box = Dialogs::MakeBox(parent, QMessageBox::Question, Title(), text + "\n" + memory,
-                                      QMessageBox::Save | QMessageBox::SaveAll | QMessageBox::Cancel);
+    const auto box = MessageBoxes::Make(parent, QMessageBox::Question, Title(), text + "\n" + memory,
+                                        QMessageBox::Save | QMessageBox::SaveAll | QMessageBox::Cancel);
     box->button(QMessageBox::Save)->setText(KivoraWidget::tr("Since the &Pause"));
     box->button(QMessageBox::SaveAll)->setText(KivoraWidget::tr("&All of It"));
     box->setDefaultButton(QMessageBox::Save);
@@ -67,10 +67,11 @@ void KivoraWidget::savePlayed() {
     const auto history = engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.played; });
     const PlayedPassages played(history->Get());
     if (!played.IsAny()) {
-        Dialogs::Show(this, QMessageBox::Information, Title(),
-                      history->IsOn() ? tr("Nothing was played in the last 15 minutes. What was played before the "
-                                           "program was started is not kept.")
-                                      : tr("What you play is not kept, since that is switched off in the settings."));
+        MessageBoxes::Show(this, QMessageBox::Information, Title(),
+                           history->IsOn()
+                               ? tr("Nothing was played in the last 15 minutes. What was played before the "
+                                    "program was started is not kept.")
+                               : tr("What you play is not kept, since that is switched off in the settings."));
     } else if (const std::optional<Range> range = Ask(this, played)) {
         saveAs(QDateTime::currentDateTime().addMSecs(-played.GetAgeMs(*range)),
                {.hasGrid = false,

@@ -6,13 +6,14 @@
 #include "engine/EngineFront.h"
 #include "engine/PortKeeper.h"
 #include "nk/nk_exception.h"
+#include "nk/qt/nk_qt_string.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "ui/dialogs/midiSettings.h"
 #include "ui/dialogs/SoundTexts.h"
 #include "ui/KeptText.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/NoticeLine.h"
 #include "ui/parts/UnaskedBox.h"
 
@@ -38,7 +39,7 @@ void KivoraWidget::openPorts() {
     try {
         front_->OpenPorts();
     } catch (const NK::CException& error) {
-        failure = QString::fromWCharArray(error.GetMessage());
+        failure = NK::ToQt(error.GetMessage());
     } catch (...) {
         failure = tr("An unknown exception occured.");
     }
@@ -74,7 +75,7 @@ QString KivoraWidget::explainPorts() const {
     QStringList texts;
     const QString output =
         SoundTexts::OutputExplanation(keeper_->GetOutputState(), SoundTexts::PortName(engine_->GetOutputPortName()),
-                                      keeper_->IsOutputBuiltIn() ? Dialogs::ToQt(synth->GetLastError()) : QString());
+                                      keeper_->IsOutputBuiltIn() ? NK::ToQt(synth->GetLastError()) : QString());
     if (!output.isEmpty()) {
         texts << output;
     }
@@ -136,9 +137,9 @@ void KivoraWidget::inputLost() {
     showInputLosses();
     if (!std::exchange(inputLossTold_, true)) {
         UnaskedBox::show(
-            Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
-                             tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
-                                "The keys that it held were released. The MIDI lamp tells how often.")),
+            MessageBoxes::Make(this, QMessageBox::Warning, tr("Warning"),
+                               tr("The MIDI keyboard sends faster than the computer takes it: messages were lost. "
+                                  "The keys that it held were released. The MIDI lamp tells how often.")),
             *this);
     }
 }

@@ -12,6 +12,7 @@
 #include "engine/TakeJournal.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/ListenButton.h"
 #include "ui/dialogs/MIDIFileNames.h"
 #include "ui/dialogs/PlayerWindow.h"
@@ -19,7 +20,8 @@
 #include "ui/dialogs/SoundTexts.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/NoticeLine.h"
 #include "ui/parts/PanelFigure.h"
 #include "ui/parts/PanelKey.h"
@@ -82,7 +84,7 @@ void KivoraWidget::onStartRecording() {
         return;
     }
     if (!front_->StartRecording()) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
+        MessageBoxes::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
     }
 }
 
@@ -97,7 +99,7 @@ void KivoraWidget::stopAndSave() {
     const bool captured = engine_->GetRecordedCount() > 0;
     releaseControls(*strip_);  // so that no take ends bent
     if (engine_->IsRecording() && !front_->StopRecording()) {
-        Dialogs::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
+        MessageBoxes::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
     }
     const int take = takes_->GetLatest();
@@ -113,7 +115,7 @@ void KivoraWidget::stopAndSave() {
 bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     NK::CString& folder = engine_->GetLastFolders().takes;
     QFileDialog dialog(this, tr("Save MIDI File"),
-                       Dialogs::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
+                       NK::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
                        MIDIFileNames::GetFilter(MIDIFileNames::kWritten));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix("mid");
@@ -131,14 +133,14 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
         grid->addWidget(writeTempo, row, 1, 1, -1);
     }
     while (dialog.exec() == QDialog::Accepted) {
-        const NK::CString path = Dialogs::FromQt(dialog.selectedFiles().value(0));
+        const NK::CString path = NK::FromQt(dialog.selectedFiles().value(0));
         if (take.save(path, onGrid)) {
             engine_->WithExtras([onGrid](Kivora::EngineExtras& extras) { extras.savesTempo = onGrid; });
             folder = NK::GetFolderName(path);
             return true;
         }
-        Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), tr("Failed to write MIDI file."),
-                             Dialogs::GetFileFailure());
+        MessageBoxes::ShowFailure(this, QMessageBox::Critical, tr("Error"), tr("Failed to write MIDI file."),
+                                  FailureTexts::OfLastFile());
     }
     return false;
 }
@@ -158,10 +160,10 @@ void KivoraWidget::playLatestTake() {
     }
     const auto take = takes_->GetLatestTake();
     if (take.GetCount() == 0) {
-        Dialogs::Show(this, QMessageBox::Information, tr("Hear the Recording"),
-                      engine_->IsRecording()
-                          ? tr("A recording runs. It can be heard once it has ended.")
-                          : tr("There is no recording that has ended since the program was started."));
+        MessageBoxes::Show(this, QMessageBox::Information, tr("Hear the Recording"),
+                           engine_->IsRecording()
+                               ? tr("A recording runs. It can be heard once it has ended.")
+                               : tr("There is no recording that has ended since the program was started."));
         return;
     }
     player().openSong({std::make_shared<const Kivora::Song>(take), tr("The last recording"), QString()});
@@ -186,9 +188,9 @@ void KivoraWidget::checkLimits() {
     releaseControls(*strip_);
     if (!front_->StopRecording()) {
         UnaskedBox::show(
-            Dialogs::MakeBox(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording.")), *this);
+            MessageBoxes::Make(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording.")), *this);
     } else if (!captured) {
-        UnaskedBox::show(Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"), reason), *this);
+        UnaskedBox::show(MessageBoxes::Make(this, QMessageBox::Warning, tr("Warning"), reason), *this);
     } else {
         askAfterStop(reason);
     }
@@ -198,8 +200,8 @@ void KivoraWidget::askAfterStop(const QString& reason) {
     const int take = takes_->GetLatest();
     askAboutTake(
         take,
-        Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
-                         reason + " " + tr("Do you want to save the recording?"), QMessageBox::Yes | QMessageBox::No),
+        MessageBoxes::Make(this, QMessageBox::Warning, tr("Warning"),
+                           reason + " " + tr("Do you want to save the recording?"), QMessageBox::Yes | QMessageBox::No),
         [this, take](QMessageBox::StandardButton answer) {
             if (answer == QMessageBox::No) {
                 takes_->Refuse(take);

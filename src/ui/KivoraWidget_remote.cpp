@@ -6,7 +6,7 @@
 #include "ui/dialogs/MidiLearn.h"
 #include "ui/dialogs/MidiRemote.h"
 #include "ui/KivoraWidget.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
 
 void KivoraWidget::createRemote() {
     using Kivora::EPanelFunction;
@@ -23,7 +23,7 @@ void KivoraWidget::createRemote() {
             {});
     } else if (remote_->state() == State::kUnreadable) {
         tellDamage(tr("The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound."),
-                   Dialogs::GetFileFailure());
+                   FailureTexts::OfLastFile());
     }
     connect(remote_, &MidiRemote::damagedFileKept, this, &KivoraWidget::fileSetAside);
     const auto onArpeggiatorSwitch = [this](int index) {

@@ -5,17 +5,18 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
+#include "nk/qt/nk_qt_string.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
 #include "QtWidgets/skin/QJogDial.h"
 #include "ui/arpeggiatorSettings.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/parts/Dialogs.h"
 #include "ui/parts/InstrumentStyle.h"
 #include "ui/parts/PanelGeometry.h"
 #include "ui/parts/PanelKey.h"
 #include "ui/parts/PanelLabel.h"
+#include "ui/parts/WaitCursor.h"
 #include "ui/WallpaperCache.h"
 #include "ui/WheelStrip.h"
 
@@ -42,7 +43,7 @@ void KivoraWidget::updateSkin() {
     wallpaperLoaded_ = WallpaperCache::StampOf(path);
     WallpaperCache::Result loaded;
     if (!path.isEmpty()) {
-        const Dialogs::WaitCursor cursor;
+        const WaitCursor cursor;
         loaded = wallpaperCache().Load(path, PanelGeometry::kWallpaper.size() * kFinestScreen);
         wallpaper_ = QPixmap::fromImage(loaded.image);
     }
@@ -66,7 +67,7 @@ KeptText KivoraWidget::wallpaperTold() const {
 }
 
 QString KivoraWidget::cacheFolder() const {
-    return QString::fromWCharArray(engine_->GetUserDataDir().c_str()) + "/Cache/";
+    return NK::ToQt(engine_->GetUserDataDir()) + "/Cache/";
 }
 
 void KivoraWidget::composeSkin() {

@@ -3,6 +3,7 @@
 #include "engine/EngineFront.h"
 #include "engine/values/ClickSettings.h"
 #include "midi/TMIDIMessage.h"
+#include "nk/qt/nk_qt_string.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
@@ -54,7 +55,7 @@ void KivoraWidget::synthSet() {
 }
 
 void KivoraWidget::presetChanged() {
-    const QString name = engine_ != nullptr ? QString::fromWCharArray(engine_->GetPresetName().c_str()) : QString();
+    const QString name = engine_ != nullptr ? NK::ToQt(engine_->GetPresetName()) : QString();
     display_->setPreset(name.isEmpty() ? tr("Previous Settings") : name);
     updateEffectWidgets();
 }

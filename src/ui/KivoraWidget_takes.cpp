@@ -10,10 +10,12 @@
 #include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_file_failure.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/ListenButton.h"
 #include "ui/KivoraWidget.h"
 #include "ui/MainDisplay.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/NoticeLine.h"
 #include "ui/parts/UnaskedBox.h"
 #include "ui/RecordingTexts.h"
@@ -78,9 +80,9 @@ std::unique_ptr<QMessageBox> KivoraWidget::makeOffer(const WaitingTake& take) {
     if (take.isFailing) {
         text += tr("It is not safe on the disk: it is lost when the program ends.") + "\n";
     }
-    auto box = Dialogs::MakeBox(this, QMessageBox::Question, tr("Recording Not Saved"),
-                                text + tr("Do you want to save the recording?"),
-                                QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    auto box = MessageBoxes::Make(this, QMessageBox::Question, tr("Recording Not Saved"),
+                                  text + tr("Do you want to save the recording?"),
+                                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
     auto* const listen = new ListenButton(
         *front_, [this, id = take.id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); });
@@ -138,10 +140,10 @@ void KivoraWidget::tellLostJournals() {
     QString setAside;
     QString unreadable;
     for (const Kivora::LostJournal& journal : takes_->TakeLost()) {
-        (journal.isSetAside ? setAside : unreadable) += "\n" + Dialogs::ToQt(journal.path);
+        (journal.isSetAside ? setAside : unreadable) += "\n" + NK::ToQt(journal.path);
     }
     const auto tell = [this](const QString& text) {
-        UnaskedBox::show(Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"), text), *this);
+        UnaskedBox::show(MessageBoxes::Make(this, QMessageBox::Warning, tr("Warning"), text), *this);
     };
     if (!setAside.isEmpty()) {
         tell(tr("The damaged file of a recording was kept under another name:") + setAside);
@@ -184,10 +186,10 @@ bool KivoraWidget::isReadyToClose() {
         return true;
     }
     UnaskedBox::exec(
-        *Dialogs::MakeBox(this, QMessageBox::Warning, tr("Warning"),
-                          tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
-                             "Save the recording in another folder, or discard it."),
-                          QMessageBox::Ok, Dialogs::GetFileFailure()));
+        *MessageBoxes::Make(this, QMessageBox::Warning, tr("Warning"),
+                            tr("The recording cannot be kept on the disk until the next start, so the program goes on. "
+                               "Save the recording in another folder, or discard it."),
+                            QMessageBox::Ok, FailureTexts::OfLastFile()));
     return false;
 }
 

@@ -11,7 +11,7 @@
 #include "QtWidgets/piano/QPianoAccessible.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "ui/KivoraWidget.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
 #include "ui/parts/InstrumentStyle.h"
 
 namespace {
@@ -33,7 +33,7 @@ void KivoraWidget::changeView(const ViewSettings& view) {
     NK::ForgetFileFailure();
     if (engine_ != nullptr && !view_.Save(viewPath())) {
         notices_.Tell(QMessageBox::Warning, tr("Warning"), tr("Failed to save the settings."),
-                      Dialogs::GetFileFailure());
+                      FailureTexts::OfLastFile());
     }
     showView();
     if (view_.scale != former && wantedScaleListener_) {

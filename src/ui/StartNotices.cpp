@@ -3,7 +3,7 @@
 #include <QTimer>
 #include <utility>
 
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/UnaskedBox.h"
 
 void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details) {
@@ -66,5 +66,5 @@ void StartNotices::TellAndWait() {
 }
 
 std::unique_ptr<QMessageBox> StartNotices::MakeBox(const Notice& notice) const {
-    return Dialogs::MakeBox(panel_, notice.icon, notice.title, notice.text, QMessageBox::Ok, notice.details);
+    return MessageBoxes::Make(panel_, notice.icon, notice.title, notice.text, QMessageBox::Ok, notice.details);
 }

@@ -16,7 +16,7 @@ public:
     /// The panel outlives it.
     explicit StartNotices(QWidget* panel) : panel_(panel) {}
 
-    /// `details` as in Dialogs::MakeBox().
+    /// `details` as in MessageBoxes::Make().
     void Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details = {});
     /// The window is shown. Calls after the first do nothing.
     void Begin();

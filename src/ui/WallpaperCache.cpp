@@ -13,8 +13,8 @@
 #include "nk/nk_directory.h"
 #include "nk/nk_file_content.h"
 #include "nk/nk_file_failure.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/KeptText.h"
-#include "ui/parts/Dialogs.h"
 
 namespace {
 
@@ -31,13 +31,13 @@ WallpaperCache::Result Failure(const char* source, const QString& path, const QS
 
 /// Of the file that failed last.
 QString SystemsReason() {
-    return Dialogs::ToQt(NK::DescribeFileError(NK::GetFileFailure().error));
+    return NK::ToQt(NK::DescribeFileError(NK::GetFileFailure().error));
 }
 
 /// Null with a reason, or a picture.
 WallpaperCache::Result Decode(const QString& path) {
     NK::ForgetFileFailure();
-    const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(path), kMaxBytes);
+    const std::optional<std::string> content = NK::ReadFileContent(NK::FromQt(path), kMaxBytes);
     if (!content) {
         return Failure(kNotLoaded, path, SystemsReason());
     }
@@ -112,7 +112,7 @@ QImage WallpaperCache::LoadKept(const QString& path) const {
     if (KeptText(folder_ + kPathFile).Get() != path || !IsCurrent(path)) {
         return {};
     }
-    const std::optional<std::string> content = NK::ReadFileContent(Dialogs::FromQt(folder_ + kPictureFile), kMaxBytes);
+    const std::optional<std::string> content = NK::ReadFileContent(NK::FromQt(folder_ + kPictureFile), kMaxBytes);
     return content ? QImage::fromData(reinterpret_cast<const uchar*>(content->data()),
                                       static_cast<int>(content->size()), "BMP")
                    : QImage();
@@ -131,13 +131,13 @@ WallpaperCache::Result WallpaperCache::Keep(const QImage& image, const QString& 
     const QString picture = folder_ + kPictureFile;
     const QString pathFile = folder_ + kPathFile;
     // Between the two saves no path may name a picture that is not there.
-    NK::RemoveFile(Dialogs::FromQt(pathFile));
-    NK::RemoveFile(Dialogs::FromQt(folder_ + kStampFile));
+    NK::RemoveFile(NK::FromQt(pathFile));
+    NK::RemoveFile(NK::FromQt(folder_ + kStampFile));
     NK::ForgetFileFailure();
     const auto size = static_cast<std::size_t>(bytes.size());
-    if (!NK::CreateFolder(Dialogs::FromQt(folder_)) ||
-        !NK::SaveAtomically(Dialogs::FromQt(picture),
-                            [&](NK::CFile& file) { return file.Write(bytes.constData(), 1, size) == size; })) {
+    if (!NK::CreateFolder(NK::FromQt(folder_)) || !NK::SaveAtomically(NK::FromQt(picture), [&](NK::CFile& file) {
+            return file.Write(bytes.constData(), 1, size) == size;
+        })) {
         return failure(QT_TRANSLATE_NOOP("KivoraWidget", "Failed to save wallpaper cache to:"), picture);
     }
     if (!KeptText(folder_ + kStampFile).Keep(stamp) || !KeptText(pathFile).Keep(path)) {

@@ -9,6 +9,7 @@
 
 #include "midi/reader/SMFReader.h"
 #include "midi/SMFWriter.h"
+#include "nk/qt/nk_qt_string.h"
 #include "support/Files.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
@@ -39,7 +40,7 @@ protected:
             events.Push({{0x90, 1, static_cast<std::uint8_t>(60 + i), 100}, 250 * i});
             events.Push({{0x80, 1, static_cast<std::uint8_t>(60 + i), 64}, 250 * i + 200});
         }
-        EXPECT_TRUE(NK::MIDI::WriteMIDIFile(NK::CString(GetPath("in.mid").toStdWString()), events, 120));
+        EXPECT_TRUE(NK::MIDI::WriteMIDIFile(NK::FromQt(GetPath("in.mid")), events, 120));
     }
 
     QString GetPath(const char* name) const { return QString::fromStdString((folder_ / name).string()); }
@@ -111,7 +112,7 @@ TEST_F(ConsoleRun, TwoRendersAreTheSameToTheByte) {
     EXPECT_EQ(ReadFileBytes(folder_ / "a.mid"), ReadFileBytes(folder_ / "b.mid"));
     const auto wave = KivoraTest::ReadWaveFile(folder_ / "a.wav");
     EXPECT_GT(wave.samples.size(), 2U * 48000 * 2) << "two seconds and what dies away";
-    const auto midi = NK::MIDI::ReadSMFFile(NK::CString(GetPath("a.mid").toStdWString()));
+    const auto midi = NK::MIDI::ReadSMFFile(NK::FromQt(GetPath("a.mid")));
     ASSERT_TRUE(midi);
     EXPECT_FALSE(midi->damage);
     EXPECT_GE(midi->events.size(), 16U);

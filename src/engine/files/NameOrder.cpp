@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "nk/qt/nk_qt_string.h"
+
 namespace Kivora {
 
 namespace {
@@ -28,7 +30,7 @@ void SortByName(NK::CStringArray& names) {
     std::vector<Keyed> keyed;
     keyed.reserve(names.GetSize());
     for (NK::CString& name : names) {
-        const QString text = QString::fromWCharArray(name.c_str(), static_cast<int>(name.GetLength()));
+        const QString text = NK::ToQt(name);
         keyed.emplace_back(collator.sortKey(text), std::move(name));
     }
     std::sort(keyed.begin(), keyed.end(), [](const Keyed& a, const Keyed& b) {

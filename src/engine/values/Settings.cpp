@@ -1,5 +1,7 @@
 #include "engine/values/Settings.h"
 
+#include "nk/qt/nk_qt_string.h"
+
 namespace Kivora {
 
 namespace {
@@ -59,7 +61,7 @@ Settings Settings::Read(const NK::CIniFile& section) {
     read.uiColor = ReadColor(section, L"UIColorRGB", read.uiColor);
     read.uiDisplayColor = ReadColor(section, L"UIDisplayColorRGB", read.uiDisplayColor);
     read.uiDisplay2Color = ReadColor(section, L"UIDisplay2ColorRGB", read.uiDisplay2Color);
-    read.wallpaper = QString::fromWCharArray(section.GetString(L"Wallpaper").value_or(NK::CString()).c_str());
+    read.wallpaper = NK::ToQt(section.GetString(L"Wallpaper").value_or(NK::CString()));
     return read;
 }
 
@@ -77,7 +79,7 @@ void Settings::Write(NK::CIniFile& section) const {
     section.SetHex(L"UIColorRGB", ToNumber(uiColor));
     section.SetHex(L"UIDisplayColorRGB", ToNumber(uiDisplayColor));
     section.SetHex(L"UIDisplay2ColorRGB", ToNumber(uiDisplay2Color));
-    section.SetString(L"Wallpaper", NK::CString(wallpaper.toStdWString()));
+    section.SetString(L"Wallpaper", NK::FromQt(wallpaper));
 }
 
 LastFolders LastFolders::Read(NK::CIniFile& file) {

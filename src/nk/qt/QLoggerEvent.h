@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "nk/nk_string.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace NK {
 
@@ -15,7 +16,7 @@ public:
     static constexpr QEvent::Type kType = static_cast<QEvent::Type>(QEvent::User + 5);  ///< 1005
 
     explicit QLoggerEvent(QString line) : QEvent(kType), line_(std::move(line)) {}
-    explicit QLoggerEvent(const CString& line) : QLoggerEvent(QString::fromWCharArray(line.c_str())) {}
+    explicit QLoggerEvent(const CString& line) : QLoggerEvent(ToQt(line)) {}
     explicit QLoggerEvent(const wchar_t* line) : QLoggerEvent(CString(line)) {}
     explicit QLoggerEvent(const char* latin1) : QLoggerEvent(CString(latin1)) {}
 

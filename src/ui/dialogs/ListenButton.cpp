@@ -5,7 +5,7 @@
 
 #include "engine/Song.h"
 #include "ui/dialogs/SoundTexts.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 
 namespace {
 constexpr int kLookMs = 100;
@@ -55,7 +55,7 @@ void ListenButton::listen(bool on) {
     setChecked(plays);
     plays ? lookTimer_.start(kLookMs) : lookTimer_.stop();
     if (on && !plays) {
-        Dialogs::Show(this, QMessageBox::Information, tr("Listen"), SoundTexts::NothingToHear());
+        MessageBoxes::Show(this, QMessageBox::Information, tr("Listen"), SoundTexts::NothingToHear());
     }
 }
 

@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <QStringList>
 
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 using Kivora::EPanelFunction;
 using Kivora::MidiControl;
@@ -63,7 +63,7 @@ QString MidiControlTexts::Describe(const MidiControl& control) {
 }
 
 QString MidiControlTexts::Describe(const NK::CString& device, const MidiControl& control) {
-    return Dialogs::ToQt(device) + ": " + Describe(control);
+    return NK::ToQt(device) + ": " + Describe(control);
 }
 
 QString MidiControlTexts::DescribeBindings(const Kivora::MidiBindings& bindings, EPanelFunction function) {

@@ -13,9 +13,11 @@
 #include <QVBoxLayout>
 
 #include "nk/nk_file_failure.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/MidiControlTexts.h"
 #include "ui/dialogs/MidiRemote.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/Mnemonics.h"
 
 using Kivora::EPanelFunction;
@@ -221,10 +223,11 @@ void MidiLearn::learned(const Kivora::BoundControls::Learned& control) {
     const MidiBinding binding{control.device, control.control, function(), false};
     const MidiBinding* const former = remote_.bindings().Find(binding.device, binding.control);
     if (former != nullptr && former->function != binding.function &&
-        Dialogs::Show(this, QMessageBox::Question, windowTitle(),
-                      tr("%1 is bound already: %2. Bind it to \"%3\" instead?")
-                          .arg(came, MidiControlTexts::NameOf(former->function), MidiControlTexts::NameOf(function())),
-                      QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
+        MessageBoxes::Show(
+            this, QMessageBox::Question, windowTitle(),
+            tr("%1 is bound already: %2. Bind it to \"%3\" instead?")
+                .arg(came, MidiControlTexts::NameOf(former->function), MidiControlTexts::NameOf(function())),
+            QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
         stopLearning();
         return;
     }
@@ -238,9 +241,9 @@ void MidiLearn::clear() {
 }
 
 void MidiLearn::clearAll() {
-    if (Dialogs::Show(this, QMessageBox::Question, windowTitle(),
-                      tr("Clear everything that is bound, on devices that are not plugged in too?"),
-                      QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes) {
+    if (MessageBoxes::Show(this, QMessageBox::Question, windowTitle(),
+                           tr("Clear everything that is bound, on devices that are not plugged in too?"),
+                           QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes) {
         change([](MidiBindings& bindings) { bindings = {}; });
     }
 }
@@ -255,8 +258,8 @@ void MidiLearn::change(const std::function<void(MidiBindings&)>& change) {
     const bool isSaved = remote_.change(change);
     showBindings();
     if (!isSaved) {
-        Dialogs::ShowFailure(this, QMessageBox::Warning, windowTitle(),
-                             tr("What is bound is in force, but could not be saved."), Dialogs::GetFileFailure());
+        MessageBoxes::ShowFailure(this, QMessageBox::Warning, windowTitle(),
+                                  tr("What is bound is in force, but could not be saved."), FailureTexts::OfLastFile());
     }
 }
 
@@ -271,13 +274,13 @@ void MidiLearn::exportBindings() {
     dialog.selectFile(tr("MIDI bindings", "suggested file name") + ".ini");
     while (dialog.exec() == QDialog::Accepted) {
         const QString path = dialog.selectedFiles().value(0);
-        if (Kivora::WriteBindings(remote_.bindings(), Dialogs::FromQt(path))) {
+        if (Kivora::WriteBindings(remote_.bindings(), NK::FromQt(path))) {
             remote_.exchangeFolder = dialog.directory().absolutePath();
             showState(tr("Exported to %1.").arg(path));
             return;
         }
-        Dialogs::ShowFailure(this, QMessageBox::Critical, windowTitle(), tr("The bindings could not be exported."),
-                             Dialogs::GetFileFailure());
+        MessageBoxes::ShowFailure(this, QMessageBox::Critical, windowTitle(), tr("The bindings could not be exported."),
+                                  FailureTexts::OfLastFile());
     }
 }
 
@@ -288,14 +291,14 @@ void MidiLearn::importBindings() {
         return;
     }
     NK::ForgetFileFailure();
-    const StoredBindings stored = StoredBindings::Read(Dialogs::FromQt(path));
+    const StoredBindings stored = StoredBindings::Read(NK::FromQt(path));
     using State = StoredBindings::State;
     if (stored.state == State::kAbsent || stored.state == State::kUnreadable) {
-        Dialogs::ShowFailure(this, QMessageBox::Critical, windowTitle(), tr("The file cannot be read."),
-                             Dialogs::GetFileFailure());
+        MessageBoxes::ShowFailure(this, QMessageBox::Critical, windowTitle(), tr("The file cannot be read."),
+                                  FailureTexts::OfLastFile());
     } else if (stored.bindings.IsEmpty()) {
-        Dialogs::ShowFailure(this, QMessageBox::Critical, windowTitle(),
-                             tr("The file holds no bindings. Nothing has changed."), path);
+        MessageBoxes::ShowFailure(this, QMessageBox::Critical, windowTitle(),
+                                  tr("The file holds no bindings. Nothing has changed."), path);
     } else {
         remote_.exchangeFolder = QFileInfo(path).absolutePath();
         takeOver(stored.bindings, stored.refused);
@@ -305,11 +308,11 @@ void MidiLearn::importBindings() {
 void MidiLearn::takeOver(const MidiBindings& bindings, std::size_t refused) {
     const std::size_t count = bindings.GetAll().size();
     if (refused != 0 &&
-        Dialogs::Show(this, QMessageBox::Warning, windowTitle(),
-                      tr("The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?")
-                          .arg(refused)
-                          .arg(count),
-                      QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
+        MessageBoxes::Show(this, QMessageBox::Warning, windowTitle(),
+                           tr("The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?")
+                               .arg(refused)
+                               .arg(count),
+                           QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
         return;
     }
     change([&bindings](MidiBindings& all) { all.TakeOver(bindings); });

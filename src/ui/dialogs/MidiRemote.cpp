@@ -7,7 +7,7 @@
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "nk/nk_paths.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 using Kivora::BoundControls;
 using Kivora::CKivora;
@@ -80,7 +80,7 @@ bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change
         }
     }
     if (!setAside.IsEmpty()) {
-        emit damagedFileKept(Dialogs::ToQt(setAside));
+        emit damagedFileKept(NK::ToQt(setAside));
     }
     return isSaved;
 }

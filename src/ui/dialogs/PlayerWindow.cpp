@@ -18,10 +18,11 @@
 #include "engine/Song.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/MIDIFileNames.h"
 #include "ui/dialogs/SongFile.h"
 #include "ui/dialogs/SoundTexts.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/Mnemonics.h"
 #include "ui/parts/PlayAlong.h"
 
@@ -234,20 +235,20 @@ void PlayerWindow::come() {
 
 bool PlayerWindow::askForFile() {
     NK::CString& folder = front_.GetEngine().GetLastFolders().takes;
-    const QString path = QFileDialog::getOpenFileName(
-        isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
-        Dialogs::ToQt(NK::FolderExists(folder) ? folder : front_.GetEngine().GetUserDataDir()),
-        MIDIFileNames::GetFilter(MIDIFileNames::kRead));
+    const QString path =
+        QFileDialog::getOpenFileName(isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
+                                     NK::ToQt(NK::FolderExists(folder) ? folder : front_.GetEngine().GetUserDataDir()),
+                                     MIDIFileNames::GetFilter(MIDIFileNames::kRead));
     if (path.isEmpty()) {
         return false;
     }
     QString failure;
     const std::optional<SongFile> file = SongFile::Read(path, failure);
     if (!file) {
-        Dialogs::Show(isVisible() ? this : parentWidget(), QMessageBox::Warning, tr("Player"), failure);
+        MessageBoxes::Show(isVisible() ? this : parentWidget(), QMessageBox::Warning, tr("Player"), failure);
         return false;
     }
-    folder = NK::GetFolderName(Dialogs::FromQt(path));
+    folder = NK::GetFolderName(NK::FromQt(path));
     openSong(*file);
     return true;
 }

@@ -9,13 +9,15 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/QPresetNameValidator.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/Mnemonics.h"
 #include "ui_PresetList.h"
 
-using Dialogs::FromQt;
-using Dialogs::ToQt;
+using NK::FromQt;
+using NK::ToQt;
 
 namespace {
 
@@ -266,10 +268,10 @@ void PresetList::deletePreset() {
 }
 
 bool PresetList::confirm(const QString& question) {
-    return Dialogs::Show(this, QMessageBox::Question, tr("Please Confirm"), question,
-                         QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return MessageBoxes::Show(this, QMessageBox::Question, tr("Please Confirm"), question,
+                              QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
 void PresetList::showError(const QString& text) {
-    Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, Dialogs::GetFileFailure());
+    MessageBoxes::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, FailureTexts::OfLastFile());
 }

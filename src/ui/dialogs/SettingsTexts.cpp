@@ -3,15 +3,16 @@
 #include <QCoreApplication>
 
 #include "engine/files/SettingsFile.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
+#include "ui/parts/FailureTexts.h"
 
 namespace SettingsTexts {
 
 QString WhyNotSaved(const Kivora::SettingsFile& file) {
-    QString why = Dialogs::GetFileFailure();
+    QString why = FailureTexts::OfLastFile();
     if (file.IsSavedBeside()) {
         why += "\n" + QCoreApplication::translate("Dialogs", "What was changed is kept in this file until then:") +
-               "\n" + Dialogs::ToQt(file.GetPathBeside());
+               "\n" + NK::ToQt(file.GetPathBeside());
     }
     return why;
 }

@@ -7,7 +7,7 @@
 #include "engine/Song.h"
 #include "midi/reader/SMFReader.h"
 #include "nk/nk_file_failure.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ QString Tr(const char* text) {
 }
 
 QString DescribeUnread(const QString& path) {
-    const QString reason = Dialogs::ToQt(NK::DescribeFileError(NK::GetFileFailure().error));
+    const QString reason = NK::ToQt(NK::DescribeFileError(NK::GetFileFailure().error));
     return reason.isEmpty() ? Tr(QT_TRANSLATE_NOOP("SongFile", "%1 cannot be read.")).arg(path)
                             : Tr(QT_TRANSLATE_NOOP("SongFile", "%1 cannot be read: %2.")).arg(path, reason);
 }
@@ -25,12 +25,12 @@ QString DescribeUnread(const QString& path) {
 
 std::optional<SongFile> SongFile::Read(const QString& path, QString& failure) {
     NK::ForgetFileFailure();
-    std::optional<NK::MIDI::SMFContent> content = NK::MIDI::ReadSMFFile(Dialogs::FromQt(path));
+    std::optional<NK::MIDI::SMFContent> content = NK::MIDI::ReadSMFFile(NK::FromQt(path));
     if (!content) {
         failure = DescribeUnread(path);
         return std::nullopt;
     }
-    const QString damage = content->damage ? Dialogs::ToQt(NK::MIDI::Describe(*content->damage)) : QString();
+    const QString damage = content->damage ? NK::ToQt(NK::MIDI::Describe(*content->damage)) : QString();
     auto song = std::make_shared<const Kivora::Song>(*std::move(content));
     if (song->IsEmpty()) {
         failure = damage.isEmpty() ? Tr(QT_TRANSLATE_NOOP("SongFile", "%1 holds nothing that can be played.")).arg(path)

@@ -11,9 +11,9 @@
 #include <utility>
 
 #include "ui/dialogs/SoundFindings.h"
-#include "ui/parts/Dialogs.h"
 #include "ui/parts/Mnemonics.h"
 #include "ui/parts/ScrolledForm.h"
+#include "ui/parts/WaitCursor.h"
 
 using SoundReport::Grade;
 using SoundReport::Line;
@@ -140,7 +140,7 @@ void SoundCheck::look() {
     again_->setEnabled(false);
     repaint();
     {
-        const Dialogs::WaitCursor wait;
+        const WaitCursor wait;
         showLines(SoundReport::Write(tools_.look()));
     }
     waiting_->hide();

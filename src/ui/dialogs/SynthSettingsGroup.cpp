@@ -9,7 +9,9 @@
 
 #include "engine/EngineDependencies.h"
 #include "locale/Locale.h"
-#include "ui/parts/Dialogs.h"
+#include "nk/qt/nk_qt_string.h"
+#include "ui/parts/MessageBoxes.h"
+#include "ui/parts/WaitCursor.h"
 #include "ui_SynthSettingsGroup.h"
 
 using LibMidi::SynthSettings;
@@ -83,7 +85,7 @@ void SynthSettingsGroup::changeEvent(QEvent* event) {
 void SynthSettingsGroup::fillDrivers(const QString& current) {
     QStringList drivers{QString()};
     for (const NK::CString& driver : synth_->GetAudioDrivers()) {
-        drivers << Dialogs::ToQt(driver);
+        drivers << NK::ToQt(driver);
     }
     if (!drivers.contains(current)) {
         drivers << current;
@@ -101,9 +103,9 @@ void SynthSettingsGroup::refresh() {
     }
     updating = true;
     const SynthSettings settings = synth_->GetSettings();
-    fillDrivers(Dialogs::ToQt(settings.audioDriver));
-    const QString font = Dialogs::ToQt(synth_->GetSoundFontPath());
-    ui_->synthFontEdit->setText(settings.soundFont.IsEmpty() ? QString() : Dialogs::ToQt(settings.soundFont));
+    fillDrivers(NK::ToQt(settings.audioDriver));
+    const QString font = NK::ToQt(synth_->GetSoundFontPath());
+    ui_->synthFontEdit->setText(settings.soundFont.IsEmpty() ? QString() : NK::ToQt(settings.soundFont));
     ui_->synthFontEdit->setPlaceholderText(font.isEmpty() ? tr("No sound font is installed") : font);
     ui_->synthFontEdit->setToolTip(font);
     ui_->synthLatency->setValue(PlaceOfLatency(settings.latencyFrames));
@@ -126,7 +128,7 @@ void SynthSettingsGroup::settingsChanged() {
         return;
     }
     SynthSettings settings = synth_->GetSettings();
-    settings.audioDriver = Dialogs::FromQt(ui_->synthDriverCb->currentData().toString());
+    settings.audioDriver = NK::FromQt(ui_->synthDriverCb->currentData().toString());
     if (const int place = ui_->synthLatency->value(); place != PlaceOfLatency(settings.latencyFrames)) {
         settings.latencyFrames = kLatencies[static_cast<std::size_t>(place)];
     }
@@ -145,12 +147,12 @@ void SynthSettingsGroup::apply(const SynthSettings& settings) {
     const bool hadFont = !synth_->GetSoundFontPath().IsEmpty();
     LibMidi::Result result = LibMidi::kSuccess;
     {
-        const Dialogs::WaitCursor wait;
+        const WaitCursor wait;
         result = synth_->ApplySettings(settings);
     }
     refresh();
     if (result != LibMidi::kSuccess) {
-        showFailure(Dialogs::ToQt(synth_->GetLastError()));
+        showFailure(NK::ToQt(synth_->GetLastError()));
     } else if (!hadFont && !synth_->GetSoundFontPath().IsEmpty()) {
         emit becameAvailable();
     }
@@ -160,7 +162,7 @@ void SynthSettingsGroup::onFontBrowse() {
     if (synth_ == nullptr) {
         return;
     }
-    const QString folder = QFileInfo(Dialogs::ToQt(synth_->GetSoundFontPath())).absolutePath();
+    const QString folder = QFileInfo(NK::ToQt(synth_->GetSoundFontPath())).absolutePath();
     const QString path = QFileDialog::getOpenFileName(this, tr("Select sound font"), folder,
                                                       tr("Sound fonts") + " (*.sf2 *.sf3 *.SF2 *.SF3)");
     if (!path.isEmpty()) {
@@ -176,7 +178,7 @@ void SynthSettingsGroup::onFontDefault() {
 
 void SynthSettingsGroup::setSoundFont(const QString& path) {
     SynthSettings settings = synth_->GetSettings();
-    settings.soundFont = Dialogs::FromQt(path);
+    settings.soundFont = NK::FromQt(path);
     apply(settings);
 }
 
@@ -186,14 +188,14 @@ void SynthSettingsGroup::onTest() {
     }
     NK::CString reason;
     {
-        const Dialogs::WaitCursor wait;
+        const WaitCursor wait;
         reason = synth_->Test();
     }
     if (!reason.IsEmpty()) {
-        showFailure(Dialogs::ToQt(reason));
+        showFailure(NK::ToQt(reason));
     }
 }
 
 void SynthSettingsGroup::showFailure(const QString& text) {
-    Dialogs::Show(this, QMessageBox::Warning, tr("Warning"), text);
+    MessageBoxes::Show(this, QMessageBox::Warning, tr("Warning"), text);
 }

@@ -9,12 +9,15 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/ColorChooser.h"
 #include "ui/dialogs/SettingsTexts.h"
 #include "ui/dialogs/SoundCheck.h"
 #include "ui/dialogs/SoundTexts.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/FailureTexts.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/Mnemonics.h"
+#include "ui/parts/WaitCursor.h"
 #include "ui_midiSettings.h"
 
 using Kivora::CKivora;
@@ -275,14 +278,14 @@ void midiSettings::disp2ColorChanged(const QColor& color) {
 
 void midiSettings::onWPBrowse() {
     const QString current = ui_->wpEdit->text();
-    const QString last = engine_ != nullptr ? Dialogs::ToQt(engine_->GetLastFolders().wallpapers) : QString();
+    const QString last = engine_ != nullptr ? NK::ToQt(engine_->GetLastFolders().wallpapers) : QString();
     const QString path = QFileDialog::getOpenFileName(this, tr("Select wallpaper image"),
                                                       current.isEmpty() ? last : QFileInfo(current).absolutePath(),
                                                       tr("Image files") + " (*.png *.xpm *.jpg *.jpeg *.bmp)");
     if (!path.isEmpty()) {
         ui_->wpEdit->setText(path);
         if (engine_ != nullptr) {
-            engine_->GetLastFolders().wallpapers = Dialogs::FromQt(QFileInfo(path).absolutePath());
+            engine_->GetLastFolders().wallpapers = NK::FromQt(QFileInfo(path).absolutePath());
             engine_->SetWallpaper(path);
         }
     }
@@ -304,7 +307,7 @@ void midiSettings::rescanPorts() {
         return;
     }
     attempt(tr("Looking for MIDI devices failed"), [this] {
-        const Dialogs::WaitCursor wait;
+        const WaitCursor wait;
         front_->RescanPorts();
     });
     portsChanged();
@@ -328,7 +331,7 @@ void midiSettings::attempt(const QString& failure, const std::function<void()>& 
     try {
         action();
     } catch (const NK::CException& error) {
-        showError(failure + '\n' + QString::fromWCharArray(error.GetMessage()));
+        showError(failure + '\n' + NK::ToQt(error.GetMessage()));
     } catch (...) {
         showError(tr("An unknown exception occured."));
     }
@@ -336,7 +339,7 @@ void midiSettings::attempt(const QString& failure, const std::function<void()>& 
 
 void midiSettings::closeClicked() {
     if (engine_ != nullptr) {
-        const Dialogs::WaitCursor wait;
+        const WaitCursor wait;
         if (ui_->insCb->isEnabled()) {
             attempt(tr("Setting input port failed"),
                     [this] { front_->SetInputPortByIndex(ui_->insCb->currentIndex()); });
@@ -367,12 +370,12 @@ void midiSettings::closeClicked() {
 void midiSettings::takeLanguage() {
     const QString code = ui_->localeCombo->currentData().toString();
     if (code != Kivora::MatchLocale(Kivora::GetCurrentLocale()) && !Kivora::SetLocale(code, true)) {
-        showError(tr("Failed to save the settings."), Dialogs::GetFileFailure());
+        showError(tr("Failed to save the settings."), FailureTexts::OfLastFile());
     }
 }
 
 void midiSettings::showError(const QString& text, const QString& details) {
     QApplication::setOverrideCursor(Qt::ArrowCursor);
-    Dialogs::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, details);
+    MessageBoxes::ShowFailure(this, QMessageBox::Critical, tr("Error"), text, details);
     QApplication::restoreOverrideCursor();
 }

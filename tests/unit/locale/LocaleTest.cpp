@@ -6,6 +6,7 @@
 
 #include "locale/LocaleFile.h"
 #include "nk/nk_translate.h"
+#include "nk/qt/nk_qt_string.h"
 #include "unit/locale/LocaleFixture.h"
 
 namespace {
@@ -201,7 +202,7 @@ TEST_F(Locale, StartWithoutAStoredCodeTakesTheSystemsAndSavesIt) {
         SetLocale(MatchLocale(system) == "ru_RU" ? "en_US" : "ru_RU", false);
         Kivora::InitLocale();
         EXPECT_EQ(GetCurrentLocale(), MatchLocale(system));
-        EXPECT_EQ(QString::fromWCharArray(Kivora::LoadLocaleCode().c_str()), system);
+        EXPECT_EQ(NK::ToQt(Kivora::LoadLocaleCode()), system);
     }
 }
 

@@ -12,7 +12,7 @@
 #include "ui/dialogs/PresetList.h"
 #include "ui/dialogs/SongFile.h"
 #include "ui/dialogs/SoundCheck.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "unit/engine/SongRig.h"
 #include "widget/ui/GoldenWindow.h"
 #include "widget/ui/SoundFindingsOf.h"
@@ -87,7 +87,7 @@ TEST_F(DialogPictures, BoxesLookAsReviewed) {
                 ExpectLikeReviewed(box.grab().toImage(), name);
                 box.reject();
             });
-            Dialogs::Show(nullptr, icon, "Kivora LX", "Overwrite preset \"Evening\"?", buttons);
+            MessageBoxes::Show(nullptr, icon, "Kivora LX", "Overwrite preset \"Evening\"?", buttons);
         };
         show(QMessageBox::Question, "box_question" + language, QMessageBox::Yes | QMessageBox::No);
         show(QMessageBox::Warning, "box_warning" + language, QMessageBox::Ok);

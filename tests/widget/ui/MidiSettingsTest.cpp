@@ -23,6 +23,7 @@
 
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
+#include "nk/qt/nk_qt_string.h"
 #include "support/FakeSynth.h"
 #include "ui/dialogs/midiSettings.h"
 #include "unit/engine/EngineRig.h"
@@ -542,11 +543,11 @@ TEST_F(SettingsDialog, FitsEveryScreenAndReachesAllOfItThere) {
 
 TEST_F(SettingsDialog, PortsThatChangeMeanwhileAreListedAnewAndTheChosenOnesStay) {
     Open();
-    Combo("outsCb").setCurrentIndex(Combo("outsCb").findText(QString::fromWCharArray(kOtherSynth)));
+    Combo("outsCb").setCurrentIndex(Combo("outsCb").findText(NK::ToQt(kOtherSynth)));
     rig.backend.Unplug(kSynth);
     rig.engine->RescanPorts();
     dialog->portsChanged();
-    EXPECT_EQ(Combo("outsCb").currentText(), QString::fromWCharArray(kOtherSynth));
+    EXPECT_EQ(Combo("outsCb").currentText(), NK::ToQt(kOtherSynth));
     dialog->closeClicked();
     EXPECT_EQ(rig.engine->GetOutputPortName(), kOtherSynth);
 }

@@ -5,10 +5,11 @@
 #include <QMenu>
 #include <QToolTip>
 
+#include "nk/qt/nk_qt_string.h"
 #include "support/OpenWatch.h"
 #include "ui/dialogs/midiSettings.h"
 #include "ui/dialogs/PresetList.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "ui/parts/PlainTexts.h"
 #include "widget/ui/PanelRig.h"
 
@@ -46,7 +47,7 @@ protected:
         dialog.reject();
     }
 
-    const QString markup = QString::fromWCharArray(kMarkup);
+    const QString markup = NK::ToQt(kMarkup);
     std::unique_ptr<COpenWatch> watch;
 
 private:
@@ -59,7 +60,7 @@ TEST_F(PlainTextsTest, TheTrapWorks) {
 
 TEST_F(PlainTextsTest, AMessageBoxShowsItsTextAndItsDetailsAsTheyAre) {
     const auto box =
-        Dialogs::MakeBox(nullptr, QMessageBox::Warning, markup, markup, QMessageBox::Ok, markup + "\n" + markup);
+        MessageBoxes::Make(nullptr, QMessageBox::Warning, markup, markup, QMessageBox::Ok, markup + "\n" + markup);
     box->show();
     box->grab();
     EXPECT_FALSE(watch->WasOpened());

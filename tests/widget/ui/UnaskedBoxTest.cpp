@@ -6,7 +6,7 @@
 #include <QPointer>
 
 #include "engine/EngineFront.h"
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 #include "widget/ui/PanelRig.h"
 
 using namespace KivoraTest;
@@ -22,7 +22,7 @@ protected:
     /// A box with Yes and No over the panel, whose first second is not over.
     void Ask() {
         box = UnaskedBox::show(
-            Dialogs::MakeBox(panel, QMessageBox::Warning, "Warning", "Save?", QMessageBox::Yes | QMessageBox::No),
+            MessageBoxes::Make(panel, QMessageBox::Warning, "Warning", "Save?", QMessageBox::Yes | QMessageBox::No),
             *panel, [this](QMessageBox::StandardButton button) { answers.push_back(button); });
         box->activateWindow();
         Wait([this] { return QApplication::activeWindow() == box; });  // as where the system gives it the keyboard
@@ -155,7 +155,7 @@ TEST_F(PanelUnaskedBox, WhatIsHeldEndsWhenTheKeyboardGoesElsewhere) {
 
 TEST_F(PanelUnaskedBox, ItWaitsUntilNoDialogIsOpen) {
     const auto show = [&] {
-        return UnaskedBox::show(Dialogs::MakeBox(panel, QMessageBox::Warning, "Warning", "Lost."), *panel);
+        return UnaskedBox::show(MessageBoxes::Make(panel, QMessageBox::Warning, "Warning", "Lost."), *panel);
     };
     QDialog dialog(panel);
     QPointer<QMessageBox> withdrawn;
@@ -178,8 +178,8 @@ TEST_F(PanelUnaskedBox, ItWaitsUntilNoDialogIsOpen) {
 }
 
 TEST_F(PanelUnaskedBox, ABoxThatTheProgramWaitsForIsAsCareful) {
-    const auto shown = Dialogs::MakeBox(panel, QMessageBox::Question, "Warning", "Save?",
-                                        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+    const auto shown = MessageBoxes::Make(panel, QMessageBox::Question, "Warning", "Save?",
+                                          QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     QTimer::singleShot(0, shown.get(), [&] {
         Wait([&] { return QApplication::activeWindow() == shown.get(); });
         EndDeafTime(*shown);

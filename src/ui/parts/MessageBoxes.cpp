@@ -1,8 +1,8 @@
-#include "ui/parts/Dialogs.h"
+#include "ui/parts/MessageBoxes.h"
 
 #include <QLabel>
 
-namespace Dialogs {
+namespace MessageBoxes {
 
 namespace {
 
@@ -19,8 +19,8 @@ void SetDetails(QMessageBox& box, const QString& details) {
 
 }  // namespace
 
-std::unique_ptr<QMessageBox> MakeBox(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
-                                     QMessageBox::StandardButtons buttons, const QString& details) {
+std::unique_ptr<QMessageBox> Make(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
+                                  QMessageBox::StandardButtons buttons, const QString& details) {
     auto box = std::make_unique<QMessageBox>(icon, title, QString(), buttons, parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(text);
@@ -32,23 +32,14 @@ std::unique_ptr<QMessageBox> MakeBox(QWidget* parent, QMessageBox::Icon icon, co
 
 QMessageBox::StandardButton Show(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
                                  QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton) {
-    const std::unique_ptr<QMessageBox> box = MakeBox(parent, icon, title, text, buttons);
+    const std::unique_ptr<QMessageBox> box = Make(parent, icon, title, text, buttons);
     box->setDefaultButton(defaultButton);
     return static_cast<QMessageBox::StandardButton>(box->exec());
 }
 
 void ShowFailure(QWidget* parent, QMessageBox::Icon icon, const QString& title, const QString& text,
                  const QString& details) {
-    MakeBox(parent, icon, title, text, QMessageBox::Ok, details)->exec();
+    Make(parent, icon, title, text, QMessageBox::Ok, details)->exec();
 }
 
-QString GetFileFailure() {
-    return Describe(NK::GetFileFailure());
-}
-
-QString Describe(const NK::FileFailure& failure) {
-    const QString reason = ToQt(NK::DescribeFileError(failure.error));
-    return ToQt(failure.path) + (reason.isEmpty() ? QString() : "\n" + reason);
-}
-
-}  // namespace Dialogs
+}  // namespace MessageBoxes
