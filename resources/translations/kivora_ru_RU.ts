@@ -161,25 +161,6 @@
     </message>
 </context>
 <context>
-    <name>Desktop</name>
-    <message>
-        <source>Help Not Found</source>
-        <translation>Справка не найдена</translation>
-    </message>
-    <message>
-        <source>Sorry, the help file is not available:</source>
-        <translation>К сожалению, файл справки недоступен:</translation>
-    </message>
-    <message>
-        <source>Cannot Launch Help</source>
-        <translation>Не удаётся открыть справку</translation>
-    </message>
-    <message>
-        <source>Sorry, failed to open the help file:</source>
-        <translation>К сожалению, не удалось открыть файл справки:</translation>
-    </message>
-</context>
-<context>
     <name>Dialogs</name>
     <message>
         <source>What was changed is kept in this file until then:</source>
@@ -865,6 +846,25 @@
     <message>
         <source>Percussions</source>
         <translation>Перкуссия</translation>
+    </message>
+</context>
+<context>
+    <name>HelpPages</name>
+    <message>
+        <source>Help Not Found</source>
+        <translation>Справка не найдена</translation>
+    </message>
+    <message>
+        <source>Sorry, the help file is not available:</source>
+        <translation>К сожалению, файл справки недоступен:</translation>
+    </message>
+    <message>
+        <source>Cannot Launch Help</source>
+        <translation>Не удаётся открыть справку</translation>
+    </message>
+    <message>
+        <source>Sorry, failed to open the help file:</source>
+        <translation>К сожалению, не удалось открыть файл справки:</translation>
     </message>
 </context>
 <context>

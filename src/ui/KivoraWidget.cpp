@@ -39,7 +39,7 @@ KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports po
           return Kivora::PlayingKeyToCharacter(Kivora::GetLocalizedKeyMap(), code, shift, Kivora::GetInputLanguage());
       }),
       computerKeys_(std::make_unique<ComputerKeys>(&Kivora::GetInputLayout)),
-      desktop_(this) {
+      helpPages_(this) {
     setObjectName("KivoraWidget");
     setFocusPolicy(Qt::StrongFocus);
     controlKeys_ = new PanelControlKeys(this);
@@ -168,13 +168,13 @@ void KivoraWidget::resetClicked() {
 }
 
 void KivoraWidget::helpClicked() {
-    desktop_.showHelp();
+    helpPages_.showHelp();
 }
 
 void KivoraWidget::aboutClicked() {
     releaseHeld();
     kivoraAbout about(this);
-    connect(&about, &kivoraAbout::webSiteWanted, &desktop_, &Desktop::showWebSite);
+    connect(&about, &kivoraAbout::webSiteWanted, &helpPages_, &HelpPages::showWebSite);
     about.exec();
 }
 

@@ -13,16 +13,16 @@
 
 #include "piano/CPCKeyPlayer.h"
 #include "QtWidgets/piano/PianoTypes.h"
-#include "ui/Desktop.h"
 #include "ui/dialogs/SoundDoctorTools.h"
+#include "ui/HelpPages.h"
 #include "ui/KeptText.h"
+#include "ui/Notices.h"
 #include "ui/PanelLegends.h"
 #include "ui/PanelSkin.h"
 #include "ui/ParameterEditor.h"
 #include "ui/parts/KeyRepeats.h"
 #include "ui/parts/PanelScale.h"
 #include "ui/parts/ViewSettings.h"
-#include "ui/StartNotices.h"
 #include "ui/WallpaperCache.h"
 
 class ComputerKeys;
@@ -115,7 +115,7 @@ public:
     /// Its window of the player, which is made when it is first asked for. Only with an engine.
     PlayerWindow& player();
     /// What the user is told in boxes, from when the window is shown.
-    StartNotices& notices() { return notices_; }
+    Notices& notices() { return notices_; }
 
 public slots:
     void loadLanguageFiles();
@@ -352,14 +352,14 @@ private:
     LibMidi::SynthControl* substituteSynth_ = nullptr;
     SoundDoctorTools doctor_;
     QTimer octaveOfferTimer_;
-    Desktop desktop_;
+    HelpPages helpPages_;
     std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
     bool askingAboutTakes_ = false;               ///< in a dialog that the program waits for
     QPointer<QMessageBox> takeQuestion_;          ///< the one that is open while the panel goes on
     int takeAsked_ = 0;                           ///< what it is about
     std::set<int> takesForLater_;
     bool shownBefore_ = false;
-    StartNotices notices_{this};
+    Notices notices_{this};
     BYTE lastVelocity_ = 0;  ///< 0: none yet
     bool sustainShown_ = false;
     LeftView leftView_ = LeftView::kMetronome;

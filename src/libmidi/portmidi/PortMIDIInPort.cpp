@@ -1,6 +1,6 @@
 #include "libmidi/portmidi/PortMIDIInPort.h"
 
-#include "libmidi/portmidi/InputEvents.h"
+#include "libmidi/portmidi/PortMIDIEvents.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "libmidi/portmidi/TickCounter.h"
 #include "nk/nk_logger.h"

@@ -1,4 +1,4 @@
-#include "libmidi/portmidi/InputEvents.h"
+#include "libmidi/portmidi/PortMIDIEvents.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ void ExpectEvent(int status, int data1, int data2, int expectedData1, int expect
     EXPECT_EQ(event->time, 0U);
 }
 
-TEST(InputEvents, EachChannelMessageKeepsItsStatusAndSevenBitsOfData) {
+TEST(PortMIDIEvents, EachChannelMessageKeepsItsStatusAndSevenBitsOfData) {
     for (const int channel : {0, 1, 9, 15}) {
         for (const int command : {0x80, 0x90, 0xA0, 0xB0, 0xE0}) {
             ExpectEvent(command | channel, 60, 100, 60, 100);
@@ -26,19 +26,19 @@ TEST(InputEvents, EachChannelMessageKeepsItsStatusAndSevenBitsOfData) {
     }
 }
 
-TEST(InputEvents, ChannelPressureKeepsItsLowFourBits) {
+TEST(PortMIDIEvents, ChannelPressureKeepsItsLowFourBits) {
     ExpectEvent(0xD3, 100, 55, 4, 0);
     ExpectEvent(0xD0, 15, 0, 15, 0);
     ExpectEvent(0xD0, 127, 0, 15, 0);
 }
 
-TEST(InputEvents, SystemMessagesProduceNoEvent) {
+TEST(PortMIDIEvents, SystemMessagesProduceNoEvent) {
     for (int status = 0xF0; status <= 0xFF; ++status) {
         EXPECT_FALSE(ToInputEvent(Pm_Message(status, 1, 2)).has_value()) << std::hex << status;
     }
 }
 
-TEST(InputEvents, AByteThatIsNoStatusProducesNoEvent) {
+TEST(PortMIDIEvents, AByteThatIsNoStatusProducesNoEvent) {
     for (int byte = 0; byte < 0x80; ++byte) {
         EXPECT_FALSE(ToInputEvent(Pm_Message(byte, 60, 80)).has_value()) << std::hex << byte;
     }

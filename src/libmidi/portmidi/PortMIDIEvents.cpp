@@ -1,4 +1,4 @@
-#include "libmidi/portmidi/InputEvents.h"
+#include "libmidi/portmidi/PortMIDIEvents.h"
 
 #include "libmidi/InputEvents.h"
 

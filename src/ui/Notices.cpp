@@ -1,4 +1,4 @@
-#include "ui/StartNotices.h"
+#include "ui/Notices.h"
 
 #include <QTimer>
 #include <utility>
@@ -6,7 +6,7 @@
 #include "ui/parts/MessageBoxes.h"
 #include "ui/parts/UnaskedBox.h"
 
-void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details) {
+void Notices::Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details) {
     waiting_.push_back({icon, title, text, details});
     if (ended_) {
         TellAndWait();
@@ -15,19 +15,19 @@ void StartNotices::Tell(QMessageBox::Icon icon, const QString& title, const QStr
     }
 }
 
-void StartNotices::Begin() {
+void Notices::Begin() {
     if (!std::exchange(begun_, true)) {
         Show();
     }
 }
 
-void StartNotices::End() {
+void Notices::End() {
     ended_ = true;
     Withdraw();
     TellAndWait();
 }
 
-void StartNotices::HandOver(StartNotices& successor) {
+void Notices::HandOver(Notices& successor) {
     ended_ = true;
     Withdraw();
     for (const Notice& notice : std::exchange(waiting_, {})) {
@@ -35,7 +35,7 @@ void StartNotices::HandOver(StartNotices& successor) {
     }
 }
 
-void StartNotices::Show() {
+void Notices::Show() {
     if (!begun_ || ended_ || box_ || waiting_.empty()) {
         return;
     }
@@ -47,7 +47,7 @@ void StartNotices::Show() {
     });
 }
 
-void StartNotices::Withdraw() {
+void Notices::Withdraw() {
     if (box_) {
         if (UnaskedBox::hasCome(*box_)) {
             waiting_.pop_front();
@@ -57,7 +57,7 @@ void StartNotices::Withdraw() {
     }
 }
 
-void StartNotices::TellAndWait() {
+void Notices::TellAndWait() {
     while (!waiting_.empty()) {
         const std::unique_ptr<QMessageBox> box = MakeBox(waiting_.front());
         waiting_.pop_front();
@@ -65,6 +65,6 @@ void StartNotices::TellAndWait() {
     }
 }
 
-std::unique_ptr<QMessageBox> StartNotices::MakeBox(const Notice& notice) const {
+std::unique_ptr<QMessageBox> Notices::MakeBox(const Notice& notice) const {
     return MessageBoxes::Make(panel_, notice.icon, notice.title, notice.text, QMessageBox::Ok, notice.details);
 }

@@ -11,11 +11,11 @@ class QWidget;
 
 /// Says in a box over its parent when there is no manual, and in one that lets everybody play on when it cannot be
 /// opened. [gui]
-class Desktop : public QObject {
+class HelpPages : public QObject {
     Q_OBJECT
 
 public:
-    explicit Desktop(QWidget* parent, const QString& programDir = Kivora::GetProgramDir());
+    explicit HelpPages(QWidget* parent, const QString& programDir = Kivora::GetProgramDir());
 
     /// Both return at once, unless there is no manual.
     void showHelp();

@@ -1,4 +1,4 @@
-#include "ui/Desktop.h"
+#include "ui/HelpPages.h"
 
 #include <QWidget>
 
@@ -6,7 +6,7 @@
 #include "ui/parts/MessageBoxes.h"
 #include "ui/parts/UnaskedBox.h"
 
-Desktop::Desktop(QWidget* parent, const QString& programDir) : QObject(parent), window_(parent), help_(programDir) {
+HelpPages::HelpPages(QWidget* parent, const QString& programDir) : QObject(parent), window_(parent), help_(programDir) {
     connect(&help_, &Kivora::HelpOpener::HelpNotFound, this, [this](const QString& path) {
         MessageBoxes::Show(window_, QMessageBox::Warning, tr("Help Not Found"),
                            tr("Sorry, the help file is not available:") + "\r\n" + path);
@@ -19,11 +19,11 @@ Desktop::Desktop(QWidget* parent, const QString& programDir) : QObject(parent), 
     });
 }
 
-void Desktop::showHelp() {
+void HelpPages::showHelp() {
     help_.Open();
 }
 
-void Desktop::showWebSite(const QString& address) {
+void HelpPages::showWebSite(const QString& address) {
     if (!webSite_ || !webSite_->IsRunning()) {
         webSite_ = std::make_unique<Kivora::CLauncher>(NK::FromQt(address), nullptr);
     }

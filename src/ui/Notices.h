@@ -11,10 +11,10 @@ class QWidget;
 
 /// Keeps what comes up before the window is shown, and tells it, and what comes later, from Begin() on: one box after
 /// the other, the next when the former was answered, while the panel goes on. See UnaskedBox. [gui]
-class StartNotices {
+class Notices {
 public:
     /// The panel outlives it.
-    explicit StartNotices(QWidget* panel) : panel_(panel) {}
+    explicit Notices(QWidget* panel) : panel_(panel) {}
 
     /// `details` as in MessageBoxes::Make().
     void Tell(QMessageBox::Icon icon, const QString& title, const QString& text, const QString& details = {});
@@ -23,7 +23,7 @@ public:
     /// The program ends: what was not shown yet is told now, and what comes later at once, in boxes that it waits for.
     void End();
     /// The panel goes and another takes its place, which tells what was not shown yet.
-    void HandOver(StartNotices& successor);
+    void HandOver(Notices& successor);
 
 private:
     struct Notice {

@@ -1,5 +1,5 @@
 // The manual and the web site, with an opener of the test's in place of the desktop's.
-#include "ui/Desktop.h"
+#include "ui/HelpPages.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -23,9 +23,9 @@ namespace {
 
 constexpr int kLimitMs = 60000;
 
-class DesktopTest : public testing::Test {
+class HelpPagesTest : public testing::Test {
 protected:
-    DesktopTest() : path_(std::getenv("PATH")) {
+    HelpPagesTest() : path_(std::getenv("PATH")) {
         setenv("PATH", folder_.GetPath().c_str(), 1);
         Kivora::SetLocale("en_US", false);
         QObject::connect(&timer_, &QTimer::timeout, [this] {
@@ -41,7 +41,7 @@ protected:
         });
         timer_.start(1);
     }
-    ~DesktopTest() override { setenv("PATH", path_.c_str(), 1); }
+    ~HelpPagesTest() override { setenv("PATH", path_.c_str(), 1); }
     void AddManual() const {
         std::filesystem::create_directories(help_ / "en");
         std::ofstream(help_ / "en" / "index.html") << "<html></html>";
@@ -69,41 +69,41 @@ private:
     const std::string path_;
 };
 
-TEST_F(DesktopTest, AMissingManualIsSaidWithItsPath) {
-    Desktop desktop(&window_, programDir_);
-    desktop.showHelp();
+TEST_F(HelpPagesTest, AMissingManualIsSaidWithItsPath) {
+    HelpPages pages(&window_, programDir_);
+    pages.showHelp();
     EXPECT_EQ(title_, "Help Not Found");
     EXPECT_EQ(text_.toStdString(),
               "Sorry, the help file is not available:\r\n" + (help_ / "en" / "index.html").string());
 }
 
-TEST_F(DesktopTest, AManualThatCannotBeOpenedIsSaidWithItsPath) {
+TEST_F(HelpPagesTest, AManualThatCannotBeOpenedIsSaidWithItsPath) {
     AddManual();
     InstallOpener("exit 3");
-    Desktop desktop(&window_, programDir_);
-    desktop.showHelp();
+    HelpPages pages(&window_, programDir_);
+    pages.showHelp();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !title_.isEmpty(); }, kLimitMs));
     EXPECT_EQ(title_, "Cannot Launch Help");
     EXPECT_EQ(text_.toStdString(), "Sorry, failed to open the help file:\r\n" + (help_ / "en" / "index.html").string());
     EXPECT_FALSE(modal_) << "somebody may be playing by now";
 }
 
-TEST_F(DesktopTest, TheManualIsOpenedWithoutAWord) {
+TEST_F(HelpPagesTest, TheManualIsOpenedWithoutAWord) {
     AddManual();
     InstallOpener("printf %s \"$1\" > '" + (folder_ / "opened").string() + "'");
     {
-        Desktop desktop(&window_, programDir_);
-        desktop.showHelp();
+        HelpPages pages(&window_, programDir_);
+        pages.showHelp();
     }
     EXPECT_EQ(Opened(), (help_ / "en" / "index.html").string());
     EXPECT_EQ(title_, "");
 }
 
-TEST_F(DesktopTest, TheWebSiteIsOpened) {
+TEST_F(HelpPagesTest, TheWebSiteIsOpened) {
     InstallOpener("printf %s \"$1\" > '" + (folder_ / "opened").string() + "'");
     {
-        Desktop desktop(&window_, programDir_);
-        desktop.showWebSite("https://brennholt.example/kivora/en/");
+        HelpPages pages(&window_, programDir_);
+        pages.showWebSite("https://brennholt.example/kivora/en/");
     }
     EXPECT_EQ(Opened(), "https://brennholt.example/kivora/en/");
 }
