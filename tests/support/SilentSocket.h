@@ -17,11 +17,12 @@
 
 namespace KivoraTest {
 
-/// Stands on a socket in a folder of its own. To each connection it says `words` and no more; by default it does not
-/// even look at who waits there.
+/// Stands on a socket in a folder of its own. To each connection it says `words` and no more, or then `chatter` again
+/// and again for as long as somebody takes it; by default it does not even look at who waits there.
 class CSilentSocket {
 public:
-    explicit CSilentSocket(const std::string& words = {}) : words_(words) {
+    explicit CSilentSocket(const std::string& words = {}, const std::string& chatter = {})
+        : words_(words), chatter_(chatter) {
         sockaddr_un place{};
         place.sun_family = AF_UNIX;
         const std::string path = folder_ / "socket";
@@ -52,19 +53,23 @@ public:
 
 private:
     void Serve() {
-        constexpr int kLookMs = 5;
+        const int lookMs = chatter_.empty() ? 5 : 0;
         while (!stop_) {
             pollfd wanted{server_, POLLIN, 0};
-            if (poll(&wanted, 1, kLookMs) > 0) {
+            if (poll(&wanted, 1, lookMs) > 0) {
                 connections_.push_back(accept4(server_, nullptr, nullptr, SOCK_CLOEXEC));
                 EXPECT_EQ(send(connections_.back(), words_.data(), words_.size(), MSG_NOSIGNAL),
                           static_cast<ssize_t>(words_.size()));
+            }
+            for (std::size_t i = 0; i < connections_.size() && !chatter_.empty(); ++i) {
+                static_cast<void>(send(connections_[i], chatter_.data(), chatter_.size(), MSG_NOSIGNAL | MSG_DONTWAIT));
             }
         }
     }
 
     CTemporaryFolder folder_;
     const std::string words_;
+    const std::string chatter_;
     int server_ = -1;
     std::vector<int> connections_;
     std::atomic<bool> stop_ = false;

@@ -133,6 +133,10 @@ Result CBusConnection::Send(const char* bytes, std::size_t count, Clock::time_po
 }
 
 Result CBusConnection::Receive(Clock::time_point deadline) {
+    // A bus that never stops talking is waited for no longer than a silent one.
+    if (Clock::now() >= deadline) {
+        return Result::kNoAnswer;
+    }
     if (const Result result = Wait(POLLIN, deadline); result != Result::kDone) {
         return result;
     }

@@ -61,6 +61,25 @@ TEST_F(SilentBuses, SoIsOneThatFallsSilentAfterTheAuthentication) {
     EXPECT_EQ(Get(kSessionBus), "disabled:");
 }
 
+TEST_F(SilentBuses, SoIsOneThatSaysEverythingButTheAnswer) {
+    DBusMessage* const announcement = dbus_message_new_signal("/a", "a.b", "C");
+    dbus_message_set_serial(announcement, 1);
+    char* bytes = nullptr;
+    int size = 0;
+    ASSERT_NE(dbus_message_marshal(announcement, &bytes, &size), 0);
+    std::string chatter;
+    for (int i = 0; i < 500; ++i) {  // faster than it is read
+        chatter.append(bytes, static_cast<std::size_t>(size));
+    }
+    dbus_free(bytes);
+    dbus_message_unref(announcement);
+
+    const KivoraTest::CSilentSocket bus("OK 0123456789abcdef0123456789abcdef\r\n", chatter);
+    setenv(kSessionBus, bus.GetAddress().c_str(), 1);
+    NK::LeaveOutSilentBuses(kLimitMs);
+    EXPECT_EQ(Get(kSessionBus), "disabled:");
+}
+
 TEST_F(SilentBuses, WhatDoesNotKeepAnybodyWaitingStays) {
     const KivoraTest::CSilentSocket rejecting("REJECTED\r\n");
     for (const std::string& address :
