@@ -50,6 +50,13 @@ constexpr TAccent kAccents[] = {
     {XKB_KEY_dead_greek, U'\u03BC'},
 };
 
+/// A character that a key can print: no control code, and none of the halves that stand for one together.
+bool IsPrinted(char32_t character) {
+    const bool isControl = character < 0x20 || (character >= 0x7F && character <= 0x9F);
+    const bool isHalf = character >= 0xD800 && character <= 0xDFFF;
+    return !isControl && !isHalf;
+}
+
 struct TSymbol {
     char32_t character = 0;
     bool isDead = false;
@@ -61,10 +68,8 @@ TSymbol ReadSymbol(xkb_keysym_t symbol) {
     if (accent != std::end(kAccents)) {
         return {accent->character, true};
     }
-    constexpr char32_t kFirstPrinted = 0x20;
-    constexpr char32_t kDelete = 0x7F;
     const char32_t character = xkb_keysym_to_utf32(symbol);
-    return {character < kFirstPrinted || character == kDelete ? 0 : character, false};
+    return {IsPrinted(character) ? character : 0, false};
 }
 
 /// English and Russian as the rules' descriptions begin, for example "English (US)"; else unknown.

@@ -47,6 +47,20 @@ TEST(KeyboardKeymap, AKeyThatPrintsNothingTypesNothing) {
     EXPECT_EQ(us[0xFFFFFFFF], NK::TKeyboardLayout::TKey());
 }
 
+TEST(KeyboardKeymap, WhatIsNoCharacterTypesNothing) {
+    const std::string keymap = R"(xkb_keymap {
+        xkb_keycodes { minimum = 8; maximum = 255; <Q> = 24; <W> = 25; <E> = 26; };
+        xkb_types { type "ONE_LEVEL" { modifiers = none; }; };
+        xkb_compatibility { };
+        xkb_symbols { key <Q> { [ 0x100d800 ] }; key <W> { [ 0x1000085 ] }; key <E> { [ 0x101d15f ] }; };
+    };)";
+    const std::vector<NK::TKeyboardLayout> layouts = NK::ReadKeyboardLayouts(keymap);
+    ASSERT_EQ(layouts.size(), 1U);
+    EXPECT_EQ(layouts[0][24].character, 0U) << "half of a pair";
+    EXPECT_EQ(layouts[0][25].character, 0U) << "a control code";
+    EXPECT_EQ(layouts[0][26].character, U'\U0001D15F');
+}
+
 TEST(KeyboardKeymap, TellsTheLayoutsOfOneMapApart) {
     const std::vector<NK::TKeyboardLayout> layouts = NK::ReadKeyboardLayouts(SystemKeymap("us,gr,ru,de", ",,,"));
     ASSERT_EQ(layouts.size(), 4U);
