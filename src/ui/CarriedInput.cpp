@@ -89,8 +89,10 @@ void CarriedInput::keepOnly(const NK::TPressedInput& down) {
 
 void CarriedInput::noteRelease(quint32 scanCode, quint64 atMs) {
     Key& key = keys_[scanCode];
-    key.up = true;
-    key.upAtMs = atMs;
+    if (!key.up) {
+        key.up = true;
+        key.upAtMs = atMs;
+    }
     key.toldUpAtMs = atMs;
 }
 
@@ -101,13 +103,12 @@ bool CarriedInput::takesPress(QKeyEvent& event) {
     Key& key = keys_[event.nativeScanCode()];
     const bool pairs = event.timestamp() != 0 && event.timestamp() == key.upAtMs;
     const bool repeats = event.isAutoRepeat() || !key.up || pairs;
-    if (key.carried && repeats) {
-        event.accept();  // as a shortcut it would be tried otherwise
-        return true;
-    }
-    key.carried = false;
+    key.carried = key.carried && repeats;
     key.up = event.timestamp() < key.toldUpAtMs;
-    return false;
+    if (key.carried) {
+        event.accept();  // as a shortcut it would be tried otherwise
+    }
+    return key.carried;
 }
 
 bool CarriedInput::takesRelease(const QKeyEvent& event) {

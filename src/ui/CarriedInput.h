@@ -32,9 +32,9 @@ protected:
 
 private:
     struct Key {
-        bool up = false;
-        quint64 upAtMs = 0;      ///< time stamp of the latest release; a repeat has its press at the same time
-        quint64 toldUpAtMs = 0;  ///< the same of those that the system told of
+        bool up = true;
+        quint64 upAtMs = 0;      ///< time stamp of the release that ended it; a repeat has its press at the same time
+        quint64 toldUpAtMs = 0;  ///< the same of the latest that the system told of, its press delivered or not
         bool carried = false;
     };
 
