@@ -1,9 +1,8 @@
 // The main function of tests that need an application object and no window.
 #include <QCoreApplication>
 
-#include "support/TestMain.h"
+#include "support/QtTestMain.h"
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    return KivoraTestMain(argc, argv);
+    return KivoraTest::QtTestMain<QCoreApplication>(argc, argv);
 }

@@ -15,6 +15,8 @@ public:
     static CFatalLog& Instance();
     /// Announces a line that contains `part`; a test in which it does not come fails too.
     void Expect(const std::wstring& part);
+    /// A line from elsewhere, such as a warning of Qt's.
+    void Add(std::wstring line);
     /// Lines since the test began.
     std::vector<std::wstring> GetLines() const;
     /// Between tests: reports what went wrong and starts anew.

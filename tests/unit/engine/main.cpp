@@ -2,13 +2,13 @@
 
 #include <string_view>
 
-#include "support/TestMain.h"
+#include "support/QtTestMain.h"
 #include "unit/engine/RecordUntilKilled.h"
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
     if (argc == 3 && argv[1] == std::string_view("--record")) {
+        const QCoreApplication application(argc, argv);
         return KivoraTest::RecordUntilKilled(argv[2]);
     }
-    return KivoraTestMain(argc, argv);
+    return KivoraTest::QtTestMain<QCoreApplication>(argc, argv);
 }

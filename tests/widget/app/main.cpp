@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "support/TestMain.h"
+#include "support/QtTestMain.h"
 
 int main(int argc, char** argv) {
     const QTemporaryDir folder;
@@ -27,6 +27,5 @@ int main(int argc, char** argv) {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
     }
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
-    QApplication application(argc, argv);
-    return KivoraTestMain(argc, argv);
+    return KivoraTest::QtTestMain<QApplication>(argc, argv);
 }

@@ -3,15 +3,15 @@
 #include <QApplication>
 #include <QStyleFactory>
 
-#include "support/TestMain.h"
+#include "support/QtTestMain.h"
 #include "ui/parts/EmbeddedFonts.h"
 #include "ui/parts/InstrumentStyle.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", KIVORA_SCALE);
-    QApplication application(argc, argv);
-    Kivora::RegisterEmbeddedFonts();
-    InstrumentStyle::Dress(QStyleFactory::create("Fusion"));
-    return KivoraTestMain(argc, argv);
+    return KivoraTest::QtTestMain<QApplication>(argc, argv, [] {
+        Kivora::RegisterEmbeddedFonts();
+        InstrumentStyle::Dress(QStyleFactory::create("Fusion"));
+    });
 }

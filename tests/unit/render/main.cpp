@@ -1,8 +1,0 @@
-#include <QCoreApplication>
-
-#include "support/TestMain.h"
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    return KivoraTestMain(argc, argv);
-}
