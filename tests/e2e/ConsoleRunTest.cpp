@@ -1,8 +1,12 @@
 // The runs of the built program that need no window, on a machine without a display, a sound card and a MIDI device.
 #include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <functional>
 
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -11,6 +15,7 @@
 #include "midi/SMFWriter.h"
 #include "nk/qt/nk_qt_string.h"
 #include "support/Files.h"
+#include "support/SilentSocket.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
 #include "support/WaveFile.h"
@@ -20,6 +25,13 @@ namespace {
 using KivoraTest::ReadFileBytes;
 
 constexpr int kLimitMs = 60000;
+
+/// For a program that is started: the system gives it no real-time threads, whoever starts it.
+void GiveUpRealtime() {
+    const rlimit none{};
+    setrlimit(RLIMIT_RTPRIO, &none);
+    prctl(PR_CAPBSET_DROP, CAP_SYS_NICE, 0, 0, 0);  // refused to who has not got the right anyway
+}
 
 class ConsoleRun : public testing::Test {
 protected:
@@ -48,6 +60,7 @@ protected:
     int Run(const QStringList& arguments) {
         QProcess program;
         program.setProcessEnvironment(variables_);
+        program.setChildProcessModifier(prepare_);
         program.start(KIVORA_PROGRAM, arguments);
         if (!program.waitForFinished(kLimitMs)) {
             program.kill();
@@ -64,6 +77,7 @@ protected:
 
     KivoraTest::CTemporaryFolder folder_;
     QProcessEnvironment variables_;
+    std::function<void()> prepare_;  ///< called in the process that becomes the program
     std::string output_;
     std::string error_;
 };
@@ -85,6 +99,14 @@ TEST_F(ConsoleRun, WrongOptionsAreASentenceAndExitCode2) {
     EXPECT_EQ(output_, "");
     EXPECT_EQ(Run({"--locale", "ru_RU", "--nonsense"}), 2);
     EXPECT_EQ(error_.find("Unknown"), std::string::npos) << error_;
+}
+
+TEST_F(ConsoleRun, AsksTheDesktopForARealTimeThreadThatTheSystemRefuses) {
+    const KivoraTest::CSilentSocket systemBus;
+    variables_.insert("DBUS_SYSTEM_BUS_ADDRESS", QString::fromStdString(systemBus.GetAddress()));
+    prepare_ = &GiveUpRealtime;
+    EXPECT_NE(Run({"--check"}), -1);
+    EXPECT_TRUE(systemBus.HasVisitor());
 }
 
 TEST_F(ConsoleRun, ListsThePorts) {

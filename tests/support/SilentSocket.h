@@ -48,6 +48,11 @@ public:
     CSilentSocket& operator=(const CSilentSocket&) = delete;
 
     std::string GetAddress() const { return "unix:path=" + (folder_ / "socket").native(); }
+    /// Whether somebody has come whom nobody has looked at.
+    bool HasVisitor() const {
+        pollfd wanted{server_, POLLIN, 0};
+        return poll(&wanted, 1, 0) > 0;
+    }
 
     static constexpr int kBacklog = 2;
 
