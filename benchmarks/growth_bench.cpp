@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "engine/CKivora.h"
-#include "engine/PresetStore.h"
-#include "engine/RecordedTrack.h"
+#include "engine/files/PresetStore.h"
+#include "engine/takes/RecordedTrack.h"
 #include "libmidi/CaptureStore.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "support/TemporaryFolder.h"
