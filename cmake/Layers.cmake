@@ -9,6 +9,8 @@
 # KIVORA_HEADERS            the headers from outside that every leaf may include: those of the standard library
 # KIVORA_QT_HEADERS         the headers of Qt, open to each leaf that may link one of its modules
 #
+# KIVORA_VOCABULARY         headers that name the numbers of the standard; who may include them writes none himself
+#
 # An expression is for the whole name, and a dot in it is a dot. The test refuses a row that no file needs.
 
 set(KIVORA_LEAVES
@@ -26,8 +28,8 @@ set(KIVORA_LAYER_piano midi nk)
 set(KIVORA_LAYER_midi_arpeggiator midi piano nk)
 set(KIVORA_LAYER_libmidi midi nk)
 set(KIVORA_LAYER_libmidi_alsa libmidi midi nk)
-set(KIVORA_LAYER_libmidi_portmidi libmidi nk)
-set(KIVORA_LAYER_libmidi_synth libmidi nk)
+set(KIVORA_LAYER_libmidi_portmidi libmidi midi nk)
+set(KIVORA_LAYER_libmidi_synth libmidi midi nk)
 set(KIVORA_LAYER_engine_values piano libmidi midi nk/qt nk)
 set(KIVORA_LAYER_engine_files engine/values nk/qt nk)
 set(KIVORA_LAYER_engine_takes engine/files libmidi midi nk)
@@ -46,7 +48,8 @@ set(KIVORA_LAYER_ui
     midi/arpeggiator libmidi piano nk/desktop nk/qt nk)
 set(KIVORA_LAYER_app
     ui ui/dialogs ui/parts locale render engine engine/values engine/files engine/takes midi/reader libmidi/alsa
-    libmidi/portmidi libmidi/synth libmidi nk/desktop nk/qt nk)
+    libmidi/portmidi libmidi/synth libmidi midi nk/desktop
+    nk/qt nk)
 
 set(KIVORA_ONLY_midi_arpeggiator_piano "piano/CKeyboardState[A-Za-z]*.h")
 # The controls of the built-in synthesizer.
@@ -84,6 +87,10 @@ set(KIVORA_HEADERS_libmidi_synth fluidsynth.h)
 set(KIVORA_HEADERS_ui_parts "qpa/[a-z]+.h")
 set(KIVORA_HEADERS_ui_dialogs "ui_[A-Za-z]+.h")
 set(KIVORA_HEADERS_ui "ui_[A-Za-z]+.h" "qpa/[a-z]+.h")
+
+set(KIVORA_VOCABULARY
+    midi/TMIDIMessage.h midi/MIDIChannels.h midi/MIDIControllers.h
+    midi/MIDINotes.h engine/values/VoiceSlots.h nk/nk_rounding.h)
 
 # The leaves that need Qt, themselves or by a leaf that they use; each stands behind those.
 set(KIVORA_QT_LEAVES "")

@@ -14,6 +14,7 @@
 #include "app/ScreenFit.h"
 #include "engine/EngineFailure.h"
 #include "engine/values/Settings.h"
+#include "midi/MIDINotes.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_logger.h"
@@ -97,11 +98,10 @@ void MainWindow::EquipPanel() {
 }
 
 void MainWindow::HoldTestNote(bool isDown) {
-    constexpr std::uint8_t kMiddleC = 60;
     if (isDown) {
-        engine_->PlayNoteOn(kMiddleC, engine_->GetVelocityNormal());
+        engine_->PlayNoteOn(NK::MIDI::kMiddleC, engine_->GetVelocityNormal());
     } else {
-        engine_->PlayNoteOff(kMiddleC);
+        engine_->PlayNoteOff(NK::MIDI::kMiddleC);
     }
 }
 

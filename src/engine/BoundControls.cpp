@@ -3,18 +3,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "midi/MIDIControllers.h"
+
 namespace Kivora {
 
 namespace {
-constexpr int kPressed = 64;  ///< MIDI 1.0, table III: switches are on from this value on
+constexpr int kPressed = NK::MIDI::Controller::kSwitchOn;
 constexpr int kHighest = 127;
 const NK::CString kNoDevice;
 
 bool IsNoteOn(const LibMidi::MIDIEvent& event) {
-    return (event.status & 0xF0) == 0x90 && event.data2 != 0;
+    return event.GetCommand() == NK::MIDI::TMIDIMessage::kNoteOn && event.data2 != 0;
 }
 bool IsKeyPressure(const LibMidi::MIDIEvent& event) {
-    return (event.status & 0xF0) == 0xA0;
+    return event.GetCommand() == NK::MIDI::TMIDIMessage::kKeyPressure;
 }
 bool IsNamed(const NK::CString& kept, const NK::CString& device) {
     return kept == device || kept == MidiBindings::KeepName(device);

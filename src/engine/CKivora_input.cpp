@@ -1,25 +1,25 @@
 // What arrives from the input port.
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
+using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
+
 namespace {
-constexpr std::uint8_t kNoteOff = 0x80;
-constexpr std::uint8_t kNoteOn = 0x90;
-constexpr std::uint8_t kKeyPressure = 0xA0;
 
 /// How often who waits for the lock looks whether the port is being closed.
 constexpr std::uint32_t kLookAtPortMs = 2;
 
 /// What the keyboard ends its notes or lifts its pedal with.
-bool EndsLatched(NK::MIDI::TMIDIMessage message) {
-    constexpr std::uint8_t kAllSoundOff = 120;
-    constexpr std::uint8_t kAllNotesOff = 123;
-    return message.status == NK::MIDI::TMIDIMessage::kControlChange &&
-           ((message.data1 == HeldKeys::kSustainController && message.data2 == 0) || message.data1 == kAllSoundOff ||
-            message.data1 == HeldKeys::kResetController || message.data1 >= kAllNotesOff);
+bool EndsLatched(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kControlChange &&
+           ((message.data1 == Controller::kSustain && message.data2 == 0) ||
+            message.data1 == Controller::kAllSoundOff || message.data1 == Controller::kResetControllers ||
+            message.data1 >= Controller::kAllNotesOff);
 }
 }  // namespace
 
@@ -48,7 +48,7 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
     EndHold();
 }
 
-void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
+void CKivora::ProcessInput(TMIDIMessage message) {
     inputKeys_.Follow(message);
     if (extras_->pedal.FollowInput(message)) {
         return;
@@ -57,13 +57,13 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
         EndLatched();
     }
     switch (message.status) {
-        case kNoteOff:
-        case kNoteOn:
-        case kKeyPressure: {
-            const bool released = message.status == kNoteOn && message.data2 == 0;
+        case TMIDIMessage::kNoteOff:
+        case TMIDIMessage::kNoteOn:
+        case TMIDIMessage::kKeyPressure: {
+            const bool released = message.status == TMIDIMessage::kNoteOn && message.data2 == 0;
             const std::uint8_t velocity =
-                message.status == kNoteOn ? extras_->velocity.Play(message.data2) : message.data2;
-            SendVoiceNote(released ? kNoteOff : message.status, message.data1, velocity,
+                message.status == TMIDIMessage::kNoteOn ? extras_->velocity.Play(message.data2) : message.data2;
+            SendVoiceNote(released ? TMIDIMessage::kNoteOff : message.status, message.data1, velocity,
                           voices_.GetSlotOfNote(message.data1));
             return;
         }
@@ -72,10 +72,10 @@ void CKivora::ProcessInput(NK::MIDI::TMIDIMessage message) {
     }
 }
 
-void CKivora::PlayControl(NK::MIDI::TMIDIMessage message) {
+void CKivora::PlayControl(TMIDIMessage message) {
     const Hold hold(*this);
     if (IsReady()) {
-        if (message.status < 0x80 || message.status > 0xEF) {
+        if (!TMIDIMessage::IsOfChannel(message.status)) {
             Send(message);
         } else {
             for (int slot = 0; slot < kSlotCount; ++slot) {
@@ -100,7 +100,7 @@ void CKivora::ReleaseInputKeys() {
     const Hold hold(*this);
     for (std::uint8_t note = 0; note < 128; ++note) {
         if (inputKeys_.IsHeld(note)) {
-            SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
+            SendVoiceNote(TMIDIMessage::kNoteOff, note, 0, voices_.GetSlotOfNote(note));
         }
     }
     for (const std::uint8_t pedal : HeldKeys::kPedals) {
@@ -113,8 +113,8 @@ void CKivora::ReleaseInputKeys() {
 
 void CKivora::LiftInputHolds() {
     const Hold hold(*this);
-    LiftInputPedal(HeldKeys::kSostenutoController);
-    LiftInputPedal(HeldKeys::kHold2Controller);
+    LiftInputPedal(Controller::kSostenuto);
+    LiftInputPedal(Controller::kHold2);
 }
 
 void CKivora::LiftInputPedal(std::uint8_t controller) {
@@ -122,33 +122,27 @@ void CKivora::LiftInputPedal(std::uint8_t controller) {
         return;
     }
     inputKeys_.LiftPedal(controller);
-    if (controller != HeldKeys::kSustainController || !extras_->pedal.key) {
+    if (controller != Controller::kSustain || !extras_->pedal.key) {
         SendController(controller, 0);
     }
 }
 
 void CKivora::RestInputController(std::uint8_t controller) {
-    constexpr std::uint8_t kModulation = 1;
-    constexpr std::uint8_t kVolume = 7;
-    constexpr std::uint8_t kExpression = 11;
-    constexpr std::uint8_t kPortamento = 65;
-    constexpr std::uint8_t kSoftPedal = 67;
-    constexpr std::uint8_t kLegato = 68;
     const Hold hold(*this);
     if (!sink_) {
         return;
     }
     switch (controller) {
-        case kModulation:
-        case kPortamento:
-        case kSoftPedal:
-        case kLegato:
+        case Controller::kModulation:
+        case Controller::kPortamento:
+        case Controller::kSoftPedal:
+        case Controller::kLegato:
             SendController(controller, 0);
             break;
-        case kExpression:
+        case Controller::kExpression:
             SendController(controller, 127);
             break;
-        case kVolume:
+        case Controller::kVolume:
             SendVolumes();
             break;
         default:

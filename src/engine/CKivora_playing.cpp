@@ -2,38 +2,30 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
+#include "midi/MIDIControllers.h"
 
 namespace Kivora {
 
-namespace {
-constexpr std::uint8_t kNoteOff = 0x80;
-constexpr std::uint8_t kNoteOn = 0x90;
-constexpr std::uint8_t kKeyPressure = 0xA0;
-constexpr std::uint8_t kController = 0xB0;
-constexpr std::uint8_t kSystemReset = 0xFF;
-constexpr std::uint8_t kAllNotesOff = 123;
+using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
 
-constexpr int kMainSlot = 0;
-constexpr int kLayerSlot = 1;
-}  // namespace
-
-NK::MIDI::TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) const {
+TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) const {
     return {status, static_cast<std::uint8_t>(voices_.GetChannel(slot) + 1), data1, data2};
 }
 
 void CKivora::PlayNoteOn(std::uint8_t note, std::uint8_t velocity) {
     const Hold hold(*this);
-    SendVoiceNote(kNoteOn, note, velocity, voices_.GetSlotOfNote(note));
+    SendVoiceNote(TMIDIMessage::kNoteOn, note, velocity, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayNoteOff(std::uint8_t note) {
     const Hold hold(*this);
-    SendVoiceNote(kNoteOff, note, 0, voices_.GetSlotOfNote(note));
+    SendVoiceNote(TMIDIMessage::kNoteOff, note, 0, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayAfterTouch(std::uint8_t note, std::uint8_t pressure) {
     const Hold hold(*this);
-    SendVoiceNote(kKeyPressure, note, pressure, voices_.GetSlotOfNote(note));
+    SendVoiceNote(TMIDIMessage::kKeyPressure, note, pressure, voices_.GetSlotOfNote(note));
 }
 
 void CKivora::PlayPcKey(std::uint8_t note, int level) {
@@ -47,14 +39,14 @@ void CKivora::SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t
         return;
     }
     DeliverNote(status, note, velocity, slot);
-    if (slot == kMainSlot && voices_.dual) {
-        DeliverNote(status, note, velocity, kLayerSlot);
+    if (slot == VoiceSlots::kMain && voices_.dual) {
+        DeliverNote(status, note, velocity, VoiceSlots::kLayer);
     }
 }
 
 void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {
-    NK::MIDI::TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
-    NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_[slot == kMainSlot ? 0 : 1];
+    TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
+    NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_[slot == VoiceSlots::kMain ? 0 : 1];
     if (arpeggiating_ && !arpeggiator.IsBypassed()) {
         CatchUpWithTicks();
         arpeggiator.Process(&message, 1, clock_, *sink_);
@@ -66,7 +58,7 @@ void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t v
 
 void CKivora::SendController(std::uint8_t controller, std::uint8_t value) {
     for (int slot = 0; slot < kSlotCount; ++slot) {
-        const NK::MIDI::TMIDIMessage message = OnSlot(slot, kController, controller, value);
+        const TMIDIMessage message = OnSlot(slot, TMIDIMessage::kControlChange, controller, value);
         Send(message);
         Show(message);
     }
@@ -82,7 +74,7 @@ void CKivora::SendSustain(std::uint8_t value) {
         EndLatched();
     }
     if (sink_) {
-        SendController(HeldKeys::kSustainController, value);
+        SendController(Controller::kSustain, value);
     }
 }
 
@@ -92,7 +84,7 @@ void CKivora::AllNotesOff() {
         return;
     }
     ResetArpeggiators();
-    SendController(kAllNotesOff, 0);
+    SendController(Controller::kAllNotesOff, 0);
 }
 
 void CKivora::ResetArpeggiators() {
@@ -116,7 +108,7 @@ void CKivora::ResetSynth() {
     extras_->song->Interrupt();
     AllNotesOff();
     StopRecording();
-    const NK::MIDI::TMIDIMessage reset{kSystemReset, 0, 0, 0};
+    const TMIDIMessage reset{TMIDIMessage::kSystemReset, 0, 0, 0};
     Send(reset);
     Show(reset);
     emit SynthSet();

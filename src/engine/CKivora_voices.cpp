@@ -3,14 +3,15 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_exception.h"
 
 namespace Kivora {
 
+using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
+
 namespace {
-constexpr std::uint8_t kController = 0xB0;
-constexpr std::uint8_t kProgramChange = 0xC0;
-constexpr std::uint8_t kChannelVolume = 7;
 constexpr int kVolumeStep = 3;
 
 std::uint8_t ClampVelocity(int velocity) {
@@ -132,8 +133,9 @@ void CKivora::SetVelocityHigh(int velocity) {
 
 void CKivora::SendPatch(int slot) {
     const int patch = OfSlot(voices_.patch, slot);
-    const NK::MIDI::TMIDIMessage message =
-        OnSlot(slot, kProgramChange, patch < 0 ? std::uint8_t{0} : static_cast<std::uint8_t>(patch & 0x7F), 0);
+    const TMIDIMessage message =
+        OnSlot(slot, TMIDIMessage::kProgramChange,
+               VoiceSlots::IsPercussion(patch) ? std::uint8_t{0} : TMIDIMessage::DataOf(patch), 0);
     Send(message);
     Show(message);
 }
@@ -153,8 +155,8 @@ void CKivora::SendVolume(int slot) {
     if (!IsReady()) {
         return;
     }
-    const NK::MIDI::TMIDIMessage message =
-        OnSlot(slot, kController, kChannelVolume, static_cast<std::uint8_t>(OfSlot(voices_.volume, slot)));
+    const TMIDIMessage message = OnSlot(slot, TMIDIMessage::kControlChange, Controller::kVolume,
+                                        static_cast<std::uint8_t>(OfSlot(voices_.volume, slot)));
     Send(message);
     Show(message);
 }
@@ -175,7 +177,7 @@ void CKivora::SendBendRange() {
     }
     for (int slot = 0; slot < kSlotCount; ++slot) {
         for (const auto& [number, value] : range.GetControllers()) {
-            Send(OnSlot(slot, kController, number, value));
+            Send(OnSlot(slot, TMIDIMessage::kControlChange, number, value));
         }
     }
 }

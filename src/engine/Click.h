@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/values/ClickSettings.h"
+#include "midi/MIDIChannels.h"
 #include "midi/MusicalClock.h"
 #include "midi/TMIDIMessage.h"
 
@@ -18,7 +19,7 @@ namespace Kivora {
 class Click {
 public:
     static constexpr int kDurationMs = 40;
-    static constexpr std::uint8_t kChannel = 9;
+    static constexpr std::uint8_t kChannel = NK::MIDI::kPercussionChannel;
 
     const ClickSettings& GetSettings() const { return settings_; }
     void SetSettings(const ClickSettings& settings) { settings_ = settings; }

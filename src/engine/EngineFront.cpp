@@ -2,6 +2,7 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
 
@@ -25,9 +26,9 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
         if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
             return;
         }
-        if (message.data1 == HeldKeys::kSustainController) {
+        if (message.data1 == NK::MIDI::Controller::kSustain) {
             pedal_ = message.data2;
-        } else if (message.data1 == HeldKeys::kResetController) {
+        } else if (message.data1 == NK::MIDI::Controller::kResetControllers) {
             pedal_ = 0;
         }
     });
@@ -161,7 +162,7 @@ void EngineFront::SetVoiceMode(bool dual, bool split) {
 }
 
 void EngineFront::ChangePatch(int slot, int patch) {
-    const bool crosses = (patch < 0) != (engine_.GetPatch(slot) < 0);
+    const bool crosses = VoiceSlots::IsPercussion(patch) != VoiceSlots::IsPercussion(engine_.GetPatch(slot));
     const Held held = GetHeld();
     if (crosses) {
         Silence();

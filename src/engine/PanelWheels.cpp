@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/values/HeldKeys.h"
+#include "midi/MIDIControllers.h"
 
 namespace Kivora {
 
@@ -11,7 +11,9 @@ using NK::MIDI::TMIDIMessage;
 namespace {
 
 // MIDI 1.0, table III; the pitch has a message of its own.
-constexpr std::array<std::uint8_t, PanelWheels::kAll.size()> kControllers{0, 1, 11, HeldKeys::kSostenutoController, 67};
+constexpr std::array<std::uint8_t, PanelWheels::kAll.size()> kControllers{
+    0, NK::MIDI::Controller::kModulation, NK::MIDI::Controller::kExpression, NK::MIDI::Controller::kSostenuto,
+    NK::MIDI::Controller::kSoftPedal};
 
 std::uint8_t ControllerOf(EWheel wheel) {
     return kControllers[static_cast<std::size_t>(wheel)];
@@ -55,7 +57,7 @@ std::optional<PanelWheels::Move> PanelWheels::FromMessage(TMIDIMessage message) 
 
 bool PanelWheels::IsReset(TMIDIMessage message) noexcept {
     return message.status == TMIDIMessage::kSystemReset ||
-           (message.status == TMIDIMessage::kControlChange && message.data1 == HeldKeys::kResetController);
+           (message.status == TMIDIMessage::kControlChange && message.data1 == NK::MIDI::Controller::kResetControllers);
 }
 
 void PanelWheels::Follow(TMIDIMessage message) noexcept {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/values/HeldKeys.h"
+#include "midi/MIDIControllers.h"
 #include "midi/TMIDIMessage.h"
 
 namespace Kivora {
@@ -19,10 +19,10 @@ struct PedalHolders {
         if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
             return false;
         }
-        if (message.data1 == HeldKeys::kResetController) {
+        if (message.data1 == NK::MIDI::Controller::kResetControllers) {
             *this = {};
         }
-        if (message.data1 != HeldKeys::kSustainController) {
+        if (message.data1 != NK::MIDI::Controller::kSustain) {
             return false;
         }
         input = message.data2;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "engine/takes/RecordedTrack.h"
+#include "midi/MIDIControllers.h"
 
 namespace Kivora {
 
@@ -13,8 +14,7 @@ using NK::MIDI::TMIDIMessage;
 namespace {
 
 bool ResetsControllers(TMIDIMessage message) {
-    constexpr std::uint8_t kResetControllers = 121;
-    return message.status == TMIDIMessage::kControlChange && message.data1 == kResetControllers;
+    return message.status == TMIDIMessage::kControlChange && message.data1 == NK::MIDI::Controller::kResetControllers;
 }
 
 }  // namespace

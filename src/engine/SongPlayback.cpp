@@ -4,21 +4,23 @@
 #include <utility>
 
 #include "engine/Song.h"
-#include "engine/values/NoteFolding.h"
 #include "libmidi/MIDIPlayerQueue.h"
+#include "midi/MIDIChannels.h"
+#include "midi/MIDIControllers.h"
+#include "midi/MIDINotes.h"
 
 namespace Kivora {
 
 using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
 
 namespace {
 
-constexpr std::uint8_t kPercussion = 10;
-// MIDI 1.0, table III.
-constexpr std::uint8_t kFirstMode = 120;
-constexpr std::uint8_t kResetControllers = 121;
-constexpr std::uint8_t kLocalControl = 122;
 constexpr std::int64_t kUsPerMsAndPercent = 10;
+
+bool IsPercussion(TMIDIMessage message) {
+    return message.channel == NK::MIDI::kPercussionChannel + 1;
+}
 
 }  // namespace
 
@@ -177,8 +179,8 @@ void SongPlayback::PlayEvent(TMIDIMessage message) {
             }
             return;
         case TMIDIMessage::kControlChange:
-            if (message.data1 >= kFirstMode && message.data1 != kResetControllers) {
-                return message.data1 != kLocalControl ? EndNotes(message.channel) : void();
+            if (message.data1 >= Controller::kFirstMode && message.data1 != Controller::kResetControllers) {
+                return message.data1 != Controller::kLocalControl ? EndNotes(message.channel) : void();
             }
             return Send(message);
         default:
@@ -188,7 +190,7 @@ void SongPlayback::PlayEvent(TMIDIMessage message) {
 
 void SongPlayback::BeginNote(TMIDIMessage message) {
     std::uint8_t& sentAs = SentAs(message);
-    const int moved = message.channel == kPercussion ? message.data1 : FoldNote(message.data1 + transposition_);
+    const int moved = IsPercussion(message) ? message.data1 : NK::MIDI::FoldNote(message.data1 + transposition_);
     const auto note = static_cast<std::uint8_t>(moved);
     if (sentAs != kSilent && sentAs != note) {
         EndNote({TMIDIMessage::kNoteOff, message.channel, message.data1, 0});
@@ -238,7 +240,7 @@ void SongPlayback::Send(TMIDIMessage message) {
 }
 
 bool SongPlayback::IsShown(TMIDIMessage message) const {
-    return show_ && message.channel != kPercussion;
+    return show_ && !IsPercussion(message);
 }
 
 }  // namespace Kivora

@@ -10,6 +10,7 @@
 #include "engine/takes/RecordedTrack.h"
 #include "libmidi/OpenSounds.h"
 #include "libmidi/RoundThread.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_disk_file.h"
 #include "nk/nk_file_failure.h"
@@ -26,15 +27,11 @@ using NK::MIDI::TMIDIMessage;
 
 namespace {
 
-/// Controllers of MIDI 1.0, table III.
-constexpr std::uint8_t kChannelVolume = 7;
-constexpr std::uint8_t kAllNotesOff = 123;
-
 /// Whether a message tells of somebody who plays, and not only of what the instrument sends around a recording.
 bool IsPlayed(TMIDIMessage message) {
     if (message.status == TMIDIMessage::kControlChange) {
-        return message.data1 != kChannelVolume && message.data1 != kAllNotesOff &&
-               (message.data1 != HeldKeys::kSustainController || message.data2 != 0);
+        return message.data1 != NK::MIDI::Controller::kVolume && message.data1 != NK::MIDI::Controller::kAllNotesOff &&
+               (message.data1 != NK::MIDI::Controller::kSustain || message.data2 != 0);
     }
     return message.status < TMIDIMessage::kFirstSystemStatus && message.status != TMIDIMessage::kProgramChange;
 }

@@ -22,7 +22,7 @@ public:
 
     /// The turn of a message that comes now: the present one or a later one.
     Turn Place(const MIDIEvent& event) noexcept {
-        if (!IsOfChannel(event)) {
+        if (!event.IsOfChannel()) {
             return PlaceInOrderWithAll();
         }
         Channel& channel = ChannelOf(event);
@@ -61,10 +61,13 @@ private:
         std::array<Turn, kNotes> note{};
     };
 
-    static bool IsOfChannel(const MIDIEvent& event) noexcept { return event.status >= 0x80 && event.status < 0xF0; }
-    static bool IsAboutNote(const MIDIEvent& event) noexcept { return event.status < 0xB0; }
-    static Turn& NoteOf(Channel& channel, const MIDIEvent& event) noexcept { return channel.note[event.data1 & 0x7F]; }
-    Channel& ChannelOf(const MIDIEvent& event) noexcept { return channels_[event.status & 0x0F]; }
+    static bool IsAboutNote(const MIDIEvent& event) noexcept {
+        return event.status < NK::MIDI::TMIDIMessage::kControlChange;
+    }
+    static Turn& NoteOf(Channel& channel, const MIDIEvent& event) noexcept {
+        return channel.note[NK::MIDI::TMIDIMessage::DataOf(event.data1)];
+    }
+    Channel& ChannelOf(const MIDIEvent& event) noexcept { return channels_[event.GetChannel()]; }
     Turn After(Turn turn) const noexcept { return std::max(present_, turn + 1); }
 
     void Mark(const MIDIEvent& event, Turn turn) noexcept {

@@ -29,7 +29,6 @@ constexpr std::size_t kFirstStatusPlace = 4;
 constexpr std::size_t kFirstCheckPlace = 7;
 constexpr std::uint8_t kFirstCheckSeed = 0xA5;
 
-constexpr std::uint8_t kStatusBit = 0x80;
 constexpr std::uint32_t kLatestTime = 0x7FFFFFFF;
 constexpr std::size_t kRecordsAtOnce = 4096;
 
@@ -100,7 +99,8 @@ public:
 
     void Take(Record record) {
         const bool isTimed = record.event.time >= previous_ && record.event.time <= kLatestTime;
-        if (record.kind == Record::Kind::kEvent && isTimed && (record.event.status & kStatusBit) != 0) {
+        if (record.kind == Record::Kind::kEvent && isTimed &&
+            record.event.status >= NK::MIDI::TMIDIMessage::kFirstStatus) {
             content_.missing += undecided_;
             undecided_ = 0;
             previous_ = record.event.time;

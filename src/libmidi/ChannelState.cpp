@@ -5,38 +5,29 @@
 namespace LibMidi {
 
 using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
 
 namespace {
 
-// MIDI 1.0, table III.
-constexpr std::uint8_t kBankHigh = 0;
-constexpr std::uint8_t kBankLow = 32;
-constexpr std::uint8_t kDataHigh = 6;
-constexpr std::uint8_t kDataLow = 38;
-constexpr std::uint8_t kFirstDataStep = 96;  // and 97
-constexpr std::uint8_t kOtherParameterLow = 98;
-constexpr std::uint8_t kOtherParameterHigh = 99;
-constexpr std::uint8_t kParameterLow = 100;
-constexpr std::uint8_t kParameterHigh = 101;
-constexpr std::uint8_t kResetControllers = 121;
-
 /// What "reset all controllers" brings to rest, by RP-015.
-constexpr std::array<std::uint8_t, 7> kResting{1, 11, 64, 65, 66, 67, 69};
+constexpr std::array<std::uint8_t, 7> kResting{Controller::kModulation, Controller::kExpression, Controller::kSustain,
+                                               Controller::kPortamento, Controller::kSostenuto,  Controller::kSoftPedal,
+                                               Controller::kHold2};
 
 /// Of controllers that are not 0 after a reset; the reverb's by General MIDI level 2, the rest as usual.
 constexpr std::uint8_t AfterReset(std::size_t number) {
     switch (number) {
-        case 7:
+        case Controller::kVolume:
             return 100;
-        case 11:
+        case Controller::kExpression:
             return 127;
-        case 91:
+        case Controller::kReverb:
             return 40;
-        case 8:
-        case 10:
+        case Controller::kBalance:
+        case Controller::kPan:
             return 64;
         default:
-            return number >= 70 && number <= 79 ? 64 : 0;
+            return number >= Controller::kFirstSound && number <= Controller::kLastSound ? 64 : 0;
     }
 }
 
@@ -45,8 +36,9 @@ constexpr std::array<std::array<std::uint8_t, 2>, 3> kParametersAfterReset{{{2, 
 
 /// Controllers that say what others mean, or where they belong.
 bool IsSelecting(std::size_t number) {
-    return number == kBankHigh || number == kBankLow || number == kDataHigh || number == kDataLow ||
-           (number >= kFirstDataStep && number <= kParameterHigh);
+    return number == Controller::kBank || number == Controller::kBankLow || number == Controller::kDataEntry ||
+           number == Controller::kDataEntryLow ||
+           (number >= Controller::kDataIncrement && number <= Controller::kRegistered);
 }
 
 }  // namespace
@@ -55,29 +47,29 @@ void ChannelState::Channel::ResetControllers() noexcept {
     for (const std::uint8_t number : kResting) {
         controllers[number] = kUnset;
     }
-    parameterHigh = kNoParameter;
-    parameterLow = kNoParameter;
+    parameterHigh = Controller::kNoParameter;
+    parameterLow = Controller::kNoParameter;
     pressure = kUnset;
     wheelLow = kUnset;
     wheelHigh = kUnset;
 }
 
 void ChannelState::Channel::Control(std::uint8_t number, std::uint8_t value) noexcept {
-    if (number == kResetControllers) {
+    if (number == Controller::kResetControllers) {
         ResetControllers();
     }
     if (number >= kControllers) {
         return;
     }
     controllers[number] = value;
-    if (number == kParameterHigh) {
+    if (number == Controller::kRegistered) {
         parameterHigh = value;
-    } else if (number == kParameterLow) {
+    } else if (number == Controller::kRegisteredLow) {
         parameterLow = value;
-    } else if (number == kOtherParameterHigh || number == kOtherParameterLow) {
-        parameterHigh = kNoParameter;
-    } else if (HasParameter() && (number == kDataHigh || number == kDataLow)) {
-        parameters[parameterLow][number == kDataHigh ? 0 : 1] = value;
+    } else if (number == Controller::kUnregistered || number == Controller::kUnregisteredLow) {
+        parameterHigh = Controller::kNoParameter;
+    } else if (HasParameter() && (number == Controller::kDataEntry || number == Controller::kDataEntryLow)) {
+        parameters[parameterLow][number == Controller::kDataEntry ? 0 : 1] = value;
     }
 }
 
@@ -155,7 +147,7 @@ ChannelState::Channel ChannelState::AtReset(const Channel& channel) noexcept {
     }
     bring(reset.program, channel.program, 0);
     bring(reset.pressure, channel.pressure, 0);
-    constexpr std::uint8_t kWheelMiddle = 64;
+    constexpr std::uint8_t kWheelMiddle = TMIDIMessage::kPitchWheelCentre >> 7;
     bring(reset.wheelLow, channel.wheelLow, 0);
     bring(reset.wheelHigh, channel.wheelHigh, kWheelMiddle);
     return reset;
@@ -172,7 +164,7 @@ void ChannelState::VisitReset(const Visit& visit) const {
         const Channel& channel = channels_[i];
         if (!(channel == Channel())) {
             const auto number = static_cast<std::uint8_t>(i + 1);
-            visit({TMIDIMessage::kControlChange, number, kResetControllers, 0});
+            visit({TMIDIMessage::kControlChange, number, Controller::kResetControllers, 0});
             VisitChannel(AtReset(channel), number, visit);
         }
     }
@@ -184,8 +176,8 @@ void ChannelState::VisitChannel(const Channel& channel, std::uint8_t number, con
             visit({TMIDIMessage::kControlChange, number, static_cast<std::uint8_t>(controller), value});
         }
     };
-    control(kBankHigh, channel.controllers[kBankHigh]);
-    control(kBankLow, channel.controllers[kBankLow]);
+    control(Controller::kBank, channel.controllers[Controller::kBank]);
+    control(Controller::kBankLow, channel.controllers[Controller::kBankLow]);
     if (channel.program != kUnset) {
         visit({TMIDIMessage::kProgramChange, number, channel.program, 0});
     }
@@ -199,15 +191,15 @@ void ChannelState::VisitChannel(const Channel& channel, std::uint8_t number, con
         const auto& [coarse, fine] = channel.parameters[parameter];
         if (coarse != kUnset || fine != kUnset) {
             anyParameter = true;
-            control(kParameterHigh, 0);
-            control(kParameterLow, static_cast<std::uint8_t>(parameter));
-            control(kDataHigh, coarse);
-            control(kDataLow, fine);
+            control(Controller::kRegistered, 0);
+            control(Controller::kRegisteredLow, static_cast<std::uint8_t>(parameter));
+            control(Controller::kDataEntry, coarse);
+            control(Controller::kDataEntryLow, fine);
         }
     }
     if (anyParameter || channel.HasParameter()) {
-        control(kParameterHigh, channel.parameterHigh);
-        control(kParameterLow, channel.parameterLow);
+        control(Controller::kRegistered, channel.parameterHigh);
+        control(Controller::kRegisteredLow, channel.parameterLow);
     }
     if (channel.pressure != kUnset) {
         visit({TMIDIMessage::kChannelPressure, number, channel.pressure, 0});

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "midi/MIDIControllers.h"
 #include "midi/TMIDIMessage.h"
 
 namespace LibMidi {
@@ -29,9 +30,8 @@ public:
 
 private:
     static constexpr std::uint8_t kUnset = 0xFF;
-    static constexpr std::size_t kControllers = 120;  ///< the rest are modes
+    static constexpr std::size_t kControllers = NK::MIDI::Controller::kFirstMode;
     static constexpr std::size_t kParameters = 3;
-    static constexpr std::uint8_t kNoParameter = 127;
 
     struct Channel {
         Channel() noexcept { controllers.fill(kUnset); }
@@ -43,9 +43,9 @@ private:
 
         std::array<std::uint8_t, kControllers> controllers;
         std::array<std::array<std::uint8_t, 2>, kParameters> parameters{
-            {{kUnset, kUnset}, {kUnset, kUnset}, {kUnset, kUnset}}};  ///< coarse and fine
-        std::uint8_t parameterHigh = kNoParameter;                    ///< what controllers 6 and 38 set now
-        std::uint8_t parameterLow = kNoParameter;
+            {{kUnset, kUnset}, {kUnset, kUnset}, {kUnset, kUnset}}};      ///< coarse and fine
+        std::uint8_t parameterHigh = NK::MIDI::Controller::kNoParameter;  ///< what kDataEntry sets now
+        std::uint8_t parameterLow = NK::MIDI::Controller::kNoParameter;
         std::uint8_t program = kUnset;
         std::uint8_t pressure = kUnset;
         std::uint8_t wheelLow = kUnset;

@@ -2,24 +2,26 @@
 
 namespace LibMidi {
 
+using NK::MIDI::TMIDIMessage;
+
 std::optional<MIDIEvent> ToInputEvent(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
-    const auto command = static_cast<std::uint8_t>(status & 0xF0);
-    const auto channel = static_cast<std::uint8_t>(status & 0x0F);
-    const auto first = static_cast<std::uint8_t>(data1 & 0x7F);
-    const auto second = static_cast<std::uint8_t>(data2 & 0x7F);
+    const std::uint8_t command = TMIDIMessage::CommandOf(status);
+    const std::uint8_t channel = TMIDIMessage::ChannelOf(status);
+    const std::uint8_t first = TMIDIMessage::DataOf(data1);
+    const std::uint8_t second = TMIDIMessage::DataOf(data2);
     switch (command) {
-        case 0x80:
-        case 0x90:
+        case TMIDIMessage::kNoteOff:
+        case TMIDIMessage::kNoteOn:
             return NoteEvent(0, channel, first, second, command);
-        case 0xA0:
+        case TMIDIMessage::kKeyPressure:
             return KATEvent(0, channel, first, second);
-        case 0xB0:
+        case TMIDIMessage::kControlChange:
             return CtrlEvent(0, channel, first, second);
-        case 0xC0:
+        case TMIDIMessage::kProgramChange:
             return PatchEvent(0, channel, first);
-        case 0xD0:
+        case TMIDIMessage::kChannelPressure:
             return CATEvent(0, channel, first);
-        case 0xE0:
+        case TMIDIMessage::kPitchWheel:
             return WheelEvent(0, channel, first, second);
         default:
             return std::nullopt;

@@ -3,9 +3,10 @@
 namespace LibMidi {
 
 NK::MIDI::TMIDIMessage MIDIEvent::ToMessage() const noexcept {
-    const bool isChannelMessage = status >= 0x80 && status < 0xF0;
-    return {static_cast<std::uint8_t>(isChannelMessage ? status & 0xF0 : status),
-            static_cast<std::uint8_t>(isChannelMessage ? (status & 0x0F) + 1 : 0), data1, data2};
+    if (!IsOfChannel()) {
+        return {status, 0, data1, data2};
+    }
+    return {GetCommand(), static_cast<std::uint8_t>(GetChannel() + 1), data1, data2};
 }
 
 MIDIEvent MIDIEvent::FromMessage(NK::MIDI::TMIDIMessage message, std::uint32_t timeStamp) noexcept {

@@ -234,8 +234,10 @@ public:
     std::uint32_t lastCapturedMs NK_GUARDED_BY(lock) = 0;  ///< from the start of the capture
 
 private:
-    static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.status & 0x0F; }
-    static std::uint8_t NoteOf(const SynthEventBase& event) noexcept { return event.event.data1 & 0x7F; }
+    static std::uint8_t ChannelOf(const SynthEventBase& event) noexcept { return event.event.GetChannel(); }
+    static std::uint8_t NoteOf(const SynthEventBase& event) noexcept {
+        return NK::MIDI::TMIDIMessage::DataOf(event.event.data1);
+    }
 
     void Arrive(TakenEvent&& content) NK_REQUIRES(lock) {
         if (!accepting) {
@@ -306,7 +308,7 @@ private:
     }
 
     void PushNoteOff(const SoundingNote& note, std::uint32_t time, EventClass eventClass) NK_REQUIRES(lock) {
-        const NoteEvent noteOff(time, note.channel, note.note, 0, 0x80);
+        const NoteEvent noteOff(time, note.channel, note.note, 0, NK::MIDI::TMIDIMessage::kNoteOff);
         order.MarkPresent(noteOff);
         SynthEventBase event(noteOff, note.target);
         event.isAside = note.isAside;

@@ -5,21 +5,17 @@
 namespace LibMidi {
 
 using NK::MIDI::TMIDIMessage;
+namespace Controller = NK::MIDI::Controller;
 
 namespace {
 
-// MIDI 1.0, table III: the channel mode messages.
-constexpr std::uint8_t kAllSoundOff = 120;
-constexpr std::uint8_t kResetControllers = 121;
-constexpr std::uint8_t kAllNotesOff = 123;
-
 bool EndsNotes(TMIDIMessage message) {
     return message.status == TMIDIMessage::kControlChange &&
-           (message.data1 == kAllSoundOff || message.data1 >= kAllNotesOff);
+           (message.data1 == Controller::kAllSoundOff || message.data1 >= Controller::kAllNotesOff);
 }
 
 bool EndsPedals(TMIDIMessage message) {
-    return message.status == TMIDIMessage::kControlChange && message.data1 == kResetControllers;
+    return message.status == TMIDIMessage::kControlChange && message.data1 == Controller::kResetControllers;
 }
 
 bool IsOnChannel(TMIDIMessage message) {
@@ -32,7 +28,7 @@ void OpenSounds::Follow(TMIDIMessage message) noexcept {
     if (message.status == TMIDIMessage::kSystemReset) {
         channels_ = {};
     }
-    if (!IsOnChannel(message) || message.data1 >= 128) {
+    if (!IsOnChannel(message) || message.data1 >= NK::MIDI::kNoteCount) {
         return;
     }
     Channel& channel = channels_[message.channel - 1U];
@@ -89,7 +85,7 @@ void OpenSounds::VisitEnds(const Visit& visit) const {
 }
 
 void OpenSounds::VisitNotes(int channel, const Visit& visit) const {
-    const std::bitset<128>& notes = channels_[static_cast<std::size_t>(channel)].notes;
+    const auto& notes = channels_[static_cast<std::size_t>(channel)].notes;
     for (std::size_t note = 0; note < notes.size(); ++note) {
         if (notes[note]) {
             visit({TMIDIMessage::kNoteOff, static_cast<std::uint8_t>(channel + 1), static_cast<std::uint8_t>(note), 0});

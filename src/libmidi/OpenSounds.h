@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "midi/MIDIControllers.h"
+#include "midi/MIDINotes.h"
 #include "midi/TMIDIMessage.h"
 
 namespace LibMidi {
@@ -29,10 +31,12 @@ public:
 
 private:
     static constexpr int kChannels = 16;
-    static constexpr std::array<std::uint8_t, 4> kPedals{64, 66, 67, 69};  ///< MIDI 1.0, table III
+    static constexpr std::array<std::uint8_t, 4> kPedals{
+        NK::MIDI::Controller::kSustain, NK::MIDI::Controller::kSostenuto, NK::MIDI::Controller::kSoftPedal,
+        NK::MIDI::Controller::kHold2};
 
     struct Channel {
-        std::bitset<128> notes;
+        std::bitset<NK::MIDI::kNoteCount> notes;
         std::bitset<kPedals.size()> pedals;
     };
 

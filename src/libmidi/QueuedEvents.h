@@ -29,18 +29,23 @@ struct SynthEventBase {
 
     /// A note-off, or a note-on with velocity 0, which means the same (MIDI 1.0).
     bool IsNoteOff() const noexcept {
-        return (event.status & 0xF0) == 0x80 || ((event.status & 0xF0) == 0x90 && event.data2 == 0);
+        return event.GetCommand() == NK::MIDI::TMIDIMessage::kNoteOff ||
+               (event.GetCommand() == NK::MIDI::TMIDIMessage::kNoteOn && event.data2 == 0);
     }
-    bool IsNote() const noexcept { return (event.status & 0xF0) == 0x80 || (event.status & 0xF0) == 0x90; }
+    bool IsNote() const noexcept {
+        return event.GetCommand() == NK::MIDI::TMIDIMessage::kNoteOff ||
+               event.GetCommand() == NK::MIDI::TMIDIMessage::kNoteOn;
+    }
 };
 
 /// A note-on with a duration, or a note-off where the velocity is 0.
 struct NoteSynthEvent : SynthEventBase {
     NoteSynthEvent(std::uint8_t velocity, int durationMs, std::uint32_t time, std::uint8_t channel, std::uint8_t note,
                    int targetPort, int eventPriority)
-        : SynthEventBase(NoteEvent(time, channel, note & 0x7F, velocity & 0x7F,
-                                   static_cast<std::uint8_t>(velocity > 0 ? 0x90 : 0x80)),
-                         targetPort) {
+        : SynthEventBase(
+              NoteEvent(time, channel, NK::MIDI::TMIDIMessage::DataOf(note), NK::MIDI::TMIDIMessage::DataOf(velocity),
+                        velocity > 0 ? NK::MIDI::TMIDIMessage::kNoteOn : NK::MIDI::TMIDIMessage::kNoteOff),
+              targetPort) {
         duration = durationMs;
         priority = eventPriority;
     }

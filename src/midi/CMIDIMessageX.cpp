@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include "nk/nk_rounding.h"
+
 namespace NK::MIDI {
 
 namespace {
@@ -83,7 +85,7 @@ void CMIDIMessageX::SetTempoBPM(double beatsPerMinute, std::int32_t) {
     if (beatsPerMinute <= 0) {
         throw CInvalidParameterException(L"Cannot set zero tempo.");
     }
-    const double tempo = 60000000 / beatsPerMinute + 0.499999999;
+    const double tempo = 60000000 / beatsPerMinute + kAlmostHalf;
     const bool fits = tempo < static_cast<double>(kMaximumTempo);
     SetTempo(fits ? static_cast<std::uint32_t>(tempo) : kMaximumTempo, -1);
 }
@@ -122,7 +124,7 @@ void CMIDIMessageX::SetMeta(std::uint8_t type, std::int32_t timeMs, int b0, int 
 }
 
 void CMIDIMessageX::SetSysEx(const std::uint8_t* bytes, std::uint32_t size, std::int32_t timeMs) {
-    if (size > 0 && (bytes[0] < 0xF0 || bytes[0] > 0xF6)) {
+    if (size > 0 && (bytes[0] < TMIDIMessage::kSystemExclusive || bytes[0] > TMIDIMessage::kTuneRequest)) {
         throw CInvalidParameterException(L"SysEx message code must be in the range of [0xF0..0xF6].");
     }
     if (size < 2) {

@@ -34,9 +34,12 @@ public:
         kSequencerSpecific = 0x7F
     };
 
+    /// Before the type of a meta event in a file, which has no use for the message of that status.
+    static constexpr std::uint8_t kMetaPrefix = TMIDIMessage::kSystemReset;
+
     std::uint32_t kind = kEmpty;
     TMIDIMessage message;       ///< kind 0
-    CArray<std::uint8_t> data;  ///< meta data (kind 1), or all bytes from 0xF0 to the end (kind 2)
+    CArray<std::uint8_t> data;  ///< meta data (kind 1), or all bytes from the status to the end (kind 2)
     std::uint8_t metaType = 0;  ///< kind 1
     std::int32_t time = -1;     ///< ms from the start of the recording; -1 = none
 
@@ -86,6 +89,9 @@ public:
 void AlignToFirstNote(CMIDIMessageX* events, std::uint32_t count, std::int32_t startTime);
 /// A time above 0 moved by `byMs`, within the range of its type; any other time stays.
 std::int32_t ShiftTime(std::int32_t timeMs, std::int64_t byMs) noexcept;
+
+/// The bit of a byte of a variable-length quantity that another byte follows.
+inline constexpr std::uint8_t kQuantityContinues = 1U << 7;
 
 /// A variable-length quantity (Standard MIDI Files 1.0) into at most 5 bytes; returns how many.
 int EncodeVariableLength(std::uint32_t value, std::uint8_t out[5]) noexcept;

@@ -6,8 +6,6 @@ namespace NK::MIDI {
 
 namespace {
 
-constexpr std::uint8_t kMetaPrefix = 0xFF;
-constexpr std::uint8_t kSysExEnd = 0xF7;
 constexpr int kMaximumQuantitySize = 5;
 
 bool WriteBytes(CFile& file, const std::uint8_t* bytes, std::size_t size) {
@@ -26,7 +24,7 @@ bool ReadSysEx(CFile& file, std::uint8_t first, std::vector<std::uint8_t>& bytes
         if (!ReadByte(file, bytes.back())) {
             return false;
         }
-    } while (bytes.back() != kSysExEnd);
+    } while (bytes.back() != TMIDIMessage::kEndOfExclusive);
     return true;
 }
 
@@ -42,7 +40,8 @@ bool CMIDIMessageX::Write(CFile& file) const {
         case kShort:
             return message.Write(file);
         case kMeta: {
-            const std::uint8_t head[] = {kMetaPrefix, metaType, static_cast<std::uint8_t>(data.GetSize())};
+            const std::uint8_t head[] = {CMIDIMessageX::kMetaPrefix, metaType,
+                                         static_cast<std::uint8_t>(data.GetSize())};
             return WriteBytes(file, head, sizeof(head)) && WriteBytes(file, data.GetData(), data.GetSize());
         }
         case kSysEx:
@@ -59,7 +58,7 @@ bool CMIDIMessageX::Read(CFile& file) {
     if (!ReadByte(file, first)) {
         return false;
     }
-    if (first == kMetaPrefix) {
+    if (first == CMIDIMessageX::kMetaPrefix) {
         std::uint8_t head[2];
         if (file.Read(head, 1, sizeof(head)) != sizeof(head)) {
             return false;
@@ -73,7 +72,7 @@ bool CMIDIMessageX::Read(CFile& file) {
         metaType = head[0];
         return true;
     }
-    if (first >= TMIDIMessage::kFirstSystemStatus && first <= kSysExEnd) {
+    if (first >= TMIDIMessage::kFirstSystemStatus && first <= TMIDIMessage::kEndOfExclusive) {
         std::vector<std::uint8_t> bytes;
         if (!ReadSysEx(file, first, bytes)) {
             return false;
@@ -96,7 +95,7 @@ int EncodeVariableLength(std::uint32_t value, std::uint8_t out[5]) noexcept {
         ++size;
     }
     for (int i = size - 1; i >= 0; --i) {
-        out[i] = static_cast<std::uint8_t>((value & 0x7F) | (i == size - 1 ? 0U : 0x80U));
+        out[i] = static_cast<std::uint8_t>((value & 0x7FU) | (i == size - 1 ? 0U : kQuantityContinues));
         value >>= 7;
     }
     return size;
@@ -115,7 +114,7 @@ std::uint32_t ReadVariableLength(CFile& file, bool& error) {
             break;
         }
         value = (value << 7) | (byte & 0x7FU);
-        if ((byte & 0x80) == 0) {
+        if ((byte & kQuantityContinues) == 0) {
             error = false;
             return value;
         }

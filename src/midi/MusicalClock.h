@@ -1,6 +1,8 @@
 // The musical position that drives effects in time.
 #pragma once
 
+#include "nk/nk_rounding.h"
+
 namespace NK::MIDI {
 
 /// A bar and beat position at a tempo. Plain record; whoever owns one says what guards it.
@@ -21,7 +23,7 @@ struct MusicalClock {
     int ToTick() const {
         const double ticksPerBeat = 4.0 / beatUnit * kTicksPerQuarter;
         const double beats = static_cast<double>(beatsPerBar) * bar + beat;
-        return static_cast<int>(ticksPerBeat * beats + offset / (60 / tempo / timeUnit / ticksPerBeat) + 0.499999999);
+        return RoundHalfDown(ticksPerBeat * beats + offset / (60 / tempo / timeUnit / ticksPerBeat));
     }
 };
 

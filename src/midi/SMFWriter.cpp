@@ -13,7 +13,7 @@ namespace {
 /// The tag, the header's length, format 0, one track.
 constexpr std::string_view kHeader("MThd\0\0\0\6\0\0\0\1", 12);
 constexpr std::uint16_t kDefaultDivision = 500;
-constexpr std::uint8_t kEmptySlotStatus = 0xFF;
+constexpr std::uint8_t kEmptySlotStatus = TMIDIMessage::kSystemReset;
 constexpr std::int64_t kTrackHeaderSize = 8;
 constexpr std::int64_t kTrackLengthOffset = 4;
 

@@ -5,16 +5,11 @@
 
 namespace NK::MIDI {
 
-namespace {
-constexpr int kWheelCentre = 8192;
-constexpr int kWheelMaximum = 16383;
-}  // namespace
-
 int TMIDIMessage::GetLength(std::uint8_t status) noexcept {
     if (status >= kFirstRealTimeStatus) {
         return 1;
     }
-    const int command = status & 0xF0;
+    const std::uint8_t command = CommandOf(status);
     return command == kProgramChange || command == kChannelPressure ? 2 : 3;
 }
 
@@ -55,8 +50,8 @@ bool TMIDIMessage::ReadAfterStatus(std::uint8_t firstByte, CFile& file) {
         return false;
     }
     const bool isSystem = firstByte >= kFirstSystemStatus;
-    status = isSystem ? firstByte : static_cast<std::uint8_t>(firstByte & 0xF0);
-    channel = isSystem ? std::uint8_t{0} : static_cast<std::uint8_t>((firstByte & 0x0F) + 1);
+    status = isSystem ? firstByte : CommandOf(firstByte);
+    channel = isSystem ? std::uint8_t{0} : static_cast<std::uint8_t>(ChannelOf(firstByte) + 1);
     data1 = bytes[0];
     data2 = bytes[1];
     return true;
@@ -64,16 +59,16 @@ bool TMIDIMessage::ReadAfterStatus(std::uint8_t firstByte, CFile& file) {
 
 void TMIDIMessage::SetPitchWheel(int raw) noexcept {
     status = kPitchWheel;
-    data1 = static_cast<std::uint8_t>(raw & 0x7F);
-    data2 = static_cast<std::uint8_t>((raw >> 7) & 0x7F);
+    data1 = DataOf(raw);
+    data2 = DataOf(raw >> 7);
 }
 
 void TMIDIMessage::SetPitchWheelCentered(int value) noexcept {
-    SetPitchWheel(std::clamp(value, -kWheelCentre, kWheelMaximum - kWheelCentre) + kWheelCentre);
+    SetPitchWheel(std::clamp(value, -kPitchWheelCentre, kPitchWheelMaximum - kPitchWheelCentre) + kPitchWheelCentre);
 }
 
 void TMIDIMessage::SetPitchWheelFloat(float value) noexcept {
-    const double steps = std::isnan(value) ? 0.0 : std::round(static_cast<double>(value) * kWheelCentre);
+    const double steps = std::isnan(value) ? 0.0 : std::round(static_cast<double>(value) * kPitchWheelCentre);
     SetPitchWheelCentered(static_cast<int>(std::clamp(steps, -8192.0, 8191.0)));
 }
 

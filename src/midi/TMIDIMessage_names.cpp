@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "midi/MIDIControllers.h"
 #include "midi/NoteNames.h"
 #include "midi/TMIDIMessage.h"
 
@@ -7,65 +8,77 @@ namespace NK::MIDI {
 
 namespace {
 
-constexpr std::uint8_t kSustainController = 64;
-
 struct Name {
     std::uint8_t number;
     const wchar_t* text;
 };
 
 constexpr Name kCommandNames[] = {
-    {0x80, L"Note Off"},       {0x90, L"Note On"},          {0xA0, L"Poly-Pressure"},  {0xB0, L"Control Change"},
-    {0xC0, L"Program Change"}, {0xD0, L"Channel-Pressure"}, {0xE0, L"Pitch Bend"},     {0xF0, L"SysEx Start"},
-    {0xF1, L"Time Code"},      {0xF2, L"Song Pointer"},     {0xF3, L"Song Select"},    {0xF6, L"Tune Request"},
-    {0xF7, L"SysEx End"},      {0xF8, L"Timing Clock"},     {0xFA, L"Start Sequence"}, {0xFB, L"Continue Sequence"},
-    {0xFC, L"Stop Sequence"},  {0xFE, L"Active Sensing"},   {0xFF, L"Reset"},
+    {TMIDIMessage::kNoteOff, L"Note Off"},
+    {TMIDIMessage::kNoteOn, L"Note On"},
+    {TMIDIMessage::kKeyPressure, L"Poly-Pressure"},
+    {TMIDIMessage::kControlChange, L"Control Change"},
+    {TMIDIMessage::kProgramChange, L"Program Change"},
+    {TMIDIMessage::kChannelPressure, L"Channel-Pressure"},
+    {TMIDIMessage::kPitchWheel, L"Pitch Bend"},
+    {TMIDIMessage::kSystemExclusive, L"SysEx Start"},
+    {TMIDIMessage::kTimeCode, L"Time Code"},
+    {TMIDIMessage::kSongPosition, L"Song Pointer"},
+    {TMIDIMessage::kSongSelect, L"Song Select"},
+    {TMIDIMessage::kTuneRequest, L"Tune Request"},
+    {TMIDIMessage::kEndOfExclusive, L"SysEx End"},
+    {TMIDIMessage::kTimingClock, L"Timing Clock"},
+    {TMIDIMessage::kStart, L"Start Sequence"},
+    {TMIDIMessage::kContinue, L"Continue Sequence"},
+    {TMIDIMessage::kStop, L"Stop Sequence"},
+    {TMIDIMessage::kActiveSensing, L"Active Sensing"},
+    {TMIDIMessage::kSystemReset, L"Reset"},
 };
 
 constexpr Name kControllerNames[] = {
-    {0, L"Bank Select MSB"},
-    {1, L"Modulation"},
-    {6, L"Data Entry MSB"},
-    {7, L"Main Volume"},
-    {10, L"Pan"},
-    {11, L"Expression"},
-    {32, L"Bank Select LSB"},
-    {33, L"Modulation LSB"},
+    {Controller::kBank, L"Bank Select MSB"},
+    {Controller::kModulation, L"Modulation"},
+    {Controller::kDataEntry, L"Data Entry MSB"},
+    {Controller::kVolume, L"Main Volume"},
+    {Controller::kPan, L"Pan"},
+    {Controller::kExpression, L"Expression"},
+    {Controller::kBankLow, L"Bank Select LSB"},
+    {Controller::kLow + Controller::kModulation, L"Modulation LSB"},
     {34, L"Breath Controller LSB"},
     {36, L"Foot Controller LSB"},
     {37, L"Portamento Time LSB"},
-    {38, L"Data Entry LSB"},
-    {39, L"Main Volume LSB"},
-    {40, L"Balance LSB"},
+    {Controller::kDataEntryLow, L"Data Entry LSB"},
+    {Controller::kLow + Controller::kVolume, L"Main Volume LSB"},
+    {Controller::kLow + Controller::kBalance, L"Balance LSB"},
     {48, L"Pan LSB"},
-    {64, L"Sustain"},
-    {65, L"Portamento"},
-    {66, L"Sostuneto Thumby"},
-    {67, L"Pedal Soft"},
-    {68, L"Legato Footswitch"},
-    {69, L"Hold 2"},
+    {Controller::kSustain, L"Sustain"},
+    {Controller::kPortamento, L"Portamento"},
+    {Controller::kSostenuto, L"Sostuneto Thumby"},
+    {Controller::kSoftPedal, L"Pedal Soft"},
+    {Controller::kLegato, L"Legato Footswitch"},
+    {Controller::kHold2, L"Hold 2"},
     {70, L"Sound Variation"},
     {71, L"Timbre/Harmonic Content"},
     {72, L"Release Time"},
     {73, L"Attack Time"},
     {74, L"Brightness"},
     {75, L"Decay"},
-    {91, L"Reverb Depth"},
-    {93, L"Chorus Depth"},
-    {96, L"Data Increment"},
-    {97, L"Data Decrement"},
-    {98, L"NRPN LSB"},
-    {99, L"NRPN MSB"},
-    {100, L"RPN LSB"},
-    {101, L"RPN MSB"},
-    {120, L"All Sound Off"},
-    {121, L"Reset Controllers"},
-    {122, L"Local Control"},
-    {123, L"All Notes Off"},
-    {124, L"Omni OFF"},
-    {125, L"Omni ON"},
-    {126, L"Mono ON/Poly OFF"},
-    {127, L"Poly ON/Mono OFF"},
+    {Controller::kReverb, L"Reverb Depth"},
+    {Controller::kChorus, L"Chorus Depth"},
+    {Controller::kDataIncrement, L"Data Increment"},
+    {Controller::kDataDecrement, L"Data Decrement"},
+    {Controller::kUnregisteredLow, L"NRPN LSB"},
+    {Controller::kUnregistered, L"NRPN MSB"},
+    {Controller::kRegisteredLow, L"RPN LSB"},
+    {Controller::kRegistered, L"RPN MSB"},
+    {Controller::kAllSoundOff, L"All Sound Off"},
+    {Controller::kResetControllers, L"Reset Controllers"},
+    {Controller::kLocalControl, L"Local Control"},
+    {Controller::kAllNotesOff, L"All Notes Off"},
+    {Controller::kOmniOff, L"Omni OFF"},
+    {Controller::kOmniOn, L"Omni ON"},
+    {Controller::kMonoOn, L"Mono ON/Poly OFF"},
+    {Controller::kPolyOn, L"Poly ON/Mono OFF"},
 };
 
 template <std::size_t size>
@@ -86,12 +99,13 @@ CString FormatMessage(const TMIDIMessage& message, NoteNameStyle style) {
             return noteText(L"Note OFF");
         case TMIDIMessage::kPitchWheel: {
             const int raw = message.GetPitchWheel();
-            return CString::Format(L"Pitch Bend: %d (%+0.02f)", raw, (raw - 8192) / 8192.0);
+            return CString::Format(L"Pitch Bend: %d (%+0.02f)", raw,
+                                   (raw - TMIDIMessage::kPitchWheelCentre) / double{TMIDIMessage::kPitchWheelCentre});
         }
         case TMIDIMessage::kProgramChange:
             return CString::Format(L"Program #%d", message.data1);
         case TMIDIMessage::kControlChange:
-            if (message.data1 == kSustainController) {
+            if (message.data1 == Controller::kSustain) {
                 return message.data2 != 0 ? L"Sustain ON" : L"Sustain OFF";
             }
             return CString::Format(L"%ls: %d", TMIDIMessage::GetControllerName(message.data1), message.data2);

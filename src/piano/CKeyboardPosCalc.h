@@ -4,9 +4,11 @@
 #include <array>
 #include <cstdint>
 
+#include "midi/MIDINotes.h"
+
 namespace NK::Piano {
 
-inline constexpr std::uint8_t kNoteCount = 128;  ///< MIDI notes 0..127 (MIDI 1.0)
+using MIDI::kNoteCount;
 
 /// Pitch classes 1, 3, 6, 8 and 10 are black keys. Any note 0..255.
 constexpr bool IsBlackNote(std::uint8_t note) noexcept {

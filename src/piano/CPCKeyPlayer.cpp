@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "midi/MIDINotes.h"
 #include "piano/PCKeyTable.h"
 
 namespace NK::Piano {
@@ -154,7 +155,7 @@ std::optional<CPCKeyPlayer::TNote> CPCKeyPlayer::NoteOf(const TPCKey& key) const
     if (entry == nullptr || entry->note == TPCKeyEntry::kNone) {
         return std::nullopt;
     }
-    return TNote{WrapNoteByOctaves(entry->note + octaveShift_), key.place ? key.shift : entry->shifted != 0};
+    return TNote{MIDI::FoldNote(entry->note + octaveShift_), key.place ? key.shift : entry->shifted != 0};
 }
 
 bool CPCKeyPlayer::IsActing(const TPCKey& key) const {

@@ -5,6 +5,9 @@
 
 namespace NK::Piano {
 
+/// The colourings of the keys, by the numbers under which they are saved.
+enum EKeyColoring : int { kNoColoring, kRainbowColoring, kScriabinColoring, kColoringCount };
+
 /// One entry of a scheme, 8 bits a component.
 struct TKeyColor {
     std::uint8_t red;
@@ -38,7 +41,7 @@ public:
     const TKeyColor* GetNoteColor(int note) const noexcept override;
 };
 
-/// The one instance of each scheme, made at the first call and alive until the program ends.
+/// The one instance of each scheme, made at the first call and alive until the program ends. [any]
 const CPianoColors& GetRainbowColors();
 const CPianoColors& GetScriabinColors();
 

@@ -27,14 +27,4 @@ const TPCKeyEntry* FindPCKeyEntry(int character, bool shift) noexcept;
 /// characters; 0 when there is none. The octave shift is not applied.
 char GetPCKeyHint(int note) noexcept;
 
-/// Brings a note into 0..127 by the fewest whole octaves.
-constexpr std::uint8_t WrapNoteByOctaves(int note) noexcept {
-    if (note < 0) {
-        note += (-note + 11) / 12 * 12;
-    } else if (note > 127) {
-        note -= (note - 127 + 11) / 12 * 12;
-    }
-    return static_cast<std::uint8_t>(note);
-}
-
 }  // namespace NK::Piano

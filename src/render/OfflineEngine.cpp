@@ -5,6 +5,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "libmidi/MIDIOutPortImpl.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_random.h"
 #include "render/SteppedPlayer.h"
 
@@ -44,12 +45,11 @@ private:
 
 /// Whether a message would put another sound or volume in the place of the engine's own.
 bool ChoosesSound(TMIDIMessage message) {
-    constexpr std::uint8_t kBankHigh = 0;
-    constexpr std::uint8_t kVolume = 7;
-    constexpr std::uint8_t kBankLow = 32;
+    namespace Controller = NK::MIDI::Controller;
     return message.status == TMIDIMessage::kProgramChange ||
            (message.status == TMIDIMessage::kControlChange &&
-            (message.data1 == kBankHigh || message.data1 == kVolume || message.data1 == kBankLow));
+            (message.data1 == Controller::kBank || message.data1 == Controller::kVolume ||
+             message.data1 == Controller::kBankLow));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "midi/MIDINotes.h"
 #include "nk/desktop/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -28,7 +29,7 @@ using NK::Piano::TPCKeyAction;
 
 namespace {
 
-constexpr int kOctave = 12;
+using NK::MIDI::kOctave;
 constexpr int kMaxOctaveShift = 3 * kOctave;
 constexpr int kLowestPCKey = 60;  // the note of the lower manual's first key
 constexpr int kOfferMs = 15000;

@@ -8,6 +8,7 @@
 #include "engine/EngineFront.h"
 #include "locale/Locale.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
+#include "piano/CPianoColors.h"
 #include "ui/ComputerKeys.h"
 #include "ui/dialogs/KeyboardTest.h"
 #include "ui/dialogs/LatchAndSwing.h"
@@ -18,9 +19,7 @@
 #include "ui/PanelLegends.h"
 #include "ui/parts/PanelKey.h"
 
-namespace {
-constexpr int kColorings = 3;
-}
+namespace {}
 
 QAction* KivoraWidget::addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
                                      std::function<void()> action) {
@@ -166,8 +165,8 @@ void KivoraWidget::createViewActions() {
 
     QMenu* coloring = menu_->addMenu(tr("Key &Colors"));
     auto* const colorings = new QActionGroup(menu_);
-    const QString names[kColorings] = {tr("&None"), tr("&Rainbow"), tr("&Scriabin")};
-    for (int scheme = 0; scheme < kColorings; ++scheme) {
+    const QString names[NK::Piano::kColoringCount] = {tr("&None"), tr("&Rainbow"), tr("&Scriabin")};
+    for (int scheme = 0; scheme < NK::Piano::kColoringCount; ++scheme) {
         addMenuState(
             *coloring, names[scheme], {},
             [this, scheme] {

@@ -2,8 +2,10 @@
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
 #include "engine/values/ClickSettings.h"
+#include "midi/MIDIControllers.h"
 #include "midi/TMIDIMessage.h"
 #include "nk/qt/nk_qt_string.h"
+#include "piano/CPianoColors.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"
@@ -17,27 +19,19 @@
 
 using NK::MIDI::TMIDIMessage;
 
-namespace {
-constexpr std::uint8_t kNoteOn = 0x90;
-constexpr std::uint8_t kController = 0xB0;
-constexpr std::uint8_t kSustain = 64;
-constexpr std::uint8_t kResetControllers = 121;
-constexpr int kRainbow = 1;
-constexpr int kScriabin = 2;
-}  // namespace
-
 void KivoraWidget::MIDIMessageSent(int packedMessage) {
     TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
     piano_->ProcessMessage(message);
     strip_->follow(message);
     midiLamp_->blink();
-    if (message.status == kNoteOn && message.data2 > 0) {
+    if (message.status == TMIDIMessage::kNoteOn && message.data2 > 0) {
         lastVelocity_ = message.data2;
         updateStatusDisplay();
-    } else if (message.status == kController && message.data1 == kSustain) {
+    } else if (message.status == TMIDIMessage::kControlChange && message.data1 == NK::MIDI::Controller::kSustain) {
         sustainShown_ = message.data2 != 0;
         updateStatusDisplay();
-    } else if (message.status == kController && message.data1 == kResetControllers) {
+    } else if (message.status == TMIDIMessage::kControlChange &&
+               message.data1 == NK::MIDI::Controller::kResetControllers) {
         sustainShown_ = false;
         updateStatusDisplay();
     }
@@ -74,10 +68,10 @@ void KivoraWidget::updateKeyboardDisplay() {
     }
     piano_->setNoteNames(engine_->GetShowNoteNames());
     switch (engine_->GetKeyboardColoring()) {
-        case kRainbow:
+        case NK::Piano::kRainbowColoring:
             piano_->setRainbowColors();
             break;
-        case kScriabin:
+        case NK::Piano::kScriabinColoring:
             piano_->setScriabinColors();
             break;
         default:

@@ -2,6 +2,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "engine/values/VoiceSlots.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -18,9 +19,6 @@ using EMode = ParameterEditor::EMode;
 
 namespace {
 
-constexpr int kMainSlot = 0;
-constexpr int kDualSlot = 1;
-constexpr int kSplitSlot = 2;
 constexpr int kBlinkMs = 100;
 // What the keys of the piano shine in while they sound.
 constexpr QColor kMainLight(0x2F, 0xB5, 0x6E);
@@ -107,7 +105,7 @@ int KivoraWidget::shownSecondarySlot() const {
     if (engine_ == nullptr) {
         return -1;
     }
-    return engine_->IsSplit() ? kSplitSlot : engine_->IsDual() ? kDualSlot : -1;
+    return engine_->IsSplit() ? Kivora::VoiceSlots::kBass : engine_->IsDual() ? Kivora::VoiceSlots::kLayer : -1;
 }
 
 void KivoraWidget::updateVoiceParameters() {
@@ -121,11 +119,11 @@ void KivoraWidget::updateVoiceParameters() {
     const auto number = [this](int slot, int (Kivora::CKivora::*get)(int) const) {
         return engine_ == nullptr || slot < 0 ? QString() : QString::number((engine_->*get)(slot));
     };
-    ShowFigure(patch1_, PatchTexts::Label(patch(kMainSlot)));
+    ShowFigure(patch1_, PatchTexts::Label(patch(Kivora::VoiceSlots::kMain)));
     ShowFigure(patch2_, PatchTexts::Label(patch(secondary)));
-    ShowFigure(transpose1_, number(kMainSlot, &Kivora::CKivora::GetTranspose));
+    ShowFigure(transpose1_, number(Kivora::VoiceSlots::kMain, &Kivora::CKivora::GetTranspose));
     ShowFigure(transpose2_, number(secondary, &Kivora::CKivora::GetTranspose));
-    ShowFigure(volume1_, number(kMainSlot, &Kivora::CKivora::GetVolume));
+    ShowFigure(volume1_, number(Kivora::VoiceSlots::kMain, &Kivora::CKivora::GetVolume));
     ShowFigure(volume2_, number(secondary, &Kivora::CKivora::GetVolume));
     patchChanged();
 }
@@ -145,10 +143,10 @@ void KivoraWidget::patchChanged() {
         }
         return voice;
     };
-    display_->setVoice(0, voiceOf(kMainSlot));
+    display_->setVoice(0, voiceOf(Kivora::VoiceSlots::kMain));
     display_->setVoice(1, voiceOf(secondary));
     if (engine_ != nullptr) {
-        ShowFigure(patch1_, PatchTexts::Label(engine_->GetPatch(kMainSlot)));
+        ShowFigure(patch1_, PatchTexts::Label(engine_->GetPatch(Kivora::VoiceSlots::kMain)));
         ShowFigure(patch2_,
                    PatchTexts::Label(secondary < 0 ? PatchTexts::kNoSecondVoice : engine_->GetPatch(secondary)));
     }
@@ -268,11 +266,11 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
 }
 
 void KivoraWidget::patch1Menu(QPoint position) {
-    showPatchMenu(kMainSlot, display_->nameArea(0), position);
+    showPatchMenu(Kivora::VoiceSlots::kMain, display_->nameArea(0), position);
 }
 
 void KivoraWidget::patch1ButtonMenu(QPoint position) {
-    showPatchMenu(kMainSlot, patch1_, position);
+    showPatchMenu(Kivora::VoiceSlots::kMain, patch1_, position);
 }
 
 void KivoraWidget::patch2Menu(QPoint position) {

@@ -1,4 +1,5 @@
 #include "ui/MIDIEventRelay.h"
+#include "midi/MIDIControllers.h"
 #include "nk/nk_thread_role.h"
 
 #include <QMetaObject>
@@ -6,24 +7,24 @@
 using NK::MIDI::TMIDIMessage;
 
 namespace {
-constexpr std::size_t kResetController = 121;
+constexpr std::size_t kResetControllers = NK::MIDI::Controller::kResetControllers;
 
 int Packed(TMIDIMessage message) {
     return static_cast<int>(message.ToWord());
 }
 
 bool IsStrike(TMIDIMessage message) {
-    return message.status == 0x90 && message.data2 > 0;
+    return message.status == TMIDIMessage::kNoteOn && message.data2 > 0;
 }
 }  // namespace
 
 void MIDIEventRelay::Put(int packedMessage) {
     const TMIDIMessage message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(packedMessage));
     const CLockGuard guard(lock_);
-    const std::size_t number = message.data1 & 0x7F;
+    const std::size_t number = TMIDIMessage::DataOf(message.data1);
     switch (message.status) {
-        case 0x80:
-        case 0x90:
+        case TMIDIMessage::kNoteOff:
+        case TMIDIMessage::kNoteOn:
             pending_.changed.set(number);
             pending_.last[number] = message;
             if (IsStrike(message)) {
@@ -32,15 +33,15 @@ void MIDIEventRelay::Put(int packedMessage) {
                 pending_.lastStruck = number;
             }
             break;
-        case 0xB0:
-            if (number == kResetController) {
+        case TMIDIMessage::kControlChange:
+            if (number == kResetControllers) {
                 pending_.controllerChanged.reset();
                 pending_.wheel = {};
             }
             pending_.controllerChanged.set(number);
             pending_.controller[number] = message;
             break;
-        case 0xFF:
+        case TMIDIMessage::kSystemReset:
             pending_.reset = true;
             pending_.changed.reset();
             pending_.struck.reset();
@@ -79,7 +80,7 @@ void MIDIEventRelay::deliver() {
         posted_ = false;
     }
     if (taken.reset) {
-        emit MIDIMessageReady(Packed(TMIDIMessage{0xFF, 0, 0, 0}));
+        emit MIDIMessageReady(Packed(TMIDIMessage{TMIDIMessage::kSystemReset, 0, 0, 0}));
     }
     for (std::size_t note = 0; note < taken.changed.size(); ++note) {
         if (note != taken.lastStruck) {
@@ -87,11 +88,11 @@ void MIDIEventRelay::deliver() {
         }
     }
     DeliverNote(taken, taken.lastStruck);
-    if (taken.controllerChanged[kResetController]) {
-        emit MIDIMessageReady(Packed(taken.controller[kResetController]));
+    if (taken.controllerChanged[kResetControllers]) {
+        emit MIDIMessageReady(Packed(taken.controller[kResetControllers]));
     }
     for (std::size_t number = 0; number < taken.controllerChanged.size(); ++number) {
-        if (taken.controllerChanged[number] && number != kResetController) {
+        if (taken.controllerChanged[number] && number != kResetControllers) {
             emit MIDIMessageReady(Packed(taken.controller[number]));
         }
     }

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QPainter>
 
+#include "midi/MIDINotes.h"
 #include "piano/CKeyboardPosCalc.h"
 #include "ui/PanelSkin.h"
 #include "ui/parts/PanelGeometry.h"
@@ -77,7 +78,7 @@ constexpr double kCardMeaningWidth = 180;
 constexpr double kCardMeaningPixels = 12;
 
 constexpr QColor kWhite(255, 255, 255);
-constexpr int kKeysInOctave = 12;
+using NK::MIDI::kOctave;
 constexpr double kOctaveNameBaseline = 312.8;
 constexpr double kOctaveNameSpacing = 0.8;
 constexpr double kOctaveNameGap = 8.0;
@@ -130,7 +131,7 @@ void DrawCard(QPainter& painter) {
 
 /// Of the octave that begins with a C.
 QString OctaveName(int note) {
-    const int octave = note / kKeysInOctave;
+    const int octave = note / kOctave;
     switch (octave) {
         case 1:
             return QCoreApplication::translate("Octave names", "SUB-CONTRA");
@@ -151,8 +152,8 @@ void DrawOctaveNames(QPainter& painter, const PianoRange& piano, const QRect& pl
     style.spacing = kOctaveNameSpacing;
     const NK::Piano::CKeyboardPosCalc keys(piano.first, piano.count, place.width());
     const int end = piano.first + piano.count;
-    for (int first = piano.first / kKeysInOctave * kKeysInOctave; first < end; first += kKeysInOctave) {
-        const int next = first + kKeysInOctave;
+    for (int first = piano.first / kOctave * kOctave; first < end; first += kOctave) {
+        const int next = first + kOctave;
         const double left = place.left() + keys.GetKeyPos(static_cast<std::uint8_t>(std::max<int>(first, piano.first)));
         const double right =
             place.left() + (next < end ? keys.GetKeyPos(static_cast<std::uint8_t>(next)) : place.width());

@@ -2,12 +2,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/EngineFront.h"
-
-namespace {
-constexpr int kMainSlot = 0;
-constexpr int kDualSlot = 1;
-constexpr int kSplitSlot = 2;
-}  // namespace
+#include "engine/values/VoiceSlots.h"
 
 bool ParameterEditor::HasSecondVoice() const {
     return front_ != nullptr && (front_->GetEngine().IsDual() || front_->GetEngine().IsSplit());
@@ -15,9 +10,9 @@ bool ParameterEditor::HasSecondVoice() const {
 
 int ParameterEditor::SecondarySlot() const {
     if (front_ == nullptr || front_->GetEngine().IsDual()) {
-        return kDualSlot;
+        return Kivora::VoiceSlots::kLayer;
     }
-    return front_->GetEngine().IsSplit() ? kSplitSlot : kDualSlot;
+    return front_->GetEngine().IsSplit() ? Kivora::VoiceSlots::kBass : Kivora::VoiceSlots::kLayer;
 }
 
 void ParameterEditor::LeaveMissingVoice() {
@@ -45,15 +40,15 @@ void ParameterEditor::StepUp() {
     }
     switch (mode_) {
         case EMode::kPatch1:
-            return front_->NextPatch(kMainSlot);
+            return front_->NextPatch(Kivora::VoiceSlots::kMain);
         case EMode::kPatch2:
             return front_->NextPatch(SecondarySlot());
         case EMode::kTranspose1:
-            return front_->TransposeUp(kMainSlot);
+            return front_->TransposeUp(Kivora::VoiceSlots::kMain);
         case EMode::kTranspose2:
             return front_->TransposeUp(SecondarySlot());
         case EMode::kVolume1:
-            return front_->GetEngine().VolumeUp(kMainSlot);
+            return front_->GetEngine().VolumeUp(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
             return front_->GetEngine().VolumeUp(SecondarySlot());
         case EMode::kTempo:
@@ -67,15 +62,15 @@ void ParameterEditor::StepDown() {
     }
     switch (mode_) {
         case EMode::kPatch1:
-            return front_->PrevPatch(kMainSlot);
+            return front_->PrevPatch(Kivora::VoiceSlots::kMain);
         case EMode::kPatch2:
             return front_->PrevPatch(SecondarySlot());
         case EMode::kTranspose1:
-            return front_->TransposeDown(kMainSlot);
+            return front_->TransposeDown(Kivora::VoiceSlots::kMain);
         case EMode::kTranspose2:
             return front_->TransposeDown(SecondarySlot());
         case EMode::kVolume1:
-            return front_->GetEngine().VolumeDown(kMainSlot);
+            return front_->GetEngine().VolumeDown(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
             return front_->GetEngine().VolumeDown(SecondarySlot());
         case EMode::kTempo:

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "engine/EngineFront.h"
+#include "engine/values/VoiceSlots.h"
+#include "midi/MIDINotes.h"
 
 namespace {
 constexpr int kNoteMs = 500;
-constexpr int kMiddleC = 60;
 constexpr int kBassNote = 43;
-constexpr int kBassSlot = 2;
 }  // namespace
 
 PatchAudition::PatchAudition(Kivora::EngineFront& front, int slot)
@@ -45,7 +45,8 @@ void PatchAudition::takeBack() {
 std::uint8_t PatchAudition::noteOfVoice() const {
     const Kivora::CKivora& engine = front_.GetEngine();
     const int split = engine.IsSplit() ? engine.GetSplitPoint() : 0;
-    return static_cast<std::uint8_t>(slot_ == kBassSlot ? std::min(kBassNote, split - 1) : std::max(kMiddleC, split));
+    return static_cast<std::uint8_t>(slot_ == Kivora::VoiceSlots::kBass ? std::min(kBassNote, split - 1)
+                                                                        : std::max(int{NK::MIDI::kMiddleC}, split));
 }
 
 void PatchAudition::endNote() {

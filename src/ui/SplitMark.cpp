@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "engine/values/VoiceSlots.h"
+#include "midi/MIDINotes.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
 #include "ui/parts/InstrumentColors.h"
 
@@ -16,7 +17,7 @@ using Kivora::VoiceSlots;
 
 namespace {
 
-constexpr int kOctave = 12;
+using NK::MIDI::kOctave;
 constexpr int kOctaveBase = -1;
 // In the design's pixels.
 constexpr double kLineHeight = 3.0;

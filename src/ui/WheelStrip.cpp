@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <QTouchEvent>
 
-#include "engine/values/HeldKeys.h"
+#include "midi/MIDIControllers.h"
 #include "ui/parts/InstrumentColors.h"
 #include "ui/parts/InstrumentStyle.h"
 #include "ui/parts/PanelKey.h"
@@ -144,7 +144,7 @@ void WheelStrip::follow(NK::MIDI::TMIDIMessage message) {
     } else if (const auto move = PanelWheels::FromMessage(message)) {
         show(*move);
     } else if (message.status == NK::MIDI::TMIDIMessage::kControlChange &&
-               message.data1 == Kivora::HeldKeys::kSustainController) {
+               message.data1 == NK::MIDI::Controller::kSustain) {
         showSustain(message.data2 != 0);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "engine/EngineFront.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
+#include "nk/nk_rounding.h"
 #include "ui/PanelSkin.h"
 #include "ui/parts/PanelControlKeys.h"
 #include "ui_arpeggiatorSettings.h"
@@ -144,7 +145,7 @@ void arpeggiatorSettings::refresh() {
     ui_->noteStepCombo->setCurrentIndex(IndexOf(kSteps, settings.noteStep));
     const QAbstractSlider& slider = *ui_->durationPcSlider;
     const double gate = std::clamp<double>(settings.GetDurationPercent(), slider.minimum(), slider.maximum());
-    ui_->durationPcSlider->setValue(static_cast<int>(gate + 0.499999999));
+    ui_->durationPcSlider->setValue(NK::RoundHalfDown(gate));
     showGate();
     ui_->directionCombo->setCurrentIndex(settings.direction < ui_->directionCombo->count() ? settings.direction : -1);
     ui_->btnRepeat->setEnabled(HasEnds(settings.direction));

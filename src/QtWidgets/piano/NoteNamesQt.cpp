@@ -3,15 +3,15 @@
 #include <QCoreApplication>
 
 #include "midi/GMNames.h"
+#include "midi/MIDINotes.h"
 #include "midi/NoteNames.h"
 
 namespace {
-constexpr int kNotes = 128;
-constexpr int kOctave = 12;
 
 bool isNote(int note) {
-    return note >= 0 && note < kNotes;
+    return note >= 0 && note < NK::MIDI::kNoteCount;
 }
+
 }  // namespace
 
 QString NoteName(int note, bool oneLetter, bool flats) {
@@ -19,12 +19,12 @@ QString NoteName(int note, bool oneLetter, bool flats) {
         return QStringLiteral("INVALID NOTE NUMBER: %1").arg(note);
     }
     return QCoreApplication::translate(oneLetter ? NK::MIDI::kOneLetterNoteNameContext : NK::MIDI::kNoteNameContext,
-                                       NK::MIDI::GetPitchClassText(note % kOctave, flats));
+                                       NK::MIDI::GetPitchClassText(note % NK::MIDI::kOctave, flats));
 }
 
 QString NoteNameWithOctave(int note, bool oneLetter, int octaveBase, bool flats) {
     const QString name = NoteName(note, oneLetter, flats);
-    return isNote(note) ? name + QString::number(note / kOctave + octaveBase) : name;
+    return isNote(note) ? name + QString::number(note / NK::MIDI::kOctave + octaveBase) : name;
 }
 
 QString GMProgramName(int program) {

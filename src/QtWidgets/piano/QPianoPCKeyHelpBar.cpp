@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "midi/MIDINotes.h"
 #include "nk/nk_exception.h"
 #include "piano/PCKeyTable.h"
 #include "piano/PCKeyTexts.h"
@@ -66,7 +67,7 @@ QFont QPianoPCKeyHelpBar::fontForBar() const {
 
 void QPianoPCKeyHelpBar::rebuildLabels() {
     for (int note = 0; note < static_cast<int>(labels_.size()); ++note) {
-        const char hint = NK::Piano::GetPCKeyHint(NK::Piano::WrapNoteByOctaves(note - octaveShift_));
+        const char hint = NK::Piano::GetPCKeyHint(NK::MIDI::FoldNote(note - octaveShift_));
         QString& label = labels_[static_cast<std::size_t>(note)];
         label = hint != 0 ? labelOf(hint) : QString();
     }

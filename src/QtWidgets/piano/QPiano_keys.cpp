@@ -30,7 +30,7 @@ bool isCursorKey(int code) {
 
 // The note that a key moves the cursor to from `note`, which may lie outside of first..last.
 int targetOf(int code, int note, int first, int last) {
-    constexpr int kOctave = 12;
+    using NK::MIDI::kOctave;
     const auto stepOr = [=](int step, int otherwise) {
         const int target = note + step;
         return target >= first && target <= last ? target : otherwise;

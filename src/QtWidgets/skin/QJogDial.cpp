@@ -7,6 +7,8 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include "QtWidgets/skin/SymmetricRounding.h"
+
 namespace {
 constexpr double kPi = std::numbers::pi;
 constexpr int kMaximum = 2000000000;
@@ -143,5 +145,5 @@ void QJogDial::turnValue(double radians) {
     }
     const double exact =
         std::clamp((position + 1.0) * half, static_cast<double>(minimum()), static_cast<double>(maximum()));
-    setValue(static_cast<int>(exact + (exact < 0 ? -0.499999999 : 0.499999999)));
+    setValue(RoundHalfToZero(exact));
 }

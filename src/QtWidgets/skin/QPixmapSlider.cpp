@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "QtWidgets/skin/SymmetricRounding.h"
+
 namespace {
 constexpr int kChannel = 0;
 constexpr int kHandle = 1;
@@ -78,8 +80,7 @@ QRect QPixmapSlider::handleRect() const {
 int QPixmapSlider::valueAt(double handleX) const {
     const double range = static_cast<double>(maximum()) - minimum();
     const double exact = minimum() + range * handleX / travel();
-    const double rounded = exact + (exact < 0 ? -0.499999999 : 0.499999999);
-    return static_cast<int>(std::clamp(rounded, static_cast<double>(minimum()), static_cast<double>(maximum())));
+    return RoundHalfToZero(std::clamp(exact, static_cast<double>(minimum()), static_cast<double>(maximum())));
 }
 
 void QPixmapSlider::paintEvent(QPaintEvent*) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/takes/TakeTicks.h"
+#include "midi/MIDIControllers.h"
 #include "midi/SMFWriter.h"
 #include "nk/nk_atomic_save.h"
 #include "nk/nk_file_failure.h"
@@ -26,7 +27,7 @@ constexpr const char* kTexts[] = {
 };
 constexpr std::int32_t kNoTime = -1;
 constexpr std::int32_t kFirstNoteMs = 100;
-constexpr TMIDIMessage kAllNotesOff{0xB0, 1, 123, 0};
+constexpr TMIDIMessage kAllNotesOff{TMIDIMessage::kControlChange, 1, NK::MIDI::Controller::kAllNotesOff, 0};
 
 bool IsNote(TMIDIMessage message) {
     return message.status == TMIDIMessage::kNoteOff || message.status == TMIDIMessage::kNoteOn;

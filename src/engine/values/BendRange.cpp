@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "midi/MIDIControllers.h"
+
 namespace Kivora {
 
 namespace {
@@ -14,17 +16,14 @@ void BendRange::Choose(int semitones) noexcept {
 }
 
 std::array<BendRange::Controller, 6> BendRange::GetControllers() const noexcept {
-    constexpr std::uint8_t kData = 6;
-    constexpr std::uint8_t kDataFine = 38;  // hundredths of a semitone
-    constexpr std::uint8_t kParameterFine = 100;
-    constexpr std::uint8_t kParameter = 101;
-    constexpr std::uint8_t kNone = 127;
-    return {{{kParameter, 0},
-             {kParameterFine, 0},
-             {kData, static_cast<std::uint8_t>(semitones_)},
-             {kDataFine, 0},
-             {kParameter, kNone},
-             {kParameterFine, kNone}}};
+    namespace Number = NK::MIDI::Controller;
+    // The low half of the data are hundredths of a semitone.
+    return {{{Number::kRegistered, 0},
+             {Number::kRegisteredLow, 0},
+             {Number::kDataEntry, static_cast<std::uint8_t>(semitones_)},
+             {Number::kDataEntryLow, 0},
+             {Number::kRegistered, Number::kNoParameter},
+             {Number::kRegisteredLow, Number::kNoParameter}}};
 }
 
 BendRange BendRange::Read(NK::CIniFile& file) {

@@ -14,10 +14,11 @@ bool HeldKeys::IsPedal(TMIDIMessage message) noexcept {
 void HeldKeys::Follow(TMIDIMessage message) noexcept {
     if (IsPedal(message)) {
         pedals_[message.data1] = message.data2 != 0;
-    } else if (message.status == TMIDIMessage::kControlChange && message.data1 == kResetController) {
+    } else if (message.status == TMIDIMessage::kControlChange &&
+               message.data1 == NK::MIDI::Controller::kResetControllers) {
         pedals_.reset();
     } else if ((message.status == TMIDIMessage::kNoteOn || message.status == TMIDIMessage::kNoteOff) &&
-               message.data1 < 128) {
+               message.data1 < NK::MIDI::kNoteCount) {
         notes_[message.data1] = message.status == TMIDIMessage::kNoteOn && message.data2 != 0;
     }
 }

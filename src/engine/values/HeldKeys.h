@@ -5,6 +5,8 @@
 #include <bitset>
 #include <cstdint>
 
+#include "midi/MIDIControllers.h"
+#include "midi/MIDINotes.h"
 #include "midi/TMIDIMessage.h"
 
 namespace Kivora {
@@ -13,18 +15,14 @@ namespace Kivora {
 /// whoever owns one says what guards it.
 class HeldKeys {
 public:
-    // MIDI 1.0, table III.
-    static constexpr std::uint8_t kSustainController = 64;
-    static constexpr std::uint8_t kSostenutoController = 66;
-    static constexpr std::uint8_t kHold2Controller = 69;
-    static constexpr std::array kPedals{kSustainController, kSostenutoController, kHold2Controller};
-    static constexpr std::uint8_t kResetController = 121;  ///< puts all controllers to rest, the pedals too
+    static constexpr std::array kPedals{NK::MIDI::Controller::kSustain, NK::MIDI::Controller::kSostenuto,
+                                        NK::MIDI::Controller::kHold2};
 
     /// Whether a message moves one of these pedals.
     static bool IsPedal(NK::MIDI::TMIDIMessage message) noexcept;
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
-    bool IsHeld(std::uint8_t note) const noexcept { return note < 128 && notes_[note]; }
+    bool IsHeld(std::uint8_t note) const noexcept { return note < NK::MIDI::kNoteCount && notes_[note]; }
     /// False for a controller that is no pedal.
     bool IsPedalDown(std::uint8_t controller) const noexcept;
     bool IsAnyHeld() const noexcept { return pedals_.any() || notes_.any(); }
@@ -32,7 +30,7 @@ public:
     void Clear() noexcept;
 
 private:
-    std::bitset<128> notes_;
+    std::bitset<NK::MIDI::kNoteCount> notes_;
     std::bitset<128> pedals_;  ///< by controller
 };
 

@@ -3,22 +3,24 @@
 #include <algorithm>
 
 #include "engine/values/HeldKeys.h"
+#include "midi/MIDIControllers.h"
 
 namespace Kivora {
 
+using NK::MIDI::TMIDIMessage;
+
 std::optional<MidiControl> MidiControl::Of(const LibMidi::MIDIEvent& event) {
     const auto made = [&event](Kind ofMessage) {
-        return MidiControl{ofMessage, static_cast<std::uint8_t>(event.status & 0x0F),
-                           static_cast<std::uint8_t>(event.data1 & 0x7F)};
+        return MidiControl{ofMessage, event.GetChannel(), TMIDIMessage::DataOf(event.data1)};
     };
-    switch (event.status & 0xF0) {
-        case 0x80:
-        case 0x90:
-        case 0xA0:
+    switch (event.GetCommand()) {
+        case TMIDIMessage::kNoteOff:
+        case TMIDIMessage::kNoteOn:
+        case TMIDIMessage::kKeyPressure:
             return made(Kind::kNote);
-        case 0xB0:
+        case TMIDIMessage::kControlChange:
             return made(Kind::kController);
-        case 0xC0:
+        case TMIDIMessage::kProgramChange:
             return made(Kind::kProgram);
         default:
             return std::nullopt;
@@ -26,9 +28,8 @@ std::optional<MidiControl> MidiControl::Of(const LibMidi::MIDIEvent& event) {
 }
 
 bool MidiControl::IsReserved() const {
-    constexpr std::uint8_t kFirstChannelMode = 120;
     return kind == Kind::kController &&
-           (number >= kFirstChannelMode ||
+           (number >= NK::MIDI::Controller::kFirstMode ||
             std::find(HeldKeys::kPedals.begin(), HeldKeys::kPedals.end(), number) != HeldKeys::kPedals.end());
 }
 

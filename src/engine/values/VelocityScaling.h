@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "nk/nk_rounding.h"
+
 namespace Kivora {
 
 /// Velocity 0 stays 0; any other becomes `volume` percent of itself, rounded to nearest with exact halves down
@@ -13,7 +15,7 @@ constexpr std::uint8_t ScaleVelocity(std::uint8_t velocity, int volume) noexcept
         return 0;
     }
     const double scaled = velocity * volume / 100.0;
-    return static_cast<std::uint8_t>(std::clamp(static_cast<int>(scaled + 0.499999999), 1, 127));
+    return static_cast<std::uint8_t>(std::clamp(NK::RoundHalfDown(scaled), 1, 127));
 }
 
 }  // namespace Kivora

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "engine/values/NoteFolding.h"
 #include "engine/values/VelocityScaling.h"
+#include "midi/MIDIChannels.h"
+#include "midi/MIDINotes.h"
 #include "nk/nk_exception.h"
 
 namespace Kivora {
@@ -23,11 +24,11 @@ void VoiceSlots::CheckSlot(int slot) {
 }
 
 int VoiceSlots::GetChannel(int slot) const {
-    return At(patch, slot) < 0 ? kPercussionChannel : slot;
+    return IsPercussion(At(patch, slot)) ? NK::MIDI::kPercussionChannel : slot;
 }
 
 std::uint8_t VoiceSlots::Transpose(std::uint8_t note, int slot) const {
-    return static_cast<std::uint8_t>(FoldNote(At(transpose, slot) + note));
+    return NK::MIDI::FoldNote(At(transpose, slot) + note);
 }
 
 std::uint8_t VoiceSlots::Scale(std::uint8_t velocity, int slot) const {

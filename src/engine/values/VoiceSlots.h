@@ -4,24 +4,32 @@
 #include <array>
 #include <cstdint>
 
+#include "midi/MIDINotes.h"
+
 namespace Kivora {
 
-/// Voice settings as plain values: slot 0 is the main voice, 1 the layer of dual mode, 2 the bass of split mode.
+/// Voice settings as plain values, by slot.
 /// Whoever owns one says what guards it. Operations with a slot throw NK::CBadIndexException outside 0..2.
 class VoiceSlots {
 public:
+    // The slots.
+    static constexpr int kMain = 0;
+    static constexpr int kLayer = 1;  ///< of dual mode, on every key
+    static constexpr int kBass = 2;   ///< of split mode, on the keys below the split point
     static constexpr int kCount = 3;
-    static constexpr int kSplitPoint = 60;  ///< of a fresh one: middle C
-    static constexpr int kLowestSplit = 1;  ///< so that each of the two has a note
+
+    static constexpr int kSplitPoint = NK::MIDI::kMiddleC;  ///< of a fresh one
+    static constexpr int kLowestSplit = 1;                  ///< so that each of the two has a note
     static constexpr int kHighestSplit = 127;
-    static constexpr int kPercussionPatch = -1;   ///< selects the percussion kit
-    static constexpr int kPercussionChannel = 9;  ///< 0-based (General MIDI system level 1)
+    static constexpr int kPercussionPatch = -1;  ///< selects the percussion kit
     static constexpr int kLastPatch = 127;
 
+    /// Any negative patch is the percussion kit.
+    static bool IsPercussion(int patch) noexcept { return patch < 0; }
     /// 0-based: the percussion channel for a negative patch, else the slot's number.
     int GetChannel(int slot) const;
     /// The slot that plays a key: the bass below the split point in split mode, else the main voice.
-    int GetSlotOfNote(std::uint8_t note) const noexcept { return split && note < splitPoint ? 2 : 0; }
+    int GetSlotOfNote(std::uint8_t note) const noexcept { return split && note < splitPoint ? kBass : kMain; }
     /// `note` transposed for the slot and folded into 0..127.
     std::uint8_t Transpose(std::uint8_t note, int slot) const;
     /// A velocity or pressure scaled by the slot's volume.

@@ -2,43 +2,40 @@
 
 namespace LibMidi {
 
-namespace {
-constexpr std::uint8_t kSystemReset = 0xFF;
-constexpr int kProgramChange = 0xC0;
-}  // namespace
+using NK::MIDI::TMIDIMessage;
 
 bool LoadsSamples(const MIDIEvent& event) noexcept {
-    return event.status == kSystemReset || (event.status & 0xF0) == kProgramChange;
+    return event.status == TMIDIMessage::kSystemReset || event.GetCommand() == TMIDIMessage::kProgramChange;
 }
 
 void SendToSynth(SynthApi& api, fluid_synth_t* synth, const MIDIEvent& event) {
-    const int channel = event.status & 0x0F;
-    const int data1 = event.data1 & 0x7F;
-    const int data2 = event.data2 & 0x7F;
-    switch (event.status & 0xF0) {
-        case 0x80:
+    const int channel = event.GetChannel();
+    const int data1 = TMIDIMessage::DataOf(event.data1);
+    const int data2 = TMIDIMessage::DataOf(event.data2);
+    switch (event.GetCommand()) {
+        case TMIDIMessage::kNoteOff:
             api.SynthNoteoff(synth, channel, data1);
             break;
-        case 0x90:
+        case TMIDIMessage::kNoteOn:
             api.SynthNoteon(synth, channel, data1, data2);
             break;
-        case 0xA0:
+        case TMIDIMessage::kKeyPressure:
             api.SynthKeyPressure(synth, channel, data1, data2);
             break;
-        case 0xB0:
+        case TMIDIMessage::kControlChange:
             api.SynthCc(synth, channel, data1, data2);
             break;
-        case kProgramChange:
+        case TMIDIMessage::kProgramChange:
             api.SynthProgramChange(synth, channel, data1);
             break;
-        case 0xD0:
+        case TMIDIMessage::kChannelPressure:
             api.SynthChannelPressure(synth, channel, data1);
             break;
-        case 0xE0:
+        case TMIDIMessage::kPitchWheel:
             api.SynthPitchBend(synth, channel, data1 | (data2 << 7));
             break;
         default:
-            if (event.status == kSystemReset) {
+            if (event.status == TMIDIMessage::kSystemReset) {
                 api.SynthSystemReset(synth);
             }
     }

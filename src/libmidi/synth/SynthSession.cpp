@@ -10,6 +10,7 @@
 
 #include "libmidi/synth/SynthLog.h"
 #include "libmidi/synth/SynthMessages.h"
+#include "midi/MIDINotes.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_translation_mark.h"
 
@@ -21,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kUsualWaiting = 256;
 constexpr std::uint8_t kTestChannel = 15;
-constexpr std::uint8_t kTestNote = 60;
+constexpr std::uint8_t kTestNote = NK::MIDI::kMiddleC;
 constexpr std::uint8_t kTestVelocity = 100;
 constexpr std::chrono::milliseconds kTestLength{500};
 constexpr std::chrono::milliseconds kTestRelease{500};
@@ -190,13 +191,13 @@ private:
         const auto now = Clock::now();
         if (isTestWanted_) {
             isTestWanted_ = false;
-            device.Send(NoteEvent(0, kTestChannel, kTestNote, kTestVelocity, 0x90));
+            device.Send(NoteEvent(0, kTestChannel, kTestNote, kTestVelocity, NK::MIDI::TMIDIMessage::kNoteOn));
             noteEnd_ = now + kTestLength;
             return true;
         }
         if (noteEnd_ && now >= *noteEnd_) {
             noteEnd_.reset();
-            device.Send(NoteEvent(0, kTestChannel, kTestNote, 0, 0x80));
+            device.Send(NoteEvent(0, kTestChannel, kTestNote, 0, NK::MIDI::TMIDIMessage::kNoteOff));
             if (endsAfterTest_) {
                 testEnd_ = now + kTestRelease;
             }

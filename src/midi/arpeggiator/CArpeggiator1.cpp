@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "nk/nk_rounding.h"
+
 namespace NK::MIDI {
 
 namespace {
@@ -25,7 +27,7 @@ int Truncate(double value) {
 }
 
 int Round(double value) {
-    return Truncate(value + 0.499999999);
+    return Truncate(value + kAlmostHalf);
 }
 
 }  // namespace

@@ -8,10 +8,8 @@ namespace NK::MIDI {
 
 namespace {
 
-constexpr std::uint8_t kStatusBit = 0x80;
-constexpr std::uint8_t kSystemExclusive = 0xF0;
-constexpr std::uint8_t kEscape = 0xF7;
-constexpr std::uint8_t kMeta = 0xFF;
+constexpr std::uint8_t kEscape = TMIDIMessage::kEndOfExclusive;
+constexpr std::uint8_t kMeta = CMIDIMessageX::kMetaPrefix;
 constexpr std::uint8_t kLastTextType = 0x0F;
 constexpr int kMaxQuantityBytes = 4;
 constexpr std::size_t kTempoBytes = 3;
@@ -45,7 +43,7 @@ std::optional<std::uint32_t> SMFTrackReader::ReadQuantity() {
         }
         const std::uint8_t byte = bytes_.Take();
         value = value << 7 | (byte & 0x7FU);
-        if ((byte & kStatusBit) == 0) {
+        if ((byte & kQuantityContinues) == 0) {
             return value;
         }
     }
@@ -71,14 +69,14 @@ bool SMFTrackReader::ReadEvent() {
         return Fail(SMFDefect::kEventCutShort);
     }
     const std::uint8_t first = bytes_.Peek();
-    if (first < kStatusBit) {
+    if (first < TMIDIMessage::kFirstStatus) {
         return runningStatus_ != 0 ? ReadChannelMessage(runningStatus_) : Fail(SMFDefect::kNoStatus);
     }
     if (first < TMIDIMessage::kFirstSystemStatus) {
         bytes_.Take();
         return ReadChannelMessage(first);
     }
-    if (first != kMeta && first != kSystemExclusive && first != kEscape) {
+    if (first != kMeta && first != TMIDIMessage::kSystemExclusive && first != kEscape) {
         return Fail(SMFDefect::kBadStatus);
     }
     bytes_.Take();
@@ -92,13 +90,13 @@ bool SMFTrackReader::ReadChannelMessage(std::uint8_t status) {
         if (bytes_.IsAtEnd()) {
             return Fail(SMFDefect::kEventCutShort);
         }
-        if (bytes_.Peek() >= kStatusBit) {
+        if (bytes_.Peek() >= TMIDIMessage::kFirstStatus) {
             return Fail(SMFDefect::kBadData);
         }
         data[i] = bytes_.Take();
     }
-    const auto command = static_cast<std::uint8_t>(status & 0xF0);
-    const auto channel = static_cast<std::uint8_t>((status & 0x0F) + 1);
+    const std::uint8_t command = TMIDIMessage::CommandOf(status);
+    const auto channel = static_cast<std::uint8_t>(TMIDIMessage::ChannelOf(status) + 1);
     lists_.content.events.push_back({0, tick_, track_, {command, channel, data[0], data[1]}});
     return true;
 }

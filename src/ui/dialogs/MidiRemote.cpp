@@ -6,6 +6,7 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "engine/values/VoiceSlots.h"
 #include "nk/nk_paths.h"
 #include "nk/qt/nk_qt_string.h"
 
@@ -13,11 +14,11 @@ using Kivora::BoundControls;
 using Kivora::CKivora;
 using Kivora::EngineExtras;
 using Kivora::EPanelFunction;
+using Kivora::VoiceSlots;
 
 namespace {
 
 const NK::CString kFileName = L"MidiBindings.ini";
-constexpr int kMainSlot = 0;
 constexpr int kLeastVolume = 1;
 constexpr int kGreatestVolume = 127;
 
@@ -36,7 +37,7 @@ MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
       state_(file_.Load()),
       presets_(front) {
     const auto patch = [this](void (Kivora::EngineFront::*step)(int)) {
-        return [this, step] { std::invoke(step, front_, kMainSlot); };
+        return [this, step] { std::invoke(step, front_, VoiceSlots::kMain); };
     };
     const auto secondPatch = [this](void (Kivora::EngineFront::*step)(int)) {
         return [this, step] {
@@ -138,7 +139,7 @@ void MidiRemote::setValue(const BoundControls::Deed& knob) {
         return;
     }
     const std::optional<int> slot =
-        knob.function == EPanelFunction::kVolume1 ? std::optional(kMainSlot) : slotOfSecondVoice();
+        knob.function == EPanelFunction::kVolume1 ? std::optional(VoiceSlots::kMain) : slotOfSecondVoice();
     if (!slot) {
         engine_.WithExtras([&knob](EngineExtras& extras) { extras.controls.LetGo(knob); });
         return;
@@ -149,10 +150,8 @@ void MidiRemote::setValue(const BoundControls::Deed& knob) {
 }
 
 std::optional<int> MidiRemote::slotOfSecondVoice() const {
-    constexpr int kDualSlot = 1;
-    constexpr int kSplitSlot = 2;
     if (engine_.IsSplit()) {
-        return kSplitSlot;
+        return VoiceSlots::kBass;
     }
-    return engine_.IsDual() ? std::optional(kDualSlot) : std::nullopt;
+    return engine_.IsDual() ? std::optional(VoiceSlots::kLayer) : std::nullopt;
 }

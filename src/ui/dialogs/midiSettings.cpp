@@ -7,6 +7,7 @@
 
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
+#include "engine/values/Settings.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
 #include "nk/qt/nk_qt_string.h"
@@ -23,10 +24,6 @@
 using Kivora::CKivora;
 
 namespace {
-
-constexpr int kDefaultVelocityLow = 40;
-constexpr int kDefaultVelocityNormal = 80;
-constexpr int kDefaultVelocityHigh = 127;
 
 void PaintSwatch(QWidget& swatch, const QColor& color) {
     QPalette palette = swatch.palette();
@@ -213,9 +210,9 @@ void midiSettings::loadControls() {
 }
 
 void midiSettings::defaultVelocities() {
-    ui_->spinLow->setValue(kDefaultVelocityLow);
-    ui_->spinNormal->setValue(kDefaultVelocityNormal);
-    ui_->spinHigh->setValue(kDefaultVelocityHigh);
+    ui_->spinLow->setValue(Kivora::Settings{}.velocityLow);
+    ui_->spinNormal->setValue(Kivora::Settings{}.velocityNormal);
+    ui_->spinHigh->setValue(Kivora::Settings{}.velocityHigh);
 }
 
 void midiSettings::onKeyboardColorChanged(int index) {

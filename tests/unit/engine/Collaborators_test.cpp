@@ -5,41 +5,11 @@
 #include "engine/ClockPosition.h"
 #include "engine/PortSelection.h"
 #include "engine/values/HeldKeys.h"
-#include "engine/values/NoteFolding.h"
 #include "engine/values/VelocityScaling.h"
 #include "engine/values/VoiceSlots.h"
 #include "nk/nk_exception.h"
 
 using namespace Kivora;
-
-TEST(NoteFolding, NotesInRangeStay) {
-    EXPECT_EQ(FoldNote(0), 0);
-    EXPECT_EQ(FoldNote(127), 127);
-}
-
-TEST(NoteFolding, NotesBelowMoveUpByOctaves) {
-    EXPECT_EQ(FoldNote(-1), 11);
-    EXPECT_EQ(FoldNote(-12), 0);
-    EXPECT_EQ(FoldNote(-13), 11);
-    EXPECT_EQ(FoldNote(-120), 0);
-}
-
-TEST(NoteFolding, NotesAboveMoveDownByOctaves) {
-    EXPECT_EQ(FoldNote(128), 116);
-    EXPECT_EQ(FoldNote(139), 127);
-    EXPECT_EQ(FoldNote(140), 116);
-    EXPECT_EQ(FoldNote(247), 127);
-}
-
-TEST(NoteFolding, EveryNoteKeepsItsPitchClassAndMovesNoFurtherThanItMust) {
-    for (int note = -300; note <= 400; ++note) {
-        const int folded = FoldNote(note);
-        EXPECT_EQ((folded - note) % 12, 0) << note;
-        EXPECT_TRUE(folded >= 0 && folded <= 127) << note;
-        EXPECT_TRUE(note >= 0 || folded < 12) << note;
-        EXPECT_TRUE(note <= 127 || folded > 115) << note;
-    }
-}
 
 TEST(VelocityScaling, Volume100LeavesEveryVelocityUnchanged) {
     for (int velocity = 0; velocity < 128; ++velocity) {

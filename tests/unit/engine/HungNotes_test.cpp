@@ -14,7 +14,7 @@
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "engine/values/ClickSettings.h"
-#include "engine/values/NoteFolding.h"
+#include "midi/MIDINotes.h"
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"
@@ -168,7 +168,7 @@ private:
     void ForEachVoice(int key, Action action) {
         const auto play = [&](int slot) {
             action(static_cast<std::size_t>(GetEngine().VoiceChannel(slot)),
-                   static_cast<std::size_t>(Kivora::FoldNote(key + GetEngine().GetTranspose(slot))));
+                   static_cast<std::size_t>(NK::MIDI::FoldNote(key + GetEngine().GetTranspose(slot))));
         };
         const int slot = GetEngine().IsSplit() && key < GetEngine().GetSplitPoint() ? 2 : 0;
         play(slot);

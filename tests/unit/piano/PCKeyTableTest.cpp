@@ -14,7 +14,6 @@ using NK::Piano::GetKeyboardMapSource;
 using NK::Piano::GetPCKeyEntry;
 using NK::Piano::GetPCKeyHint;
 using NK::Piano::TPCKeyEntry;
-using NK::Piano::WrapNoteByOctaves;
 
 // The keys of a row and the notes of each: "-" plays nothing.
 struct TRow {
@@ -99,21 +98,6 @@ TEST(PCKeyTable, HintsOfAllNotes) {
         }
     }
     EXPECT_EQ(GetPCKeyHint(255), 0) << "not the mark of the silent keys";
-}
-
-TEST(PCKeyTable, NotesWrapByWholeOctaves) {
-    EXPECT_EQ(WrapNoteByOctaves(91 + 48), 127);
-    EXPECT_EQ(WrapNoteByOctaves(60 - 72), 0);
-    EXPECT_EQ(WrapNoteByOctaves(-1), 11);
-    EXPECT_EQ(WrapNoteByOctaves(128), 116);
-    EXPECT_EQ(WrapNoteByOctaves(140), 116);
-    for (int note = -300; note < 400; ++note) {
-        const int wrapped = WrapNoteByOctaves(note);
-        EXPECT_TRUE(wrapped >= 0 && wrapped <= 127 && (note - wrapped) % 12 == 0) << note;
-        EXPECT_TRUE(note < 0 || note > 127 || wrapped == note) << note;
-        EXPECT_TRUE(note >= 0 || wrapped < 12) << note;
-        EXPECT_TRUE(note <= 127 || wrapped > 115) << note;
-    }
 }
 
 TEST(PCKeyTexts, SourcesOfTheLocalizedKeyboard) {
