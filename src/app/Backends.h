@@ -1,4 +1,4 @@
-// Puts the parts together that the engine knows only by their interfaces.
+// Puts the parts together that the engine knows only by their interfaces. [gui]
 #pragma once
 
 #include <memory>

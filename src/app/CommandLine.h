@@ -1,4 +1,4 @@
-// What the program can be told on its command line.
+// What the program can be told on its command line. [gui]
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// Lines on the standard streams.
+// Lines on the standard streams. [gui]
 #pragma once
 
 #include <QString>

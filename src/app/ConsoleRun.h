@@ -1,4 +1,4 @@
-// The runs of the program that need no window.
+// The runs of the program that need no window. [gui]
 #pragma once
 
 namespace Kivora {

@@ -1,4 +1,4 @@
-// Where the ports of devices come from.
+// Where the ports of devices come from. [gui]
 #pragma once
 
 #include "libmidi/PortFactory.h"

@@ -1,4 +1,4 @@
-// The end of a program whose main() never returns.
+// The end of a program whose main() never returns. [gui]
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// A MIDI file made into a sound file or another MIDI file.
+// A MIDI file made into a sound file or another MIDI file. [gui]
 #pragma once
 
 #include "engine/EngineDependencies.h"

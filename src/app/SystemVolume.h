@@ -1,4 +1,4 @@
-// The volume of the system's sound.
+// The volume of the system's sound. [gui]
 #pragma once
 
 #include <optional>

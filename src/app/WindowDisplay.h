@@ -1,4 +1,4 @@
-// On which display a program's windows are.
+// On which display a program's windows are. [gui]
 #pragma once
 
 #include <QString>

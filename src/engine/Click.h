@@ -1,4 +1,4 @@
-// The metronome that is heard.
+// The metronome that is heard. [owner]
 #pragma once
 
 #include "engine/values/ClickSettings.h"

@@ -120,7 +120,7 @@ private:
     void Restore(const Held& held);
     void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
-    void ChangeTempo(int tempo);
+    void ChangeTempo(int tempo);  ///< beats a minute
     bool IsArpeggioPlaying();
     bool ChangeOutput(const std::function<bool()>& change);
     bool ReplaceLostOutput(int index);

@@ -1,4 +1,4 @@
-// The wheels and pedals that the panel has of its own.
+// The wheels and pedals that the panel has of its own. [owner]
 #pragma once
 
 #include <array>

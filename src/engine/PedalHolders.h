@@ -1,4 +1,4 @@
-// Who holds the sustain pedal.
+// Who holds the sustain pedal. [owner]
 #pragma once
 
 #include <cstdint>

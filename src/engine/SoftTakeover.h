@@ -1,4 +1,4 @@
-// A knob that moves a value without making it jump.
+// A knob that moves a value without making it jump. [owner]
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// The tempo that somebody taps.
+// The tempo that somebody taps. [owner]
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Which of the messages that wait together may leave together.
+// Which of the messages that wait together may leave together. [owner]
 #pragma once
 
 #include <algorithm>

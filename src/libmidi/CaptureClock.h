@@ -1,4 +1,4 @@
-// The clock of a capture.
+// The clock of a capture. [owner]
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Captured events as bytes on disk.
+// Captured events as bytes on disk. [any]
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// The store of captured events.
+// The store of captured events. [owner]
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// What a stream of messages has set on the sixteen channels, apart from notes.
+// What a stream of messages has set on the sixteen channels, apart from notes. [owner]
 #pragma once
 
 #include <array>

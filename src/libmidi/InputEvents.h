@@ -1,4 +1,4 @@
-// What becomes of a message that a device has sent.
+// What becomes of a message that a device has sent. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The records that cross the MIDI I/O layer.
+// The records that cross the MIDI I/O layer. [owner]
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace LibMidi {
 
 /// A message of up to three bytes with a time stamp. The subclasses differ in their type only.
 struct MIDIEvent {
-    /// Of what was or is to be played: milliseconds of the player's time source. 0 of live input.
+    /// Milliseconds from the start of a capture, or of what is rendered; 0 of what is live, which waits for nothing.
     std::uint32_t time = 0;
     std::uint8_t status = 0;  ///< as on the wire: a channel, 0..15, in its low nibble
     std::uint8_t data1 = 0;

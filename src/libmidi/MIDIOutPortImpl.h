@@ -1,4 +1,4 @@
-// What the output ports of every backend share.
+// What the output ports of every backend share. [base]
 #pragma once
 
 #include "libmidi/MIDIPortImpl.h"

@@ -36,7 +36,7 @@ public:
 
     /// `time` is stored, not waited for. A record with status 0 is not queued.
     void SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) override;
-    /// `duration` in ms; 0 schedules no note-off.
+    /// Channel 0..15; `duration` in ms, 0 schedules no note-off.
     void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
                   std::uint32_t time) override;
     /// What both of the above come to. A note first ends its own sounding instance (same target, channel and note).
@@ -44,7 +44,8 @@ public:
     /// Not queued when empty. Its notes end no sounding ones.
     void Queue(BlockSynthEvent block);
 
-    /// Nothing ready and nothing sounding (Empty: nothing ready). A time-out above 0 waits at most 1 ms; 0 not at all.
+    /// Nothing ready and nothing sounding (Empty: nothing ready). A time-out (ms) above 0 waits at most 1 ms; 0 not at
+    /// all.
     bool WaitUntilIdle(std::uint32_t timeOut);
     bool WaitUntilEmpty(std::uint32_t timeOut);
 

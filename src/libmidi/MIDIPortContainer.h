@@ -1,4 +1,4 @@
-// An ordered list of ports and its iterator.
+// An ordered list of ports and its iterator. [gui]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What the ports of every backend share: name, flags, and the order of the checks.
+// What the ports of every backend share: name, flags, and the order of the checks. [base]
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// What a stream of messages has begun and not ended.
+// What a stream of messages has begun and not ended. [owner]
 #pragma once
 
 #include <array>

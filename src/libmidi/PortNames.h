@@ -1,4 +1,4 @@
-// The names under which a backend lists its devices.
+// The names under which a backend lists its devices. [any]
 #pragma once
 
 #include <functional>

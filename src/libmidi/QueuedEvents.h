@@ -1,4 +1,4 @@
-// The events that the player's queue holds.
+// The events that the player's queue holds. [owner]
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ struct SynthEventBase {
     }
 };
 
-/// A note-on with a duration, or a note-off where the velocity is 0.
+/// A note-on with a duration, or a note-off where the velocity is 0. Channel 0..15; the time as MIDIEvent's.
 struct NoteSynthEvent : SynthEventBase {
     NoteSynthEvent(std::uint8_t velocity, int durationMs, std::uint32_t time, std::uint8_t channel, std::uint8_t note,
                    int targetPort, int eventPriority)

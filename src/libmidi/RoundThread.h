@@ -1,4 +1,4 @@
-// A worker thread whose owner may stop it at any moment after the start.
+// A worker thread whose owner may stop it at any moment after the start. [owner]
 #pragma once
 
 #include <atomic>

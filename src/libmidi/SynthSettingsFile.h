@@ -1,4 +1,4 @@
-// The settings of the built-in synthesizer in an INI file.
+// The settings of the built-in synthesizer in an INI file. [any]
 #pragma once
 
 #include "libmidi/SynthSettings.h"

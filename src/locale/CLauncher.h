@@ -1,4 +1,4 @@
-// Opens a file or an address with the desktop's program for it, without keeping anybody waiting.
+// Opens a file or an address with the desktop's program for it, without keeping anybody waiting. [owner]
 #pragma once
 
 #include <functional>

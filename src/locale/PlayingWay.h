@@ -1,4 +1,4 @@
-// Which way the notes of the computer keys are found in a keyboard layout.
+// Which way the notes of the computer keys are found in a keyboard layout. [any]
 #pragma once
 
 #include "locale/LocalizedKeyMap.h"

@@ -1,4 +1,4 @@
-// A time-stamped event: short message, meta event or System Exclusive.
+// A time-stamped event: short message, meta event or System Exclusive. [owner]
 #pragma once
 
 #include <cstdint>
@@ -52,6 +52,7 @@ public:
     void SetSequenceNumber(std::uint16_t number, std::int32_t timeMs);
     /// Types 1..7, at most 127 bytes of text, null meaning none; anything else throws CInvalidParameterException.
     void SetText(std::uint8_t type, const char* text, std::int32_t timeMs);
+    /// Channel 0..15, as the standard has it.
     void SetChannelPrefix(std::uint8_t channel, std::int32_t timeMs);
     void SetPort(std::uint8_t port, std::int32_t timeMs);
     void SetEndOfTrack(std::int32_t timeMs);

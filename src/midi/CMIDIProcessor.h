@@ -1,4 +1,4 @@
-// Base of the effects that work on batches of messages in time.
+// Base of the effects that work on batches of messages in time. [owner]
 #pragma once
 
 #include "midi/CMIDIOutputBase.h"
@@ -24,7 +24,7 @@ public:
     virtual void SetDefaults() = 0;
     /// Forgets all running state.
     virtual void Reset() = 0;
-    /// A null position means that there is no clock.
+    /// A null position means that there is no clock. Its offset counts its own units, milliseconds in the engine.
     virtual void SyncToTime(const MusicalClock* position) { static_cast<void>(position); }
     /// Both work on the section that the file's cursor stands on. True on success.
     virtual bool SaveSettings(CIniFile& section) = 0;

@@ -1,4 +1,4 @@
-// The musical position that drives effects in time.
+// The musical position that drives effects in time. [owner]
 #pragma once
 
 #include "nk/nk_rounding.h"

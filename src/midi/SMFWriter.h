@@ -1,4 +1,4 @@
-// Writing event lists as Standard MIDI Files.
+// Writing event lists as Standard MIDI Files. [any]
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace NK::MIDI {
 // at that tempo. A tempo of 0 writes no tempo event.
 //
 // The list's order is kept. The running time starts at the first entry's time, or at 0 if that is negative; an entry
-// with an earlier time is written at the running time. Entries of kind short with status 0xFF are skipped. Every short
+// with an earlier time is written at the running time. Entries of kind short with status 255 are skipped. Every short
 // message carries its status byte; System Exclusive is written as stored, without the standard's length field.
 //
 // All return false as soon as a write or seek fails, leaving the file as far as it was written. They throw

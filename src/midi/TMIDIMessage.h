@@ -1,4 +1,4 @@
-// The four-byte live MIDI message.
+// The four-byte live MIDI message. [owner]
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A growable array whose capacity grows by a constant step.
+// A growable array whose capacity grows by a constant step. [owner]
 #pragma once
 
 #include <algorithm>

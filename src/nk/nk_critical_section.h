@@ -1,4 +1,4 @@
-// The framework's lock.
+// The framework's lock. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Folders and what stands in them. What is false for a failure has its reason in GetFileFailure().
+// Folders and what stands in them. What is false for a failure has its reason in GetFileFailure(). [any]
 #pragma once
 
 #include "nk/nk_string.h"

@@ -1,4 +1,4 @@
-// Files on disk.
+// Files on disk. [owner]
 #pragma once
 
 #include <cstdio>

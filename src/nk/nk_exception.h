@@ -1,4 +1,4 @@
-// The framework's exceptions: each carries its message as wide and as 8-bit text.
+// The framework's exceptions: each carries its message as wide and as 8-bit text. [any]
 #pragma once
 
 #include <cstdint>

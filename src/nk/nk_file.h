@@ -1,4 +1,4 @@
-// The abstract file.
+// The abstract file. [owner]
 #pragma once
 
 #include <cstddef>

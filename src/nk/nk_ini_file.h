@@ -1,4 +1,4 @@
-// Configuration files of sections, keys and values.
+// Configuration files of sections, keys and values. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A file on disk that is held by one owner at a time, among all programs.
+// A file on disk that is held by one owner at a time, among all programs. [owner]
 #pragma once
 
 #include <cstddef>

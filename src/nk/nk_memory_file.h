@@ -1,4 +1,4 @@
-// A file in memory.
+// A file in memory. [owner]
 #pragma once
 
 #include <string>

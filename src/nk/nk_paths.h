@@ -1,4 +1,4 @@
-// Where the user's data and the program's own files stand.
+// Where the user's data and the program's own files stand. [any]
 #pragma once
 
 #include "nk/nk_string.h"

@@ -1,4 +1,4 @@
-// An array that can be searched, counted and sorted by a comparator.
+// An array that can be searched, counted and sorted by a comparator. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The streams that a program is started with.
+// The streams that a program is started with. [gui]
 #pragma once
 
 namespace NK {

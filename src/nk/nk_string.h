@@ -1,4 +1,4 @@
-// The framework's wide string.
+// The framework's wide string. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A string that a file can hold.
+// A string that a file can hold. [owner]
 #pragma once
 
 #include "nk/nk_file.h"

@@ -1,4 +1,4 @@
-// The hook through which texts reach the translation catalogue.
+// The hook through which texts reach the translation catalogue. [any]
 #pragma once
 
 #include "nk/nk_string.h"

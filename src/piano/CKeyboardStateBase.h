@@ -1,4 +1,4 @@
-// Which of the 128 MIDI notes are down.
+// Which of the 128 MIDI notes are down. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The pressed notes of a source that can only tell which keys are down at the moment.
+// The pressed notes of a source that can only tell which keys are down at the moment. [owner]
 #pragma once
 
 #include "piano/CKeyboardStateBase.h"

@@ -1,4 +1,4 @@
-// Where the characters of a US computer keyboard lie, for playing by place.
+// Where the characters of a US computer keyboard lie, for playing by place. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What each character of a US computer keyboard plays.
+// What each character of a US computer keyboard plays. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The characters of the computer keyboard as texts for the translation catalogue.
+// The characters of the computer keyboard as texts for the translation catalogue. [any]
 #pragma once
 
 #include <array>

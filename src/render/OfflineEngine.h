@@ -1,4 +1,4 @@
-// The engine without a device, faster than real time.
+// The engine without a device, faster than real time. [owner]
 #pragma once
 
 #include <cstdint>

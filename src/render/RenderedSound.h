@@ -1,4 +1,4 @@
-// What the engine has played, as a sound file.
+// What the engine has played, as a sound file. [any]
 #pragma once
 
 #include "libmidi/CaptureStore.h"

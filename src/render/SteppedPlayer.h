@@ -1,4 +1,4 @@
-// The player without its threads: it plays when its clock is moved.
+// The player without its threads: it plays when its clock is moved. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// How a voice's patch is shown on the panel.
+// How a voice's patch is shown on the panel. [gui]
 #pragma once
 
 #include <QString>

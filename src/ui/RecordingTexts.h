@@ -1,4 +1,4 @@
-// When a recording stops by itself, and how its length is shown.
+// When a recording stops by itself, and how its length is shown. [gui]
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// A take that the user is asked about.
+// A take that the user is asked about. [gui]
 #pragma once
 
 #include <functional>

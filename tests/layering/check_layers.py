@@ -180,7 +180,8 @@ class Check:
     def check_name(self, source, leaf, qualifier, name):
         if qualifier is None:
             # A value of this name may be a member or a variable; a type may be one of the leaf's own.
-            found = [(d, h) for d, h in self.declared[name] if d.kind != "value" and d.namespace in source.scopes]
+            found = [(d, h) for d, h in self.declared[name]
+                     if d.kind not in ("function", "constant") and d.namespace in source.scopes]
             if name in self.own_types[leaf]:
                 return
         else:

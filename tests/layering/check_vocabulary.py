@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """check_vocabulary.py <src> [--table <Layers.cmake>] [--cmake <cmake>]
 
-A number of the MIDI standard, and any other that the headers of KIVORA_VOCABULARY name, is used by its name: no leaf that
-may use these headers writes a status byte or a controller's number itself or gives it a second name.
+A number of the MIDI standard, and any other that the headers of KIVORA_VOCABULARY name, is used by its name: no leaf
+that may use these headers writes a status byte or a controller's number itself or gives it a second name.
 """
 import argparse
 import collections

@@ -9,9 +9,11 @@ DIRECTIVE = re.compile(r"^[ \t]*#(?:[^\n\\]|\\.|\\\n)*", re.M)
 MACRO = re.compile(r"^[ \t]*#[ \t]*define[ \t]+([A-Z][A-Z0-9_]+)\b", re.M)
 TOKEN = re.compile(r"::|->|\d(?:['\w.]|(?<=[eE])[+-])*|\w+|\S")
 WORD = re.compile(r"[A-Za-z_]\w*$")
+CONSTANT = re.compile(r"k[A-Z]\w*$")
 TYPE_WORDS = ("class", "struct", "union", "enum")
 
-Declared = namedtuple("Declared", "namespace name kind")  # kind: type, value (constants and functions) or macro
+# The kind is class (struct and union too), type (enumerations and aliases), function, constant or macro.
+Declared = namedtuple("Declared", "namespace name kind")
 
 
 def walk(root, endings=(".h", ".hpp", ".cpp", ".cc")):
@@ -144,10 +146,12 @@ def _names(head, body):
         if body is None:
             return  # a forward declaration
         base = head.index(":") if ":" in head else len(head)
-        yield from ((name, "type") for name in [t for t in head[1:base] if WORD.match(t) and t != "final"][-1:])
+        kind = "type" if head[0] == "enum" else "class"
+        yield from ((name, kind) for name in [t for t in head[1:base] if WORD.match(t) and t != "final"][-1:])
         if head[0] == "enum" and head[1] not in ("class", "struct"):
             starts = [0] + [k + 1 for k, t in enumerate(body) if t == ","]
-            yield from ((body[k], "value") for k in starts if k < len(body) and WORD.match(body[k]))
+            yield from ((body[k], "constant") for k in starts if k < len(body) and WORD.match(body[k]))
         return
     if len(before) > 1 and WORD.match(before[-1]) and before[-2] != "::":
-        yield before[-1], "value"
+        is_function = head[first:first + 1] == ["("] and not CONSTANT.match(before[-1])
+        yield before[-1], "function" if is_function else "constant"

@@ -1,4 +1,4 @@
-// Blurring of small pictures.
+// Blurring of small pictures. [any]
 #pragma once
 
 class QImage;

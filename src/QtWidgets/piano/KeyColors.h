@@ -1,4 +1,4 @@
-// How the colours of piano keys are blended.
+// How the colours of piano keys are blended. [any]
 #pragma once
 
 #include <QColor>

@@ -1,4 +1,4 @@
-// What is printed on the keys of the computer's keyboard.
+// What is printed on the keys of the computer's keyboard. [any]
 #pragma once
 
 #include <QString>

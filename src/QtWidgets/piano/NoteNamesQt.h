@@ -1,4 +1,4 @@
-// Names of notes and General MIDI programs for the user interface.
+// Names of notes and General MIDI programs for the user interface. [gui]
 #pragma once
 
 #include <QString>

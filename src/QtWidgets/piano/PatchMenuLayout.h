@@ -1,4 +1,4 @@
-// Where the families and the programs of the patch menu lie, and where the menu opens.
+// Where the families and the programs of the patch menu lie, and where the menu opens. [owner]
 #pragma once
 
 #include <QPoint>

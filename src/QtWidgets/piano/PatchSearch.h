@@ -1,4 +1,4 @@
-// Finding programs by what somebody types.
+// Finding programs by what somebody types. [owner]
 #pragma once
 
 #include <QString>

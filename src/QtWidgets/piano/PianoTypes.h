@@ -1,4 +1,4 @@
-// Types in the properties and signals of the piano.
+// Types in the properties and signals of the piano. [owner]
 #pragma once
 
 #include <QMetaType>

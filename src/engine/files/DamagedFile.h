@@ -1,4 +1,4 @@
-// What becomes of a file that could not be read.
+// What becomes of a file that could not be read. [any]
 #pragma once
 
 #include "nk/nk_ini_file.h"

@@ -1,4 +1,4 @@
-// The order in which names are listed for a person.
+// The order in which names are listed for a person. [any]
 #pragma once
 
 #include "nk/nk_string.h"

@@ -1,4 +1,4 @@
-// The voices in an INI file.
+// The voices in an INI file. [any]
 #pragma once
 
 #include "engine/values/VoiceSlots.h"

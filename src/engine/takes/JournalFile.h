@@ -1,4 +1,4 @@
-// The journal of one take on disk.
+// The journal of one take on disk. [owner]
 #pragma once
 
 #include <cstdint>

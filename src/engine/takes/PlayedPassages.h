@@ -1,4 +1,4 @@
-// Takes out of what was played last.
+// Takes out of what was played last. [any]
 #pragma once
 
 #include <cstdint>

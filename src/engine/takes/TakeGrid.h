@@ -1,4 +1,4 @@
-// The bars and beats that a take was played to.
+// The bars and beats that a take was played to. [owner]
 #pragma once
 
 #include <cstdint>

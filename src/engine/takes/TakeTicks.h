@@ -1,4 +1,4 @@
-// The times of a take as ticks on its bars and beats.
+// The times of a take as ticks on its bars and beats. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// How far the pitch wheel bends.
+// How far the pitch wheel bends. [owner]
 #pragma once
 
 #include <array>

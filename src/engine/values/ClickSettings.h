@@ -1,4 +1,4 @@
-// How the metronome is heard.
+// How the metronome is heard. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Keys that a file has only where somebody wanted something else than the default.
+// Keys that a file has only where somebody wanted something else than the default. [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The keys and the pedals that one source holds down.
+// The keys and the pedals that one source holds down. [owner]
 #pragma once
 
 #include <array>

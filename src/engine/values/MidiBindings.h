@@ -1,4 +1,4 @@
-// Which controls of which MIDI keyboards do what on the panel.
+// Which controls of which MIDI keyboards do what on the panel. [owner]
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A knob, button, key or pad of a MIDI keyboard, by what it sends.
+// A knob, button, key or pad of a MIDI keyboard, by what it sends. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What a control of a MIDI keyboard can do on the panel.
+// What a control of a MIDI keyboard can do on the panel. [any]
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// The patches that a player reaches for.
+// The patches that a player reaches for. [owner]
 #pragma once
 
 #include <cstddef>

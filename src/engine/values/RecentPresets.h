@@ -1,4 +1,4 @@
-// Which presets were used last.
+// Which presets were used last. [owner]
 #pragma once
 
 #include <cstddef>

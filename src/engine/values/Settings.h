@@ -1,4 +1,4 @@
-// What the settings file holds besides the voices and the arpeggiators.
+// What the settings file holds besides the voices and the arpeggiators. [owner]
 #pragma once
 
 #include <QColor>

@@ -1,4 +1,4 @@
-// How hard a key of a MIDI keyboard sounds.
+// How hard a key of a MIDI keyboard sounds. [owner]
 #pragma once
 
 #include <array>

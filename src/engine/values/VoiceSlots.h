@@ -1,4 +1,4 @@
-// The three voices of the instrument and which of them plays a note.
+// The three voices of the instrument and which of them plays a note. [owner]
 #pragma once
 
 #include <array>

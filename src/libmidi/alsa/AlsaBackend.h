@@ -1,4 +1,4 @@
-// The ALSA sequencer as a backend of the port factory.
+// The ALSA sequencer as a backend of the port factory. [gui]
 #pragma once
 
 #include <memory>

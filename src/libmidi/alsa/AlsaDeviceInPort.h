@@ -1,4 +1,4 @@
-// The input port of a device on the ALSA sequencer.
+// The input port of a device on the ALSA sequencer. [base]
 #pragma once
 
 #include <memory>

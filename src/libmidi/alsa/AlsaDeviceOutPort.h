@@ -1,4 +1,4 @@
-// The output port of a device on the ALSA sequencer.
+// The output port of a device on the ALSA sequencer. [base]
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// Messages as the sequencer's events, and the other way.
+// Messages as the sequencer's events, and the other way. [any]
 #pragma once
 
 #include <alsa/asoundlib.h>

@@ -1,4 +1,4 @@
-// All MIDI keyboards as one input port.
+// All MIDI keyboards as one input port. [base]
 #pragma once
 
 #include <memory>

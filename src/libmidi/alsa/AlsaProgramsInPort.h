@@ -1,4 +1,4 @@
-// What other programs connect to this one, as an input port.
+// What other programs connect to this one, as an input port. [base]
 #pragma once
 
 #include <memory>

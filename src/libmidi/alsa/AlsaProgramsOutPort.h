@@ -1,4 +1,4 @@
-// The output port for whoever connects to this program.
+// The output port for whoever connects to this program. [base]
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// Whether a device of PortMidi's is still there.
+// Whether a device of PortMidi's is still there. [owner]
 #pragma once
 
 #include <functional>

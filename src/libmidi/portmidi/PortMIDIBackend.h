@@ -1,4 +1,4 @@
-// PortMidi as a backend of the port factory.
+// PortMidi as a backend of the port factory. [gui]
 #pragma once
 
 #include "libmidi/PortFactory.h"

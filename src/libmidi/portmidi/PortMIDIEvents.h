@@ -1,4 +1,4 @@
-// What becomes of a message that PortMidi has received.
+// What becomes of a message that PortMidi has received. [any]
 #pragma once
 
 #include <portmidi.h>

@@ -1,4 +1,4 @@
-// PortMidi's input port.
+// PortMidi's input port. [base]
 #pragma once
 
 #include <atomic>

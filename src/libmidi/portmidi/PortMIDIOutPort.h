@@ -1,4 +1,4 @@
-// PortMidi's output port.
+// PortMidi's output port. [base]
 #pragma once
 
 #include <atomic>

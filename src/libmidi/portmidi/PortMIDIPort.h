@@ -1,4 +1,4 @@
-// What PortMidi's input and output ports share.
+// What PortMidi's input and output ports share. [base]
 #pragma once
 
 #include "libmidi/MIDIPortImpl.h"

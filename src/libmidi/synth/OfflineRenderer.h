@@ -1,4 +1,4 @@
-// Plays MIDI into memory or a sound file, faster than real time.
+// Plays MIDI into memory or a sound file, faster than real time. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Keeps a loud chord from clipping.
+// Keeps a loud chord from clipping. [owner]
 #pragma once
 
 #include <algorithm>

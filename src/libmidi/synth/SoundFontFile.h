@@ -1,4 +1,4 @@
-// A first look at a sound font before it is loaded.
+// A first look at a sound font before it is loaded. [any]
 #pragma once
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The built-in synthesizer as a backend of the port factory.
+// The built-in synthesizer as a backend of the port factory. [gui]
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// What came of starting the audio systems one by one.
+// What came of starting the audio systems one by one. [owner]
 #pragma once
 
 #include <string>

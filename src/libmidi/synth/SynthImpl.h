@@ -1,4 +1,4 @@
-// The port set of the built-in synthesizer.
+// The port set of the built-in synthesizer. [gui]
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// What a MIDI message does to a synthesizer.
+// What a MIDI message does to a synthesizer. [owner]
 #pragma once
 
 #include "libmidi/MIDIEvent.h"

@@ -1,4 +1,4 @@
-// Writing sound files.
+// Writing sound files. [owner]
 #pragma once
 
 #include <cstdint>

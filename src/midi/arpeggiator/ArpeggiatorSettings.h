@@ -1,4 +1,4 @@
-// What an arpeggiator keeps between runs.
+// What an arpeggiator keeps between runs. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The arpeggiator: plays held chords as patterns on the grid of the musical clock.
+// The arpeggiator: plays held chords as patterns on the grid of the musical clock. [owner]
 #pragma once
 
 #include <bitset>

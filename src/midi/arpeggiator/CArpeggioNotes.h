@@ -1,4 +1,4 @@
-// The list of notes that an arpeggiator steps through.
+// The list of notes that an arpeggiator steps through. [owner]
 #pragma once
 
 #include <algorithm>

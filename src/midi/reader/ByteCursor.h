@@ -1,4 +1,4 @@
-// Walking over the bytes of a file.
+// Walking over the bytes of a file. [owner]
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What a Standard MIDI File holds.
+// What a Standard MIDI File holds. [owner]
 #pragma once
 
 #include <cstdint>
@@ -14,15 +14,15 @@ namespace NK::MIDI {
 
 /// A channel message at its place.
 struct SMFEvent {
-    std::int64_t timeUs;  ///< from the file's begin
-    std::uint32_t tick;
+    std::int64_t timeUs;   ///< from the file's begin
+    std::uint32_t tick;    ///< of the file's division, see TempoMap
     std::uint16_t track;   ///< from 0
-    TMIDIMessage message;  ///< 0x80..0xE0, channel 1..16
+    TMIDIMessage message;  ///< TMIDIMessage::kNoteOff..kPitchWheel, channel 1..16
 };
 
 /// A text at its place.
 struct SMFText {
-    std::int64_t timeUs;
+    std::int64_t timeUs;  ///< these three as SMFEvent's
     std::uint32_t tick;
     std::uint16_t track;
     std::uint8_t type;  ///< CMIDIMessageX::kText..kCuePoint, or one of the text types up to 0x0F that have no name

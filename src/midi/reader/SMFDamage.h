@@ -1,4 +1,4 @@
-// What keeps a Standard MIDI File from being read as a whole.
+// What keeps a Standard MIDI File from being read as a whole. [any]
 #pragma once
 
 #include <cstdint>

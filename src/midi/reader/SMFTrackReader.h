@@ -1,4 +1,4 @@
-// Reading one track of a Standard MIDI File.
+// Reading one track of a Standard MIDI File. [owner]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// How long the ticks of a Standard MIDI File are.
+// How long the ticks of a Standard MIDI File are. [owner]
 #pragma once
 
 #include <cstdint>

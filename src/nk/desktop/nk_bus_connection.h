@@ -1,4 +1,4 @@
-// A connection to a D-Bus message bus that never waits longer than it is told.
+// A connection to a D-Bus message bus that never waits longer than it is told. [owner]
 #pragma once
 
 #include <dbus/dbus.h>

@@ -1,4 +1,4 @@
-// XKB's compiled keymaps, read into the program's own terms.
+// XKB's compiled keymaps, read into the program's own terms. [any]
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>

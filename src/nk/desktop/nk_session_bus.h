@@ -1,4 +1,4 @@
-// Message buses of the desktop that do not answer.
+// Message buses of the desktop that do not answer. [gui]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The keyboard layouts of a Wayland compositor.
+// The keyboard layouts of a Wayland compositor. [owner]
 #pragma once
 
 #include <memory>

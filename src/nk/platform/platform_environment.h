@@ -1,4 +1,4 @@
-// The process's environment variables.
+// The process's environment variables. [gui]
 #pragma once
 
 namespace NK::Platform {

@@ -1,5 +1,5 @@
 // The system's files and folders. Paths cross to the system as UTF-8. Why something failed stands in errno, and where
-// it says so in GetFileFailure().
+// it says so in GetFileFailure(). [any]
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Waiting on a word of memory; usable in signal handlers.
+// Waiting on a word of memory; usable in signal handlers. [any]
 #pragma once
 
 #include <atomic>

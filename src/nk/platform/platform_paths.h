@@ -1,4 +1,4 @@
-// The system's folders for users and programs.
+// The system's folders for users and programs. [any]
 #pragma once
 
 #include "nk/nk_string.h"

@@ -1,4 +1,4 @@
-// A log line on its way to an object's event loop.
+// A log line on its way to an object's event loop. [owner]
 #pragma once
 
 #include <QEvent>

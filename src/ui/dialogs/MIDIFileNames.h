@@ -1,4 +1,4 @@
-// What the files are called that hold MIDI.
+// What the files are called that hold MIDI. [gui]
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// What the settings need for their page about the sound.
+// What the settings need for their page about the sound. [gui]
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// What was found of everything that a note passes on its way to the ear.
+// What was found of everything that a note passes on its way to the ear. [gui]
 #pragma once
 
 #include <QList>

@@ -1,4 +1,4 @@
-// The findings about the sound in sentences.
+// The findings about the sound in sentences. [gui]
 #pragma once
 
 #include <QList>

@@ -1,4 +1,4 @@
-// What is said about an output that does not sound, and about an input that was lost.
+// What is said about an output that does not sound, and about an input that was lost. [gui]
 #pragma once
 
 #include <QString>

@@ -1,4 +1,4 @@
-// The type of dialogs: the panel's typeface in the desktop's size.
+// The type of dialogs: the panel's typeface in the desktop's size. [gui]
 #pragma once
 
 #include <QFont>

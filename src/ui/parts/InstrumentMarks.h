@@ -1,4 +1,4 @@
-// The marks in message boxes and in the file dialog.
+// The marks in message boxes and in the file dialog. [gui]
 #pragma once
 
 #include <QIcon>

@@ -1,4 +1,4 @@
-// The palette of dialogs, menus and boxes.
+// The palette of dialogs, menus and boxes. [gui]
 #pragma once
 
 #include <QPalette>

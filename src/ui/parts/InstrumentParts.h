@@ -1,4 +1,4 @@
-// Parts of the instrument that dialogs and menus are made of, drawn as on the panel.
+// Parts of the instrument that dialogs and menus are made of, drawn as on the panel. [gui]
 #pragma once
 
 #include <QColor>

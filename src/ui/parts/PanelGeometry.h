@@ -1,4 +1,4 @@
-// Where everything stands on the panel.
+// Where everything stands on the panel. [any]
 #pragma once
 
 #include <QPointF>

@@ -1,4 +1,4 @@
-// The type styles of the panel, and how a text is fitted into its room.
+// The type styles of the panel, and how a text is fitted into its room. [gui]
 #pragma once
 
 #include <QColor>

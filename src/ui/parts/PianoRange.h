@@ -1,4 +1,4 @@
-// Which keys the panel's piano shows.
+// Which keys the panel's piano shows. [owner]
 #pragma once
 
 #include <algorithm>

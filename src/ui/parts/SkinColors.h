@@ -1,4 +1,4 @@
-// The guards that keep every text on the panel legible, whatever colour the user picks.
+// The guards that keep every text on the panel legible, whatever colour the user picks. [any]
 #pragma once
 
 #include <QColor>

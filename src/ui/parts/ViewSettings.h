@@ -1,4 +1,4 @@
-// How the user wants to see and hear of the panel; a file of its own in the user's folder.
+// How the user wants to see and hear of the panel; a file of its own in the user's folder. [owner]
 #pragma once
 
 #include "nk/nk_string.h"
