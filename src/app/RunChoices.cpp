@@ -37,7 +37,7 @@ NK::CString FindListedName(CKivora& engine, const Direction& ports, const NK::CS
     const NK::CString remembered = (engine.*ports.getName)();
     (engine.*ports.setSavedName)(name);
     engine.UpdatePorts();
-    const NK::CString listed = (engine.*ports.getName)();
+    NK::CString listed = (engine.*ports.getName)();
     (engine.*ports.setSavedName)(remembered);
     return listed;
 }

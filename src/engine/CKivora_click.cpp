@@ -82,7 +82,7 @@ void CKivora::LookAtClick() {
         port = FindClickPort();
         isWanted = extras_->click.GetSettings().sound == ClickSettings::Sound::kSynth;
         if (output && (!isWanted || &output->GetPort() != port)) {
-            former = std::move(output);
+            former = std::exchange(output, nullptr);
         }
         plays = output && !output->HasFailed();
     }

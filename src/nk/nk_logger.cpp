@@ -54,7 +54,7 @@ void CLogger::FormatTimestamp(CString& text) const {
     std::wstring_view line;
     if (known) {
         line = {buffer, Platform::FormatCTime(local, buffer, std::size(buffer))};
-        const auto last = static_cast<wint_t>(line.empty() ? L'<' : line.back());
+        const std::wint_t last = line.empty() ? WEOF : std::char_traits<wchar_t>::to_int_type(line.back());
         if (std::iswspace(last) != 0 || std::iswcntrl(last) != 0) {
             line.remove_suffix(1);
         }

@@ -1,6 +1,7 @@
 #include "nk/nk_time.h"
 
 #include <chrono>
+#include <cmath>
 #include <cwchar>
 #include <limits>
 
@@ -53,7 +54,7 @@ wchar_t* FormatTimeOfDay(double seconds, wchar_t* buffer) {
     constexpr double kLimit = std::numeric_limits<std::int32_t>::max();
     const double inRange = seconds > kLimit ? kLimit : seconds > -kLimit ? seconds : -kLimit;
     const int whole = static_cast<int>(inRange);
-    int milliseconds = static_cast<int>((inRange - whole) * 1000.0 + 0.5);
+    int milliseconds = static_cast<int>(std::trunc((inRange - whole) * 1000.0 + 0.5));
     int second = whole % 60;
     if (milliseconds >= 1000) {
         milliseconds -= 1000;

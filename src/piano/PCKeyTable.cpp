@@ -56,13 +56,13 @@ constexpr int kToLower = 'a' - 'A';
 constexpr std::array<TPCKeyEntry, kCharacterCount> MakeTable() {
     std::array<TPCKeyEntry, kCharacterCount> table{};
     for (const TKey& key : kUnshiftedKeys) {
-        table[static_cast<std::size_t>(key.character)] = {key.note, key.row, 0};
+        table[static_cast<unsigned char>(key.character)] = {key.note, key.row, 0};
         if (IsLower(key.character)) {
             table[static_cast<std::size_t>(key.character - kToLower)] = {key.note, key.row, 1};
         }
     }
     for (const TKey& key : kShiftedKeys) {
-        table[static_cast<std::size_t>(key.character)] = {key.note, key.row, 1};
+        table[static_cast<unsigned char>(key.character)] = {key.note, key.row, 1};
     }
     return table;
 }

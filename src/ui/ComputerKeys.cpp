@@ -65,8 +65,9 @@ TPCKey ComputerKeys::keyOf(const QKeyEvent& event) const {
     if (isByPlace(layout)) {
         key.place = place;
     }
-    if (key.alt && layout && !layout->TypesLatinLetters() && (place == '-' || place == '=')) {
-        key.code = *place;  // the value keys, as other shortcuts
+    const bool isValueKey = place && (*place == '-' || *place == '=');
+    if (key.alt && layout && !layout->TypesLatinLetters() && isValueKey) {
+        key.code = static_cast<unsigned char>(*place);  // as other shortcuts
     }
     return key;
 }

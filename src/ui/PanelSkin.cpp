@@ -59,8 +59,8 @@ QPixmap Tint(const QString& name, const QRect& window, double radius, const QCol
 }
 
 QColor SmokeOf(const QColor& body) {
-    QColor smoke(static_cast<int>(body.red() * kSmokeOfBody + 0.5), static_cast<int>(body.green() * kSmokeOfBody + 0.5),
-                 static_cast<int>(body.blue() * kSmokeOfBody + 0.5));
+    const auto darkened = [](int component) { return static_cast<int>(std::lround(component * kSmokeOfBody)); };
+    QColor smoke(darkened(body.red()), darkened(body.green()), darkened(body.blue()));
     smoke.setAlphaF(kSmokeOpacity);
     return smoke;
 }

@@ -74,7 +74,7 @@ WallpaperCache::Result WallpaperCache::Load(const QString& path, const QSize& ar
         return {kept, {}, {}};
     }
     const QString stamp = StampOf(path);  // before it may become another picture
-    const Result source = Decode(path);
+    Result source = Decode(path);
     if (source.image.isNull()) {
         return source;
     }

@@ -146,7 +146,7 @@ QPixmap PianoKeySkin::key(const PianoKeyLook& look) {
     if (keys_.size() >= kMostPictures) {
         keys_.clear();
     }
-    const QPixmap picture = finished(std::move(image));
+    QPixmap picture = finished(std::move(image));
     keys_.insert(look, picture);
     return picture;
 }
@@ -253,7 +253,7 @@ QPixmap PianoKeySkin::blackShadow(int width) {
     painter.end();
     GaussianBlur(image, kShadowBlur * scaleX, kShadowBlur * scaleY);
 
-    const QPixmap picture = finished(image.copy(0, above, size.width(), size.height()));
+    QPixmap picture = finished(image.copy(0, above, size.width(), size.height()));
     shadows_.insert(width, picture);
     return picture;
 }

@@ -1,6 +1,7 @@
 #include "QtWidgets/skin/QPixmapDial.h"
 
 #include <algorithm>
+#include <cmath>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -78,7 +79,7 @@ void QPixmapDial::drawTurned(QPainter& painter, const QPixmap& image, const QRec
 }
 
 void QPixmapDial::drawFrame(QPainter& painter, const QPixmap& image, bool vertical) const {
-    const int frame = std::clamp(static_cast<int>(proportion() * (nFrames_ - 1) + 0.5), 0, nFrames_ - 1);
+    const int frame = std::clamp(static_cast<int>(std::lround(proportion() * (nFrames_ - 1))), 0, nFrames_ - 1);
     const int width = vertical ? image.width() : image.width() / nFrames_;
     const int height = vertical ? image.height() / nFrames_ : image.height();
     painter.drawPixmap(rect(), image,

@@ -1,6 +1,7 @@
 #include "QtWidgets/skin/QPixmapSlider.h"
 
 #include <algorithm>
+#include <cmath>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -73,7 +74,7 @@ QRect QPixmapSlider::handleRect() const {
     if (handle == nullptr) {
         return {};
     }
-    const int x = minimum() == maximum() ? 0 : static_cast<int>(exactHandleX() + 0.5);
+    const int x = minimum() == maximum() ? 0 : static_cast<int>(std::lround(exactHandleX()));
     return {QPoint(x, 0), handle->deviceIndependentSize().toSize()};
 }
 

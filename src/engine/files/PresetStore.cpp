@@ -1,6 +1,7 @@
 #include "engine/files/PresetStore.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,7 +19,7 @@ namespace {
 /// Neither a control character of ISO/IEC 6429 (C0, DEL, C1) nor what is no character: half a surrogate pair, beyond
 /// Unicode's end, or U+FFFD, which stands for what could not be decoded.
 bool IsFitForName(wchar_t character) {
-    const auto code = static_cast<std::uint32_t>(character);
+    const std::wint_t code = std::char_traits<wchar_t>::to_int_type(character);
     const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
     return !isControl && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFD && code <= 0x10FFFF;
 }
@@ -40,7 +41,8 @@ const NK::CString& CreateOnce(const NK::CString& folder, bool& asked) {
 PresetStore::PresetStore(NK::CString userDataDir, NK::CString factoryPresetsDir)
     : userDataDir_(std::move(userDataDir)),
       userPresetsDir_(NK::JoinPath(NK::JoinPath(userDataDir_, L"Presets"), L"")),
-      factoryPresetsDir_(NK::JoinPath(factoryPresetsDir, L"")) {
+      factoryPresetsDir_(std::move(factoryPresetsDir)) {
+    factoryPresetsDir_ = NK::JoinPath(factoryPresetsDir_, L"");
 }
 
 NK::CString PresetStore::GetStoredName(const NK::CString& name) {

@@ -57,6 +57,7 @@ public:
         std::vector<pollfd> polled(static_cast<std::size_t>(count > 0 ? count : 0));
         snd_seq_poll_descriptors(sequencer, polled.data(), static_cast<unsigned int>(polled.size()), POLLIN);
         std::vector<int> descriptors;
+        descriptors.reserve(polled.size());
         for (const pollfd& one : polled) {
             descriptors.push_back(one.fd);
         }

@@ -20,7 +20,7 @@ public:
 
     /// Loads the font; gain, reverb and chorus are the settings', the rest of them is not used. Throws CMIDIException
     /// with the reason when the font cannot be played.
-    OfflineRenderer(const std::filesystem::path& soundFont, const SynthSettings& settings = {});
+    explicit OfflineRenderer(const std::filesystem::path& soundFont, const SynthSettings& settings = {});
 
     /// The next `lengthMs` milliseconds of sound, left and right in turn. The events are in the order of their times,
     /// which are milliseconds from the begin of this call; those at or behind its end are not played. What still sounds

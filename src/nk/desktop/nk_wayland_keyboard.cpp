@@ -23,7 +23,7 @@ std::string ReadText(int file, std::size_t size) {
         return {};
     }
     const auto* const characters = static_cast<const char*>(memory);
-    const std::string text(characters, strnlen(characters, size));
+    std::string text(characters, strnlen(characters, size));
     munmap(memory, size);
     return text;
 }

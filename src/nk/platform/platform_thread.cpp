@@ -65,7 +65,7 @@ std::shared_ptr<CThreadHandle> CThreadHandle::CreateSuspended(Procedure procedur
     if (result != 0) {
         return nullptr;
     }
-    start.release();
+    static_cast<void>(start.release());  // the thread has it
     while (handle->tid_.load() == 0) {
         FutexWait(handle->tid_, 0, -1);
     }

@@ -66,7 +66,7 @@ Fitted AtSize(const PanelTextStyle& style, const QString& text, double pixels) {
 
 Fitted Fit(const PanelTextStyle& style, const QString& text, double width) {
     for (double size = style.pixels; size >= style.smallest; size -= kShrinkStep) {
-        const Fitted fitted = AtSize(style, text, size);
+        Fitted fitted = AtSize(style, text, size);
         if (fitted.Width() <= width) {
             return fitted;
         }

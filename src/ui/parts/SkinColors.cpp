@@ -1,5 +1,7 @@
 #include "ui/parts/SkinColors.h"
 
+#include <cmath>
+
 #include "QtWidgets/piano/KeyColors.h"
 
 namespace {
@@ -19,7 +21,9 @@ QColor CapColor(const QColor& color) {
     if (luma <= kBrightestBody) {
         return color;
     }
-    const auto darkened = [&](int component) { return static_cast<int>(component * kBrightestBody / luma + 0.5); };
+    const auto darkened = [&](int component) {
+        return static_cast<int>(std::lround(component * kBrightestBody / luma));
+    };
     return {darkened(color.red()), darkened(color.green()), darkened(color.blue())};
 }
 
