@@ -6,25 +6,26 @@
 #include <QString>
 #include <QTimer>
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "engine/Arpeggiators.h"
 #include "engine/EngineDependencies.h"
 #include "engine/files/PresetStore.h"
 #include "engine/files/SettingsFile.h"
-#include "engine/OutputFollower.h"
+#include "engine/InputConnection.h"
+#include "engine/OutputConnection.h"
+#include "engine/PortList.h"
+#include "engine/RunningClock.h"
 #include "engine/values/HeldKeys.h"
 #include "engine/values/Settings.h"
 #include "engine/values/VoiceSlots.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "libmidi/MIDIPort.h"
-#include "libmidi/PortFactory.h"
-#include "midi/arpeggiator/CArpeggiator1.h"
 #include "midi/MusicalClock.h"
 #include "midi/TMIDIMessage.h"
 #include "nk/nk_critical_section.h"
@@ -69,9 +70,9 @@ class CKivora : public QObject, public LibMidi::MIDIPortDataListener, public NK:
 
 public:
     static constexpr int kSlotCount = VoiceSlots::kCount;
-    static constexpr int kArpeggiatorCount = 2;
-    static constexpr int kMinTempo = 40;     ///< beats per minute
-    static constexpr int kMaxTempo = 220;    ///< beats per minute
+    static constexpr int kArpeggiatorCount = Arpeggiators::kCount;
+    static constexpr int kMinTempo = RunningClock::kMinTempo;  ///< beats per minute
+    static constexpr int kMaxTempo = RunningClock::kMaxTempo;  ///< beats per minute
     static constexpr int kTickPeriodMs = 1;  ///< while an arpeggiator has notes, a take runs or the metronome is heard
     static constexpr int kIndicatorPeriodMs = 5;
 
@@ -144,13 +145,14 @@ public:
         const Hold hold(*this);
         return std::forward<Action>(action)();
     }
-    /// Calls `action` with arpeggiator 0 (slot 0) or 1 (slots 1 and 2) under the engine's lock and returns its result,
-    /// which must not refer to the arpeggiator. Throws NK::CBadIndexException for another index.
+    /// Calls `action` with an arpeggiator, see Arpeggiators::GetIndexOfSlot(), under the engine's lock and returns its
+    /// result, which must not refer to the arpeggiator. Throws NK::CBadIndexException where there is none of that
+    /// index.
     template <class Action>
     decltype(auto) WithArpeggiator(int index, Action&& action) {
         const Hold hold(*this);
         CatchUpWithTicks();
-        return std::forward<Action>(action)(ArpeggiatorAt(index));
+        return std::forward<Action>(action)(arpeggiators_.At(index));
     }
 
     /// Calls `action` with what the instrument offers beyond its rules, under the engine's lock, and returns its
@@ -400,7 +402,7 @@ private:
 
     /// A text of the catalogue, and a name behind it; throws EngineFailure.
     [[noreturn]] static void Fail(const char* source, const QString& name = {});
-    bool IsReady() const NK_REQUIRES(lock_) { return outputPort_ != nullptr && player_ && sink_; }
+    bool IsReady() const NK_REQUIRES(lock_) { return output_.GetPort() != nullptr && player_ && sink_; }
     void Show(NK::MIDI::TMIDIMessage message) { emit OnMIDIEvent(static_cast<int>(message.ToWord())); }
     void Send(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_) { sink_->SendMessage(message, 0); }
     /// A message on the channel of a slot.
@@ -411,9 +413,6 @@ private:
     void SendController(std::uint8_t controller, std::uint8_t value) NK_REQUIRES(lock_);
     void SendPatch(int slot) NK_REQUIRES(lock_);
     void SendVolume(int slot) NK_REQUIRES(lock_);
-    void ResetArpeggiators() NK_REQUIRES(lock_);
-    void EndLatched() NK_REQUIRES(lock_);
-    NK::MIDI::CArpeggiator1& ArpeggiatorAt(int index) NK_REQUIRES(lock_);
     void SleepAndPlayOut(std::uint32_t milliseconds) NK_REQUIRES(lock_);
 
     void BeginHold() NK_REQUIRES(lock_);
@@ -432,16 +431,12 @@ private:
     LibMidi::MIDIOutPort* FindWantedOutput() NK_REQUIRES(lock_);
     /// The open one, or where none is open the wanted one of a fixed set; null otherwise.
     LibMidi::MIDIOutPort* FindWatchedOutput();
-    bool StoreTempo(int beatsPerMinute) NK_REQUIRES(lock_);
     void AdvanceClock() NK_REQUIRES(lock_);
-    void SyncArpeggiators() NK_REQUIRES(lock_);
-    void PlayArpeggiators() NK_REQUIRES(lock_);
     /// Whether the tick's thread waits, as there is nothing for it to do: who looks at the clock moves it.
     bool IsTickParked() const NK_REQUIRES(lock_) { return tickTimer_ && !ticking_; }
     /// What the ticks would have done that were left out: they move the clock and play nothing.
     void CatchUpWithTicks() NK_REQUIRES(lock_);
     bool IsFailureUntold() const NK_REQUIRES(lock_);
-    bool IsArpeggioHeld() const NK_REQUIRES(lock_);
     bool NeedsTicks() const NK_REQUIRES(lock_);
     void ParkOrRunTicks() NK_REQUIRES(lock_);
     /// Where the click is to be heard; null for nowhere.
@@ -472,16 +467,12 @@ private:
     bool hasBegun_ NK_GUARDED_BY(lock_) = false;  ///< the constructor is through: the tick may run
     bool ticking_ NK_GUARDED_BY(lock_) = false;
     QTimer indicatorTimer_;
-    std::int64_t clockStartMs_ NK_GUARDED_BY(lock_) = 0;  ///< wall clock at bar 0
-    NK::MIDI::MusicalClock clock_ NK_GUARDED_BY(lock_);
-    std::array<NK::MIDI::CArpeggiator1, kArpeggiatorCount> arpeggiators_ NK_GUARDED_BY(lock_);
+    RunningClock clock_ NK_GUARDED_BY(lock_);
+    Arpeggiators arpeggiators_ NK_GUARDED_BY(lock_);
     bool arpeggiating_ NK_GUARDED_BY(lock_) = false;
-    int lastBarSeen_ NK_GUARDED_BY(lock_) = -1;
-    int lastBeatSeen_ NK_GUARDED_BY(lock_) = -1;
     std::uint8_t velocityLow_ NK_GUARDED_BY(lock_) = 40;
     std::uint8_t velocityNormal_ NK_GUARDED_BY(lock_) = 80;
     std::uint8_t velocityHigh_ NK_GUARDED_BY(lock_) = 127;
-    int tempo_ NK_GUARDED_BY(lock_) = 120;
     bool translatePatchNames_ NK_GUARDED_BY(lock_) = true;
     bool translateKeyNames_ NK_GUARDED_BY(lock_) = true;
     NK::Piano::EPCKeyWay pcKeyWay_ NK_GUARDED_BY(lock_) = NK::Piano::EPCKeyWay::kAutomatic;
@@ -492,26 +483,15 @@ private:
     QColor uiDisplayColor_ NK_GUARDED_BY(lock_){200, 200, 255};
     QColor uiDisplay2Color_ NK_GUARDED_BY(lock_){200, 255, 200};
     QString wallpaper_ NK_GUARDED_BY(lock_);
-    NK::CStringArray inputNames_ NK_GUARDED_BY(lock_);
-    NK::CStringArray outputNames_ NK_GUARDED_BY(lock_);
-    NK::CString inputPortName_ NK_GUARDED_BY(lock_);
-    NK::CString outputPortName_ NK_GUARDED_BY(lock_);
     NK::CSysTimeSource timeSource_;
-    std::unique_ptr<LibMidi::PortFactory> factory_ NK_GUARDED_BY(lock_);
+    PortList ports_ NK_GUARDED_BY(lock_);
     std::unique_ptr<LibMidi::MIDIPlayer> player_ NK_GUARDED_BY(lock_);
     bool playerTellsFailure_ NK_GUARDED_BY(lock_) = false;  ///< else the tick looks
-    std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held
-    LibMidi::MIDIOutPort* outputPort_ NK_GUARDED_BY(lock_) = nullptr;
-    std::optional<OutputFollower> follower_ NK_GUARDED_BY(lock_);  ///< of the open output, for the player
-    LibMidi::OpenSounds stranded_ NK_GUARDED_BY(lock_);
-    NK::CString strandedPortName_ NK_GUARDED_BY(lock_);
+    std::atomic<LibMidi::MIDIInPort*> inputPort_{nullptr};  ///< written with the lock held, by input_
+    InputConnection input_ NK_GUARDED_BY(lock_){inputPort_};
+    OutputConnection output_ NK_GUARDED_BY(lock_);
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
     bool keepsOrder_ NK_GUARDED_BY(lock_) = false;
-    int outputBinding_ NK_GUARDED_BY(lock_) = -1;
-    int inputIndex_ NK_GUARDED_BY(lock_) = -1;
-    int outputIndex_ NK_GUARDED_BY(lock_) = -1;
-    bool outputLost_ NK_GUARDED_BY(lock_) = false;
-    bool inputLost_ NK_GUARDED_BY(lock_) = false;
     const std::unique_ptr<EngineExtras> extras_;
     HeldKeys inputKeys_ NK_GUARDED_BY(lock_);
     VoiceSlots voices_ NK_GUARDED_BY(lock_);

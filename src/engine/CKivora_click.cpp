@@ -29,8 +29,7 @@ void CKivora::SetClick(const ClickSettings& settings) {
 
 void CKivora::StoreClick(const ClickSettings& settings) {
     extras_->click.SetSettings(settings);
-    if (settings.beatsPerBar != clock_.beatsPerBar) {
-        clock_.beatsPerBar = settings.beatsPerBar;
+    if (clock_.SetBeatsPerBar(settings.beatsPerBar)) {
         RestartClock();
     }
 }
@@ -46,7 +45,7 @@ void CKivora::BeginCountIn() {
     const Hold hold(*this);
     if (extras_->click.GetSettings().countInBars > 0) {
         RestartClock();
-        extras_->click.BeginCountIn(clock_);
+        extras_->click.BeginCountIn(clock_.Get());
     }
 }
 
@@ -57,7 +56,7 @@ bool CKivora::IsCountingIn() const {
 
 LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {
     const bool isOnSink = extras_->click.GetSettings().sound == ClickSettings::Sound::kOutput ||
-                          (outputPort_ != nullptr && outputPort_->GetName() == kSynthPort);
+                          (output_.GetPort() != nullptr && output_.GetPort()->GetName() == kSynthPort);
     if (isOnSink) {
         return sink_.get();
     }
@@ -65,8 +64,7 @@ LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {
 }
 
 LibMidi::MIDIOutPort* CKivora::FindClickPort() {
-    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
-    LibMidi::MIDIOutPort* const port = ports != nullptr ? ports->FindOutputByName(kSynthPort) : nullptr;
+    LibMidi::MIDIOutPort* const port = ports_.FindOutput(kSynthPort);
     return port != FindWantedOutput() ? port : nullptr;
 }
 

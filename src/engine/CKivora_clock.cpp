@@ -1,25 +1,16 @@
 // Tempo, the musical clock and its tick.
-#include <algorithm>
-#include <cmath>
-
 #include "engine/CKivora.h"
-#include "engine/ClockPosition.h"
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
 
-namespace {
-/// Below this the position in ticks fits an int at every tempo.
-constexpr std::int64_t kLongestRunMs = std::int64_t{24} * 24 * 60 * 60 * 1000;
-}  // namespace
-
 void CKivora::SetTempo(int beatsPerMinute) {
     NK_ASSERT_THREAD_ROLE(gui);
     {
         const Hold hold(*this);
-        if (!StoreTempo(beatsPerMinute)) {
+        if (!clock_.SetTempo(beatsPerMinute)) {
             return;
         }
         RestartClock();
@@ -32,36 +23,15 @@ void CKivora::SetTempoInBar(int beatsPerMinute) {
     {
         const Hold hold(*this);
         AdvanceClock();
-        const std::int64_t now = dependencies_.wallClockMs();
-        const double shownBeats = static_cast<double>(now - clockStartMs_) / clock_.BeatLength();
-        const double beats = shownBeats - extras_->clockAheadMs / clock_.BeatLength();
-        if (!StoreTempo(beatsPerMinute)) {
+        // The arpeggiators count in ticks, which a place in the bar has at every tempo: they need no word of it.
+        if (!clock_.SetTempoInBar(beatsPerMinute, dependencies_.wallClockMs())) {
             return;
         }
-        // The arpeggiators count in ticks, which a place in the bar has at every tempo: they need no word of it.
-        // What the nearest millisecond is off is made up for by the next change. A beat that has begun does not begin
-        // again.
-        const double exact = beats * clock_.BeatLength();
-        const double begun = std::ceil(std::floor(shownBeats) * clock_.BeatLength());
-        const double elapsed = std::max(std::round(exact), begun);
-        extras_->clockAheadMs = elapsed - exact;
-        clockStartMs_ = now - static_cast<std::int64_t>(elapsed);
-        SetClockPosition(clock_, static_cast<std::int64_t>(elapsed));
         if (sink_ && sink_->IsCapturing()) {
-            extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_, false);
+            extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_.Get(), false);
         }
     }
     emit TempoChanged();
-}
-
-bool CKivora::StoreTempo(int beatsPerMinute) {
-    const int clamped = std::clamp(beatsPerMinute, kMinTempo, kMaxTempo);
-    if (clamped == tempo_) {
-        return false;
-    }
-    tempo_ = clamped;
-    clock_.tempo = clamped;
-    return true;
 }
 
 void CKivora::TempoUp() {
@@ -74,7 +44,7 @@ void CKivora::TempoDown() {
 
 int CKivora::GetTempo() const {
     const CLockGuard guard(lock_);
-    return tempo_;
+    return clock_.GetTempo();
 }
 
 void CKivora::SetMetronome(bool on) {
@@ -98,62 +68,35 @@ bool CKivora::IsMetronomeOn() const {
 
 void CKivora::RestartClock() {
     const Hold hold(*this);
-    clockStartMs_ = dependencies_.wallClockMs();
-    extras_->clockAheadMs = 0;
-    lastBarSeen_ = -1;
-    lastBeatSeen_ = -1;
-    clock_.bar = 0;
-    clock_.beat = 0;
-    clock_.offset = 0;
+    clock_.Restart(dependencies_.wallClockMs());
     extras_->click.Restart();
-    SyncArpeggiators();
+    arpeggiators_.SyncTo(clock_.Get());
     if (sink_ && sink_->IsCapturing()) {
-        extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_, true);
-    }
-}
-
-void CKivora::SyncArpeggiators() {
-    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
-        arpeggiator.SyncToTime(&clock_);
+        extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_.Get(), true);
     }
 }
 
 NK::MIDI::MusicalClock CKivora::GetMusicalClock() const {
     const CLockGuard guard(lock_);
-    NK::MIDI::MusicalClock clock = clock_;
-    if (IsTickParked()) {
-        const std::int64_t elapsed = std::max<std::int64_t>(0, dependencies_.wallClockMs() - clockStartMs_);
-        SetClockPosition(clock, elapsed % (kLongestRunMs + 1));
-    }
-    return clock;
+    return IsTickParked() ? clock_.GetAt(dependencies_.wallClockMs()) : clock_.Get();
 }
 
 void CKivora::CatchUpWithTicks() {
     // No tick would come between the notes of one operation.
-    if (IsTickParked() && !IsArpeggioHeld()) {
+    if (IsTickParked() && !arpeggiators_.HasNotes()) {
         AdvanceClock();
         if (IsReady()) {
-            PlayArpeggiators();
+            arpeggiators_.Play(clock_.Get(), *sink_);
         }
     }
 }
 
-void CKivora::PlayArpeggiators() {
-    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
-        arpeggiator.Process(nullptr, 0, clock_, *sink_);
-    }
-}
-
 bool CKivora::IsFailureUntold() const {
-    return IsReady() && !outputLost_ && player_->HasWriteFailed();
-}
-
-bool CKivora::IsArpeggioHeld() const {
-    return arpeggiators_[0].HasNotes() || arpeggiators_[1].HasNotes();
+    return IsReady() && !output_.IsLost() && player_->HasWriteFailed();
 }
 
 bool CKivora::NeedsTicks() const {
-    return IsArpeggioHeld() || extras_->click.NeedsTick() || extras_->song->NeedsTick() ||
+    return arpeggiators_.HasNotes() || extras_->click.NeedsTick() || extras_->song->NeedsTick() ||
            (sink_ && sink_->IsCapturing()) || IsFailureUntold() || (player_ && !playerTellsFailure_);
 }
 
@@ -176,22 +119,13 @@ void CKivora::ParkOrRunTicks() {
 
 void CKivora::AdvanceClock() {
     const std::int64_t now = dependencies_.wallClockMs();
-    std::int64_t elapsed = now - clockStartMs_;
-    if (elapsed < 0) {
-        clockStartMs_ = now;
-        extras_->clockAheadMs = 0;
-        elapsed = 0;
-    }
-    if (elapsed > kLongestRunMs) {
-        elapsed = IsTickParked() ? elapsed % (kLongestRunMs + 1) : 0;
+    if (const std::optional<std::int64_t> elapsed = clock_.FindOverrun(now)) {
         RestartClock();
-        clockStartMs_ -= elapsed;
+        clock_.RunFor(IsTickParked() ? *elapsed : 0);
     }
-    const int tickBefore = clock_.ToTick();
-    SetClockPosition(clock_, elapsed);
-    if (clock_.ToTick() < tickBefore) {
+    if (clock_.Advance(now)) {
         // Else a held chord would be silent until the time that the wall clock had shown comes again.
-        SyncArpeggiators();
+        arpeggiators_.SyncTo(clock_.Get());
     }
 }
 
@@ -213,9 +147,9 @@ void CKivora::OnTimer(std::uint32_t) {
                 LoseOutput(false);
             }
             sink_->WaitUntilEmpty(kPlayedOut);
-            PlayArpeggiators();
+            arpeggiators_.Play(clock_.Get(), *sink_);
         }
-        extras_->click.Play(clock_, GetClickQueue());
+        extras_->click.Play(clock_.Get(), GetClickQueue());
         if (!IsReady()) {
             extras_->song->Pause();  // nobody takes from the queue
         } else if (extras_->song->Tick(dependencies_.wallClockMs())) {
@@ -233,20 +167,16 @@ void CKivora::OnTimer(std::uint32_t) {
 
 void CKivora::onMetronomeTimer() {
     NK_ASSERT_THREAD_ROLE(gui);
-    bool newBar = false;
-    bool newBeat = false;
+    RunningClock::Begun begun{};
     {
         const Hold hold(*this);
         CatchUpWithTicks();
-        newBar = clock_.bar != lastBarSeen_;
-        newBeat = newBar || clock_.beat != lastBeatSeen_;
-        lastBarSeen_ = clock_.bar;
-        lastBeatSeen_ = clock_.beat;
+        begun = clock_.TakeBegun();
     }
-    if (newBar) {
+    if (begun.bar) {
         emit Bar();
     }
-    if (newBeat) {
+    if (begun.beat) {
         emit Beat();
     }
 }

@@ -15,23 +15,14 @@ bool IsGone(DeviceState state) {
 }  // namespace
 
 void CKivora::LoseOutput(bool isGone) {
-    outputLost_ = true;
-    EndLatched();  // else it would begin by itself when the output comes back
+    output_.Lose();
+    arpeggiators_.EndLatched();  // else it would begin by itself when the output comes back
     sink_->LoseOutput();
     extras_->song->Lose();
     sink_->Clear();
-    if (!follower_) {
-        return;
-    }
-    // A device that lives on after a failed write may take this; a recording that goes on later needs it in any case.
-    const LibMidi::OpenSounds sounding = follower_->GetSounding();
-    if (!isGone) {
-        follower_->EndSounding();
-    }
-    if (sounding.IsAny() && (sink_->IsCapturing() || follower_->GetSounding().IsAny())) {
-        stranded_ = sounding;
-        strandedPortName_ = outputPortName_;
-    }
+    // A device that lives on after a failed write may take what ends its notes; a recording that goes on later needs
+    // that in any case.
+    output_.Strand(isGone, sink_->IsCapturing());
 }
 
 DeviceState CKivora::LookAtOutput() {
@@ -45,12 +36,12 @@ DeviceState CKivora::LookAtOutput() {
         if (!IsReady()) {
             return state;
         }
-        lost = !outputLost_ && (IsGone(state) || player_->HasWriteFailed());
+        lost = !output_.IsLost() && (IsGone(state) || player_->HasWriteFailed());
         if (lost) {
             player_->Stop();
             LoseOutput(IsGone(state));
         }
-        if (outputLost_ && !IsGone(state)) {
+        if (output_.IsLost() && !IsGone(state)) {
             state = DeviceState::kBack;
         }
     }
@@ -61,20 +52,18 @@ DeviceState CKivora::LookAtOutput() {
 }
 
 LibMidi::MIDIOutPort* CKivora::FindWantedOutput() {
-    if (outputPort_ != nullptr) {
-        return outputPort_;
+    if (output_.GetPort() != nullptr) {
+        return output_.GetPort();
     }
-    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
-    const int index = outputPortName_.IsEmpty() ? FindDefaultOutputPort() : outputNames_.Find(outputPortName_);
-    return ports != nullptr && index >= 0
-               ? ports->FindOutputByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]))
-               : nullptr;
+    const NK::CStringArray& names = ports_.GetOutputNames();
+    const int index = output_.GetName().IsEmpty() ? FindDefaultOutputPort() : names.Find(output_.GetName());
+    return index >= 0 ? ports_.FindOutput(names[static_cast<std::uint32_t>(index)]) : nullptr;
 }
 
 LibMidi::MIDIOutPort* CKivora::FindWatchedOutput() {
     const Hold hold(*this);
     LibMidi::MIDIOutPort* const port = FindWantedOutput();
-    return IsReady() || (factory_ && factory_->StaysThroughRescan(port)) ? port : nullptr;
+    return IsReady() || ports_.StaysThroughRescan(port) ? port : nullptr;
 }
 
 DeviceState CKivora::LookAtInput() {
@@ -83,33 +72,29 @@ DeviceState CKivora::LookAtInput() {
     const DeviceState state = port != nullptr ? port->LookAtDevice() : DeviceState::kElsewhere;  // without the lock too
     const Hold hold(*this);
     if (port == nullptr) {
-        return inputLost_ ? state : DeviceState::kWorks;  // where it is, only a re-scan finds
+        return input_.IsLost() ? state : DeviceState::kWorks;  // where it is, only a re-scan finds
     }
     const bool lost = IsGone(state);
-    if (lost && !inputLost_) {
+    if (lost && !input_.IsLost()) {
         ReleaseInputKeys();
     }
-    inputLost_ = lost;
+    input_.SetLost(lost);
     return state;
 }
 
 bool CKivora::ReopenOutputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    if (!IsReady() || !outputLost_) {
+    if (!IsReady() || !output_.IsLost()) {
         return false;
     }
     player_->Stop();
-    player_->DetachOutput(outputBinding_);
-    outputPort_->Close();
+    output_.Leave(*player_);
     sink_->Clear();
-    follower_.emplace(*outputPort_);
-    outputBinding_ = player_->AttachOutput(&*follower_);
-    if (outputPort_->Open() != LibMidi::kSuccess || !player_->Start()) {
+    if (!output_.Return(*player_)) {
         sink_->SetAccepting(false);
         return false;
     }
-    outputLost_ = false;
     sink_->SetAccepting(true);
     EndStrandedNotes();
     extras_->song->Rest();
@@ -122,49 +107,45 @@ bool CKivora::ReopenOutputPort() {
 bool CKivora::ReopenInputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    LibMidi::MIDIInPort* const port = inputPort_.load();
-    if (port == nullptr || !inputLost_) {
+    if (input_.GetPort() == nullptr || !input_.IsLost()) {
         return false;
     }
     ReleaseInputKeys();
-    port->Close();
-    inputLost_ = port->Open() != LibMidi::kSuccess;
-    return !inputLost_;
+    return input_.Reopen();
 }
 
 bool CKivora::IsInputLost() const {
     const CLockGuard guard(lock_);
-    return inputLost_;
+    return input_.IsLost();
 }
 
 bool CKivora::IsRescanQuiet() const {
     const CLockGuard guard(lock_);
-    return factory_ && !IsRecording() &&
-           (outputPort_ == nullptr || (!outputLost_ && factory_->StaysThroughRescan(outputPort_)));
+    const LibMidi::MIDIOutPort* const port = output_.GetPort();
+    return ports_.GetFactory() != nullptr && !IsRecording() &&
+           (port == nullptr || (!output_.IsLost() && ports_.StaysThroughRescan(port)));
 }
 
 bool CKivora::HasOutputFailed() const {
     const CLockGuard guard(lock_);
-    return IsReady() && !outputLost_ && player_->HasWriteFailed();
+    return IsReady() && !output_.IsLost() && player_->HasWriteFailed();
 }
 
 bool CKivora::HasStrandedNotes() const {
     const CLockGuard guard(lock_);
-    return stranded_.IsAny();
+    return output_.HasStranded();
 }
 
 void CKivora::EndStrandedNotes() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    const LibMidi::MIDIPortContainer* const ports = factory_ ? factory_->GetPortList() : nullptr;
-    LibMidi::MIDIOutPort* const port =
-        ports != nullptr && stranded_.IsAny() ? ports->FindOutputByName(strandedPortName_) : nullptr;
-    if (port == nullptr || (port == outputPort_ && outputLost_)) {
+    LibMidi::MIDIOutPort* const port = output_.FindStranded(ports_);
+    if (port == nullptr || (port == output_.GetPort() && output_.IsLost())) {
         return;
     }
     bool ended = true;
-    if (port == outputPort_) {
-        stranded_.VisitEnds([&sink = *sink_, &click = extras_->click](NK::MIDI::TMIDIMessage ending) {
+    if (port == output_.GetPort()) {
+        output_.VisitStrandedEnds([&sink = *sink_, &click = extras_->click](NK::MIDI::TMIDIMessage ending) {
             if (click.IsNote(ending)) {
                 LibMidi::SynthEventBase aside(LibMidi::MIDIEvent::FromMessage(ending, 0));
                 aside.isAside = true;
@@ -173,33 +154,26 @@ void CKivora::EndStrandedNotes() {
                 sink.SendMessage(ending, 0);
             }
         });
-    } else if (!factory_->IsFixed(port)) {  // what a fixed port plays through was made anew, and nothing sounds there
-        ended = port->Open() == LibMidi::kSuccess;
-        if (ended) {
-            stranded_.VisitEnds([port, &ended](NK::MIDI::TMIDIMessage message) {
-                const auto ending = LibMidi::MIDIEvent::FromMessage(message, 0);
-                ended = port->Write(&ending, 1) == LibMidi::kSuccess && ended;
-            });
-            port->Close();
-        }
+    } else if (!ports_.IsFixed(port)) {  // what a fixed port plays through was made anew, and nothing sounds there
+        ended = output_.EndStrandedOn(*port);
     }
     if (ended) {
-        stranded_ = {};
+        output_.ForgetStranded();
     }
 }
 
 void CKivora::EndStrandedNotesAtLast() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    if (!factory_) {
+    if (ports_.GetFactory() == nullptr) {
         return;
     }
     CloseInputPort();
     extras_->clickOutput.reset();
-    if (!factory_->IsFixed(outputPort_)) {
+    if (!ports_.IsFixed(output_.GetPort())) {
         CloseOutputPort();
     }
-    factory_->Rescan();
+    ports_.GetFactory()->Rescan();
     ListPortNames();
     EndStrandedNotes();
 }

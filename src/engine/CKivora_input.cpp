@@ -54,7 +54,7 @@ void CKivora::ProcessInput(TMIDIMessage message) {
         return;
     }
     if (EndsLatched(message)) {
-        EndLatched();
+        arpeggiators_.EndLatched();
     }
     switch (message.status) {
         case TMIDIMessage::kNoteOff:

@@ -46,10 +46,10 @@ void CKivora::SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t
 
 void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {
     TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
-    NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_[slot == VoiceSlots::kMain ? 0 : 1];
+    NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_.OfSlot(slot);
     if (arpeggiating_ && !arpeggiator.IsBypassed()) {
         CatchUpWithTicks();
-        arpeggiator.Process(&message, 1, clock_, *sink_);
+        arpeggiator.Process(&message, 1, clock_.Get(), *sink_);
     }
     if (message.status != 0) {
         Send(message);
@@ -71,7 +71,7 @@ void CKivora::SetSustain(bool on) {
 void CKivora::SendSustain(std::uint8_t value) {
     const Hold hold(*this);
     if (value == 0) {
-        EndLatched();
+        arpeggiators_.EndLatched();
     }
     if (sink_) {
         SendController(Controller::kSustain, value);
@@ -83,20 +83,8 @@ void CKivora::AllNotesOff() {
     if (!sink_) {
         return;
     }
-    ResetArpeggiators();
+    arpeggiators_.Reset();
     SendController(Controller::kAllNotesOff, 0);
-}
-
-void CKivora::ResetArpeggiators() {
-    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
-        arpeggiator.Reset();
-    }
-}
-
-void CKivora::EndLatched() {
-    for (NK::MIDI::CArpeggiator1& arpeggiator : arpeggiators_) {
-        arpeggiator.ReleaseLatched();
-    }
 }
 
 void CKivora::ResetSynth() {
@@ -104,7 +92,7 @@ void CKivora::ResetSynth() {
     if (!sink_) {
         return;
     }
-    ResetArpeggiators();
+    arpeggiators_.Reset();
     extras_->song->Interrupt();
     AllNotesOff();
     StopRecording();

@@ -13,41 +13,19 @@
 
 namespace Kivora {
 
-namespace {
-/// The creators, such that `threw` tells afterwards whether one of them ended with an exception.
-std::vector<LibMidi::BackendCreator> Watch(const std::vector<LibMidi::BackendCreator>& backends,
-                                           const std::shared_ptr<bool>& threw) {
-    std::vector<LibMidi::BackendCreator> watched;
-    for (const LibMidi::BackendCreator& create : backends) {
-        watched.emplace_back([create, threw] {
-            try {
-                return create();
-            } catch (const NK::CException&) {
-                *threw = true;
-                throw;
-            }
-        });
-    }
-    return watched;
-}
-}  // namespace
-
 void CKivora::InitMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
     ShutdownMidi();
-    const auto threw = std::make_shared<bool>(false);
-    factory_ = std::make_unique<LibMidi::PortFactory>(Watch(dependencies_.backends, threw));
-    factory_->TellOfDevices([this] { emit DevicesChanged(); });
-    if (!factory_->Refresh()) {
-        if (!*threw) {
-            factory_.reset();
+    switch (ports_.Make(dependencies_.backends, [this] { emit DevicesChanged(); })) {
+        case PortList::Made::kNothing:
             Fail(QT_TR_NOOP("MIDI engine initalization failed (PortMIDI interface couldn't be created)."));
-        }
-        Fail(QT_TR_NOOP("MIDI engine initalization failed (error listing MIDI ports)."));
-    }
-    if (!factory_->HasPorts()) {
-        Fail(QT_TR_NOOP("No MIDI ports found."));
+        case PortList::Made::kRefused:
+            Fail(QT_TR_NOOP("MIDI engine initalization failed (error listing MIDI ports)."));
+        case PortList::Made::kNoPorts:
+            Fail(QT_TR_NOOP("No MIDI ports found."));
+        case PortList::Made::kHasPorts:
+            break;
     }
     player_ = dependencies_.createPlayer ? dependencies_.createPlayer() : nullptr;
     if (!player_) {
@@ -63,27 +41,8 @@ void CKivora::InitMidi() {
 }
 
 void CKivora::ListPortNames() {
-    inputNames_.Clear();
-    outputNames_.Clear();
-    const LibMidi::MIDIPortContainer* ports = factory_->GetPortList();
-    if (ports == nullptr) {
-        return;
-    }
-    for (LibMidi::MIDIPortIterator next(ports); next.HasNext();) {
-        const LibMidi::MIDIPort* port = next.Next();
-        if (port == nullptr) {
-            Fail(QT_TR_NOOP("MIDI engine initalization failed (NULL port address)."));
-        }
-        const std::uint32_t flags = port->GetFlags();
-        if ((flags & LibMidi::kUnavailableFlag) != 0) {
-            continue;
-        }
-        if ((flags & LibMidi::kInput) != 0) {
-            inputNames_.Push(port->GetName());
-        }
-        if ((flags & LibMidi::kOutput) != 0) {
-            outputNames_.Push(port->GetName());
-        }
+    if (!ports_.ListNames()) {
+        Fail(QT_TR_NOOP("MIDI engine initalization failed (NULL port address)."));
     }
 }
 
@@ -97,9 +56,7 @@ void CKivora::ShutdownMidi() {
     sink_.reset();
     CloseInputPort();
     CloseOutputPort();
-    factory_.reset();
-    inputNames_.Clear();
-    outputNames_.Clear();
+    ports_.Clear();
 }
 
 void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
@@ -110,14 +67,9 @@ void CKivora::SetOutputPort(LibMidi::MIDIOutPort* port) {
     }
     CloseOutputPort();
     CloseClickOn(port);
-    if (!player_ || port->Open() != LibMidi::kSuccess) {
+    if (!player_ || !output_.Open(*port, *player_, ports_)) {
         Fail(QT_TR_NOOP("Failed to open output MIDI port."));
     }
-    follower_.emplace(*port);
-    outputBinding_ = player_->AttachOutput(&*follower_);
-    outputPort_ = port;
-    outputPortName_ = port->GetName();
-    outputIndex_ = outputNames_.Find(outputPortName_);
     if (!player_->IsRunning() && !player_->Start()) {
         sink_->SetAccepting(false);
         sink_->Clear();
@@ -135,63 +87,43 @@ void CKivora::CloseOutputPort() {
     ResetSynth();
     if (player_) {
         player_->Stop();
-        if (outputBinding_ >= 0) {
-            player_->DetachOutput(outputBinding_);
-        }
-        if (!outputLost_ && player_->HasWriteFailed()) {
+        output_.Detach(*player_);
+        if (!output_.IsLost() && player_->HasWriteFailed()) {
             LoseOutput(false);  // by the last that was written, which nobody has looked at yet
         }
-        if (outputLost_) {
+        if (output_.IsLost()) {
             sink_->Clear();
         }
     }
-    follower_.reset();
-    if (outputPort_ != nullptr) {
-        outputPort_->Close();
-        outputPort_ = nullptr;
-    }
-    outputBinding_ = -1;
-    outputIndex_ = -1;
-    outputLost_ = false;
+    output_.Close();
 }
 
 void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    if (port != nullptr && port == inputPort_.load()) {
+    if (port != nullptr && port == input_.GetPort()) {
         return;
     }
     CloseInputPort();
     if (port == nullptr) {
         Fail(QT_TR_NOOP("NULL input port."));
     }
-    if (port->Open() != LibMidi::kSuccess) {
+    if (!input_.Open(*port, *this, ports_)) {
         Fail(QT_TR_NOOP("Failed to open input MIDI port:"), NK::ToQt(port->GetName()));
     }
     inputKeys_.Clear();
     extras_->pedal.input = 0;
-    inputPort_.store(port);
-    port->AddListener(this);
-    inputPortName_ = port->GetName();
-    inputIndex_ = inputNames_.Find(inputPortName_);
 }
 
 void CKivora::CloseInputPort() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    if (LibMidi::MIDIInPort* port = inputPort_.load()) {
-        port->RemoveListener(this);
-        port->Close();
-        inputPort_.store(nullptr);
-    }
-    inputIndex_ = -1;
-    inputLost_ = false;
+    input_.Close(*this);
 }
 
 bool CKivora::SetOutputPortByName(const NK::CString& name) {
     const Hold hold(*this);
-    const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
-    LibMidi::MIDIOutPort* port = ports == nullptr ? nullptr : ports->FindOutputByName(name);
+    LibMidi::MIDIOutPort* const port = ports_.FindOutput(name);
     if (port == nullptr) {
         return false;
     }
@@ -201,8 +133,7 @@ bool CKivora::SetOutputPortByName(const NK::CString& name) {
 
 bool CKivora::SetInputPortByName(const NK::CString& name) {
     const Hold hold(*this);
-    const LibMidi::MIDIPortContainer* ports = factory_ ? factory_->GetPortList() : nullptr;
-    LibMidi::MIDIInPort* port = ports == nullptr ? nullptr : ports->FindInputByName(name);
+    LibMidi::MIDIInPort* const port = ports_.FindInput(name);
     if (port == nullptr) {
         return false;
     }
@@ -212,14 +143,16 @@ bool CKivora::SetInputPortByName(const NK::CString& name) {
 
 bool CKivora::SetOutputPortByIndex(int index) {
     const Hold hold(*this);
-    return index >= 0 && index < static_cast<int>(outputNames_.GetSize()) &&
-           SetOutputPortByName(NK::CString(outputNames_[static_cast<std::uint32_t>(index)]));
+    const NK::CStringArray& names = ports_.GetOutputNames();
+    return index >= 0 && index < static_cast<int>(names.GetSize()) &&
+           SetOutputPortByName(NK::CString(names[static_cast<std::uint32_t>(index)]));
 }
 
 bool CKivora::SetInputPortByIndex(int index) {
     const Hold hold(*this);
-    return index >= 0 && index < static_cast<int>(inputNames_.GetSize()) &&
-           SetInputPortByName(NK::CString(inputNames_[static_cast<std::uint32_t>(index)]));
+    const NK::CStringArray& names = ports_.GetInputNames();
+    return index >= 0 && index < static_cast<int>(names.GetSize()) &&
+           SetInputPortByName(NK::CString(names[static_cast<std::uint32_t>(index)]));
 }
 
 int CKivora::FindDefaultOutputPort() const {
@@ -228,12 +161,13 @@ int CKivora::FindDefaultOutputPort() const {
         FindByCandidates({L"Программный синтезатор звуковой", L"Программный синтезатор", L"Microsoft Synthesizer",
                           L"Microsoft synthesizer", L"Microsoft GS Wavetable Synth", L"Software synthesizer",
                           NK::FromQt(tr("Microsoft Synthesizer", "System software synthesizer name for the locale"))},
-                         outputNames_);
+                         ports_.GetOutputNames());
     if (index >= 0) {
         return index;
     }
-    const LibMidi::MIDIOutPort* port = factory_ ? factory_->GetDefaultOutput() : nullptr;
-    return port == nullptr ? -1 : outputNames_.Find(port->GetName());
+    const LibMidi::PortFactory* const factory = ports_.GetFactory();
+    const LibMidi::MIDIOutPort* const port = factory != nullptr ? factory->GetDefaultOutput() : nullptr;
+    return port == nullptr ? -1 : ports_.GetOutputNames().Find(port->GetName());
 }
 
 NK::CString CKivora::GetDefaultOutputPortName() const {
@@ -242,19 +176,20 @@ NK::CString CKivora::GetDefaultOutputPortName() const {
     if (index < 0) {
         Fail(QT_TR_NOOP("No default output MIDI port found."));
     }
-    return outputNames_[static_cast<std::uint32_t>(index)];
+    return ports_.GetOutputNames()[static_cast<std::uint32_t>(index)];
 }
 
 void CKivora::OpenPorts() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    const bool outputSaved = !outputPortName_.IsEmpty();
+    const LibMidi::PortFactory* const factory = ports_.GetFactory();
+    const bool outputSaved = !output_.GetName().IsEmpty();
     if (outputSaved) {
-        SetOutputPortByName(NK::CString(outputPortName_));
+        SetOutputPortByName(NK::CString(output_.GetName()));
     }
-    if (!inputPortName_.IsEmpty()) {
-        SetInputPortByName(NK::CString(inputPortName_));
-    } else if (factory_ && factory_->GetDefaultInput() != nullptr) {
+    if (!input_.GetName().IsEmpty()) {
+        SetInputPortByName(NK::CString(input_.GetName()));
+    } else if (factory != nullptr && factory->GetDefaultInput() != nullptr) {
         SetInputPortByIndex(0);
     }
     if (!outputSaved) {
@@ -263,30 +198,31 @@ void CKivora::OpenPorts() {
 }
 
 bool CKivora::KeepsThroughRescan(LibMidi::MIDIPort* port) {
-    return factory_->IsFixed(port) ||
-           (factory_->StaysThroughRescan(port) && port->LookAtDevice() == LibMidi::DeviceState::kWorks);
+    return ports_.IsFixed(port) ||
+           (ports_.StaysThroughRescan(port) && port->LookAtDevice() == LibMidi::DeviceState::kWorks);
 }
 
 bool CKivora::RescanPorts() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
-    if (!factory_ || IsRecording()) {
+    LibMidi::PortFactory* const factory = ports_.GetFactory();
+    if (factory == nullptr || IsRecording()) {
         return false;
     }
-    const bool outputStays =
-        outputPort_ != nullptr && !outputLost_ && !player_->HasWriteFailed() && KeepsThroughRescan(outputPort_);
-    const bool inputWasLost = inputLost_;
-    const bool inputStays = !inputLost_ && KeepsThroughRescan(inputPort_.load());
+    const bool outputStays = output_.GetPort() != nullptr && !output_.IsLost() && !player_->HasWriteFailed() &&
+                             KeepsThroughRescan(output_.GetPort());
+    const bool inputWasLost = input_.IsLost();
+    const bool inputStays = !inputWasLost && KeepsThroughRescan(input_.GetPort());
     if (!inputStays) {
         CloseInputPort();
     }
-    if (!outputStays && outputPort_ != nullptr) {
+    if (!outputStays && output_.GetPort() != nullptr) {
         CloseOutputPort();
     }
-    if (extras_->clickOutput && !factory_->StaysThroughRescan(&extras_->clickOutput->GetPort())) {
+    if (extras_->clickOutput && !ports_.StaysThroughRescan(&extras_->clickOutput->GetPort())) {
         extras_->clickOutput.reset();
     }
-    const bool found = factory_->Rescan() && factory_->HasPorts();
+    const bool found = factory->Rescan() && factory->HasPorts();
     ListPortNames();
     std::exception_ptr failure;
     const auto attempt = [&failure](auto open) {
@@ -297,16 +233,16 @@ bool CKivora::RescanPorts() {
         }
     };
     if (outputStays) {
-        outputIndex_ = outputNames_.Find(outputPortName_);
-    } else if (!outputPortName_.IsEmpty()) {
+        output_.Follow(ports_);
+    } else if (!output_.GetName().IsEmpty()) {
         attempt([this] { SetOutputPortByName(NK::CString(GetOutputPortName())); });
     }
     if (inputStays) {
-        inputIndex_ = inputNames_.Find(inputPortName_);
-    } else if (!inputPortName_.IsEmpty()) {
+        input_.Follow(ports_);
+    } else if (!input_.GetName().IsEmpty()) {
         attempt([this] { SetInputPortByName(NK::CString(GetInputPortName())); });
     }
-    inputLost_ = inputLost_ || (inputWasLost && inputPort_.load() == nullptr);
+    input_.SetLost(input_.IsLost() || (inputWasLost && input_.GetPort() == nullptr));
     if (failure) {
         std::rethrow_exception(failure);
     }
@@ -318,9 +254,9 @@ bool CKivora::UpdatePorts() {
     LibMidi::PortFactory* factory = nullptr;
     {
         const CLockGuard guard(lock_);
-        factory = factory_.get();
+        factory = ports_.GetPorts() != nullptr ? ports_.GetFactory() : nullptr;
     }
-    if (factory == nullptr || factory->GetPortList() == nullptr) {
+    if (factory == nullptr) {
         return false;
     }
     // Without the lock: what it takes is the system's matter, and only this thread lists, opens and closes ports.
@@ -333,58 +269,51 @@ bool CKivora::UpdatePorts() {
         }
         return taken;
     };
-    const auto before = std::pair(take(inputNames_), take(outputNames_));
+    const auto before = std::pair(take(ports_.GetInputNames()), take(ports_.GetOutputNames()));
     ListPortNames();
-    const LibMidi::MIDIPortContainer& ports = *factory_->GetPortList();
-    if (const auto* input = inputPort_.load() == nullptr ? ports.FindInputByName(inputPortName_) : nullptr) {
-        inputPortName_ = input->GetName();
-    }
-    if (const auto* output = outputPort_ == nullptr ? ports.FindOutputByName(outputPortName_) : nullptr) {
-        outputPortName_ = output->GetName();
-    }
-    inputIndex_ = inputPort_.load() != nullptr ? inputNames_.Find(inputPortName_) : -1;
-    outputIndex_ = outputPort_ != nullptr ? outputNames_.Find(outputPortName_) : -1;
-    return before != std::pair(take(inputNames_), take(outputNames_));
+    input_.Follow(ports_);
+    output_.Follow(ports_);
+    return before != std::pair(take(ports_.GetInputNames()), take(ports_.GetOutputNames()));
 }
 
 NK::CStringArray CKivora::GetInputPortNames() const {
     const CLockGuard guard(lock_);
-    return inputNames_;
+    return ports_.GetInputNames();
 }
 
 NK::CStringArray CKivora::GetOutputPortNames() const {
     const CLockGuard guard(lock_);
-    return outputNames_;
+    return ports_.GetOutputNames();
 }
 
 NK::CString CKivora::GetInputPortName() const {
     const CLockGuard guard(lock_);
-    return inputPortName_;
+    return input_.GetName();
 }
 
 NK::CString CKivora::GetOutputPortName() const {
     const CLockGuard guard(lock_);
-    return outputPortName_;
+    return output_.GetName();
 }
 
 void CKivora::SetSavedInputPortName(const NK::CString& name) {
     const Hold hold(*this);
-    inputPortName_ = name;
+    input_.SetName(name);
 }
 
 void CKivora::SetSavedOutputPortName(const NK::CString& name) {
     const Hold hold(*this);
-    outputPortName_ = name;
+    output_.SetName(name);
 }
 
 int CKivora::GetInputPortIndex() const {
     const CLockGuard guard(lock_);
-    return inputIndex_;
+    return input_.GetIndex();
 }
 
 int CKivora::GetOutputPortIndex() const {
     const CLockGuard guard(lock_);
-    return outputIndex_;
+    return output_.GetIndex();
 }
 
 bool CKivora::IsOutputReady() const {
@@ -394,7 +323,7 @@ bool CKivora::IsOutputReady() const {
 
 bool CKivora::IsOutputLost() const {
     const CLockGuard guard(lock_);
-    return outputLost_;
+    return output_.IsLost();
 }
 
 }  // namespace Kivora

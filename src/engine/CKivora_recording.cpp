@@ -17,7 +17,7 @@ bool CKivora::StartRecording() {
     sink_->StartCapture();
     AdvanceClock();
     extras_->grid = {};
-    extras_->grid.Add(0, clock_, false);
+    extras_->grid.Add(0, clock_.Get(), false);
     SendPatches();
     SendVolumes();
     emit RecordingStateChanged();

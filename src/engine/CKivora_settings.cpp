@@ -17,8 +17,8 @@ namespace {
 
 constexpr int kDefaultTempo = 120;
 
-NK::CString GetArpeggiatorSection(const NK::CString& section, std::size_t index) {
-    return section + L"_Arpeggiator" + NK::CString::FromInt(static_cast<std::int64_t>(index));
+NK::CString GetArpeggiatorSection(const NK::CString& section, int index) {
+    return section + L"_Arpeggiator" + NK::CString::FromInt(index);
 }
 
 /// False when there is no such section or it is refused; then nothing has changed.
@@ -49,9 +49,9 @@ bool CKivora::LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section) 
     bool arpeggiating = false;
     file.GetBool(L"Arpeggiation", arpeggiating);
     SetArpeggiating(arpeggiating);
-    for (std::size_t i = 0; i < arpeggiators_.size(); ++i) {
-        if (!LoadArpeggiator(arpeggiators_[i], file, GetArpeggiatorSection(section, i))) {
-            arpeggiators_[i].SetBypassed(true);
+    for (int i = 0; i < kArpeggiatorCount; ++i) {
+        if (!LoadArpeggiator(arpeggiators_.At(i), file, GetArpeggiatorSection(section, i))) {
+            arpeggiators_.At(i).SetBypassed(true);
         }
     }
     return true;
@@ -61,13 +61,13 @@ bool CKivora::SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section) 
     const Hold hold(*this);
     file.SelectOrAddSection(section);
     WriteVoiceSlots(file, voices_);
-    file.SetInt(L"Tempo", tempo_);
+    file.SetInt(L"Tempo", clock_.GetTempo());
     file.SetInt(L"Metronome", IsMetronomeOn() ? 1 : 0);
     file.SetInt(L"Arpeggiation", arpeggiating_ ? 1 : 0);
     bool saved = true;
-    for (std::size_t i = 0; i < arpeggiators_.size(); ++i) {
+    for (int i = 0; i < kArpeggiatorCount; ++i) {
         file.SelectOrAddSection(GetArpeggiatorSection(section, i));
-        saved = arpeggiators_[i].SaveSettings(file) && saved;
+        saved = arpeggiators_.At(i).SaveSettings(file) && saved;
     }
     return saved;
 }
@@ -91,8 +91,8 @@ void CKivora::ApplySettings(const Settings& settings) {
 
 Settings CKivora::GatherSettings() const {
     Settings settings;
-    settings.input = inputPortName_;
-    settings.output = outputPortName_;
+    settings.input = input_.GetName();
+    settings.output = output_.GetName();
     settings.velocityLow = velocityLow_;
     settings.velocityNormal = velocityNormal_;
     settings.velocityHigh = velocityHigh_;
@@ -113,7 +113,7 @@ bool CKivora::LoadSettings() {
     NK::CIniFile file = settingsFile_.Load();
     if (!file.SelectSection(Settings::kSection)) {
         // As on the first start: every key is missing, those of the arpeggiators too.
-        for (std::size_t i = 0; i < kArpeggiatorCount; ++i) {
+        for (int i = 0; i < kArpeggiatorCount; ++i) {
             file.SelectOrAddSection(GetArpeggiatorSection(Settings::kSection, i));
         }
         file.SelectOrAddSection(Settings::kSection);

@@ -4,7 +4,6 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "midi/MIDIControllers.h"
-#include "nk/nk_exception.h"
 
 namespace Kivora {
 
@@ -240,13 +239,6 @@ std::uint8_t CKivora::GetVelocityNormal() const {
 std::uint8_t CKivora::GetVelocityHigh() const {
     const CLockGuard guard(lock_);
     return velocityHigh_;
-}
-
-NK::MIDI::CArpeggiator1& CKivora::ArpeggiatorAt(int index) {
-    if (index < 0 || index >= kArpeggiatorCount) {
-        throw NK::CBadIndexException();
-    }
-    return arpeggiators_[static_cast<std::size_t>(index)];
 }
 
 }  // namespace Kivora

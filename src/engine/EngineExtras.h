@@ -49,11 +49,8 @@ struct EngineExtras {
     std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
     BoundControls controls;  ///< of the input port
-    /// How far the musical clock, which counts whole milliseconds, stands before where the changes of the tempo within
-    /// its bars have taken it; negative where it stands behind.
-    double clockAheadMs = 0;
-    VelocityMap velocity;  ///< of the notes of the input port
-    PedalHolders pedal;    ///< the key is set by EngineFront::SetSustain()
+    VelocityMap velocity;    ///< of the notes of the input port
+    PedalHolders pedal;      ///< the key is set by EngineFront::SetSustain()
     PatchShelf patches;
     RecentPresets presets;
     BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()

@@ -201,11 +201,12 @@ void EngineFront::ChangeTempo(int tempo) {
 }
 
 bool EngineFront::IsArpeggioPlaying() {
-    const auto plays = [this](int index) {
-        return engine_.WithArpeggiator(
-            index, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.IsPlaying(); });
-    };
-    return engine_.IsArpeggiating() && (plays(0) || plays(1));
+    bool plays = false;
+    for (int index = 0; index < CKivora::kArpeggiatorCount; ++index) {
+        plays = plays || engine_.WithArpeggiator(
+                             index, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.IsPlaying(); });
+    }
+    return plays && engine_.IsArpeggiating();
 }
 
 void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
