@@ -10,8 +10,20 @@
 
 namespace Kivora {
 
+namespace {
+/// Until settings are loaded.
+Settings GetFirstSettings() {
+    Settings settings;
+    settings.uiColor = {192, 192, 192};
+    settings.uiDisplayColor = {200, 200, 255};
+    settings.uiDisplay2Color = {200, 255, 200};
+    return settings;
+}
+}  // namespace
+
 CKivora::CKivora(EngineDependencies dependencies)
     : dependencies_(std::move(dependencies)),
+      settings_(GetFirstSettings()),
       timeSource_(&NK::GetSteadyNowNs),
       extras_(std::make_unique<EngineExtras>()) {
     if (dependencies_.runTickTimer) {

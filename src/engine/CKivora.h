@@ -8,9 +8,11 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "engine/Arpeggiators.h"
 #include "engine/EngineDependencies.h"
@@ -303,7 +305,13 @@ public:
     /// The sink, for reading what was captured; null without one. [any]
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> GetCapture() const;
 
-    // Interface settings: kept here, used by the panel. The first four setters emit on every call.
+    // The settings that the panel uses.
+    Settings GetSettings() const;
+    /// Calls `change` with the settings under the engine's lock. Then each one that has changed is told of: names of
+    /// patches by PatchChanged(), those of keys by KeyTranslationSettingChanged(), what the piano shows by
+    /// KeyboardDisplayChanged(), the look by UISkinChanged(). Velocities are to be 1..127.
+    void ChangeSettings(const std::function<void(Settings& settings)>& change);
+    // The same one by one. The first four setters emit on every call.
     void SetTranslatePatchNames(bool on);        ///< PatchChanged()
     void SetTranslateKeyNames(bool on);          ///< KeyTranslationSettingChanged()
     void SetShowNoteNames(bool on);              ///< KeyboardDisplayChanged()
@@ -448,8 +456,7 @@ private:
     void CloseClickOn(const LibMidi::MIDIOutPort* port) NK_REQUIRES(lock_);
 
     void WriteSettings(NK::CIniFile& file);
-    void ApplySettings(const Settings& settings) NK_REQUIRES(lock_);
-    Settings GatherSettings() const NK_REQUIRES(lock_);
+    void Tell(const std::vector<EShownIn>& changes) NK_REQUIRES(lock_);
     void LoadSynthSettings(NK::CIniFile& file);
     void SaveSynthSettings(NK::CIniFile& file);
 
@@ -470,19 +477,8 @@ private:
     RunningClock clock_ NK_GUARDED_BY(lock_);
     Arpeggiators arpeggiators_ NK_GUARDED_BY(lock_);
     bool arpeggiating_ NK_GUARDED_BY(lock_) = false;
-    std::uint8_t velocityLow_ NK_GUARDED_BY(lock_) = 40;
-    std::uint8_t velocityNormal_ NK_GUARDED_BY(lock_) = 80;
-    std::uint8_t velocityHigh_ NK_GUARDED_BY(lock_) = 127;
-    bool translatePatchNames_ NK_GUARDED_BY(lock_) = true;
-    bool translateKeyNames_ NK_GUARDED_BY(lock_) = true;
-    NK::Piano::EPCKeyWay pcKeyWay_ NK_GUARDED_BY(lock_) = NK::Piano::EPCKeyWay::kAutomatic;
-    bool showNoteNames_ NK_GUARDED_BY(lock_) = false;
+    Settings settings_ NK_GUARDED_BY(lock_);
     NK::CString presetName_ NK_GUARDED_BY(lock_);
-    int keyboardColoring_ NK_GUARDED_BY(lock_) = 0;
-    QColor uiColor_ NK_GUARDED_BY(lock_){192, 192, 192};
-    QColor uiDisplayColor_ NK_GUARDED_BY(lock_){200, 200, 255};
-    QColor uiDisplay2Color_ NK_GUARDED_BY(lock_){200, 255, 200};
-    QString wallpaper_ NK_GUARDED_BY(lock_);
     NK::CSysTimeSource timeSource_;
     PortList ports_ NK_GUARDED_BY(lock_);
     std::unique_ptr<LibMidi::MIDIPlayer> player_ NK_GUARDED_BY(lock_);

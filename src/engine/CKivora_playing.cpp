@@ -30,7 +30,9 @@ void CKivora::PlayAfterTouch(std::uint8_t note, std::uint8_t pressure) {
 
 void CKivora::PlayPcKey(std::uint8_t note, int level) {
     const Hold hold(*this);
-    PlayNoteOn(note, level == 0 ? velocityLow_ : level == 2 ? velocityHigh_ : velocityNormal_);
+    PlayNoteOn(note, level == 0   ? settings_.velocityLow
+                     : level == 2 ? settings_.velocityHigh
+                                  : settings_.velocityNormal);
 }
 
 void CKivora::SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {

@@ -1,5 +1,6 @@
 // The settings file.
 #include <cmath>
+#include <utility>
 
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
@@ -72,42 +73,6 @@ bool CKivora::SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section) 
     return saved;
 }
 
-void CKivora::ApplySettings(const Settings& settings) {
-    SetSavedInputPortName(settings.input);
-    SetSavedOutputPortName(settings.output);
-    velocityLow_ = settings.velocityLow;
-    velocityNormal_ = settings.velocityNormal;
-    velocityHigh_ = settings.velocityHigh;
-    SetTranslatePatchNames(settings.translatePatchNames);
-    SetTranslateKeyNames(settings.translateKeyNames);
-    SetPCKeyWay(settings.pcKeyWay);
-    SetShowNoteNames(settings.showNoteNames);
-    SetKeyboardColoring(settings.keyboardColoring);
-    SetUIColor(settings.uiColor);
-    SetUIDisplayColor(settings.uiDisplayColor);
-    SetUIDisplay2Color(settings.uiDisplay2Color);
-    SetWallpaper(settings.wallpaper);
-}
-
-Settings CKivora::GatherSettings() const {
-    Settings settings;
-    settings.input = input_.GetName();
-    settings.output = output_.GetName();
-    settings.velocityLow = velocityLow_;
-    settings.velocityNormal = velocityNormal_;
-    settings.velocityHigh = velocityHigh_;
-    settings.translatePatchNames = translatePatchNames_;
-    settings.translateKeyNames = translateKeyNames_;
-    settings.pcKeyWay = pcKeyWay_;
-    settings.showNoteNames = showNoteNames_;
-    settings.keyboardColoring = keyboardColoring_;
-    settings.uiColor = uiColor_;
-    settings.uiDisplayColor = uiDisplayColor_;
-    settings.uiDisplay2Color = uiDisplay2Color_;
-    settings.wallpaper = wallpaper_;
-    return settings;
-}
-
 bool CKivora::LoadSettings() {
     static_cast<void>(GetUserDataDir());
     NK::CIniFile file = settingsFile_.Load();
@@ -118,12 +83,15 @@ bool CKivora::LoadSettings() {
         }
         file.SelectOrAddSection(Settings::kSection);
     }
+    const SavedPorts ports = SavedPorts::Read(file);
     const Settings settings = Settings::Read(file);
     lastFolders_ = LastFolders::Read(file);
     LoadSynthSettings(file);
     {
         const Hold hold(*this);
-        ApplySettings(settings);
+        input_.SetName(ports.input);
+        output_.SetName(ports.output);
+        Tell(settings.GetLoaded(std::exchange(settings_, settings)));
         extras_->ReadSettings(file);
         StoreClick(ClickSettings::Read(file));
         LoadVoiceSettings(file, Settings::kSection);
@@ -137,7 +105,8 @@ void CKivora::WriteSettings(NK::CIniFile& file) {
     {
         const Hold hold(*this);
         file.SelectOrAddSection(Settings::kSection);
-        GatherSettings().Write(file);
+        SavedPorts{input_.GetName(), output_.GetName()}.Write(file);
+        settings_.Write(file);
         SaveVoiceSettings(file, Settings::kSection);
         extras_->WriteSettings(file);
     }

@@ -117,17 +117,17 @@ void CKivora::TransposeDown(int slot) {
 
 void CKivora::SetVelocityLow(int velocity) {
     const Hold hold(*this);
-    velocityLow_ = ClampVelocity(velocity);
+    settings_.velocityLow = ClampVelocity(velocity);
 }
 
 void CKivora::SetVelocityNormal(int velocity) {
     const Hold hold(*this);
-    velocityNormal_ = ClampVelocity(velocity);
+    settings_.velocityNormal = ClampVelocity(velocity);
 }
 
 void CKivora::SetVelocityHigh(int velocity) {
     const Hold hold(*this);
-    velocityHigh_ = ClampVelocity(velocity);
+    settings_.velocityHigh = ClampVelocity(velocity);
 }
 
 void CKivora::SendPatch(int slot) {
@@ -228,17 +228,17 @@ bool CKivora::IsArpeggiating() const {
 
 std::uint8_t CKivora::GetVelocityLow() const {
     const CLockGuard guard(lock_);
-    return velocityLow_;
+    return settings_.velocityLow;
 }
 
 std::uint8_t CKivora::GetVelocityNormal() const {
     const CLockGuard guard(lock_);
-    return velocityNormal_;
+    return settings_.velocityNormal;
 }
 
 std::uint8_t CKivora::GetVelocityHigh() const {
     const CLockGuard guard(lock_);
-    return velocityHigh_;
+    return settings_.velocityHigh;
 }
 
 }  // namespace Kivora

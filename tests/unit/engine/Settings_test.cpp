@@ -235,6 +235,64 @@ TEST_F(SettingsFile, AColourThatDiffersIsAnnouncedAndOneThatDoesNotIsNot) {
     EXPECT_THAT(signals_.Take(), Contains("UISkinChanged").Times(3));
 }
 
+TEST_F(SettingsFile, WhatIsLoadedIsToldInItsOrderNamesAndKeyboardInAnyCase) {
+    Load("");
+    SignalLog signals_(engine);
+    const auto told = [&signals_] {
+        std::vector<std::string> names = signals_.Take();
+        names.erase(std::find(names.begin(), names.end(), "MetronomeChanged"), names.end());
+        return names;
+    };
+    Load("");
+    EXPECT_THAT(told(), ElementsAre("PatchChanged", "KeyTranslationSettingChanged", "KeyboardDisplayChanged",
+                                    "KeyboardDisplayChanged"));
+    Load("ComputerKeys=2\nUIColorRGB=010203\nWallpaper=/w.png\n");
+    EXPECT_THAT(told(),
+                ElementsAre("PatchChanged", "KeyTranslationSettingChanged", "KeyTranslationSettingChanged",
+                            "KeyboardDisplayChanged", "KeyboardDisplayChanged", "UISkinChanged", "UISkinChanged"));
+}
+
+TEST_F(SettingsFile, SettersOfNamesAndKeyboardTellInAnyCaseTheOthersOfChanges) {
+    engine.SetUIColor({1, 2, 3});
+    SignalLog signals_(engine);
+    engine.SetUIColor({1, 2, 3});
+    engine.SetUIDisplayColor(engine.GetUIDisplayColor());
+    engine.SetUIDisplay2Color(engine.GetUIDisplay2Color());
+    engine.SetWallpaper(engine.GetWallpaper());
+    engine.SetPCKeyWay(engine.GetPCKeyWay());
+    EXPECT_THAT(signals_.Take(), IsEmpty());
+    engine.SetTranslatePatchNames(true);
+    engine.SetTranslateKeyNames(true);
+    engine.SetShowNoteNames(false);
+    engine.SetKeyboardColoring(0);
+    EXPECT_THAT(signals_.Take(), ElementsAre("PatchChanged", "KeyTranslationSettingChanged", "KeyboardDisplayChanged",
+                                             "KeyboardDisplayChanged"));
+}
+
+TEST_F(SettingsFile, OfSettingsThatAreChangedTogetherWhatDiffersIsToldWhenAllAreInForce) {
+    SignalLog signals_(engine);
+    QString seen;
+    QObject::connect(&engine, &Kivora::CKivora::KeyboardDisplayChanged, &engine, [&] { seen = engine.GetWallpaper(); });
+    engine.ChangeSettings([](Kivora::Settings& settings) {
+        settings.wallpaper = "/w.png";
+        settings.keyboardColoring = 2;
+        settings.velocityLow = 1;
+        settings.translateKeyNames = true;
+    });
+    EXPECT_THAT(signals_.Take(), ElementsAre("KeyboardDisplayChanged", "UISkinChanged"));
+    EXPECT_EQ(seen, "/w.png");
+    EXPECT_EQ(engine.GetKeyboardColoring(), 2);
+    EXPECT_EQ(engine.GetSettings().velocityLow, 1);
+    engine.ChangeSettings([](Kivora::Settings&) {});
+    EXPECT_THAT(signals_.Take(), IsEmpty());
+}
+
+TEST_F(SettingsFile, BeforeAFileIsLoadedTheDisplayHasItsFirstColours) {
+    EXPECT_EQ(engine.GetUIColor(), QColor(110, 112, 93));
+    EXPECT_EQ(engine.GetUIDisplayColor(), QColor(200, 200, 255));
+    EXPECT_EQ(engine.GetUIDisplay2Color(), QColor(200, 255, 200));
+}
+
 TEST_F(SettingsFile, VelocityLevelsAreKeptIn8BitsAsRead) {
     Load("VelocityLow=0\nVelocityNormal=200\nVelocityHigh=300\n");
     EXPECT_EQ(engine.GetVelocityLow(), 0);
