@@ -154,6 +154,11 @@ TEST(ListenerList, RemovingFromAnotherThreadWaitsForTheCallInProgress) {
 
 TEST(ListenerList, ListenersMayComeAndGoWhileOthersAreCalled) {
     CSetup setup;
+    CListener lasting;
+    std::atomic<int> calls{0};
+    std::atomic<int> callsAfterRemoval{0};
+    lasting.onCall = [&] { ++calls; };
+    setup.list.Add(&lasting);
     std::atomic<bool> stop{false};
     std::thread caller([&] {
         while (!stop) {
@@ -161,13 +166,19 @@ TEST(ListenerList, ListenersMayComeAndGoWhileOthersAreCalled) {
         }
     });
     for (int round = 0; round < 500; ++round) {
-        auto listener = std::make_unique<CListener>();
-        listener->onCall = [] {};
-        setup.list.Add(listener.get());
-        setup.list.Remove(listener.get());
+        std::atomic<bool> isRemoved{false};
+        CListener listener;
+        listener.onCall = [&] { callsAfterRemoval += isRemoved ? 1 : 0; };
+        setup.list.Add(&listener);
+        setup.list.Remove(&listener);
+        isRemoved = true;
+        for (const int before = calls; calls == before;) {
+            std::this_thread::yield();
+        }
     }
     stop = true;
     caller.join();
+    EXPECT_EQ(callsAfterRemoval, 0);
 }
 
 }  // namespace

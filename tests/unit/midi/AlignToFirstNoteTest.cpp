@@ -56,6 +56,9 @@ TEST(AlignToFirstNote, WithoutANoteEveryTimeBecomesZero) {
 }
 
 TEST(AlignToFirstNote, AnEmptyListIsLeftAlone) {
+    CMIDIMessageX beyond(kNoteOn, 5);
+    AlignToFirstNote(&beyond, 0, 100);
+    EXPECT_EQ(beyond.time, 5);
     AlignToFirstNote(nullptr, 0, 100);
 }
 

@@ -295,8 +295,16 @@ TEST_F(PianoTest, KeysAreLitByMessages) {
 }
 
 TEST_F(PianoTest, NotesFrom128AreIgnored) {
-    EXPECT_NO_THROW(piano_.PressKey(128));
-    EXPECT_NO_THROW(piano_.ReleaseKey(255));
+    piano_.PressKey(127);
+    Signals();
+    piano_.PressKey(128);
+    piano_.PressKey(255);
+    for (int note = 0; note < 127; ++note) {
+        EXPECT_FALSE(piano_.IsPressed(static_cast<std::uint8_t>(note))) << note;
+    }
+    piano_.ReleaseKey(255);
+    EXPECT_TRUE(piano_.IsPressed(127));
+    EXPECT_EQ(Signals(), CSignals{});
 }
 
 TEST_F(PianoTest, RangeBeyondTheLastNoteCanBeShownAndPlayed) {
