@@ -1,11 +1,11 @@
 // The built-in synthesizer through a PulseAudio server of the test's own, whose sink is recorded.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
-#include <thread>
 
 #include "libmidi/synth/SynthApi.h"
 #include "libmidi/synth/SynthOutPort.h"
@@ -14,6 +14,7 @@
 #include "support/Pitch.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ namespace fs = std::filesystem;
 using KivoraTest::CChildProcess;
 using KivoraTest::CFatalLog;
 using KivoraTest::CTemporaryFolder;
+using KivoraTest::WaitUntil;
 using namespace LibMidi;
 using namespace std::chrono_literals;
 
@@ -29,19 +31,6 @@ constexpr std::uintmax_t kBytesPerSecond = 48000 * 2 * 2;
 
 bool IsInstalled(const std::string& program) {
     return std::system(("command -v " + program + " >/dev/null").c_str()) == 0;
-}
-
-/// Waits until the condition holds; false after a generous limit.
-template <class Condition>
-bool WaitUntil(const Condition& condition) {
-    const auto limit = std::chrono::steady_clock::now() + 60s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > limit) {
-            return false;
-        }
-        std::this_thread::sleep_for(5ms);
-    }
-    return true;
 }
 
 std::string ReadOutput(const std::string& command) {

@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <thread>
 
 #include "support/SequencerClient.h"
+#include "support/WaitUntil.h"
 
 namespace KivoraTest {
 
@@ -21,19 +20,6 @@ inline void RequireSequencer() {
         FAIL() << "a sequencer is required, and this machine has none";
     }
     GTEST_SKIP() << "this machine has no ALSA sequencer";
-}
-
-/// False after a minute.
-template <class Condition>
-bool WaitUntil(const Condition& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
 }
 
 }  // namespace KivoraTest

@@ -18,9 +18,9 @@
 #include "support/ChildProcess.h"
 #include "support/KillAtSystemCall.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 #include "unit/engine/EngineRig.h"
 #include "unit/engine/RecordUntilKilled.h"
-#include "unit/nk/WaitUntil.h"
 
 using namespace KivoraTest;
 using Kivora::TakeJournal;

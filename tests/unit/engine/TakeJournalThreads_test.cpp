@@ -12,7 +12,7 @@
 #include "libmidi/MIDIPlayer.h"
 #include "support/FakeBackend.h"
 #include "support/TemporaryFolder.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 using namespace KivoraTest;
 using Kivora::TakeJournal;

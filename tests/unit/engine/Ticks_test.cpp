@@ -8,8 +8,8 @@
 #include "engine/values/ClickSettings.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_wakeup.h"
+#include "support/WaitUntil.h"
 #include "unit/engine/EngineRig.h"
-#include "unit/nk/WaitUntil.h"
 
 using namespace KivoraTest;
 

@@ -11,26 +11,15 @@
 #include "libmidi/MIDIPlayerQueue.h"
 #include "nk/nk_thread_role.h"
 #include "support/VirtualTime.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
+using KivoraTest::WaitUntil;
 using LibMidiTest::BytesOf;
 using LibMidiTest::CFakeOutPort;
-
-/// Waits until `condition` holds; false after half a minute.
-template <class Condition>
-bool WaitFor(const Condition& condition) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > limit) {
-            return false;
-        }
-        NK::SystemSleeper().Sleep(1);
-    }
-    return true;
-}
 
 class MIDIPlayerThreads : public testing::Test {
 protected:
@@ -59,7 +48,7 @@ TEST_F(MIDIPlayerThreads, ItRunsBetweenStartAndStopAndStartsAgain) {
         EXPECT_TRUE(player->Start());
         EXPECT_TRUE(player->IsRunning());
         queue->PlayNote(0, 60, 80, 5, 0);
-        EXPECT_TRUE(WaitFor([&] { return port.GetWritten().size() == 2; }));
+        EXPECT_TRUE(WaitUntil([&] { return port.GetWritten().size() == 2; }));
         EXPECT_EQ(port.TakeWritten(), (std::vector<std::uint32_t>{0x903C50, 0x803C00}));
         player->Stop();
         EXPECT_FALSE(player->IsRunning());
@@ -71,14 +60,14 @@ TEST_F(MIDIPlayerThreads, ItRunsBetweenStartAndStopAndStartsAgain) {
 TEST_F(MIDIPlayerThreads, WhatIsQueuedWhileItStandsIsWrittenOnceItRuns) {
     queue->SendMessage({0x90, 1, 60, 80}, 0);
     player->Start();
-    EXPECT_TRUE(WaitFor([&] { return port.GetWritten().size() == 1; }));
+    EXPECT_TRUE(WaitUntil([&] { return port.GetWritten().size() == 1; }));
 }
 
 TEST_F(MIDIPlayerThreads, AFailedWriteEndsItAndMemoryDoesNotGrow) {
     player->Start();
     port.canWrite = false;
     queue->SendMessage({0x90, 1, 60, 80}, 0);
-    ASSERT_TRUE(WaitFor([&] { return !player->IsRunning(); }));
+    ASSERT_TRUE(WaitUntil([&] { return !player->IsRunning(); }));
     EXPECT_TRUE(player->HasWriteFailed());
     EXPECT_FALSE(queue->HasWork());
     queue->SendMessage({0x90, 1, 60, 80}, 0);
@@ -88,7 +77,7 @@ TEST_F(MIDIPlayerThreads, AFailedWriteEndsItAndMemoryDoesNotGrow) {
     EXPECT_FALSE(player->HasWriteFailed());
     EXPECT_TRUE(player->IsRunning());
     queue->SendMessage({0x90, 1, 62, 80}, 0);
-    EXPECT_TRUE(WaitFor([&] { return port.GetWritten().size() == 1; }));
+    EXPECT_TRUE(WaitUntil([&] { return port.GetWritten().size() == 1; }));
 }
 
 TEST_F(MIDIPlayerThreads, ItMayBeDestroyedWhileItRuns) {
@@ -161,12 +150,12 @@ TEST_F(MIDIPlayerThreads, AStopBetweenTwoOfAllPortsLeavesTheRestOut) {
     std::thread stopper;
     port.onWrite = [&] {
         stopper = std::thread([&] { player->Stop(); });
-        WaitFor([&] { return !player->IsRunning(); });
+        WaitUntil([&] { return !player->IsRunning(); });
         writing = true;
     };
     player->Start();
     queue->Queue(SynthEventBase(CtrlEvent(0, 0, 1, 1), kAllPorts));
-    ASSERT_TRUE(WaitFor([&] { return writing.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return writing.load(); }));
     stopper.join();
     EXPECT_EQ(port.GetWritten().size(), 1U);
     EXPECT_TRUE(other.GetWritten().empty());
@@ -183,7 +172,7 @@ TEST_F(MIDIPlayerThreads, TheThreadsHaveTheirRoles) {
     player->AddListener(&listener);
     player->Start();
     queue->SendMessage({0x90, 1, 60, 80}, 0);
-    EXPECT_TRUE(WaitFor([&] { return listener.role == NK::ThreadRole::events; }));
+    EXPECT_TRUE(WaitUntil([&] { return listener.role == NK::ThreadRole::events; }));
     EXPECT_EQ(writer, NK::ThreadRole::player);
     player->Stop();
     player->RemoveListener(&listener);

@@ -11,8 +11,8 @@
 #include "libmidi/MIDIPlayerQueue.h"
 #include "nk/nk_wakeup.h"
 #include "support/CountingSleeper.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/FakePorts.h"
-#include "unit/nk/WaitUntil.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 namespace {
 

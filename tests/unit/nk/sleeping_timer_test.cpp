@@ -10,7 +10,7 @@
 
 #include "nk/nk_wakeup.h"
 #include "support/AllocationCounter.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "nk/nk_exception.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 namespace {
 

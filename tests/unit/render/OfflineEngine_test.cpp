@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "libmidi/MIDIPlayer.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 #include "unit/render/RenderRig.h"
 
 using namespace KivoraTest;

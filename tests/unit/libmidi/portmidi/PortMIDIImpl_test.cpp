@@ -10,8 +10,8 @@
 #include "libmidi/portmidi/TickCounter.h"
 #include "support/CountingSleeper.h"
 #include "support/VirtualTime.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
-#include "unit/nk/WaitUntil.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include "nk/desktop/nk_xcb_xkb.h"
 #include "support/SystemLayout.h"
 #include "support/TemporaryFolder.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
