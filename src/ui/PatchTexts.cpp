@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
+#include "engine/values/VoiceSlots.h"
 #include "locale/Locale.h"
 #include "midi/GMNames.h"
 #include "nk/nk_exception.h"
@@ -45,7 +46,7 @@ QString Label(int program) {
         return QString::number(program + 1);
     }
     switch (program) {
-        case kDrumKit:
+        case Kivora::VoiceSlots::kPercussionPatch:
             return QStringLiteral("DK");
         case kNoSecondVoice:
             return {};

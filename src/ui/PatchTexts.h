@@ -6,10 +6,9 @@
 
 #include <vector>
 
-/// Programs are 0-based; -1 is the drum kit.
+/// Programs are 0-based; the drum kit is VoiceSlots::kPercussionPatch.
 namespace PatchTexts {
 
-inline constexpr int kDrumKit = -1;
 inline constexpr int kNoSecondVoice = -100000;
 inline constexpr int kNoEngine = -100001;
 

@@ -3,6 +3,7 @@
 
 #include <QLabel>
 
+#include "engine/values/VoiceSlots.h"
 #include "locale/Locale.h"
 #include "ui/KivoraWidget.h"
 #include "ui/parts/EmbeddedFonts.h"
@@ -51,7 +52,7 @@ TEST_P(TextsFit, CombosShowTheirWholeEntries) {
 }
 
 TEST_P(TextsFit, TheDisplayShowsWholePatchNames) {
-    for (int program = PatchTexts::kDrumKit; program < 128; ++program) {
+    for (int program = Kivora::VoiceSlots::kPercussionPatch; program < 128; ++program) {
         const PatchTexts::Name name = PatchTexts::NameOf(program, true);
         EXPECT_EQ(PanelText::Fit(PanelText::kPatchName, name.program, kPatchNameWidth).text, name.program);
         EXPECT_EQ(PanelText::Fit(PanelText::kPatchFamily, name.family, kFamilyWidth).text, name.family);
