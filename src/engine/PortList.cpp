@@ -11,6 +11,7 @@ namespace {
 std::vector<LibMidi::BackendCreator> Watch(const std::vector<LibMidi::BackendCreator>& backends,
                                            const std::shared_ptr<bool>& threw) {
     std::vector<LibMidi::BackendCreator> watched;
+    watched.reserve(backends.size());
     for (const LibMidi::BackendCreator& create : backends) {
         watched.emplace_back([create, threw] {
             try {
