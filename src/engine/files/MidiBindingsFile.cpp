@@ -33,10 +33,12 @@ StoredBindings StoredBindings::Read(const NK::CString& path) {
         case LoadResult::kLoaded:
             break;
     }
-    const bool isConfiguration = file.IsConfiguration();
-    stored.bindings = MidiBindings::Read(file, stored.refused);
-    if (isConfiguration && stored.refused == 0) {
-        stored.state = State::kWhole;
+    MidiBindings::Refused refused;
+    stored.bindings = MidiBindings::Read(file, refused);
+    stored.refused = refused.damaged + refused.unknown;
+    if (file.IsConfiguration() && refused.damaged == 0) {
+        stored.state = refused.unknown == 0 ? State::kWhole : State::kNewer;
+        stored.lines = std::move(file);
     } else {
         stored.state = stored.bindings.IsEmpty() ? State::kDamaged : State::kPartly;
     }
@@ -59,7 +61,8 @@ bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, 
     using State = StoredBindings::State;
     NK::ForgetFileFailure();
     StoredBindings stored = StoredBindings::Read(path_);
-    if (stored.state == State::kWhole || stored.state == State::kPartly) {
+    const bool isUndamaged = stored.state == State::kWhole || stored.state == State::kNewer;
+    if (isUndamaged || stored.state == State::kPartly) {
         const MidiBindings inForce = std::exchange(bindings_, std::move(stored.bindings));
         for (const MidiBinding& unsaved : isSaved_ ? std::vector<MidiBinding>() : inForce.GetAll()) {
             bindings_.Bind(unsaved);
@@ -78,8 +81,10 @@ bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, 
             break;
         }
         case State::kWhole:
+        case State::kNewer:
         case State::kAbsent:
-            isSaved_ = LinesOf(bindings_).Save(path_);
+            bindings_.Write(stored.lines);
+            isSaved_ = stored.lines.Save(path_);
             break;
     }
     return isSaved_;

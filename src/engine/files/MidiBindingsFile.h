@@ -16,6 +16,7 @@ struct StoredBindings {
         kWhole,
         kAbsent,
         kUnreadable,  ///< why tells NK::GetFileFailure()
+        kNewer,       ///< `refused` of its lines name what this version does not know, the others are understood
         kPartly,      ///< `refused` of its lines are not understood, the others are
         kDamaged      ///< none are
     };
@@ -25,6 +26,7 @@ struct StoredBindings {
     State state = State::kAbsent;
     MidiBindings bindings;
     std::size_t refused = 0;
+    NK::CIniFile lines;  ///< as they stand in the file, of one that is whole or newer; else none
 };
 
 /// The program's own file. It is there once something was bound; what another program has bound meanwhile stays. [gui]
@@ -38,8 +40,9 @@ public:
     const NK::CString& GetPath() const { return path_; }
 
     /// Changes what the file holds now and what was in force and could not be saved before. The result is in force,
-    /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). A file that is
-    /// damaged in any part is renamed before, see SaveOverDamaged(): then `setAside` is its new name, else empty.
+    /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). In the file all lines
+    /// stay but those that are bound otherwise. One that is damaged in any part is renamed before, see
+    /// SaveOverDamaged(): then `setAside` is its new name, else empty.
     bool Change(const std::function<void(MidiBindings& bindings)>& change, NK::CString& setAside);
 
 private:

@@ -71,29 +71,84 @@ std::optional<MidiControl> ToControl(const NK::CString& key) {
     return MidiControl{kind->kind, static_cast<std::uint8_t>(*channel - 1), *number};
 }
 
-std::optional<MidiBinding> ToBinding(const NK::CString& device, const NK::CString& key, const NK::CString& value) {
-    const std::optional<MidiControl> control = ToControl(key);
+std::optional<MidiBinding> ToBinding(const NK::CString& device, const MidiControl& control, const NK::CString& value) {
     const std::vector<NK::CString> words = WordsOf(value);
-    if (!control || words.empty() || words.size() > 2 ||
-        (words.size() == 2 && words[1].CompareNoCase(kLatching) != 0)) {
+    if (words.empty() || words.size() > 2 || (words.size() == 2 && words[1].CompareNoCase(kLatching) != 0)) {
         return std::nullopt;
     }
     const std::optional<EPanelFunction> function = FindPanelFunction(words[0]);
     if (!function) {
         return std::nullopt;
     }
-    return MidiBinding{device, *control, *function, words.size() == 2};
+    return MidiBinding{device, control, *function, words.size() == 2};
 }
 
-/// What is neither a header nor a key nor blank nor a comment.
-bool IsNoLine(const NK::CString& line) {
-    const std::wstring_view text = line.View();
-    if (text.starts_with(L'[')) {
-        return !text.ends_with(L']');
+NK::CString ToValue(const MidiBinding& binding) {
+    return NK::CString(GetFileName(binding.function)) +
+           (binding.latches ? NK::CString(L" ") + kLatching : NK::CString());
+}
+
+/// What another version may have written where a binding stands: words of letters and digits.
+bool IsInWords(const NK::CString& value) {
+    const std::wstring_view text = value.View();
+    const auto isPlain = [](wchar_t character) {
+        return (character >= L'0' && character <= L'9') || (character >= L'A' && character <= L'Z') ||
+               (character >= L'a' && character <= L'z') || NK::CString::IsWhiteSpace(character);
+    };
+    return !value.Trimmed().IsEmpty() && std::all_of(text.begin(), text.end(), isPlain);
+}
+
+/// A line of the file, by itself.
+struct Line {
+    enum class Kind {
+        kNothing,  ///< blank, or a comment
+        kHeader,
+        kBinding,
+        kDamage,
+    };
+
+    static Line Of(const NK::CString& line) {
+        constexpr std::wstring_view kComments = L"'#;";
+        const std::wstring_view text = line.View();
+        const NK::CString trimmed = line.Trimmed();
+        if (text.starts_with(L'[')) {
+            return text.ends_with(L']')
+                       ? Line{Kind::kHeader, MidiBindings::KeepName(NK::CString(text.substr(1, text.size() - 2))), {}}
+                       : Line{Kind::kDamage, {}, {}};
+        }
+        if (trimmed.IsEmpty() || kComments.find(trimmed[0]) != std::wstring_view::npos) {
+            return {Kind::kNothing, {}, {}};
+        }
+        const std::size_t equals = text.find(L'=');
+        const auto control =
+            equals == std::wstring_view::npos ? std::nullopt : ToControl(NK::CString(text.substr(0, equals)));
+        return control ? Line{Kind::kBinding, NK::CString(text.substr(equals + 1)), *control}
+                       : Line{Kind::kDamage, {}, {}};
     }
-    constexpr std::wstring_view kComments = L"'#;";
-    return !line.Trimmed().IsEmpty() && kComments.find(text.front()) == std::wstring_view::npos &&
-           text.find(L'=') == std::wstring_view::npos;
+
+    Kind kind;
+    NK::CString text;  ///< of a header the device; of a binding what stands behind the control
+    MidiControl control;
+};
+
+/// Behind the last binding of the device's section, or its header; a section is added where there is none.
+std::uint32_t FindPlaceIn(NK::CIniFile& file, const NK::CString& device) {
+    std::uint32_t place = 0;
+    bool isIts = false;
+    for (std::uint32_t index = 0; index < file.GetSize(); ++index) {
+        const Line line = Line::Of(file[index]);
+        if (line.kind == Line::Kind::kHeader) {
+            isIts = place == 0 && line.text == device;
+        }
+        if (isIts && line.kind != Line::Kind::kNothing) {
+            place = index + 1;
+        }
+    }
+    if (place == 0) {
+        file.SelectOrAddSection(device, true);
+        place = file.GetSize();
+    }
+    return place;
 }
 
 bool CanBeBound(const MidiBinding& binding) {
@@ -141,14 +196,13 @@ void MidiBindings::SetLatching(EPanelFunction function, bool latches) {
     }
 }
 
-void MidiBindings::TakeOver(const MidiBindings& others) {
+std::size_t MidiBindings::TakeOver(const MidiBindings& others) {
     std::erase_if(bindings_, [&others](const MidiBinding& binding) {
         return std::any_of(others.bindings_.begin(), others.bindings_.end(),
                            [&](const MidiBinding& other) { return other.device == binding.device; });
     });
-    for (const MidiBinding& other : others.bindings_) {
-        Bind(other);
-    }
+    return static_cast<std::size_t>(std::count_if(others.bindings_.begin(), others.bindings_.end(),
+                                                  [this](const MidiBinding& other) { return Bind(other); }));
 }
 
 NK::CString MidiBindings::KeepName(const NK::CString& name) {
@@ -160,34 +214,72 @@ NK::CString MidiBindings::KeepName(const NK::CString& name) {
     return kept.Trimmed().Left(kLongestName).Trimmed();
 }
 
-MidiBindings MidiBindings::Read(const NK::CIniFile& file, std::size_t& refused) {
+MidiBindings MidiBindings::Read(const NK::CIniFile& file, Refused& refused) {
     MidiBindings read;
-    refused = static_cast<std::size_t>(std::count_if(file.begin(), file.end(), IsNoLine));
-    file.VisitKeys([&](const NK::CString& section, const NK::CString& key, const NK::CString& value) {
-        std::optional<MidiBinding> binding = ToBinding(KeepName(section), key, value);
-        // One that takes the place of another would lose that.
-        const bool isNew =
-            binding && std::none_of(read.bindings_.begin(), read.bindings_.end(), [&](const MidiBinding& other) {
-                return other.device == binding->device &&
-                       (other.control == binding->control || other.function == binding->function);
-            });
-        if (!isNew || !read.Bind(std::move(*binding))) {
-            ++refused;
+    refused = {};
+    NK::CString device;
+    for (const NK::CString& text : file) {
+        const Line line = Line::Of(text);
+        switch (line.kind) {
+            case Line::Kind::kNothing:
+                break;
+            case Line::Kind::kHeader:
+                device = line.text;
+                break;
+            case Line::Kind::kDamage:
+                device = text.View().starts_with(L'[') ? NK::CString() : device;
+                ++refused.damaged;
+                break;
+            case Line::Kind::kBinding:
+                if (std::optional<MidiBinding> binding = ToBinding(device, line.control, line.text)) {
+                    // One that takes the place of another would lose that.
+                    const bool isBound = !read.HasPlaceOf(*binding) && read.Bind(std::move(*binding));
+                    refused.damaged += isBound ? 0 : 1;
+                } else {
+                    ++(!device.IsEmpty() && IsInWords(line.text) ? refused.unknown : refused.damaged);
+                }
+                break;
         }
-    });
+    }
     return read;
 }
 
+bool MidiBindings::HasPlaceOf(const MidiBinding& binding) const {
+    return std::any_of(bindings_.begin(), bindings_.end(), [&binding](const MidiBinding& other) {
+        return other.device == binding.device &&
+               (other.control == binding.control || other.function == binding.function);
+    });
+}
+
 void MidiBindings::Write(NK::CIniFile& file) const {
-    file.Push(kHeading);
-    for (const MidiBinding& binding : bindings_) {
-        file.SelectOrAddSection(binding.device, true);
+    if (file.IsEmpty()) {
+        file.Push(kHeading);
     }
-    // A new key goes directly under its header.
-    for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding) {
-        file.SelectSection(binding->device, true);
-        file.SetString(KeyOf(binding->control), NK::CString(GetFileName(binding->function)) +
-                                                    (binding->latches ? NK::CString(L" ") + kLatching : NK::CString()));
+    std::vector<MidiBinding> missing = bindings_;
+    NK::CString device;
+    for (std::uint32_t index = 0; index < file.GetSize();) {
+        const Line line = Line::Of(file[index]);
+        bool stays = true;
+        if (line.kind == Line::Kind::kHeader) {
+            device = line.text;
+        } else if (line.kind == Line::Kind::kBinding) {
+            const std::optional<MidiBinding> written = ToBinding(device, line.control, line.text);
+            const MidiBinding* const bound = Find(device, line.control);
+            stays = bound != nullptr ? written == *bound : !written;
+        }
+        if (stays) {
+            if (line.kind == Line::Kind::kBinding) {
+                std::erase_if(missing, [&](const MidiBinding& binding) {
+                    return binding.device == device && binding.control == line.control;
+                });
+            }
+            ++index;
+        } else {
+            file.Remove(index);
+        }
+    }
+    for (const MidiBinding& binding : missing) {
+        file.Insert(FindPlaceIn(file, binding.device), KeyOf(binding.control) + L"=" + ToValue(binding));
     }
 }
 

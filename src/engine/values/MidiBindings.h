@@ -36,20 +36,29 @@ public:
     bool Bind(MidiBinding binding);
     void Clear(EPanelFunction function);
     void SetLatching(EPanelFunction function, bool latches);
-    /// The others' devices are bound as there; what is bound on other devices stays.
-    void TakeOver(const MidiBindings& others);
+    /// The others' devices are bound as there, as far as kMost allows; what is bound on other devices stays. How many
+    /// were taken over.
+    std::size_t TakeOver(const MidiBindings& others);
 
     bool operator==(const MidiBindings&) const = default;
 
     /// A device's name as a section of a file keeps it: one line, no blanks around, cut to kLongestName.
     static NK::CString KeepName(const NK::CString& name);
 
-    /// A section for each device, a key for each control. `refused` counts the lines that are not understood, or
-    /// cannot be bound beside those before them.
-    static MidiBindings Read(const NK::CIniFile& file, std::size_t& refused);
+    /// Lines that were not read.
+    struct Refused {
+        std::size_t damaged = 0;  ///< not understood, or they cannot be bound beside those before them
+        std::size_t unknown = 0;  ///< what they bind to is in words that mean nothing, as of a newer version
+    };
+    /// A section for each device, a key for each control.
+    static MidiBindings Read(const NK::CIniFile& file, Refused& refused);
+    /// Into what was read: comments, what means nothing here and what is bound as before stay where they are.
     void Write(NK::CIniFile& file) const;
 
 private:
+    /// Whether its control has a function, or its function a control, of the device.
+    bool HasPlaceOf(const MidiBinding& binding) const;
+
     std::vector<MidiBinding> bindings_;
 };
 

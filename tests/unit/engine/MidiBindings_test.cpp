@@ -1,6 +1,8 @@
 // What is bound on MIDI keyboards: the table, its file, and the knob that takes a value over.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -35,6 +37,11 @@ MidiBindings SomeBindings() {
     EXPECT_TRUE(bindings.Bind({L"Pads: [10] = \x266B", {Kind::kNote, 9, 36}, EPanelFunction::kPanic, false}));
     EXPECT_TRUE(bindings.Bind({L"Pads: [10] = \x266B", {Kind::kProgram, 15, 127}, EPanelFunction::kSplit, false}));
     return bindings;
+}
+
+/// In whatever order.
+bool IsSame(const MidiBindings& one, const MidiBindings& other) {
+    return std::is_permutation(one.GetAll().begin(), one.GetAll().end(), other.GetAll().begin(), other.GetAll().end());
 }
 
 class BindingsFile : public testing::Test {
@@ -88,11 +95,24 @@ TEST(MidiBindings, WhatIsTakenOverReplacesItsDevicesAlone) {
     MidiBindings bindings = SomeBindings();
     MidiBindings others;
     others.Bind(Knob(L"Knobs", 40, EPanelFunction::kTempo));
-    bindings.TakeOver(others);
+    EXPECT_EQ(bindings.TakeOver(others), 1U);
     EXPECT_EQ(bindings.GetAll().size(), 3U);
     EXPECT_NE(bindings.Find(L"Knobs", {Kind::kController, 0, 40}), nullptr);
     EXPECT_EQ(bindings.Find(L"Knobs", {Kind::kController, 0, 21}), nullptr);
     EXPECT_NE(bindings.Find(L"Pads: [10] = \x266B", {Kind::kNote, 9, 36}), nullptr);
+}
+
+TEST(MidiBindings, WhatIsTakenOverIsCountedAsFarAsThereIsRoom) {
+    MidiBindings others;
+    others.Bind(Knob(L"One", 1, EPanelFunction::kTempo));
+    others.Bind(Knob(L"Two", 1, EPanelFunction::kTempo));
+    MidiBindings bindings;
+    for (std::size_t device = 0; device < MidiBindings::kMost - 1; ++device) {
+        const NK::CString name = NK::CString(L"Device ") + NK::CString::FromInt(static_cast<std::int32_t>(device));
+        ASSERT_TRUE(bindings.Bind(Knob(name.c_str(), 1, EPanelFunction::kTempo)));
+    }
+    EXPECT_EQ(bindings.TakeOver(others), 1U);
+    EXPECT_EQ(bindings.GetAll().size(), std::size_t{MidiBindings::kMost});
 }
 
 TEST_F(BindingsFile, IsReadableAndReadsBackTheSame) {
@@ -204,8 +224,86 @@ TEST_F(BindingsFile, AChangeKeepsWhatAnotherProgramHasBound) {
     EXPECT_EQ(other.Get(), Read().bindings);
 }
 
+TEST_F(BindingsFile, CommentsAndWhatANewerVersionWroteStayWhereTheyAre) {
+    Put("# My rig: keep\n"
+        "[Knobs]\n"
+        "  ; the left one = volume\n"
+        "  # and no more\n"
+        "Controller 21 on channel 1 = Volume1\n"
+        "Controller 22 on channel 1=Glide slowly\n"
+        "Controller 23 on channel 1=Tempo\n"
+        "\n"
+        "; the stage's\n"
+        "[Pads]\n"
+        "Note 36 on channel 10=Panic\n");
+    Kivora::MidiBindingsFile file(path);
+    EXPECT_EQ(file.Load(), State::kNewer);
+    EXPECT_EQ(Read().refused, 1U);
+    NK::CString setAside;
+    EXPECT_TRUE(file.Change(
+        [](auto& all) {
+            all.Bind(Knob(L"Knobs", 24, EPanelFunction::kTempo));
+            all.Bind(Knob(L"Others", 1, EPanelFunction::kPanic));
+        },
+        setAside));
+    EXPECT_TRUE(setAside.IsEmpty());
+    EXPECT_EQ(Get(),
+              "# My rig: keep\n"
+              "[Knobs]\n"
+              "  ; the left one = volume\n"
+              "  # and no more\n"
+              "Controller 21 on channel 1 = Volume1\n"
+              "Controller 22 on channel 1=Glide slowly\n"
+              "Controller 24 on channel 1=Tempo\n"
+              "\n"
+              "; the stage's\n"
+              "[Pads]\n"
+              "Note 36 on channel 10=Panic\n"
+              "\n"
+              "[Others]\n"
+              "Controller 1 on channel 1=Panic\n");
+    EXPECT_TRUE(file.Change([](auto& all) { all.Bind(Knob(L"Knobs", 22, EPanelFunction::kPanic)); }, setAside));
+    EXPECT_EQ(Get().find("Glide"), std::string::npos) << "the control is bound to something else now";
+    EXPECT_EQ(Read().state, State::kWhole);
+    EXPECT_TRUE(IsSame(Read().bindings, file.Get()));
+    EXPECT_TRUE(file.Change([](auto& all) { all = {}; }, setAside));
+    EXPECT_TRUE(Read().bindings.IsEmpty());
+    EXPECT_NE(Get().find("# My rig: keep"), std::string::npos);
+}
+
+TEST_F(BindingsFile, WhateverIsBoundAndClearedInPlaceReadsBackTheSame) {
+    constexpr std::array kNames = {L"One", L"Two [2]", L"Three = 3"};
+    std::mt19937 random(3);
+    const auto below = [&random](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+    Put("; first\n[Two [2]]\n; inside\n\n[One]\nNote 1 on channel 1=Glide\n; last");
+    Kivora::MidiBindingsFile file(path);
+    EXPECT_EQ(file.Load(), State::kNewer);
+    for (int i = 0; i < 100; ++i) {
+        NK::CString setAside;
+        const auto function = static_cast<EPanelFunction>(below(Kivora::kPanelFunctions));
+        ASSERT_TRUE(file.Change(
+            [&](auto& all) {
+                if (below(3) == 0) {
+                    all.Clear(function);
+                } else if (below(4) == 0) {
+                    all.SetLatching(function, below(2) == 0);
+                } else {
+                    all.Bind(Knob(kNames[static_cast<std::size_t>(below(3))], static_cast<std::uint8_t>(below(60)),
+                                  function));
+                }
+            },
+            setAside));
+        ASSERT_EQ(setAside, L"");
+        ASSERT_EQ(Read().state, State::kNewer);
+        ASSERT_TRUE(IsSame(Read().bindings, file.Get()));
+    }
+    for (const char* kept : {"; first", "; inside", "; last", "Note 1 on channel 1=Glide"}) {
+        EXPECT_NE(Get().find(kept), std::string::npos) << kept;
+    }
+}
+
 TEST_F(BindingsFile, ADamagedOneIsKeptUnderAnotherName) {
-    const std::string damaged = "[Knobs]\nController 21 on channel 1=Volume1\nController 22 on channel 1=Future\n";
+    const std::string damaged = "[Knobs]\nController 21 on channel 1=Volume1\nController 22 on chan\n";
     Put(damaged);
     Kivora::MidiBindingsFile file(path);
     EXPECT_EQ(file.Load(), State::kPartly);
