@@ -21,6 +21,14 @@ void SongPlayer::Open(std::shared_ptr<const Song> song) {
     With([&song](SongPlayback& playback) { playback.Load(std::move(song)); });
 }
 
+void SongPlayer::OpenAgain(std::shared_ptr<const Song> song, const Status& then) {
+    Open(std::move(song));
+    SetLoop(then.loop);
+    SetTempo(then.tempoPercent);
+    SetTransposition(then.transposition);
+    Seek(then.positionUs);
+}
+
 std::shared_ptr<const Song> SongPlayer::GetSong() const {
     return With([](const SongPlayback& playback) { return playback.GetSong(); });
 }

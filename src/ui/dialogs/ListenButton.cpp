@@ -68,12 +68,7 @@ bool ListenButton::isPlaying() const {
 }
 
 void ListenButton::restore() {
-    if (!hasTheSong()) {
-        return;
+    if (hasTheSong()) {
+        player_.OpenAgain(former_, formerStatus_);
     }
-    player_.Open(former_);
-    player_.SetLoop(formerStatus_.loop);
-    player_.SetTempo(formerStatus_.tempoPercent);
-    player_.SetTransposition(formerStatus_.transposition);
-    player_.Seek(formerStatus_.positionUs);
 }

@@ -63,7 +63,6 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, QWidget& panel)
     : FittedDialog(&panel),
       front_(front),
       player_(front),
-      song_(player_.GetSong()),
       title_(MakeLine("songTitle")),
       open_(addButton("songOpenBtn", &PlayerWindow::openAnother)),
       position_(new QSlider(Qt::Horizontal)),
@@ -91,12 +90,20 @@ PlayerWindow::PlayerWindow(Kivora::EngineFront& front, QWidget& panel)
     position_->setTracking(false);
     connect(position_, &QSlider::sliderMoved, this, [this](int step) { showTime(step * kUsPerStep); });
     connect(position_, &QSlider::valueChanged, this, [this](int step) {
+        takeTheSong();
         player_.Seek(step * kUsPerStep);
         look();
     });
-    connect(tempo_, &QSpinBox::valueChanged, this, [this](int percent) { player_.SetTempo(percent); });
-    connect(transposition_, &QSpinBox::valueChanged, this,
-            [this](int semitones) { player_.SetTransposition(semitones); });
+    connect(tempo_, &QSpinBox::valueChanged, this, [this](int percent) {
+        takeTheSong();
+        player_.SetTempo(percent);
+        look();
+    });
+    connect(transposition_, &QSpinBox::valueChanged, this, [this](int semitones) {
+        takeTheSong();
+        player_.SetTransposition(semitones);
+        look();
+    });
     tempo_->setSuffix(" %");
     tempoLabel_->setBuddy(tempo_);
     transpositionLabel_->setBuddy(transposition_);
@@ -175,7 +182,7 @@ bool PlayerWindow::event(QEvent* event) {
 }
 
 void PlayerWindow::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous()) {
+    if (!event->spontaneous() && hasTheSong()) {
         stop();
     }
     FittedDialog::hideEvent(event);
@@ -212,7 +219,7 @@ void PlayerWindow::openSong(const SongFile& file) {
 }
 
 void PlayerWindow::present() {
-    if (player_.GetSong() || askForFile()) {
+    if (song_ || askForFile()) {
         come();
     }
 }
@@ -254,20 +261,23 @@ bool PlayerWindow::askForFile() {
 }
 
 void PlayerWindow::playOrPause() {
+    takeTheSong();
     if (player_.GetStatus().state == SongPlayer::State::kPlaying) {
         player_.Pause();
-    } else if (player_.GetSong()) {
+    } else if (song_) {
         say(player_.Play() ? damage_ : SoundTexts::NothingToHear());
     }
     look();
 }
 
 void PlayerWindow::stop() {
+    takeTheSong();
     player_.Stop();
     look();
 }
 
 void PlayerWindow::beginLoop() {
+    takeTheSong();
     const SongPlayer::Status status = player_.GetStatus();
     const qint64 end = status.loop && status.loop->endUs > status.positionUs ? status.loop->endUs : status.lengthUs;
     player_.SetLoop(SongPlayer::Loop{status.positionUs, end});
@@ -275,6 +285,7 @@ void PlayerWindow::beginLoop() {
 }
 
 void PlayerWindow::endLoop() {
+    takeTheSong();
     const SongPlayer::Status status = player_.GetStatus();
     const qint64 begin = status.loop && status.loop->beginUs < status.positionUs ? status.loop->beginUs : 0;
     player_.SetLoop(SongPlayer::Loop{begin, status.positionUs});
@@ -285,44 +296,55 @@ void PlayerWindow::endLoop() {
 }
 
 void PlayerWindow::dropLoop() {
+    takeTheSong();
     player_.SetLoop(std::nullopt);
     look();
 }
 
-void PlayerWindow::look() {
-    if (player_.GetSong() != song_) {
-        return;
+bool PlayerWindow::hasTheSong() const {
+    return player_.GetSong() == song_;
+}
+
+void PlayerWindow::takeTheSong() {
+    if (!hasTheSong()) {
+        player_.OpenAgain(song_, shown_);
     }
-    const SongPlayer::Status status = player_.GetStatus();
-    const bool isPlaying = status.state == SongPlayer::State::kPlaying;
-    lengthUs_ = status.lengthUs;
+}
+
+void PlayerWindow::look() {
+    if (hasTheSong()) {
+        shown_ = player_.GetStatus();
+    } else {
+        shown_.state = SongPlayer::State::kStopped;
+    }
+    const bool isPlaying = shown_.state == SongPlayer::State::kPlaying;
     if (!position_->isSliderDown()) {
         const QSignalBlocker quiet(position_);
-        position_->setRange(0, static_cast<int>(lengthUs_ / kUsPerStep));
-        position_->setValue(static_cast<int>(status.positionUs / kUsPerStep));
-        showTime(status.positionUs);
+        position_->setRange(0, static_cast<int>(shown_.lengthUs / kUsPerStep));
+        position_->setValue(static_cast<int>(shown_.positionUs / kUsPerStep));
+        showTime(shown_.positionUs);
     }
     {
         const QSignalBlocker quietTempo(tempo_);
         const QSignalBlocker quietTransposition(transposition_);
-        ShowValue(*tempo_, status.tempoPercent);
-        ShowValue(*transposition_, status.transposition);
+        ShowValue(*tempo_, shown_.tempoPercent);
+        ShowValue(*transposition_, shown_.transposition);
     }
     play_->setChecked(isPlaying);
-    loop_->setText(status.loop
-                       ? tr("%1 to %2", "times of a loop").arg(Time(status.loop->beginUs), Time(status.loop->endUs))
-                       : QString());
+    loop_->setText(shown_.loop ? tr("%1 to %2", "times of a loop")
+                                     .arg(Time(shown_.loop->beginUs), Time(shown_.loop->endUs))
+                               : QString());
     for (QWidget* part : std::initializer_list<QWidget*>{position_, play_, stop_, loopBegin_, loopEnd_}) {
-        part->setEnabled(lengthUs_ > 0);
+        part->setEnabled(shown_.lengthUs > 0);
     }
-    loopOff_->setEnabled(status.loop.has_value());
+    loopOff_->setEnabled(shown_.loop.has_value());
     if (isPlaying != lookTimer_.isActive()) {
         isPlaying ? lookTimer_.start(kLookMs) : lookTimer_.stop();
     }
 }
 
 void PlayerWindow::showTime(qint64 positionUs) {
-    time_->setText(tr("%1 of %2", "position and length of a song").arg(Time(positionUs), Time(lengthUs_)));
+    time_->setText(tr("%1 of %2", "position and length of a song").arg(Time(positionUs), Time(shown_.lengthUs)));
 }
 
 void PlayerWindow::say(const QString& sentence) {

@@ -58,9 +58,12 @@ private:
     void beginLoop();
     void endLoop();
     void dropLoop();
-    /// Shows how things stand with its song, and looks again while that plays. Meanwhile the player may have another
-    /// one, such as a take that is heard.
+    /// Shows how things stand with its song, and looks again while that plays.
     void look();
+    /// False while the player has another song, such as a take that is heard.
+    bool hasTheSong() const;
+    /// Before anything is done with its song: that stands in the player as it was last shown.
+    void takeTheSong();
     void showTime(qint64 positionUs);
     void say(const QString& sentence);
 
@@ -68,7 +71,7 @@ private:
     Kivora::SongPlayer player_;
     QTimer lookTimer_;
     std::shared_ptr<const Kivora::Song> song_;  ///< of this window; null for none
-    qint64 lengthUs_ = 0;
+    Kivora::SongPlayer::Status shown_;          ///< how it stood when it was looked at last
     QString damage_;  ///< what is said of the song's file
 
     // Qt's parent owns these.

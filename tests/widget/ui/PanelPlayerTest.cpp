@@ -2,6 +2,8 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 #include <QAction>
 #include <QCheckBox>
 #include <QMenu>
@@ -10,6 +12,7 @@
 
 #include "midi/reader/SMFReader.h"
 #include "support/Files.h"
+#include "ui/dialogs/ListenButton.h"
 #include "ui/dialogs/PlayerWindow.h"
 #include "ui/dialogs/SongFile.h"
 #include "unit/engine/SongRig.h"
@@ -401,6 +404,64 @@ TEST_F(PanelPlayer, WhileATakeIsHeardTheWindowShowsItsOwnSong) {
     ASSERT_TRUE(answers.AllGiven());
     Wait([&] { return !In<QPushButton>(Window(), "songPlayBtn").isChecked(); });
     EXPECT_EQ(TextIn("songTime"), "00:20 of 01:30");
+}
+
+TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
+    const auto take = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
+    SongPlayer player(*front);
+    OpenSong();
+    const auto own = player.GetSong();
+    player.SetLoop(SongPlayer::Loop{5'000'000, 20'000'000});
+    player.SetTempo(50);
+    player.SetTransposition(-3);
+    player.Seek(7'000'000);
+    Go(10);
+    ListenButton listen(*front, [&take] { return take; }, panel.get());
+    listen.show();
+    const std::vector<std::function<void()>> deeds{
+        [this] { ClickIn("songPlayBtn"); },
+        [this] { ClickIn("songStopBtn"); },
+        [this] { ClickIn("songLoopBeginBtn"); },
+        [this] { ClickIn("songLoopEndBtn"); },
+        [this] { ClickIn("songLoopOffBtn"); },
+        [this] { In<QSlider>(Window(), "songPosition").setValue(100); },
+        [this] { In<QSpinBox>(Window(), "songTempo").setValue(80); },
+        [this] { In<QSpinBox>(Window(), "songTransposition").setValue(5); },
+    };
+    for (std::size_t deed = 0; deed < deeds.size(); ++deed) {
+        listen.click();
+        Go(200);
+        ASSERT_EQ(player.GetSong(), take);
+        EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked()) << "it is not its song that plays";
+        deeds[deed]();
+        EXPECT_EQ(player.GetSong(), own) << deed;
+        EXPECT_EQ(Status().state == SongPlayer::State::kPlaying, deed == 0) << deed;
+        EXPECT_EQ(Status().loop.has_value(), deed < 4) << deed;
+        EXPECT_EQ(Status().tempoPercent, deed < 6 ? 50 : 80) << deed;
+        EXPECT_EQ(Status().transposition, deed < 7 ? -3 : 5) << deed;
+        Wait([&listen] { return !listen.isChecked(); });
+    }
+    EXPECT_EQ(Status().positionUs, 10'000'000);
+}
+
+TEST_F(PanelPlayer, AWindowThatIsMadeOrClosedWhileATakeIsHeardLeavesThat) {
+    const auto take = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
+    SongPlayer player(*front);
+    ListenButton listen(*front, [&take] { return take; }, panel.get());
+    listen.show();
+    listen.click();
+    ModalAnswers answers;
+    answers.Refuse();
+    Window().present();
+    EXPECT_TRUE(answers.AllGiven()) << "it has no song, and asks for one";
+    EXPECT_FALSE(Window().isVisible());
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
+    listen.click();
+    OpenSong();
+    listen.click();
+    Window().close();
+    EXPECT_EQ(player.GetSong(), take);
+    EXPECT_EQ(Status().state, SongPlayer::State::kPlaying);
 }
 
 TEST_F(PanelPlayer, ListeningEndsNoOtherSong) {
