@@ -147,12 +147,12 @@ inline void OnPopUp(std::function<void(QWidget& popUp)> action) {
         if (popUp == nullptr) {
             return;
         }
-        timer->deleteLater();
         timer->stop();
         action(*popUp);
         if (QApplication::activePopupWidget() == popUp) {
             popUp->close();
         }
+        timer->deleteLater();  // not before, as events that the action waits for would delete what is running here
     });
     timer->start(1);
 }

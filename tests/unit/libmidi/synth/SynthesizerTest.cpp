@@ -16,6 +16,7 @@
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
+#include "unit/nk/WaitUntil.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ namespace fs = std::filesystem;
 using KivoraTest::CFatalLog;
 using KivoraTest::CTemporaryFolder;
 using KivoraTest::FakeSynthApi;
+using KivoraTest::WaitUntil;
 using namespace LibMidi;
 using namespace std::chrono_literals;
 
@@ -392,17 +394,13 @@ TEST_F(SynthesizerTest, WhatWasBegunInPlaceOfASessionGoesWhereNobodyOpensItAgain
     SynthOutPort port(synthesizer);
     ASSERT_EQ(port.Open(), kSuccess);
     std::thread([] { SynthLog::Write(true, "the server has gone"); }).join();
-    while (port.LookAtDevice() != DeviceState::kBack) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(WaitUntil([&] { return port.LookAtDevice() == DeviceState::kBack; }));
     EXPECT_EQ(port.Close(), kSuccess);
     EXPECT_GT(api_.GetLive(), 0) << "ready for the next opening";
     EXPECT_EQ(port.Close(), kNotOpen);
     api_.WaitUntilFreed();
     // Where a look at a closed port has begun one.
-    while (port.LookAtDevice() != DeviceState::kBack) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(WaitUntil([&] { return port.LookAtDevice() == DeviceState::kBack; }));
     EXPECT_EQ(port.Close(), kNotOpen);
     api_.WaitUntilFreed();
 }
@@ -412,13 +410,9 @@ TEST_F(SynthesizerTest, AnAudioSystemThatHangsIsTakenForLostAndAnotherOneIsBegun
     ASSERT_TRUE(Make().Open());
     EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
     api_.TakeSound(64);
-    while (synthesizer_->LookAtSession() == DeviceState::kWorks) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(WaitUntil([&] { return synthesizer_->LookAtSession() != DeviceState::kWorks; }));
     EXPECT_EQ(synthesizer_->GetLastError(), L"The audio system does not answer.");
-    while (synthesizer_->LookAtSession() != DeviceState::kBack) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(WaitUntil([&] { return synthesizer_->LookAtSession() == DeviceState::kBack; }));
     synthesizer_->Close();
     ASSERT_TRUE(synthesizer_->Open());
     EXPECT_EQ(api_.Count("driver2 pulseaudio"), 2);
@@ -429,9 +423,7 @@ TEST_F(SynthesizerTest, AnAudioSystemThatGoesOnAfterAllWorks) {
     limits_.hang = 1ms;
     ASSERT_TRUE(Make().Open());
     api_.TakeSound(64);
-    while (synthesizer_->LookAtSession() == DeviceState::kWorks) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(WaitUntil([&] { return synthesizer_->LookAtSession() != DeviceState::kWorks; }));
     api_.TakeSound(64);
     EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kWorks);
 }
