@@ -18,40 +18,50 @@ bool IsNoteOn(const LibMidi::MIDIEvent& event) {
 bool IsKeyPressure(const LibMidi::MIDIEvent& event) {
     return event.GetCommand() == NK::MIDI::TMIDIMessage::kKeyPressure;
 }
-bool IsNamed(const NK::CString& kept, const NK::CString& device) {
-    return kept == device || kept == MidiBindings::KeepName(device);
+/// What a controller may send in vain while one is learned, as some faders do.
+bool IsBendOrPressure(const LibMidi::MIDIEvent& event) {
+    return (event.status & 0xF0) == 0xE0 || (event.status & 0xF0) == 0xD0;
 }
 }  // namespace
 
-bool BoundControls::Take(const LibMidi::MIDIEvent& event, const LibMidi::MIDIInPort* port) {
+bool BoundControls::Take(const LibMidi::MIDIEvent& event, const LibMidi::MIDIInPort* port, bool isHeard) {
+    const Sender sender{port, event.source};
     const std::optional<MidiControl> control = MidiControl::Of(event);
     if (!control) {
+        if (learning_ && !(learned_ && learned_->canBeBound) && IsBendOrPressure(event)) {
+            Tell({NameOf(sender), std::nullopt, false});
+        }
         return false;
     }
-    const NK::CString& device = port != nullptr ? port->GetSourceName(event.source) : kNoDevice;
     bool isTaken = false;
     switch (control->kind) {
         case MidiControl::Kind::kNote:
-            isTaken = TakeNote(event, *control, device);
+            isTaken = TakeNote(event, *control, sender, isHeard);
             break;
         case MidiControl::Kind::kController:
-            isTaken = TakeController(event, *control, device);
+            isTaken = TakeController(event, *control, sender);
             break;
         case MidiControl::Kind::kProgram:
-            isTaken = TakeWhatIsPressed(*control, device);
+            isTaken = TakeWhatIsPressed(*control, sender);
             break;
     }
     UpdateActive();
     return isTaken;
 }
 
-bool BoundControls::TakeNote(const LibMidi::MIDIEvent& event, const MidiControl& control, const NK::CString& device) {
+const NK::CString& BoundControls::NameOf(const Sender& sender) {
+    const NK::CString& given = sender.port != nullptr ? sender.port->GetSourceName(sender.source) : kNoDevice;
+    const auto known =
+        std::find_if(names_.begin(), names_.end(), [&given](const Name& name) { return name.given == given; });
+    return known != names_.end() ? known->kept : names_.emplace_back(Name{given, MidiBindings::KeepName(given)}).kept;
+}
+
+bool BoundControls::TakeNote(const LibMidi::MIDIEvent& event, const MidiControl& control, const Sender& sender,
+                             bool isHeard) {
     const Down down{event.source, control};
-    const std::size_t place = PlaceOf(control);
     if (IsNoteOn(event)) {
-        const bool isTaken = TakeWhatIsPressed(control, device);
+        const bool isTaken = TakeWhatIsPressed(control, sender);
         SetDown(down, isTaken);
-        passed_[place] = passed_[place] || !isTaken;
         return isTaken;
     }
     if (IsKeyPressure(event)) {
@@ -59,29 +69,25 @@ bool BoundControls::TakeNote(const LibMidi::MIDIEvent& event, const MidiControl&
     }
     const bool wasTaken = IsDown(down);
     SetDown(down, false);
-    // Of a note that two devices hold a port of several hands on the last end alone, whoever's it is.
-    const bool endsAnother = event.source != 0 && passed_[place];
-    passed_[place] = false;
-    return wasTaken && !endsAnother;
+    return wasTaken && !isHeard;
 }
 
-bool BoundControls::TakeWhatIsPressed(const MidiControl& control, const NK::CString& device) {
-    if (Learn(control, device)) {
+bool BoundControls::TakeWhatIsPressed(const MidiControl& control, const Sender& sender) {
+    if (Learn(control, sender)) {
         return true;
     }
-    Live* const live = Find(control, device);
+    Live* const live = Find(control, sender);
     if (live != nullptr) {
         Press(*live);
     }
     return live != nullptr;
 }
 
-bool BoundControls::TakeController(const LibMidi::MIDIEvent& event, const MidiControl& control,
-                                   const NK::CString& device) {
+bool BoundControls::TakeController(const LibMidi::MIDIEvent& event, const MidiControl& control, const Sender& sender) {
     const Down down{event.source, control};
     const int value = event.data2;
-    const bool isLearned = (value != 0 || (learned_ && learned_->canBeBound)) && Learn(control, device);
-    Live* const known = Find(control, device);
+    const bool isLearned = (value != 0 || (learned_ && learned_->canBeBound)) && Learn(control, sender);
+    Live* const known = Find(control, sender);
     if (isLearned && known != nullptr) {
         known->takeover.LetGo();  // it was moved, and nothing followed
         known->position.reset();
@@ -101,23 +107,29 @@ bool BoundControls::TakeController(const LibMidi::MIDIEvent& event, const MidiCo
     return wasTaken && value == 0;
 }
 
-bool BoundControls::Learn(const MidiControl& control, const NK::CString& device) {
-    if (!learning_ || device.IsEmpty()) {
+bool BoundControls::Learn(const MidiControl& control, const Sender& sender) {
+    if (!learning_) {
         return false;
     }
     if (learned_ && learned_->canBeBound) {
-        return learned_->control == control && IsNamed(learned_->device, device);
+        return learned_->control == control && learned_->device == NameOf(sender);
     }
     const bool fits = !IsValue(*learning_) || control.kind == MidiControl::Kind::kController;
-    learned_ = Learned{MidiBindings::KeepName(device), control, fits && !control.IsReserved()};
-    isTold_ = false;
-    Wake();
-    return learned_->canBeBound;
+    Tell({NameOf(sender), control, fits && !control.IsReserved()});
+    return learned_ && learned_->canBeBound;
 }
 
-BoundControls::Live* BoundControls::Find(const MidiControl& control, const NK::CString& device) {
+void BoundControls::Tell(Learned learned) {
+    if (!learned.device.IsEmpty() && learned_ != learned) {
+        learned_ = std::move(learned);
+        isTold_ = false;
+        Wake();
+    }
+}
+
+BoundControls::Live* BoundControls::Find(const MidiControl& control, const Sender& sender) {
     const auto found = std::find_if(live_.begin(), live_.end(), [&](const Live& live) {
-        return live.binding.control == control && IsNamed(live.binding.device, device);
+        return live.binding.control == control && live.binding.device == NameOf(sender);
     });
     return found == live_.end() ? nullptr : &*found;
 }
@@ -175,21 +187,28 @@ void BoundControls::LetGo(const Deed& knob) {
     live_.at(knob.binding).takeover.LetGo();
 }
 
-void BoundControls::SetBindings(const MidiBindings& bindings, const HeldKeys& held) {
+void BoundControls::LetGo() {
+    for (Live& live : live_) {
+        live.takeover.LetGo();
+    }
+}
+
+void BoundControls::SetBindings(const MidiBindings& bindings) {
     std::vector<Live> former = std::exchange(live_, {});
     for (const MidiBinding& binding : bindings.GetAll()) {
         const auto same = std::find_if(former.begin(), former.end(),
                                        [&binding](const Live& live) { return live.binding == binding; });
         live_.push_back(same != former.end() ? *same : Live{binding});
     }
-    Activate(held);
+    names_.clear();
+    UpdateActive();
 }
 
-void BoundControls::BeginLearning(EPanelFunction function, const HeldKeys& held) {
+void BoundControls::BeginLearning(EPanelFunction function) {
     learning_ = function;
     learned_.reset();
     isTold_ = true;
-    Activate(held);
+    UpdateActive();
 }
 
 std::optional<BoundControls::Learned> BoundControls::TakeLearned() {
@@ -213,18 +232,6 @@ void BoundControls::SetDown(const Down& down, bool isDown) {
     if (isDown) {
         down_.push_back(down);
     }
-}
-
-void BoundControls::Activate(const HeldKeys& held) {
-    if (!isActive_) {
-        passed_.reset();
-        for (MidiControl note{MidiControl::Kind::kNote, 0, 0}; note.channel < 16; ++note.channel) {
-            for (note.number = 0; note.number < 128; ++note.number) {
-                passed_[PlaceOf(note)] = held.IsHeld(note.number);  // on which channel is not known
-            }
-        }
-    }
-    UpdateActive();
 }
 
 void BoundControls::UpdateActive() {

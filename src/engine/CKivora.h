@@ -175,8 +175,8 @@ public:
     void ReleaseInputKeys();
     /// Lifts the sostenuto and the hold 2 pedal that the input port holds; its keys and its sustain pedal stay.
     void LiftInputHolds();
-    /// What the input port has done to the voices by a controller that it will send no more is undone: modulation and
-    /// the pedals that hold no notes go to 0, expression to 127, and the volumes are sent. Nothing for others.
+    /// What the input port has done to the voices by a controller that it will send no more is undone: the volumes are
+    /// sent, others go to their value of rest. Nothing for one that it has not sent, or that has no such value.
     void RestInputController(std::uint8_t controller);
     /// What the input port holds; what was taken out of its stream is not part of it.
     HeldKeys GetInputKeys() const;

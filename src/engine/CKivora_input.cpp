@@ -14,6 +14,34 @@ namespace {
 /// How often who waits for the lock looks whether the port is being closed.
 constexpr std::uint32_t kLookAtPortMs = 2;
 
+/// Where a controller stands that nobody has moved (MIDI 1.0, table III; General MIDI 2 for the levels of effects);
+/// nothing for those that mean nothing by themselves.
+std::optional<std::uint8_t> RestOf(std::uint8_t controller) {
+    constexpr std::uint8_t kFirstCentred = Controller::kFirstSound + 1;  // the variation has none
+    constexpr std::uint8_t kLastCentred = Controller::kLastSound - 1;
+    constexpr std::uint8_t kCentre = 64;
+    constexpr std::uint8_t kSomeReverb = 40;
+    constexpr std::uint8_t kFull = 127;
+    switch (controller) {
+        case Controller::kModulation:
+        case Controller::kPortamento:
+        case Controller::kSoftPedal:
+        case Controller::kLegato:
+        case Controller::kChorus:
+            return std::uint8_t{0};
+        case Controller::kBalance:
+        case Controller::kPan:
+            return kCentre;
+        case Controller::kReverb:
+            return kSomeReverb;
+        case Controller::kVolume:
+        case Controller::kExpression:
+            return kFull;
+        default:
+            return controller >= kFirstCentred && controller <= kLastCentred ? std::optional(kCentre) : std::nullopt;
+    }
+}
+
 /// What the keyboard ends its notes or lifts its pedal with.
 bool EndsLatched(TMIDIMessage message) {
     return message.status == TMIDIMessage::kControlChange &&
@@ -40,8 +68,10 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
         return;
     }
     BoundControls& controls = extras_->controls;
+    HeardInput& heard = extras_->heard;
     for (std::int32_t i = 0; i < count; ++i) {
-        if (!controls.IsActive() || !controls.Take(events[i], inputPort_.load())) {
+        const bool isTaken = controls.IsActive() && controls.Take(events[i], inputPort_.load(), heard.Holds(events[i]));
+        if (!isTaken && heard.Follow(events[i])) {
             ProcessInput(events[i].ToMessage());
         }
     }
@@ -107,7 +137,8 @@ void CKivora::ReleaseInputKeys() {
         LiftInputPedal(pedal);
     }
     inputKeys_.Clear();
-    extras_->controls.ForgetPassed();
+    extras_->heard.ForgetNotes();
+    extras_->controls.LetGo();
     extras_->pedal.input = 0;
 }
 
@@ -129,24 +160,14 @@ void CKivora::LiftInputPedal(std::uint8_t controller) {
 
 void CKivora::RestInputController(std::uint8_t controller) {
     const Hold hold(*this);
-    if (!sink_) {
+    const std::optional<std::uint8_t> rest = RestOf(controller);
+    if (!sink_ || !rest || !extras_->heard.TakeMoved(controller)) {
         return;
     }
-    switch (controller) {
-        case Controller::kModulation:
-        case Controller::kPortamento:
-        case Controller::kSoftPedal:
-        case Controller::kLegato:
-            SendController(controller, 0);
-            break;
-        case Controller::kExpression:
-            SendController(controller, 127);
-            break;
-        case Controller::kVolume:
-            SendVolumes();
-            break;
-        default:
-            break;
+    if (controller == Controller::kVolume) {
+        SendVolumes();
+    } else {
+        SendController(controller, *rest);
     }
 }
 

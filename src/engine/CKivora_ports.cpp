@@ -112,6 +112,8 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
         Fail(QT_TR_NOOP("Failed to open input MIDI port:"), NK::ToQt(port->GetName()));
     }
     inputKeys_.Clear();
+    extras_->heard.ForgetNotes();
+    extras_->controls.LetGo();
     extras_->pedal.input = 0;
 }
 
@@ -262,6 +264,7 @@ bool CKivora::UpdatePorts() {
     // Without the lock: what it takes is the system's matter, and only this thread lists, opens and closes ports.
     factory->Update();
     const Hold hold(*this);
+    extras_->controls.LetGo();  // the knobs of one among several devices may have been away
     const auto take = [](const NK::CStringArray& names) {
         std::vector<NK::CString> taken;
         for (std::uint32_t i = 0; i < names.GetSize(); ++i) {

@@ -7,6 +7,7 @@
 #include "engine/BoundControls.h"
 #include "engine/Click.h"
 #include "engine/ClickOutput.h"
+#include "engine/HeardInput.h"
 #include "engine/PedalHolders.h"
 #include "engine/takes/TakeGrid.h"
 #include "engine/TapTempo.h"
@@ -49,6 +50,7 @@ struct EngineExtras {
     std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
     BoundControls controls;  ///< of the input port
+    HeardInput heard;        ///< what they have let pass
     VelocityMap velocity;    ///< of the notes of the input port
     PedalHolders pedal;      ///< the key is set by EngineFront::SetSustain()
     PatchShelf patches;

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 
 namespace Kivora {
@@ -43,6 +44,8 @@ bool PresetSteps::Step(int by) {
         if (front_.LoadPreset(preset.name, preset.factory)) {
             name_ = preset.name;
             factory_ = preset.factory;
+            front_.GetEngine().WithExtras(
+                [&preset](EngineExtras& extras) { extras.presets.Note(preset.name, preset.factory); });
             return true;
         }
     }

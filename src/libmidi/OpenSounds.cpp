@@ -65,6 +65,15 @@ bool OpenSounds::IsAnyNote() const noexcept {
     return std::any_of(channels_.begin(), channels_.end(), [](const Channel& channel) { return channel.notes.any(); });
 }
 
+bool OpenSounds::IsNoteOpen(std::uint8_t note) const noexcept {
+    return note < 128 && std::any_of(channels_.begin(), channels_.end(),
+                                     [note](const Channel& channel) { return channel.notes[note]; });
+}
+
+bool OpenSounds::IsNoteOpen(std::uint8_t note, int channel) const noexcept {
+    return note < 128 && channels_[static_cast<std::size_t>(channel)].notes[note];
+}
+
 void OpenSounds::VisitEndedBy(TMIDIMessage message, const Visit& visit) const {
     if (message.status == TMIDIMessage::kSystemReset) {
         VisitEnds(visit);

@@ -21,6 +21,9 @@ public:
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
     bool IsAny() const noexcept;
     bool IsAnyNote() const noexcept;
+    /// On any channel, or on one of 0..15; false for a note beyond 127.
+    bool IsNoteOpen(std::uint8_t note) const noexcept;
+    bool IsNoteOpen(std::uint8_t note, int channel) const noexcept;
     /// Whether the message lifts a pedal that is not down here.
     bool LiftsNothing(NK::MIDI::TMIDIMessage message) const noexcept;
     /// Visits what says by itself, note by note and pedal by pedal, what `message` ends of these at one blow: a

@@ -6,26 +6,40 @@
 #include "ui/dialogs/MidiLearn.h"
 #include "ui/dialogs/MidiRemote.h"
 #include "ui/KivoraWidget.h"
+#include "ui/MainDisplay.h"
 #include "ui/parts/FailureTexts.h"
+#include "ui/parts/NoticeLine.h"
 
 void KivoraWidget::createRemote() {
     using Kivora::EPanelFunction;
     NK::ForgetFileFailure();
     remote_ = new MidiRemote(*front_, *this);
-    const auto tellDamage = [this](const QString& text, const QString& details) {
+    const auto tell = [this](const QString& text, const QString& details) {
         notices_.Tell(QMessageBox::Warning, tr("Warning"), text, details);
     };
     using State = Kivora::StoredBindings::State;
     if (remote_->state() == State::kPartly || remote_->state() == State::kDamaged) {
-        tellDamage(
-            tr("The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file "
-               "will be kept under another name."),
-            {});
+        tell(tr("The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file "
+                "will be kept under another name."),
+             {});
+    } else if (remote_->state() == State::kNewer) {
+        tell(tr("Some of what is bound on MIDI keyboards means nothing to this version. It stays in its file, and "
+                "the rest is in force."),
+             {});
     } else if (remote_->state() == State::kUnreadable) {
-        tellDamage(tr("The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound."),
-                   FailureTexts::OfLastFile());
+        tell(tr("The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound."),
+             FailureTexts::OfLastFile());
     }
     connect(remote_, &MidiRemote::damagedFileKept, this, &KivoraWidget::fileSetAside);
+    connect(remote_, &MidiRemote::presetStepped, this, [this](bool loaded) {
+        NoticeLine& line = *display_->notice();
+        if (loaded) {
+            line.withdraw(NoticeLine::Topic::kPresets);
+        } else {
+            line.tell(NoticeLine::Topic::kPresets, tr("There is no preset that can be loaded"),
+                      [&line] { line.withdraw(NoticeLine::Topic::kPresets); });
+        }
+    });
     const auto onArpeggiatorSwitch = [this](int index) {
         return [this, index] {
             front_->ChangeArpeggiator(index, [](NK::MIDI::CArpeggiator1& arpeggiator) {

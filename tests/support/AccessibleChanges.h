@@ -14,7 +14,8 @@
 namespace KivoraTest {
 
 /// While it lives, assistive programs count as running, and each change of the states "checked", "pressed" and
-/// "disabled" is noted as "name state" with "+" or "-" for what the state is now. One at a time. [gui]
+/// "disabled" is noted as "name state" with "+" or "-" for what the state is now; what alerts, by its name. One at a
+/// time. [gui]
 class AccessibleChanges {
 public:
     AccessibleChanges() {
@@ -31,6 +32,7 @@ public:
     AccessibleChanges& operator=(const AccessibleChanges&) = delete;
 
     std::vector<std::string> Take() { return std::exchange(changes_, {}); }
+    std::vector<std::string> TakeAlerts() { return std::exchange(alerts_, {}); }
 
 private:
     /// Qt has no public way to claim that an assistive program runs.
@@ -38,6 +40,9 @@ private:
         QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(active);
     }
     void Note(QAccessibleEvent& event) {
+        if (event.type() == QAccessible::Alert && event.accessibleInterface() != nullptr) {
+            alerts_.push_back(event.accessibleInterface()->text(QAccessible::Name).toStdString());
+        }
         QAccessibleInterface* const changed =
             event.type() == QAccessible::StateChanged ? event.accessibleInterface() : nullptr;
         if (changed == nullptr) {
@@ -59,6 +64,7 @@ private:
     inline static AccessibleChanges* current_ = nullptr;
     QAccessible::UpdateHandler former_ = nullptr;
     std::vector<std::string> changes_;
+    std::vector<std::string> alerts_;
 };
 
 }  // namespace KivoraTest

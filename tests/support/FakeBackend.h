@@ -157,6 +157,16 @@ public:
     }
     using MIDIInPortImpl::SetClosing;
 
+    const NK::CString& GetSourceName(std::uint8_t source) const override {
+        if (onNameAsked) {
+            onNameAsked();
+        }
+        const auto named = sourceNames.find(source);
+        return named != sourceNames.end() ? named->second : GetName();
+    }
+
+    std::map<std::uint8_t, NK::CString> sourceNames;  ///< of those that do not have the port's own
+    std::function<void()> onNameAsked;
     /// Called when the port is about to be closed.
     std::function<void()> onClosing;
 

@@ -13,6 +13,9 @@ public:
     AlsaDeviceInPort(const std::shared_ptr<AlsaClient>& client, const NK::CString& name);
     ~AlsaDeviceInPort() override;
 
+    /// Its own, as nobody else is meant.
+    const NK::CString& GetSourceName(std::uint8_t) const override { return GetName(); }
+
 private:
     std::optional<snd_seq_addr_t> CreateOwn() override;
     bool Connect(snd_seq_addr_t own, snd_seq_addr_t device) override;

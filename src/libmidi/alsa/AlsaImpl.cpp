@@ -50,10 +50,20 @@ void AlsaImpl::Update() {
     isTold_ = false;
     const std::vector<AlsaListedPort> listed = client_->ListPorts();
     inputs_.Update(Select(listed, &AlsaListedPort::sends));
+    NameSenders();
     outputs_.Update(Select(listed, &AlsaListedPort::receives));
     list_.ports = {keyboards_.get()};
     Append(list_.ports, inputs_.GetPresent(), *programsIn_);
     Append(list_.ports, outputs_.GetPresent(), *programsOut_);
+}
+
+void AlsaImpl::NameSenders() {
+    std::vector<AlsaInPort::SenderName> names;
+    for (const AlsaDeviceInPort* device : inputs_.GetPresent()) {
+        names.push_back({device->GetPlace().value_or(snd_seq_addr_t{}), device->GetName()});
+    }
+    keyboards_->SetSenderNames(names);
+    programsIn_->SetSenderNames(std::move(names));
 }
 
 MIDIInPort* AlsaImpl::GetDefaultInput() const {

@@ -47,6 +47,7 @@ private:
     };
 
     void OnNews() override;
+    void NameSenders();
 
     const std::shared_ptr<AlsaClient> client_;
     std::function<void()> tell_;       ///< does not change while this watches

@@ -10,24 +10,7 @@
 namespace LibMidi {
 
 namespace {
-
 constexpr std::size_t kMostSources = 255;
-
-/// Which note a message ends, if it ends one.
-struct NoteEnd {
-    static NoteEnd Of(NK::MIDI::TMIDIMessage message) {
-        using NK::MIDI::TMIDIMessage;
-        const bool ends =
-            message.status == TMIDIMessage::kNoteOff || (message.status == TMIDIMessage::kNoteOn && message.data2 == 0);
-        return {ends, message.channel, message.data1};
-    }
-    friend bool operator==(const NoteEnd&, const NoteEnd&) = default;
-
-    bool isOne;
-    std::uint8_t channel;
-    std::uint8_t note;
-};
-
 }  // namespace
 
 AlsaInPort::AlsaInPort(std::shared_ptr<AlsaClient> client)
@@ -72,9 +55,9 @@ std::uint8_t AlsaInPort::FindSource(snd_seq_addr_t address) {
     if (found == sources_.end()) {
         found = std::find_if_not(sources_.begin(), sources_.end(), [](const Source& source) { return source.isInUse; });
         if (found != sources_.end()) {
-            *found = {address, true, std::nullopt};
+            *found = {address, true, std::nullopt, 0};
         } else if (sources_.size() < kMostSources) {
-            sources_.push_back({address, true, std::nullopt});
+            sources_.push_back({address, true, std::nullopt, 0});
             found = std::prev(sources_.end());
         } else {
             return 0;
@@ -88,10 +71,30 @@ const NK::CString& AlsaInPort::GetSourceName(std::uint8_t source) const {
         return GetName();
     }
     Source& asked = sources_[static_cast<std::size_t>(source) - 1];
-    if (!asked.name) {
-        asked.name = AlsaNames::FindSender(*client_, asked.address);
+    const unsigned int listing = listing_.load();
+    if (!asked.name || asked.listing != listing) {
+        asked.name = FindName(asked.address);
+        asked.listing = listing;
     }
     return asked.name->IsEmpty() ? GetName() : *asked.name;
+}
+
+void AlsaInPort::SetSenderNames(std::vector<SenderName> names) {
+    const CLockGuard guard(namesLock_);
+    names_ = std::move(names);
+    ++listing_;
+}
+
+NK::CString AlsaInPort::FindName(snd_seq_addr_t address) const {
+    {
+        const CLockGuard guard(namesLock_);
+        const auto listed = std::find_if(names_.begin(), names_.end(),
+                                         [address](const SenderName& name) { return name.address == address; });
+        if (listed != names_.end()) {
+            return listed->name;
+        }
+    }
+    return AlsaNames::FindSender(*client_, address);
 }
 
 void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
@@ -105,25 +108,11 @@ void AlsaInPort::Take(const std::vector<snd_seq_event_t>& events) {
         }
         VisitInputEvents(event, [this, &sender](const MIDIEvent& message) {
             sender.held.Follow(message.ToMessage());
-            if (!IsHeldOn(message)) {
-                MIDIEvent sent = message;
-                sent.source = sender.source;
-                QueueEvent(sent);
-            }
+            MIDIEvent sent = message;
+            sent.source = sender.source;
+            QueueEvent(sent);
         });
     }
-}
-
-bool AlsaInPort::IsHeldOn(const MIDIEvent& end) const {
-    const NoteEnd note = NoteEnd::Of(end.ToMessage());
-    if (!note.isOne || senders_.size() < 2) {
-        return false;
-    }
-    return std::any_of(senders_.begin(), senders_.end(), [&note](const Sender& sender) {
-        bool holds = false;
-        sender.held.VisitEnds([&](NK::MIDI::TMIDIMessage held) { holds = holds || NoteEnd::Of(held) == note; });
-        return holds;
-    });
 }
 
 void AlsaInPort::TakeLoss() {
@@ -164,9 +153,7 @@ void AlsaInPort::EndHeld(Sender& sender) {
     held.VisitEnds([this, &sender](NK::MIDI::TMIDIMessage message) {
         MIDIEvent end = MIDIEvent::FromMessage(message, 0);
         end.source = sender.source;
-        if (!IsHeldOn(end)) {
-            QueueEvent(end);
-        }
+        QueueEvent(end);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "ui/dialogs/MidiLearn.h"
 
 #include <algorithm>
+#include <QAccessible>
 #include <QCheckBox>
 #include <QDir>
 #include <QEvent>
@@ -151,7 +152,13 @@ void MidiLearn::showBindings() {
 }
 
 void MidiLearn::showState(const QString& text) {
+    if (state_->text() == text) {
+        return;
+    }
     state_->setText(text);
+    state_->setAccessibleName(text);
+    QAccessibleEvent alert(state_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void MidiLearn::enable() {
@@ -175,8 +182,12 @@ void MidiLearn::choose() {
     if (learning_) {
         stopLearning();
     } else {
-        showState(tr("Choose what to work from the MIDI keyboard, and press \"Learn\"."));
+        invite();
     }
+}
+
+void MidiLearn::invite() {
+    showState(tr("Choose what to work from the MIDI keyboard, and press \"Learn\"."));
 }
 
 void MidiLearn::learn() {
@@ -192,11 +203,15 @@ void MidiLearn::learn() {
                                           : tr("%1: press a button or a pad of the MIDI keyboard.").arg(name));
 }
 
-void MidiLearn::stopLearning() {
+void MidiLearn::endLearning() {
     learning_ = false;
     learn_->setChecked(false);
     remote_.endLearning();
-    showState(tr("Choose what to work from the MIDI keyboard, and press \"Learn\"."));
+}
+
+void MidiLearn::stopLearning() {
+    endLearning();
+    invite();
 }
 
 void MidiLearn::reject() {
@@ -211,8 +226,14 @@ void MidiLearn::learned(const Kivora::BoundControls::Learned& control) {
     if (!learning_) {
         return;
     }
-    const QString came = MidiControlTexts::Describe(control.device, control.control);
-    if (control.control.IsReserved()) {
+    if (!control.control) {
+        showState(tr("%1: a pitch bend or a pressure cannot be bound. Take another control, or let this one send a "
+                     "controller.")
+                      .arg(NK::ToQt(control.device)));
+        return;
+    }
+    const QString came = MidiControlTexts::Describe(control.device, *control.control);
+    if (control.control->IsReserved()) {
         showState(came + ". " + tr("It is needed for playing and cannot be bound. Take another one."));
         return;
     }
@@ -220,7 +241,7 @@ void MidiLearn::learned(const Kivora::BoundControls::Learned& control) {
         showState(came + ". " + tr("It cannot set a value. Move a knob or a fader."));
         return;
     }
-    const MidiBinding binding{control.device, control.control, function(), false};
+    const MidiBinding binding{control.device, *control.control, function(), false};
     const MidiBinding* const former = remote_.bindings().Find(binding.device, binding.control);
     if (former != nullptr && former->function != binding.function &&
         MessageBoxes::Show(
@@ -232,7 +253,7 @@ void MidiLearn::learned(const Kivora::BoundControls::Learned& control) {
         return;
     }
     change([&binding](MidiBindings& bindings) { bindings.Bind(binding); });
-    stopLearning();
+    endLearning();
     showState(tr("Bound: %1.").arg(came));
 }
 
@@ -301,20 +322,23 @@ void MidiLearn::importBindings() {
                                   tr("The file holds no bindings. Nothing has changed."), path);
     } else {
         remote_.exchangeFolder = QFileInfo(path).absolutePath();
-        takeOver(stored.bindings, stored.refused);
+        takeOver(stored);
     }
 }
 
-void MidiLearn::takeOver(const MidiBindings& bindings, std::size_t refused) {
-    const std::size_t count = bindings.GetAll().size();
-    if (refused != 0 &&
-        MessageBoxes::Show(this, QMessageBox::Warning, windowTitle(),
-                           tr("The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?")
-                               .arg(refused)
-                               .arg(count),
-                           QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
+void MidiLearn::takeOver(const StoredBindings& stored) {
+    const QString question =
+        stored.state == StoredBindings::State::kNewer
+            ? tr("Lines of the file that mean nothing to this version: %1. Take over the others: %2?")
+            : tr("The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?");
+    if (stored.refused != 0 && MessageBoxes::Show(this, QMessageBox::Warning, windowTitle(),
+                                                  question.arg(stored.refused).arg(stored.bindings.GetAll().size()),
+                                                  QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes) {
         return;
     }
-    change([&bindings](MidiBindings& all) { all.TakeOver(bindings); });
-    showState(tr("Bindings taken over: %1.").arg(count));
+    std::size_t count = 0;
+    change([&](MidiBindings& all) { count = all.TakeOver(stored.bindings); });
+    const QString taken = tr("Bindings taken over: %1.").arg(count);
+    const std::size_t left = stored.bindings.GetAll().size() - count;
+    showState(left == 0 ? taken : taken + ' ' + tr("No room for the others: %1.").arg(left));
 }

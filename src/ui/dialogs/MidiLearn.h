@@ -11,6 +11,10 @@ class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 
+namespace Kivora {
+struct StoredBindings;
+}
+
 /// Lists what can be bound and to what it is. What is changed in it is in force at once, and saved. [gui]
 class MidiLearn : public FittedDialog {
     Q_OBJECT
@@ -38,6 +42,8 @@ private:
 
     void learn();
     void stopLearning();
+    void endLearning();
+    void invite();
     void learned(const Kivora::BoundControls::Learned& control);
     void clear();
     void clearAll();
@@ -45,7 +51,7 @@ private:
     void importBindings();
     void setLatching(bool latches);
     void change(const std::function<void(Kivora::MidiBindings& bindings)>& change);
-    void takeOver(const Kivora::MidiBindings& bindings, std::size_t refused);
+    void takeOver(const Kivora::StoredBindings& stored);
     QString startFolder() const;
 
     MidiRemote& remote_;

@@ -50,8 +50,8 @@ MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
     setAction(EPanelFunction::kPatch1Down, patch(&Kivora::EngineFront::PrevPatch));
     setAction(EPanelFunction::kPatch2Up, secondPatch(&Kivora::EngineFront::NextPatch));
     setAction(EPanelFunction::kPatch2Down, secondPatch(&Kivora::EngineFront::PrevPatch));
-    setAction(EPanelFunction::kPresetUp, [this] { presets_.Step(1); });
-    setAction(EPanelFunction::kPresetDown, [this] { presets_.Step(-1); });
+    setAction(EPanelFunction::kPresetUp, [this] { emit presetStepped(presets_.Step(1)); });
+    setAction(EPanelFunction::kPresetDown, [this] { emit presetStepped(presets_.Step(-1)); });
     putInForce();
     engine_.WithExtras([this](EngineExtras& extras) {
         extras.controls.SetWake([this] { QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection); });
@@ -87,17 +87,11 @@ bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change
 }
 
 void MidiRemote::putInForce() {
-    engine_.WithLock([this] {
-        const Kivora::HeldKeys held = engine_.GetInputKeys();
-        engine_.WithExtras([&](EngineExtras& extras) { extras.controls.SetBindings(file_.Get(), held); });
-    });
+    engine_.WithExtras([this](EngineExtras& extras) { extras.controls.SetBindings(file_.Get()); });
 }
 
 void MidiRemote::beginLearning(EPanelFunction function) {
-    engine_.WithLock([&] {
-        const Kivora::HeldKeys held = engine_.GetInputKeys();
-        engine_.WithExtras([&](EngineExtras& extras) { extras.controls.BeginLearning(function, held); });
-    });
+    engine_.WithExtras([function](EngineExtras& extras) { extras.controls.BeginLearning(function); });
 }
 
 void MidiRemote::endLearning() {

@@ -50,6 +50,7 @@ public:
 signals:
     void learned(const Kivora::BoundControls::Learned& control);
     void damagedFileKept(const QString& path);
+    void presetStepped(bool loaded);  ///< to the next or the previous one, where any could be loaded
 
 private slots:
     void deliver();

@@ -8,6 +8,7 @@
 #include "engine/EngineExtras.h"
 #include "engine/EngineFront.h"
 #include "engine/PresetSteps.h"
+#include "support/AllocationCounter.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -42,7 +43,7 @@ protected:
     }
 
     void SetBindings() {
-        Extras([this](auto& controls) { controls.SetBindings(bindings, engine.GetInputKeys()); });
+        Extras([this](auto& controls) { controls.SetBindings(bindings); });
     }
     void Bind(const MidiControl& control, EPanelFunction function, bool latches = false,
               const wchar_t* device = kKeyboard) {
@@ -54,7 +55,7 @@ protected:
         SetBindings();
     }
     void Learn(EPanelFunction function) {
-        Extras([&](auto& controls) { controls.BeginLearning(function, engine.GetInputKeys()); });
+        Extras([&](auto& controls) { controls.BeginLearning(function); });
     }
     std::optional<BoundControls::Learned> TakeLearned() {
         return Extras([](auto& controls) { return controls.TakeLearned(); });
@@ -259,40 +260,147 @@ TEST_F(Bound, ABoundNoteIsNoneThatTheInputHolds) {
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
 }
 
-/// Where two devices hold a note the port hands on the last of the two ends alone.
-TEST_F(Bound, TheEndOfABoundNoteEndsTheNoteOfAnotherDeviceWhoseEndWasHeldBack) {
+TEST_F(Bound, ABoundPadEndsNoKeyOfItsNumberOnAnotherChannel) {
+    DeliverFrom(1, 0x90, 36, 100);
+    Bind(kPad, EPanelFunction::kPanic);
+    rig.TakeWritten();
+    DeliverFrom(1, 0x99, 36, 100);
+    DeliverFrom(1, 0x89, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty()) << "the key is down";
+    DeliverFrom(1, 0x80, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("80 24 00"));
+}
+
+TEST_F(Bound, APadThatIsBoundAndStruckOnceMoreBeforeItWasReleasedEnds) {
+    Deliver(0x99, 36, 100);
+    Bind(kPad, EPanelFunction::kPanic);
+    rig.TakeWritten();
+    Deliver(0x99, 36, 90);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    Deliver(0x89, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("80 24 00"));
+    Clear();
+    EXPECT_FALSE(IsActive());
+}
+
+TEST_F(Bound, TheEndOfABoundNoteEndsNoneOfAnotherDevice) {
     Bind(kPad, EPanelFunction::kPanic);
     DeliverFrom(1, 0x99, 36, 100);
     Clear();
     DeliverFrom(2, 0x99, 36, 90);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("90 24 5a"));
     DeliverFrom(1, 0x89, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    DeliverFrom(2, 0x89, 36, 0);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("80 24 00"));
     EXPECT_FALSE(IsActive());
 }
 
-TEST_F(Bound, WhatAnotherDeviceHeldBeforeAnythingWasBoundEndsToo) {
+TEST_F(Bound, WhatAnotherDeviceHeldBeforeAnythingWasBoundEndsWithItsOwnRelease) {
     DeliverFrom(2, 0x99, 36, 90);
     Bind(kPad, EPanelFunction::kPanic);
     DeliverFrom(1, 0x99, 36, 100);
     EXPECT_EQ(CountDeeds(), 1U);
     Clear();
     rig.TakeWritten();
+    DeliverFrom(2, 0x89, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("80 24 00")) << "the other one, which is down, is not heard";
     DeliverFrom(1, 0x89, 36, 0);
-    EXPECT_THAT(rig.TakeWritten(), ElementsAre("80 24 00"));
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+}
+
+TEST_F(Bound, AKeyWhoseNoteABoundPadOfAnotherDeviceHasEndsWithItsRelease) {
+    rig.GetKeyboard().sourceNames = {{1, L"Pads"}, {2, L"Keys"}};
+    Bind(kPad, EPanelFunction::kPanic, false, L"Pads");
+    DeliverFrom(1, 0x99, 36, 100);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    DeliverFrom(2, 0x99, 36, 90);
+    DeliverFrom(2, 0x89, 36, 0);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("90 24 5a", "80 24 00"));
+}
+
+TEST_F(Bound, NobodyIsAskedForNamesOfWhatIsNotBound) {
+    int asked = 0;
+    rig.GetKeyboard().onNameAsked = [&asked] { ++asked; };
+    Bind(kKnob, EPanelFunction::kVolume1);
+    Deliver(0xB0, 20, 5);
+    Deliver(0x90, 60, 100);
+    Deliver(0x80, 60, 0);
+    EXPECT_EQ(asked, 0);
+    Deliver(0xB0, 21, 5);
+    EXPECT_GT(asked, 0);
+}
+
+TEST_F(Bound, ABoundKnobAllocatesNothingOnceWarm) {
+    constexpr const wchar_t* kName = L"  A keyboard with blanks around its name  ";
+    rig.GetKeyboard().sourceNames = {{1, kName}};
+    Bind(kKnob, EPanelFunction::kVolume1, false, kName);
+    DeliverFrom(1, 0xB0, 21, 5);
+    EXPECT_EQ(CountDeeds(), 1U) << "a name is kept without blanks around it";
+    std::vector<LibMidi::MIDIEvent> events;
+    for (std::uint8_t value = 0; value < 128; ++value) {
+        events.emplace_back(0U, std::uint8_t{0xB0}, std::uint8_t{21}, value);
+        events.back().source = 1;
+    }
+    rig.GetKeyboard().Deliver(events);
+    const std::uint64_t before = GetAllocationCount();
+    engine.OnMIDIData(events.data(), static_cast<std::int32_t>(events.size()));
+    EXPECT_EQ(GetAllocationCount(), before);
+}
+
+// Knobs.
+
+TEST_F(Bound, AKnobOfAnInputThatWasLostOrClosedCatchesItsValueAnew) {
+    const auto follow = [this](std::uint8_t position, int current) {
+        rig.backend.GetIn(kKeyboard)->Deliver(0xB0, 21, position);
+        return Extras([current](auto& controls) {
+            const auto deed = controls.TakeNext();
+            return deed ? controls.Follow(*deed, current, 0, 127) : std::nullopt;
+        });
+    };
+    Bind(kKnob, EPanelFunction::kVolume1);
+    follow(64, 64);
+    EXPECT_EQ(follow(70, 64), 70) << "caught";
+    rig.GetDevice(kKeyboard).state = LibMidi::DeviceState::kLost;
+    engine.LookAtInput();
+    rig.GetDevice(kKeyboard).state = LibMidi::DeviceState::kWorks;
+    engine.LookAtInput();
+    EXPECT_EQ(follow(100, 70), std::nullopt) << "it was turned meanwhile";
+    follow(60, 70);
+    EXPECT_EQ(follow(72, 60), 72) << "caught";
+    engine.SetInputPortByName(kOtherKeyboard);
+    engine.SetInputPortByName(kKeyboard);
+    EXPECT_EQ(follow(100, 72), std::nullopt);
 }
 
 TEST_F(Bound, AKnobThatHasMovedTheVoicesGivesThemBackWhenItIsBound) {
-    engine.RestInputController(1);
-    EXPECT_THAT(rig.TakeWritten(), UnorderedElementsAre("b0 01 00", "b1 01 00", "b2 01 00"));
-    engine.RestInputController(11);
-    EXPECT_THAT(rig.TakeWritten(), UnorderedElementsAre("b0 0b 7f", "b1 0b 7f", "b2 0b 7f"));
-    engine.RestInputController(7);
-    EXPECT_THAT(rig.TakeWritten(), UnorderedElementsAre("b0 07 64", "b1 07 64", "b2 07 64"));
-    engine.RestInputController(67);
-    EXPECT_THAT(rig.TakeWritten(), UnorderedElementsAre("b0 43 00", "b1 43 00", "b2 43 00"));
-    engine.RestInputController(21);
+    const auto rest = [this](std::uint8_t controller) {
+        Deliver(0xB4, controller, 33);
+        rig.TakeWritten();
+        engine.RestInputController(controller);
+        return rig.TakeWritten();
+    };
+    EXPECT_THAT(rest(1), UnorderedElementsAre("b0 01 00", "b1 01 00", "b2 01 00"));
+    EXPECT_THAT(rest(11), UnorderedElementsAre("b0 0b 7f", "b1 0b 7f", "b2 0b 7f"));
+    EXPECT_THAT(rest(7), UnorderedElementsAre("b0 07 64", "b1 07 64", "b2 07 64"));
+    EXPECT_THAT(rest(67), UnorderedElementsAre("b0 43 00", "b1 43 00", "b2 43 00"));
+    EXPECT_THAT(rest(10), UnorderedElementsAre("b0 0a 40", "b1 0a 40", "b2 0a 40"));
+    EXPECT_THAT(rest(71), UnorderedElementsAre("b0 47 40", "b1 47 40", "b2 47 40"));
+    EXPECT_THAT(rest(78), UnorderedElementsAre("b0 4e 40", "b1 4e 40", "b2 4e 40"));
+    EXPECT_THAT(rest(91), UnorderedElementsAre("b0 5b 28", "b1 5b 28", "b2 5b 28"));
+    EXPECT_THAT(rest(93), UnorderedElementsAre("b0 5d 00", "b1 5d 00", "b2 5d 00"));
+    EXPECT_THAT(rest(21), IsEmpty());
+}
+
+TEST_F(Bound, WhatTheInputHasNotMovedStaysAsItIs) {
+    for (std::uint8_t controller = 0; controller < 128; ++controller) {
+        engine.RestInputController(controller);
+    }
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+    Bind({Kind::kController, 0, 11}, EPanelFunction::kVolume1);
+    Deliver(0xB0, 11, 5);
+    engine.RestInputController(11);
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty()) << "it was bound, and has moved no voice";
 }
 
 // Learning.
@@ -354,12 +462,30 @@ TEST_F(Bound, WhatPlayingNeedsIsToldAndPasses) {
     const auto learned = TakeLearned();
     ASSERT_TRUE(learned);
     EXPECT_FALSE(learned->canBeBound);
-    EXPECT_TRUE(learned->control.IsReserved());
+    EXPECT_TRUE(learned->control->IsReserved());
     Deliver(0xB0, 64, 0);
     EXPECT_THAT(shown.TakeMessages(), ElementsAre("b0 40 00"));
     EXPECT_FALSE(TakeLearned());
     Deliver(0xB0, 22, 127);
     EXPECT_TRUE(TakeLearned()->canBeBound) << "the learning has gone on";
+}
+
+TEST_F(Bound, APitchBendOrAPressureIsToldOnceAndPasses) {
+    Learn(EPanelFunction::kVolume1);
+    Deliver(0xE0, 0, 65);
+    Deliver(0xE0, 0, 66);
+    EXPECT_THAT(shown.TakeMessages(), ElementsAre("e0 00 41", "e0 00 42"));
+    const auto learned = TakeLearned();
+    ASSERT_TRUE(learned);
+    EXPECT_FALSE(learned->canBeBound);
+    EXPECT_FALSE(learned->control);
+    EXPECT_EQ(learned->device, kKeyboard);
+    Deliver(0xD0, 5);
+    EXPECT_FALSE(TakeLearned()) << "it was told";
+    Deliver(0xB0, 21, 5);
+    EXPECT_TRUE(TakeLearned()->canBeBound);
+    Deliver(0xE0, 0, 64);
+    EXPECT_FALSE(TakeLearned());
 }
 
 TEST_F(Bound, ForAValueANotePassesAndIsTold) {
@@ -429,6 +555,13 @@ TEST_F(Bound, PresetsAreWalkedThroughAndRoundAgain) {
     EXPECT_EQ(step(-1).first, "Bells");
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 0));
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 19));
+    const auto place = [this](const wchar_t* name, bool isFactorys) {
+        return engine.WithExtras(
+            [&](Kivora::EngineExtras& extras) { return extras.presets.GetPlace(name, isFactorys); });
+    };
+    EXPECT_EQ(place(L"Organ", false), 0U) << "used last";
+    EXPECT_EQ(place(L"Organ", true), 1U);
+    EXPECT_EQ(place(L"Bells", false), 2U);
     std::filesystem::remove(rig.folder / "user" / "Presets" / "Bells.kivoraLXPreset");
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 0));
 }

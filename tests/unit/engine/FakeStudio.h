@@ -8,6 +8,7 @@
 
 namespace KivoraTest {
 
+/// The first input is two keyboards together.
 class FakeStudio : public Studio {
 public:
     explicit FakeStudio(EngineRig& rig) : rig_(rig) {
@@ -24,7 +25,20 @@ public:
         GetSynth(synth).failsToWrite = fails;
     }
     void SetFailsToOpen(std::size_t synth, bool fails) override { GetSynth(synth).failsToOpen = fails; }
-    void Play(int input, const std::vector<LibMidi::MIDIEvent>& events) override { GetIn(input).Deliver(events); }
+    std::vector<int> GetKeyboards(int input) const override {
+        return input == 0 ? std::vector{0, 1} : std::vector{input};
+    }
+    void Play(int input, int keyboard, const std::vector<LibMidi::MIDIEvent>& events) override {
+        FakeInPort& port = GetIn(input);
+        std::vector<LibMidi::MIDIEvent> sent = events;
+        if (input == 0) {
+            for (LibMidi::MIDIEvent& event : sent) {
+                event.source = static_cast<std::uint8_t>(1 + keyboard);
+            }
+            port.sourceNames = {{2, kOtherKeyboard}};
+        }
+        port.Deliver(sent);
+    }
     void Lose(int input) override { GetIn(input).Lose(1); }
 
 private:

@@ -18,7 +18,9 @@
 #include "nk/nk_ini_file.h"
 #include "support/SentModel.h"
 #include "support/SynthModel.h"
+#include "unit/engine/AlsaStudio.h"
 #include "unit/engine/FakeStudio.h"
+#include "unit/engine/PlayedKeyboards.h"
 #include "unit/engine/PortMidiStudio.h"
 #include "unit/engine/SongRig.h"
 
@@ -88,7 +90,6 @@ public:
 
 private:
     static constexpr std::array kVoiceChannels{0, 1, 2, 9};
-    static constexpr std::uint8_t kPadChannel = 15;
 
     Kivora::CKivora& GetEngine() { return *rig_.engine; }
     int Draw(int below) { return static_cast<int>(random_() % static_cast<std::uint32_t>(below)); }
@@ -120,8 +121,7 @@ private:
         space_ = false;
         spaceDue_ = false;
         RestStrip();
-        pads_.reset();
-        boundPads_.reset();
+        keyboards_.ForgetBindings();
         ForgetInput();
         ForgetSent();
     }
@@ -133,22 +133,27 @@ private:
     }
 
     void ForgetInput() {
-        external_.reset();
+        keyboards_.Forget();
         externalPedal_ = false;
         externalSostenuto_ = false;
     }
 
     /// Whether a keyboard can be played.
     bool HasInput() { return GetEngine().GetInputPortIndex() >= 0 && !GetEngine().IsInputLost(); }
-    void PlayInput(const std::vector<LibMidi::MIDIEvent>& events) {
-        studio_->Play(GetEngine().GetInputPortIndex(), events);
+    void PlayInput(int keyboard, const std::vector<LibMidi::MIDIEvent>& events) {
+        studio_->Play(GetEngine().GetInputPortIndex(), keyboard, events);
     }
     void PlayInput(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
-        PlayInput({{0U, status, data1, data2}});
+        PlayInput(GetKeyboards().front(), {{0U, status, data1, data2}});
     }
-    /// A keyboard lets a note go on the channel on which it began it.
-    static std::uint8_t OnChannelOf(std::uint8_t kind, std::uint8_t note) {
-        return static_cast<std::uint8_t>(kind | (note & 0x0F));
+    std::vector<int> GetKeyboards() { return studio_->GetKeyboards(GetEngine().GetInputPortIndex()); }
+    template <class Kind>
+    const Kind& DrawOneOf(const std::vector<Kind>& all) {
+        return all[static_cast<std::size_t>(Draw(static_cast<int>(all.size())))];
+    }
+    /// The pads share their notes with keys, and some of them their channel too.
+    std::uint8_t DrawChannel(std::uint8_t note) {
+        return Draw(4) == 0 ? PlayedKeyboards::kPadChannel : static_cast<std::uint8_t>(note & 0x0F);
     }
 
     /// A key that is down, searched from a random one on; false when none is.
@@ -195,60 +200,25 @@ private:
             case 1:
                 return PlayOnComputer();
             default:
-                return Draw(4) == 0 ? PlayPads() : PlayExternally();
+                return Draw(12) == 0 ? BindPad() : PlayExternally();
         }
     }
 
-    /// Pads on a channel of their own, some of which are bound to the panel and not heard.
-    void PlayPads() {
-        if (!HasInput()) {
-            return;
-        }
-        const auto note = static_cast<std::uint8_t>(48 + Draw(8));
-        const auto pad = static_cast<std::size_t>(note);
-        if (Draw(3) == 0) {
-            return BindPad(note);
-        }
-        if (!pads_[pad]) {
-            Name(boundPads_[pad] ? "bound pad on" : "pad on", note);
-            pads_.set(pad);
-            silentPads_.set(pad, boundPads_[pad]);
-            if (!boundPads_[pad]) {
-                external_.set(pad);
-                Follow(note, true);
-            }
-            PlayInput(0x90 | kPadChannel, note, DrawVelocity());
-            return;
-        }
-        Name(silentPads_[pad] ? "silent pad off" : "pad off", note);
-        pads_.reset(pad);
-        if (silentPads_[pad]) {
-            PlayInput(0xA0 | kPadChannel, note, DrawVelocity());
-        } else if (!external_[pad]) {
-            return;  // it was ended, and its release would be another key's
+    void BindPad() {
+        const auto pad = static_cast<std::uint8_t>(PlayedKeyboards::kFirstPad + Draw(PlayedKeyboards::kPads));
+        const int keyboard = Draw(static_cast<int>(Studio::kKeyboards));
+        if (keyboards_.IsBound(keyboard, pad)) {
+            Name("unbind", pad);
+            keyboards_.Bind(keyboard, pad, std::nullopt);
         } else {
-            external_.reset(pad);
-            Follow(note, false);
-        }
-        PlayInput(0x80 | kPadChannel, note, 0);
-    }
-
-    void BindPad(std::uint8_t note) {
-        boundPads_.flip(note);
-        Name(boundPads_[note] ? "bind" : "unbind", note);
-        Kivora::MidiBindings bindings;
-        for (const wchar_t* device : {kKeyboard, kOtherKeyboard}) {
-            for (std::size_t pad = 0; pad < boundPads_.size(); ++pad) {
-                if (boundPads_[pad]) {
-                    bindings.Bind({device,
-                                   {Kivora::MidiControl::Kind::kNote, kPadChannel, static_cast<std::uint8_t>(pad)},
-                                   static_cast<Kivora::EPanelFunction>(3 + pad - 48),
-                                   false});
-                }
-            }
+            const std::uint8_t channel = DrawChannel(pad);
+            Name("bind on channel", channel);
+            Name("of keyboard", keyboard);
+            Name("pad", pad);
+            keyboards_.Bind(keyboard, pad, channel);
         }
         GetEngine().WithExtras([&](Kivora::EngineExtras& extras) {
-            extras.controls.SetBindings(bindings, GetEngine().GetInputKeys());
+            extras.controls.SetBindings(keyboards_.GetBindings());
             while (extras.controls.TakeNext()) {
             }
         });
@@ -297,31 +267,54 @@ private:
         if (!HasInput()) {
             return;
         }
+        const int keyboard = DrawOneOf(GetKeyboards());
         std::vector<LibMidi::MIDIEvent> events;
-        const auto channel = static_cast<std::uint8_t>(Draw(15));  // the last one is the pads'
+        const auto channel = static_cast<std::uint8_t>(Draw(16));
         for (int i = 1 + Draw(4); i > 0; --i) {
-            std::uint8_t note = DrawNote();
+            const std::vector<PlayedKeyboards::Key> pressed = keyboards_.GetPressed(keyboard);
             if (Toss()) {
-                Name("external on", note);
-                external_.set(note);
-                Follow(note, true);
-                events.emplace_back(0U, OnChannelOf(0x90, note), note, DrawVelocity());
-            } else if (DrawHeld(external_, note)) {
-                Name("external off", note);
-                external_.reset(note);
-                Follow(note, false);
-                events.emplace_back(0U, OnChannelOf(Toss() ? 0x80 : 0x90, note), note, std::uint8_t{0});
+                const std::uint8_t note = DrawNote();
+                const PlayedKeyboards::Key key{keyboard, DrawChannel(note), note};
+                const bool isHeard = keyboards_.Press(key);
+                NameKey(isHeard ? "external on" : "silent on", key);
+                if (isHeard) {
+                    Follow(note, true);
+                }
+                events.emplace_back(0U, OnChannel(0x90, key), note, DrawVelocity());
+            } else if (!pressed.empty()) {
+                Release(DrawOneOf(pressed), events);
             } else {
-                AddControls(events, channel);
+                AddControls(events, keyboard, channel);
             }
         }
         if (!events.empty()) {
-            PlayInput(events);
+            PlayInput(keyboard, events);
         }
+    }
+    static std::uint8_t OnChannel(std::uint8_t kind, const PlayedKeyboards::Key& key) {
+        return static_cast<std::uint8_t>(kind | key.channel);
+    }
+    void NameKey(const char* name, const PlayedKeyboards::Key& key) {
+        Name((std::string(name) + " (keyboard " + std::to_string(key.keyboard) + ", channel " +
+              std::to_string(key.channel) + ")")
+                 .c_str(),
+             key.note);
+    }
+    void Release(const PlayedKeyboards::Key& key, std::vector<LibMidi::MIDIEvent>& events) {
+        if (keyboards_.IsSilent(key)) {
+            NameKey("silent off", key);
+            events.emplace_back(0U, OnChannel(0xA0, key), key.note, DrawVelocity());
+        } else {
+            NameKey("external off", key);
+        }
+        if (keyboards_.Release(key)) {
+            Follow(key.note, false);
+        }
+        events.emplace_back(0U, OnChannel(Toss() ? 0x80 : 0x90, key), key.note, std::uint8_t{0});
     }
 
     /// A wheel, pressure, controller or patch that moves several times.
-    void AddControls(std::vector<LibMidi::MIDIEvent>& events, std::uint8_t channel) {
+    void AddControls(std::vector<LibMidi::MIDIEvent>& events, int keyboard, std::uint8_t channel) {
         static constexpr std::uint8_t kKinds[] = {0xA0, 0xB0, 0xC0, 0xD0, 0xE0};
         static constexpr std::uint8_t kControllers[] = {0, 1, 7, 11, 32, 120, 121, 123};
         const auto status = static_cast<std::uint8_t>(kKinds[Draw(stripAlone_ ? 4 : 5)] | channel);
@@ -333,6 +326,7 @@ private:
                 Name("controller", first);
                 if (first == 120 || first == 123) {
                     due_ = {};
+                    keyboards_.EndHeard(keyboard, channel);
                 } else if (first == 121) {
                     spaceDue_ = false;
                     externalPedal_ = false;
@@ -668,7 +662,7 @@ private:
     /// What a key that is down may sound: per channel its notes.
     std::array<Keys, SynthModel::kChannels> GetAllowed() {
         std::array<Keys, SynthModel::kChannels> allowed{};
-        const Keys held = screen_ | computer_ | external_;
+        const Keys held = screen_ | computer_ | keyboards_.GetHeld();
         for (int key = 0; key < 128; ++key) {
             if (held[static_cast<std::size_t>(key)]) {
                 ForEachVoice(key, [&](std::size_t channel, std::size_t note) { allowed[channel].set(note); });
@@ -801,8 +795,10 @@ private:
             if (computer_[note]) {
                 GetEngine().PlayNoteOff(note);
             }
-            if (external_[note] && hasInput) {
-                PlayInput(OnChannelOf(0x80, note), note, 0);
+        }
+        for (const int keyboard : hasInput ? GetKeyboards() : std::vector<int>()) {
+            for (const PlayedKeyboards::Key& key : keyboards_.GetPressed(keyboard)) {
+                PlayInput(keyboard, {{0U, OnChannel(0x80, key), key.note, 0}});
             }
         }
         screen_.reset();
@@ -846,10 +842,7 @@ private:
     bool isSongPaused_ = false;  ///< at the last rest
     Keys screen_;
     Keys computer_;
-    Keys external_;
-    Keys pads_;        ///< that are down
-    Keys silentPads_;  ///< those of them that were bound when they went down
-    Keys boundPads_;
+    PlayedKeyboards keyboards_;
     bool space_ = false;
     bool spaceDue_ = false;  ///< nothing has lifted what it holds
     bool externalPedal_ = false;
@@ -885,4 +878,8 @@ TEST(HungNotes, WhatIsHeldSoundsWhateverSoundsIsHeldOrArpeggiatedAndWhatWasSentL
 
 TEST(HungNotes, TheSameThroughPortMidi) {
     PlayAtRandom(&Make<PortMidiStudio>, kActions / 4);
+}
+
+TEST(HungNotes, TheSameThroughTheSequencer) {
+    PlayAtRandom(&Make<AlsaStudio>, kActions / 4);
 }

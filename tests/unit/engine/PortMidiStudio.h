@@ -39,7 +39,7 @@ public:
             return made;
         };
     }
-    void Play(int input, const std::vector<LibMidi::MIDIEvent>& events) override {
+    void Play(int input, int, const std::vector<LibMidi::MIDIEvent>& events) override {
         for (const LibMidi::MIDIEvent& event : events) {
             api_.Receive(ToDevice(input), Pm_Message(event.status, event.data1, event.data2));
         }

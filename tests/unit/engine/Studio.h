@@ -11,10 +11,12 @@
 
 namespace KivoraTest {
 
-/// The synthesizers are the first two of the engine's outputs. For one thread.
+/// The synthesizers are the first two of the engine's outputs; the keyboards are called kKeyboard and kOtherKeyboard.
+/// For one thread.
 class Studio {
 public:
     static constexpr std::size_t kSynths = 2;
+    static constexpr std::size_t kKeyboards = 2;
 
     virtual ~Studio() = default;
     virtual LibMidi::BackendCreator GetCreator() = 0;
@@ -25,9 +27,11 @@ public:
 
     /// So many inputs of the engine's list may be chosen, from the first on.
     virtual int CountInputs() const { return 2; }
-    /// Is played on the keyboard of an input, which is open.
-    virtual void Play(int input, const std::vector<LibMidi::MIDIEvent>& events) = 0;
-    /// Something that the input's keyboard sends is lost.
+    /// The numbers of the keyboards that play as that input.
+    virtual std::vector<int> GetKeyboards(int input) const { return {input}; }
+    /// Is played on one of the keyboards of an input, which is open.
+    virtual void Play(int input, int keyboard, const std::vector<LibMidi::MIDIEvent>& events) = 0;
+    /// Something that the input's keyboards send is lost.
     virtual void Lose(int input) = 0;
     /// Pulls out all keyboards, with whatever they hold, and plugs them in again; the engine is called in between by
     /// `meanwhile`. False, and nothing is done, where the backend does not tell of it.

@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QTreeWidget>
 
+#include "support/AccessibleChanges.h"
 #include "support/Files.h"
 #include "ui/dialogs/MidiLearn.h"
 #include "ui/dialogs/MidiRemote.h"
@@ -115,6 +116,26 @@ TEST_F(LearnDialog, WhatPlayingNeedsIsRefusedInWordsAndTheLearningGoesOn) {
     EXPECT_FALSE(dialog->isVisible());
 }
 
+TEST_F(LearnDialog, APitchBendIsRefusedInWords) {
+    Learn(EPanelFunction::kVolume1, 0xE0, 0, 65);
+    EXPECT_THAT(State(), HasSubstr("Keyboard: a pitch bend or a pressure cannot be bound."));
+    EXPECT_TRUE(Part("learnBtn").isChecked());
+    Send(0xB0, 21, 5);
+    EXPECT_EQ(State(), "Bound: Keyboard: Controller 21, channel 1.");
+}
+
+TEST_F(LearnDialog, AScreenReaderHearsHowTheLearningGoes) {
+    AccessibleChanges changes;
+    Choose(EPanelFunction::kTempo);
+    Part("learnBtn").click();
+    Send(0xB0, 64, 127);
+    Send(0xB0, 64, 127);
+    Send(0xB2, 33, 5);
+    EXPECT_THAT(changes.TakeAlerts(),
+                testing::ElementsAre(HasSubstr("Tempo: move a knob"), HasSubstr("needed for playing"),
+                                     "Bound: Keyboard: Controller 33, channel 3."));
+}
+
 TEST_F(LearnDialog, WhatIsBoundAlreadyIsAskedAbout) {
     Learn(EPanelFunction::kRecord, 0xB0, 22);
     ModalAnswers answers;
@@ -183,6 +204,32 @@ TEST_F(LearnDialog, OfADamagedFileWhatIsWholeIsOfferedAndNothingIsLost) {
     EXPECT_NE(Find({Kind::kController, 0, 5}, L"Other"), nullptr);
     EXPECT_THAT(answers.seen[1],
                 HasSubstr("The file is damaged. Lines that cannot be understood: 1. Take over what is whole: 1?"));
+}
+
+TEST_F(LearnDialog, OfANewerFileWhatIsKnownIsOffered) {
+    const QString path = PathOf("newer.ini");
+    WriteFileBytes(path.toStdString(), "[Other]\nController 5 on channel 1=Tempo\nController 6 on channel 1=Glide\n");
+    ModalAnswers answers;
+    answers.TypeFile(path).Click(QMessageBox::Yes);
+    Part("learnImportBtn").click();
+    EXPECT_THAT(answers.seen[1], HasSubstr("mean nothing to this version: 1. Take over the others: 1?"));
+    EXPECT_EQ(State(), "Bindings taken over: 1.");
+}
+
+TEST_F(LearnDialog, WhatAnImportHasNoRoomForIsCounted) {
+    ASSERT_TRUE(Remote().change([](MidiBindings& all) {
+        for (std::size_t device = 0; device < MidiBindings::kMost - 1; ++device) {
+            const NK::CString name = NK::CString(L"Device ") + NK::CString::FromInt(static_cast<std::int32_t>(device));
+            all.Bind({name, {Kind::kController, 0, 5}, EPanelFunction::kTempo, false});
+        }
+    }));
+    const QString path = PathOf("two.ini");
+    WriteFileBytes(path.toStdString(),
+                   "[One]\nController 5 on channel 1=Tempo\n[Two]\nController 5 on channel 1=Tempo\n");
+    ModalAnswers answers;
+    answers.TypeFile(path);
+    Part("learnImportBtn").click();
+    EXPECT_EQ(State(), "Bindings taken over: 1. No room for the others: 1.");
 }
 
 TEST_F(LearnDialog, AFileWithoutBindingsChangesNothing) {

@@ -9,6 +9,7 @@
 #include "engine/files/MidiBindingsFile.h"
 #include "support/Files.h"
 #include "ui/dialogs/MidiRemote.h"
+#include "ui/parts/NoticeLine.h"
 
 using namespace KivoraTest;
 using Kivora::EPanelFunction;
@@ -139,6 +140,21 @@ TEST_F(PanelRemote, PatchesArpeggiosAndModesFollowButtons) {
     EXPECT_FALSE(Engine().IsDual() || Engine().IsSplit());
 }
 
+TEST_F(PanelRemote, ThatThereIsNoPresetIsTold) {
+    auto& notice = *panel->findChild<NoticeLine*>();
+    Do(EPanelFunction::kPresetUp);
+    EXPECT_TRUE(notice.isVisible());
+    EXPECT_EQ(notice.text(), "There is no preset that can be loaded");
+    QTest::mouseClick(&notice, Qt::LeftButton);
+    EXPECT_FALSE(notice.isVisible());
+    Press(30);
+    EXPECT_TRUE(notice.isVisible());
+    ASSERT_TRUE(Engine().SavePreset(L"One"));
+    Press(30);
+    EXPECT_EQ(Engine().GetPresetName(), L"One");
+    EXPECT_FALSE(notice.isVisible());
+}
+
 TEST_F(PanelRemote, PresetsAreSteppedThrough) {
     ASSERT_TRUE(Engine().SavePreset(L"One"));
     ASSERT_TRUE(Engine().SavePreset(L"Two"));
@@ -214,6 +230,21 @@ TEST_F(PanelRemote, AControllerThatIsBoundGivesTheVoicesBack) {
     EXPECT_THAT(rig.TakeWritten(), testing::UnorderedElementsAre("b0 01 00", "b1 01 00", "b2 01 00"));
     Bind(21, EPanelFunction::kVolume1);
     EXPECT_THAT(rig.TakeWritten(), testing::IsEmpty()) << "what was bound before stays as it is";
+}
+
+TEST_F(PanelRemote, WhatANewerVersionHasBoundIsToldAndStays) {
+    CloseWindow();
+    WriteFileBytes(BindingsPath(), "; mine\n[Keyboard]\nController 21 on channel 1=Tempo\nNote 1 on channel 1=Glide\n");
+    ModalAnswers answers;
+    answers.Click(QMessageBox::Ok);
+    CreateWindow();
+    panel->notices().Begin();
+    Wait([&answers] { return answers.AllGiven(); });
+    EXPECT_THAT(answers.seen[0], testing::HasSubstr("means nothing to this version"));
+    Bind(22, EPanelFunction::kPanic);
+    EXPECT_THAT(ReadFileBytes(BindingsPath()),
+                testing::AllOf(testing::HasSubstr("; mine"), testing::HasSubstr("Note 1 on channel 1=Glide"),
+                               testing::HasSubstr("Controller 22 on channel 1=Panic")));
 }
 
 TEST_F(PanelRemote, ADamagedFileIsToldAndKept) {

@@ -73,6 +73,47 @@ TEST_F(AlsaImplTest, TwoOfOneNameAreToldApartAndKeepTheirNamesWhileTheyAreThere)
     EXPECT_EQ(In(L"Keys MIDI 1 (2)"), second);
 }
 
+/// Keeps what who has sent the last message is called.
+struct CLastSender : MIDIPortDataListener {
+    explicit CLastSender(MIDIInPort& heard) : port(heard) { port.AddListener(this); }
+    ~CLastSender() override { port.RemoveListener(this); }
+    void OnMIDIData(const MIDIEvent* events, std::int32_t count) override {
+        name = port.GetSourceName(events[count - 1].source).ToUtf8();
+    }
+
+    MIDIInPort& port;
+    std::string name;
+};
+
+TEST_F(AlsaImplTest, AmongAllAKeyboardIsCalledAsItIsListed) {
+    rig.Plug(20, "Keys");
+    rig.Plug(24, "Keys");
+    set->Update();
+    MIDIInPort& all = *In(L"All MIDI keyboards");
+    MIDIInPort& second = *In(L"Keys MIDI 1 (2)");
+    ASSERT_EQ(all.Open(), kSuccess);
+    ASSERT_EQ(second.Open(), kSuccess);
+    {
+        CLastSender amongAll(all);
+        CLastSender alone(second);
+        rig.Send(24, NoteOn(60));
+        EXPECT_EQ(amongAll.name, "Keys MIDI 1 (2)");
+        EXPECT_EQ(alone.name, "Keys MIDI 1 (2)");
+        rig.Unplug(20);
+        set->Update();
+        rig.Send(24, NoteOn(62));
+        EXPECT_EQ(amongAll.name, "Keys MIDI 1 (2)") << "it keeps its name";
+        EXPECT_EQ(alone.name, "Keys MIDI 1 (2)");
+        rig.Plug(20, "Keys");
+        rig.Send(20, NoteOn(60));
+        set->Update();
+        rig.Send(20, NoteOn(62));
+        EXPECT_EQ(amongAll.name, "Keys MIDI 1");
+    }
+    all.Close();
+    second.Close();
+}
+
 TEST_F(AlsaImplTest, ANumberThatADevicesOwnNameHasIsPassedOver) {
     rig.api.Plug(20, "Keys", 0, "Keys (2)", kSending);
     rig.api.Plug(21, "Keys", 0, "Keys", kSending);

@@ -208,34 +208,37 @@ TEST_F(AlsaInPorts, OfTwoKeyboardsOnlyTheKeysOfTheOneThatIsPulledOutEnd) {
     EXPECT_EQ(keyboards.LookAtDevice(), DeviceState::kWorks);
 }
 
-TEST_F(AlsaInPorts, ANoteOfTwoKeyboardsEndsWithTheLastOfThem) {
-    rig.Plug(21, "Other");
-    ASSERT_EQ(keyboards.Open(), kSuccess);
-    rig.Send(20, NoteOn(60));
-    rig.Send(21, NoteOn(60));
-    listener.Take();
-    rig.Send(21, NoteOn(60, 0));
-    EXPECT_EQ(listener.Take(), (Batches{}));
-    rig.Send(21, NoteOn(62));
-    rig.Send(21, NoteOn(62, 0));
-    EXPECT_EQ(listener.Take(), (Batches{{0x903E64}, {0x903E00}}));
-    rig.Send(21, NoteOn(60));
-    listener.Take();
-    rig.Unplug(21);
-    EXPECT_EQ(listener.Take(), (Batches{}));
-    rig.Unplug(20);
-    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
-}
+/// Keeps who has sent what, by number.
+struct CSourceNumbers : MIDIPortDataListener {
+    void OnMIDIData(const MIDIEvent* events, std::int32_t count) override {
+        for (std::int32_t index = 0; index < count; ++index) {
+            came.emplace_back(events[index].source, BytesOf(events[index]));
+        }
+    }
+    std::vector<std::pair<int, std::uint32_t>> Take() { return std::exchange(came, {}); }
 
-TEST_F(AlsaInPorts, ANoteOfTwoThatArePulledOutTogetherEndsOnce) {
+    std::vector<std::pair<int, std::uint32_t>> came;
+};
+
+TEST_F(AlsaInPorts, OfANoteOfTwoKeyboardsEachEndsItsOwn) {
+    using Came = std::vector<std::pair<int, std::uint32_t>>;
+    CSourceNumbers sources;
+    keyboards.AddListener(&sources);
     rig.Plug(21, "Other");
     ASSERT_EQ(keyboards.Open(), kSuccess);
     rig.Send(20, NoteOn(60));
     rig.Send(21, NoteOn(60));
-    listener.Take();
+    EXPECT_EQ(sources.Take(), (Came{{1, 0x903C64}, {2, 0x903C64}}));
+    rig.Send(21, NoteOn(60, 0));
+    EXPECT_EQ(sources.Take(), (Came{{2, 0x903C00}}));
+    rig.Send(21, NoteOn(60));
+    rig.Unplug(20);
+    EXPECT_EQ(sources.Take(), (Came{{2, 0x903C64}, {1, 0x803C00}}));
     rig.api.FailInput(-ENODEV);
     rig.client->RunInputRound();
-    EXPECT_EQ(listener.Take(), (Batches{{0x803C00}}));
+    EXPECT_EQ(sources.Take(), (Came{{2, 0x803C00}}));
+    keyboards.Close();
+    keyboards.RemoveListener(&sources);
 }
 
 TEST_F(AlsaInPorts, AKeyboardWhosePlugWobblesEndsWhatItHeldAndPlaysOn) {
