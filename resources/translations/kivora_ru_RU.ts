@@ -1802,6 +1802,14 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <source>The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound.</source>
         <translation>Файл назначений для MIDI-клавиатур сейчас не читается. Ничего не назначено.</translation>
     </message>
+    <message>
+        <source>Some of what is bound on MIDI keyboards means nothing to this version. It stays in its file, and the rest is in force.</source>
+        <translation>Часть назначений для MIDI-клавиатур этой версии неизвестна. Она остаётся в своём файле, остальные действуют.</translation>
+    </message>
+    <message>
+        <source>There is no preset that can be loaded</source>
+        <translation>Нет пресета, который можно загрузить</translation>
+    </message>
 </context>
 <context>
     <name>LatchAndSwing</name>
@@ -2563,7 +2571,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The button sends on and off in turn: each is a press</source>
-        <translation>Кнопка по очереди включается и выключается: действует и то и другое</translation>
+        <translation>Кнопка по очереди включается и выключается: срабатывает каждое переключение</translation>
     </message>
     <message>
         <source>Learn</source>
@@ -2611,7 +2619,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>%1 is bound already: %2. Bind it to &quot;%3&quot; instead?</source>
-        <translation>%1 уже назначено: %2. Назначить вместо этого «%3»?</translation>
+        <translation>%1: уже назначено «%2». Назначить вместо этого «%3»?</translation>
     </message>
     <message>
         <source>Bound: %1.</source>
@@ -2664,11 +2672,23 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?</source>
-        <translation>Файл повреждён. Непонятных строк: %1. Взять то, что цело: %2?</translation>
+        <translation>Файл повреждён. Непонятных строк: %1. Взять целые строки (%2)?</translation>
     </message>
     <message>
         <source>Bindings taken over: %1.</source>
         <translation>Взято назначений: %1.</translation>
+    </message>
+    <message>
+        <source>%1: a pitch bend or a pressure cannot be bound. Take another control, or let this one send a controller.</source>
+        <translation>%1: изменение высоты тона и давление назначить нельзя. Возьмите что-нибудь другое или настройте это на контроллер.</translation>
+    </message>
+    <message>
+        <source>Lines of the file that mean nothing to this version: %1. Take over the others: %2?</source>
+        <translation>Строк, которых эта версия не понимает: %1. Взять остальные (%2)?</translation>
+    </message>
+    <message>
+        <source>No room for the others: %1.</source>
+        <translation>Для остальных нет места: %1.</translation>
     </message>
 </context>
 <context>
