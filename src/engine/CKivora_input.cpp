@@ -153,7 +153,7 @@ void CKivora::LiftInputPedal(std::uint8_t controller) {
         return;
     }
     inputKeys_.LiftPedal(controller);
-    if (controller != Controller::kSustain || !extras_->pedal.key) {
+    if (controller != Controller::kSustain || !extras_->pedal.IsHeldByPanel()) {
         SendController(controller, 0);
     }
 }

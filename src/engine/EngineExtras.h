@@ -52,7 +52,7 @@ struct EngineExtras {
     BoundControls controls;  ///< of the input port
     HeardInput heard;        ///< what they have let pass
     VelocityMap velocity;    ///< of the notes of the input port
-    PedalHolders pedal;      ///< the key is set by EngineFront::SetSustain()
+    PedalHolders pedal;      ///< of the panel they are set by EngineFront
     PatchShelf patches;
     RecentPresets presets;
     BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()

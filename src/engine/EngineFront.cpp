@@ -8,17 +8,6 @@
 
 namespace Kivora {
 
-namespace {
-
-/// Notes sound on when a song ends: the sostenuto pedal, sent again, would catch keys that it was not meant for.
-template <class Held>
-Held AfterSong(Held held) {
-    held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
-    return held;
-}
-
-}  // namespace
-
 EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
         const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
@@ -32,7 +21,7 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
             pedal_ = 0;
         }
     });
-    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { Restore(AfterSong(GetHeld())); }; });
+    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { RestoreAfterSong(); }; });
     engine_.KeepOrder();
 }
 
@@ -57,17 +46,13 @@ void EngineFront::Silence() {
     engine_.SettleOutput();
 }
 
-void EngineFront::SetSustain(bool on) {
+void EngineFront::HoldPedal(bool PedalHolders::*holder, bool on) {
     engine_.WithLock([&] {
-        const std::uint8_t held = engine_.WithExtras([on](EngineExtras& extras) {
-            extras.pedal.key = on;
-            return extras.pedal.input;
+        const std::uint8_t value = engine_.WithExtras([&](EngineExtras& extras) {
+            extras.pedal.*holder = on;
+            return extras.pedal.GetValue();
         });
-        if (on || held == 0) {
-            engine_.SetSustain(on);
-        } else {
-            engine_.SendSustain(held);
-        }
+        engine_.SendSustain(value);  // where others hold it too, it says so to whoever shows it
     });
 }
 
@@ -103,6 +88,15 @@ void EngineFront::RestWheels() {
     });
 }
 
+void EngineFront::RestWheelsAndPedals() {
+    engine_.WithLock([this] {
+        RestWheels();
+        if (engine_.WithExtras([](const EngineExtras& extras) { return extras.pedal.strip; })) {
+            SetPanelSustain(false);
+        }
+    });
+}
+
 void EngineFront::SetBendRange(int semitones) {
     engine_.WithLock([&] {
         engine_.WithExtras([semitones](EngineExtras& extras) { extras.bendRange.Choose(semitones); });
@@ -124,9 +118,24 @@ void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
         if (played) {
             engine_.SendPatches();
             engine_.SendVolumes();
-            Restore(AfterSong(GetHeld()));
+            RestoreAfterSong();
         }
     });
+}
+
+void EngineFront::RestoreAfterSong() {
+    const bool hasMovedSostenuto = engine_.WithExtras([this](const EngineExtras& extras) {
+        bool hasMoved = false;
+        for (int slot = 0; slot < CKivora::kSlotCount; ++slot) {
+            hasMoved = hasMoved || extras.song->HasMovedSostenuto(engine_.VoiceChannel(slot));
+        }
+        return hasMoved;
+    });
+    Held held = GetHeld();
+    if (!hasMovedSostenuto) {
+        held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
+    }
+    Restore(held);
 }
 
 void EngineFront::PauseSong() {

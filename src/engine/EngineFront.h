@@ -9,6 +9,7 @@
 
 #include "engine/CKivora.h"
 #include "engine/PanelWheels.h"
+#include "engine/PedalHolders.h"
 
 namespace Kivora {
 
@@ -35,13 +36,17 @@ public:
 
     CKivora& GetEngine() const { return engine_; }
 
-    /// Of a key of the computer. A pedal that the input's keyboard holds too goes up with the last of them.
-    void SetSustain(bool on);
+    /// Of a key of the computer, and of the panel's own pedal. Where several hold the pedal, the input's keyboard
+    /// included, it goes up with the last of them.
+    void SetSustain(bool on) { HoldPedal(&PedalHolders::key, on); }
+    void SetPanelSustain(bool on) { HoldPedal(&PedalHolders::strip, on); }
     /// A wheel or pedal of the panel, on the channel of every voice; it stays so until it is moved again, by whomever,
     /// or a reset of the synthesizer or the end brings it to rest.
     void SetWheel(EWheel wheel, int value);
     /// Brings those of the panel to rest that are not.
     void RestWheels();
+    /// The same, and its sustain pedal.
+    void RestWheelsAndPedals();
     /// How far the pitch wheel bends all voices; kept in the settings, and told to devices from then on.
     void SetBendRange(int semitones);
     int GetBendRange() const;
@@ -115,9 +120,13 @@ private:
     };
     Held GetHeld() const { return {pedal_, wheels_}; }
     void Silence();
+    void HoldPedal(bool PedalHolders::*holder, bool on);
     /// Whoever holds the pedal holds it in vain from now on.
     void ForgetPedal();
     void Restore(const Held& held);
+    /// Notes sound on when a song ends: the sostenuto pedal, sent again, would catch keys that it was not meant for. It
+    /// is where the song has moved it.
+    void RestoreAfterSong();
     void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
     void ChangeTempo(int tempo);  ///< beats a minute

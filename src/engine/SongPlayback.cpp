@@ -47,6 +47,7 @@ bool SongPlayback::Play() {
         }
         state_ = State::kPlaying;
         stateDue_ = true;
+        movedSostenuto_.reset();
         lastMs_.reset();
     }
     return true;
@@ -237,6 +238,9 @@ void SongPlayback::Send(TMIDIMessage message) {
         queue_->SendMessage(message, 0);
     }
     open_.Follow(message);
+    if (message.status == TMIDIMessage::kControlChange && message.data1 == NK::MIDI::Controller::kSostenuto) {
+        movedSostenuto_.set(message.channel - 1U);
+    }
 }
 
 bool SongPlayback::IsShown(TMIDIMessage message) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -82,6 +83,8 @@ public:
     int GetTransposition() const { return transposition_; }
 
     bool NeedsTick() const { return state_ == State::kPlaying; }
+    /// Whether it has moved the sostenuto pedal of a channel, 0..15, since Play().
+    bool HasMovedSostenuto(int channel) const { return movedSostenuto_[static_cast<std::size_t>(channel)]; }
     /// Plays what has come since the last call, by a clock in milliseconds. True when the song has ended and was
     /// stopped by that, see Stop(). Allocates nothing once warm. [tick]
     bool Tick(std::int64_t nowMs);
@@ -119,6 +122,7 @@ private:
     std::size_t next_ = 0;  ///< the first event that was not played
     std::optional<std::int64_t> lastMs_;
     bool stateDue_ = false;  ///< before the next event
+    std::bitset<kChannels> movedSostenuto_;
     std::optional<Loop> loop_;
     int tempoPercent_ = 100;
     int transposition_ = 0;

@@ -26,8 +26,8 @@ void KivoraWidget::createStrip() {
     }
     if (front_ != nullptr) {
         connect(strip_, &WheelStrip::moved, this, [this](EWheel wheel, int value) { front_->SetWheel(wheel, value); });
-        connect(strip_, &WheelStrip::sustainMoved, this, [this](bool down) { front_->SetSustain(down); });
-        connect(strip_, &WheelStrip::restWanted, this, [this] { front_->RestWheels(); });
+        connect(strip_, &WheelStrip::sustainMoved, this, [this](bool down) { front_->SetPanelSustain(down); });
+        connect(strip_, &WheelStrip::restWanted, this, [this] { front_->RestWheelsAndPedals(); });
     }
 }
 

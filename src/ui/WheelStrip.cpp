@@ -85,10 +85,7 @@ WheelStrip::WheelStrip(QWidget* parent)
         connect(pedal.control, &PanelKey::clicked, this,
                 [this, wheel = pedal.wheel](bool down) { emit moved(wheel, down ? PanelWheels::kHighest : 0); });
     }
-    connect(sustain_, &PanelKey::clicked, this, [this](bool down) {
-        isSustainLatched_ = down;
-        emit sustainMoved(down);
-    });
+    connect(sustain_, &PanelKey::clicked, this, &WheelStrip::sustainMoved);
     retranslate();
 }
 
@@ -139,19 +136,14 @@ void WheelStrip::follow(NK::MIDI::TMIDIMessage message) {
             show({wheel, PanelWheels::RestOf(wheel)});
         }
         if (message.status == NK::MIDI::TMIDIMessage::kControlChange) {
-            showSustain(false);
+            sustain_->setChecked(false);
         }
     } else if (const auto move = PanelWheels::FromMessage(message)) {
         show(*move);
     } else if (message.status == NK::MIDI::TMIDIMessage::kControlChange &&
                message.data1 == NK::MIDI::Controller::kSustain) {
-        showSustain(message.data2 != 0);
+        sustain_->setChecked(message.data2 != 0);
     }
-}
-
-void WheelStrip::showSustain(bool isDown) {
-    sustain_->setChecked(isDown);
-    isSustainLatched_ = isSustainLatched_ && isDown;
 }
 
 void WheelStrip::show(const PanelWheels::Move& move) {
@@ -170,10 +162,6 @@ void WheelStrip::show(const PanelWheels::Move& move) {
 void WheelStrip::bringToRest() {
     for (const Wheel& wheel : wheels_) {
         wheel.control->setSliderDown(false);
-    }
-    if (isSustainLatched_) {
-        isSustainLatched_ = false;
-        emit sustainMoved(false);
     }
     emit restWanted();
 }

@@ -30,13 +30,13 @@ public:
     void setFigureColor(const QColor& color);
     /// Shows what a message moves, whoever has sent it.
     void follow(NK::MIDI::TMIDIMessage message);
-    /// For when it goes out of sight: nothing that was moved or is down on it stays so.
+    /// For when it goes out of sight: nothing on it is held any more, nor shall be what was moved on it.
     void bringToRest();
 
 signals:
     void moved(Kivora::EWheel wheel, int value);  ///< values as in Kivora::PanelWheels
     void sustainMoved(bool down);
-    void restWanted();  ///< of all but the sustain pedal
+    void restWanted();  ///< of all that was moved here
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -56,7 +56,6 @@ private:
     StripWheel* addWheel(const char* objectName, Kivora::EWheel wheel, const QRect& place);
     PanelKey* addPedal(const char* objectName, const QRect& place);
     void show(const Kivora::PanelWheels::Move& move);
-    void showSustain(bool isDown);
     void retranslate();
     void describeAll();
     void describe(StripWheel& wheel);  ///< its value, while it can be seen
@@ -64,7 +63,6 @@ private:
     std::array<Wheel, 3> wheels_;
     std::array<Pedal, 2> pedals_;
     PanelKey* sustain_;
-    bool isSustainLatched_ = false;  ///< pressed here, and down since
     std::array<QString, 3> wheelLegends_;
     std::array<QString, 3> pedalLegends_;
 };

@@ -11,7 +11,7 @@ namespace KivoraTest {
 
 /// Follows notes, the sustain and the sostenuto pedal and the controllers 120, 121 and 123 per channel, as MIDI 1.0 has
 /// them: a pedal holds what is released under it, controller 123 included, the sostenuto pedal only what was down when
-/// it went down.
+/// it went down last; pressed once more it catches anew.
 /// A System Reset changes nothing, as on many devices.
 class SynthModel {
 public:
@@ -19,7 +19,7 @@ public:
 
     /// What the last messages of each kind have set.
     struct Controls {
-        std::array<std::uint8_t, 128> controller{};
+        std::array<std::uint8_t, 128> controller = AtRest();
         std::array<std::uint8_t, 128> keyPressure{};
         int pressure = 0;
         int wheel = 0x2000;
@@ -28,6 +28,8 @@ public:
 
         friend bool operator==(const Controls&, const Controls&) = default;
     };
+
+    static constexpr std::size_t kExpression = 11;
 
     void Play(const LibMidi::MIDIEvent& event) {
         Channel& channel = channels_[event.status & 0x0F];
@@ -74,7 +76,7 @@ public:
                     if (event.data2 == 0) {
                         channel.kept.reset();
                         channel.caught.reset();
-                    } else if (!channel.sostenuto) {
+                    } else {
                         channel.caught = channel.pressed;
                     }
                     channel.sostenuto = event.data2 != 0;
@@ -95,6 +97,8 @@ public:
     bool IsPressed(int channel, int note) const { return Get(channel).pressed[static_cast<std::size_t>(note)]; }
     /// Notes whose note-off has not come.
     const std::bitset<128>& GetPressed(int channel) const { return Get(channel).pressed; }
+    /// Released, and sounding on for the sostenuto pedal.
+    const std::bitset<128>& GetKept(int channel) const { return Get(channel).kept; }
     const Controls& GetControls(int channel) const { return Get(channel).controls; }
     bool IsPedalDown(int channel) const { return Get(channel).pedal; }
     bool IsPedalDown() const {
@@ -140,12 +144,18 @@ private:
         channel.sostenuto = false;
         channel.caught.reset();
         channel.kept.reset();
+        channel.controls.controller[kExpression] = 127;
         for (const std::size_t number : {1U, 64U, 65U, 66U, 67U, 69U}) {
             channel.controls.controller[number] = 0;
         }
         channel.controls.keyPressure = {};
         channel.controls.pressure = 0;
         channel.controls.wheel = 0x2000;
+    }
+    static constexpr std::array<std::uint8_t, 128> AtRest() {
+        std::array<std::uint8_t, 128> controller{};
+        controller[kExpression] = 127;
+        return controller;
     }
     static void Release(Channel& channel, std::uint8_t note) {
         if (channel.pedal && channel.pressed[note]) {

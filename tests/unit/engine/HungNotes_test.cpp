@@ -4,6 +4,7 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -120,6 +121,8 @@ private:
         computer_.reset();
         space_ = false;
         spaceDue_ = false;
+        panelPedal_ = false;
+        panelPedalDue_ = false;
         RestStrip();
         keyboards_.ForgetBindings();
         ForgetInput();
@@ -322,13 +325,14 @@ private:
             std::uint8_t first = DrawNote();
             if ((status & 0xF0) == 0xB0) {
                 first = kControllers[Draw(8)];
-                first = stripAlone_ && first == 1 ? 7 : first;
+                first = stripAlone_ && (first == 1 || first == 11) ? 7 : first;
                 Name("controller", first);
                 if (first == 120 || first == 123) {
                     due_ = {};
                     keyboards_.EndHeard(keyboard, channel);
                 } else if (first == 121) {
                     spaceDue_ = false;
+                    panelPedalDue_ = false;
                     externalPedal_ = false;
                     externalSostenuto_ = false;
                     strip_ = {};
@@ -340,12 +344,20 @@ private:
 
     void MovePedal() {
         if (Toss() || !HasInput()) {
-            space_ = !space_;
-            Name("space", space_ ? 1 : 0);
-            front_->SetSustain(space_);
-            spaceDue_ = space_ && !sharesChannels_;  // which a song may lift
+            if (Toss()) {
+                space_ = !space_;
+                Name("space", space_ ? 1 : 0);
+                front_->SetSustain(space_);
+                spaceDue_ = space_ && !sharesChannels_;  // which a song may lift
+            } else {
+                panelPedal_ = !panelPedal_;
+                Name("panel's pedal", panelPedal_ ? 1 : 0);
+                front_->SetPanelSustain(panelPedal_);
+                panelPedalDue_ = panelPedal_ && !sharesChannels_;
+            }
         } else if (Draw(3) == 0) {
             externalSostenuto_ = !externalSostenuto_;
+            AllowToKeep();
             Name("sostenuto", externalSostenuto_ ? 1 : 0);
             PlayInput(0xB7, 66, externalSostenuto_ ? 127 : 0);
         } else {
@@ -373,9 +385,21 @@ private:
         }
     }
     void MoveStrip(Kivora::EWheel wheel, int value) {
+        if (wheel == Kivora::EWheel::kSostenuto) {
+            AllowToKeep();
+        }
         strip_.Set(wheel, value);
         isStripKnown_.set(static_cast<std::size_t>(wheel));
         front_->SetWheel(wheel, value);
+    }
+    /// The sostenuto pedal is moved: what is down now it may keep.
+    void AllowToKeep() {
+        rig_.RunPlayer();
+        for (const SynthModel& synth : synths_) {
+            for (int channel = 0; channel < SynthModel::kChannels; ++channel) {
+                mayBeKept_[static_cast<std::size_t>(channel)] |= synth.GetPressed(channel);
+            }
+        }
     }
     void RestStrip() {
         strip_ = {};
@@ -494,6 +518,7 @@ private:
         const int choice = Draw(64);
         due_ = {};
         spaceDue_ = false;
+        panelPedalDue_ = false;
         if (choice < 10) {
             Name("preset");
             front_->ReplaceVoices([this] { return LoadPreset(); });
@@ -737,11 +762,19 @@ private:
                     Fail("a note hangs on channel " + std::to_string(channel) + ": " + hung.to_string());
                 }
             }
-            if (synth.IsPedalDown() && !space_ && !externalPedal_) {
+            if (synth.IsPedalDown() && !space_ && !panelPedal_ && !externalPedal_) {
                 Fail("the pedal hangs");
             }
-            if (spaceDue_ && i == open && IsWritten() && !synth.IsPedalDown(GetEngine().VoiceChannel(0))) {
-                Fail("Space holds no pedal");
+            if ((spaceDue_ || panelPedalDue_) && i == open && IsWritten() &&
+                !synth.IsPedalDown(GetEngine().VoiceChannel(0))) {
+                Fail("Space or the panel holds no pedal");
+            }
+            for (const int channel : kVoiceChannels) {
+                const Keys kept = synth.GetKept(channel) & ~mayBeKept_[static_cast<std::size_t>(channel)];
+                if (!sharesChannels_ && kept.any()) {  // a song presses that pedal too
+                    Fail("the sostenuto pedal keeps what it was not pressed for on channel " + std::to_string(channel) +
+                         ": " + kept.to_string());
+                }
             }
             if (synth.IsSostenutoDown() && !externalSostenuto_ && strip_.IsAtRest(Kivora::EWheel::kSostenuto)) {
                 Fail("the sostenuto pedal hangs");
@@ -773,6 +806,7 @@ private:
         const SynthModel::Controls& controls = synth.GetControls(channel);
         for (const auto& [wheel, value] :
              {std::pair(kPitch, controls.wheel), std::pair(kModulation, int{controls.controller[1]}),
+              std::pair(kExpression, int{controls.controller[SynthModel::kExpression]}),
               std::pair(kSoft, int{controls.controller[67]})}) {
             const bool isKnown = !isRestOnly && isStripKnown_[static_cast<std::size_t>(wheel)];
             if (stripAlone_ && (isKnown || expected.IsAtRest(wheel)) && value != expected.Get(wheel)) {
@@ -811,9 +845,12 @@ private:
         ForgetInput();
         space_ = false;
         spaceDue_ = false;
+        panelPedal_ = false;
+        panelPedalDue_ = false;
         RestStrip();
-        front_->RestWheels();
+        front_->RestWheelsAndPedals();
         front_->SetSustain(false);
+        mayBeKept_ = {};
         GetEngine().SetClick({});
         rig_.Run(2);
         GetEngine().EndTimedNotes();
@@ -845,6 +882,9 @@ private:
     PlayedKeyboards keyboards_;
     bool space_ = false;
     bool spaceDue_ = false;  ///< nothing has lifted what it holds
+    bool panelPedal_ = false;
+    bool panelPedalDue_ = false;
+    std::array<Keys, SynthModel::kChannels> mayBeKept_{};  ///< by a sostenuto pedal
     bool externalPedal_ = false;
     bool externalSostenuto_ = false;
     Kivora::PanelWheels strip_;
@@ -861,7 +901,9 @@ std::unique_ptr<Studio> Make(EngineRig& rig) {
 
 void PlayAtRandom(const Musician::MakeStudio& makeStudio, int actions) {
     constexpr int kSeeds = 10;
-    for (std::uint32_t seed = 1; seed <= kSeeds; ++seed) {
+    const char* const wanted = std::getenv("KIVORA_HUNG_NOTE_SEEDS");
+    const auto seeds = static_cast<std::uint32_t>(wanted != nullptr ? std::atoi(wanted) : kSeeds);
+    for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
         Musician musician(makeStudio, seed);
         for (int i = 0; i < actions / kSeeds; ++i) {
             musician.Act();

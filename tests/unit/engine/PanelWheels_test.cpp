@@ -7,17 +7,21 @@
 #include <algorithm>
 
 #include "engine/EngineFront.h"
+#include "engine/SongPlayer.h"
 #include "engine/values/ExtraKey.h"
 #include "support/Files.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 #include "unit/engine/SavedTake.h"
+#include "unit/engine/SongRig.h"
 
 using namespace KivoraTest;
 using Kivora::EWheel;
 using Kivora::PanelWheels;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -163,6 +167,22 @@ TEST_F(Wheels, EndingAllNotesAndAPresetLeaveThemWhereTheyAre) {
     ASSERT_TRUE(front.LoadPreset(L"one", false));
     EXPECT_EQ(Value(2, 1), 99);
     EXPECT_EQ(Value(2, 66), 127);
+}
+
+TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
+    Kivora::SongPlayer player(front);
+    front.SetWheel(EWheel::kSostenuto, 127);
+    const auto playWith = [&](std::uint8_t channel) {
+        player.Open(MakeSong({{0, {0xB0, channel, 66, 127}}, {10, {0xB0, channel, 66, 0}}}, 1000));
+        ASSERT_TRUE(player.Play());
+        rig.Run(20);
+        rig.TakeWritten();
+        player.Stop();
+    };
+    playWith(6);
+    EXPECT_THAT(rig.TakeWritten(), Not(Contains("b0 42 7f"))) << "it would catch other keys";
+    playWith(1);
+    EXPECT_EQ(Value(0, 66), 127);
 }
 
 TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {

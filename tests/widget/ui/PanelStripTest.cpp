@@ -415,6 +415,44 @@ TEST_F(PanelStrip, AHiddenStripLeavesTheFootOnItsPedal) {
     EXPECT_EQ(Value(64), 0);
 }
 
+TEST_F(PanelStrip, AHiddenStripLeavesSpaceOnThePedalThatItHadPressedToo) {
+    Click("pedal-sustain");
+    QApplication::processEvents();
+    Press(Qt::Key_Space);
+    QApplication::processEvents();
+    Switch();
+    EXPECT_EQ(Value(64), 127) << "Space is held";
+    Release(Qt::Key_Space);
+    EXPECT_EQ(Value(64), 0);
+}
+
+TEST_F(PanelStrip, ThePedalGoesUpWithTheLastThatHoldsIt) {
+    Click("pedal-sustain");
+    Press(Qt::Key_Space);
+    Release(Qt::Key_Space);
+    QApplication::processEvents();
+    EXPECT_EQ(Value(64), 127) << "it was pressed on the strip";
+    EXPECT_TRUE(Button("pedal-sustain").isChecked());
+    Press(Qt::Key_Space);
+    Click("pedal-sustain");
+    QApplication::processEvents();
+    EXPECT_EQ(Value(64), 127) << "Space is held";
+    EXPECT_TRUE(Button("pedal-sustain").isChecked());
+    Release(Qt::Key_Space);
+    QApplication::processEvents();
+    EXPECT_EQ(Value(64), 0);
+    EXPECT_FALSE(Button("pedal-sustain").isChecked());
+}
+
+TEST_F(PanelStrip, APedalThatWasPressedBeforeASilenceIsLiftedWhenTheStripIsHidden) {
+    Click("pedal-sustain");
+    front->AllNotesOff();
+    QApplication::processEvents();
+    EXPECT_EQ(Value(64), 127);
+    Switch();
+    EXPECT_EQ(Value(64), 0);
+}
+
 TEST_F(PanelStrip, FollowsWhatAKeyboardMovesAndSendsNothingOfIt) {
     Engine().SetInputPortByName(kKeyboard);
     rig.GetKeyboard().Deliver(0xE5, 0x7F, 0x7F);
