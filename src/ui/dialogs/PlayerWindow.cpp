@@ -331,9 +331,9 @@ void PlayerWindow::look() {
         ShowValue(*transposition_, shown_.transposition);
     }
     play_->setChecked(isPlaying);
-    loop_->setText(shown_.loop ? tr("%1 to %2", "times of a loop")
-                                     .arg(Time(shown_.loop->beginUs), Time(shown_.loop->endUs))
-                               : QString());
+    loop_->setText(shown_.loop
+                       ? tr("%1 to %2", "times of a loop").arg(Time(shown_.loop->beginUs), Time(shown_.loop->endUs))
+                       : QString());
     for (QWidget* part : std::initializer_list<QWidget*>{position_, play_, stop_, loopBegin_, loopEnd_}) {
         part->setEnabled(shown_.lengthUs > 0);
     }

@@ -72,7 +72,7 @@ private:
     QTimer lookTimer_;
     std::shared_ptr<const Kivora::Song> song_;  ///< of this window; null for none
     Kivora::SongPlayer::Status shown_;          ///< how it stood when it was looked at last
-    QString damage_;  ///< what is said of the song's file
+    QString damage_;                            ///< what is said of the song's file
 
     // Qt's parent owns these.
     QLabel* title_;

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <functional>
-#include <vector>
 #include <QAction>
 #include <QCheckBox>
 #include <QMenu>
 #include <QSlider>
 #include <QSpinBox>
+#include <vector>
 
 #include "midi/reader/SMFReader.h"
 #include "support/Files.h"
@@ -416,7 +416,8 @@ TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
     player.SetTransposition(-3);
     player.Seek(7'000'000);
     Go(10);
-    ListenButton listen(*front, [&take] { return take; }, panel.get());
+    ListenButton listen(
+        *front, [&take] { return take; }, panel.get());
     listen.show();
     const std::vector<std::function<void()>> deeds{
         [this] { ClickIn("songPlayBtn"); },
@@ -447,7 +448,8 @@ TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
 TEST_F(PanelPlayer, AWindowThatIsMadeOrClosedWhileATakeIsHeardLeavesThat) {
     const auto take = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
     SongPlayer player(*front);
-    ListenButton listen(*front, [&take] { return take; }, panel.get());
+    ListenButton listen(
+        *front, [&take] { return take; }, panel.get());
     listen.show();
     listen.click();
     ModalAnswers answers;
