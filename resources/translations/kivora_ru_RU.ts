@@ -2571,7 +2571,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The button sends on and off in turn: each is a press</source>
-        <translation>Кнопка по очереди включается и выключается: срабатывает каждое переключение</translation>
+        <translation>Кнопка по очереди включается и выключается: действует каждый раз</translation>
     </message>
     <message>
         <source>Learn</source>
