@@ -20,7 +20,8 @@ bool IsKeyPressure(const LibMidi::MIDIEvent& event) {
 }
 /// What a controller may send in vain while one is learned, as some faders do.
 bool IsBendOrPressure(const LibMidi::MIDIEvent& event) {
-    return (event.status & 0xF0) == 0xE0 || (event.status & 0xF0) == 0xD0;
+    return event.GetCommand() == NK::MIDI::TMIDIMessage::kPitchWheel ||
+           event.GetCommand() == NK::MIDI::TMIDIMessage::kChannelPressure;
 }
 }  // namespace
 
