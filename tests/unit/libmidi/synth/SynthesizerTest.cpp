@@ -16,7 +16,7 @@
 #include "support/FatalLog.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
-#include "unit/nk/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
