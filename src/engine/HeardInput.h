@@ -12,7 +12,7 @@ namespace Kivora {
 
 /// Knows of each keyboard of the input what it holds, so that a note that several of them hold ends with the last; and
 /// which controllers they have moved. What was taken out of the stream is not followed. Plain value; whoever owns one
-/// says what guards it.
+/// says what guards it. [any]
 class HeardInput {
 public:
     /// Whether a message that was not taken out goes on: not the end of a note that another keyboard holds, on whatever
