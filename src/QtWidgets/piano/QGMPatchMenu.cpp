@@ -35,6 +35,7 @@ QGMPatchMenu::QGMPatchMenu(int voice, int currentProgram, QWidget* parent)
     }
     addProgram(GMDrumKitName(), kDrumKit, currentProgram);
     std::vector<QString> names;
+    names.reserve(kProgramCount + 1);
     for (int program = 0; program < kProgramCount; ++program) {
         names.push_back(GMProgramName(program));
     }
