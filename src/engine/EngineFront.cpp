@@ -211,11 +211,11 @@ void EngineFront::ChangeTempo(int tempo) {
 
 bool EngineFront::IsArpeggioPlaying() {
     bool plays = false;
-    for (int index = 0; index < CKivora::kArpeggiatorCount; ++index) {
+    for (int index = 0; engine_.IsArpeggiating() && index < CKivora::kArpeggiatorCount; ++index) {
         plays = plays || engine_.WithArpeggiator(
                              index, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.IsPlaying(); });
     }
-    return plays && engine_.IsArpeggiating();
+    return plays;
 }
 
 void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {

@@ -20,8 +20,8 @@ public:
         kRefused,  ///< every backend failed, one of them with an exception
         kNothing   ///< every backend failed, and said no more; the list is empty
     };
-    /// Makes every backend's ports; lists no names. `tell` is called when devices may have come or gone, on a backend's
-    /// thread.
+    /// Destroys the former ports, of which none may be open, and makes every backend's; lists no names. `tell` is
+    /// called when devices may have come or gone, on a backend's thread.
     Made Make(const std::vector<LibMidi::BackendCreator>& backends, std::function<void()> tell);
     /// Destroys the ports, and forgets the names.
     void Clear();

@@ -146,10 +146,7 @@ TEST_F(TheInput, ThatWasLostIsOpenedAgainOrStaysLost) {
 }
 
 TEST_F(TheInput, FollowsTheListByIndexAndAWantedOneByItsFormerName) {
-    Open(L"pads");
     backend.follows = true;
-    Make();
-    input.Close(listener);
     Open(L"pads");
     backend.Unplug(L"keys");
     list.GetFactory()->Update();
