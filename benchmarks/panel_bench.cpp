@@ -1,5 +1,6 @@
-// What a move of the pointer over the colour dialog costs, at two device pixels a logical pixel: the panel in another
-// colour, composed and painted. Beside it a floor: as many pixels filled with the colour and covered once.
+// What a move of the pointer over the colour dialog costs, at two device pixels a logical pixel where QT_SCALE_FACTOR
+// says nothing else: the panel in another colour, composed and painted. Beside it a floor: as many pixels filled with
+// the colour and covered once.
 #include <benchmark/benchmark.h>
 #include <QApplication>
 #include <QImage>
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr QSize kPixels(2360, 1040);
+constexpr QSize kDesign(1180, 520);
+constexpr const char* kScale = "QT_SCALE_FACTOR";
 
 class Panel {
 public:
@@ -46,8 +48,9 @@ QColor Next(int& step) {
 }
 
 void BM_FillAndCoverThePanel(benchmark::State& state) {
-    QImage screen(kPixels, QImage::Format_RGB32);
-    QImage cover(kPixels, QImage::Format_ARGB32_Premultiplied);
+    const QSize pixels = kDesign * qEnvironmentVariable(kScale).toDouble();
+    QImage screen(pixels, QImage::Format_RGB32);
+    QImage cover(pixels, QImage::Format_ARGB32_Premultiplied);
     cover.fill(QColor(0, 0, 0, 100));
     int step = 0;
     for (auto _ : state) {
@@ -83,7 +86,9 @@ BENCHMARK(BM_ColourOfTheSmallDisplays)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_SCALE_FACTOR", "2");
+    if (!qEnvironmentVariableIsSet(kScale)) {
+        qputenv(kScale, "2");
+    }
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
