@@ -174,6 +174,7 @@ void MainDisplay::drawLegends(QPainter& painter, const QColor& ink, const QColor
     };
     const auto drawRow = [&](const std::vector<Head>& heads, double baseline) {
         std::vector<PanelText::InRoom> texts;
+        texts.reserve(heads.size());
         for (const Head& head : heads) {
             texts.push_back({head.text, head.width});
         }

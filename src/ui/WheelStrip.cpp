@@ -237,6 +237,7 @@ void WheelStrip::paintEvent(QPaintEvent*) {
     const auto drawRow = [&painter](const std::array<QRect, 3>& places, const std::array<QString, 3>& legends,
                                     double y) {
         std::vector<PanelText::InRoom> row;
+        row.reserve(legends.size());
         for (const QString& legend : legends) {
             row.push_back({legend, kLegendWidth});
         }
