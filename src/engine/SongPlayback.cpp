@@ -238,7 +238,8 @@ void SongPlayback::Send(TMIDIMessage message) {
         queue_->SendMessage(message, 0);
     }
     open_.Follow(message);
-    if (message.status == TMIDIMessage::kControlChange && message.data1 == NK::MIDI::Controller::kSostenuto) {
+    if (message.status == TMIDIMessage::kControlChange && (message.data1 == NK::MIDI::Controller::kSostenuto ||
+                                                           message.data1 == NK::MIDI::Controller::kResetControllers)) {
         movedSostenuto_.set(message.channel - 1U);
     }
 }

@@ -172,8 +172,8 @@ TEST_F(Wheels, EndingAllNotesAndAPresetLeaveThemWhereTheyAre) {
 TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
     Kivora::SongPlayer player(front);
     front.SetWheel(EWheel::kSostenuto, 127);
-    const auto playWith = [&](std::uint8_t channel) {
-        player.Open(MakeSong({{0, {0xB0, channel, 66, 127}}, {10, {0xB0, channel, 66, 0}}}, 1000));
+    const auto playWith = [&](std::uint8_t channel, std::uint8_t controller = 66) {
+        player.Open(MakeSong({{0, {0xB0, channel, controller, 127}}, {10, {0xB0, channel, controller, 0}}}, 1000));
         ASSERT_TRUE(player.Play());
         rig.Run(20);
         rig.TakeWritten();
@@ -183,6 +183,8 @@ TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
     EXPECT_THAT(rig.TakeWritten(), Not(Contains("b0 42 7f"))) << "it would catch other keys";
     playWith(1);
     EXPECT_EQ(Value(0, 66), 127);
+    playWith(1, 121);
+    EXPECT_THAT(rig.TakeWritten(), Contains("b0 42 7f")) << "all controllers were reset";
 }
 
 TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {
