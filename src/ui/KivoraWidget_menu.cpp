@@ -19,8 +19,6 @@
 #include "ui/PanelLegends.h"
 #include "ui/parts/PanelKey.h"
 
-namespace {}
-
 QAction* KivoraWidget::addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
                                      std::function<void()> action) {
     QAction* entry = menu.addAction(text);

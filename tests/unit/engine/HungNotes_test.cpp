@@ -903,6 +903,7 @@ void PlayAtRandom(const Musician::MakeStudio& makeStudio, int actions) {
     constexpr int kSeeds = 10;
     const char* const wanted = std::getenv("KIVORA_HUNG_NOTE_SEEDS");
     const auto seeds = static_cast<std::uint32_t>(wanted != nullptr ? std::atoi(wanted) : kSeeds);
+    ASSERT_GT(seeds, 0U) << wanted << " is no number of seeds";
     for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
         Musician musician(makeStudio, seed);
         for (int i = 0; i < actions / kSeeds; ++i) {
