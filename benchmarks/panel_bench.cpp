@@ -7,7 +7,7 @@
 #include <QMainWindow>
 #include <QPainter>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "ui/KivoraWidget.h"
 #include "ui/parts/EmbeddedFonts.h"
 #include "unit/engine/EngineRig.h"
@@ -23,9 +23,9 @@ public:
         Kivora::RegisterEmbeddedFonts();
         rig_.backend.defaultOutput = KivoraTest::kSynth;
         rig_.Create();
-        front_ = std::make_unique<Kivora::EngineFront>(*rig_.engine);
+        controls_ = std::make_unique<Kivora::EngineControls>(*rig_.engine);
         window_ = std::make_unique<QMainWindow>();
-        auto* const panel = new KivoraWidget(front_.get(), window_.get());
+        auto* const panel = new KivoraWidget(controls_.get(), window_.get());
         window_->setCentralWidget(panel);
         window_->setFixedSize(panel->sizeHint());
         window_->show();
@@ -33,13 +33,13 @@ public:
     }
     ~Panel() {
         window_.reset();
-        front_->Close();
+        controls_->Close();
     }
     Kivora::CKivora& Engine() { return *rig_.engine; }
 
 private:
     KivoraTest::EngineRig rig_;
-    std::unique_ptr<Kivora::EngineFront> front_;
+    std::unique_ptr<Kivora::EngineControls> controls_;
     std::unique_ptr<QMainWindow> window_;
 };
 

@@ -11,7 +11,7 @@
 #include "app/MainWindow.h"
 #include "app/PictureFile.h"
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "nk/qt/nk_qt_string.h"
 #include "ui/KivoraWidget.h"
 #include "ui/parts/FailureTexts.h"
@@ -72,10 +72,10 @@ void Demonstration::Start(MainWindow& window) {
 void Demonstration::WaitForFocus(int triesLeft) {
     if (soundIsRefused_) {
         Fail("demo.wav in the folder is no regular file");
-    } else if (window_->GetFront() == nullptr) {
+    } else if (window_->GetControls() == nullptr) {
         Fail("there is no engine");
     } else if (window_->isActiveWindow()) {
-        if (window_->GetFront()->StartRecording()) {
+        if (window_->GetControls()->StartRecording()) {
             Play(0);
         } else {
             Fail("the recording did not start");
@@ -115,7 +115,7 @@ void Demonstration::SendKey(const Step& step) {
 }
 
 void Demonstration::Finish() {
-    CKivora& engine = window_->GetFront()->GetEngine();
+    CKivora& engine = window_->GetControls()->GetEngine();
     if (!engine.StopRecording() || !engine.SaveRecording(NK::FromQt(dir_ + "/demo.mid"))) {
         Fail("the MIDI file could not be written: " + FailureTexts::OfLastFile());
         return;

@@ -16,14 +16,14 @@ QString Tr(const char* text) {
 
 }  // namespace
 
-QString OpenFile(EngineFront* front, const QString& path, const std::function<void(const SongFile& song)>& play) {
-    if (front == nullptr) {
+QString OpenFile(EngineControls* controls, const QString& path, const std::function<void(const SongFile& song)>& play) {
+    if (controls == nullptr) {
         return Tr(QT_TRANSLATE_NOOP("CommandLine", "%1 cannot be opened, as the instrument could not be started."))
             .arg(path);
     }
     QString failure;
     if (!MIDIFileNames::Fits(path, MIDIFileNames::kRead)) {
-        static_cast<void>(LoadPresetFile(*front, path, failure));
+        static_cast<void>(LoadPresetFile(*controls, path, failure));
     } else if (const auto song = SongFile::Read(path, failure)) {
         play(*song);
     }

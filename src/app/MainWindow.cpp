@@ -54,7 +54,7 @@ MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthCo
     if (ports == Ports::kOpenWhenPainted) {
         QTimer::singleShot(kPaintedAtLatestMs, this, &MainWindow::OpenPorts);  // it may be kept out of sight
     }
-    if (!front_) {
+    if (!controls_) {
         panel_->setEngineFailure(tr("Fatal Error"), failure() + "\r\n" + tr("Sorry, the application cannot continue."),
                                  failure, synth_, [this] {
                                      // The settings, which belong to the panel, are on the way out.
@@ -65,11 +65,11 @@ MainWindow::MainWindow(EngineCreator createEngine, Ports ports, LibMidi::SynthCo
 
 void MainWindow::CreatePanel(bool opensPorts) {
     panel_ =
-        new KivoraWidget(front_.get(), this, opensPorts ? KivoraWidget::Ports::kOpen : KivoraWidget::Ports::kLeave);
+        new KivoraWidget(controls_.get(), this, opensPorts ? KivoraWidget::Ports::kOpen : KivoraWidget::Ports::kLeave);
     screenFit_.reset();  // of the former panel
     setCentralWidget(panel_);
     if (panelSize_ == EPanelSize::kFitsScreen) {
-        if (front_ && !NK::FileExists(NK::JoinPath(engine_->GetUserDataDir(), Settings::kFileName))) {
+        if (controls_ && !NK::FileExists(NK::JoinPath(engine_->GetUserDataDir(), Settings::kFileName))) {
             panel_->showPCKeyCard();  // at the first start
         }
         screenFit_ = std::make_unique<ScreenFit>(*this, *panel_);
@@ -91,7 +91,7 @@ void MainWindow::EquipPanel() {
     }
     SoundDoctorTools tools;
     tools.look = [this] { return lookAtSound_(engine_.get()); };
-    if (front_) {
+    if (controls_) {
         tools.holdNote = [this](bool isDown) { HoldTestNote(isDown); };
     }
     panel_->setSoundDoctor(std::move(tools));
@@ -118,7 +118,7 @@ void MainWindow::OpenPorts() {
 }
 
 void MainWindow::TryEngineAgain() {
-    if (front_ || CreateEngine()) {
+    if (controls_ || CreateEngine()) {
         return;
     }
     // What was chosen, which the file does not have yet.
@@ -138,8 +138,8 @@ void MainWindow::TryEngineAgain() {
 MainWindow::~MainWindow() {
     // Silence comes first: what follows may take its time, and boxes wait for the user.
     panel_->releaseHeld();
-    if (front_) {
-        front_->Close();
+    if (controls_) {
+        controls_->Close();
     }
     const bool saved = SaveSettings();
     if (!quiet_) {
@@ -157,7 +157,7 @@ MainWindow::~MainWindow() {
 }
 
 bool MainWindow::SaveSettings() {
-    if (!front_) {
+    if (!controls_) {
         return true;
     }
     const RunPorts::Hidden hidden(runPorts_, *engine_);
@@ -186,7 +186,7 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
 
 void MainWindow::OpenFile(const QString& path) {
     const auto play = [this](const SongFile& song) { panel_->player().openSong(song); };
-    if (const QString failure = Kivora::OpenFile(front_.get(), path, play); !failure.isEmpty()) {
+    if (const QString failure = Kivora::OpenFile(controls_.get(), path, play); !failure.isEmpty()) {
         panel_->notices().Tell(QMessageBox::Warning, tr("Cannot Open File"), failure);
     }
 }
@@ -215,8 +215,8 @@ void MainWindow::Save() {
 }
 
 void MainWindow::EndAtOnce() {
-    if (front_) {
-        front_->Close();
+    if (controls_) {
+        controls_->Close();
         Save();
         engine_->ShutdownMidi();
     }
@@ -228,7 +228,7 @@ std::function<QString()> MainWindow::CreateEngine() {
         if (!engine_) {
             return [] { return tr("Engine creation failed."); };
         }
-        front_ = std::make_unique<EngineFront>(*engine_);
+        controls_ = std::make_unique<EngineControls>(*engine_);
         return {};
     } catch (const EngineFailure& failure) {
         return [failure] { return failure.GetText(); };

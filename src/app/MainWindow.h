@@ -7,7 +7,7 @@
 
 #include "app/RunChoices.h"
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/LocaleFile.h"
 
 class KivoraWidget;
@@ -40,7 +40,7 @@ public:
     ~MainWindow() override;
 
     /// Null when the engine could not be created.
-    EngineFront* GetFront() const { return front_.get(); }
+    EngineControls* GetControls() const { return controls_.get(); }
     KivoraWidget* GetPanel() const { return panel_; }
     /// Ports of this run, which are not saved.
     RunPorts& GetRunPorts() { return runPorts_; }
@@ -89,7 +89,7 @@ private:
     LibMidi::SynthControl* const synth_;
     const EPanelSize panelSize_;
     std::unique_ptr<CKivora> engine_;
-    std::unique_ptr<EngineFront> front_;
+    std::unique_ptr<EngineControls> controls_;
     std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
     RunPorts runPorts_;
     std::function<SoundFindings(const CKivora*)> lookAtSound_;

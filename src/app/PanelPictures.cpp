@@ -39,8 +39,8 @@ bool SavePanelPictures(QWidget& panel, const QString& dir) {
     return Save(panel, folder.filePath("panel-alt.png"));
 }
 
-bool SaveSettingsPicture(EngineFront* front, const QString& dir) {
-    midiSettings dialog(front);
+bool SaveSettingsPicture(EngineControls* controls, const QString& dir) {
+    midiSettings dialog(controls);
     dialog.show();
     const QDir folder(dir);
     folder.mkpath(".");

@@ -4,7 +4,7 @@
 
 #include "app/ConsoleOutput.h"
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/files/PresetStore.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"
@@ -24,9 +24,9 @@ bool NamesFile(const QString& nameOrFile) {
 }
 
 /// `told` is how the user knows the preset.
-PresetResult Apply(EngineFront& front, const NK::CString& name, bool isRead, NK::CIniFile& file, const QString& told,
-                   QString& failure) {
-    if (isRead && front.ReplaceVoices([&] { return front.GetEngine().ApplyPreset(name, file); })) {
+PresetResult Apply(EngineControls& controls, const NK::CString& name, bool isRead, NK::CIniFile& file,
+                   const QString& told, QString& failure) {
+    if (isRead && controls.ReplaceVoices([&] { return controls.GetEngine().ApplyPreset(name, file); })) {
         return PresetResult::kLoaded;
     }
     failure = NK::GetFileFailure().error == 0
@@ -37,19 +37,19 @@ PresetResult Apply(EngineFront& front, const NK::CString& name, bool isRead, NK:
 
 }  // namespace
 
-PresetResult LoadPresetFile(EngineFront& front, const QString& path, QString& failure) {
+PresetResult LoadPresetFile(EngineControls& controls, const QString& path, QString& failure) {
     const NK::CString name = NK::FromQt(path);
     NK::CIniFile file;
     NK::ForgetFileFailure();
     const bool isRead = file.Load(name) && file.SelectSection(PresetStore::kSection);
-    return Apply(front, NK::GetFileStem(name), isRead, file, path, failure);
+    return Apply(controls, NK::GetFileStem(name), isRead, file, path, failure);
 }
 
-PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QString& failure) {
+PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFile, QString& failure) {
     if (NamesFile(nameOrFile)) {
-        return LoadPresetFile(front, nameOrFile, failure);
+        return LoadPresetFile(controls, nameOrFile, failure);
     }
-    CKivora& engine = front.GetEngine();
+    CKivora& engine = controls.GetEngine();
     const NK::CString name = NK::FromQt(nameOrFile);
     const bool isOwn = engine.PresetExists(name, false);
     if (!isOwn && !engine.PresetExists(name, true)) {
@@ -59,7 +59,7 @@ PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QSt
     NK::CIniFile file;
     NK::ForgetFileFailure();
     const bool isRead = engine.ReadPreset(name, !isOwn, file);
-    return Apply(front, name, isRead, file, nameOrFile, failure);
+    return Apply(controls, name, isRead, file, nameOrFile, failure);
 }
 
 }  // namespace Kivora

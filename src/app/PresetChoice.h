@@ -5,7 +5,7 @@
 
 namespace Kivora {
 
-class EngineFront;
+class EngineControls;
 
 enum class PresetResult {
     kLoaded,
@@ -15,8 +15,8 @@ enum class PresetResult {
 
 /// Loads a preset by its name, the user's own before the factory's, or from a file: what ends as a preset's file does,
 /// or has a "/" in it. `failure` says in a sentence why nothing was loaded. [gui]
-PresetResult LoadChosenPreset(EngineFront& front, const QString& nameOrFile, QString& failure);
+PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFile, QString& failure);
 /// The same from a file, whatever its name.
-PresetResult LoadPresetFile(EngineFront& front, const QString& path, QString& failure);
+PresetResult LoadPresetFile(EngineControls& controls, const QString& path, QString& failure);
 
 }  // namespace Kivora

@@ -94,7 +94,7 @@ int Render(const CommandLine& line, const EngineDependencies& dependencies) {
     OfflineEngine engine(dependencies.userDataDir, dependencies.factoryPresetsDir);
     if (!line.preset.isEmpty()) {
         QString failure;
-        const PresetResult result = LoadChosenPreset(engine.GetFront(), line.preset, failure);
+        const PresetResult result = LoadChosenPreset(engine.GetControls(), line.preset, failure);
         if (result != PresetResult::kLoaded) {
             PrintError(failure);
             return result == PresetResult::kUnknown ? kRefusedExit : kFailureExit;

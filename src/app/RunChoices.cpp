@@ -6,7 +6,7 @@
 #include "app/ConsoleOutput.h"
 #include "app/PresetChoice.h"
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "nk/qt/nk_qt_string.h"
 
 namespace Kivora {
@@ -91,8 +91,8 @@ RunPorts::Hidden::~Hidden() {
     }
 }
 
-std::optional<int> ApplyChoices(const CommandLine& line, EngineFront& front, RunPorts& ports) {
-    CKivora& engine = front.GetEngine();
+std::optional<int> ApplyChoices(const CommandLine& line, EngineControls& controls, RunPorts& ports) {
+    CKivora& engine = controls.GetEngine();
     NK::CString output;
     NK::CString input;
     if (!FindPort(engine, kOutputs, line.outputPort,
@@ -103,7 +103,7 @@ std::optional<int> ApplyChoices(const CommandLine& line, EngineFront& front, Run
     }
     if (!line.preset.isEmpty()) {
         QString failure;
-        if (const PresetResult result = LoadChosenPreset(front, line.preset, failure);
+        if (const PresetResult result = LoadChosenPreset(controls, line.preset, failure);
             result != PresetResult::kLoaded) {
             PrintError(failure);
             return result == PresetResult::kUnknown ? kRefusedExit : kFailureExit;

@@ -9,7 +9,7 @@ namespace Kivora {
 
 class CKivora;
 struct CommandLine;
-class EngineFront;
+class EngineControls;
 
 /// Ports that are the engine's in this run without becoming settings. [gui]
 class RunPorts {
@@ -42,6 +42,6 @@ private:
 };
 
 /// Loads the preset and chooses the ports. An exit code when that cannot be done: a sentence has been printed.
-std::optional<int> ApplyChoices(const CommandLine& line, EngineFront& front, RunPorts& ports);
+std::optional<int> ApplyChoices(const CommandLine& line, EngineControls& controls, RunPorts& ports);
 
 }  // namespace Kivora

@@ -12,7 +12,7 @@ namespace Kivora {
 namespace {
 
 // What a Wayland compositor gives a program to show that the user wants its window. The toolkit looks there when a
-// window is to come to the front.
+// window is to come to the controls.
 constexpr const char* kTokenVariable = "XDG_ACTIVATION_TOKEN";
 
 /// A socket for each display: another user's seat or a virtual display is no place to open this one's files. Empty

@@ -114,8 +114,8 @@ int main(int argc, char** argv) {
         [&] { return std::make_unique<Kivora::CKivora>(dependencies); }, Kivora::MainWindow::Ports::kOpenWhenPainted,
         dependencies.synth.get(),
         forPictures ? Kivora::MainWindow::EPanelSize::kAsDesigned : Kivora::MainWindow::EPanelSize::kFitsScreen);
-    if (window.GetFront() != nullptr) {
-        if (const auto exitCode = Kivora::ApplyChoices(commandLine, *window.GetFront(), window.GetRunPorts())) {
+    if (window.GetControls() != nullptr) {
+        if (const auto exitCode = Kivora::ApplyChoices(commandLine, *window.GetControls(), window.GetRunPorts())) {
             window.SetQuiet();
             return *exitCode;
         }
@@ -152,7 +152,7 @@ int main(int argc, char** argv) {
         window.OpenPorts();
         window.SetQuiet();
         const bool saved = Kivora::SavePanelPictures(*window.centralWidget(), commandLine.pictureDir) &&
-                           Kivora::SaveSettingsPicture(window.GetFront(), commandLine.pictureDir);
+                           Kivora::SaveSettingsPicture(window.GetControls(), commandLine.pictureDir);
         return saved ? 0 : 1;
     }
     const int exitCode = endRequests.IsEndWanted() ? 0 : QApplication::exec();

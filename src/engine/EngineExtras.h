@@ -37,7 +37,7 @@ struct EngineExtras {
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
 
-    /// What is played back; never null. Its commands stand in EngineFront and SongPlayer.
+    /// What is played back; never null. Its commands stand in EngineControls and SongPlayer.
     const std::unique_ptr<SongPlayback> song;
     /// Called when it has ended by itself, with the engine's lock held, to send again what the player holds. [tick]
     std::function<void()> onSongEnd;
@@ -52,10 +52,10 @@ struct EngineExtras {
     BoundControls controls;  ///< of the input port
     HeardInput heard;        ///< what they have let pass
     VelocityMap velocity;    ///< of the notes of the input port
-    PedalHolders pedal;      ///< of the panel they are set by EngineFront
+    PedalHolders pedal;      ///< of the panel they are set by EngineControls
     PatchShelf patches;
     RecentPresets presets;
-    BendRange bendRange;           ///< chosen by EngineFront::SetBendRange()
+    BendRange bendRange;           ///< chosen by EngineControls::SetBendRange()
     bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity
 
     /// From and to sections of their own in the settings file. A section is added, and a key written, where that is not

@@ -48,12 +48,12 @@ void PortKeeper::Pauses::NoteCalm() {
 
 void PortKeeper::Look() {
     NK_ASSERT_THREAD_ROLE(gui);
-    const CKivora& engine = front_.GetEngine();
+    const CKivora& engine = controls_.GetEngine();
     const OutputState outputBefore = GetOutputState();
     const bool inputLostBefore = engine.IsInputLost();
     LookAtOutput();
     LookAtInput();
-    front_.GetEngine().LookAtClick();
+    controls_.GetEngine().LookAtClick();
     if (GetOutputState() != outputBefore || engine.IsInputLost() != inputLostBefore) {
         emit StateChanged();
     }
@@ -61,7 +61,7 @@ void PortKeeper::Look() {
 
 void PortKeeper::FollowDevices() {
     NK_ASSERT_THREAD_ROLE(gui);
-    CKivora& engine = front_.GetEngine();
+    CKivora& engine = controls_.GetEngine();
     const auto output = [&] { return std::pair(GetOutputState(), engine.GetOutputPortName()); };
     const auto outputBefore = output();
     const bool changed = engine.UpdatePorts();
@@ -79,7 +79,7 @@ void PortKeeper::FollowDevices() {
 }
 
 void PortKeeper::LookAtOutput() {
-    CKivora& engine = front_.GetEngine();
+    CKivora& engine = controls_.GetEngine();
     const DeviceState state = engine.LookAtOutput();
     isStalled_ = state == DeviceState::kStalled;
     if (engine.IsOutputReady() && !engine.IsOutputLost()) {
@@ -92,15 +92,15 @@ void PortKeeper::LookAtOutput() {
     }
     outputPauses_.NoteAttempt();
     if (state == DeviceState::kBack && engine.IsOutputLost()) {
-        front_.ReopenOutput();
+        controls_.ReopenOutput();
     } else {
         const int index = engine.GetOutputPortNames().Find(engine.GetOutputPortName());
-        Succeeds([&] { return front_.SetOutputPortByIndex(index >= 0 ? index : engine.FindDefaultOutputPort()); });
+        Succeeds([&] { return controls_.SetOutputPortByIndex(index >= 0 ? index : engine.FindDefaultOutputPort()); });
     }
 }
 
 void PortKeeper::LookAtInput() {
-    CKivora& engine = front_.GetEngine();
+    CKivora& engine = controls_.GetEngine();
     const DeviceState state = engine.LookAtInput();
     if (!engine.IsInputLost()) {
         inputPauses_.NoteCalm();
@@ -121,7 +121,7 @@ void PortKeeper::LookAtInput() {
 }
 
 PortKeeper::OutputState PortKeeper::GetOutputState() const {
-    const CKivora& engine = front_.GetEngine();
+    const CKivora& engine = controls_.GetEngine();
     if (engine.IsOutputLost()) {
         return OutputState::kLost;
     }
@@ -145,7 +145,7 @@ PortKeeper::OutputState PortKeeper::GetOutputState() const {
 }
 
 bool PortKeeper::IsOutputBuiltIn() const {
-    const CKivora& engine = front_.GetEngine();
+    const CKivora& engine = controls_.GetEngine();
     const LibMidi::SynthControl* const synth = engine.GetSynth();
     if (synth == nullptr) {
         return false;

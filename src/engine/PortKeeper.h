@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 
 namespace Kivora {
 
@@ -27,8 +27,8 @@ public:
         kHandsOn,  ///< open, and only a way to other programs, as the built-in synthesizer has no sound font
     };
 
-    /// The front outlives the keeper.
-    explicit PortKeeper(EngineFront& front) : front_(front) {}
+    /// The controls outlive the keeper.
+    explicit PortKeeper(EngineControls& controls) : controls_(controls) {}
 
     /// Once in kLookPeriodMs. Between attempts to open a port that is lost again and again the pauses grow.
     void Look();
@@ -64,7 +64,7 @@ private:
     void LookAtOutput();
     void LookAtInput();
 
-    EngineFront& front_;
+    EngineControls& controls_;
     bool isStalled_ = false;
     Pauses outputPauses_;
     Pauses inputPauses_;

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 
 namespace Kivora {
 
@@ -27,9 +27,9 @@ std::vector<Listed> ListAll(CKivora& engine) {
 }  // namespace
 
 bool PresetSteps::Step(int by) {
-    const std::vector<Listed> listed = ListAll(front_.GetEngine());
+    const std::vector<Listed> listed = ListAll(controls_.GetEngine());
     const int count = static_cast<int>(listed.size());
-    const NK::CString current = front_.GetEngine().GetPresetName();
+    const NK::CString current = controls_.GetEngine().GetPresetName();
     int place = by > 0 ? -1 : count;
     for (int index = 0; index < count; ++index) {
         const Listed& preset = listed[static_cast<std::size_t>(index)];
@@ -41,10 +41,10 @@ bool PresetSteps::Step(int by) {
     for (int tried = 0; tried < count; ++tried) {
         place = (place + by + count) % count;
         const Listed& preset = listed[static_cast<std::size_t>(place)];
-        if (front_.LoadPreset(preset.name, preset.factory)) {
+        if (controls_.LoadPreset(preset.name, preset.factory)) {
             name_ = preset.name;
             factory_ = preset.factory;
-            front_.GetEngine().WithExtras(
+            controls_.GetEngine().WithExtras(
                 [&preset](EngineExtras& extras) { extras.presets.Note(preset.name, preset.factory); });
             return true;
         }

@@ -2,15 +2,15 @@
 
 #include <utility>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/Song.h"
 
 namespace Kivora {
 
 template <class Action>
 decltype(auto) SongPlayer::With(Action&& action) const {
-    CKivora& engine = front_.GetEngine();
+    CKivora& engine = controls_.GetEngine();
     // The hold of the engine, at whose end the tick begins to run.
     return engine.WithLock(
         [&] { return engine.WithExtras([&action](EngineExtras& extras) { return action(*extras.song); }); });
@@ -34,7 +34,7 @@ std::shared_ptr<const Song> SongPlayer::GetSong() const {
 }
 
 bool SongPlayer::Play() {
-    CKivora& engine = front_.GetEngine();
+    CKivora& engine = controls_.GetEngine();
     return engine.WithLock([&] {
         return engine.IsOutputReady() && !engine.IsOutputLost() &&
                With([](SongPlayback& playback) { return playback.Play(); });
@@ -42,11 +42,11 @@ bool SongPlayer::Play() {
 }
 
 void SongPlayer::Pause() {
-    front_.PauseSong();
+    controls_.PauseSong();
 }
 
 void SongPlayer::Stop() {
-    front_.StopSong();
+    controls_.StopSong();
 }
 
 void SongPlayer::Seek(std::int64_t positionUs) {

@@ -9,7 +9,7 @@
 
 namespace Kivora {
 
-class EngineFront;
+class EngineControls;
 class Song;
 
 /// Plays one song at a time through the instrument's output, while it is played on and recorded. Of several of one
@@ -28,8 +28,8 @@ public:
         int transposition = 0;
     };
 
-    /// The front is not owned.
-    explicit SongPlayer(EngineFront& front) : front_(front) {}
+    /// The controls are not owned.
+    explicit SongPlayer(EngineControls& controls) : controls_(controls) {}
 
     /// Stops what is played. Null for nothing.
     void Open(std::shared_ptr<const Song> song);
@@ -50,7 +50,7 @@ private:
     template <class Action>
     decltype(auto) With(Action&& action) const;
 
-    EngineFront& front_;
+    EngineControls& controls_;
 };
 
 }  // namespace Kivora

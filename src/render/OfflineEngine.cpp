@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/MIDIOutPortImpl.h"
 #include "midi/MIDIControllers.h"
 #include "nk/nk_random.h"
@@ -65,14 +65,14 @@ OfflineEngine::OfflineEngine(const NK::CString& userDataDir, const NK::CString& 
                            .wallClockMs = [this] { return clock_->GetTimeMs(); },
                            .sleeper = *clock_,
                            .runTickTimer = false});
-    front_ = std::make_unique<EngineFront>(*engine_);
+    controls_ = std::make_unique<EngineControls>(*engine_);
     engine_->SetOutputPortByIndex(0);
 }
 
 OfflineEngine::~OfflineEngine() = default;
 
 LibMidi::CaptureStore::View OfflineEngine::Play(const NK::MIDI::SMFContent& file) {
-    front_->StartRecording();
+    controls_->StartRecording();
     engine_->RestartClock();
     for (const SMFEvent& event : file.events) {
         const std::int64_t ms = event.timeUs / 1000;
@@ -91,8 +91,8 @@ LibMidi::CaptureStore::View OfflineEngine::Play(const NK::MIDI::SMFContent& file
     for (int ms = 0; ms < kLongestEndMs && sink->HasWork(); ++ms) {
         StepTo(playedMs_ + 1);
     }
-    front_->FallSilent();
-    front_->StopRecording();
+    controls_->FallSilent();
+    controls_->StopRecording();
     return sink->GetCaptured();
 }
 

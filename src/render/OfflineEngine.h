@@ -11,7 +11,7 @@
 namespace Kivora {
 
 class CKivora;
-class EngineFront;
+class EngineControls;
 class SteppedClock;
 
 /// Plays MIDI files as if a MIDI keyboard sent them: every note goes through voices, split and arpeggiators as what is
@@ -31,7 +31,7 @@ public:
     OfflineEngine& operator=(const OfflineEngine&) = delete;
 
     /// For loading a preset.
-    EngineFront& GetFront() { return *front_; }
+    EngineControls& GetControls() { return *controls_; }
 
     /// What comes out, from the file's begin on; the time is kLongestMs at most. Bank selects, program changes and
     /// channel volumes are left out: the sounds are the engine's. Keys that the file leaves down, and its pedals, are
@@ -43,7 +43,7 @@ private:
 
     const std::unique_ptr<SteppedClock> clock_;
     std::unique_ptr<CKivora> engine_;
-    std::unique_ptr<EngineFront> front_;
+    std::unique_ptr<EngineControls> controls_;
     std::int64_t playedMs_ = 0;
 };
 

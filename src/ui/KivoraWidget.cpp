@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/PortKeeper.h"
 #include "engine/TakeJournal.h"
 #include "locale/Locale.h"
@@ -29,11 +29,11 @@ const NK::CString kTakesFolder = L"Takes";
 constexpr int kLongestNoticeDelayMs = 1000;  // for a window that does not become the active one
 }  // namespace
 
-KivoraWidget::KivoraWidget(Kivora::EngineFront* front, QWidget* parent, Ports ports)
+KivoraWidget::KivoraWidget(Kivora::EngineControls* controls, QWidget* parent, Ports ports)
     : QWidget(parent),
-      front_(front),
-      engine_(front != nullptr ? &front->GetEngine() : nullptr),
-      editor_(front),
+      controls_(controls),
+      engine_(controls != nullptr ? &controls->GetEngine() : nullptr),
+      editor_(controls),
       relay_(std::make_unique<MIDIEventRelay>()),
       keys_([](int code, bool shift) {
           return Kivora::PlayingKeyToCharacter(Kivora::GetLocalizedKeyMap(), code, shift, Kivora::GetInputLanguage());
@@ -118,15 +118,15 @@ void KivoraWidget::connectEngine() {
     connect(engine_, &CKivora::OutputLost, this, &KivoraWidget::outputLost, Qt::QueuedConnection);
     connect(engine_, &CKivora::InputLost, this, &KivoraWidget::inputLost, Qt::QueuedConnection);
     for (arpeggiatorSettings* pane : {arpeggiator1_, arpeggiator2_}) {
-        connect(pane, &arpeggiatorSettings::arpeggiatorBypassChanged, this, [this] { front_->AllNotesOff(); });
+        connect(pane, &arpeggiatorSettings::arpeggiatorBypassChanged, this, [this] { controls_->AllNotesOff(); });
     }
-    arpeggiator1_->setArpeggiator(front_, 0);
-    arpeggiator2_->setArpeggiator(front_, 1);
+    arpeggiator1_->setArpeggiator(controls_, 0);
+    arpeggiator2_->setArpeggiator(controls_, 1);
 }
 
 void KivoraWidget::loadSettings() {
     connect(engine_, &Kivora::CKivora::DamagedFileSetAside, this, &KivoraWidget::fileSetAside, Qt::QueuedConnection);
-    front_->LoadSettings();
+    controls_->LoadSettings();
     // Queued: it reads pictures and may ask the user, and the signal comes with the engine's lock held. What was loaded
     // just now is shown by the constructor.
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::skinChanged, Qt::QueuedConnection);
@@ -160,9 +160,9 @@ void KivoraWidget::fileSetAside(const QString& path) {
 }
 
 void KivoraWidget::resetClicked() {
-    if (front_ != nullptr) {
+    if (controls_ != nullptr) {
         releaseHeld();
-        front_->Panic();
+        controls_->Panic();
         piano_->ReleaseAll();
     }
 }
@@ -187,9 +187,9 @@ void KivoraWidget::savePatchClicked() {
 }
 
 void KivoraWidget::showPresets(bool saveMode) {
-    if (front_ != nullptr) {
+    if (controls_ != nullptr) {
         releaseHeld();
-        PresetList(front_, saveMode, this).exec();
+        PresetList(controls_, saveMode, this).exec();
     }
 }
 

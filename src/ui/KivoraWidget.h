@@ -53,7 +53,7 @@ struct TPressedInput;
 
 namespace Kivora {
 class CKivora;
-class EngineFront;
+class EngineControls;
 class PortKeeper;
 class TakeJournal;
 struct WaitingTake;
@@ -72,9 +72,9 @@ public:
     /// Whether the constructor opens the ports, or somebody calls openPorts() afterwards.
     enum class Ports { kOpen, kLeave };
 
-    /// The front is not owned and outlives the panel; null where there is no engine. Loads the settings. No box comes
-    /// before the panel is shown.
-    explicit KivoraWidget(Kivora::EngineFront* front, QWidget* parent = nullptr, Ports ports = Ports::kOpen);
+    /// The controls are not owned and outlive the panel; null where there is no engine. Loads the settings. No box
+    /// comes before the panel is shown.
+    explicit KivoraWidget(Kivora::EngineControls* controls, QWidget* parent = nullptr, Ports ports = Ports::kOpen);
     ~KivoraWidget() override;
 
     QSize sizeHint() const override;
@@ -329,7 +329,7 @@ private:
     QString explainPorts() const;
     bool isOutputWorking() const;
 
-    Kivora::EngineFront* front_;
+    Kivora::EngineControls* controls_;
     Kivora::CKivora* engine_;
     ParameterEditor editor_;
     std::unique_ptr<MIDIEventRelay> relay_;

@@ -2,7 +2,7 @@
 #include <QAction>
 #include <QCoreApplication>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
 #include "QtWidgets/skin/QBlinkingLed.h"

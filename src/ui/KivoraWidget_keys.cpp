@@ -6,8 +6,8 @@
 #include <QKeyEvent>
 
 #include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "midi/MIDINotes.h"
 #include "nk/desktop/nk_pressed_input.h"
 #include "QtWidgets/piano/QPiano.h"
@@ -115,7 +115,7 @@ void KivoraWidget::releaseComputerKeys() {
 }
 
 void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     for (const TPCKeyAction& action : actions) {
@@ -127,10 +127,10 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
                 engine_->PlayNoteOff(action.note);
                 break;
             case TPCKeyAction::EKind::kSustainOn:
-                front_->SetSustain(true);
+                controls_->SetSustain(true);
                 break;
             case TPCKeyAction::EKind::kSustainOff:
-                front_->SetSustain(false);
+                controls_->SetSustain(false);
                 break;
             case TPCKeyAction::EKind::kPanic:
                 resetClicked();

@@ -5,7 +5,7 @@
 #include <QMenu>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "piano/CPianoColors.h"
@@ -58,7 +58,7 @@ void KivoraWidget::createActions() {
     addMenuAction(*menu_, tr("Hear the Recording"), Qt::ALT | Qt::Key_H, [this] { playLatestTake(); });
     const auto inPlayer = [this](void (PlayerWindow::*action)()) {
         return [this, action] {
-            if (front_ != nullptr) {
+            if (controls_ != nullptr) {
                 (player().*action)();
             }
         };
@@ -101,9 +101,9 @@ void KivoraWidget::createTimeActions() {
     addMenuState(
         *menu_, tr("Latch the Chord"), Qt::ALT | Qt::Key_L, [this] { toggleLatch(); }, [this] { return isLatched(); });
     addMenuAction(*menu_, tr("Latch and Swing..."), {}, [this] {
-        if (front_ != nullptr) {
+        if (controls_ != nullptr) {
             releaseHeld();
-            LatchAndSwing(*front_, this).exec();
+            LatchAndSwing(*controls_, this).exec();
         }
     });
     addMenuState(
@@ -127,12 +127,12 @@ bool KivoraWidget::isLatched() const {
 }
 
 void KivoraWidget::toggleLatch() {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     const bool on = !isLatched();
     for (int index = 0; index < Kivora::CKivora::kArpeggiatorCount; ++index) {
-        front_->ChangeArpeggiator(index, [on](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(on); });
+        controls_->ChangeArpeggiator(index, [on](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(on); });
     }
 }
 

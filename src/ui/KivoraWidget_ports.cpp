@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/PortKeeper.h"
 #include "nk/nk_exception.h"
 #include "nk/qt/nk_qt_string.h"
@@ -25,10 +25,10 @@ constexpr int kReturnToldMs = 8000;
 }
 
 void KivoraWidget::openPorts() {
-    if (front_ == nullptr || keeper_ != nullptr) {
+    if (controls_ == nullptr || keeper_ != nullptr) {
         return;
     }
-    keeper_ = std::make_unique<PortKeeper>(*front_);
+    keeper_ = std::make_unique<PortKeeper>(*controls_);
     connect(keeper_.get(), &PortKeeper::StateChanged, this, &KivoraWidget::updateNotices);
     connect(keeper_.get(), &PortKeeper::InputReturned, this, &KivoraWidget::inputReturned);
     connect(&portTimer_, &QTimer::timeout, keeper_.get(), &PortKeeper::Look);
@@ -37,7 +37,7 @@ void KivoraWidget::openPorts() {
     portTimer_.start(PortKeeper::kLookPeriodMs);
     QString failure;
     try {
-        front_->OpenPorts();
+        controls_->OpenPorts();
     } catch (const NK::CException& error) {
         failure = NK::ToQt(error.GetMessage());
     } catch (...) {
@@ -146,7 +146,7 @@ void KivoraWidget::inputLost() {
 
 void KivoraWidget::settingsClicked() {
     releaseHeld();
-    midiSettings dialog(front_, this);
+    midiSettings dialog(controls_, this);
     if (engine_ == nullptr) {
         dialog.setSynth(substituteSynth_);
     }

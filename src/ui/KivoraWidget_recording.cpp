@@ -6,8 +6,8 @@
 #include <QScopedValueRollback>
 
 #include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_directory.h"
@@ -74,7 +74,7 @@ void KivoraWidget::onRecord() {
 }
 
 void KivoraWidget::onStartRecording() {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     releaseHeld();
@@ -83,7 +83,7 @@ void KivoraWidget::onStartRecording() {
                                  [this] { settingsClicked(); });
         return;
     }
-    if (!front_->StartRecording()) {
+    if (!controls_->StartRecording()) {
         MessageBoxes::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
     }
 }
@@ -98,7 +98,7 @@ void KivoraWidget::stopAndSave() {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool captured = engine_->GetRecordedCount() > 0;
     releaseControls(*strip_);  // so that no take ends bent
-    if (engine_->IsRecording() && !front_->StopRecording()) {
+    if (engine_->IsRecording() && !controls_->StopRecording()) {
         MessageBoxes::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording."));
         return;
     }
@@ -124,7 +124,7 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     // A dialog of the desktop has no place for more.
     if (auto* const grid = qobject_cast<QGridLayout*>(dialog.layout())) {
         const int row = grid->rowCount();
-        grid->addWidget(new ListenButton(*front_, take.take), row, 0);
+        grid->addWidget(new ListenButton(*controls_, take.take), row, 0);
         auto* const writeTempo = new QCheckBox(tr("Write the panel's tempo"));
         writeTempo->setObjectName("writeTempo");
         writeTempo->setVisible(take.hasGrid);
@@ -149,7 +149,7 @@ PlayerWindow& KivoraWidget::player() {
     if (auto* const there = findChild<PlayerWindow*>(QString(), Qt::FindDirectChildrenOnly)) {
         return *there;
     }
-    auto* const made = new PlayerWindow(*front_, *this);
+    auto* const made = new PlayerWindow(*controls_, *this);
     connect(made, &PlayerWindow::panicAsked, this, &KivoraWidget::resetClicked);
     return *made;
 }
@@ -186,7 +186,7 @@ void KivoraWidget::checkLimits() {
     const bool captured = engine_->GetRecordedCount() > 0;
     const QScopedValueRollback asking(askingAboutTakes_, true);
     releaseControls(*strip_);
-    if (!front_->StopRecording()) {
+    if (!controls_->StopRecording()) {
         UnaskedBox::show(
             MessageBoxes::Make(this, QMessageBox::Critical, tr("Error"), tr("Failed to stop MIDI recording.")), *this);
     } else if (!captured) {

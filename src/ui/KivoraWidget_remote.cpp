@@ -1,6 +1,6 @@
 // The panel worked from a MIDI keyboard.
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "nk/nk_file_failure.h"
 #include "ui/dialogs/MidiLearn.h"
@@ -13,7 +13,7 @@
 void KivoraWidget::createRemote() {
     using Kivora::EPanelFunction;
     NK::ForgetFileFailure();
-    remote_ = new MidiRemote(*front_, *this);
+    remote_ = new MidiRemote(*controls_, *this);
     const auto tell = [this](const QString& text, const QString& details) {
         notices_.Tell(QMessageBox::Warning, tr("Warning"), text, details);
     };
@@ -42,7 +42,7 @@ void KivoraWidget::createRemote() {
     });
     const auto onArpeggiatorSwitch = [this](int index) {
         return [this, index] {
-            front_->ChangeArpeggiator(index, [](NK::MIDI::CArpeggiator1& arpeggiator) {
+            controls_->ChangeArpeggiator(index, [](NK::MIDI::CArpeggiator1& arpeggiator) {
                 arpeggiator.SetBypassed(!arpeggiator.IsBypassed());
             });
             updateEffectWidgets();

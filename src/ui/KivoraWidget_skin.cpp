@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "nk/qt/nk_qt_string.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/skin/QBlinkingLed.h"

@@ -1,6 +1,6 @@
 // What the panel shows of what is played and set.
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/values/ClickSettings.h"
 #include "midi/MIDIControllers.h"
 #include "midi/TMIDIMessage.h"
@@ -98,8 +98,8 @@ void KivoraWidget::updateMetronome() {
 }
 
 void KivoraWidget::tapClicked() {
-    if (front_ != nullptr) {
-        front_->TapTempo();
+    if (controls_ != nullptr) {
+        controls_->TapTempo();
     }
 }
 
@@ -124,8 +124,8 @@ void KivoraWidget::arpeggiatingChanged() {
 }
 
 void KivoraWidget::onArpeggiator() {
-    if (front_ != nullptr) {
-        front_->SetArpeggiating(!engine_->IsArpeggiating());
+    if (controls_ != nullptr) {
+        controls_->SetArpeggiating(!engine_->IsArpeggiating());
     }
     arpeggiatingChanged();
 }

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QMenu>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/values/BendRange.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "QtWidgets/piano/QPianoPCKeyHelpBar.h"
@@ -24,10 +24,11 @@ void KivoraWidget::createStrip() {
         controlKeys_->watch(control);
         control->installEventFilter(this);
     }
-    if (front_ != nullptr) {
-        connect(strip_, &WheelStrip::moved, this, [this](EWheel wheel, int value) { front_->SetWheel(wheel, value); });
-        connect(strip_, &WheelStrip::sustainMoved, this, [this](bool down) { front_->SetPanelSustain(down); });
-        connect(strip_, &WheelStrip::restWanted, this, [this] { front_->RestWheelsAndPedals(); });
+    if (controls_ != nullptr) {
+        connect(strip_, &WheelStrip::moved, this,
+                [this](EWheel wheel, int value) { controls_->SetWheel(wheel, value); });
+        connect(strip_, &WheelStrip::sustainMoved, this, [this](bool down) { controls_->SetPanelSustain(down); });
+        connect(strip_, &WheelStrip::restWanted, this, [this] { controls_->RestWheelsAndPedals(); });
     }
 }
 
@@ -70,10 +71,10 @@ void KivoraWidget::createStripMenu() {
         addMenuState(
             *ranges, QString(QChar(0xB1)) + QString::number(semitones), {},
             [this, semitones] {
-                if (front_ != nullptr) {
-                    front_->SetBendRange(semitones);
+                if (controls_ != nullptr) {
+                    controls_->SetBendRange(semitones);
                 }
             },
-            [this, semitones] { return front_ != nullptr && front_->GetBendRange() == semitones; }, choice);
+            [this, semitones] { return controls_ != nullptr && controls_->GetBendRange() == semitones; }, choice);
     }
 }

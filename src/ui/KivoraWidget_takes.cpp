@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/Song.h"
 #include "engine/TakeJournal.h"
 #include "nk/nk_file_failure.h"
@@ -85,7 +85,7 @@ std::unique_ptr<QMessageBox> KivoraWidget::makeOffer(const WaitingTake& take) {
                                   QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
     box->button(QMessageBox::Cancel)->setText(tr("Ask &later"));
     auto* const listen = new ListenButton(
-        *front_, [this, id = take.id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); });
+        *controls_, [this, id = take.id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); });
     box->addButton(listen, QMessageBox::ActionRole);
     disconnect(listen, &QPushButton::clicked, box->findChild<QDialogButtonBox*>(), nullptr);  // it is no answer
     return box;
@@ -169,10 +169,10 @@ bool KivoraWidget::isReadyToClose() {
         return true;
     }
     releaseHeld();
-    front_->FallSilent();
+    controls_->FallSilent();
     {
         const QScopedValueRollback asking(askingAboutTakes_, true);
-        front_->StopRecording();
+        controls_->StopRecording();
     }
     takes_->WriteOut();
     if (decideAboutTakes()) {

@@ -1,7 +1,7 @@
 // Voice modes, patches, and the parameter that the value keys change.
 #include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/values/VoiceSlots.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
 #include "QtWidgets/piano/QPiano.h"
@@ -163,8 +163,8 @@ void KivoraWidget::stepDownClicked() {
 }
 
 void KivoraWidget::setVoiceMode(bool dual, bool split) {
-    if (front_ != nullptr) {
-        front_->SetVoiceMode(dual, split);
+    if (controls_ != nullptr) {
+        controls_->SetVoiceMode(dual, split);
         piano_->ReleaseAll();
         updateVoiceModeButtons();
         patchChanged();
@@ -174,8 +174,8 @@ void KivoraWidget::setVoiceMode(bool dual, bool split) {
 }
 
 void KivoraWidget::splitMoved(int note) {
-    if (front_ != nullptr) {
-        front_->SetSplitPoint(note);
+    if (controls_ != nullptr) {
+        controls_->SetSplitPoint(note);
         piano_->ReleaseAll();
     }
 }
@@ -251,7 +251,7 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
     connect(&menu, &QGMPatchMenu::favoriteChanged, this, [this](int favorite, bool on) {
         engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.SetFavorite(favorite, on); });
     });
-    PatchAudition audition(*front_, slot);
+    PatchAudition audition(*controls_, slot);
     connect(&menu, &QGMPatchMenu::programAuditioned, &audition, &PatchAudition::hear);
     menu.setAvoided({display_->mapToGlobal(QPoint()), display_->size()});
     const std::optional<int> choice = menu.choose(widget->mapToGlobal(position));
@@ -260,7 +260,7 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
         return;
     }
     if (*choice != engine_->GetPatch(slot)) {
-        front_->SetPatch(*choice, slot);
+        controls_->SetPatch(*choice, slot);
     }
     engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.NoteUse(*choice); });
 }

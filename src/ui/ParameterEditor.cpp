@@ -1,18 +1,18 @@
 #include "ui/ParameterEditor.h"
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/values/VoiceSlots.h"
 
 bool ParameterEditor::HasSecondVoice() const {
-    return front_ != nullptr && (front_->GetEngine().IsDual() || front_->GetEngine().IsSplit());
+    return controls_ != nullptr && (controls_->GetEngine().IsDual() || controls_->GetEngine().IsSplit());
 }
 
 int ParameterEditor::SecondarySlot() const {
-    if (front_ == nullptr || front_->GetEngine().IsDual()) {
+    if (controls_ == nullptr || controls_->GetEngine().IsDual()) {
         return Kivora::VoiceSlots::kLayer;
     }
-    return front_->GetEngine().IsSplit() ? Kivora::VoiceSlots::kBass : Kivora::VoiceSlots::kLayer;
+    return controls_->GetEngine().IsSplit() ? Kivora::VoiceSlots::kBass : Kivora::VoiceSlots::kLayer;
 }
 
 void ParameterEditor::LeaveMissingVoice() {
@@ -35,45 +35,45 @@ void ParameterEditor::LeaveMissingVoice() {
 }
 
 void ParameterEditor::StepUp() {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     switch (mode_) {
         case EMode::kPatch1:
-            return front_->NextPatch(Kivora::VoiceSlots::kMain);
+            return controls_->NextPatch(Kivora::VoiceSlots::kMain);
         case EMode::kPatch2:
-            return front_->NextPatch(SecondarySlot());
+            return controls_->NextPatch(SecondarySlot());
         case EMode::kTranspose1:
-            return front_->TransposeUp(Kivora::VoiceSlots::kMain);
+            return controls_->TransposeUp(Kivora::VoiceSlots::kMain);
         case EMode::kTranspose2:
-            return front_->TransposeUp(SecondarySlot());
+            return controls_->TransposeUp(SecondarySlot());
         case EMode::kVolume1:
-            return front_->GetEngine().VolumeUp(Kivora::VoiceSlots::kMain);
+            return controls_->GetEngine().VolumeUp(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
-            return front_->GetEngine().VolumeUp(SecondarySlot());
+            return controls_->GetEngine().VolumeUp(SecondarySlot());
         case EMode::kTempo:
-            return front_->TempoUp();
+            return controls_->TempoUp();
     }
 }
 
 void ParameterEditor::StepDown() {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     switch (mode_) {
         case EMode::kPatch1:
-            return front_->PrevPatch(Kivora::VoiceSlots::kMain);
+            return controls_->PrevPatch(Kivora::VoiceSlots::kMain);
         case EMode::kPatch2:
-            return front_->PrevPatch(SecondarySlot());
+            return controls_->PrevPatch(SecondarySlot());
         case EMode::kTranspose1:
-            return front_->TransposeDown(Kivora::VoiceSlots::kMain);
+            return controls_->TransposeDown(Kivora::VoiceSlots::kMain);
         case EMode::kTranspose2:
-            return front_->TransposeDown(SecondarySlot());
+            return controls_->TransposeDown(SecondarySlot());
         case EMode::kVolume1:
-            return front_->GetEngine().VolumeDown(Kivora::VoiceSlots::kMain);
+            return controls_->GetEngine().VolumeDown(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
-            return front_->GetEngine().VolumeDown(SecondarySlot());
+            return controls_->GetEngine().VolumeDown(SecondarySlot());
         case EMode::kTempo:
-            return front_->TempoDown();
+            return controls_->TempoDown();
     }
 }

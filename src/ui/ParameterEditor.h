@@ -2,7 +2,7 @@
 #pragma once
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 
 /// One of seven parameters is edited at a time. Without an engine nothing is changed. [gui]
@@ -11,7 +11,7 @@ public:
     enum class EMode { kPatch1, kPatch2, kTranspose1, kTranspose2, kVolume1, kVolume2, kTempo };
 
     /// Not owned; may be null.
-    explicit ParameterEditor(Kivora::EngineFront* front) : front_(front) {}
+    explicit ParameterEditor(Kivora::EngineControls* controls) : controls_(controls) {}
 
     EMode GetMode() const { return mode_; }
     void SetMode(EMode mode) { mode_ = mode; }
@@ -26,6 +26,6 @@ public:
     void StepDown();
 
 private:
-    Kivora::EngineFront* front_;
+    Kivora::EngineControls* controls_;
     EMode mode_ = EMode::kPatch1;
 };

@@ -4,7 +4,7 @@
 #include <QTimerEvent>
 #include <utility>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/values/VoiceSlots.h"
 #include "midi/MIDINotes.h"
 
@@ -13,8 +13,8 @@ constexpr int kNoteMs = 500;
 constexpr int kBassNote = 43;
 }  // namespace
 
-PatchAudition::PatchAudition(Kivora::EngineFront& front, int slot)
-    : front_(front), slot_(slot), patch_(front.GetEngine().GetPatch(slot)) {
+PatchAudition::PatchAudition(Kivora::EngineControls& controls, int slot)
+    : controls_(controls), slot_(slot), patch_(controls.GetEngine().GetPatch(slot)) {
 }
 
 PatchAudition::~PatchAudition() {
@@ -22,12 +22,12 @@ PatchAudition::~PatchAudition() {
 }
 
 void PatchAudition::hear(int patch) {
-    Kivora::CKivora& engine = front_.GetEngine();
+    Kivora::CKivora& engine = controls_.GetEngine();
     if (engine.IsRecording()) {
         return;
     }
     endNote();
-    front_.SetPatch(patch, slot_);
+    controls_.SetPatch(patch, slot_);
     if (!engine.IsArpeggiating()) {
         note_ = noteOfVoice();
         engine.PlayNoteOn(*note_, engine.GetVelocityNormal());
@@ -37,13 +37,13 @@ void PatchAudition::hear(int patch) {
 
 void PatchAudition::takeBack() {
     endNote();
-    if (front_.GetEngine().GetPatch(slot_) != patch_) {
-        front_.SetPatch(patch_, slot_);
+    if (controls_.GetEngine().GetPatch(slot_) != patch_) {
+        controls_.SetPatch(patch_, slot_);
     }
 }
 
 std::uint8_t PatchAudition::noteOfVoice() const {
-    const Kivora::CKivora& engine = front_.GetEngine();
+    const Kivora::CKivora& engine = controls_.GetEngine();
     const int split = engine.IsSplit() ? engine.GetSplitPoint() : 0;
     return static_cast<std::uint8_t>(slot_ == Kivora::VoiceSlots::kBass ? std::min(kBassNote, split - 1)
                                                                         : std::max(int{NK::MIDI::kMiddleC}, split));
@@ -52,7 +52,7 @@ std::uint8_t PatchAudition::noteOfVoice() const {
 void PatchAudition::endNote() {
     end_.stop();
     if (const auto note = std::exchange(note_, std::nullopt)) {
-        front_.GetEngine().PlayNoteOff(*note);
+        controls_.GetEngine().PlayNoteOff(*note);
     }
 }
 

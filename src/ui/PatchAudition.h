@@ -8,7 +8,7 @@
 #include <optional>
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 
 /// While it lives, a voice can have other patches for a moment. Does nothing while a recording runs. [gui]
@@ -16,8 +16,8 @@ class PatchAudition : public QObject {
     Q_OBJECT
 
 public:
-    /// The front outlives it.
-    PatchAudition(Kivora::EngineFront& front, int slot);
+    /// The controls outlive it.
+    PatchAudition(Kivora::EngineControls& controls, int slot);
     /// What sounds is ended; the voice keeps the patch that it has.
     ~PatchAudition() override;
 
@@ -33,7 +33,7 @@ private:
     std::uint8_t noteOfVoice() const;
     void endNote();
 
-    Kivora::EngineFront& front_;
+    Kivora::EngineControls& controls_;
     const int slot_;
     const int patch_;
     std::optional<std::uint8_t> note_;

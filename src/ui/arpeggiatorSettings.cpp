@@ -4,7 +4,7 @@
 #include <array>
 #include <QEvent>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "nk/nk_rounding.h"
 #include "ui/PanelSkin.h"
@@ -64,8 +64,8 @@ arpeggiatorSettings::arpeggiatorSettings(QWidget* parent)
 
 arpeggiatorSettings::~arpeggiatorSettings() = default;
 
-void arpeggiatorSettings::setArpeggiator(Kivora::EngineFront* front, int index) {
-    front_ = front;
+void arpeggiatorSettings::setArpeggiator(Kivora::EngineControls* controls, int index) {
+    controls_ = controls;
     index_ = index;
     refresh();
 }
@@ -126,17 +126,17 @@ void arpeggiatorSettings::changeEvent(QEvent* event) {
 }
 
 void arpeggiatorSettings::refresh() {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     updating = true;
     ArpeggiatorSettings settings;
     bool bypassed = true;
-    front_->GetEngine().WithArpeggiator(index_, [&](const CArpeggiator1& arpeggiator) {
+    controls_->GetEngine().WithArpeggiator(index_, [&](const CArpeggiator1& arpeggiator) {
         settings = arpeggiator.GetSettings();
         bypassed = arpeggiator.IsBypassed();
     });
-    if (const bool lit = front_->GetEngine().IsArpeggiating(); lit != lit_) {
+    if (const bool lit = controls_->GetEngine().IsArpeggiating(); lit != lit_) {
         lit_ = lit;
         dressLamps();
     }
@@ -169,11 +169,11 @@ void arpeggiatorSettings::settingsChanged() {
     showGate();
     const int direction = ui_->directionCombo->currentIndex();
     ui_->btnRepeat->setEnabled(HasEnds(direction));
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     bool bypassChanges = false;
-    front_->ChangeArpeggiator(index_, [&](CArpeggiator1& arpeggiator) {
+    controls_->ChangeArpeggiator(index_, [&](CArpeggiator1& arpeggiator) {
         const bool bypass = !ui_->onOffButton->isChecked();
         bypassChanges = bypass != arpeggiator.IsBypassed();
         arpeggiator.SetBypassed(bypass);

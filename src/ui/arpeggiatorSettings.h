@@ -8,7 +8,7 @@ class PanelControlKeys;
 class PanelSkin;
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 namespace Ui {
 class arpeggiatorSettings;
@@ -23,8 +23,8 @@ public:
     explicit arpeggiatorSettings(QWidget* parent = nullptr);
     ~arpeggiatorSettings() override;
 
-    /// Arpeggiator 0 or 1 of the front's engine from now on; refreshes. The front is not owned; null detaches.
-    void setArpeggiator(Kivora::EngineFront* front, int index);
+    /// Arpeggiator 0 or 1 of the controls' engine from now on; refreshes. The controls are not owned; null detaches.
+    void setArpeggiator(Kivora::EngineControls* controls, int index);
     /// Names the panel on its face and for screen readers; the tool tip of the name says what the arpeggiator is for.
     void setCaption(const QString& caption, const QString& purpose);
     /// Takes the pictures of the skin, which outlives the panel, and its colours.
@@ -53,7 +53,7 @@ private:
 
     std::unique_ptr<Ui::arpeggiatorSettings> ui_;
     PanelControlKeys* keys_;  // Qt's parent owns it
-    Kivora::EngineFront* front_ = nullptr;
+    Kivora::EngineControls* controls_ = nullptr;
     int index_ = 0;
     bool updating = false;
     bool lit_ = true;

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/SynthSettingsFile.h"
 #include "nk/nk_memory_file.h"
 #include "support/FakeBackend.h"
@@ -53,11 +53,11 @@ public:
                                        .sleeper = time_,
                                        .runTickTimer = false});
         engine_->SetOutputPortByName(kOutput);
-        front_ = std::make_unique<Kivora::EngineFront>(*engine_);
+        controls_ = std::make_unique<Kivora::EngineControls>(*engine_);
     }
 
     bool Load(CIniFile& file) {
-        return front_->ReplaceVoices([&] { return engine_->ApplyPreset(L"any", file); });
+        return controls_->ReplaceVoices([&] { return engine_->ApplyPreset(L"any", file); });
     }
 
     void RequireThatEverythingIsInItsRange() {
@@ -88,7 +88,7 @@ public:
         for (const std::uint8_t note : kNotes) {
             engine_->PlayNoteOff(note);
         }
-        front_->AllNotesOff();
+        controls_->AllNotesOff();
         RunPlayer();
         Require(!synth_.IsSounding());
     }
@@ -115,7 +115,7 @@ private:
     SynthModel synth_;
     FakePlayer* player_ = nullptr;
     std::unique_ptr<Kivora::CKivora> engine_;
-    std::unique_ptr<Kivora::EngineFront> front_;
+    std::unique_ptr<Kivora::EngineControls> controls_;
 };
 
 void LoadAsPreset(CIniFile& file) {

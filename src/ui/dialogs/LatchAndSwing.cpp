@@ -10,15 +10,15 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
 #include "ui/parts/Mnemonics.h"
 
 using NK::MIDI::ArpeggiatorSettings;
 using NK::MIDI::CArpeggiator1;
 
-LatchAndSwing::LatchAndSwing(Kivora::EngineFront& front, QWidget* parent)
-    : FittedDialog(parent), front_(front), groups_{addGroup(0), addGroup(1)}, close_(new QPushButton) {
+LatchAndSwing::LatchAndSwing(Kivora::EngineControls& controls, QWidget* parent)
+    : FittedDialog(parent), controls_(controls), groups_{addGroup(0), addGroup(1)}, close_(new QPushButton) {
     setObjectName("LatchAndSwing");
     close_->setObjectName("latchCloseBtn");
     close_->setDefault(true);
@@ -47,15 +47,15 @@ LatchAndSwing::Group LatchAndSwing::addGroup(int index) {
     grid->addWidget(group.swingLabel, 1, 0);
     grid->addWidget(group.swing, 1, 1);
     grid->setColumnStretch(0, 1);
-    front_.GetEngine().WithArpeggiator(index, [&group](const CArpeggiator1& arpeggiator) {
+    controls_.GetEngine().WithArpeggiator(index, [&group](const CArpeggiator1& arpeggiator) {
         group.latch->setChecked(arpeggiator.GetSettings().latch);
         group.swing->setValue(arpeggiator.GetSettings().swing);
     });
     connect(group.latch, &QCheckBox::toggled, this, [this, index](bool on) {
-        front_.ChangeArpeggiator(index, [on](CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(on); });
+        controls_.ChangeArpeggiator(index, [on](CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(on); });
     });
     connect(group.swing, &QSpinBox::valueChanged, this, [this, index](int percent) {
-        front_.ChangeArpeggiator(index, [percent](CArpeggiator1& arpeggiator) { arpeggiator.SetSwing(percent); });
+        controls_.ChangeArpeggiator(index, [percent](CArpeggiator1& arpeggiator) { arpeggiator.SetSwing(percent); });
     });
     return group;
 }

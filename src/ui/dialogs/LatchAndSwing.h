@@ -13,7 +13,7 @@ class QPushButton;
 class QSpinBox;
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 
 /// What is changed in it is in force at once. [gui]
@@ -21,8 +21,8 @@ class LatchAndSwing : public FittedDialog {
     Q_OBJECT
 
 public:
-    /// The front is not owned.
-    explicit LatchAndSwing(Kivora::EngineFront& front, QWidget* parent = nullptr);
+    /// The controls are not owned.
+    explicit LatchAndSwing(Kivora::EngineControls& controls, QWidget* parent = nullptr);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -38,7 +38,7 @@ private:
     Group addGroup(int index);
     void retranslate();
 
-    Kivora::EngineFront& front_;
+    Kivora::EngineControls& controls_;
     std::array<Group, 2> groups_;  // Qt's parent owns what is in them
     QPushButton* close_;
 };

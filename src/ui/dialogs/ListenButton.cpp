@@ -11,9 +11,9 @@ namespace {
 constexpr int kLookMs = 100;
 }
 
-ListenButton::ListenButton(Kivora::EngineFront& front, std::function<std::shared_ptr<const Kivora::Song>()> take,
+ListenButton::ListenButton(Kivora::EngineControls& controls, std::function<std::shared_ptr<const Kivora::Song>()> take,
                            QWidget* parent)
-    : QPushButton(tr("Listen"), parent), player_(front), take_(std::move(take)) {
+    : QPushButton(tr("Listen"), parent), player_(controls), take_(std::move(take)) {
     setObjectName("listenBtn");
     setCheckable(true);
     setAutoDefault(false);

@@ -15,8 +15,8 @@ class ListenButton : public QPushButton {
     Q_OBJECT
 
 public:
-    /// The front outlives the button.
-    ListenButton(Kivora::EngineFront& front, std::function<std::shared_ptr<const Kivora::Song>()> take,
+    /// The controls outlive the button.
+    ListenButton(Kivora::EngineControls& controls, std::function<std::shared_ptr<const Kivora::Song>()> take,
                  QWidget* parent = nullptr);
     ~ListenButton() override;
 

@@ -4,8 +4,8 @@
 #include <QMetaObject>
 #include <QWidget>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/values/VoiceSlots.h"
 #include "nk/nk_paths.h"
 #include "nk/qt/nk_qt_string.h"
@@ -29,27 +29,27 @@ bool IsPanelBlocked() {
 
 }  // namespace
 
-MidiRemote::MidiRemote(Kivora::EngineFront& front, QWidget& panel)
+MidiRemote::MidiRemote(Kivora::EngineControls& controls, QWidget& panel)
     : QObject(&panel),
-      front_(front),
-      engine_(front.GetEngine()),
+      controls_(controls),
+      engine_(controls.GetEngine()),
       file_(NK::JoinPath(engine_.GetUserDataDir(), kFileName)),
       state_(file_.Load()),
-      presets_(front) {
-    const auto patch = [this](void (Kivora::EngineFront::*step)(int)) {
-        return [this, step] { std::invoke(step, front_, VoiceSlots::kMain); };
+      presets_(controls) {
+    const auto patch = [this](void (Kivora::EngineControls::*step)(int)) {
+        return [this, step] { std::invoke(step, controls_, VoiceSlots::kMain); };
     };
-    const auto secondPatch = [this](void (Kivora::EngineFront::*step)(int)) {
+    const auto secondPatch = [this](void (Kivora::EngineControls::*step)(int)) {
         return [this, step] {
             if (const std::optional<int> slot = slotOfSecondVoice()) {
-                std::invoke(step, front_, *slot);
+                std::invoke(step, controls_, *slot);
             }
         };
     };
-    setAction(EPanelFunction::kPatch1Up, patch(&Kivora::EngineFront::NextPatch));
-    setAction(EPanelFunction::kPatch1Down, patch(&Kivora::EngineFront::PrevPatch));
-    setAction(EPanelFunction::kPatch2Up, secondPatch(&Kivora::EngineFront::NextPatch));
-    setAction(EPanelFunction::kPatch2Down, secondPatch(&Kivora::EngineFront::PrevPatch));
+    setAction(EPanelFunction::kPatch1Up, patch(&Kivora::EngineControls::NextPatch));
+    setAction(EPanelFunction::kPatch1Down, patch(&Kivora::EngineControls::PrevPatch));
+    setAction(EPanelFunction::kPatch2Up, secondPatch(&Kivora::EngineControls::NextPatch));
+    setAction(EPanelFunction::kPatch2Down, secondPatch(&Kivora::EngineControls::PrevPatch));
     setAction(EPanelFunction::kPresetUp, [this] { emit presetStepped(presets_.Step(1)); });
     setAction(EPanelFunction::kPresetDown, [this] { emit presetStepped(presets_.Step(-1)); });
     putInForce();

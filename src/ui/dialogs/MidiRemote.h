@@ -15,7 +15,7 @@ class QWidget;
 
 namespace Kivora {
 class CKivora;
-class EngineFront;
+class EngineControls;
 }  // namespace Kivora
 
 /// Carries out what the bound controls of MIDI keyboards ask for, as the panel's own controls would: while a dialog, a
@@ -27,8 +27,8 @@ public:
     using Action = std::function<void()>;
     using Learned = Kivora::BoundControls::Learned;
 
-    /// Reads the file. The front is not owned; the panel is the parent.
-    MidiRemote(Kivora::EngineFront& front, QWidget& panel);
+    /// Reads the file. The controls are not owned; the panel is the parent.
+    MidiRemote(Kivora::EngineControls& controls, QWidget& panel);
     ~MidiRemote() override;
 
     /// How the file was found at the start.
@@ -61,7 +61,7 @@ private:
     std::optional<int> slotOfSecondVoice() const;
     void putInForce();
 
-    Kivora::EngineFront& front_;
+    Kivora::EngineControls& controls_;
     Kivora::CKivora& engine_;
     Kivora::MidiBindingsFile file_;
     Kivora::StoredBindings::State state_;

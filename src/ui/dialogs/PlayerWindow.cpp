@@ -14,7 +14,7 @@
 #include <QVBoxLayout>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/Song.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
@@ -59,10 +59,10 @@ void ShowValue(QSpinBox& box, int value) {
 
 }  // namespace
 
-PlayerWindow::PlayerWindow(Kivora::EngineFront& front, QWidget& panel)
+PlayerWindow::PlayerWindow(Kivora::EngineControls& controls, QWidget& panel)
     : FittedDialog(&panel),
-      front_(front),
-      player_(front),
+      controls_(controls),
+      player_(controls),
       title_(MakeLine("songTitle")),
       open_(addButton("songOpenBtn", &PlayerWindow::openAnother)),
       position_(new QSlider(Qt::Horizontal)),
@@ -241,11 +241,11 @@ void PlayerWindow::come() {
 }
 
 bool PlayerWindow::askForFile() {
-    NK::CString& folder = front_.GetEngine().GetLastFolders().takes;
-    const QString path =
-        QFileDialog::getOpenFileName(isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
-                                     NK::ToQt(NK::FolderExists(folder) ? folder : front_.GetEngine().GetUserDataDir()),
-                                     MIDIFileNames::GetFilter(MIDIFileNames::kRead));
+    NK::CString& folder = controls_.GetEngine().GetLastFolders().takes;
+    const QString path = QFileDialog::getOpenFileName(
+        isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
+        NK::ToQt(NK::FolderExists(folder) ? folder : controls_.GetEngine().GetUserDataDir()),
+        MIDIFileNames::GetFilter(MIDIFileNames::kRead));
     if (path.isEmpty()) {
         return false;
     }

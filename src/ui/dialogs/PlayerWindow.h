@@ -15,7 +15,7 @@ class QSpinBox;
 struct SongFile;
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 
 /// Stands beside the panel, on which one plays on meanwhile. Nothing plays any more when it is closed; the song stays
@@ -24,8 +24,8 @@ class PlayerWindow : public FittedDialog {
     Q_OBJECT
 
 public:
-    /// The front is not owned; the panel, which gets the keys that mean nothing to the window, is the parent.
-    PlayerWindow(Kivora::EngineFront& front, QWidget& panel);
+    /// The controls are not owned; the panel, which gets the keys that mean nothing to the window, is the parent.
+    PlayerWindow(Kivora::EngineControls& controls, QWidget& panel);
 
     /// Shows the window with a song that can be played now.
     void openSong(const SongFile& song);
@@ -67,7 +67,7 @@ private:
     void showTime(qint64 positionUs);
     void say(const QString& sentence);
 
-    Kivora::EngineFront& front_;
+    Kivora::EngineControls& controls_;
     Kivora::SongPlayer player_;
     QTimer lookTimer_;
     std::shared_ptr<const Kivora::Song> song_;  ///< of this window; null for none

@@ -7,8 +7,8 @@
 #include <QScrollBar>
 #include <vector>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/QPresetNameValidator.h"
 #include "ui/parts/FailureTexts.h"
@@ -27,10 +27,10 @@ constexpr int kByUse = 1;
 
 }  // namespace
 
-PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* parent)
+PresetList::PresetList(Kivora::EngineControls* controls, bool saveMode, QWidget* parent)
     : FittedDialog(parent),
       ui_(std::make_unique<Ui::PresetList>()),
-      front_(front),
+      controls_(controls),
       saveMode_(saveMode),
       factoryIcon_(":/Resources/Preset_Factory.png"),
       userIcon_(":/Resources/Preset_User.png") {
@@ -58,13 +58,13 @@ PresetList::PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* paren
 
     ui_->presetSearch->installEventFilter(this);
     connect(ui_->presetSearch, &QLineEdit::textChanged, this, &PresetList::refill);
-    if (front_ != nullptr) {
-        ui_->presetOrder->setCurrentIndex(front_->GetEngine().WithExtras(
+    if (controls_ != nullptr) {
+        ui_->presetOrder->setCurrentIndex(controls_->GetEngine().WithExtras(
             [](const Kivora::EngineExtras& extras) { return extras.presets.sortsByUse ? kByUse : kByName; }));
     }
     connect(ui_->presetOrder, &QComboBox::currentIndexChanged, this, &PresetList::orderChosen);
 
-    const QString current = front_ != nullptr ? ToQt(front_->GetEngine().GetPresetName()) : QString();
+    const QString current = controls_ != nullptr ? ToQt(controls_->GetEngine().GetPresetName()) : QString();
     ui_->presetName->setText(current);
     fillList();
     if (const auto found = ui_->presetList->findItems(current, Qt::MatchFixedString | Qt::MatchCaseSensitive);
@@ -110,11 +110,11 @@ void PresetList::fillList() {
 }
 
 void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) {
-    if (front_ == nullptr) {
+    if (controls_ == nullptr) {
         return;
     }
     NK::CStringArray listed;
-    front_->GetEngine().ListPresets(listed, factory);
+    controls_->GetEngine().ListPresets(listed, factory);
     const QStringList words = ui_->presetSearch->text().split(' ', Qt::SkipEmptyParts);
     std::vector<NK::CString> names;
     std::copy_if(listed.begin(), listed.end(), std::back_inserter(names), [&words](const NK::CString& name) {
@@ -125,7 +125,7 @@ void PresetList::addPresets(bool factory, const QFont& font, const QIcon& icon) 
     if (ui_->presetOrder->currentIndex() == kByUse) {
         // A copy, to be sorted by without the engine's lock.
         const auto recent =
-            front_->GetEngine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.presets; });
+            controls_->GetEngine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.presets; });
         std::stable_sort(names.begin(), names.end(), [&](const NK::CString& a, const NK::CString& b) {
             return recent.GetPlace(a, factory) < recent.GetPlace(b, factory);
         });
@@ -157,8 +157,8 @@ void PresetList::refill() {
 }
 
 void PresetList::orderChosen(int index) {
-    if (front_ != nullptr) {
-        front_->GetEngine().WithExtras(
+    if (controls_ != nullptr) {
+        controls_->GetEngine().WithExtras(
             [index](Kivora::EngineExtras& extras) { extras.presets.sortsByUse = index == kByUse; });
     }
     refill();
@@ -167,7 +167,7 @@ void PresetList::orderChosen(int index) {
 void PresetList::noteUse() {
     const QListWidgetItem* const item = ui_->presetList->currentItem();
     const bool factory = !saveMode_ && item != nullptr && item->data(kFactoryRole).toBool();
-    Kivora::CKivora& engine = front_->GetEngine();
+    Kivora::CKivora& engine = controls_->GetEngine();
     engine.WithExtras([&](Kivora::EngineExtras& extras) { extras.presets.Note(engine.GetPresetName(), factory); });
 }
 
@@ -218,10 +218,10 @@ void PresetList::nameEditChanged() {
 
 void PresetList::loadPreset() {
     const QListWidgetItem* const item = ui_->presetList->currentItem();
-    if (saveMode_ || front_ == nullptr || item == nullptr) {
+    if (saveMode_ || controls_ == nullptr || item == nullptr) {
         return;
     }
-    if (front_->LoadPreset(FromQt(item->text()), item->data(kFactoryRole).toBool())) {
+    if (controls_->LoadPreset(FromQt(item->text()), item->data(kFactoryRole).toBool())) {
         noteUse();
         accept();
     } else {
@@ -231,10 +231,10 @@ void PresetList::loadPreset() {
 
 void PresetList::savePreset() {
     const QString name = ui_->presetName->text();
-    if (!saveMode_ || front_ == nullptr || name.trimmed().isEmpty()) {
+    if (!saveMode_ || controls_ == nullptr || name.trimmed().isEmpty()) {
         return;
     }
-    Kivora::CKivora& engine = front_->GetEngine();
+    Kivora::CKivora& engine = controls_->GetEngine();
     if (engine.PresetExists(FromQt(name), false) && !confirm(tr("Overwrite preset") + " \"" + name + "\"?")) {
         return;
     }
@@ -248,14 +248,14 @@ void PresetList::savePreset() {
 
 void PresetList::deletePreset() {
     const QListWidgetItem* const item = ui_->presetList->currentItem();
-    if (front_ == nullptr || item == nullptr || item->data(kFactoryRole).toBool()) {
+    if (controls_ == nullptr || item == nullptr || item->data(kFactoryRole).toBool()) {
         return;
     }
     const QString name = item->text();
     if (!confirm(tr("Delete preset") + " \"" + name + "\"?")) {
         return;
     }
-    if (!front_->GetEngine().DeletePreset(FromQt(name))) {
+    if (!controls_->GetEngine().DeletePreset(FromQt(name))) {
         showError(tr("Failed to delete the preset."));
     }
     const int row = ui_->presetList->currentRow();

@@ -10,7 +10,7 @@
 class QListWidgetItem;
 
 namespace Kivora {
-class EngineFront;
+class EngineControls;
 }
 namespace Ui {
 class PresetList;
@@ -24,8 +24,8 @@ class PresetList : public FittedDialog {
     Q_OBJECT
 
 public:
-    /// Saves or loads, for the whole life of the dialog. The front is not owned; without one the list stays empty.
-    PresetList(Kivora::EngineFront* front, bool saveMode, QWidget* parent = nullptr);
+    /// Saves or loads, for the whole life of the dialog. The controls are not owned; without one the list stays empty.
+    PresetList(Kivora::EngineControls* controls, bool saveMode, QWidget* parent = nullptr);
     ~PresetList() override;
 
 public slots:
@@ -54,7 +54,7 @@ private:
     void showError(const QString& text);
 
     std::unique_ptr<Ui::PresetList> ui_;
-    Kivora::EngineFront* front_;
+    Kivora::EngineControls* controls_;
     const bool saveMode_;
     QString selectedName_;  ///< the preset that was selected last, in either group
     bool selectedFactory_ = false;

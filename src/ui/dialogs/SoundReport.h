@@ -22,7 +22,7 @@ struct Line {
 
 /// In the user's language, the way of a note from the verdict to the ear. The first line is the verdict.
 QList<Line> Write(const SoundFindings& findings);
-/// A line each, with its grade in front.
+/// A line each, with its grade in controls.
 QString ToText(const QList<Line>& lines);
 
 }  // namespace SoundReport

@@ -5,8 +5,8 @@
 #include <QFileInfo>
 #include <QShowEvent>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/values/Settings.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
@@ -45,11 +45,11 @@ void FillCombo(QComboBox& combo, const NK::CStringArray& names, int current) {
 
 }  // namespace
 
-midiSettings::midiSettings(Kivora::EngineFront* front, QWidget* parent)
+midiSettings::midiSettings(Kivora::EngineControls* controls, QWidget* parent)
     : FittedDialog(parent),
       ui_(std::make_unique<Ui::midiSettings>()),
-      front_(front),
-      engine_(front != nullptr ? &front->GetEngine() : nullptr) {
+      controls_(controls),
+      engine_(controls != nullptr ? &controls->GetEngine() : nullptr) {
     ui_->setupUi(this);
     ui_->synthGroup->setSynth(engine_ != nullptr ? engine_->GetSynth() : nullptr);
     if (ui_->synthGroup->isHidden()) {  // else the right column would be half empty
@@ -305,7 +305,7 @@ void midiSettings::rescanPorts() {
     }
     attempt(tr("Looking for MIDI devices failed"), [this] {
         const WaitCursor wait;
-        front_->RescanPorts();
+        controls_->RescanPorts();
     });
     portsChanged();
 }
@@ -339,11 +339,11 @@ void midiSettings::closeClicked() {
         const WaitCursor wait;
         if (ui_->insCb->isEnabled()) {
             attempt(tr("Setting input port failed"),
-                    [this] { front_->SetInputPortByIndex(ui_->insCb->currentIndex()); });
+                    [this] { controls_->SetInputPortByIndex(ui_->insCb->currentIndex()); });
         }
         if (ui_->outsCb->isEnabled()) {
             attempt(tr("Setting output port failed"),
-                    [this] { front_->SetOutputPortByIndex(ui_->outsCb->currentIndex()); });
+                    [this] { controls_->SetOutputPortByIndex(ui_->outsCb->currentIndex()); });
         }
         engine_->SetPCKeyWay(static_cast<NK::Piano::EPCKeyWay>(ui_->pcKeyWayCombo->currentIndex()));
         engine_->SetVelocityLow(ui_->spinLow->value());

@@ -10,7 +10,7 @@
 
 namespace Kivora {
 class CKivora;
-class EngineFront;
+class EngineControls;
 }  // namespace Kivora
 namespace LibMidi {
 class SynthControl;
@@ -27,8 +27,8 @@ class midiSettings : public FittedDialog {
     Q_OBJECT
 
 public:
-    /// The front is not owned; without one the dialog shows defaults and changes nothing but the language.
-    explicit midiSettings(Kivora::EngineFront* front, QWidget* parent = nullptr);
+    /// The controls are not owned; without one the dialog shows defaults and changes nothing but the language.
+    explicit midiSettings(Kivora::EngineControls* controls, QWidget* parent = nullptr);
     ~midiSettings() override;
 
     /// A synthesizer to be set up where there is no engine; null for none.
@@ -84,7 +84,7 @@ private:
     std::unique_ptr<Ui::midiSettings> ui_;
     std::function<QString()> explanation_;
     SoundDoctorTools doctor_;
-    Kivora::EngineFront* front_;
+    Kivora::EngineControls* controls_;
     Kivora::CKivora* engine_;
     QColor bgColor_;
     QColor dispColor_;

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/synth/OfflineRenderer.h"
 #include "nk/nk_paths.h"
 #include "support/Files.h"
@@ -50,13 +50,13 @@ public:
     explicit PlayedPreset(const std::string& name) {
         rig_.factoryPresets = KIVORA_PRESETS_DIR;
         engine_ = &rig_.CreateOpen();
-        front_.emplace(*engine_);
+        controls_.emplace(*engine_);
         rig_.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
             events_.push_back(event);
             events_.back().time = static_cast<std::uint32_t>(rig_.time.GetTimeMs() - startMs_);
         };
         startMs_ = rig_.time.GetTimeMs();
-        isLoaded_ = front_->LoadPreset(NK::CString::FromUtf8(name), true);
+        isLoaded_ = controls_->LoadPreset(NK::CString::FromUtf8(name), true);
         rig_.Run(1);
     }
 
@@ -102,7 +102,7 @@ private:
 
     EngineRig rig_;
     Kivora::CKivora* engine_ = nullptr;
-    std::optional<Kivora::EngineFront> front_;
+    std::optional<Kivora::EngineControls> controls_;
     std::vector<LibMidi::MIDIEvent> events_;
     std::int64_t startMs_ = 0;
     std::uint32_t releasedMs_ = 0;

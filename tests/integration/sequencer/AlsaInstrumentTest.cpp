@@ -30,19 +30,19 @@ protected:
         engine = std::make_unique<Kivora::CKivora>(
             Kivora::EngineDependencies{.backends = {LibMidi::MakeAlsaBackend(std::make_shared<LibMidi::AlsaClient>())},
                                        .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
-        front = std::make_unique<Kivora::EngineFront>(*engine);
-        keeper = std::make_unique<Kivora::PortKeeper>(*front);
+        controls = std::make_unique<Kivora::EngineControls>(*engine);
+        keeper = std::make_unique<Kivora::PortKeeper>(*controls);
         QObject::connect(engine.get(), &Kivora::CKivora::DevicesChanged, keeper.get(),
                          &Kivora::PortKeeper::FollowDevices, Qt::QueuedConnection);
         QObject::connect(keeper.get(), &Kivora::PortKeeper::InputReturned, [this] { ++returns; });
         engine->SetSavedOutputPortName(L"Test synth");
-        front->OpenPorts();
+        controls->OpenPorts();
         ASSERT_TRUE(engine->IsOutputReady());
         synth->Clear();
     }
     void TearDown() override {
-        if (front) {
-            front->Close();
+        if (controls) {
+            controls->Close();
         }
     }
 
@@ -67,7 +67,7 @@ protected:
     std::unique_ptr<CSequencerClient> synth;
     std::unique_ptr<CSequencerClient> other;
     std::unique_ptr<Kivora::CKivora> engine;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<Kivora::PortKeeper> keeper;
     int returns = 0;
 };
@@ -114,15 +114,15 @@ TEST_F(AlsaInstrument, KeysOfAKeyboardThatIsPulledOutEndWithoutALook) {
 
 TEST_F(AlsaInstrument, AProgramThatIsConnectedByAPatchbayHearsAKey) {
     const int programs = engine->GetOutputPortNames().Find(L"Other programs (Kivora LX out)");
-    ASSERT_TRUE(front->SetOutputPortByIndex(programs));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(programs));
     Connect("Kivora LX:0", "Other synth:0");
     engine->PlayNoteOn(60, 100);
     ASSERT_TRUE(WaitUntil([&] { return other->GetCount() >= 1; }));
     EXPECT_EQ(other->GetNotes().back().note, 60);
     // The connection outlives another choice.
-    ASSERT_TRUE(front->SetOutputPortByIndex(engine->GetOutputPortNames().Find(L"Test synth")));
-    ASSERT_TRUE(front->RescanPorts());
-    ASSERT_TRUE(front->SetOutputPortByIndex(programs));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(engine->GetOutputPortNames().Find(L"Test synth")));
+    ASSERT_TRUE(controls->RescanPorts());
+    ASSERT_TRUE(controls->SetOutputPortByIndex(programs));
     other->Clear();
     engine->PlayNoteOn(62, 100);
     ASSERT_TRUE(WaitUntil([&] { return other->GetCount() >= 1; }));
@@ -175,7 +175,7 @@ TEST_F(AlsaInstrument, AnOutputThatGoesIsToldAtOnceAndPlaysWhenItIsBack) {
 TEST_F(AlsaInstrument, APortThatIsSavedUnderPortMidisNameIsFound) {
     engine->SetSavedInputPortName(L"VirMIDI 1-0");
     engine->CloseInputPort();
-    front->OpenPorts();
+    controls->OpenPorts();
     if (engine->GetInputPortIndex() < 0) {
         GTEST_SKIP() << "this machine has no virtual raw MIDI";
     }

@@ -36,17 +36,17 @@ protected:
         otherClient = std::make_unique<CSequencerClient>("Other synth", "Other keyboard");
         engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
             .backends = {GetParam().make()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
-        front = std::make_unique<Kivora::EngineFront>(*engine);
+        controls = std::make_unique<Kivora::EngineControls>(*engine);
         engine->SetSavedOutputPortName(L"Test synth");
         engine->SetSavedInputPortName(L"Test keyboard");
-        front->OpenPorts();
+        controls->OpenPorts();
         ASSERT_TRUE(engine->IsOutputReady());
         ASSERT_GE(engine->GetInputPortIndex(), 0);
         client->Clear();
     }
     void TearDown() override {
-        if (front) {
-            front->Close();
+        if (controls) {
+            controls->Close();
         }
     }
 
@@ -73,7 +73,7 @@ protected:
     std::unique_ptr<CSequencerClient> client;
     std::unique_ptr<CSequencerClient> otherClient;
     std::unique_ptr<Kivora::CKivora> engine;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
 };
 
 LibMidi::BackendCreator MakeAlsa() {
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(Backends, InstrumentSequencer,
 }  // namespace
 
 TEST_P(InstrumentSequencer, AKeyOfAnotherProgramComesBackTransposed) {
-    front->TransposeUp(0);
+    controls->TransposeUp(0);
     client->Send(0, 60, 127);
     ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
     client->Send(0, 60, 0);
@@ -101,8 +101,8 @@ TEST_P(InstrumentSequencer, AHeldChordIsPlayedAsThePatternSaysUntilItIsReleased)
     constexpr int kStep = 24;
     constexpr double kHalf = 50;
     constexpr std::uint8_t kChord[] = {60, 64, 67};
-    front->SetArpeggiating(true);
-    front->ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(kStep, kHalf); });
+    controls->SetArpeggiating(true);
+    controls->ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(kStep, kHalf); });
     for (const std::uint8_t note : kChord) {
         client->Send(0, note, 100);
     }
@@ -132,7 +132,7 @@ TEST_P(InstrumentSequencer, AHeldChordIsPlayedAsThePatternSaysUntilItIsReleased)
 
 TEST_P(InstrumentSequencer, InPlaceOfAnOutputThatHasGoneAnotherOnePlays) {
     LoseOutput();
-    ASSERT_TRUE(front->SetOutputPortByIndex(FindOutput(L"Other synth")));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(FindOutput(L"Other synth")));
     engine->PlayNoteOn(62, 100);
     EXPECT_TRUE(WaitUntil([&] { return otherClient->GetCount() >= 1 || engine->IsOutputLost(); }));
     EXPECT_FALSE(engine->IsOutputLost());
@@ -144,7 +144,7 @@ TEST_P(InstrumentSequencer, InPlaceOfAnOutputThatHasGoneAnotherOnePlays) {
 TEST_P(InstrumentSequencer, AnOutputThatComesBackIsFoundByName) {
     LoseOutput();
     client = std::make_unique<CSequencerClient>("Test synth", "Test keyboard");
-    ASSERT_TRUE(front->RescanPorts());
+    ASSERT_TRUE(controls->RescanPorts());
     ASSERT_TRUE(engine->IsOutputReady());
     EXPECT_FALSE(engine->IsOutputLost());
     // What PortMidi could not send to the old one may have come first.
@@ -159,7 +159,7 @@ TEST_P(InstrumentSequencer, AnOutputThatComesBackIsFoundByName) {
 }
 
 TEST_P(InstrumentSequencer, AKeyboardThatIsPulledOutEndsWhatItHeldAndPlaysAgainWhenItIsBack) {
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     ASSERT_TRUE(engine->SetInputPortByName(L"Other keyboard"));
     otherClient->Send(0, 60, 100);
     ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
@@ -178,7 +178,7 @@ TEST_P(InstrumentSequencer, AKeyboardThatIsPulledOutEndsWhatItHeldAndPlaysAgainW
 }
 
 TEST_P(InstrumentSequencer, AKeyboardWhosePlugWobblesBetweenTwoLooksLeavesNothingHeld) {
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     ASSERT_TRUE(engine->SetInputPortByName(L"Other keyboard"));
     otherClient->Send(0, 60, 100);
     ASSERT_TRUE(WaitUntil([&] { return client->GetCount() >= 1; }));
@@ -192,7 +192,7 @@ TEST_P(InstrumentSequencer, AKeyboardWhosePlugWobblesBetweenTwoLooksLeavesNothin
 }
 
 TEST_P(InstrumentSequencer, AnOutputThatHasGoneIsNoticedWithoutANoteAndPlaysWhenItIsBack) {
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     keeper.Look();
     ASSERT_FALSE(engine->IsOutputLost());
     client.reset();

@@ -9,7 +9,7 @@
 #include <memory>
 #include <thread>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "support/TemporaryFolder.h"
@@ -44,43 +44,43 @@ TEST(Flood, EverythingChangesUnderAFloodOfInputAndNothingStops) {
     Kivora::CKivora engine({.backends = {[&] { return std::make_unique<LibMidi::PortMIDIImpl>(api); }},
                             .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); },
                             .userDataDir = NK::CString::FromUtf8(folder.GetPath().c_str())});
-    Kivora::EngineFront front(engine);
+    Kivora::EngineControls controls(engine);
     QObject::connect(&engine, &Kivora::CKivora::OnMIDIEvent, [&shown](int) { ++shown; });
-    front.OpenPorts();
+    controls.OpenPorts();
     ASSERT_TRUE(engine.SavePreset(L"Plain"));
-    front.SetVoiceMode(true, true);
+    controls.SetVoiceMode(true, true);
     engine.SetPatch(-1, 1);
-    front.SetArpeggiating(true);
+    controls.SetArpeggiating(true);
     ASSERT_TRUE(engine.SavePreset(L"Arpeggiated"));
     engine.SetMetronome(true);
 
     const auto start = std::chrono::steady_clock::now();
     const auto end = start + GetDuration();
     for (; std::chrono::steady_clock::now() < end || rounds < 2; ++rounds) {
-        ASSERT_TRUE(front.SetInputPortByIndex(rounds % 2));
+        ASSERT_TRUE(controls.SetInputPortByIndex(rounds % 2));
         const int floodedBefore = api.GetFlooded();
         for (int i = 0; i < 12; ++i) {
             const int turn = rounds + i;
             engine.PlayPcKey(static_cast<std::uint8_t>(40 + i), i % 3);
-            front.SetVoiceMode(turn % 2 == 0, turn % 3 == 0);
-            front.SetPatch(turn % 5 == 0 ? -1 : i, i % 3);
-            front.SetArpeggiating(turn % 4 != 0);
-            front.ChangeArpeggiator(i % 2, [turn](NK::MIDI::CArpeggiator1& arpeggiator) {
+            controls.SetVoiceMode(turn % 2 == 0, turn % 3 == 0);
+            controls.SetPatch(turn % 5 == 0 ? -1 : i, i % 3);
+            controls.SetArpeggiating(turn % 4 != 0);
+            controls.ChangeArpeggiator(i % 2, [turn](NK::MIDI::CArpeggiator1& arpeggiator) {
                 arpeggiator.SetDirection(turn % 9);
                 arpeggiator.SetNoteStep(6, 50);
             });
             engine.SetTempo(100 + turn % 100);
-            front.SetSustain(i % 2 == 0);
+            controls.SetSustain(i % 2 == 0);
             engine.PlayNoteOff(static_cast<std::uint8_t>(40 + i));
             QCoreApplication::processEvents();
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
-        ASSERT_TRUE(front.LoadPreset(rounds % 2 == 0 ? L"Plain" : L"Arpeggiated", false));
+        ASSERT_TRUE(controls.LoadPreset(rounds % 2 == 0 ? L"Plain" : L"Arpeggiated", false));
         if (rounds % 4 == 1) {
-            ASSERT_TRUE(front.SetOutputPortByIndex(rounds / 4 % 2));
+            ASSERT_TRUE(controls.SetOutputPortByIndex(rounds / 4 % 2));
         }
         if (rounds % 8 == 7) {
-            ASSERT_TRUE(front.RescanPorts());
+            ASSERT_TRUE(controls.RescanPorts());
         }
         while (api.GetFlooded() < floodedBefore + 20) {
             std::this_thread::yield();
@@ -93,7 +93,7 @@ TEST(Flood, EverythingChangesUnderAFloodOfInputAndNothingStops) {
                 api.GetFlooded() / lasted.count(), shown.load());
     EXPECT_FALSE(engine.IsOutputLost());
     EXPECT_GT(shown, 0);
-    front.Close();
+    controls.Close();
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <atomic>
 #include <thread>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/PresetSteps.h"
 #include "support/AllocationCounter.h"
 #include "unit/engine/EngineRig.h"
@@ -535,8 +535,8 @@ TEST_F(Bound, VolumesAreSetAndSentOnceEach) {
 }
 
 TEST_F(Bound, PresetsAreWalkedThroughAndRoundAgain) {
-    Kivora::EngineFront front(engine);
-    Kivora::PresetSteps steps(front);
+    Kivora::EngineControls controls(engine);
+    Kivora::PresetSteps steps(controls);
     EXPECT_FALSE(steps.Step(1)) << "there are none";
     const auto factory = rig.folder / "factory";
     std::filesystem::create_directories(factory);

@@ -8,8 +8,8 @@
 #include <future>
 #include <memory>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/PortKeeper.h"
 #include "engine/takes/PlayedPassages.h"
 #include "engine/TapTempo.h"
@@ -33,7 +33,7 @@ class ClickTest : public testing::Test {
 protected:
     ClickTest() {
         rig.CreateOpen();
-        front = std::make_unique<Kivora::EngineFront>(Engine());
+        controls = std::make_unique<Kivora::EngineControls>(Engine());
         Engine().SetTempo(60);
     }
 
@@ -56,7 +56,7 @@ protected:
 
     /// The click alone on kSynth, everything else on kOtherSynth. The rig's player is the output's.
     void HearAlone() {
-        ASSERT_TRUE(front->SetOutputPortByIndex(1));
+        ASSERT_TRUE(controls->SetOutputPortByIndex(1));
         FakePlayer* const player = rig.player;
         Hear(Sound::kSynth);
         clickPlayer = rig.player;
@@ -80,7 +80,7 @@ protected:
     void SetState(const wchar_t* device, LibMidi::DeviceState state) { rig.GetDevice(device).state = state; }
 
     EngineRig rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     FakePlayer* clickPlayer = nullptr;
     const std::string bar = "99 4c 64";
     const std::string beat = "99 4d 4b";
@@ -131,7 +131,7 @@ TEST_F(ClickTest, ABarHasAsManyBeatsAsOneLikesAndTheNotesAreChosen) {
 TEST_F(ClickTest, IsNotInARecordingNorInWhatIsKeptAndCountsAsNoPlaying) {
     Hear(Sound::kOutput);
     Engine().SetMetronome(true);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     rig.RunPlayer();
     const int captured = Engine().GetRecordedCount();
     EXPECT_THAT(Run(4000), Contains(bar));
@@ -144,7 +144,7 @@ TEST_F(ClickTest, IsNotInARecordingNorInWhatIsKeptAndCountsAsNoPlaying) {
 TEST_F(ClickTest, CountsInWithTheMetronomeOffAndIsSilentThen) {
     Hear(Sound::kOutput, 2, 3);
     EXPECT_FALSE(Engine().IsCountingIn());
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     EXPECT_TRUE(Engine().IsCountingIn());
     EXPECT_TRUE(NeedsTick());
     EXPECT_THAT(Run(7500),
@@ -156,24 +156,24 @@ TEST_F(ClickTest, CountsInWithTheMetronomeOffAndIsSilentThen) {
 
 TEST_F(ClickTest, TheEndOfTheRecordingEndsTheCountIn) {
     Hear(Sound::kOutput, 1);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     Run(500);
-    front->StopRecording();
+    controls->StopRecording();
     EXPECT_THAT(Run(5000), IsEmpty());
 }
 
 TEST_F(ClickTest, WithoutASoundOrACountInNothingCounts) {
     Hear(Sound::kSilent, 2);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     EXPECT_FALSE(Engine().IsCountingIn());
-    front->StopRecording();
+    controls->StopRecording();
     Hear(Sound::kOutput, 0);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     EXPECT_FALSE(Engine().IsCountingIn());
 }
 
 TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {
-    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(1));
     rig.TakeWritten(kOtherSynth);
     rig.TakeWritten(kSynth);
     FakePlayer* const player = rig.player;
@@ -189,7 +189,7 @@ TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {
     EXPECT_THAT(rig.GetDevice(kOtherSynth).TakeWritten(), IsEmpty());
     EXPECT_THAT(rig.GetDevice(kSynth).TakeWritten(), ElementsAre(bar, barOff, beat, beatOff));
     rig.player = player;
-    ASSERT_TRUE(front->SetOutputPortByIndex(0));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(0));
     rig.player = player;  // the other one is gone
     rig.TakeWritten();
     Engine().RestartClock();
@@ -197,7 +197,7 @@ TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {
 }
 
 TEST_F(ClickTest, ASynthesizerThatFailsIsSilentAndTheOutputPlaysOn) {
-    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(1));
     FakePlayer* const player = rig.player;
     Hear(Sound::kSynth);
     Engine().SetMetronome(true);
@@ -217,7 +217,7 @@ TEST_F(ClickTest, ASilenceEndsTheClickThatSounds) {
     Engine().RestartClock();
     rig.Run(10);
     rig.TakeWritten();
-    front->AllNotesOff();
+    controls->AllNotesOff();
     EXPECT_THAT(rig.TakeWritten(), Contains(barOff));
 }
 
@@ -297,7 +297,7 @@ TEST_F(ClickTest, NoBeatSoundsOnceTheFrontHasClosed) {
     Hear(Sound::kOutput);
     Engine().SetMetronome(true);
     Run(10);
-    front->Close();
+    controls->Close();
     EXPECT_TRUE(Engine().IsMetronomeOn()) << "which is saved";
     Run(10);
     const Lines after = Run(3000);
@@ -306,7 +306,7 @@ TEST_F(ClickTest, NoBeatSoundsOnceTheFrontHasClosed) {
 
 TEST_F(ClickTest, OnTheSynthesizerAloneItComesBackWhenItsAudioDoes) {
     HearAlone();
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     FakePlayer* const player = rig.player;
     EXPECT_TRUE(IsHeardAlone());
     keeper.Look();
@@ -329,7 +329,7 @@ TEST_F(ClickTest, OnTheSynthesizerAloneItComesBackWhenItsAudioDoes) {
 
 TEST_F(ClickTest, OnTheSynthesizerAloneAnOutputThatDoesNotOpenLeavesItPlaying) {
     rig.backend.Plug(L"Broken", LibMidi::kOutput).failsToOpen = true;
-    ASSERT_TRUE(front->RescanPorts());
+    ASSERT_TRUE(controls->RescanPorts());
     HearAlone();
     EXPECT_THROW(Engine().SetOutputPortByName(L"Broken"), NK::CException);
     EXPECT_TRUE(IsHeardAlone());
@@ -341,7 +341,7 @@ TEST_F(ClickTest, OnTheSynthesizerAloneItComesBackWhenTheSynthesizerDidNotOpenAs
     rig.GetDevice(kSynth).failsToOpen = true;
     EXPECT_THROW(Engine().SetOutputPortByName(kSynth), NK::CException);
     rig.GetDevice(kSynth).failsToOpen = false;
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     keeper.Look();
     clickPlayer = rig.player;
     ASSERT_NE(clickPlayer, nullptr);
@@ -353,13 +353,13 @@ TEST_F(ClickTest, OnTheSynthesizerAloneARescanLeavesItPlaying) {
     rig.backend.fixed = true;
     HearAlone();
     const int opened = rig.GetDevice(kSynth).openCount;
-    ASSERT_TRUE(front->RescanPorts());
+    ASSERT_TRUE(controls->RescanPorts());
     EXPECT_EQ(rig.GetDevice(kSynth).openCount, opened);
     EXPECT_TRUE(IsHeardAlone());
 }
 
 TEST_F(ClickTest, TheSynthesizerIsLetGoWhereNobodyWantsItAnyMore) {
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     FakeDevice& synth = rig.GetDevice(kSynth);
     keeper.Look();
     EXPECT_EQ(synth.closedInVain, 0) << "it is the output";
@@ -367,7 +367,7 @@ TEST_F(ClickTest, TheSynthesizerIsLetGoWhereNobodyWantsItAnyMore) {
     keeper.Look();
     keeper.Look();
     EXPECT_EQ(synth.closedInVain, 0) << "it is the one that is wanted";
-    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(1));
     const int before = synth.closedInVain;
     keeper.Look();
     EXPECT_EQ(synth.closedInVain, before + 1);
@@ -379,7 +379,7 @@ TEST_F(ClickTest, TheSynthesizerIsLetGoWhereNobodyWantsItAnyMore) {
 }
 
 TEST_F(ClickTest, NobodyWaitsForTheSynthesizerThatIsOpenedForTheClick) {
-    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(1));
     std::vector<std::future<int>> others;
     const auto asks = std::make_shared<bool>(false);
     rig.backend.log = [this, &others, asks](const std::string& line) {
@@ -388,7 +388,7 @@ TEST_F(ClickTest, NobodyWaitsForTheSynthesizerThatIsOpenedForTheClick) {
             EXPECT_EQ(others.back().wait_for(std::chrono::minutes(1)), std::future_status::ready) << line;
         }
     };
-    ASSERT_TRUE(front->RescanPorts()) << "the ports of this set have that log";
+    ASSERT_TRUE(controls->RescanPorts()) << "the ports of this set have that log";
     *asks = true;
     Hear(Sound::kSynth);
     Hear(Sound::kOutput);
@@ -399,12 +399,12 @@ TEST_F(ClickTest, NobodyWaitsForTheSynthesizerThatIsOpenedForTheClick) {
 TEST_F(ClickTest, TheEndOfAClickWhoseDeviceWentIsInNoRecording) {
     Hear(Sound::kOutput);
     Engine().SetMetronome(true);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     Engine().PlayNoteOn(60, 100);
     Engine().RestartClock();
     rig.Run(5);
     SetState(kSynth, LibMidi::DeviceState::kLost);
-    Kivora::PortKeeper keeper(*front);
+    Kivora::PortKeeper keeper(*controls);
     keeper.Look();
     ASSERT_TRUE(Engine().IsOutputLost());
     rig.TakeWritten();
@@ -428,9 +428,9 @@ TEST_F(ClickTest, ATapChangesTheTempoAndTheNextClickKeepsToTheBeat) {
     Engine().SetMetronome(true);
     Engine().RestartClock();
     Run(2300);  // into the third beat by three tenths
-    front->TapTempo();
+    controls->TapTempo();
     EXPECT_THAT(Run(500), IsEmpty());
-    front->TapTempo();
+    controls->TapTempo();
     EXPECT_EQ(Engine().GetTempo(), 120);
     EXPECT_EQ(Engine().GetMusicalClock().beat, 2);
     EXPECT_THAT(Run(95), IsEmpty()) << "no new bar";

@@ -12,8 +12,8 @@
 #include <string>
 #include <utility>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/values/ClickSettings.h"
 #include "midi/MIDINotes.h"
 #include "nk/nk_ini_file.h"
@@ -47,7 +47,7 @@ public:
 
     ~Musician() {
         song_.reset();
-        front_.reset();
+        controls_.reset();
         rig_.engine.reset();  // before its devices
     }
     Musician(const Musician&) = delete;
@@ -114,9 +114,9 @@ private:
         Kivora::EngineDependencies dependencies = rig_.GetDependencies();
         dependencies.backends = {studio_->GetCreator()};
         rig_.engine = std::make_unique<Kivora::CKivora>(std::move(dependencies));
-        front_ = std::make_unique<Kivora::EngineFront>(GetEngine());
-        song_ = std::make_unique<Kivora::SongPlayer>(*front_);
-        front_->OpenPorts();
+        controls_ = std::make_unique<Kivora::EngineControls>(GetEngine());
+        song_ = std::make_unique<Kivora::SongPlayer>(*controls_);
+        controls_->OpenPorts();
         screen_.reset();
         computer_.reset();
         space_ = false;
@@ -347,12 +347,12 @@ private:
             if (Toss()) {
                 space_ = !space_;
                 Name("space", space_ ? 1 : 0);
-                front_->SetSustain(space_);
+                controls_->SetSustain(space_);
                 spaceDue_ = space_ && !sharesChannels_;  // which a song may lift
             } else {
                 panelPedal_ = !panelPedal_;
                 Name("panel's pedal", panelPedal_ ? 1 : 0);
-                front_->SetPanelSustain(panelPedal_);
+                controls_->SetPanelSustain(panelPedal_);
                 panelPedalDue_ = panelPedal_ && !sharesChannels_;
             }
         } else if (Draw(3) == 0) {
@@ -381,7 +381,7 @@ private:
         }
         if (Draw(10) == 0) {
             Name("bend range");
-            front_->SetBendRange(1 + Draw(24));
+            controls_->SetBendRange(1 + Draw(24));
         }
     }
     void MoveStrip(Kivora::EWheel wheel, int value) {
@@ -390,7 +390,7 @@ private:
         }
         strip_.Set(wheel, value);
         isStripKnown_.set(static_cast<std::size_t>(wheel));
-        front_->SetWheel(wheel, value);
+        controls_->SetWheel(wheel, value);
     }
     /// The sostenuto pedal is moved: what is down now it may keep.
     void AllowToKeep() {
@@ -415,22 +415,22 @@ private:
         }
         switch (choice) {
             case 0:
-                return front_->SetVoiceMode(Toss(), Draw(3) == 0);
+                return controls_->SetVoiceMode(Toss(), Draw(3) == 0);
             case 1:
-                return front_->TransposeUp(slot);
+                return controls_->TransposeUp(slot);
             case 2:
-                return front_->TransposeDown(slot);
+                return controls_->TransposeDown(slot);
             case 3:
-                return SetPatch(slot, [&] { Toss() ? front_->NextPatch(slot) : front_->PrevPatch(slot); });
+                return SetPatch(slot, [&] { Toss() ? controls_->NextPatch(slot) : controls_->PrevPatch(slot); });
             case 4:
-                return SetPatch(slot, [&] { front_->SetPatch(Draw(3) == 0 ? -1 : Draw(128), slot); });
+                return SetPatch(slot, [&] { controls_->SetPatch(Draw(3) == 0 ? -1 : Draw(128), slot); });
             case 5:
-                return front_->SetArpeggiating(Toss());
+                return controls_->SetArpeggiating(Toss());
             case 6:
-                return front_->ChangeArpeggiator(Draw(2),
-                                                 [this](auto& arpeggiator) { arpeggiator.SetBypassed(Toss()); });
+                return controls_->ChangeArpeggiator(Draw(2),
+                                                    [this](auto& arpeggiator) { arpeggiator.SetBypassed(Toss()); });
             case 7:
-                return front_->ChangeArpeggiator(Draw(2), [this](auto& arpeggiator) {
+                return controls_->ChangeArpeggiator(Draw(2), [this](auto& arpeggiator) {
                     arpeggiator.SetDirection(Draw(9));
                     arpeggiator.SetExtension(Draw(4));
                     arpeggiator.SetNoteStep(16 + Draw(384), 10 + Draw(200));
@@ -446,7 +446,7 @@ private:
                                              .beatsPerBar = 1 + Draw(12),
                                              .countInBars = Draw(3)});
             case 11:
-                return front_->SetSplitPoint(Draw(3) == 0 ? Draw(128) : 48 + Draw(24));
+                return controls_->SetSplitPoint(Draw(3) == 0 ? Draw(128) : 48 + Draw(24));
             default:
                 return Toss() ? GetEngine().VolumeUp(slot) : GetEngine().VolumeDown(slot);
         }
@@ -521,7 +521,7 @@ private:
         panelPedalDue_ = false;
         if (choice < 10) {
             Name("preset");
-            front_->ReplaceVoices([this] { return LoadPreset(); });
+            controls_->ReplaceVoices([this] { return LoadPreset(); });
         } else if (choice < 20) {
             Panic();
         } else if (choice < 26) {
@@ -534,13 +534,13 @@ private:
             Rescan();
         } else if (choice < 47) {
             Name("record");
-            front_->StartRecording();
+            controls_->StartRecording();
         } else if (choice < 50) {
             Name("stop recording");
             GetEngine().StopRecording();
         } else if (choice < 55) {
             Name("all notes off");
-            front_->AllNotesOff();
+            controls_->AllNotesOff();
         } else if (choice < 59) {
             if (HasInput()) {
                 Name("input lost");
@@ -583,7 +583,7 @@ private:
     void Panic() {
         Name("panic");
         RestStrip();
-        front_->Panic();
+        controls_->Panic();
         rig_.RunPlayer();
         for (const SynthModel& synth : synths_) {
             if (synth.IsSounding() || synth.IsPedalDown()) {
@@ -602,7 +602,7 @@ private:
         studio_->SetFailsToOpen(index, Draw(5) == 0);
         const bool wasLost = GetEngine().IsOutputLost();
         try {
-            front_->SetOutputPortByIndex(static_cast<int>(index));
+            controls_->SetOutputPortByIndex(static_cast<int>(index));
         } catch (const NK::CException&) {
             Name("failed");
             isStripKnown_.reset();
@@ -616,7 +616,7 @@ private:
         Name("input");
         const int index = Draw(studio_->CountInputs());
         const bool changes = index != GetEngine().GetInputPortIndex();
-        front_->SetInputPortByIndex(index);
+        controls_->SetInputPortByIndex(index);
         if (changes) {
             ForgetInput();
         }
@@ -638,7 +638,7 @@ private:
         ForgetSent();
         const bool refused = GetEngine().IsRecording();
         RepairOutputs();
-        front_->RescanPorts();
+        controls_->RescanPorts();
         if (!refused) {
             ForgetInput();
         }
@@ -646,9 +646,9 @@ private:
 
     void Close() {
         Name("close");
-        front_->Close();
+        controls_->Close();
         song_.reset();
-        front_.reset();
+        controls_.reset();
         rig_.engine.reset();
         for (const SynthModel& synth : synths_) {
             if (synth.IsSounding() || synth.IsPedalDown()) {
@@ -848,8 +848,8 @@ private:
         panelPedal_ = false;
         panelPedalDue_ = false;
         RestStrip();
-        front_->RestWheelsAndPedals();
-        front_->SetSustain(false);
+        controls_->RestWheelsAndPedals();
+        controls_->SetSustain(false);
         mayBeKept_ = {};
         GetEngine().SetClick({});
         rig_.Run(2);
@@ -872,7 +872,7 @@ private:
     SentModel sent_;
     bool isSentKnown_ = false;                       ///< whether it can be compared with what the open output sounds
     std::array<Keys, SynthModel::kChannels> due_{};  ///< what must sound
-    std::unique_ptr<Kivora::EngineFront> front_;
+    std::unique_ptr<Kivora::EngineControls> controls_;
     std::unique_ptr<Kivora::SongPlayer> song_;
     const bool sharesChannels_;  ///< what is played back, with the voices
     const bool stripAlone_;      ///< neither the keyboard nor what is played back moves its wheels

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -20,9 +20,9 @@ protected:
     Latch() {
         rig.CreateOpen();
         rig.engine->SetInputPortByName(kKeyboard);
-        front = std::make_unique<Kivora::EngineFront>(Engine());
-        front->SetArpeggiating(true);
-        front->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) {
+        controls = std::make_unique<Kivora::EngineControls>(Engine());
+        controls->SetArpeggiating(true);
+        controls->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) {
             arpeggiator.SetNoteStep(48, 50);
             arpeggiator.SetLatch(true);
         });
@@ -49,7 +49,7 @@ protected:
     }
 
     EngineRig rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
 };
 
 }  // namespace
@@ -61,22 +61,22 @@ TEST_F(Latch, TheChordPlaysOnWhenItsKeysAreUp) {
 
 TEST_F(Latch, WhateverEndsNotesEndsIt) {
     const std::vector<std::pair<const char*, std::function<void()>>> ends = {
-        {"panic", [this] { front->Panic(); }},
-        {"silence", [this] { front->AllNotesOff(); }},
-        {"voice mode", [this] { front->SetVoiceMode(!Engine().IsDual(), false); }},
-        {"transposition", [this] { front->TransposeUp(0); }},
+        {"panic", [this] { controls->Panic(); }},
+        {"silence", [this] { controls->AllNotesOff(); }},
+        {"voice mode", [this] { controls->SetVoiceMode(!Engine().IsDual(), false); }},
+        {"transposition", [this] { controls->TransposeUp(0); }},
         {"the computer's pedal going up",
          [this] {
-             front->SetSustain(true);
+             controls->SetSustain(true);
              EXPECT_TRUE(Plays());
-             front->SetSustain(false);
+             controls->SetSustain(false);
          }},
         {"the keyboard's pedal going up", [this] { rig.GetKeyboard().Deliver(0xB0, 64, 0); }},
         {"all sound off", [this] { rig.GetKeyboard().Deliver(0xB0, 120, 0); }},
         {"reset all controllers", [this] { rig.GetKeyboard().Deliver(0xB0, 121, 0); }},
         {"all notes off", [this] { rig.GetKeyboard().Deliver(0xB0, 123, 0); }},
         {"the latch switched off",
-         [this] { front->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(false); }); }},
+         [this] { controls->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetLatch(false); }); }},
     };
     for (const auto& [name, end] : ends) {
         PlayAndRelease();
@@ -94,17 +94,17 @@ TEST_F(Latch, OtherControllersAndAPedalThatGoesDownDoNot) {
 }
 
 TEST_F(Latch, PresetsKeepItAndTheSwing) {
-    front->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetSwing(60); });
+    controls->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetSwing(60); });
     ASSERT_TRUE(Engine().SavePreset(L"Latched"));
-    front->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetDefaults(); });
+    controls->ChangeArpeggiator(0, [](CArpeggiator1& arpeggiator) { arpeggiator.SetDefaults(); });
     ASSERT_TRUE(Engine().SavePreset(L"Plain"));
-    ASSERT_TRUE(front->LoadPreset(L"Latched", false));
+    ASSERT_TRUE(controls->LoadPreset(L"Latched", false));
     const auto settings = [this] {
         return Engine().WithArpeggiator(0, [](const CArpeggiator1& arpeggiator) { return arpeggiator.GetSettings(); });
     };
     EXPECT_TRUE(settings().latch);
     EXPECT_EQ(settings().swing, 60);
-    ASSERT_TRUE(front->LoadPreset(L"Plain", false));
+    ASSERT_TRUE(controls->LoadPreset(L"Plain", false));
     EXPECT_FALSE(settings().latch);
     EXPECT_EQ(settings().swing, 50);
 }

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
@@ -30,13 +30,13 @@ protected:
     EngineRig rig;
     SynthModel synth;
     Kivora::CKivora& engine = rig.CreateOpen();
-    Kivora::EngineFront front{engine};
+    Kivora::EngineControls controls{engine};
 };
 
 }  // namespace
 
 TEST_F(Order, AWheelThatSpringsBackEndsCentredOnTheChannelsOfAllVoices) {
-    front.SetVoiceMode(true, false);
+    controls.SetVoiceMode(true, false);
     for (int from = 1; from < 20; ++from) {
         for (int i = from; i >= 0; --i) {
             Deliver(0xE0, static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(64 + i));
@@ -97,7 +97,7 @@ TEST_F(Order, AKeyThatIsStruckAgainAtOnceSounds) {
 TEST_F(Order, AKeyStruckWhileTheEngineIsBusySounds) {
     Deliver(0x90, 60, 100);
     rig.RunPlayer();
-    ASSERT_TRUE(front.StartRecording());
+    ASSERT_TRUE(controls.StartRecording());
     // What the input's thread hands over in one piece when the engine's lock is free again.
     engine.StopRecording();
     rig.GetKeyboard().Deliver(
@@ -145,8 +145,8 @@ TEST_F(Order, AParameterNumberComesBeforeItsData) {
 TEST_F(Order, TheDialsLastClickIsWhatSounds) {
     for (int clicks = 1; clicks < 12; ++clicks) {
         for (int i = 0; i < clicks; ++i) {
-            front.NextPatch(0);
-            front.NextPatch(1);
+            controls.NextPatch(0);
+            controls.NextPatch(1);
             engine.VolumeDown(0);
         }
         rig.RunPlayer();
@@ -183,11 +183,11 @@ TEST_F(Order, AKeyReleasedBeforeThePedalGoesDownIsNotKept) {
 
 TEST_F(Order, AStepOfAnArpeggioEndsNoKeyOfAnotherVoiceStruckAfterIt) {
     // The percussion kit is one channel for all voices: what arpeggiator 0 plays ends the bypassed voice's note.
-    front.SetVoiceMode(true, false);
-    front.SetPatch(-1, 0);
-    front.SetPatch(-1, 1);
-    front.ChangeArpeggiator(1, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
-    front.SetArpeggiating(true);
+    controls.SetVoiceMode(true, false);
+    controls.SetPatch(-1, 0);
+    controls.SetPatch(-1, 1);
+    controls.ChangeArpeggiator(1, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    controls.SetArpeggiating(true);
     rig.RunPlayer();
     engine.PlayNoteOn(60, 100);
     rig.Run(300);
@@ -228,19 +228,19 @@ TEST_F(Order, APedalAtRestAboveZeroKeepsItsValue) {
     };
     for (const std::uint8_t value : {std::uint8_t{3}, std::uint8_t{63}, std::uint8_t{90}, std::uint8_t{127}}) {
         Deliver(0xB0, 64, value);
-        front.AllNotesOff();
+        controls.AllNotesOff();
         expect(value, "all notes off");
-        front.SetPatch(-1, 0);
+        controls.SetPatch(-1, 0);
         rig.RunPlayer();
         EXPECT_EQ(GetController(9, 64), value) << "another channel";
-        front.SetPatch(0, 0);
+        controls.SetPatch(0, 0);
         expect(value, "a patch change");
-        front.ReplaceVoices([] { return true; });
+        controls.ReplaceVoices([] { return true; });
         expect(value, "a preset");
-        ASSERT_TRUE(front.StartRecording());
+        ASSERT_TRUE(controls.StartRecording());
         expect(value, "a recording's start");
         engine.StopRecording();
-        front.SetOutputPortByIndex(0);
+        controls.SetOutputPortByIndex(0);
         expect(value, "the settings");
     }
 }
@@ -250,12 +250,12 @@ TEST_F(Order, ControllersThatAreResetFromOutsideTakeThePedalWithThem) {
     Deliver(0xB0, 66, 127);
     Deliver(0xB0, 121, 0);
     rig.TakeWritten();
-    front.AllNotesOff();
+    controls.AllNotesOff();
     EXPECT_THAT(rig.TakeWritten(), testing::Not(testing::Contains(testing::HasSubstr(" 40 "))));
     engine.ReleaseInputKeys();
     EXPECT_THAT(rig.TakeWritten(), testing::IsEmpty()) << "nothing is held any more";
     Deliver(0xB0, 64, 100);
-    front.AllNotesOff();
+    controls.AllNotesOff();
     rig.RunPlayer();
     EXPECT_EQ(GetController(0, 64), 100) << "pressed again since";
 }
@@ -263,14 +263,14 @@ TEST_F(Order, ControllersThatAreResetFromOutsideTakeThePedalWithThem) {
 // The tempo under an arpeggio.
 
 TEST_F(Order, ATempoThatIsTurnedLetsAnArpeggioPlayOn) {
-    front.SetArpeggiating(true);
+    controls.SetArpeggiating(true);
     engine.PlayNoteOn(60, 100);
     rig.Run(600);
     rig.TakeWritten();
     int steps = 0;
     // A click every 20 ms, much faster than the steps: 250 ms at the start.
     for (int i = 0; i < 100; ++i) {
-        i < 50 ? front.TempoUp() : front.TempoDown();
+        i < 50 ? controls.TempoUp() : controls.TempoDown();
         rig.Run(20);
         for (const std::string& message : rig.TakeWritten()) {
             steps += message.starts_with("90") ? 1 : 0;
@@ -283,11 +283,11 @@ TEST_F(Order, ATempoThatIsTurnedLetsAnArpeggioPlayOn) {
 }
 
 TEST_F(Order, ATempoThatIsTurnedUnderAnArpeggioKeepsThePlaceInTheBar) {
-    front.SetArpeggiating(true);
+    controls.SetArpeggiating(true);
     engine.PlayNoteOn(60, 100);
     rig.Run(2750);
     const NK::MIDI::MusicalClock before = engine.GetMusicalClock();
-    front.TempoDown();
+    controls.TempoDown();
     EXPECT_EQ(engine.GetTempo(), 119);
     const NK::MIDI::MusicalClock after = engine.GetMusicalClock();
     EXPECT_EQ(after.bar, before.bar);
@@ -298,16 +298,16 @@ TEST_F(Order, ATempoThatIsTurnedUnderAnArpeggioKeepsThePlaceInTheBar) {
 TEST_F(Order, WithoutAnArpeggioATempoBeginsANewBar) {
     const auto expectNewBar = [this](const char* when) {
         rig.Run(2750);
-        front.TempoUp();
+        controls.TempoUp();
         const NK::MIDI::MusicalClock clock = engine.GetMusicalClock();
         EXPECT_EQ(clock.bar * 10000 + clock.beat * 1000 + clock.offset, 0) << when;
     };
     engine.PlayNoteOn(60, 100);
     expectNewBar("arpeggiating is off");
     engine.PlayNoteOff(60);
-    front.SetArpeggiating(true);
+    controls.SetArpeggiating(true);
     expectNewBar("no key is held");
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
     engine.PlayNoteOn(60, 100);
     expectNewBar("the arpeggiator is off");
 }

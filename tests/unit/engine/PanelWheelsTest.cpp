@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/SongPlayer.h"
 #include "engine/values/ExtraKey.h"
 #include "support/Files.h"
@@ -66,7 +66,7 @@ protected:
     SynthModel synth;
     SynthModel otherSynth;
     Kivora::CKivora& engine = rig.CreateOpen();
-    Kivora::EngineFront front{engine};
+    Kivora::EngineControls controls{engine};
 };
 
 const std::vector<std::string> kRangeOf12{"b0 65 00", "b0 64 00", "b0 06 0c", "b0 26 00", "b0 65 7f", "b0 64 7f"};
@@ -88,21 +88,21 @@ TEST(PanelWheelsValues, AMessageAndWhatItMovesAreOneAndTheSame) {
 }
 
 TEST_F(Wheels, EachIsSentOnceToEachVoice) {
-    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchHighest);
+    controls.SetWheel(EWheel::kPitch, PanelWheels::kPitchHighest);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("e0 7f 7f", "e1 7f 7f", "e2 7f 7f"));
-    front.SetWheel(EWheel::kModulation, 64);
+    controls.SetWheel(EWheel::kModulation, 64);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 01 40", "b1 01 40", "b2 01 40"));
-    front.SetWheel(EWheel::kExpression, 100);
+    controls.SetWheel(EWheel::kExpression, 100);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 0b 64", "b1 0b 64", "b2 0b 64"));
-    front.SetWheel(EWheel::kSostenuto, 127);
+    controls.SetWheel(EWheel::kSostenuto, 127);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 42 7f", "b1 42 7f", "b2 42 7f"));
-    front.SetWheel(EWheel::kSoft, 127);
+    controls.SetWheel(EWheel::kSoft, 127);
     EXPECT_THAT(rig.TakeWritten(), ElementsAre("b0 43 7f", "b1 43 7f", "b2 43 7f"));
 }
 
 TEST_F(Wheels, IsShownOnceAsWhatComesFromAKeyboard) {
     SignalLog log(engine);
-    front.SetWheel(EWheel::kPitch, 0);
+    controls.SetWheel(EWheel::kPitch, 0);
     EXPECT_THAT(log.TakeMessages(), ElementsAre("e0 00 00"));
     rig.GetKeyboard().Deliver(0xE0, 0, 0);
     EXPECT_THAT(log.TakeMessages(), ElementsAre("e0 00 00"));
@@ -110,48 +110,48 @@ TEST_F(Wheels, IsShownOnceAsWhatComesFromAKeyboard) {
 
 TEST_F(Wheels, ManyMovesEndAtTheLast) {
     for (int value = 0; value <= 127; ++value) {
-        front.SetWheel(EWheel::kModulation, value);
-        front.SetWheel(EWheel::kPitch, value * 100);
+        controls.SetWheel(EWheel::kModulation, value);
+        controls.SetWheel(EWheel::kPitch, value * 100);
     }
     EXPECT_EQ(Value(0, 1), 127);
     EXPECT_EQ(Bend(2), 12'700);
 }
 
 TEST_F(Wheels, RestBringsBackWhatTheStripHasMovedAndNothingElse) {
-    front.RestWheels();
+    controls.RestWheels();
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
-    front.SetWheel(EWheel::kPitch, 100);
-    front.SetWheel(EWheel::kExpression, 3);
+    controls.SetWheel(EWheel::kPitch, 100);
+    controls.SetWheel(EWheel::kExpression, 3);
     rig.GetKeyboard().Deliver(0xB4, 1, 77);
     rig.TakeWritten();
-    front.RestWheels();
+    controls.RestWheels();
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
     EXPECT_EQ(Value(1, 11), 127);
     EXPECT_EQ(Value(0, 1), 77);
 }
 
 TEST_F(Wheels, WhatAKeyboardMovesIsNotTheStripsAnyMore) {
-    front.SetWheel(EWheel::kModulation, 50);
-    front.SetWheel(EWheel::kPitch, 50);
+    controls.SetWheel(EWheel::kModulation, 50);
+    controls.SetWheel(EWheel::kPitch, 50);
     rig.GetKeyboard().Deliver(0xB4, 1, 90);
     rig.GetKeyboard().Deliver(0xB4, 121, 0);
     rig.TakeWritten();
-    front.RestWheels();
+    controls.RestWheels();
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
     rig.GetKeyboard().Deliver(0xB4, 1, 90);
-    front.AllNotesOff();
+    controls.AllNotesOff();
     EXPECT_EQ(Value(0, 1), 90);
 }
 
 TEST_F(Wheels, AChannelThatAVoiceLeavesIsNotLeftBent) {
-    front.SetWheel(EWheel::kPitch, 12'000);
-    front.SetWheel(EWheel::kModulation, 99);
-    front.SetPatch(-1, 0);
+    controls.SetWheel(EWheel::kPitch, 12'000);
+    controls.SetWheel(EWheel::kModulation, 99);
+    controls.SetPatch(-1, 0);
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
     EXPECT_EQ(Value(0, 1), 0);
     EXPECT_EQ(Bend(9), 12'000);
     EXPECT_EQ(Value(9, 1), 99);
-    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    controls.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
     for (int channel = 0; channel < SynthModel::kChannels; ++channel) {
         EXPECT_EQ(Bend(channel), PanelWheels::kPitchCentre) << channel;
     }
@@ -159,19 +159,19 @@ TEST_F(Wheels, AChannelThatAVoiceLeavesIsNotLeftBent) {
 
 TEST_F(Wheels, EndingAllNotesAndAPresetLeaveThemWhereTheyAre) {
     ASSERT_TRUE(engine.SavePreset(L"one"));
-    front.SetWheel(EWheel::kModulation, 99);
-    front.SetWheel(EWheel::kSostenuto, 127);
-    front.AllNotesOff();
+    controls.SetWheel(EWheel::kModulation, 99);
+    controls.SetWheel(EWheel::kSostenuto, 127);
+    controls.AllNotesOff();
     EXPECT_EQ(Value(0, 1), 99);
     EXPECT_EQ(Value(0, 66), 127);
-    ASSERT_TRUE(front.LoadPreset(L"one", false));
+    ASSERT_TRUE(controls.LoadPreset(L"one", false));
     EXPECT_EQ(Value(2, 1), 99);
     EXPECT_EQ(Value(2, 66), 127);
 }
 
 TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
-    Kivora::SongPlayer player(front);
-    front.SetWheel(EWheel::kSostenuto, 127);
+    Kivora::SongPlayer player(controls);
+    controls.SetWheel(EWheel::kSostenuto, 127);
     const auto playWith = [&](std::uint8_t channel, std::uint8_t controller = 66) {
         player.Open(MakeSong({{0, {0xB0, channel, controller, 127}}, {10, {0xB0, channel, controller, 0}}}, 1000));
         ASSERT_TRUE(player.Play());
@@ -188,11 +188,11 @@ TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
 }
 
 TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {
-    const std::vector<std::function<void()>> ways{[this] { front.Panic(); }, [this] { front.FallSilent(); },
-                                                  [this] { front.Close(); }};
+    const std::vector<std::function<void()>> ways{[this] { controls.Panic(); }, [this] { controls.FallSilent(); },
+                                                  [this] { controls.Close(); }};
     for (const auto& way : ways) {
         for (const EWheel wheel : PanelWheels::kAll) {
-            front.SetWheel(wheel, 33);
+            controls.SetWheel(wheel, 33);
         }
         ASSERT_EQ(Bend(0), 33);
         way();
@@ -203,15 +203,15 @@ TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {
         EXPECT_EQ(Value(2, 66), 0);
         EXPECT_EQ(Value(2, 67), 0);
         rig.TakeWritten();
-        front.RestWheels();
+        controls.RestWheels();
         EXPECT_THAT(rig.TakeWritten(), IsEmpty());
     }
 }
 
 TEST_F(Wheels, AnotherOutputTakesThemOverAndTheFormerIsAtRest) {
-    front.SetWheel(EWheel::kPitch, 9'000);
-    front.SetWheel(EWheel::kModulation, 44);
-    ASSERT_TRUE(front.SetOutputPortByIndex(1));
+    controls.SetWheel(EWheel::kPitch, 9'000);
+    controls.SetWheel(EWheel::kModulation, 44);
+    ASSERT_TRUE(controls.SetOutputPortByIndex(1));
     rig.RunPlayer();
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
     EXPECT_EQ(Value(0, 1), 0);
@@ -220,30 +220,30 @@ TEST_F(Wheels, AnotherOutputTakesThemOverAndTheFormerIsAtRest) {
 }
 
 TEST_F(Wheels, OneThatSprangBackWhileTheOutputWasLostIsInItsCentreWhenThatIsBack) {
-    front.SetWheel(EWheel::kPitch, 9'000);
+    controls.SetWheel(EWheel::kPitch, 9'000);
     ASSERT_EQ(Bend(0), 9'000);
     LoseOutput();
-    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
-    ASSERT_TRUE(front.ReopenOutput());
+    controls.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    ASSERT_TRUE(controls.ReopenOutput());
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
 }
 
 TEST_F(Wheels, OneThatAPanicBroughtToRestWhileTheOutputWasLostIsAtRestWhenThatIsBack) {
-    front.SetWheel(EWheel::kPitch, 9'000);
-    front.SetWheel(EWheel::kExpression, 0);
+    controls.SetWheel(EWheel::kPitch, 9'000);
+    controls.SetWheel(EWheel::kExpression, 0);
     ASSERT_EQ(Bend(0), 9'000);
     LoseOutput();
-    front.Panic();
-    ASSERT_TRUE(front.ReopenOutput());
+    controls.Panic();
+    ASSERT_TRUE(controls.ReopenOutput());
     EXPECT_EQ(Bend(0), PanelWheels::kPitchCentre);
     EXPECT_EQ(Value(0, 11), 127);
 }
 
 TEST_F(Wheels, AVoiceOnAnotherChannelIsToldTheRangeBeforeItIsBent) {
-    front.SetBendRange(12);
-    front.SetWheel(EWheel::kPitch, 9'000);
+    controls.SetBendRange(12);
+    controls.SetWheel(EWheel::kPitch, 9'000);
     rig.TakeWritten();
-    front.SetPatch(-1, 0);
+    controls.SetPatch(-1, 0);
     const std::vector<std::string> written = rig.TakeWritten();
     const auto range = std::find(written.begin(), written.end(), "b9 06 0c");
     const auto bend = std::find(written.begin(), written.end(), "e9 28 46");
@@ -253,16 +253,16 @@ TEST_F(Wheels, AVoiceOnAnotherChannelIsToldTheRangeBeforeItIsBent) {
 }
 
 TEST_F(Wheels, ATakeBeginsWithThemAndHoldsWhatIsPlayedOnThem) {
-    front.SetWheel(EWheel::kModulation, 70);
-    ASSERT_TRUE(front.StartRecording());
+    controls.SetWheel(EWheel::kModulation, 70);
+    ASSERT_TRUE(controls.StartRecording());
     EXPECT_EQ(Value(0, 1), 70);
     rig.Run(100);
-    front.SetWheel(EWheel::kPitch, 16'383);
+    controls.SetWheel(EWheel::kPitch, 16'383);
     rig.Run(100);
-    front.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
-    front.SetWheel(EWheel::kSoft, 127);
+    controls.SetWheel(EWheel::kPitch, PanelWheels::kPitchCentre);
+    controls.SetWheel(EWheel::kSoft, 127);
     rig.Run(10);
-    front.StopRecording();
+    controls.StopRecording();
     const std::filesystem::path path = rig.folder / "take.mid";
     ASSERT_TRUE(engine.SaveRecording(NK::CString::FromUtf8(path.native())));
     int bends = 0;
@@ -276,40 +276,40 @@ TEST_F(Wheels, ATakeBeginsWithThemAndHoldsWhatIsPlayedOnThem) {
 }
 
 TEST_F(Wheels, TheBendRangeIsToldOnceItIsChosen) {
-    front.Panic();
+    controls.Panic();
     EXPECT_THAT(TakeRange(), IsEmpty());
-    EXPECT_EQ(front.GetBendRange(), 2);
-    front.SetBendRange(12);
+    EXPECT_EQ(controls.GetBendRange(), 2);
+    controls.SetBendRange(12);
     EXPECT_EQ(TakeRange(), kRangeOf12);
-    front.Panic();
+    controls.Panic();
     EXPECT_EQ(TakeRange(), kRangeOf12);
-    front.SetPatch(-1, 1);
+    controls.SetPatch(-1, 1);
     EXPECT_EQ(TakeRange(), kRangeOf12) << "a voice has another channel";
     LoseOutput();
-    ASSERT_TRUE(front.ReopenOutput());
+    ASSERT_TRUE(controls.ReopenOutput());
     EXPECT_EQ(TakeRange(), kRangeOf12);
-    front.SetBendRange(2);
+    controls.SetBendRange(2);
     EXPECT_EQ(TakeRange(), kRangeOf2);
-    front.Panic();
+    controls.Panic();
     EXPECT_EQ(TakeRange(), kRangeOf2) << "the device may have kept another one";
-    front.SetBendRange(99);
-    EXPECT_EQ(front.GetBendRange(), 24);
-    front.SetBendRange(0);
-    EXPECT_EQ(front.GetBendRange(), 1);
+    controls.SetBendRange(99);
+    EXPECT_EQ(controls.GetBendRange(), 24);
+    controls.SetBendRange(0);
+    EXPECT_EQ(controls.GetBendRange(), 1);
 }
 
 TEST_F(Wheels, TheBendRangeIsKeptAndTheDefaultIsNotWritten) {
     const std::filesystem::path path = rig.folder / "user/Kivora.ini";
     ASSERT_TRUE(engine.SaveSettings());
     EXPECT_EQ(ReadFileBytes(path).find("Kivora_Wheels"), std::string::npos);
-    front.SetBendRange(7);
+    controls.SetBendRange(7);
     ASSERT_TRUE(engine.SaveSettings());
-    front.SetBendRange(3);
-    ASSERT_TRUE(front.LoadSettings());
-    EXPECT_EQ(front.GetBendRange(), 7);
+    controls.SetBendRange(3);
+    ASSERT_TRUE(controls.LoadSettings());
+    EXPECT_EQ(controls.GetBendRange(), 7);
     for (const char* wrong : {"0", "25", "-3", "x"}) {
         WriteFileBytes(path, std::string("[Kivora]\n[Kivora_Wheels]\nBendRange=") + wrong + "\n");
-        ASSERT_TRUE(front.LoadSettings());
-        EXPECT_EQ(front.GetBendRange(), 2) << wrong;
+        ASSERT_TRUE(controls.LoadSettings());
+        EXPECT_EQ(controls.GetBendRange(), 2) << wrong;
     }
 }

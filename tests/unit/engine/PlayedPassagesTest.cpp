@@ -10,8 +10,8 @@
 #include <optional>
 #include <utility>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "support/Files.h"
 #include "unit/engine/EngineRig.h"
 #include "unit/engine/SavedTake.h"
@@ -28,7 +28,7 @@ class PlayedPassagesTest : public testing::Test {
 protected:
     PlayedPassagesTest() {
         rig.CreateOpen();
-        front = std::make_unique<Kivora::EngineFront>(*rig.engine);
+        controls = std::make_unique<Kivora::EngineControls>(*rig.engine);
     }
 
     Kivora::CKivora& Engine() { return *rig.engine; }
@@ -63,7 +63,7 @@ protected:
     }
 
     EngineRig rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
 };
 
 }  // namespace
@@ -131,7 +131,7 @@ TEST_F(PlayedPassagesTest, APauseIsTenSecondsInWhichNothingSounds) {
 TEST_F(PlayedPassagesTest, WhatStoodBeforeThePauseStandsAtTheBeginningAfterIt) {
     Play(60);
     Engine().SetPatch(7, 0);
-    front->SetSustain(true);
+    controls->SetSustain(true);
     Pass(20000);
     Play(61);
     const std::vector<SavedEvent> saved = Save(Range::kSincePause);
@@ -165,12 +165,12 @@ TEST_F(PlayedPassagesTest, WhatIsHeldEndsAtTheMomentOfTheQuestion) {
 
 TEST_F(PlayedPassagesTest, IsThereWhileATakeRunsAfterAPanicAndAfterANewSetUp) {
     Play(60);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     Play(61);
     EXPECT_EQ(NotesOf(Save(Range::kAll)), (std::vector<int>{60, 61}));
     EXPECT_TRUE(Engine().IsRecording());
-    front->StopRecording();
-    front->Panic();
+    controls->StopRecording();
+    controls->Panic();
     Play(62);
     Engine().InitMidi();
     Engine().SetOutputPortByName(kOtherSynth);
@@ -218,7 +218,7 @@ TEST_F(PlayedPassagesTest, TheSettingIsOnAndIsWrittenWhereItIsOff) {
 TEST_F(PlayedPassagesTest, WhatIsSetAfterTheLastSoundIsNoPartOfIt) {
     Play(60, 1000);
     Pass(600'000);
-    front->Panic();
+    controls->Panic();
     rig.RunPlayer();
     EXPECT_EQ(Played().GetLengthMs(Range::kAll), 1000);
     const std::vector<SavedEvent> saved = Save(Range::kAll);
@@ -233,7 +233,7 @@ TEST_F(PlayedPassagesTest, APanicSetsInTheFileBackWhatItSetsBackOnTheSynthesizer
     rig.GetKeyboard().Deliver(0xE0, 0, 127);
     Play(60);
     Pass(500);
-    front->Panic();
+    controls->Panic();
     Pass(1000);
     Play(62);
     const std::vector<SavedEvent> saved = Save(Range::kAll);

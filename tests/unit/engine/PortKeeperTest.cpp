@@ -52,8 +52,8 @@ protected:
     SynthModel synth;
     SynthModel otherSynth;
     Kivora::CKivora& engine = rig.CreateOpen();
-    Kivora::EngineFront front{engine};
-    Kivora::PortKeeper keeper{front};
+    Kivora::EngineControls controls{engine};
+    Kivora::PortKeeper keeper{controls};
     int changes = 0;
     int returns = 0;
     int lists = 0;
@@ -80,8 +80,8 @@ TEST_F(Keeper, KeysAndPedalsOfAKeyboardThatIsPulledOutEndAndItIsToldOnce) {
 }
 
 TEST_F(Keeper, TheArpeggioThatAKeyboardHeldEndsWhenItIsPulledOut) {
-    front.SetArpeggiating(true);
-    front.ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetBypassed(false); });
+    controls.SetArpeggiating(true);
+    controls.ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetBypassed(false); });
     rig.GetKeyboard().Deliver(0x90, 60, 100);
     rig.Run(1000);
     rig.TakeWritten();
@@ -131,7 +131,7 @@ TEST_F(Keeper, AKeyboardInAnotherPlaceIsOpenedWhereNothingIsDisturbed) {
     EXPECT_EQ(rig.backend.created, created) << "the output would be closed";
     EXPECT_TRUE(IsSounding());
     EXPECT_TRUE(engine.IsInputLost());
-    front.GetEngine().CloseOutputPort();
+    controls.GetEngine().CloseOutputPort();
     SetState(kKeyboard, DeviceState::kElsewhere);
     keeper.Look();
     EXPECT_EQ(rig.backend.created, created + 1);
@@ -246,7 +246,7 @@ TEST_F(Keeper, AnOutputThatOnlyANewSetReachesIsOpenedByTheSet) {
 TEST_F(Keeper, ADeviceThatAnotherOneReplacedIsSilencedAllTheSame) {
     FailWhilePlaying(1000);
     rig.GetDevice(kSynth).failedWrites = 0;
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
     EXPECT_FALSE(synth.IsSounding());
     EXPECT_FALSE(rig.GetDevice(kSynth).isOpen);
@@ -256,7 +256,7 @@ TEST_F(Keeper, AtTheProgramsEndTheDeviceIsTriedOnceMore) {
     FailWhilePlaying(1000);
     rig.GetDevice(kSynth).failedWrites = 0;
     EXPECT_TRUE(synth.IsSounding());
-    front.Close();
+    controls.Close();
     EXPECT_FALSE(synth.IsSounding());
 }
 
@@ -264,7 +264,7 @@ TEST_F(Keeper, AtTheProgramsEndADeviceThatFailsOnlyThenIsTriedOnceMore) {
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
     rig.GetDevice(kSynth).failedWrites = 1;
-    front.Close();
+    controls.Close();
     EXPECT_FALSE(synth.IsSounding());
 }
 
@@ -272,7 +272,7 @@ TEST_F(Keeper, ADeviceThatFailsWhileAnotherReplacesItIsSilencedAllTheSame) {
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
     rig.GetDevice(kSynth).failedWrites = 1;
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_FALSE(synth.IsSounding());
 }
 
@@ -280,11 +280,11 @@ TEST_F(Keeper, ADeviceThatIsBusyWhenItIsReplacedIsSilencedAtTheEnd) {
     FailWhilePlaying(1000);
     rig.GetDevice(kSynth).failedWrites = 0;
     rig.GetDevice(kSynth).failsToOpen = true;
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_TRUE(synth.IsSounding());
     EXPECT_TRUE(engine.HasStrandedNotes());
     rig.GetDevice(kSynth).failsToOpen = false;
-    front.Close();
+    controls.Close();
     EXPECT_FALSE(synth.IsSounding());
 }
 
@@ -302,7 +302,7 @@ TEST_F(Keeper, NothingIsWrittenToADeviceThatIsGone) {
 }
 
 TEST_F(Keeper, ATakeGoesOnWhenItsOutputIsBack) {
-    ASSERT_TRUE(front.StartRecording());
+    ASSERT_TRUE(controls.StartRecording());
     FailWhilePlaying(1000);
     SetState(kSynth, DeviceState::kElsewhere);
     keeper.Look();
@@ -359,7 +359,7 @@ TEST_F(Keeper, AnOutputThatCouldNotBeOpenedIsOpenedWhenItCanBe) {
     rig.backend.fixed = true;
     rig.GetDevice(kSynth).failsToOpen = true;
     SetState(kSynth, DeviceState::kLost);
-    EXPECT_THROW(front.SetOutputPortByIndex(0), NK::CException);
+    EXPECT_THROW(controls.SetOutputPortByIndex(0), NK::CException);
     const int attempts = rig.GetDevice(kSynth).openAttempts;
     for (int look = 0; look < 5; ++look) {
         keeper.Look();
@@ -475,7 +475,7 @@ TEST_F(FollowingKeeper, AKeyboardThatIsPulledOutIsLostAtOnceAndOpenedAgainWhenIt
 }
 
 TEST_F(FollowingKeeper, AKeyboardThatComesBackDuringARecordingPlaysIntoIt) {
-    ASSERT_TRUE(front.StartRecording());
+    ASSERT_TRUE(controls.StartRecording());
     const auto device = Unplug(kKeyboard);
     Plug(device);
     EXPECT_TRUE(engine.IsRecording());
@@ -542,7 +542,7 @@ TEST_F(FollowingKeeper, WhatIsSavedUnderAnotherWayOfListingGetsItsListedName) {
     EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
     engine.SetSavedInputPortName(L"Port 1");
     engine.SetSavedOutputPortName(L"Port 1");
-    front.OpenPorts();
+    controls.OpenPorts();
     EXPECT_EQ(engine.GetInputPortName(), kOtherKeyboard);
     EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
     EXPECT_TRUE(engine.IsOutputReady());

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "support/Files.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
@@ -275,15 +275,15 @@ TEST_F(Presets, TheFoldersAreThoseOfTheUserAndOfTheFactory) {
 TEST_F(Presets, TheFrontLoadsWithKeysHeldAndLeavesNoNote) {
     SynthModel synth;
     rig.GetDevice(kSynth).onWrite = [&synth](const LibMidi::MIDIEvent& event) { synth.Play(event); };
-    Kivora::EngineFront front(engine);
+    Kivora::EngineControls controls(engine);
     Write("[KivoraPreset]\nPatch0=-1\nTranspose0=12\nVolume0=50\n");
     engine.PlayNoteOn(60, 100);
     rig.RunPlayer();
-    EXPECT_FALSE(front.LoadPreset(L"none", false));
+    EXPECT_FALSE(controls.LoadPreset(L"none", false));
     rig.RunPlayer();
     EXPECT_TRUE(synth.IsSounding()) << "a preset that is not there ends no note";
     rig.TakeWritten();
-    EXPECT_TRUE(front.LoadPreset(L"p", false));
+    EXPECT_TRUE(controls.LoadPreset(L"p", false));
     EXPECT_THAT(rig.TakeWritten(), Contains("b9 07 32"));
     EXPECT_FALSE(synth.IsSounding());
     engine.PlayNoteOff(60);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "support/FakeSynth.h"
 #include "support/Files.h"
 #include "support/FileSizeLimit.h"
@@ -416,10 +416,10 @@ TEST_F(SettingsFile, AFileOfAStrangerInPlaceOfTheFolderIsLeftAlone) {
 
 TEST_F(SettingsFile, AGateOf0InTheFileIsRaisedByTheFront) {
     Write("[Kivora]\n[Kivora_Arpeggiator0]\nNoteLength=0\n[Kivora_Arpeggiator1]\n");
-    Kivora::EngineFront front(engine);
-    EXPECT_TRUE(front.LoadSettings());
+    Kivora::EngineControls controls(engine);
+    EXPECT_TRUE(controls.LoadSettings());
     EXPECT_EQ(engine.WithArpeggiator(0, [](auto& arpeggiator) { return arpeggiator.GetDurationPercent(); }),
-              Kivora::EngineFront::kSmallestGatePercent);
+              Kivora::EngineControls::kSmallestGatePercent);
 }
 
 namespace {

@@ -73,8 +73,8 @@ std::vector<Struck> List(const std::filesystem::path& file, const std::filesyste
 std::vector<Struck> Play(const std::filesystem::path& file, bool& leavesSounding) {
     EngineRig rig;
     rig.CreateOpen();
-    Kivora::EngineFront front(*rig.engine);
-    Kivora::SongPlayer player(front);
+    Kivora::EngineControls controls(*rig.engine);
+    Kivora::SongPlayer player(controls);
     SynthModel synth;
     std::vector<Struck> struck;
     std::int64_t ms = 0;

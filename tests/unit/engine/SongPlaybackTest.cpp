@@ -30,8 +30,8 @@ class SongPlayback : public testing::Test {
 protected:
     SongPlayback() {
         rig.CreateOpen();
-        front = std::make_unique<Kivora::EngineFront>(Engine());
-        player = std::make_unique<SongPlayer>(*front);
+        controls = std::make_unique<Kivora::EngineControls>(Engine());
+        player = std::make_unique<SongPlayer>(*controls);
         rig.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) { synth.Play(event); };
     }
 
@@ -59,7 +59,7 @@ protected:
 
     EngineRig rig;
     SynthModel synth;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<SongPlayer> player;
 };
 
@@ -263,10 +263,10 @@ TEST_F(SongPlayback, PanicStopAndTheEndOfTheProgramSilenceIt) {
         ExpectNothingSounds(synth);
     };
     expectSilentAfter("stop", [&] { player->Stop(); });
-    expectSilentAfter("panic", [&] { front->Panic(); });
-    expectSilentAfter("fall silent", [&] { front->FallSilent(); });
+    expectSilentAfter("panic", [&] { controls->Panic(); });
+    expectSilentAfter("fall silent", [&] { controls->FallSilent(); });
     expectSilentAfter("open another", [&] { player->Open(MakeSong({{0, kOn}})); });
-    expectSilentAfter("close", [&] { front->Close(); });
+    expectSilentAfter("close", [&] { controls->Close(); });
 }
 
 TEST_F(SongPlayback, ItsOwnNotesEndOnModesThatAreNotSent) {
@@ -280,7 +280,7 @@ TEST_F(SongPlayback, ItsOwnNotesEndOnModesThatAreNotSent) {
 TEST_F(SongPlayback, WhatIsPlayedAndWhatThePlayerPlaysAreInTheTake) {
     Play({{0, {0xC0, 5, 30, 0}}, {100, kOn}, {200, kOff}}, 10000);
     Run(50);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     EXPECT_EQ(GetState(), State::kPlaying);
     rig.RunPlayer();
     Run(20);
@@ -288,7 +288,7 @@ TEST_F(SongPlayback, WhatIsPlayedAndWhatThePlayerPlaysAreInTheTake) {
     Run(20);
     Engine().PlayNoteOff(72);
     Run(200);
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     Lines captured;
     Engine().GetCapture()->VisitCaptured(0, [&captured](const LibMidi::CapturedEvent& event) {
         captured.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
@@ -301,7 +301,7 @@ TEST_F(SongPlayback, WhatIsPlayedAndWhatThePlayerPlaysAreInTheTake) {
 TEST_F(SongPlayback, ARecordingThatBeginsInANoteEndsItAndHoldsTheSongUp) {
     Play({{0, kOn}, {300, kOff}}, 10000);
     Run(51);
-    front->StartRecording();
+    controls->StartRecording();
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsSounding());
     EXPECT_EQ(GetMs(), 50);
@@ -319,7 +319,7 @@ TEST_F(SongPlayback, PausesWhereTheOutputIsLostAndGoesOnWhenItIsBack) {
     EXPECT_EQ(GetState(), State::kPaused);
     EXPECT_FALSE(player->Play()) << "nothing would be heard";
     rig.GetDevice(kSynth).failsToWrite = false;
-    ASSERT_TRUE(front->ReopenOutput());
+    ASSERT_TRUE(controls->ReopenOutput());
     Run(2);
     EXPECT_FALSE(synth.IsPressed(4, 60));
     EXPECT_TRUE(player->Play());
@@ -335,7 +335,7 @@ TEST_F(SongPlayback, AnotherOutputGetsWhatTheSongHasSetAndTheFormerIsLeftSilent)
     rig.GetDevice(kOtherSynth).onWrite = [&other](const LibMidi::MIDIEvent& event) { other.Play(event); };
     Play({{0, {0xC0, 5, 30, 0}}, {0, kOn}, {5, {0x90, 6, 61, 1}}, {2000, kOff}}, 10000);
     Run(20);
-    ASSERT_TRUE(front->SetOutputPortByIndex(1));
+    ASSERT_TRUE(controls->SetOutputPortByIndex(1));
     ExpectNothingSounds(synth);
     rig.Run(2);
     rig.RunPlayer();
@@ -380,19 +380,19 @@ TEST_F(SongPlayback, ThePianoIsToldOfNotesAndOfTheEndOfTheLastOfThem) {
 }
 
 TEST_F(SongPlayback, TheUsersPedalStaysDownThroughAPause) {
-    front->SetSustain(true);
+    controls->SetSustain(true);
     Play({{0, {0xB0, 1, 64, 127}}, {10, {0xB0, 1, 64, 0}}, {20, {0xB0, 1, 64, 127}}}, 100);
     Run(50);
     player->Pause();
     rig.RunPlayer();
     EXPECT_TRUE(synth.IsPedalDown(0));
-    front->SetSustain(false);
+    controls->SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown());
 }
 
 TEST_F(SongPlayback, TheUsersPedalStaysDownWhereTheSongEndsOrLoopsOrDoesNotHoldIt) {
-    front->SetSustain(true);
+    controls->SetSustain(true);
     Play({{0, {0xB0, 1, 64, 127}}, {10, {0xB0, 1, 64, 0}}, {20, {0xB0, 1, 64, 127}}}, 100);
     Run(200);
     EXPECT_EQ(GetState(), State::kStopped);
@@ -404,7 +404,7 @@ TEST_F(SongPlayback, TheUsersPedalStaysDownWhereTheSongEndsOrLoopsOrDoesNotHoldI
     player->Seek(300'000);
     Run(100);
     EXPECT_TRUE(synth.IsPedalDown(0));
-    front->SetSustain(false);
+    controls->SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown());
 }
@@ -418,7 +418,7 @@ TEST_F(SongPlayback, WhatTheSongHasSetOnADeviceThatFailedOnceIsSetBackWhenItIsOp
     ASSERT_TRUE(Engine().IsOutputLost());
     rig.GetDevice(kSynth).failsToWrite = false;
     player->Open(nullptr);
-    ASSERT_TRUE(front->ReopenOutput());
+    ASSERT_TRUE(controls->ReopenOutput());
     rig.Run(2);
     EXPECT_EQ(synth.GetControls(0).wheel, 0x2000);
     EXPECT_EQ(synth.GetControls(0).controller[10], 64);
@@ -428,7 +428,7 @@ TEST_F(SongPlayback, PausesWhereNobodyTakesWhatItPlays) {
     Play({{0, kOn}, {5000, kOff}}, 10000);
     Run(20);
     rig.GetDevice(kOtherSynth).failsToOpen = true;
-    EXPECT_ANY_THROW(front->SetOutputPortByIndex(1));
+    EXPECT_ANY_THROW(controls->SetOutputPortByIndex(1));
     ASSERT_FALSE(Engine().IsOutputReady());
     rig.Run(10);
     EXPECT_EQ(GetState(), State::kPaused);
@@ -473,7 +473,7 @@ TEST_F(SongPlayback, TheTickAllocatesNothingOnceWarm) {
 }
 
 TEST_F(SongPlayback, ATakeIsPlayedAsItWouldBeSaved) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     rig.RunPlayer();
     rig.Run(700);
     Engine().PlayNoteOn(60, 100);
@@ -481,7 +481,7 @@ TEST_F(SongPlayback, ATakeIsPlayedAsItWouldBeSaved) {
     rig.Run(250);
     Engine().PlayNoteOff(60);
     rig.RunPlayer();
-    front->StopRecording();
+    controls->StopRecording();
     player->Open(std::make_shared<const Song>(Engine().GetCapture()->GetCaptured()));
     EXPECT_EQ(player->GetStatus().lengthUs, 350'000) << "the silence before the first note is left out";
     ASSERT_TRUE(player->Play());

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/Song.h"
 #include "engine/SongPlayer.h"
 #include "unit/engine/EngineRig.h"

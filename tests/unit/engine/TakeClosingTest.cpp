@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/TakeJournal.h"
 #include "support/TemporaryFolder.h"
 #include "unit/engine/EngineRig.h"
@@ -31,13 +31,13 @@ protected:
         rig.emplace();
         rig->CreateOpen();
         rig->engine->SetInputPortByName(kKeyboard);
-        front = std::make_unique<Kivora::EngineFront>(*rig->engine);
+        controls = std::make_unique<Kivora::EngineControls>(*rig->engine);
         journal = std::make_unique<TakeJournal>(*rig->engine, NK::CString::FromUtf8((folder / "Takes").string()),
                                                 TakeJournal::Settings{.runThread = false});
     }
     void Quit() {
         journal.reset();
-        front.reset();
+        controls.reset();
         rig.reset();
     }
     /// The journals of the old run as they stand now, and a new run.
@@ -55,7 +55,7 @@ protected:
 
     /// Begins a take with a note of 100 ms, so that its tick 100 is `start`.
     void Record() {
-        ASSERT_TRUE(front->StartRecording());
+        ASSERT_TRUE(controls->StartRecording());
         Settle();
         start = rig->time.GetTimeMs();
         GetEngine().PlayNoteOn(30, 100);
@@ -67,11 +67,11 @@ protected:
     /// A chord on the percussion's channel and a note below the split, held for a second with all the pedals over an
     /// arpeggio, one note of which sounds.
     void HoldEverything() {
-        front->SetVoiceMode(true, true);
-        front->SetPatch(-1, 1);
-        front->SetArpeggiating(true);
-        front->ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(48, 50); });
-        front->ChangeArpeggiator(1, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetBypassed(true); });
+        controls->SetVoiceMode(true, true);
+        controls->SetPatch(-1, 1);
+        controls->SetArpeggiating(true);
+        controls->ChangeArpeggiator(0, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetNoteStep(48, 50); });
+        controls->ChangeArpeggiator(1, [](NK::MIDI::CArpeggiator1& arpeggiator) { arpeggiator.SetBypassed(true); });
         Settle();
         GetEngine().RestartClock();
         for (const std::uint8_t note : std::initializer_list<std::uint8_t>{40, 60, 64, 67}) {
@@ -94,7 +94,7 @@ protected:
 
     CTemporaryFolder folder;
     std::optional<EngineRig> rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<TakeJournal> journal;
     std::int64_t start = 0;
 };
@@ -116,7 +116,7 @@ TEST_F(TakeClosing, Stop) {
     Record();
     HoldEverything();
     const int end = Now();
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     Pass(3000);
     const std::vector<SavedEvent> saved = SaveWaiting();
     EXPECT_THAT(FindOpen(saved), IsEmpty());
@@ -134,7 +134,7 @@ TEST_F(TakeClosing, StopCutsNothingThatIsHeard) {
     rig->GetKeyboard().Deliver(0xB0, 64, 100);
     Pass(500);
     rig->TakeWritten();
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     Pass(500);
     EXPECT_THAT(rig->TakeWritten(), IsEmpty());
     EXPECT_THAT(FindOpen(SaveWaiting()), IsEmpty());
@@ -149,7 +149,7 @@ TEST_F(TakeClosing, StopLetsOutWhatWasPlayedBefore) {
     GetEngine().PlayNoteOff(60);
     GetEngine().PlayNoteOn(62, 100);
     const int end = Now();
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     const std::vector<SavedEvent> saved = SaveWaiting();
     EXPECT_NEAR(FindEnd(saved, 0x90, 60), end, 1);
     EXPECT_NEAR(FindEnd(saved, 0x90, 62), end, 1);
@@ -160,7 +160,7 @@ TEST_F(TakeClosing, TheLatestIsSavedClosedWhetherItWaitsOrNot) {
     HoldEverything();
     EXPECT_FALSE(journal->SaveLatest(PathOf("take.mid"))) << "it is being recorded";
     EXPECT_EQ(journal->GetLatest(), 0);
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     EXPECT_EQ(journal->GetLatest(), journal->GetWaiting()[0].id);
     for (const char* name : {"first.mid", "second.mid"}) {
         EXPECT_TRUE(journal->SaveLatest(PathOf(name)));
@@ -175,7 +175,7 @@ TEST_F(TakeClosing, Panic) {
     Record();
     HoldEverything();
     const int end = Now();
-    front->Panic();
+    controls->Panic();
     const std::vector<SavedEvent> saved = SaveWaiting();
     EXPECT_THAT(FindOpen(saved), IsEmpty());
     EXPECT_GE(FindEnd(saved, 0x92, 40), end);
@@ -185,7 +185,7 @@ TEST_F(TakeClosing, Panic) {
 TEST_F(TakeClosing, AChangeOfTheOutput) {
     Record();
     HoldEverything();
-    front->SetOutputPortByIndex(1);
+    controls->SetOutputPortByIndex(1);
     EXPECT_THAT(FindOpen(SaveWaiting()), IsEmpty());
 }
 
@@ -215,7 +215,7 @@ TEST_F(TakeClosing, ALostOutputEndsWhatWasHeldThen) {
     GetEngine().PlayNoteOff(60);
     GetEngine().PlayNoteOff(62);
     Pass(2000);
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     const std::vector<SavedEvent> saved = SaveWaiting();
     EXPECT_THAT(FindOpen(saved), IsEmpty());
     EXPECT_NEAR(FindEnd(saved, 0x90, 60), end, 5);

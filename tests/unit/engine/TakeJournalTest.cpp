@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/takes/RecordedTrack.h"
 #include "libmidi/CaptureFile.h"
 #include "support/FileSizeLimit.h"
@@ -197,17 +197,17 @@ TEST_F(TakeJournalTest, AfterAFailedWriteTheTakeWaitsAndCanBeSavedElsewhere) {
 }
 
 TEST_F(TakeJournalTest, APanicEndsTheTakeAndItWaits) {
-    Kivora::EngineFront front(GetEngine());
+    Kivora::EngineControls controls(GetEngine());
     Record(3);
-    front.Panic();
+    controls.Panic();
     EXPECT_FALSE(GetEngine().IsRecording());
     EXPECT_THAT(journal->GetWaiting(), SizeIs(1));
 }
 
 TEST_F(TakeJournalTest, AChangeOfTheOutputEndsTheTakeAndItWaits) {
-    Kivora::EngineFront front(GetEngine());
+    Kivora::EngineControls controls(GetEngine());
     Record(3);
-    front.SetOutputPortByIndex(1);
+    controls.SetOutputPortByIndex(1);
     EXPECT_FALSE(GetEngine().IsRecording());
     EXPECT_THAT(journal->GetWaiting(), SizeIs(1));
 }

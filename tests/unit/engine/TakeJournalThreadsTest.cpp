@@ -7,7 +7,7 @@
 #include <memory>
 #include <thread>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/TakeJournal.h"
 #include "libmidi/MIDIPlayer.h"
 #include "support/FakeBackend.h"
@@ -28,8 +28,8 @@ protected:
         backend.Plug(L"Other synthesizer", LibMidi::kOutput).keepsWritten = false;
         engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
             .backends = {backend.GetCreator()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
-        front = std::make_unique<Kivora::EngineFront>(*engine);
-        front->SetOutputPortByIndex(0);
+        controls = std::make_unique<Kivora::EngineControls>(*engine);
+        controls->SetOutputPortByIndex(0);
         journal = std::make_unique<TakeJournal>(*engine, GetPath("Takes"));
     }
     ~TakeJournalThreads() override { StopPlaying(); }
@@ -62,7 +62,7 @@ protected:
     CTemporaryFolder folder;
     FakeBackend backend;
     std::unique_ptr<Kivora::CKivora> engine;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<TakeJournal> journal;
     std::atomic<bool> stop{false};
     std::thread playing;
@@ -71,7 +71,7 @@ protected:
 }  // namespace
 
 TEST_F(TakeJournalThreads, TheJournalGrowsByItselfWhileTheRecordingRuns) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     StartPlaying();
     ASSERT_TRUE(WaitUntil([this] { return GetJournalSize() > 0; }));
     const std::uintmax_t size = GetJournalSize();
@@ -91,7 +91,7 @@ TEST_F(TakeJournalThreads, AFolderThatCannotBeWrittenIsToldFromTheJournalsThread
         teller = std::this_thread::get_id();
         ++told;
     });
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     engine->PlayNoteOn(60, 100);
     ASSERT_TRUE(WaitUntil([&told] { return told > 0; }));
     EXPECT_NE(teller.load(), std::this_thread::get_id());
@@ -110,12 +110,12 @@ TEST_F(TakeJournalThreads, RecordingsEndSaveAndBeginWhileSomebodyPlaysAndTheJour
         }
     });
     for (int i = 0; i < 4; ++i) {
-        ASSERT_TRUE(front->StartRecording());
+        ASSERT_TRUE(controls->StartRecording());
         ASSERT_TRUE(WaitUntil([this] { return engine->GetRecordedCount() > 50; }));
         if (i % 2 == 0) {
             EXPECT_TRUE(engine->SaveRecording(GetPath("take.mid")));
         } else {
-            front->SetOutputPortByIndex(i / 2);
+            controls->SetOutputPortByIndex(i / 2);
             ASSERT_THAT(journal->GetWaiting(), SizeIs(1));
             EXPECT_TRUE(journal->Refuse(journal->GetWaiting()[0].id));
         }

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <random>
 
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
-#include "engine/EngineFront.h"
 #include "engine/TakeJournal.h"
 #include "engine/takes/RecordedTrack.h"
 #include "midi/reader/SMFReader.h"
@@ -157,7 +157,7 @@ class TakeOnGrid : public testing::Test {
 protected:
     TakeOnGrid() {
         rig.CreateOpen();
-        front = std::make_unique<Kivora::EngineFront>(*rig.engine);
+        controls = std::make_unique<Kivora::EngineControls>(*rig.engine);
         journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),
                                                         Kivora::TakeJournal::Settings{.runThread = false});
     }
@@ -170,7 +170,7 @@ protected:
     }
 
     EngineRig rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<Kivora::TakeJournal> journal;
 };
 
@@ -180,15 +180,15 @@ TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsAlsoBehindATempoThatIsTurned) {
     rig.engine->SetTempo(90);
     rig.engine->WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(96, 24); });  // half a beat
     rig.engine->SetArpeggiating(true);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     rig.engine->RestartClock();
     rig.engine->PlayNoteOn(60, 100);
     rig.Run(5000);
-    front->TempoUp();  // goes on within its bar
+    controls->TempoUp();  // goes on within its bar
     rig.Run(5000);
     rig.engine->PlayNoteOff(60);
     rig.Run(100);
-    front->StopRecording();
+    controls->StopRecording();
     const int id = journal->GetLatest();
     ASSERT_TRUE(journal->HasGrid(id));
     ASSERT_TRUE(journal->Save(id, path("take.mid"), true));
@@ -210,7 +210,7 @@ TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsBehindManyTaps) {
     rig.engine->SetTempo(90);
     rig.engine->WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(96, 24); });  // half a beat
     rig.engine->SetArpeggiating(true);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     rig.engine->RestartClock();
     rig.engine->PlayNoteOn(60, 100);
     std::mt19937 random(3);
@@ -220,7 +220,7 @@ TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsBehindManyTaps) {
     }
     rig.engine->PlayNoteOff(60);
     rig.Run(1000);
-    front->StopRecording();
+    controls->StopRecording();
     ASSERT_TRUE(journal->Save(journal->GetLatest(), path("take.mid"), true));
     const auto content = NK::MIDI::ReadSMFFile(path("take.mid"));
     ASSERT_TRUE(content && !content->damage);
@@ -236,9 +236,9 @@ TEST_F(TakeOnGrid, AnArpeggioLiesOnTheBeatsBehindManyTaps) {
 }
 
 TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayFor(500);
-    front->StopRecording();
+    controls->StopRecording();
     const int id = journal->GetLatest();
     ASSERT_TRUE(Kivora::SaveRecordedTrack(journal->GetTake(id), path("ever.mid")));
     ASSERT_TRUE(journal->Save(id, path("take.mid")));
@@ -248,9 +248,9 @@ TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
 }
 
 TEST_F(TakeOnGrid, OfAnEarlierRunTheGridIsNotKnownAndTheTakeIsSavedAsEver) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayFor(500);
-    front->StopRecording();
+    controls->StopRecording();
     journal->WriteOut();
     journal.reset();
     journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),

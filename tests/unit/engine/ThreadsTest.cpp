@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_thread_role.h"
 #include "support/SynthModel.h"
@@ -39,9 +39,9 @@ protected:
     void Create() {
         engine = std::make_unique<Kivora::CKivora>(Kivora::EngineDependencies{
             .backends = {backend.GetCreator()}, .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); }});
-        front = std::make_unique<Kivora::EngineFront>(*engine);
+        controls = std::make_unique<Kivora::EngineControls>(*engine);
         QObject::connect(engine.get(), &Kivora::CKivora::OnMIDIEvent, [this](int) { ++shown; });
-        front->OpenPorts();
+        controls->OpenPorts();
     }
     /// Delivers to the port until StopFlood(), as the port's own thread does.
     void StartFlood(FakeInPort& port) {
@@ -81,7 +81,7 @@ protected:
     std::atomic<bool> stop{false};
     std::thread flood;
     std::unique_ptr<Kivora::CKivora> engine;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
 };
 
 }  // namespace
@@ -121,12 +121,12 @@ TEST_F(Threads, FloodTickGuiAndPlayerLiveTogether) {
     StartFlood(*backend.GetIn(kKeyboard));
     for (int i = 0; i < 40; ++i) {
         engine->PlayNoteOn(static_cast<std::uint8_t>(40 + i), 100);
-        front->SetVoiceMode(i % 2 == 0, i % 3 == 0);
-        front->SetPatch(i % 5 == 0 ? -1 : i, i % 3);
-        front->SetArpeggiating(i % 2 == 0);
+        controls->SetVoiceMode(i % 2 == 0, i % 3 == 0);
+        controls->SetPatch(i % 5 == 0 ? -1 : i, i % 3);
+        controls->SetArpeggiating(i % 2 == 0);
         engine->SetTempo(100 + i);
-        front->TransposeUp(i % 3);
-        front->SetSustain(i % 2 == 0);
+        controls->TransposeUp(i % 3);
+        controls->SetSustain(i % 2 == 0);
         engine->onMetronomeTimer();
         engine->PlayNoteOff(static_cast<std::uint8_t>(40 + i));
         QCoreApplication::processEvents();
@@ -163,8 +163,8 @@ TEST_F(Threads, WhatIsSentLastStandsAndWhatIsHeldSounds) {
         engine->PlayNoteOff(48);
         engine->PlayNoteOn(48, 100);
         i % 3 == 0 ? engine->VolumeUp(1) : engine->VolumeDown(1);
-        front->SetSustain(true);
-        front->SetSustain(false);
+        controls->SetSustain(true);
+        controls->SetSustain(false);
     }
     player.join();
     port.Deliver(0xB0, kLast, 1);
@@ -172,12 +172,12 @@ TEST_F(Threads, WhatIsSentLastStandsAndWhatIsHeldSounds) {
         std::this_thread::yield();
     }
     for (int channel = 0; channel < 3; ++channel) {
-        const SynthModel::Controls& controls = synth.GetControls(channel);
-        EXPECT_EQ(controls.wheel, 0x2000);
-        EXPECT_EQ(controls.controller[1], 0);
-        EXPECT_EQ(controls.controller[64], 0);
-        EXPECT_EQ(controls.program, (kGestures - 1) % 128);
-        EXPECT_EQ(controls.bank[0], controls.program);
+        const SynthModel::Controls& sent = synth.GetControls(channel);
+        EXPECT_EQ(sent.wheel, 0x2000);
+        EXPECT_EQ(sent.controller[1], 0);
+        EXPECT_EQ(sent.controller[64], 0);
+        EXPECT_EQ(sent.program, (kGestures - 1) % 128);
+        EXPECT_EQ(sent.bank[0], sent.program);
     }
     EXPECT_EQ(synth.GetControls(1).controller[7], engine->GetVolume(1));
     EXPECT_TRUE(synth.IsPressed(0, 60));
@@ -200,7 +200,7 @@ TEST_F(Threads, ChangingTheOutputUnderAFloodNeverDeadlocks) {
     StartFlood(*backend.GetIn(kKeyboard));
     for (int i = 0; i < 4; ++i) {
         WaitForFlood(3);
-        EXPECT_TRUE(front->SetOutputPortByIndex(i % 2));
+        EXPECT_TRUE(controls->SetOutputPortByIndex(i % 2));
     }
     StopFlood();
     EXPECT_TRUE(engine->IsOutputReady());
@@ -213,8 +213,8 @@ TEST_F(Threads, QuittingUnderAFloodNeverDeadlocks) {
         port.onClosing = [this] { StopFlood(); };
         StartFlood(port);
         WaitForFlood(5);
-        front->Close();
-        front.reset();
+        controls->Close();
+        controls.reset();
         engine.reset();
         Create();
     }
@@ -234,7 +234,7 @@ TEST_F(Threads, APulledOutOutputUnderAFloodIsToldOnceAndAnotherIsOpened) {
     }
     WaitForFlood(20);
     EXPECT_EQ(told, 1);
-    EXPECT_TRUE(front->SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls->SetOutputPortByIndex(1));
     StartFlood(*backend.GetIn(kKeyboard));
     const int before = written;
     while (written == before) {

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <thread>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/values/ClickSettings.h"
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_wakeup.h"

@@ -142,18 +142,18 @@ TEST(OfflineEngine, SendsWhatIsSentWhenTheSameNotesArePlayed) {
                                    .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); },
                                    .userDataDir = NK::CString::FromUtf8((folder / "user").string()),
                                    .factoryPresetsDir = NK::CString::FromUtf8((folder / "factory").string())});
-    Kivora::EngineFront front(engine);
+    Kivora::EngineControls controls(engine);
     engine.SetOutputPortByIndex(0);
     engine.SetInputPortByIndex(0);
     prepare(engine);
-    front.StartRecording();
+    controls.StartRecording();
     for (const NK::MIDI::SMFEvent& event : piece.content.events) {
         const int captured = engine.GetRecordedCount();
         backend.GetIn(L"Keyboard")->Deliver({LibMidi::MIDIEvent::FromMessage(event.message, 0)});
         ASSERT_TRUE(WaitUntil([&] { return engine.GetRecordedCount() > captured && engine.SettleOutput(); }));
     }
-    front.FallSilent();
-    front.StopRecording();
+    controls.FallSilent();
+    controls.StopRecording();
     EXPECT_EQ(withoutTimes(engine.GetCapture()->GetCaptured()), rendered);
     EXPECT_GT(rendered.size(), 400U);
 }

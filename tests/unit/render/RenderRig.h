@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "libmidi/MIDIEvent.h"
 #include "midi/reader/SMFContent.h"
 #include "render/OfflineEngine.h"
@@ -31,7 +31,7 @@ public:
 
 /// An engine in an empty folder.
 struct RenderRig {
-    Kivora::CKivora& GetEngine() { return engine.GetFront().GetEngine(); }
+    Kivora::CKivora& GetEngine() { return engine.GetControls().GetEngine(); }
     LibMidi::CaptureStore::View Play(const Piece& piece) { return engine.Play(piece.content); }
 
     CTemporaryFolder folder;

@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "engine/Song.h"
 #include "locale/Locale.h"
 #include "midi/SMFWriter.h"
@@ -29,7 +29,7 @@ protected:
     std::string Open(const std::string& name) {
         played_.reset();
         const std::string failure =
-            Kivora::OpenFile(&front_, QString::fromStdString(GetPath(name)), [this](const SongFile& song) {
+            Kivora::OpenFile(&controls_, QString::fromStdString(GetPath(name)), [this](const SongFile& song) {
                 played_ = song;
             }).toStdString();
         EXPECT_EQ(engine_.GetPatch(0), failure.empty() && !played_ ? 11 : 3) << name;
@@ -38,7 +38,7 @@ protected:
 
     EngineRig rig_;
     Kivora::CKivora& engine_ = rig_.Create();
-    Kivora::EngineFront front_{engine_};
+    Kivora::EngineControls controls_{engine_};
     std::optional<SongFile> played_;
 };
 

@@ -75,8 +75,8 @@ protected:
     }
     /// A note and the pedal, held.
     void Play(MainWindow& window) {
-        window.GetFront()->SetSustain(true);
-        window.GetFront()->GetEngine().PlayNoteOn(60, 100);
+        window.GetControls()->SetSustain(true);
+        window.GetControls()->GetEngine().PlayNoteOn(60, 100);
         rig_.TakeWritten();
     }
     static void ExpectSilenceIn(const std::vector<std::string>& written) {
@@ -91,7 +91,7 @@ protected:
         EXPECT_EQ(titles_, QStringList("Fatal Error"));
         EXPECT_EQ(texts_, QStringList(text + "\r\nSorry, the application cannot continue."));
         EXPECT_EQ(icons_, std::vector{QMessageBox::Critical});
-        EXPECT_EQ(window.GetFront(), nullptr);
+        EXPECT_EQ(window.GetControls(), nullptr);
         EXPECT_TRUE(window.isVisible());
         ASSERT_NE(window.GetPanel(), nullptr);
         EXPECT_TRUE(window.GetPanel()->isVisible());
@@ -133,7 +133,7 @@ TEST_F(MainWindowTest, TheSettingsLeadToThePageAboutTheSound) {
         settings->close();
     });
     window.GetPanel()->settingsClicked();
-    EXPECT_EQ(asked, &window.GetFront()->GetEngine());
+    EXPECT_EQ(asked, &window.GetControls()->GetEngine());
     rig_.RunPlayer();
     const std::vector<std::string> written = rig_.TakeWritten();
     EXPECT_NE(std::find(written.begin(), written.end(), "90 3c 50"), written.end());
@@ -143,7 +143,7 @@ TEST_F(MainWindowTest, TheSettingsLeadToThePageAboutTheSound) {
 TEST_F(MainWindowTest, AFileThatIsDroppedOnItIsOpened) {
     MainWindow window(RealEngine());
     window.show();
-    CKivora& engine = window.GetFront()->GetEngine();
+    CKivora& engine = window.GetControls()->GetEngine();
     engine.SetPatch(11, 0);
     ASSERT_TRUE(engine.SavePreset(L"Mine"));
     engine.SetPatch(3, 0);
@@ -190,7 +190,7 @@ TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
     EXPECT_EQ(window.windowTitle(), "Kivora LX");
     EXPECT_EQ(window.centralWidget(), window.GetPanel());
     EXPECT_NE(window.findChild<QMenuBar*>(), nullptr);
-    EXPECT_NE(window.GetFront(), nullptr);
+    EXPECT_NE(window.GetControls(), nullptr);
     EXPECT_EQ(titles_, QStringList());
 }
 
@@ -265,15 +265,15 @@ TEST_F(MainWindowTest, WithoutAnEngineTheDisplaySaysWhyAndAVisitToTheSettingsBri
     };
     visit([] {});
     EXPECT_TRUE(hadSynth) << "its sound font can be chosen";
-    EXPECT_EQ(window.GetFront(), nullptr) << "there is still no port";
+    EXPECT_EQ(window.GetControls(), nullptr) << "there is still no port";
     LibMidi::SynthSettings chosen;
     chosen.gain = 1.5;
     visit([&] {
         rig_.backend.devices = devices;
         static_cast<void>(rig_.synth->ApplySettings(chosen));
     });
-    ASSERT_NE(window.GetFront(), nullptr);
-    EXPECT_TRUE(window.GetFront()->GetEngine().IsOutputReady());
+    ASSERT_NE(window.GetControls(), nullptr);
+    EXPECT_TRUE(window.GetControls()->GetEngine().IsOutputReady());
     EXPECT_TRUE(window.GetPanel()->isVisible());
     EXPECT_EQ(window.centralWidget(), window.GetPanel());
     EXPECT_TRUE(QTest::qWaitFor(isFitted, 30000)) << "the new one too";
@@ -298,7 +298,7 @@ TEST_F(MainWindowTest, WhatWasNotToldWithoutAnEngineIsToldWithIt) {
         qobject_cast<midiSettings*>(QApplication::activeModalWidget())->closeClicked();
     });
     window.GetPanel()->settingsClicked();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.GetFront() != nullptr; }, 30000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.GetControls() != nullptr; }, 30000));
     answersUnasked_ = true;
     WaitForBoxes(1);
     EXPECT_EQ(titles_, QStringList("Warning")) << "and the failure no more";
@@ -306,9 +306,9 @@ TEST_F(MainWindowTest, WhatWasNotToldWithoutAnEngineIsToldWithIt) {
 
 TEST_F(MainWindowTest, ThePortsAreOpenedOnceTheWindowIsPainted) {
     MainWindow window(RealEngine(), MainWindow::Ports::kOpenWhenPainted);
-    EXPECT_FALSE(window.GetFront()->GetEngine().IsOutputReady());
+    EXPECT_FALSE(window.GetControls()->GetEngine().IsOutputReady());
     window.show();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window.GetFront()->GetEngine().IsOutputReady(); }, 30000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.GetControls()->GetEngine().IsOutputReady(); }, 30000));
     EXPECT_EQ(rig_.GetDevice(KivoraTest::kSynth).openCount, 1);
     window.OpenPorts();
     EXPECT_EQ(rig_.GetDevice(KivoraTest::kSynth).openCount, 1) << "once";
@@ -347,7 +347,7 @@ TEST_F(MainWindowTest, ChangingTheLanguageRetranslatesWhatIsOpen) {
     window.show();
     auto* help = window.findChild<QAbstractButton*>("help");
     kivoraAbout about(&window);
-    midiSettings settings(window.GetFront(), &window);
+    midiSettings settings(window.GetControls(), &window);
     about.show();
     settings.show();
     EXPECT_EQ(help->text(), "Help");
@@ -379,7 +379,7 @@ TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {
     const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
     {
         MainWindow window(RealEngine());
-        window.GetFront()->GetEngine().SetShowNoteNames(true);
+        window.GetControls()->GetEngine().SetShowNoteNames(true);
         EXPECT_FALSE(std::filesystem::exists(file));
     }
     std::ifstream stream(file);
@@ -417,7 +417,7 @@ TEST_F(MainWindowTest, EverythingIsSilentBeforeATakeIsAskedFor) {
     std::vector<std::string> written;
     MainWindow window(RealEngine());
     window.show();
-    ASSERT_TRUE(window.GetFront()->StartRecording());
+    ASSERT_TRUE(window.GetControls()->StartRecording());
     Play(window);
     rig_.RunPlayer();
     onBox_ = [&] { written = rig_.TakeWritten(); };
@@ -429,14 +429,14 @@ TEST_F(MainWindowTest, EverythingIsSilentBeforeATakeIsAskedFor) {
 
 TEST_F(MainWindowTest, TheEndWithoutADisplaySilencesAndSaves) {
     MainWindow window(RealEngine());
-    ASSERT_TRUE(window.GetFront()->StartRecording());
+    ASSERT_TRUE(window.GetControls()->StartRecording());
     Play(window);
     rig_.RunPlayer();
     window.EndAtOnce();
     ExpectSilenceIn(rig_.TakeWritten());
     EXPECT_TRUE(std::filesystem::exists(rig_.folder / "user" / "Kivora.ini"));
     EXPECT_FALSE(std::filesystem::is_empty(rig_.folder / "user" / "Takes"));
-    EXPECT_FALSE(window.GetFront()->GetEngine().IsOutputReady());
+    EXPECT_FALSE(window.GetControls()->GetEngine().IsOutputReady());
     EXPECT_EQ(titles_, QStringList());
 }
 
@@ -523,8 +523,8 @@ TEST_F(MainWindowTest, QuietItSetsADamagedFileAsideWithoutAWord) {
 
 TEST_F(MainWindowTest, SavesTheSettingsAndKeepsTheTakeWhenItIsToldTo) {
     MainWindow window(RealEngine());
-    CKivora& engine = window.GetFront()->GetEngine();
-    ASSERT_TRUE(window.GetFront()->StartRecording());
+    CKivora& engine = window.GetControls()->GetEngine();
+    ASSERT_TRUE(window.GetControls()->StartRecording());
     engine.PlayNoteOn(60, 100);
     rig_.RunPlayer();
     window.Save();
@@ -557,7 +557,7 @@ TEST_F(MainWindowTest, ADamagedSettingsFileIsKeptAsideAndTheUserTold) {
 TEST_F(MainWindowTest, NothingSoundsOnAfterItIsDestroyed) {
     {
         MainWindow window(RealEngine());
-        window.GetFront()->GetEngine().PlayNoteOn(60, 100);
+        window.GetControls()->GetEngine().PlayNoteOn(60, 100);
         rig_.TakeWritten();
         rig_.GetDevice(KivoraTest::kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
             last_ = KivoraTest::ToText(event);

@@ -5,7 +5,7 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleOutput.h"
 #include "engine/CKivora.h"
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "support/Files.h"
 #include "unit/engine/EngineRig.h"
@@ -22,7 +22,7 @@ protected:
         engine_.SetSavedInputPortName(kKeyboard);
     }
     /// The exit code, -1 for none.
-    int Apply() { return Kivora::ApplyChoices(line_, front_, ports_).value_or(-1); }
+    int Apply() { return Kivora::ApplyChoices(line_, controls_, ports_).value_or(-1); }
     std::string ApplyAndListen() {
         testing::internal::CaptureStderr();
         exitCode_ = Apply();
@@ -36,7 +36,7 @@ protected:
 
     EngineRig rig_;
     Kivora::CKivora& engine_ = rig_.Create();
-    Kivora::EngineFront front_{engine_};
+    Kivora::EngineControls controls_{engine_};
     Kivora::RunPorts ports_;
     Kivora::CommandLine line_;
     int exitCode_ = 0;
@@ -48,7 +48,7 @@ TEST_F(RunChoices, PortsOfTheRunAreOpenedAndNotSaved) {
     line_.outputPort = "Other synthesizer";
     line_.inputPort = "Other keyboard";
     EXPECT_EQ(Apply(), -1);
-    front_.OpenPorts();
+    controls_.OpenPorts();
     EXPECT_TRUE(rig_.GetDevice(kOtherSynth).isOpen);
     EXPECT_TRUE(rig_.GetDevice(kOtherKeyboard).isOpen);
     EXPECT_EQ(GetSavedPorts(), "Software synthesizer, Keyboard");
@@ -62,20 +62,20 @@ TEST_F(RunChoices, PortsAreFoundByTheNamesThatAnEarlierVersionGaveThem) {
     line_.outputPort = "Port 1";
     line_.inputPort = "Port 2";
     EXPECT_EQ(Apply(), -1);
-    front_.OpenPorts();
+    controls_.OpenPorts();
     EXPECT_TRUE(rig_.GetDevice(kOtherSynth).isOpen);
     EXPECT_TRUE(rig_.GetDevice(kOtherKeyboard).isOpen);
     EXPECT_EQ(engine_.GetOutputPortName(), kOtherSynth);
     EXPECT_EQ(GetSavedPorts(), "Software synthesizer, Keyboard");
     line_.outputPort = "Port 2";
-    front_.Close();
+    controls_.Close();
     EXPECT_NE(ApplyAndListen().find("no MIDI output \"Port 2\""), std::string::npos) << "which is an input";
 }
 
 TEST_F(RunChoices, AnotherPortThatTheUserChoosesIsSaved) {
     line_.outputPort = "Other synthesizer";
     EXPECT_EQ(Apply(), -1);
-    front_.OpenPorts();
+    controls_.OpenPorts();
     engine_.SetSavedInputPortName(kOtherKeyboard);
     EXPECT_EQ(GetSavedPorts(), "Software synthesizer, Other keyboard");
     engine_.SetSavedOutputPortName(L"A third one");

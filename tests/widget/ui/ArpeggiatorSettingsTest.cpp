@@ -13,7 +13,7 @@
 #include <QtTest/QTest>
 #include <QWheelEvent>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "ui/PanelSkin.h"
 #include "ui/parts/PanelCombo.h"
@@ -32,13 +32,13 @@ protected:
         // A release within that time after the press that opened a list belongs to that press.
         QApplication::setDoubleClickInterval(0);
         rig.CreateOpen();
-        front.emplace(*rig.engine);
+        controls.emplace(*rig.engine);
         skin.Compose({Kivora::CKivora::GetDefaultUIColor(), Kivora::CKivora::GetDefaultUIDisplayColor(),
                       Kivora::CKivora::GetDefaultUIDisplay2Color(), QPixmap(), 1.0});
         panel.updateSkin(skin);
         panel.show();
     }
-    void Attach() { panel.setArpeggiator(&*front, 0); }
+    void Attach() { panel.setArpeggiator(&*controls, 0); }
     template <class Change>
     void Set(Change change) {
         rig.engine->WithArpeggiator(0, change);
@@ -95,7 +95,7 @@ protected:
     }
 
     KivoraTest::EngineRig rig;
-    std::optional<Kivora::EngineFront> front;
+    std::optional<Kivora::EngineControls> controls;
     PanelSkin skin;
     arpeggiatorSettings panel;
 };
@@ -280,7 +280,7 @@ TEST_F(ArpeggiatorPanel, TheWheelMovesTheGate) {
 }
 
 TEST_F(ArpeggiatorPanel, ThePanelOfTheSecondArpeggiatorLeavesTheFirstAlone) {
-    panel.setArpeggiator(&*front, 1);
+    panel.setArpeggiator(&*controls, 1);
     const bool before = IsBypassed(0);
     Click(Button("onOffButton"));
     EXPECT_EQ(IsBypassed(0), before);

@@ -38,7 +38,7 @@ protected:
         }
         ASSERT_TRUE(Engine().SavePreset(L"Evening"));
         ASSERT_TRUE(Engine().SavePreset(L"Lead for the second verse"));
-        ASSERT_TRUE(front->LoadPreset(L"Evening", false));
+        ASSERT_TRUE(controls->LoadPreset(L"Evening", false));
     }
     void ExpectLike(QWidget& dialog, const QString& name) {
         dialog.show();
@@ -56,9 +56,9 @@ protected:
 
 TEST_F(DialogPictures, ThePresetsLookAsReviewed) {
     InBothLanguages([this](const QString& language) {
-        PresetList load(front.get(), false);
+        PresetList load(controls.get(), false);
         ExpectLike(load, "presets_load" + language);
-        PresetList save(front.get(), true);
+        PresetList save(controls.get(), true);
         ExpectLike(save, "presets_save" + language);
     });
 }
@@ -122,8 +122,8 @@ TEST_F(DialogPictures, ThePlayerLooksAsReviewed) {
         PlayerWindow& player = panel->player();
         player.openSong({MakeSong({{0, {0x90, 5, 60, 100}}}, 225'000), "Prelude in C.mid",
                          "It is cut short: it ends at byte 1210, inside a track."});
-        SongPlayer(*front).Seek(83'000'000);
-        SongPlayer(*front).SetLoop(SongPlayer::Loop{80'000'000, 96'000'000});
+        SongPlayer(*controls).Seek(83'000'000);
+        SongPlayer(*controls).SetLoop(SongPlayer::Loop{80'000'000, 96'000'000});
         QEvent look(QEvent::WindowActivate);
         QApplication::sendEvent(&player, &look);
         ExpectLike(player, "player" + language);

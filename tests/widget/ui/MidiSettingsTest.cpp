@@ -21,7 +21,7 @@
 #include <QtTest/QTest>
 #include <QVBoxLayout>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "nk/qt/nk_qt_string.h"
 #include "support/FakeSynth.h"
@@ -48,7 +48,7 @@ protected:
         Kivora::SetLocale("en_US", false);
         rig.synth = synth;
         rig.CreateOpen();
-        front.emplace(*rig.engine);
+        controls.emplace(*rig.engine);
     }
     ~SettingsDialog() override {
         dialog.reset();
@@ -56,7 +56,7 @@ protected:
         unsetenv("XDG_DATA_HOME");
     }
     void Open() {
-        dialog = std::make_unique<midiSettings>(&*front);
+        dialog = std::make_unique<midiSettings>(&*controls);
         dialog->show();
         dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
@@ -91,7 +91,7 @@ protected:
 
     KivoraTest::EngineRig rig;
     std::shared_ptr<KivoraTest::FakeSynth> synth = std::make_shared<KivoraTest::FakeSynth>();
-    std::optional<Kivora::EngineFront> front;
+    std::optional<Kivora::EngineControls> controls;
     std::unique_ptr<midiSettings> dialog;
     ModalBoxes boxes;
 };
@@ -771,9 +771,9 @@ TEST_F(SynthGroup, TheFirstSoundFontBringsTheSynthesizersPort) {
 
 TEST_F(SynthGroup, IsHiddenWithoutASynthesizer) {
     rig.synth = nullptr;
-    front.reset();
+    controls.reset();
     rig.CreateOpen();
-    front.emplace(*rig.engine);
+    controls.emplace(*rig.engine);
     Open();
     EXPECT_FALSE(Find<QWidget>("synthGroup").isVisible());
     dialog->fitInto(kUsualScreen);

@@ -35,8 +35,8 @@ protected:
                                        .createPlayer = [] { return LibMidi::CreateMIDIPlayer(); },
                                        .userDataDir = NK::CString::FromUtf8(folder.GetPath().c_str()),
                                        .factoryPresetsDir = NK::CString::FromUtf8((folder / "factory").c_str())});
-        front = std::make_unique<Kivora::EngineFront>(*engine);
-        panel = new KivoraWidget(front.get(), &window);
+        controls = std::make_unique<Kivora::EngineControls>(*engine);
+        panel = new KivoraWidget(controls.get(), &window);
         window.setCentralWidget(panel);
         window.setFixedSize(panel->sizeHint());
         window.show();
@@ -45,7 +45,7 @@ protected:
     ~PanelFlood() override {
         StopFlood();
         delete panel;
-        front->Close();
+        controls->Close();
     }
 
     /// Each note that begins ends in the same breath or in the next.
@@ -86,7 +86,7 @@ protected:
     std::atomic<bool> stop{false};
     std::thread flood;
     std::unique_ptr<Kivora::CKivora> engine;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     QMainWindow window;
     KivoraWidget* panel = nullptr;
 };

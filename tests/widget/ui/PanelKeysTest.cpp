@@ -233,7 +233,7 @@ TEST_F(PanelKeys, TabGoesThroughTheControlsInReadingOrder) {
 
     Click("record-view");
     panel->recordingStateChanged();
-    front->StartRecording();
+    controls->StartRecording();
     std::vector<std::string> recorder = expected;
     std::replace(recorder.begin(), recorder.end(), std::string("tempo"), std::string("record"));
     std::replace(recorder.begin(), recorder.end(), std::string("metronome"), std::string("stop"));
@@ -272,11 +272,11 @@ TEST_F(PanelKeys, PlayingKeysAndSpaceReachThePanelFromEveryControl) {
     const std::vector<std::string> names = TabOrder();
     ASSERT_GT(names.size(), 30u);
     panel->setFocus();
-    front->SetVoiceMode(false, false);
+    controls->SetVoiceMode(false, false);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        front->SetVoiceMode(true, false);
+        controls->SetVoiceMode(true, false);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        front->SetVoiceMode(false, false);
+        controls->SetVoiceMode(false, false);
         QWidget* const focused = QApplication::focusWidget();
         rig.TakeWritten();
         Type(Qt::Key_Z);

@@ -72,7 +72,7 @@ TEST_F(PanelPatchMenu, WhatWasHeardLastIsChosenAndRemembered) {
 }
 
 TEST_F(PanelPatchMenu, WhileARecordingRunsNothingIsHeardBeforeItIsChosen) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     rig.TakeWritten();
     WithMenu([&](QGMPatchMenu& menu) {
         QTest::keyClick(&menu, Qt::Key_Down);
@@ -84,7 +84,7 @@ TEST_F(PanelPatchMenu, WhileARecordingRunsNothingIsHeardBeforeItIsChosen) {
 }
 
 TEST_F(PanelPatchMenu, AnArpeggioGetsNoNoteOfIt) {
-    front->SetArpeggiating(true);
+    controls->SetArpeggiating(true);
     rig.TakeWritten();
     WithMenu([&](QGMPatchMenu& menu) {
         QTest::keyClick(&menu, Qt::Key_Down);

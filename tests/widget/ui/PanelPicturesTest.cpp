@@ -20,8 +20,8 @@ protected:
     /// The state in which the panel is drawn: a layer, one key down.
     void Prepare() {
         Click("voice-mode-dual");
-        front->SetPatch(0, 0);
-        front->SetPatch(48, 1);
+        controls->SetPatch(0, 0);
+        controls->SetPatch(48, 1);
         Press(Qt::Key_Z);
         Show();
     }
@@ -116,9 +116,9 @@ TEST_F(PanelPictures, ThePianosOfOtherSizesLookAsReviewed) {
 TEST_F(PanelPictures, TheWheelsAndPedalsLookAsReviewed) {
     Prepare();
     Choose("Show beside the Piano");
-    front->SetWheel(Kivora::EWheel::kPitch, 11'000);
-    front->SetWheel(Kivora::EWheel::kModulation, 40);
-    front->SetWheel(Kivora::EWheel::kSoft, 127);
+    controls->SetWheel(Kivora::EWheel::kPitch, 11'000);
+    controls->SetWheel(Kivora::EWheel::kModulation, 40);
+    controls->SetWheel(Kivora::EWheel::kSoft, 127);
     Show();
     ExpectLike("panel_wheels");
     Kivora::SetLocale("ru_RU", false);
@@ -188,7 +188,7 @@ TEST_F(PanelPictures, EveryPatchNameFitsTheDisplay) {
         Kivora::SetLocale(locale, false);
         QApplication::processEvents();
         for (int program = -1; program < 128; ++program) {
-            front->SetPatch(program, 0);
+            controls->SetPatch(program, 0);
             for (const char* name : {"display-patch1-line1", "display-patch1-line2"}) {
                 const auto& label = Find<PanelLabel>(name);
                 EXPECT_EQ(label.fittedText().text, label.text()) << locale;

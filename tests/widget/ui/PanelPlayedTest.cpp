@@ -101,20 +101,20 @@ TEST_F(PanelPlayed, ARecordingGoesOnMeanwhile) {
     Ask(answers);
     EXPECT_TRUE(Engine().IsRecording());
     EXPECT_EQ(CountNotes("played.mid"), 1);
-    front->StopRecording();
+    controls->StopRecording();
     ASSERT_TRUE(Engine().SaveRecording(NK::CString::FromUtf8((rig.folder / "take.mid").native())));
     EXPECT_EQ(CountNotes("take.mid"), 1);
 }
 
 TEST_F(PanelPlayed, TheSettingsSwitchItOff) {
-    midiSettings settings(front.get());
+    midiSettings settings(controls.get());
     auto& keep = *settings.findChild<QCheckBox*>("keepPlayed");
     EXPECT_TRUE(keep.isChecked());
     keep.setChecked(false);
     EXPECT_TRUE(IsKept()) << "not before the dialog is confirmed";
     settings.closeClicked();
     EXPECT_FALSE(IsKept());
-    midiSettings again(front.get());
+    midiSettings again(controls.get());
     EXPECT_FALSE(again.findChild<QCheckBox*>("keepPlayed")->isChecked());
 }
 

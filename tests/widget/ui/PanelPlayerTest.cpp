@@ -26,7 +26,7 @@ namespace {
 class PanelPlayer : public PanelTest {
 protected:
     PlayerWindow& Window() { return panel->player(); }
-    SongPlayer::Status Status() { return SongPlayer(*front).GetStatus(); }
+    SongPlayer::Status Status() { return SongPlayer(*controls).GetStatus(); }
     void OpenSong(const QString& damage = {}) {
         Window().openSong(
             {MakeSong({{0, {0x90, 5, 60, 100}}, {60'000, {0x80, 5, 60, 0}}}, 90'000), "a <b>.mid", damage});
@@ -285,7 +285,7 @@ TEST_F(PanelPlayer, SpeaksTheLanguageInForce) {
 }
 
 TEST_F(PanelPlayer, ATakeIsHeardInTheDialogThatSavesIt) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     ModalAnswers answers;
     answers.Then([this](QDialog& dialog) {
@@ -300,14 +300,14 @@ TEST_F(PanelPlayer, ATakeIsHeardInTheDialogThatSavesIt) {
     });
     Entry(Qt::ALT | Qt::Key_S).trigger();
     EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
-    EXPECT_EQ(SongPlayer(*front).GetSong(), nullptr);
+    EXPECT_EQ(SongPlayer(*controls).GetSong(), nullptr);
     Entry(Qt::ALT | Qt::Key_H).trigger();
     EXPECT_EQ(TextIn("songTitle"), "The last recording");
     EXPECT_GT(Status().lengthUs, 500'000);
 }
 
 TEST_F(PanelPlayer, ListeningEndsWithTheTake) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     ModalAnswers answers;
     answers.Then([this](QDialog& dialog) {
@@ -326,7 +326,7 @@ TEST_F(PanelPlayer, ListeningEndsWithTheTake) {
 }
 
 TEST_F(PanelPlayer, WhereATakeWouldNotBeHeardThatIsSaid) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     ModalAnswers answers;
     answers.Then([this](QDialog& dialog) {
@@ -344,14 +344,14 @@ TEST_F(PanelPlayer, WhereATakeWouldNotBeHeardThatIsSaid) {
 
 TEST_F(PanelPlayer, ListeningLeavesTheSongAsItWas) {
     OpenSong();
-    SongPlayer player(*front);
+    SongPlayer player(*controls);
     player.SetLoop(SongPlayer::Loop{5'000'000, 20'000'000});
     player.SetTempo(50);
     player.SetTransposition(-3);
     player.Seek(7'000'000);
     const auto song = player.GetSong();
     const auto other = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     ModalAnswers answers;
     answers.Then([&](QDialog& dialog) {
@@ -369,7 +369,7 @@ TEST_F(PanelPlayer, ListeningLeavesTheSongAsItWas) {
     EXPECT_EQ(Status().loop, (SongPlayer::Loop{5'000'000, 20'000'000}));
     EXPECT_EQ(Status().tempoPercent, 50);
     EXPECT_EQ(Status().transposition, -3);
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     answers.Then([&](QDialog& dialog) {
         auto& listen = In<QPushButton>(dialog, "listenBtn");
@@ -385,9 +385,9 @@ TEST_F(PanelPlayer, ListeningLeavesTheSongAsItWas) {
 }
 
 TEST_F(PanelPlayer, WhileATakeIsHeardTheWindowShowsItsOwnSong) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
-    ASSERT_TRUE(front->StopRecording());
+    ASSERT_TRUE(controls->StopRecording());
     OpenSong();
     ClickIn("songPlayBtn");
     Go(20'500);
@@ -408,7 +408,7 @@ TEST_F(PanelPlayer, WhileATakeIsHeardTheWindowShowsItsOwnSong) {
 
 TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
     const auto take = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
-    SongPlayer player(*front);
+    SongPlayer player(*controls);
     OpenSong();
     const auto own = player.GetSong();
     player.SetLoop(SongPlayer::Loop{5'000'000, 20'000'000});
@@ -417,7 +417,7 @@ TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
     player.Seek(7'000'000);
     Go(10);
     ListenButton listen(
-        *front, [&take] { return take; }, panel);
+        *controls, [&take] { return take; }, panel);
     listen.show();
     const std::vector<std::function<void()>> deeds{
         [this] { ClickIn("songPlayBtn"); },
@@ -447,9 +447,9 @@ TEST_F(PanelPlayer, WhileATakeIsHeardBesideTheWindowItsControlsAreItsOwnSongs) {
 
 TEST_F(PanelPlayer, AWindowThatIsMadeOrClosedWhileATakeIsHeardLeavesThat) {
     const auto take = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
-    SongPlayer player(*front);
+    SongPlayer player(*controls);
     ListenButton listen(
-        *front, [&take] { return take; }, panel);
+        *controls, [&take] { return take; }, panel);
     listen.show();
     listen.click();
     ModalAnswers answers;
@@ -468,8 +468,8 @@ TEST_F(PanelPlayer, AWindowThatIsMadeOrClosedWhileATakeIsHeardLeavesThat) {
 
 TEST_F(PanelPlayer, ListeningEndsNoOtherSong) {
     const auto other = MakeSong({{0, {0x90, 5, 62, 100}}}, 30'000);
-    SongPlayer player(*front);
-    ASSERT_TRUE(front->StartRecording());
+    SongPlayer player(*controls);
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     ModalAnswers answers;
     answers.Then([&](QDialog& dialog) {
@@ -487,7 +487,7 @@ TEST_F(PanelPlayer, ListeningEndsNoOtherSong) {
 
 TEST_F(PanelPlayer, ATakeThatIsOfferedIsNotHeardWhileItIsSaved) {
     OpenSong();
-    const auto song = SongPlayer(*front).GetSong();
+    const auto song = SongPlayer(*controls).GetSong();
     ModalAnswers answers;
     answers.Then([&](QDialog& dialog) {
         In<QPushButton>(dialog, "listenBtn").click();
@@ -500,22 +500,22 @@ TEST_F(PanelPlayer, ATakeThatIsOfferedIsNotHeardWhileItIsSaved) {
         EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
         dialog.reject();
     });
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     Engine().StopRecording();
     Wait([&answers] { return answers.AllGiven(); });
-    EXPECT_EQ(SongPlayer(*front).GetSong(), song);
+    EXPECT_EQ(SongPlayer(*controls).GetSong(), song);
 }
 
 TEST_F(PanelPlayer, WhyNoRecordingIsHeardIsSaid) {
     ModalAnswers answers;
     answers.Click(QMessageBox::Ok);
     Entry(Qt::ALT | Qt::Key_H).trigger();
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     PlayANote();
     answers.Refuse();
     Entry(Qt::ALT | Qt::Key_S).trigger();
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     answers.Click(QMessageBox::Ok);
     Entry(Qt::ALT | Qt::Key_H).trigger();
     ASSERT_EQ(answers.seen.size(), 3U);
@@ -527,7 +527,7 @@ TEST_F(PanelPlayer, WhyNoRecordingIsHeardIsSaid) {
 
 TEST_F(PanelPlayer, TheChoiceOfTheTempoIsKeptWhereItIsSaved) {
     const auto save = [this](const std::function<void(QDialog&)>& end) {
-        ASSERT_TRUE(front->StartRecording());
+        ASSERT_TRUE(controls->StartRecording());
         PlayANote();
         ModalAnswers answers;
         answers.Then([&](QDialog& dialog) {
@@ -554,7 +554,7 @@ TEST_F(PanelPlayer, TheChoiceOfTheTempoIsKeptWhereItIsSaved) {
 TEST_F(PanelPlayer, ATakeIsSavedWithThePanelsTempoWhereThatIsChosen) {
     Engine().SetTempo(90);
     const auto save = [this](const char* name, bool onGrid) {
-        ASSERT_TRUE(front->StartRecording());
+        ASSERT_TRUE(controls->StartRecording());
         PlayANote();
         ModalAnswers answers;
         answers.Then([&](QDialog& dialog) {

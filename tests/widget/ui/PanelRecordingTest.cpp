@@ -79,8 +79,8 @@ protected:
     }
     void CreateAgain() {
         CloseWindow();
-        front->Close();
-        front.reset();
+        controls->Close();
+        controls.reset();
         rig.engine.reset();
         CreateEngine();
     }

@@ -22,7 +22,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "QtWidgets/piano/QPiano.h"
 #include "ui/KivoraWidget.h"
@@ -170,15 +170,15 @@ protected:
     }
     ~PanelTest() override {
         CloseWindow();
-        if (front) {
-            front->Close();
+        if (controls) {
+            controls->Close();
         }
         Kivora::SetLocale("en_US", false);
     }
 
     void CreateEngine() {
         rig.Create();
-        front = std::make_unique<Kivora::EngineFront>(*rig.engine);
+        controls = std::make_unique<Kivora::EngineControls>(*rig.engine);
     }
     void ShowPanel() {
         CreateWindow();
@@ -190,7 +190,7 @@ protected:
     /// For a window that comes up with a box before it.
     void CreateWindow() {
         window = std::make_unique<QMainWindow>();
-        panel = new KivoraWidget(front.get(), window.get());
+        panel = new KivoraWidget(controls.get(), window.get());
         window->setCentralWidget(panel);
         window->setFixedSize(panel->sizeHint());
         window->show();
@@ -241,7 +241,7 @@ protected:
     QString PathOf(const std::string& name) { return QString::fromStdString((rig.folder / name).native()); }
 
     EngineRig rig;
-    std::unique_ptr<Kivora::EngineFront> front;
+    std::unique_ptr<Kivora::EngineControls> controls;
     std::unique_ptr<QMainWindow> window;
     KivoraWidget* panel = nullptr;
 

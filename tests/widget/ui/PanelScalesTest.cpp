@@ -163,7 +163,7 @@ TEST_F(PanelScales, HasNoGapsWhereItIsDrawnLarger) {
 TEST_F(PanelScales, HasNoGapsBesideTheWheels) {
     Type(Qt::Key_W, Qt::AltModifier);
     ASSERT_TRUE(Find("wheel-strip").isVisible());
-    front->SetWheel(Kivora::EWheel::kPitch, 12'345);
+    controls->SetWheel(Kivora::EWheel::kPitch, 12'345);
     for (const double scale : {1.0, 0.87, 1.337}) {
         SetScale(scale);
         ExpectSound(std::to_string(scale));

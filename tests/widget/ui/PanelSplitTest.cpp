@@ -78,7 +78,7 @@ TEST_F(PanelSplit, OneThatAPresetHidesGivesTheFocusToThePanel) {
     Click("voice-mode-split");
     Mark().setFocus(Qt::TabFocusReason);
     ASSERT_TRUE(Mark().hasFocus());
-    ASSERT_TRUE(front->LoadPreset(L"single", false));
+    ASSERT_TRUE(controls->LoadPreset(L"single", false));
     ASSERT_FALSE(Mark().isVisible());
     EXPECT_EQ(QApplication::focusWidget(), panel);
 }
@@ -178,7 +178,7 @@ TEST_F(PanelSplit, FollowsWhatAPresetSets) {
     ASSERT_TRUE(Engine().SavePreset(L"low"));
     Engine().SetSplitPoint(70);
     ExpectSplitAt(70);
-    ASSERT_TRUE(front->LoadPreset(L"low", false));
+    ASSERT_TRUE(controls->LoadPreset(L"low", false));
     ExpectSplitAt(50);
 }
 

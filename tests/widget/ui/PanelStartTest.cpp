@@ -66,8 +66,8 @@ TEST_F(PanelStart, APortThatCannotBeOpenedIsToldWithTheReasonsAndOnceUntilTheyCh
             EXPECT_EQ(FindUnaskedBox(), nullptr);
         }
         CloseWindow();
-        front->Close();
-        front.reset();
+        controls->Close();
+        controls.reset();
         rig.engine.reset();
         return answers.details;
     };
@@ -122,7 +122,7 @@ TEST_F(PanelStart, AWayToOtherProgramsThatStandsInForTheSynthesizerIsTold) {
         rig.backend.Plug(port, LibMidi::kOutput);
         rig.backend.defaultOutput = port;
         CloseWindow();
-        front.reset();
+        controls.reset();
         CreateEngine();
         CreateWindow();
         Wait([&] { return !Notice().empty(); });
@@ -319,7 +319,7 @@ TEST_F(PanelStart, WithoutAWorkingOutputNothingIsRecordedAndTheDisplaySaysSo) {
     EXPECT_FALSE(Button("record").isChecked());
     EXPECT_EQ(Notice(), "Not recording: nothing sounds, so nothing would be recorded");
     rig.GetDevice(kSynth).failsToOpen = false;
-    EXPECT_TRUE(front->SetOutputPortByIndex(0));
+    EXPECT_TRUE(controls->SetOutputPortByIndex(0));
     panel->onRecord();
     EXPECT_TRUE(Engine().IsRecording());
     EXPECT_EQ(Notice(), "");

@@ -154,13 +154,13 @@ TEST_F(PanelStatus, ThePresetLabelShowsThePresetsName) {
 
 TEST_F(PanelStatus, ALoadedPresetIsShownWhole) {
     Click("voice-mode-split");
-    front->SetPatch(19, 0);
+    controls->SetPatch(19, 0);
     Engine().SetTempo(133);
     ASSERT_TRUE(Engine().SavePreset(L"Organ and bass"));
     Click("voice-mode-single");
-    front->SetPatch(0, 0);
+    controls->SetPatch(0, 0);
     Engine().SetTempo(60);
-    ASSERT_TRUE(front->LoadPreset(L"Organ and bass", false));
+    ASSERT_TRUE(controls->LoadPreset(L"Organ and bass", false));
     EXPECT_EQ(Label("display-preset-name"), "Organ and bass");
     EXPECT_TRUE(Button("voice-mode-split").isChecked());
     EXPECT_EQ(Caption("patch1"), "20");

@@ -238,7 +238,7 @@ TEST_F(PanelStrip, WhateverEndsAHoldCentresThePitch) {
 }
 
 TEST_F(PanelStrip, ATakeThatIsStoppedWhileThePitchIsBentEndsInItsCentre) {
-    ASSERT_TRUE(front->StartRecording());
+    ASSERT_TRUE(controls->StartRecording());
     Drag(Pitch(), 30.0);
     ASSERT_GT(Bend(), PanelWheels::kPitchCentre);
     ModalAnswers answers;
@@ -446,7 +446,7 @@ TEST_F(PanelStrip, ThePedalGoesUpWithTheLastThatHoldsIt) {
 
 TEST_F(PanelStrip, APedalThatWasPressedBeforeASilenceIsLiftedWhenTheStripIsHidden) {
     Click("pedal-sustain");
-    front->AllNotesOff();
+    controls->AllNotesOff();
     QApplication::processEvents();
     EXPECT_EQ(Value(64), 127);
     Switch();
@@ -579,7 +579,7 @@ TEST_F(PanelStrip, ScreenReadersAreToldWhatItIsInBothLanguages) {
 
 TEST_F(PanelStrip, TheBendRangeIsChosenInTheMenu) {
     Entry(QString(QChar(0xB1)) + "12").trigger();
-    EXPECT_EQ(front->GetBendRange(), 12);
+    EXPECT_EQ(controls->GetBendRange(), 12);
     EXPECT_EQ(Value(6), 12);
     OnPopUp([&](QWidget&) {
         EXPECT_TRUE(Entry(QString(QChar(0xB1)) + "12").isChecked());

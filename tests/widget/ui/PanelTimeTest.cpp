@@ -110,7 +110,7 @@ TEST_F(PanelTime, TheDialogOfTheMetronomeShowsWhatIsInForceAndSetsItAtOnce) {
 
 TEST_F(PanelTime, TheDialogOfLatchAndSwingSetsEachArpeggiator) {
     Engine().WithArpeggiator(1, [](auto& arpeggiator) { arpeggiator.SetSwing(60); });
-    LatchAndSwing dialog(*front);
+    LatchAndSwing dialog(*controls);
     EXPECT_EQ(In<QSpinBox>(dialog, "swing1").value(), 50);
     EXPECT_EQ(In<QSpinBox>(dialog, "swing2").value(), 60);
     In<QCheckBox>(dialog, "latch2").setChecked(true);

@@ -121,7 +121,7 @@ TEST_F(PanelVoices, PlusAndMinusChangeTheParameterBeingEditedAndNoOther) {
     for (const bool split : {false, true}) {
         Click(split ? "voice-mode-split" : "voice-mode-dual");
         for (int slot = 0; slot < 3; ++slot) {
-            front->SetPatch(10, slot);
+            controls->SetPatch(10, slot);
             for (int i = 0; i < 5; ++i) {
                 Engine().VolumeDown(slot);
             }
@@ -268,11 +268,11 @@ TEST_F(PanelVoices, SplitModeMakesTheNotesBelow60TheBassPart) {
 }
 
 TEST_F(PanelVoices, TheParameterKeysShowTheVoicesOfTheMode) {
-    front->SetPatch(0, 0);
-    front->SetPatch(48, 1);
-    front->SetPatch(32, 2);
-    front->TransposeUp(1);
-    front->TransposeDown(2);
+    controls->SetPatch(0, 0);
+    controls->SetPatch(48, 1);
+    controls->SetPatch(32, 2);
+    controls->TransposeUp(1);
+    controls->TransposeDown(2);
     Engine().VolumeDown(1);
     Engine().VolumeDown(2);
     Engine().VolumeDown(2);
@@ -300,7 +300,7 @@ TEST_F(PanelVoices, TheParameterKeysShowTheVoicesOfTheMode) {
 }
 
 TEST_F(PanelVoices, ProgramsAreShownFromOneTo128AndTheDrumKitAsDK) {
-    front->SetPatch(127, 0);
+    controls->SetPatch(127, 0);
     EXPECT_EQ(Caption("patch1"), "128");
     Click("plus");
     EXPECT_EQ(Engine().GetPatch(0), -1);
@@ -312,15 +312,15 @@ TEST_F(PanelVoices, ProgramsAreShownFromOneTo128AndTheDrumKitAsDK) {
     Click("minus");
     EXPECT_EQ(Caption("patch1"), "DK");
     Click("voice-mode-split");
-    front->SetPatch(-1, 2);
+    controls->SetPatch(-1, 2);
     EXPECT_EQ(Caption("patch2"), "DK");
     EXPECT_EQ(Label("display-patch2-line1"), "Percussions");
     EXPECT_EQ(Label("display-patch2-line2"), "Standard Drum Kit");
 }
 
 TEST_F(PanelVoices, TheDisplayNamesThePatchesOfBothVoices) {
-    front->SetPatch(0, 0);
-    front->SetPatch(48, 1);
+    controls->SetPatch(0, 0);
+    controls->SetPatch(48, 1);
     EXPECT_EQ(Label("display-patch1-line1"), "Piano");
     EXPECT_EQ(Label("display-patch1-line2"), "Acoustic Grand Piano");
     EXPECT_EQ(Label("display-patch2-line1"), "");
@@ -333,7 +333,7 @@ TEST_F(PanelVoices, TheDisplayNamesThePatchesOfBothVoices) {
 TEST_F(PanelVoices, PatchNamesFollowTheTranslationSetting) {
     Kivora::SetLocale("ru_RU", false);
     QApplication::processEvents();
-    front->SetPatch(0, 0);
+    controls->SetPatch(0, 0);
     const std::string russian = Label("display-patch1-line2");
     EXPECT_NE(russian, "Acoustic Grand Piano");
     Engine().SetTranslatePatchNames(false);
@@ -344,14 +344,14 @@ TEST_F(PanelVoices, PatchNamesFollowTheTranslationSetting) {
 }
 
 TEST_F(PanelVoices, AProgramAbove127IsRefusedByTheNameDisplay) {
-    EXPECT_THROW(front->SetPatch(128, 0), NK::CException);
+    EXPECT_THROW(controls->SetPatch(128, 0), NK::CException);
     try {
         panel->patchChanged();
         FAIL();
     } catch (const NK::CException& error) {
         EXPECT_STREQ(error.GetMessage(), L"Invalid MIDI patch number.");
     }
-    EXPECT_NO_THROW(front->SetPatch(127, 0));
+    EXPECT_NO_THROW(controls->SetPatch(127, 0));
     EXPECT_EQ(Label("display-patch1-line2"), "Gunshot");
 }
 
@@ -371,9 +371,9 @@ TEST_F(PanelVoices, ClickingThePatchNamesChoosesTheirParameters) {
 }
 
 TEST_F(PanelVoices, RightClickOpensThePatchMenuOfItsVoice) {
-    front->SetPatch(5, 0);
-    front->SetPatch(6, 1);
-    front->SetPatch(7, 2);
+    controls->SetPatch(5, 0);
+    controls->SetPatch(6, 1);
+    controls->SetPatch(7, 2);
     const struct {
         const char* mode;
         const char* widget;
@@ -424,7 +424,7 @@ TEST_F(PanelVoices, ThePatchMenuOpensAtTheClickedPoint) {
 }
 
 TEST_F(PanelVoices, OnlyADifferentChoiceSetsThePatch) {
-    front->SetPatch(5, 0);
+    controls->SetPatch(5, 0);
     SignalLog log(Engine());
     const auto choose = [&](int program) {
         OnPopUp([program](QWidget& popUp) {

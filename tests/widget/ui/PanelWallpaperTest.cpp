@@ -239,8 +239,8 @@ TEST_F(PanelWallpaper, AFailureIsToldOnceWhileColoursAreTriedOut) {
 TEST_F(PanelWallpaper, AFailureAtTheStartIsToldOnceUntilItChangesAndWithTheWindowThere) {
     const auto startAgain = [this](bool expected) {
         CloseWindow();
-        front->Close();
-        front.reset();
+        controls->Close();
+        controls.reset();
         rig.engine.reset();
         CreateEngine();
         ModalAnswers answers;

@@ -112,8 +112,8 @@ TEST(ParameterEditor, WithoutAnEngineNothingIsEditedAndTheSecondVoiceIsSlot1) {
 
 TEST(ParameterEditor, TheSecondaryVoiceIsSlot1ButInSplitModeSlot2) {
     EngineRig rig;
-    Kivora::EngineFront front(rig.CreateOpen());
-    const ParameterEditor editor(&front);
+    Kivora::EngineControls controls(rig.CreateOpen());
+    const ParameterEditor editor(&controls);
     EXPECT_EQ(editor.SecondarySlot(), 1);
     rig.engine->SetSplit(true);
     EXPECT_EQ(editor.SecondarySlot(), 2);

@@ -11,7 +11,7 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "ui/dialogs/QPresetNameValidator.h"
 #include "unit/engine/EngineRig.h"
@@ -27,7 +27,7 @@ class Presets : public testing::Test {
 protected:
     Presets() {
         rig.CreateOpen();
-        front.emplace(*rig.engine);
+        controls.emplace(*rig.engine);
     }
     void AddUser(const wchar_t* name) { ASSERT_TRUE(rig.engine->SavePreset(name)); }
     void AddMany() {
@@ -42,7 +42,7 @@ protected:
         std::filesystem::rename(rig.folder / "user" / "Presets" / file, rig.folder / "factory" / file);
     }
     void Open(bool saveMode) {
-        dialog = std::make_unique<PresetList>(&*front, saveMode);
+        dialog = std::make_unique<PresetList>(&*controls, saveMode);
         dialog->show();
         dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
@@ -70,7 +70,7 @@ protected:
     bool UserHas(const wchar_t* name) { return rig.engine->PresetExists(name, false); }
 
     KivoraTest::EngineRig rig;
-    std::optional<Kivora::EngineFront> front;
+    std::optional<Kivora::EngineControls> controls;
     std::unique_ptr<PresetList> dialog;
     ModalBoxes boxes;
 };
@@ -277,9 +277,9 @@ TEST_F(Presets, TheArrowKeysNameThePresetToo) {
 TEST_F(Presets, TheFocusArrivingAtTheListLeavesTheName) {
     AddUser(L"Alto");
     AddUser(L"Bass");
-    front.reset();
+    controls.reset();
     rig.CreateOpen();  // whose preset has no name
-    front.emplace(*rig.engine);
+    controls.emplace(*rig.engine);
     Open(true);
     EXPECT_EQ(Name().text(), "");
     EXPECT_FALSE(Button("saveBtn").isEnabled());
@@ -430,7 +430,7 @@ TEST_F(Presets, ALongListStaysWhereItIsWhenAPresetIsDeleted) {
 
 TEST_F(Presets, ALongListOpensAtTheCurrentPreset) {
     AddMany();
-    ASSERT_TRUE(front->LoadPreset(L"Preset 65", false));
+    ASSERT_TRUE(controls->LoadPreset(L"Preset 65", false));
     for (const bool saveMode : {false, true}) {
         Open(saveMode);
         ASSERT_NE(List().currentItem(), nullptr);

@@ -5,7 +5,7 @@
 
 #include <QPointer>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "ui/parts/MessageBoxes.h"
 #include "widget/ui/PanelRig.h"
 

@@ -1,4 +1,4 @@
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
@@ -8,7 +8,7 @@
 
 namespace Kivora {
 
-EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
+EngineControls::EngineControls(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
         const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
         wheels_.Follow(message);
@@ -25,7 +25,7 @@ EngineFront::EngineFront(CKivora& engine) : engine_(engine) {
     engine_.KeepOrder();
 }
 
-EngineFront::~EngineFront() {
+EngineControls::~EngineControls() {
     // Under the lock, with which every message is emitted: none is being told to this object.
     engine_.WithLock([this] {
         QObject::disconnect(connection_);
@@ -33,7 +33,7 @@ EngineFront::~EngineFront() {
     });
 }
 
-void EngineFront::Silence() {
+void EngineControls::Silence() {
     NK_ASSERT_THREAD_ROLE(gui);
     engine_.SettleOutput();
     if (pedal_ != 0) {
@@ -46,7 +46,7 @@ void EngineFront::Silence() {
     engine_.SettleOutput();
 }
 
-void EngineFront::HoldPedal(bool PedalHolders::*holder, bool on) {
+void EngineControls::HoldPedal(bool PedalHolders::*holder, bool on) {
     engine_.WithLock([&] {
         const std::uint8_t value = engine_.WithExtras([&](EngineExtras& extras) {
             extras.pedal.*holder = on;
@@ -56,11 +56,11 @@ void EngineFront::HoldPedal(bool PedalHolders::*holder, bool on) {
     });
 }
 
-void EngineFront::ForgetPedal() {
+void EngineControls::ForgetPedal() {
     engine_.WithExtras([](EngineExtras& extras) { extras.pedal = {}; });
 }
 
-void EngineFront::Restore(const Held& held) {
+void EngineControls::Restore(const Held& held) {
     if (held.pedal != 0) {
         engine_.SendSustain(held.pedal);
     }
@@ -71,14 +71,14 @@ void EngineFront::Restore(const Held& held) {
     }
 }
 
-void EngineFront::SetWheel(EWheel wheel, int value) {
+void EngineControls::SetWheel(EWheel wheel, int value) {
     engine_.WithLock([&] {
         engine_.PlayControl(PanelWheels::ToMessage(wheel, value));
         wheels_.Set(wheel, value);  // after the message, which is followed as anybody's
     });
 }
 
-void EngineFront::RestWheels() {
+void EngineControls::RestWheels() {
     engine_.WithLock([this] {
         for (const EWheel wheel : PanelWheels::kAll) {
             if (!wheels_.IsAtRest(wheel)) {
@@ -88,7 +88,7 @@ void EngineFront::RestWheels() {
     });
 }
 
-void EngineFront::RestWheelsAndPedals() {
+void EngineControls::RestWheelsAndPedals() {
     engine_.WithLock([this] {
         RestWheels();
         if (engine_.WithExtras([](const EngineExtras& extras) { return extras.pedal.strip; })) {
@@ -97,18 +97,18 @@ void EngineFront::RestWheelsAndPedals() {
     });
 }
 
-void EngineFront::SetBendRange(int semitones) {
+void EngineControls::SetBendRange(int semitones) {
     engine_.WithLock([&] {
         engine_.WithExtras([semitones](EngineExtras& extras) { extras.bendRange.Choose(semitones); });
         engine_.SendBendRange();
     });
 }
 
-int EngineFront::GetBendRange() const {
+int EngineControls::GetBendRange() const {
     return engine_.WithExtras([](const EngineExtras& extras) { return extras.bendRange.Get(); });
 }
 
-void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
+void EngineControls::EndSong(const std::function<void(SongPlayback&)>& end) {
     engine_.WithLock([&] {
         const bool played = engine_.WithExtras([&end](EngineExtras& extras) {
             const bool plays = extras.song->NeedsTick();
@@ -123,7 +123,7 @@ void EngineFront::EndSong(const std::function<void(SongPlayback&)>& end) {
     });
 }
 
-void EngineFront::RestoreAfterSong() {
+void EngineControls::RestoreAfterSong() {
     const bool hasMovedSostenuto = engine_.WithExtras([this](const EngineExtras& extras) {
         bool hasMoved = false;
         for (int slot = 0; slot < CKivora::kSlotCount; ++slot) {
@@ -138,15 +138,15 @@ void EngineFront::RestoreAfterSong() {
     Restore(held);
 }
 
-void EngineFront::PauseSong() {
+void EngineControls::PauseSong() {
     EndSong([](SongPlayback& song) { song.Pause(); });
 }
 
-void EngineFront::StopSong() {
+void EngineControls::StopSong() {
     EndSong([](SongPlayback& song) { song.Stop(); });
 }
 
-void EngineFront::AllNotesOff() {
+void EngineControls::AllNotesOff() {
     engine_.WithLock([&] {
         const Held held = GetHeld();
         Silence();
@@ -154,7 +154,7 @@ void EngineFront::AllNotesOff() {
     });
 }
 
-void EngineFront::Panic() {
+void EngineControls::Panic() {
     engine_.WithLock([&] {
         StopSong();
         Silence();
@@ -163,14 +163,14 @@ void EngineFront::Panic() {
     });
 }
 
-void EngineFront::SetVoiceMode(bool dual, bool split) {
+void EngineControls::SetVoiceMode(bool dual, bool split) {
     engine_.WithLock([&] {
         engine_.SetDual(dual);
         engine_.SetSplit(split);
     });
 }
 
-void EngineFront::ChangePatch(int slot, int patch) {
+void EngineControls::ChangePatch(int slot, int patch) {
     const bool crosses = VoiceSlots::IsPercussion(patch) != VoiceSlots::IsPercussion(engine_.GetPatch(slot));
     const Held held = GetHeld();
     if (crosses) {
@@ -183,25 +183,25 @@ void EngineFront::ChangePatch(int slot, int patch) {
     }
 }
 
-void EngineFront::SetPatch(int patch, int slot) {
+void EngineControls::SetPatch(int patch, int slot) {
     engine_.WithLock([&] { ChangePatch(slot, patch); });
 }
 
-void EngineFront::NextPatch(int slot) {
+void EngineControls::NextPatch(int slot) {
     engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetNextPatch(engine_.GetPatch(slot))); });
 }
 
-void EngineFront::PrevPatch(int slot) {
+void EngineControls::PrevPatch(int slot) {
     engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
 }
 
-void EngineFront::TapTempo() {
+void EngineControls::TapTempo() {
     if (const std::optional<int> tempo = engine_.Tap()) {
         engine_.SetTempoInBar(*tempo);
     }
 }
 
-void EngineFront::ChangeTempo(int tempo) {
+void EngineControls::ChangeTempo(int tempo) {
     if (IsArpeggioPlaying()) {
         engine_.SetTempoInBar(tempo);
     } else {
@@ -209,7 +209,7 @@ void EngineFront::ChangeTempo(int tempo) {
     }
 }
 
-bool EngineFront::IsArpeggioPlaying() {
+bool EngineControls::IsArpeggioPlaying() {
     bool plays = false;
     for (int index = 0; engine_.IsArpeggiating() && index < CKivora::kArpeggiatorCount; ++index) {
         plays = plays || engine_.WithArpeggiator(
@@ -218,7 +218,7 @@ bool EngineFront::IsArpeggioPlaying() {
     return plays;
 }
 
-void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
+void EngineControls::ChangeArpeggiator(int index, const std::function<void(NK::MIDI::CArpeggiator1&)>& change) {
     engine_.WithArpeggiator(index, [&](NK::MIDI::CArpeggiator1& arpeggiator) {
         const auto hears = [&arpeggiator] {
             return std::pair(arpeggiator.IsBypassed(), arpeggiator.GetSettings().inChannel);
@@ -232,7 +232,7 @@ void EngineFront::ChangeArpeggiator(int index, const std::function<void(NK::MIDI
     });
 }
 
-void EngineFront::RaiseGates() {
+void EngineControls::RaiseGates() {
     for (int index = 0; index < CKivora::kArpeggiatorCount; ++index) {
         engine_.WithArpeggiator(index, [](NK::MIDI::CArpeggiator1& arpeggiator) {
             if (!(arpeggiator.GetDurationPercent() > 0)) {
@@ -242,7 +242,7 @@ void EngineFront::RaiseGates() {
     }
 }
 
-bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
+bool EngineControls::ReplaceVoices(const std::function<bool()>& load) {
     return engine_.WithLock([&] {
         const Held held = GetHeld();
         Silence();
@@ -254,19 +254,19 @@ bool EngineFront::ReplaceVoices(const std::function<bool()>& load) {
     });
 }
 
-bool EngineFront::LoadPreset(const NK::CString& name, bool factory) {
+bool EngineControls::LoadPreset(const NK::CString& name, bool factory) {
     NK::CIniFile file;
     return engine_.ReadPreset(name, factory, file) && ReplaceVoices([&] { return engine_.ApplyPreset(name, file); });
 }
 
-bool EngineFront::LoadSettings() {
+bool EngineControls::LoadSettings() {
     engine_.WithLock([this] { Silence(); });
     const bool loaded = engine_.LoadSettings();
     RaiseGates();
     return loaded;
 }
 
-bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
+bool EngineControls::ChangeOutput(const std::function<bool()>& change) {
     const Held held = GetHeld();
     Silence();
     if (!engine_.IsOutputReady()) {
@@ -278,7 +278,7 @@ bool EngineFront::ChangeOutput(const std::function<bool()>& change) {
     return changed;
 }
 
-bool EngineFront::SetOutputPortByIndex(int index) {
+bool EngineControls::SetOutputPortByIndex(int index) {
     return engine_.WithLock([&] {
         if (engine_.IsOutputLost()) {
             // Before the pedal is looked at: the input's is not to be pressed again in its place.
@@ -289,7 +289,7 @@ bool EngineFront::SetOutputPortByIndex(int index) {
     });
 }
 
-bool EngineFront::ReplaceLostOutput(int index) {
+bool EngineControls::ReplaceLostOutput(int index) {
     const NK::CStringArray names = engine_.GetOutputPortNames();
     if (index < 0 || index >= static_cast<int>(names.GetSize())) {
         return false;
@@ -312,7 +312,7 @@ bool EngineFront::ReplaceLostOutput(int index) {
     return engine_.GetOutputPortIndex() >= 0;
 }
 
-bool EngineFront::SetInputPortByIndex(int index) {
+bool EngineControls::SetInputPortByIndex(int index) {
     return engine_.WithLock([&] {
         if (index != engine_.GetInputPortIndex()) {
             engine_.ReleaseInputKeys();
@@ -321,7 +321,7 @@ bool EngineFront::SetInputPortByIndex(int index) {
     });
 }
 
-void EngineFront::OpenPorts() {
+void EngineControls::OpenPorts() {
     engine_.WithLock([&] {
         engine_.ReleaseInputKeys();
         ChangeOutput([&] {
@@ -336,7 +336,7 @@ void EngineFront::OpenPorts() {
     });
 }
 
-void EngineFront::OpenRemainingPorts() {
+void EngineControls::OpenRemainingPorts() {
     const auto attempt = [](auto open) {
         try {
             open();
@@ -352,7 +352,7 @@ void EngineFront::OpenRemainingPorts() {
     }
 }
 
-bool EngineFront::RescanPorts() {
+bool EngineControls::RescanPorts() {
     return engine_.WithLock([&] {
         if (engine_.IsRecording()) {
             return false;
@@ -362,7 +362,7 @@ bool EngineFront::RescanPorts() {
     });
 }
 
-bool EngineFront::ReopenOutput() {
+bool EngineControls::ReopenOutput() {
     return engine_.WithLock([&] {
         const bool opened = engine_.ReopenOutputPort();
         if (opened) {
@@ -372,7 +372,7 @@ bool EngineFront::ReopenOutput() {
     });
 }
 
-bool EngineFront::StartRecording() {
+bool EngineControls::StartRecording() {
     return engine_.WithLock([&] {
         const Held held = GetHeld();
         const bool started = engine_.StartRecording();
@@ -384,14 +384,14 @@ bool EngineFront::StartRecording() {
     });
 }
 
-bool EngineFront::StopRecording() {
+bool EngineControls::StopRecording() {
     return engine_.WithLock([&] {
         engine_.SettleOutput();
         return engine_.StopRecording();
     });
 }
 
-void EngineFront::FallSilent() {
+void EngineControls::FallSilent() {
     engine_.WithLock([&] {
         PauseSong();
         engine_.ReleaseInputKeys();
@@ -400,7 +400,7 @@ void EngineFront::FallSilent() {
     });
 }
 
-void EngineFront::Close() {
+void EngineControls::Close() {
     engine_.WithLock([&] {
         StopSong();
         // The indicators go on, which tell what is saved; but no beat is to sound after the silence.

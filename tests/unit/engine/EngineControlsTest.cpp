@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "engine/EngineFront.h"
+#include "engine/EngineControls.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
@@ -11,9 +11,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-class Front : public testing::Test {
+class Controls : public testing::Test {
 protected:
-    Front() {
+    Controls() {
         Listen(kSynth, synth);
         Listen(kOtherSynth, otherSynth);
         engine.SetInputPortByName(kKeyboard);
@@ -30,61 +30,61 @@ protected:
     SynthModel synth;
     SynthModel otherSynth;
     Kivora::CKivora& engine = rig.CreateOpen();
-    Kivora::EngineFront front{engine};
+    Kivora::EngineControls controls{engine};
 };
 }  // namespace
 
-TEST_F(Front, APatchChangeAcrossThePercussionBorderWithAKeyHeldLeavesNoNote) {
+TEST_F(Controls, APatchChangeAcrossThePercussionBorderWithAKeyHeldLeavesNoNote) {
     for (const bool toPercussion : {true, false}) {
         engine.PlayNoteOn(60, 100);
         EXPECT_TRUE(IsSounding());
-        front.SetPatch(toPercussion ? -1 : 5, 0);
+        controls.SetPatch(toPercussion ? -1 : 5, 0);
         EXPECT_FALSE(IsSounding());
         engine.PlayNoteOff(60);
         EXPECT_FALSE(IsSounding());
     }
 }
 
-TEST_F(Front, SteppingThePatchAcrossThePercussionBorderLeavesNoNote) {
+TEST_F(Controls, SteppingThePatchAcrossThePercussionBorderLeavesNoNote) {
     engine.PlayNoteOn(60, 100);
-    front.PrevPatch(0);
+    controls.PrevPatch(0);
     EXPECT_EQ(engine.GetPatch(0), -1);
     engine.PlayNoteOff(60);
     EXPECT_FALSE(IsSounding());
     engine.PlayNoteOn(60, 100);
-    front.NextPatch(0);
+    controls.NextPatch(0);
     EXPECT_EQ(engine.GetPatch(0), 0);
     engine.PlayNoteOff(60);
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, APatchChangeAcrossThePercussionBorderWithThePedalHeldTakesThePedalAlong) {
-    front.SetSustain(true);
+TEST_F(Controls, APatchChangeAcrossThePercussionBorderWithThePedalHeldTakesThePedalAlong) {
+    controls.SetSustain(true);
     engine.PlayNoteOn(60, 100);
     engine.PlayNoteOff(60);
     EXPECT_TRUE(IsSounding());
-    front.SetPatch(-1, 0);
+    controls.SetPatch(-1, 0);
     EXPECT_FALSE(IsSounding());
     EXPECT_FALSE(synth.IsPedalDown(0));
     EXPECT_TRUE(synth.IsPedalDown(9));
-    front.SetSustain(false);
+    controls.SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown());
 }
 
-TEST_F(Front, APatchChangeThatStaysOnItsSideOfTheBorderLeavesTheNotesAlone) {
+TEST_F(Controls, APatchChangeThatStaysOnItsSideOfTheBorderLeavesTheNotesAlone) {
     engine.PlayNoteOn(60, 100);
-    front.SetPatch(5, 0);
-    front.NextPatch(0);
+    controls.SetPatch(5, 0);
+    controls.NextPatch(0);
     EXPECT_TRUE(IsSounding());
     engine.PlayNoteOff(60);
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, ReplacingTheVoicesWithKeysHeldLeavesNoNote) {
+TEST_F(Controls, ReplacingTheVoicesWithKeysHeldLeavesNoNote) {
     engine.PlayNoteOn(60, 100);
     rig.GetKeyboard().Deliver(0x90, 50, 100);
-    EXPECT_TRUE(front.ReplaceVoices([this] {
+    EXPECT_TRUE(controls.ReplaceVoices([this] {
         EXPECT_FALSE(IsSounding()) << "silence comes first";
         engine.SetPatch(-1, 0);
         return true;
@@ -95,18 +95,18 @@ TEST_F(Front, ReplacingTheVoicesWithKeysHeldLeavesNoNote) {
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, ReplacingTheVoicesSendsTheVolumesAfterwardsAndPassesTheResultOn) {
+TEST_F(Controls, ReplacingTheVoicesSendsTheVolumesAfterwardsAndPassesTheResultOn) {
     SignalLog shown(engine);
-    EXPECT_FALSE(front.ReplaceVoices([] { return false; }));
+    EXPECT_FALSE(controls.ReplaceVoices([] { return false; }));
     const std::vector<std::string> messages = shown.TakeMessages();
     ASSERT_GE(messages.size(), 3U);
     EXPECT_THAT(std::vector<std::string>(messages.end() - 3, messages.end()),
                 ElementsAre("b0 07 64", "b1 07 64", "b2 07 64"));
 }
 
-TEST_F(Front, AGateOf0PercentFromAFileIsRaised) {
-    front.SetArpeggiating(true);
-    front.ReplaceVoices([this] {
+TEST_F(Controls, AGateOf0PercentFromAFileIsRaised) {
+    controls.SetArpeggiating(true);
+    controls.ReplaceVoices([this] {
         engine.WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetDurationPercent(0); });
         return true;
     });
@@ -116,73 +116,73 @@ TEST_F(Front, AGateOf0PercentFromAFileIsRaised) {
     rig.Run(300);
     EXPECT_FALSE(IsSounding());
     EXPECT_EQ(engine.WithArpeggiator(0, [](auto& arpeggiator) { return arpeggiator.GetDurationPercent(); }),
-              Kivora::EngineFront::kSmallestGatePercent);
+              Kivora::EngineControls::kSmallestGatePercent);
     EXPECT_EQ(engine.WithArpeggiator(1, [](auto& arpeggiator) { return arpeggiator.GetDurationPercent(); }), 200.0);
 }
 
-TEST_F(Front, SwitchingAnArpeggiatorOnOrOffWithKeysHeldLeavesNoNote) {
-    front.SetArpeggiating(true);
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+TEST_F(Controls, SwitchingAnArpeggiatorOnOrOffWithKeysHeldLeavesNoNote) {
+    controls.SetArpeggiating(true);
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
     engine.PlayNoteOn(60, 100);
     EXPECT_TRUE(IsSounding());
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(false); });
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(false); });
     EXPECT_FALSE(IsSounding());
     engine.PlayNoteOff(60);
     EXPECT_FALSE(IsSounding()) << "the arpeggiator has taken the note-off over";
     engine.PlayNoteOn(60, 100);
     rig.Run(300);
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetBypassed(true); });
     rig.Run(1000);
     engine.PlayNoteOff(60);
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, OtherChangesOfAnArpeggiatorLeaveTheNotesAlone) {
+TEST_F(Controls, OtherChangesOfAnArpeggiatorLeaveTheNotesAlone) {
     engine.PlayNoteOn(60, 100);
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetDirection(3); });
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetDirection(3); });
     EXPECT_TRUE(IsSounding());
 }
 
-TEST_F(Front, AnOutputPortChangeWithKeysHeldLeavesNoNoteOnEitherPort) {
+TEST_F(Controls, AnOutputPortChangeWithKeysHeldLeavesNoNoteOnEitherPort) {
     engine.PlayNoteOn(60, 100);
     rig.GetKeyboard().Deliver(0x90, 50, 100);
     EXPECT_TRUE(IsSounding());
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_FALSE(synth.IsSounding());
     engine.PlayNoteOff(60);
     rig.RunPlayer();
     EXPECT_FALSE(otherSynth.IsSounding());
 }
 
-TEST_F(Front, AnOutputPortChangeWithThePedalHeldLiftsItOnTheOldPort) {
-    front.SetSustain(true);
+TEST_F(Controls, AnOutputPortChangeWithThePedalHeldLiftsItOnTheOldPort) {
+    controls.SetSustain(true);
     engine.PlayNoteOn(60, 100);
-    front.SetOutputPortByIndex(1);
+    controls.SetOutputPortByIndex(1);
     EXPECT_FALSE(synth.IsSounding());
     EXPECT_FALSE(synth.IsPedalDown());
     rig.RunPlayer();
     EXPECT_TRUE(otherSynth.IsPedalDown());
-    front.SetSustain(false);
+    controls.SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(otherSynth.IsPedalDown());
 }
 
-TEST_F(Front, ThePedalPressedAndLiftedWithoutAnOutputIsUpOnTheNextOne) {
+TEST_F(Controls, ThePedalPressedAndLiftedWithoutAnOutputIsUpOnTheNextOne) {
     engine.CloseOutputPort();
     for (int i = 0; i < 10; ++i) {
-        front.SetSustain(true);
-        front.SetSustain(false);
+        controls.SetSustain(true);
+        controls.SetSustain(false);
     }
-    front.SetOutputPortByIndex(1);
+    controls.SetOutputPortByIndex(1);
     rig.RunPlayer();
     EXPECT_FALSE(otherSynth.IsPedalDown());
 }
 
-TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
-    front.SetArpeggiating(true);
+TEST_F(Controls, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
+    controls.SetArpeggiating(true);
     // A half note at 40 beats per minute: longer than all waits of a port change.
     engine.SetTempo(40);
-    front.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(384, 100); });
+    controls.ChangeArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(384, 100); });
     rig.GetDevice(kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
         // A channel that no voice has, which controller 123 does not reach.
         LibMidi::MIDIEvent moved = event;
@@ -194,11 +194,11 @@ TEST_F(Front, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
     engine.PlayNoteOn(60, 100);
     rig.Run(3100);
     EXPECT_TRUE(synth.IsSounding());
-    front.SetOutputPortByIndex(1);
+    controls.SetOutputPortByIndex(1);
     EXPECT_FALSE(synth.IsSounding());
 }
 
-TEST_F(Front, WhatTheSostenutoPedalKeepsEndsWhereverNotesAreEnded) {
+TEST_F(Controls, WhatTheSostenutoPedalKeepsEndsWhereverNotesAreEnded) {
     const auto keep = [this] {
         rig.GetKeyboard().Deliver(0x90, 60, 100);
         rig.GetKeyboard().Deliver(0xB0, 66, 127);
@@ -211,80 +211,80 @@ TEST_F(Front, WhatTheSostenutoPedalKeepsEndsWhereverNotesAreEnded) {
         EXPECT_FALSE(synth.IsSostenutoDown()) << after;
     };
     keep();
-    front.SetPatch(-1, 0);
+    controls.SetPatch(-1, 0);
     expectSilence("a patch change across the percussion border");
     keep();
-    front.AllNotesOff();
+    controls.AllNotesOff();
     expectSilence("all notes off");
     keep();
-    front.Panic();
+    controls.Panic();
     expectSilence("a panic");
     keep();
     rig.GetKeyboard().Lose(1);
     expectSilence("a loss");
     keep();
-    front.SetInputPortByIndex(1);
+    controls.SetInputPortByIndex(1);
     expectSilence("another input");
-    front.SetInputPortByIndex(0);
+    controls.SetInputPortByIndex(0);
     keep();
-    front.SetOutputPortByIndex(1);
+    controls.SetOutputPortByIndex(1);
     expectSilence("another output");
-    front.SetOutputPortByIndex(0);
+    controls.SetOutputPortByIndex(0);
     keep();
-    front.Close();
+    controls.Close();
     expectSilence("closing");
 }
 
-TEST_F(Front, AnInputPortChangeEndsTheKeysThatTheOldInputHolds) {
+TEST_F(Controls, AnInputPortChangeEndsTheKeysThatTheOldInputHolds) {
     rig.GetKeyboard().Deliver(0x90, 60, 100);
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
     engine.PlayNoteOn(70, 100);
-    EXPECT_TRUE(front.SetInputPortByIndex(1));
+    EXPECT_TRUE(controls.SetInputPortByIndex(1));
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPressed(0, 60));
     EXPECT_FALSE(synth.IsPedalDown());
     EXPECT_TRUE(synth.IsPressed(0, 70)) << "the keys of other sources go on";
 }
 
-TEST_F(Front, ChoosingTheSameInputLeavesItsKeysAlone) {
+TEST_F(Controls, ChoosingTheSameInputLeavesItsKeysAlone) {
     rig.GetKeyboard().Deliver(0x90, 60, 100);
-    EXPECT_TRUE(front.SetInputPortByIndex(0));
+    EXPECT_TRUE(controls.SetInputPortByIndex(0));
     EXPECT_TRUE(IsSounding());
 }
 
-TEST_F(Front, ARescanWithKeysHeldLeavesNoNote) {
+TEST_F(Controls, ARescanWithKeysHeldLeavesNoNote) {
     rig.GetKeyboard().Deliver(0x90, 60, 100);
     engine.PlayNoteOn(70, 100);
-    EXPECT_TRUE(front.RescanPorts());
+    EXPECT_TRUE(controls.RescanPorts());
     EXPECT_FALSE(IsSounding());
     EXPECT_TRUE(engine.IsOutputReady());
 }
 
-TEST_F(Front, ARescanWhileRecordingIsRefusedAndSilencesNothing) {
-    front.StartRecording();
+TEST_F(Controls, ARescanWhileRecordingIsRefusedAndSilencesNothing) {
+    controls.StartRecording();
     engine.PlayNoteOn(70, 100);
-    EXPECT_FALSE(front.RescanPorts());
+    EXPECT_FALSE(controls.RescanPorts());
     EXPECT_TRUE(IsSounding());
 }
 
-TEST_F(Front, APedalThatIsDownWhenARecordingStartsGoesDownAgainInTheRecording) {
-    front.SetSustain(true);
+TEST_F(Controls, APedalThatIsDownWhenARecordingStartsGoesDownAgainInTheRecording) {
+    controls.SetSustain(true);
     rig.TakeWritten();
-    ASSERT_TRUE(front.StartRecording());
+    ASSERT_TRUE(controls.StartRecording());
     rig.RunPlayer();
     EXPECT_THAT(rig.TakeWritten(), testing::IsSupersetOf({"b0 40 7f", "b1 40 7f", "b2 40 7f"}));
     EXPECT_EQ(engine.GetRecordedCount(), 9) << "patches, volumes and the pedal";
-    EXPECT_FALSE(front.StartRecording());
+    EXPECT_FALSE(controls.StartRecording());
     rig.RunPlayer();
     EXPECT_EQ(engine.GetRecordedCount(), 9);
 }
 
-TEST_F(Front, ASavedOutputThatFailsDoesNotCostTheInput) {
+TEST_F(Controls, ASavedOutputThatFailsDoesNotCostTheInput) {
     engine.CloseInputPort();
     engine.SetSavedOutputPortName(kOtherSynth);
     rig.GetDevice(kOtherSynth).failsToOpen = true;
     try {
-        front.OpenPorts();
+        controls.OpenPorts();
         ADD_FAILURE() << "nothing thrown";
     } catch (const NK::CException& failure) {
         EXPECT_STREQ(failure.GetMessage(), L"Failed to open output MIDI port.");
@@ -292,15 +292,15 @@ TEST_F(Front, ASavedOutputThatFailsDoesNotCostTheInput) {
     EXPECT_EQ(engine.GetInputPortIndex(), 0);
 }
 
-TEST_F(Front, AFirstInputThatFailsDoesNotCostTheOutput) {
-    front.Close();
+TEST_F(Controls, AFirstInputThatFailsDoesNotCostTheOutput) {
+    controls.Close();
     engine.CloseOutputPort();
     engine.SetSavedInputPortName(NK::CString());
     engine.SetSavedOutputPortName(NK::CString());
     rig.backend.defaultInput = kKeyboard;
     rig.GetDevice(kKeyboard).failsToOpen = true;
     try {
-        front.OpenPorts();
+        controls.OpenPorts();
         ADD_FAILURE() << "nothing thrown";
     } catch (const NK::CException& failure) {
         EXPECT_STREQ(failure.GetMessage(), L"Failed to open input MIDI port: Keyboard");
@@ -311,14 +311,14 @@ TEST_F(Front, AFirstInputThatFailsDoesNotCostTheOutput) {
 
 // A port that was lost.
 
-TEST_F(Front, InPlaceOfALostOutputTheDevicesAreLookedForFirst) {
+TEST_F(Controls, InPlaceOfALostOutputTheDevicesAreLookedForFirst) {
     rig.GetDevice(kSynth).failsToWrite = true;
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
     ASSERT_TRUE(engine.IsOutputLost());
     rig.backend.Unplug(kSynth);
     const int created = rig.backend.created;
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_EQ(rig.backend.created, created + 1);
     EXPECT_EQ(engine.GetOutputPortName(), kOtherSynth);
     EXPECT_EQ(engine.GetOutputPortIndex(), 0) << "its place in the new list";
@@ -328,113 +328,113 @@ TEST_F(Front, InPlaceOfALostOutputTheDevicesAreLookedForFirst) {
     EXPECT_THAT(rig.TakeWritten(kOtherSynth), ElementsAre("90 3e 64"));
 }
 
-TEST_F(Front, ThePedalOfTheInputIsUpOnTheOutputInPlaceOfALostOne) {
+TEST_F(Controls, ThePedalOfTheInputIsUpOnTheOutputInPlaceOfALostOne) {
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
     rig.GetDevice(kSynth).failsToWrite = true;
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
-    EXPECT_TRUE(front.SetOutputPortByIndex(1));
+    EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     rig.RunPlayer();
     EXPECT_FALSE(otherSynth.IsPedalDown()) << "the input was opened anew and would never lift it";
 }
 
-TEST_F(Front, ALostOutputComesBackUnderItsName) {
+TEST_F(Controls, ALostOutputComesBackUnderItsName) {
     rig.GetDevice(kSynth).failsToWrite = true;
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
     rig.backend.Unplug(kSynth);
-    EXPECT_FALSE(front.SetOutputPortByIndex(0)) << "it is not back yet";
+    EXPECT_FALSE(controls.SetOutputPortByIndex(0)) << "it is not back yet";
     EXPECT_EQ(engine.GetOutputPortName(), kSynth) << "and stays the saved one";
-    EXPECT_FALSE(front.SetOutputPortByIndex(5));
+    EXPECT_FALSE(controls.SetOutputPortByIndex(5));
     Listen(rig.backend.Plug(kSynth, LibMidi::kOutput).name.c_str(), synth);
-    EXPECT_TRUE(front.RescanPorts());
+    EXPECT_TRUE(controls.RescanPorts());
     EXPECT_TRUE(engine.IsOutputReady());
     EXPECT_EQ(engine.GetOutputPortIndex(), 1);
 }
 
-TEST_F(Front, WhenTheReplacementOfALostOutputFailsTheSavedNameStays) {
+TEST_F(Controls, WhenTheReplacementOfALostOutputFailsTheSavedNameStays) {
     rig.GetDevice(kSynth).failsToWrite = true;
     engine.PlayNoteOn(60, 100);
     rig.Run(2);
     rig.GetDevice(kOtherSynth).failsToOpen = true;
-    EXPECT_THROW(front.SetOutputPortByIndex(1), NK::CException);
+    EXPECT_THROW(controls.SetOutputPortByIndex(1), NK::CException);
     EXPECT_EQ(engine.GetOutputPortName(), kSynth);
     EXPECT_EQ(engine.GetInputPortIndex(), 0);
 }
 
-TEST_F(Front, ClosingSilencesFirstAndLetsThePlayerWriteIt) {
+TEST_F(Controls, ClosingSilencesFirstAndLetsThePlayerWriteIt) {
     engine.PlayNoteOn(60, 100);
-    front.SetSustain(true);
+    controls.SetSustain(true);
     rig.GetKeyboard().Deliver(0x90, 50, 100);
     EXPECT_TRUE(IsSounding());
-    front.Close();
+    controls.Close();
     EXPECT_FALSE(synth.IsSounding());
     EXPECT_FALSE(synth.IsPedalDown());
     EXPECT_FALSE(rig.GetDevice(kKeyboard).isOpen);
 }
 
-TEST_F(Front, NoNoteOnIsOvertakenByAController123QueuedAfterIt) {
+TEST_F(Controls, NoNoteOnIsOvertakenByAController123QueuedAfterIt) {
     for (const bool split : {true, false}) {
         for (int note = 40; note < 60; ++note) {
             engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
         }
-        front.SetVoiceMode(false, split);
+        controls.SetVoiceMode(false, split);
         EXPECT_FALSE(IsSounding());
     }
     for (int note = 40; note < 80; ++note) {
         engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
     }
-    front.TransposeUp(0);
+    controls.TransposeUp(0);
     EXPECT_FALSE(IsSounding());
     for (int note = 40; note < 80; ++note) {
         engine.PlayNoteOn(static_cast<std::uint8_t>(note), 100);
     }
-    front.SetArpeggiating(true);
+    controls.SetArpeggiating(true);
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, APedalThatSpaceAndTheKeyboardHoldGoesUpWithTheLastOfThem) {
+TEST_F(Controls, APedalThatSpaceAndTheKeyboardHoldGoesUpWithTheLastOfThem) {
     const auto isDown = [this] {
         rig.RunPlayer();
         return synth.IsPedalDown(0);
     };
-    front.SetSustain(true);
+    controls.SetSustain(true);
     rig.GetKeyboard().Deliver(0xB0, 64, 90);
     rig.GetKeyboard().Deliver(0xB0, 64, 30);
     rig.GetKeyboard().Deliver(0xB0, 64, 0);
     EXPECT_TRUE(isDown()) << "Space holds it";
     rig.GetKeyboard().Deliver(0xB0, 64, 90);
-    front.SetSustain(false);
+    controls.SetSustain(false);
     EXPECT_TRUE(isDown()) << "the keyboard holds it";
     EXPECT_EQ(synth.GetControls(0).controller[64], 90);
     rig.GetKeyboard().Deliver(0xB0, 64, 0);
     EXPECT_FALSE(isDown());
 }
 
-TEST_F(Front, AKeyboardThatIsLostWithItsPedalDownLeavesThePedalToSpace) {
-    front.SetSustain(true);
+TEST_F(Controls, AKeyboardThatIsLostWithItsPedalDownLeavesThePedalToSpace) {
+    controls.SetSustain(true);
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
     rig.GetKeyboard().Lose(1);
     rig.TakeWritten();
     EXPECT_TRUE(synth.IsPedalDown(0));
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
-    ASSERT_TRUE(front.SetInputPortByIndex(1));
+    ASSERT_TRUE(controls.SetInputPortByIndex(1));
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
     EXPECT_TRUE(synth.IsPedalDown(0));
-    front.SetSustain(false);
+    controls.SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown(0));
 }
 
-TEST_F(Front, WhoHeldThePedalBeforeAPanicHoldsItNoMore) {
-    front.SetSustain(true);
+TEST_F(Controls, WhoHeldThePedalBeforeAPanicHoldsItNoMore) {
+    controls.SetSustain(true);
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
-    front.Panic();
-    front.SetSustain(true);
-    front.SetSustain(false);
+    controls.Panic();
+    controls.SetSustain(true);
+    controls.SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown(0));
-    front.SetSustain(true);
+    controls.SetSustain(true);
     rig.GetKeyboard().Deliver(0xB0, 121, 0);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown(0));
@@ -443,49 +443,49 @@ TEST_F(Front, WhoHeldThePedalBeforeAPanicHoldsItNoMore) {
     EXPECT_TRUE(synth.IsPedalDown(0));
 }
 
-TEST_F(Front, QuickPedalMovementsKeepTheirOrder) {
+TEST_F(Controls, QuickPedalMovementsKeepTheirOrder) {
     for (int i = 0; i < 20; ++i) {
-        front.SetSustain(true);
-        front.SetSustain(false);
+        controls.SetSustain(true);
+        controls.SetSustain(false);
     }
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown());
 }
 
-TEST_F(Front, AfterAPanicNothingSoundsAndThePedalIsUp) {
-    front.SetSustain(true);
-    front.SetArpeggiating(true);
+TEST_F(Controls, AfterAPanicNothingSoundsAndThePedalIsUp) {
+    controls.SetSustain(true);
+    controls.SetArpeggiating(true);
     engine.PlayNoteOn(60, 100);
     rig.Run(300);
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
     EXPECT_TRUE(synth.IsSounding());
-    front.Panic();
+    controls.Panic();
     EXPECT_FALSE(IsSounding());
     EXPECT_FALSE(synth.IsPedalDown());
     rig.Run(1000);
     EXPECT_FALSE(IsSounding());
 }
 
-TEST_F(Front, AllNotesOffEndsWhatThePedalHoldsAndKeepsThePedal) {
-    front.SetSustain(true);
+TEST_F(Controls, AllNotesOffEndsWhatThePedalHoldsAndKeepsThePedal) {
+    controls.SetSustain(true);
     engine.PlayNoteOn(60, 100);
-    front.AllNotesOff();
+    controls.AllNotesOff();
     EXPECT_FALSE(IsSounding());
     EXPECT_TRUE(synth.IsPedalDown());
 }
 
-TEST_F(Front, NothingWaitsWhenNothingIsQueued) {
+TEST_F(Controls, NothingWaitsWhenNothingIsQueued) {
     rig.RunPlayer();
     const std::uint64_t before = rig.time.GetSleptMs();
-    front.SetSustain(true);
+    controls.SetSustain(true);
     rig.RunPlayer();
-    front.SetVoiceMode(true, false);
+    controls.SetVoiceMode(true, false);
     rig.RunPlayer();
-    front.TransposeUp(0);
+    controls.TransposeUp(0);
     EXPECT_EQ(rig.time.GetSleptMs(), before);
 }
 
-TEST_F(Front, SettlingGivesUpWhenThePlayerStandsStill) {
+TEST_F(Controls, SettlingGivesUpWhenThePlayerStandsStill) {
     rig.time.onSleep = nullptr;
     engine.PlayNoteOn(60, 100);
     const std::uint64_t before = rig.time.GetSleptMs();

@@ -19,20 +19,20 @@ class SongPlayback;
 /// nothing else, could leave a note sounding whose key is up; docs/hung-notes.md lists the places. What is not here is
 /// called on the engine itself.
 ///
-/// As long as the engine has a front, what is sent is written in order wherever the order matters. Around an operation
-/// that needs it comes silence: the pedal is lifted, all notes are ended, those that sound with a duration included; a
-/// pedal that was not at rest gets its value again afterwards, and so does each wheel of the panel. All run under one
-/// hold of the engine's lock, so that nothing played meanwhile slips between. [gui]
-class EngineFront {
+/// As long as the engine has its controls, what is sent is written in order wherever the order matters. Around an
+/// operation that needs it comes silence: the pedal is lifted, all notes are ended, those that sound with a duration
+/// included; a pedal that was not at rest gets its value again afterwards, and so does each wheel of the panel. All run
+/// under one hold of the engine's lock, so that nothing played meanwhile slips between. [gui]
+class EngineControls {
 public:
     /// The gate that replaces one of 0, with which notes never end.
     static constexpr double kSmallestGatePercent = 10.0;
 
-    /// The engine outlives the front and is not owned.
-    explicit EngineFront(CKivora& engine);
-    ~EngineFront();
-    EngineFront(const EngineFront&) = delete;
-    EngineFront& operator=(const EngineFront&) = delete;
+    /// The engine outlives the controls and is not owned.
+    explicit EngineControls(CKivora& engine);
+    ~EngineControls();
+    EngineControls(const EngineControls&) = delete;
+    EngineControls& operator=(const EngineControls&) = delete;
 
     CKivora& GetEngine() const { return engine_; }
 
