@@ -9,6 +9,7 @@
 #include "app/RenderCommand.h"
 #include "app/SoundDoctor.h"
 #include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
 #include "nk/qt/nk_qt_string.h"
@@ -58,11 +59,12 @@ int CheckSound(const CommandLine& line, const EngineDependencies& dependencies,
                const std::shared_ptr<LibMidi::Synthesizer>& synthesizer) {
     const std::unique_ptr<CKivora> engine = CreateEngine(dependencies);
     if (engine) {
-        engine->LoadSettings();
+        EngineControls controls(*engine);
+        controls.LoadSettings();
         if (!line.outputPort.isEmpty()) {
-            engine->SetSavedOutputPortName(NK::FromQt(line.outputPort));
+            controls.SetSavedOutputPortName(NK::FromQt(line.outputPort));
         }
-        engine->UpdatePorts();  // which puts the listed name in place of one of an earlier version
+        controls.UpdatePorts();  // which puts the listed name in place of one of an earlier version
     }
     const SoundFindings findings = SoundDoctor(synthesizer).Look(engine.get());
     const int exitCode = Print(SoundReport::ToText(SoundReport::Write(findings)));

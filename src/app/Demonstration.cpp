@@ -10,7 +10,6 @@
 
 #include "app/MainWindow.h"
 #include "app/PictureFile.h"
-#include "engine/CKivora.h"
 #include "engine/EngineControls.h"
 #include "nk/qt/nk_qt_string.h"
 #include "ui/KivoraWidget.h"
@@ -115,8 +114,8 @@ void Demonstration::SendKey(const Step& step) {
 }
 
 void Demonstration::Finish() {
-    CKivora& engine = window_->GetControls()->GetEngine();
-    if (!engine.StopRecording() || !engine.SaveRecording(NK::FromQt(dir_ + "/demo.mid"))) {
+    EngineControls& controls = *window_->GetControls();
+    if (!controls.StopRecording() || !controls.SaveRecording(NK::FromQt(dir_ + "/demo.mid"))) {
         Fail("the MIDI file could not be written: " + FailureTexts::OfLastFile());
         return;
     }

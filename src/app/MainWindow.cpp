@@ -99,9 +99,9 @@ void MainWindow::EquipPanel() {
 
 void MainWindow::HoldTestNote(bool isDown) {
     if (isDown) {
-        engine_->PlayNoteOn(NK::MIDI::kMiddleC, engine_->GetVelocityNormal());
+        controls_->PlayNoteOn(NK::MIDI::kMiddleC, engine_->GetVelocityNormal());
     } else {
-        engine_->PlayNoteOff(NK::MIDI::kMiddleC);
+        controls_->PlayNoteOff(NK::MIDI::kMiddleC);
     }
 }
 
@@ -160,8 +160,8 @@ bool MainWindow::SaveSettings() {
     if (!controls_) {
         return true;
     }
-    const RunPorts::Hidden hidden(runPorts_, *engine_);
-    if (engine_->SaveSettings()) {
+    const RunPorts::Hidden hidden(runPorts_, *controls_);
+    if (controls_->SaveSettings()) {
         return true;
     }
     NK::Log(L"The settings could not be saved.");
@@ -218,17 +218,18 @@ void MainWindow::EndAtOnce() {
     if (controls_) {
         controls_->Close();
         Save();
-        engine_->ShutdownMidi();
+        controls_->ShutdownMidi();
     }
 }
 
 std::function<QString()> MainWindow::CreateEngine() {
     try {
-        engine_ = createEngine_();
-        if (!engine_) {
+        std::unique_ptr<CKivora> engine = createEngine_();
+        if (!engine) {
             return [] { return tr("Engine creation failed."); };
         }
-        controls_ = std::make_unique<EngineControls>(*engine_);
+        controls_ = std::make_unique<EngineControls>(*engine);
+        engine_ = std::move(engine);
         return {};
     } catch (const EngineFailure& failure) {
         return [failure] { return failure.GetText(); };

@@ -88,7 +88,7 @@ private:
     const EngineCreator createEngine_;
     LibMidi::SynthControl* const synth_;
     const EPanelSize panelSize_;
-    std::unique_ptr<CKivora> engine_;
+    std::unique_ptr<const CKivora> engine_;  ///< changed by its controls only
     std::unique_ptr<EngineControls> controls_;
     std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
     RunPorts runPorts_;

@@ -26,7 +26,7 @@ bool NamesFile(const QString& nameOrFile) {
 /// `told` is how the user knows the preset.
 PresetResult Apply(EngineControls& controls, const NK::CString& name, bool isRead, NK::CIniFile& file,
                    const QString& told, QString& failure) {
-    if (isRead && controls.ReplaceVoices([&] { return controls.GetEngine().ApplyPreset(name, file); })) {
+    if (isRead && controls.ApplyPreset(name, file)) {
         return PresetResult::kLoaded;
     }
     failure = NK::GetFileFailure().error == 0
@@ -49,7 +49,7 @@ PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFil
     if (NamesFile(nameOrFile)) {
         return LoadPresetFile(controls, nameOrFile, failure);
     }
-    CKivora& engine = controls.GetEngine();
+    const CKivora& engine = controls.GetEngine();
     const NK::CString name = NK::FromQt(nameOrFile);
     const bool isOwn = engine.PresetExists(name, false);
     if (!isOwn && !engine.PresetExists(name, true)) {

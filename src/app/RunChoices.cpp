@@ -23,32 +23,35 @@ QString Tr(const char* text) {
 struct Direction {
     NK::CStringArray (CKivora::*getNames)() const;
     NK::CString (CKivora::*getName)() const;
-    void (CKivora::*setSavedName)(const NK::CString&);
+    void (EngineControls::*setSavedName)(const NK::CString&);
 };
 constexpr Direction kOutputs{&CKivora::GetOutputPortNames, &CKivora::GetOutputPortName,
-                             &CKivora::SetSavedOutputPortName};
-constexpr Direction kInputs{&CKivora::GetInputPortNames, &CKivora::GetInputPortName, &CKivora::SetSavedInputPortName};
+                             &EngineControls::SetSavedOutputPortName};
+constexpr Direction kInputs{&CKivora::GetInputPortNames, &CKivora::GetInputPortName,
+                            &EngineControls::SetSavedInputPortName};
 
 /// The listed name of a port that was named, which may be by a name that settings of an earlier version have.
-NK::CString FindListedName(CKivora& engine, const Direction& ports, const NK::CString& name) {
+NK::CString FindListedName(EngineControls& controls, const Direction& ports, const NK::CString& name) {
+    const CKivora& engine = controls.GetEngine();
     if ((engine.*ports.getNames)().Find(name) >= 0) {
         return name;
     }
     const NK::CString remembered = (engine.*ports.getName)();
-    (engine.*ports.setSavedName)(name);
-    engine.UpdatePorts();
+    (controls.*ports.setSavedName)(name);
+    controls.UpdatePorts();
     NK::CString listed = (engine.*ports.getName)();
-    (engine.*ports.setSavedName)(remembered);
+    (controls.*ports.setSavedName)(remembered);
     return listed;
 }
 
 /// Puts the port's listed name in place of a name that was given; false for a port that is not there, which is printed.
-bool FindPort(CKivora& engine, const Direction& ports, const QString& given, const QString& absent, NK::CString& name) {
+bool FindPort(EngineControls& controls, const Direction& ports, const QString& given, const QString& absent,
+              NK::CString& name) {
     if (given.isEmpty()) {
         return true;
     }
-    name = FindListedName(engine, ports, FromQt(given));
-    if ((engine.*ports.getNames)().Find(name) >= 0) {
+    name = FindListedName(controls, ports, FromQt(given));
+    if ((controls.GetEngine().*ports.getNames)().Find(name) >= 0) {
         return true;
     }
     PrintError(absent.arg(given) + ' ' +
@@ -58,46 +61,45 @@ bool FindPort(CKivora& engine, const Direction& ports, const QString& given, con
 
 }  // namespace
 
-void RunPorts::Choose(CKivora& engine, const NK::CString& output, const NK::CString& input) {
+void RunPorts::Choose(EngineControls& controls, const NK::CString& output, const NK::CString& input) {
     if (!output.IsEmpty()) {
-        output_ = {output, engine.GetOutputPortName()};
-        engine.SetSavedOutputPortName(output);
+        output_ = {output, controls.GetEngine().GetOutputPortName()};
+        controls.SetSavedOutputPortName(output);
     }
     if (!input.IsEmpty()) {
-        input_ = {input, engine.GetInputPortName()};
-        engine.SetSavedInputPortName(input);
+        input_ = {input, controls.GetEngine().GetInputPortName()};
+        controls.SetSavedInputPortName(input);
     }
 }
 
-RunPorts::Hidden::Hidden(const RunPorts& ports, CKivora& engine)
+RunPorts::Hidden::Hidden(const RunPorts& ports, EngineControls& controls)
     : ports_(ports),
-      engine_(engine),
-      hidesOutput_(!ports.output_.chosen.IsEmpty() && engine.GetOutputPortName() == ports.output_.chosen),
-      hidesInput_(!ports.input_.chosen.IsEmpty() && engine.GetInputPortName() == ports.input_.chosen) {
+      controls_(controls),
+      hidesOutput_(!ports.output_.chosen.IsEmpty() && controls.GetEngine().GetOutputPortName() == ports.output_.chosen),
+      hidesInput_(!ports.input_.chosen.IsEmpty() && controls.GetEngine().GetInputPortName() == ports.input_.chosen) {
     if (hidesOutput_) {
-        engine_.SetSavedOutputPortName(ports_.output_.remembered);
+        controls_.SetSavedOutputPortName(ports_.output_.remembered);
     }
     if (hidesInput_) {
-        engine_.SetSavedInputPortName(ports_.input_.remembered);
+        controls_.SetSavedInputPortName(ports_.input_.remembered);
     }
 }
 
 RunPorts::Hidden::~Hidden() {
     if (hidesOutput_) {
-        engine_.SetSavedOutputPortName(ports_.output_.chosen);
+        controls_.SetSavedOutputPortName(ports_.output_.chosen);
     }
     if (hidesInput_) {
-        engine_.SetSavedInputPortName(ports_.input_.chosen);
+        controls_.SetSavedInputPortName(ports_.input_.chosen);
     }
 }
 
 std::optional<int> ApplyChoices(const CommandLine& line, EngineControls& controls, RunPorts& ports) {
-    CKivora& engine = controls.GetEngine();
     NK::CString output;
     NK::CString input;
-    if (!FindPort(engine, kOutputs, line.outputPort,
+    if (!FindPort(controls, kOutputs, line.outputPort,
                   Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI output \"%1\".")), output) ||
-        !FindPort(engine, kInputs, line.inputPort,
+        !FindPort(controls, kInputs, line.inputPort,
                   Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no MIDI input \"%1\".")), input)) {
         return kRefusedExit;
     }
@@ -109,7 +111,7 @@ std::optional<int> ApplyChoices(const CommandLine& line, EngineControls& control
             return result == PresetResult::kUnknown ? kRefusedExit : kFailureExit;
         }
     }
-    ports.Choose(engine, output, input);
+    ports.Choose(controls, output, input);
     return std::nullopt;
 }
 

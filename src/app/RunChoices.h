@@ -7,7 +7,6 @@
 
 namespace Kivora {
 
-class CKivora;
 struct CommandLine;
 class EngineControls;
 
@@ -15,19 +14,19 @@ class EngineControls;
 class RunPorts {
 public:
     /// Before the ports are opened; an empty name leaves the remembered port.
-    void Choose(CKivora& engine, const NK::CString& output, const NK::CString& input);
+    void Choose(EngineControls& controls, const NK::CString& output, const NK::CString& input);
 
     /// While it lives the engine has the remembered ports for its saved ones, where the user has chosen no others.
     class Hidden {
     public:
-        Hidden(const RunPorts& ports, CKivora& engine);
+        Hidden(const RunPorts& ports, EngineControls& controls);
         ~Hidden();
         Hidden(const Hidden&) = delete;
         Hidden& operator=(const Hidden&) = delete;
 
     private:
         const RunPorts& ports_;
-        CKivora& engine_;
+        EngineControls& controls_;
         const bool hidesOutput_;
         const bool hidesInput_;
     };

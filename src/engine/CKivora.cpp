@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "engine/ClickOutput.h"
 #include "engine/EngineExtras.h"
 #include "engine/EngineFailure.h"
 #include "engine/SongPlayback.h"
@@ -30,7 +31,7 @@ CKivora::CKivora(EngineDependencies dependencies)
         tickTimer_.emplace(this, 0, kTickPeriodMs, false, NK::CThread::kLevelTimeCritical);
         tickTimer_->SetName(L"tick");
     }
-    extras_->song->SetShow([this](NK::MIDI::TMIDIMessage message) { Show(message); });
+    extras_->song.SetShow([this](NK::MIDI::TMIDIMessage message) { Show(message); });
     InitMidi();
     connect(&indicatorTimer_, &QTimer::timeout, this, &CKivora::onMetronomeTimer);
     SetUIColor(GetDefaultUIColor());

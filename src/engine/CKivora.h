@@ -39,6 +39,7 @@
 
 namespace Kivora {
 
+class ClickOutput;
 struct ClickSettings;
 struct EngineExtras;
 
@@ -141,10 +142,16 @@ public:
     std::uint8_t GetVelocityNormal() const;
     std::uint8_t GetVelocityHigh() const;
 
+    // Each of these three stands twice: who may only read the engine is given what cannot be changed.
     /// Calls `action` with the engine's lock held and returns its result.
     template <class Action>
     decltype(auto) WithLock(Action&& action) {
         const Hold hold(*this);
+        return std::forward<Action>(action)();
+    }
+    template <class Action>
+    decltype(auto) WithLock(Action&& action) const {
+        const CLockGuard guard(lock_);
         return std::forward<Action>(action)();
     }
     /// Calls `action` with an arpeggiator, see Arpeggiators::GetIndexOfSlot(), under the engine's lock and returns its
@@ -156,6 +163,11 @@ public:
         CatchUpWithTicks();
         return std::forward<Action>(action)(arpeggiators_.At(index));
     }
+    template <class Action>
+    decltype(auto) WithArpeggiator(int index, Action&& action) const {
+        const CLockGuard guard(lock_);
+        return std::forward<Action>(action)(arpeggiators_.At(index));
+    }
 
     /// Calls `action` with what the instrument offers beyond its rules, under the engine's lock, and returns its
     /// result.
@@ -163,6 +175,12 @@ public:
     decltype(auto) WithExtras(Action&& action) {
         const CLockGuard guard(lock_);
         return std::forward<Action>(action)(*extras_);
+    }
+    template <class Action>
+    decltype(auto) WithExtras(Action&& action) const {
+        const CLockGuard guard(lock_);
+        const EngineExtras& extras = *extras_;
+        return std::forward<Action>(action)(extras);
     }
 
     // MIDI input. Not channel messages: sent on unchanged. Notes and key pressure: as played, with the velocity scaled,
@@ -263,7 +281,8 @@ public:
     /// Queues the note-offs of all notes that sound with a duration.
     void EndTimedNotes();
     /// What can be set on the built-in synthesizer; null where the program has none. Lives as long as the engine. [gui]
-    LibMidi::SynthControl* GetSynth() const { return dependencies_.synth.get(); }
+    LibMidi::SynthControl* GetSynth() { return dependencies_.synth.get(); }
+    const LibMidi::SynthControl* GetSynth() const { return dependencies_.synth.get(); }
 
     // Metronome and tempo. [gui]
     void SetTempo(int beatsPerMinute);  ///< clamped to 40..220; nothing when that is the tempo, else a new bar begins
@@ -348,17 +367,18 @@ public:
     const SettingsFile& GetSettingsFile() const { return settingsFile_; }
     /// Saved with the settings.
     LastFolders& GetLastFolders() { return lastFolders_; }
+    const LastFolders& GetLastFolders() const { return lastFolders_; }
     /// From a section and, for the arpeggiators, those named after it with "_Arpeggiator0" and "_Arpeggiator1". An
     /// arpeggiator whose section is missing or refused is bypassed. False, nothing changed, without the first section.
     bool LoadVoiceSettings(NK::CIniFile& file, const NK::CString& section);
     bool SaveVoiceSettings(NK::CIniFile& file, const NK::CString& section);
     /// The names in one folder as PresetStore::List() gives them.
-    void ListPresets(NK::CStringArray& names, bool factory);
-    bool PresetExists(const NK::CString& name, bool factory);
+    void ListPresets(NK::CStringArray& names, bool factory) const;
+    bool PresetExists(const NK::CString& name, bool factory) const;
     /// ReadPreset(), then ApplyPreset().
     bool LoadPreset(const NK::CString& name, bool factory);
     /// Reads a preset's file; false when there is no such preset.
-    bool ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& file);
+    bool ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& file) const;
     /// Takes over what ReadPreset() read and makes `name` the current preset.
     bool ApplyPreset(const NK::CString& name, NK::CIniFile& file);
     /// Into the user's folder. False for a name that PresetStore::GetStoredName() refuses and when the file could not
@@ -367,9 +387,9 @@ public:
     /// A preset of the user's; false when there is none.
     bool DeletePreset(const NK::CString& name);
     /// Both are created when they are first asked for.
-    const NK::CString& GetUserDataDir();             ///< no "/" at the end
-    const NK::CString& GetPresetsDir(bool factory);  ///< with a "/" at the end
-    NK::CString GetPresetName() const;               ///< as stored; empty before a preset was loaded or saved
+    const NK::CString& GetUserDataDir() const;             ///< no "/" at the end
+    const NK::CString& GetPresetsDir(bool factory) const;  ///< with a "/" at the end
+    NK::CString GetPresetName() const;                     ///< as stored; empty before a preset was loaded or saved
 
 signals:
     void OnMIDIEvent(int message);  ///< the record's four bytes, status lowest; emitted on the playing thread
@@ -489,6 +509,8 @@ private:
     std::shared_ptr<LibMidi::MIDIPlayerQueue> sink_ NK_GUARDED_BY(lock_);
     bool keepsOrder_ NK_GUARDED_BY(lock_) = false;
     const std::unique_ptr<EngineExtras> extras_;
+    /// While the click has the built-in synthesizer to itself, see LookAtClick(); null otherwise.
+    std::unique_ptr<ClickOutput> clickOutput_ NK_GUARDED_BY(lock_);
     HeldKeys inputKeys_ NK_GUARDED_BY(lock_);
     VoiceSlots voices_ NK_GUARDED_BY(lock_);
 };

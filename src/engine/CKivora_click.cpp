@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "engine/CKivora.h"
+#include "engine/ClickOutput.h"
 #include "engine/EngineExtras.h"
 #include "nk/nk_thread_role.h"
 
@@ -60,7 +61,7 @@ LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {
     if (isOnSink) {
         return sink_.get();
     }
-    return extras_->clickOutput ? extras_->clickOutput->GetQueue() : nullptr;
+    return clickOutput_ ? clickOutput_->GetQueue() : nullptr;
 }
 
 LibMidi::MIDIOutPort* CKivora::FindClickPort() {
@@ -76,7 +77,7 @@ void CKivora::LookAtClick() {
     bool plays = false;
     {
         const Hold hold(*this);
-        std::unique_ptr<ClickOutput>& output = extras_->clickOutput;
+        std::unique_ptr<ClickOutput>& output = clickOutput_;
         port = FindClickPort();
         isWanted = extras_->click.GetSettings().sound == ClickSettings::Sound::kSynth;
         if (output && (!isWanted || &output->GetPort() != port)) {
@@ -100,17 +101,17 @@ void CKivora::LookAtClick() {
     }
     {
         const Hold hold(*this);
-        former = std::move(extras_->clickOutput);
+        former = std::move(clickOutput_);
     }
     former.reset();
     std::unique_ptr<ClickOutput> opened = ClickOutput::Open(*port, dependencies_.createPlayer(), timeSource_);
     const Hold hold(*this);
-    extras_->clickOutput = std::move(opened);
+    clickOutput_ = std::move(opened);
 }
 
 void CKivora::CloseClickOn(const LibMidi::MIDIOutPort* port) {
-    if (extras_->clickOutput && &extras_->clickOutput->GetPort() == port) {
-        extras_->clickOutput.reset();
+    if (clickOutput_ && &clickOutput_->GetPort() == port) {
+        clickOutput_.reset();
     }
 }
 

@@ -96,7 +96,7 @@ bool CKivora::IsFailureUntold() const {
 }
 
 bool CKivora::NeedsTicks() const {
-    return arpeggiators_.HasNotes() || extras_->click.NeedsTick() || extras_->song->NeedsTick() ||
+    return arpeggiators_.HasNotes() || extras_->click.NeedsTick() || extras_->song.NeedsTick() ||
            (sink_ && sink_->IsCapturing()) || IsFailureUntold() || (player_ && !playerTellsFailure_);
 }
 
@@ -151,8 +151,8 @@ void CKivora::OnTimer(std::uint32_t) {
         }
         extras_->click.Play(clock_.Get(), GetClickQueue());
         if (!IsReady()) {
-            extras_->song->Pause();  // nobody takes from the queue
-        } else if (extras_->song->Tick(dependencies_.wallClockMs())) {
+            extras_->song.Pause();  // nobody takes from the queue
+        } else if (extras_->song.Tick(dependencies_.wallClockMs())) {
             SendPatches();
             SendVolumes();
             if (extras_->onSongEnd) {

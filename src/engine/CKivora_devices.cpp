@@ -1,5 +1,6 @@
 // Devices that are lost and come back while their ports are open.
 #include "engine/CKivora.h"
+#include "engine/ClickOutput.h"
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
 #include "nk/nk_thread_role.h"
@@ -18,7 +19,7 @@ void CKivora::LoseOutput(bool isGone) {
     output_.Lose();
     arpeggiators_.EndLatched();  // else it would begin by itself when the output comes back
     sink_->LoseOutput();
-    extras_->song->Lose();
+    extras_->song.Lose();
     sink_->Clear();
     // A device that lives on after a failed write may take what ends its notes; a recording that goes on later needs
     // that in any case.
@@ -97,7 +98,7 @@ bool CKivora::ReopenOutputPort() {
     }
     sink_->SetAccepting(true);
     EndStrandedNotes();
-    extras_->song->Rest();
+    extras_->song.Rest();
     SendPatches();
     SendVolumes();
     SettleOutput();
@@ -169,7 +170,7 @@ void CKivora::EndStrandedNotesAtLast() {
         return;
     }
     CloseInputPort();
-    extras_->clickOutput.reset();
+    clickOutput_.reset();
     if (!ports_.IsFixed(output_.GetPort())) {
         CloseOutputPort();
     }

@@ -95,7 +95,7 @@ void CKivora::ResetSynth() {
         return;
     }
     arpeggiators_.Reset();
-    extras_->song->Interrupt();
+    extras_->song.Interrupt();
     AllNotesOff();
     StopRecording();
     const TMIDIMessage reset{TMIDIMessage::kSystemReset, 0, 0, 0};

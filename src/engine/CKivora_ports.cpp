@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/CKivora.h"
+#include "engine/ClickOutput.h"
 #include "engine/EngineExtras.h"
 #include "engine/PortSelection.h"
 #include "engine/SongPlayback.h"
@@ -35,8 +36,8 @@ void CKivora::InitMidi() {
     playerTellsFailure_ = tickTimer_ && player_->TellOfFailure([this] { tickTimer_->SetEnabled(true); });
     sink_ = player_->GetSink();
     sink_->SetKeepsOrder(keepsOrder_);
-    sink_->SetHistory(extras_->played);
-    extras_->song->SetQueue(sink_);
+    sink_->SetHistory(extras_->GetPlayed());
+    extras_->song.SetQueue(sink_);
     ListPortNames();
 }
 
@@ -50,8 +51,8 @@ void CKivora::ShutdownMidi() {
     NK_ASSERT_THREAD_ROLE(gui);
     const Hold hold(*this);
     StopRecording();
-    extras_->clickOutput.reset();
-    extras_->song->SetQueue(nullptr);
+    clickOutput_.reset();
+    extras_->song.SetQueue(nullptr);
     player_.reset();
     sink_.reset();
     CloseInputPort();
@@ -221,8 +222,8 @@ bool CKivora::RescanPorts() {
     if (!outputStays && output_.GetPort() != nullptr) {
         CloseOutputPort();
     }
-    if (extras_->clickOutput && !ports_.StaysThroughRescan(&extras_->clickOutput->GetPort())) {
-        extras_->clickOutput.reset();
+    if (clickOutput_ && !ports_.StaysThroughRescan(&clickOutput_->GetPort())) {
+        clickOutput_.reset();
     }
     const bool found = factory->Rescan() && factory->HasPorts();
     ListPortNames();

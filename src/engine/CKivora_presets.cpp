@@ -4,23 +4,23 @@
 
 namespace Kivora {
 
-const NK::CString& CKivora::GetUserDataDir() {
+const NK::CString& CKivora::GetUserDataDir() const {
     return presets_.GetUserDataDir();
 }
 
-const NK::CString& CKivora::GetPresetsDir(bool factory) {
+const NK::CString& CKivora::GetPresetsDir(bool factory) const {
     return presets_.GetPresetsDir(factory);
 }
 
-void CKivora::ListPresets(NK::CStringArray& names, bool factory) {
+void CKivora::ListPresets(NK::CStringArray& names, bool factory) const {
     presets_.List(names, factory);
 }
 
-bool CKivora::PresetExists(const NK::CString& name, bool factory) {
+bool CKivora::PresetExists(const NK::CString& name, bool factory) const {
     return presets_.Exists(name, factory);
 }
 
-bool CKivora::ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& file) {
+bool CKivora::ReadPreset(const NK::CString& name, bool factory, NK::CIniFile& file) const {
     return presets_.Read(name, factory, file);
 }
 

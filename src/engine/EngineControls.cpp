@@ -1,7 +1,7 @@
 #include "engine/EngineControls.h"
 
-#include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
+#include "engine/TakeJournal.h"
 #include "midi/MIDIControllers.h"
 #include "nk/nk_exception.h"
 #include "nk/nk_thread_role.h"
@@ -111,8 +111,8 @@ int EngineControls::GetBendRange() const {
 void EngineControls::EndSong(const std::function<void(SongPlayback&)>& end) {
     engine_.WithLock([&] {
         const bool played = engine_.WithExtras([&end](EngineExtras& extras) {
-            const bool plays = extras.song->NeedsTick();
-            end(*extras.song);
+            const bool plays = extras.song.NeedsTick();
+            end(extras.song);
             return plays;
         });
         if (played) {
@@ -127,7 +127,7 @@ void EngineControls::RestoreAfterSong() {
     const bool hasMovedSostenuto = engine_.WithExtras([this](const EngineExtras& extras) {
         bool hasMoved = false;
         for (int slot = 0; slot < CKivora::kSlotCount; ++slot) {
-            hasMoved = hasMoved || extras.song->HasMovedSostenuto(engine_.VoiceChannel(slot));
+            hasMoved = hasMoved || extras.song.HasMovedSostenuto(engine_.VoiceChannel(slot));
         }
         return hasMoved;
     });
@@ -256,7 +256,42 @@ bool EngineControls::ReplaceVoices(const std::function<bool()>& load) {
 
 bool EngineControls::LoadPreset(const NK::CString& name, bool factory) {
     NK::CIniFile file;
-    return engine_.ReadPreset(name, factory, file) && ReplaceVoices([&] { return engine_.ApplyPreset(name, file); });
+    return engine_.ReadPreset(name, factory, file) && ApplyPreset(name, file);
+}
+
+bool EngineControls::ApplyPreset(const NK::CString& name, NK::CIniFile& file) {
+    return ReplaceVoices([&] { return engine_.ApplyPreset(name, file); });
+}
+
+void EngineControls::NotePreset(const NK::CString& name, bool factory) {
+    engine_.WithExtras([&](EngineExtras& extras) { extras.presets.Note(name, factory); });
+}
+
+void EngineControls::SortPresetsByUse(bool on) {
+    engine_.WithExtras([on](EngineExtras& extras) { extras.presets.sortsByUse = on; });
+}
+
+void EngineControls::SetVelocityWays(const VelocityCurve& input, bool screenByHeight) {
+    engine_.WithExtras([&](EngineExtras& extras) {
+        extras.velocity.SetCurve(input);
+        extras.heightIsVelocity = screenByHeight;
+    });
+}
+
+void EngineControls::KeepPlayed(bool on) {
+    engine_.WithExtras([on](EngineExtras& extras) { extras.KeepPlayed(on); });
+}
+
+void EngineControls::SetSavesTempo(bool on) {
+    engine_.WithExtras([on](EngineExtras& extras) { extras.savesTempo = on; });
+}
+
+void EngineControls::SetFavoritePatch(int patch, bool on) {
+    engine_.WithExtras([=](EngineExtras& extras) { extras.patches.SetFavorite(patch, on); });
+}
+
+void EngineControls::NotePatch(int patch) {
+    engine_.WithExtras([patch](EngineExtras& extras) { extras.patches.NoteUse(patch); });
 }
 
 bool EngineControls::LoadSettings() {
@@ -389,6 +424,36 @@ bool EngineControls::StopRecording() {
         engine_.SettleOutput();
         return engine_.StopRecording();
     });
+}
+
+bool EngineControls::SaveRecording(const NK::CString& path) {
+    StopRecording();
+    return engine_.SaveRecording(path);
+}
+
+void EngineControls::KeepTakes(const NK::CString& folder) {
+    takes_.reset();  // before another one looks for what waits
+    takes_ = std::make_unique<TakeJournal>(engine_, folder);
+}
+
+bool EngineControls::SaveTake(int id, const NK::CString& path, bool onGrid) {
+    return takes_->Save(id, path, onGrid);
+}
+
+bool EngineControls::SaveLatestTake(const NK::CString& path, bool onGrid) {
+    return takes_->SaveLatest(path, onGrid);
+}
+
+bool EngineControls::RefuseTake(int id) {
+    return takes_->Refuse(id);
+}
+
+void EngineControls::WriteOutTakes() {
+    takes_->WriteOut();
+}
+
+std::vector<LostJournal> EngineControls::TakeLostJournals() {
+    return takes_->TakeLost();
 }
 
 void EngineControls::FallSilent() {

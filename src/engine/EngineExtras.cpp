@@ -1,6 +1,5 @@
 #include "engine/EngineExtras.h"
 
-#include "engine/SongPlayback.h"
 #include "engine/values/ExtraKey.h"
 #include "libmidi/PlayedHistory.h"
 
@@ -13,23 +12,22 @@ constexpr ExtraKey kSavesTempo{L"Kivora_Takes", L"WriteTempo", 0};
 constexpr ExtraKey kHeightIsVelocity{L"Kivora_Screen", L"HeightIsVelocity", 1};
 }  // namespace
 
-EngineExtras::EngineExtras()
-    : played(std::make_shared<LibMidi::PlayedHistory>()), song(std::make_unique<SongPlayback>()) {
-    played->SetOn(true);
+EngineExtras::EngineExtras() : played_(std::make_shared<LibMidi::PlayedHistory>()) {
+    played_->SetOn(true);
 }
 
 EngineExtras::~EngineExtras() = default;
 
 bool EngineExtras::KeepsPlayed() const {
-    return played->IsOn();
+    return played_->IsOn();
 }
 
 void EngineExtras::KeepPlayed(bool on) {
-    played->SetOn(on);
+    played_->SetOn(on);
 }
 
 void EngineExtras::ReadSettings(NK::CIniFile& file) {
-    played->SetOn(ReadExtraInt(file, {kPlayedSection, kKeep, 1}) != 0);
+    played_->SetOn(ReadExtraInt(file, {kPlayedSection, kKeep, 1}) != 0);
     velocity.SetCurve(VelocityCurve::Read(file));
     heightIsVelocity = ReadExtraInt(file, kHeightIsVelocity) != 0;
     patches = PatchShelf::Read(file);
@@ -46,7 +44,7 @@ void EngineExtras::WriteSettings(NK::CIniFile& file) const {
     bendRange.Write(file);
     WriteExtraInt(file, kHeightIsVelocity, heightIsVelocity ? 1 : 0);
     WriteExtraInt(file, kSavesTempo, savesTempo ? 1 : 0);
-    WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played->IsOn() ? 1 : 0);
+    WriteExtraInt(file, {kPlayedSection, kKeep, 1}, played_->IsOn() ? 1 : 0);
 }
 
 }  // namespace Kivora

@@ -6,9 +6,9 @@
 
 #include "engine/BoundControls.h"
 #include "engine/Click.h"
-#include "engine/ClickOutput.h"
 #include "engine/HeardInput.h"
 #include "engine/PedalHolders.h"
+#include "engine/SongPlayback.h"
 #include "engine/takes/TakeGrid.h"
 #include "engine/TapTempo.h"
 #include "engine/values/BendRange.h"
@@ -23,8 +23,6 @@ class PlayedHistory;
 
 namespace Kivora {
 
-class SongPlayback;
-
 /// Each part is off, or out of the way, until the player wants it: then nothing is played, sent or saved otherwise than
 /// without it. Guarded by the engine's lock, see CKivora::WithExtras(); what a pointer refers to says itself what
 /// guards it.
@@ -33,12 +31,12 @@ struct EngineExtras {
     ~EngineExtras();
 
     /// What was played last, from all players of the engine; never null. On, if the settings do not switch it off.
-    const std::shared_ptr<LibMidi::PlayedHistory> played;
+    std::shared_ptr<LibMidi::PlayedHistory> GetPlayed() { return played_; }
+    std::shared_ptr<const LibMidi::PlayedHistory> GetPlayed() const { return played_; }
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
 
-    /// What is played back; never null. Its commands stand in EngineControls and SongPlayer.
-    const std::unique_ptr<SongPlayback> song;
+    SongPlayback song;  ///< what is played back; its commands stand in EngineControls and SongPlayer
     /// Called when it has ended by itself, with the engine's lock held, to send again what the player holds. [tick]
     std::function<void()> onSongEnd;
 
@@ -46,8 +44,6 @@ struct EngineExtras {
     bool savesTempo = false;  ///< whether takes are saved on the grid, where nothing else is chosen
 
     Click click;  ///< its settings are set by CKivora::SetClick()
-    /// While the click has the built-in synthesizer to itself, see CKivora::LookAtClick(); null otherwise.
-    std::unique_ptr<ClickOutput> clickOutput;
     TapTempo tap;
     BoundControls controls;  ///< of the input port
     HeardInput heard;        ///< what they have let pass
@@ -62,6 +58,9 @@ struct EngineExtras {
     /// the default or is there already.
     void ReadSettings(NK::CIniFile& file);
     void WriteSettings(NK::CIniFile& file) const;
+
+private:
+    const std::shared_ptr<LibMidi::PlayedHistory> played_;
 };
 
 }  // namespace Kivora

@@ -53,7 +53,7 @@ void PortKeeper::Look() {
     const bool inputLostBefore = engine.IsInputLost();
     LookAtOutput();
     LookAtInput();
-    controls_.GetEngine().LookAtClick();
+    controls_.engine_.LookAtClick();
     if (GetOutputState() != outputBefore || engine.IsInputLost() != inputLostBefore) {
         emit StateChanged();
     }
@@ -61,7 +61,7 @@ void PortKeeper::Look() {
 
 void PortKeeper::FollowDevices() {
     NK_ASSERT_THREAD_ROLE(gui);
-    CKivora& engine = controls_.GetEngine();
+    CKivora& engine = controls_.engine_;
     const auto output = [&] { return std::pair(GetOutputState(), engine.GetOutputPortName()); };
     const auto outputBefore = output();
     const bool changed = engine.UpdatePorts();
@@ -79,7 +79,7 @@ void PortKeeper::FollowDevices() {
 }
 
 void PortKeeper::LookAtOutput() {
-    CKivora& engine = controls_.GetEngine();
+    CKivora& engine = controls_.engine_;
     const DeviceState state = engine.LookAtOutput();
     isStalled_ = state == DeviceState::kStalled;
     if (engine.IsOutputReady() && !engine.IsOutputLost()) {
@@ -100,7 +100,7 @@ void PortKeeper::LookAtOutput() {
 }
 
 void PortKeeper::LookAtInput() {
-    CKivora& engine = controls_.GetEngine();
+    CKivora& engine = controls_.engine_;
     const DeviceState state = engine.LookAtInput();
     if (!engine.IsInputLost()) {
         inputPauses_.NoteCalm();

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "engine/EngineControls.h"
-#include "engine/EngineExtras.h"
 
 namespace Kivora {
 
@@ -13,7 +12,7 @@ struct Listed {
     bool factory;
 };
 
-std::vector<Listed> ListAll(CKivora& engine) {
+std::vector<Listed> ListAll(const CKivora& engine) {
     std::vector<Listed> listed;
     for (const bool factory : {true, false}) {
         NK::CStringArray names;
@@ -44,8 +43,7 @@ bool PresetSteps::Step(int by) {
         if (controls_.LoadPreset(preset.name, preset.factory)) {
             name_ = preset.name;
             factory_ = preset.factory;
-            controls_.GetEngine().WithExtras(
-                [&preset](EngineExtras& extras) { extras.presets.Note(preset.name, preset.factory); });
+            controls_.NotePreset(preset.name, preset.factory);
             return true;
         }
     }

@@ -9,11 +9,11 @@
 namespace Kivora {
 
 template <class Action>
-decltype(auto) SongPlayer::With(Action&& action) const {
-    CKivora& engine = controls_.GetEngine();
+decltype(auto) SongPlayer::With(Action&& action) {
+    CKivora& engine = controls_.engine_;
     // The hold of the engine, at whose end the tick begins to run.
     return engine.WithLock(
-        [&] { return engine.WithExtras([&action](EngineExtras& extras) { return action(*extras.song); }); });
+        [&] { return engine.WithExtras([&action](EngineExtras& extras) { return action(extras.song); }); });
 }
 
 void SongPlayer::Open(std::shared_ptr<const Song> song) {
@@ -30,11 +30,11 @@ void SongPlayer::OpenAgain(std::shared_ptr<const Song> song, const Status& then)
 }
 
 std::shared_ptr<const Song> SongPlayer::GetSong() const {
-    return With([](const SongPlayback& playback) { return playback.GetSong(); });
+    return controls_.GetEngine().WithExtras([](const EngineExtras& extras) { return extras.song.GetSong(); });
 }
 
 bool SongPlayer::Play() {
-    CKivora& engine = controls_.GetEngine();
+    CKivora& engine = controls_.engine_;
     return engine.WithLock([&] {
         return engine.IsOutputReady() && !engine.IsOutputLost() &&
                With([](SongPlayback& playback) { return playback.Play(); });
@@ -66,7 +66,8 @@ void SongPlayer::SetTransposition(int semitones) {
 }
 
 SongPlayer::Status SongPlayer::GetStatus() const {
-    return With([](const SongPlayback& playback) {
+    return controls_.GetEngine().WithExtras([](const EngineExtras& extras) {
+        const SongPlayback& playback = extras.song;
         return Status{
             playback.GetState(), playback.GetPositionUs(), playback.GetSong() ? playback.GetSong()->GetLengthUs() : 0,
             playback.GetLoop(),  playback.GetTempo(),      playback.GetTransposition()};

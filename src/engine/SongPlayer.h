@@ -48,7 +48,7 @@ public:
 
 private:
     template <class Action>
-    decltype(auto) With(Action&& action) const;
+    decltype(auto) With(Action&& action);
 
     EngineControls& controls_;
 };

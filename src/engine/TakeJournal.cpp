@@ -131,10 +131,10 @@ private:
     TakeJournal& journal_;
 };
 
-TakeJournal::TakeJournal(CKivora& engine, CString folder) : TakeJournal(engine, std::move(folder), Settings()) {
+TakeJournal::TakeJournal(const CKivora& engine, CString folder) : TakeJournal(engine, std::move(folder), Settings()) {
 }
 
-TakeJournal::TakeJournal(CKivora& engine, CString folder, Settings settings)
+TakeJournal::TakeJournal(const CKivora& engine, CString folder, Settings settings)
     : engine_(&engine), folder_(std::move(folder)), settings_(std::move(settings)) {
     TakeUpJournals();
     engine.WithLock([&] {

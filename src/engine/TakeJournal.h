@@ -65,8 +65,8 @@ public:
 
     /// Takes up the journals of earlier runs. `folder`, "Takes" in the user's data folder, is made when it is first
     /// needed. The engine is not owned; whichever of the two may end first. Throws nothing on account of the disk.
-    TakeJournal(CKivora& engine, NK::CString folder, Settings settings);
-    TakeJournal(CKivora& engine, NK::CString folder);
+    TakeJournal(const CKivora& engine, NK::CString folder, Settings settings);
+    TakeJournal(const CKivora& engine, NK::CString folder);
     /// A running recording ends for the journal here. Writes out what is left and emits nothing; what waits is there at
     /// the next start.
     ~TakeJournal() override;
@@ -135,7 +135,7 @@ private:
     bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs)
         NK_REQUIRES(fileLock_);
 
-    QPointer<CKivora> engine_;
+    QPointer<const CKivora> engine_;
     const NK::CString folder_;
     const Settings settings_;
     mutable NK::CCriticalSection fileLock_;  ///< held while journals are written or removed; before the other lock

@@ -131,9 +131,10 @@ void KivoraWidget::loadSettings() {
     // just now is shown by the constructor.
     connect(engine_, &Kivora::CKivora::UISkinChanged, this, &KivoraWidget::skinChanged, Qt::QueuedConnection);
     wallpaperRefused_ = wallpaperTold().Get();
-    takes_ = std::make_unique<Kivora::TakeJournal>(*engine_, NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
-    connect(takes_.get(), &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
-    connect(takes_.get(), &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
+    controls_->KeepTakes(NK::JoinPath(engine_->GetUserDataDir(), kTakesFolder));
+    takes_ = controls_->GetTakes();
+    connect(takes_, &Kivora::TakeJournal::WaitingChanged, this, &KivoraWidget::takesChanged);
+    connect(takes_, &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
 }
 
 void KivoraWidget::tellAboutSettings() {

@@ -330,7 +330,7 @@ private:
     bool isOutputWorking() const;
 
     Kivora::EngineControls* controls_;
-    Kivora::CKivora* engine_;
+    const Kivora::CKivora* engine_;
     ParameterEditor editor_;
     std::unique_ptr<MIDIEventRelay> relay_;
     PanelSkin skin_;
@@ -353,7 +353,7 @@ private:
     SoundDoctorTools doctor_;
     QTimer octaveOfferTimer_;
     HelpPages helpPages_;
-    std::unique_ptr<Kivora::TakeJournal> takes_;  ///< null without an engine
+    const Kivora::TakeJournal* takes_ = nullptr;  ///< null without an engine
     bool askingAboutTakes_ = false;               ///< in a dialog that the program waits for
     QPointer<QMessageBox> takeQuestion_;          ///< the one that is open while the panel goes on
     int takeAsked_ = 0;                           ///< what it is about

@@ -56,7 +56,7 @@ void LetGoOf(QWidget& control) {
 }
 
 /// Whether the place of a click on a key of the piano tells its velocity.
-bool IsHeightVelocity(Kivora::CKivora& engine) {
+bool IsHeightVelocity(const Kivora::CKivora& engine) {
     return engine.WithExtras([](const Kivora::EngineExtras& extras) { return extras.heightIsVelocity; });
 }
 
@@ -121,10 +121,10 @@ void KivoraWidget::carryOut(const CPCKeyPlayer::CActions& actions) {
     for (const TPCKeyAction& action : actions) {
         switch (action.kind) {
             case TPCKeyAction::EKind::kNoteOn:
-                engine_->PlayPcKey(action.note, LevelOf(action.level));
+                controls_->PlayPcKey(action.note, LevelOf(action.level));
                 break;
             case TPCKeyAction::EKind::kNoteOff:
-                engine_->PlayNoteOff(action.note);
+                controls_->PlayNoteOff(action.note);
                 break;
             case TPCKeyAction::EKind::kSustainOn:
                 controls_->SetSustain(true);
@@ -228,18 +228,18 @@ void KivoraWidget::octaveDownClicked() {
 
 void KivoraWidget::UIKeyPressed(BYTE note, BYTE velocity) {
     if (engine_ != nullptr) {
-        engine_->PlayNoteOn(note, IsHeightVelocity(*engine_) ? velocity : engine_->GetVelocityNormal());
+        controls_->PlayNoteOn(note, IsHeightVelocity(*engine_) ? velocity : engine_->GetVelocityNormal());
     }
 }
 
 void KivoraWidget::UIKeyReleased(BYTE note) {
     if (engine_ != nullptr) {
-        engine_->PlayNoteOff(note);
+        controls_->PlayNoteOff(note);
     }
 }
 
 void KivoraWidget::UIAfterTouch(BYTE note, BYTE pressure) {
     if (engine_ != nullptr && IsHeightVelocity(*engine_)) {
-        engine_->PlayAfterTouch(note, pressure);
+        controls_->PlayAfterTouch(note, pressure);
     }
 }

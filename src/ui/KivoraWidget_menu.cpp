@@ -80,7 +80,7 @@ void KivoraWidget::createActions() {
     addMenuAction(*menu_, tr("&Velocity..."), {}, [this] {
         if (engine_ != nullptr) {
             releaseHeld();
-            VelocitySettings(*engine_, this).exec();
+            VelocitySettings(*controls_, this).exec();
         }
     });
     addMenuAction(*menu_, tr("MIDI Learn..."), {}, [this] { bindPanel(); });
@@ -112,7 +112,7 @@ void KivoraWidget::createTimeActions() {
     addMenuAction(*menu_, tr("Ho&w the Metronome Sounds..."), {}, [this] {
         if (engine_ != nullptr) {
             releaseHeld();
-            MetronomeSettings(*engine_, this).exec();
+            MetronomeSettings(*controls_, this).exec();
         }
     });
     addMenuAction(*menu_, tr("Tap the Temp&o"), Qt::ALT | Qt::Key_T, [this] { tapClicked(); });
@@ -156,7 +156,7 @@ void KivoraWidget::createViewActions() {
         *menu_, tr("&Note Names"), Qt::ALT | Qt::Key_N,
         [this] {
             if (engine_ != nullptr) {
-                engine_->SetShowNoteNames(!engine_->GetShowNoteNames());
+                controls_->SetShowNoteNames(!engine_->GetShowNoteNames());
             }
         },
         [this] { return engine_ != nullptr && engine_->GetShowNoteNames(); });
@@ -169,7 +169,7 @@ void KivoraWidget::createViewActions() {
             *coloring, names[scheme], {},
             [this, scheme] {
                 if (engine_ != nullptr) {
-                    engine_->SetKeyboardColoring(scheme);
+                    controls_->SetKeyboardColoring(scheme);
                 }
             },
             [this, scheme] { return engine_ != nullptr && engine_->GetKeyboardColoring() == scheme; }, colorings);

@@ -64,7 +64,7 @@ void KivoraWidget::savePlayed() {
     }
     releaseHeld();
     const QScopedValueRollback asking(askingAboutTakes_, true);
-    const auto history = engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.played; });
+    const auto history = engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.GetPlayed(); });
     const PlayedPassages played(history->Get());
     if (!played.IsAny()) {
         MessageBoxes::Show(this, QMessageBox::Information, Title(),

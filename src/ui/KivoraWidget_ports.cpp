@@ -33,7 +33,7 @@ void KivoraWidget::openPorts() {
     connect(keeper_.get(), &PortKeeper::InputReturned, this, &KivoraWidget::inputReturned);
     connect(&portTimer_, &QTimer::timeout, keeper_.get(), &PortKeeper::Look);
     connect(engine_, &Kivora::CKivora::DevicesChanged, keeper_.get(), &PortKeeper::FollowDevices, Qt::QueuedConnection);
-    engine_->UpdatePorts();  // to what nobody was told of before
+    controls_->UpdatePorts();  // to what nobody was told of before
     portTimer_.start(PortKeeper::kLookPeriodMs);
     QString failure;
     try {

@@ -103,17 +103,17 @@ void KivoraWidget::stopAndSave() {
         return;
     }
     const int take = takes_->GetLatest();
-    if (captured &&
-        !saveAs(QDateTime::currentDateTime(),
-                {.hasGrid = takes_->HasGrid(take),
-                 .take = [this] { return std::make_shared<const Kivora::Song>(takes_->GetLatestTake()); },
-                 .save = [this](const NK::CString& path, bool onGrid) { return takes_->SaveLatest(path, onGrid); }})) {
+    if (captured && !saveAs(QDateTime::currentDateTime(),
+                            {.hasGrid = takes_->HasGrid(take),
+                             .take = [this] { return std::make_shared<const Kivora::Song>(takes_->GetLatestTake()); },
+                             .save = [this](const NK::CString& path,
+                                            bool onGrid) { return controls_->SaveLatestTake(path, onGrid); }})) {
         leaveForLater(take);
     }
 }
 
 bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
-    NK::CString& folder = engine_->GetLastFolders().takes;
+    NK::CString& folder = controls_->GetLastFolders().takes;
     QFileDialog dialog(this, tr("Save MIDI File"),
                        NK::ToQt(NK::FolderExists(folder) ? folder : engine_->GetUserDataDir()),
                        MIDIFileNames::GetFilter(MIDIFileNames::kWritten));
@@ -135,7 +135,7 @@ bool KivoraWidget::saveAs(const QDateTime& begun, const TakeToSave& take) {
     while (dialog.exec() == QDialog::Accepted) {
         const NK::CString path = NK::FromQt(dialog.selectedFiles().value(0));
         if (take.save(path, onGrid)) {
-            engine_->WithExtras([onGrid](Kivora::EngineExtras& extras) { extras.savesTempo = onGrid; });
+            controls_->SetSavesTempo(onGrid);
             folder = NK::GetFolderName(path);
             return true;
         }
@@ -204,7 +204,7 @@ void KivoraWidget::askAfterStop(const QString& reason) {
                            reason + " " + tr("Do you want to save the recording?"), QMessageBox::Yes | QMessageBox::No),
         [this, take](QMessageBox::StandardButton answer) {
             if (answer == QMessageBox::No) {
-                takes_->Refuse(take);
+                controls_->RefuseTake(take);
             } else if (answer != QMessageBox::Yes) {
                 leaveForLater(take);
             } else if (take != 0) {

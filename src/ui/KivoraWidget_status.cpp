@@ -105,7 +105,7 @@ void KivoraWidget::tapClicked() {
 
 void KivoraWidget::onMetronomeSwitch() {
     if (engine_ != nullptr) {
-        engine_->SetMetronome(!engine_->IsMetronomeOn());
+        controls_->SetMetronome(!engine_->IsMetronomeOn());
     }
     updateMetronome();
 }

@@ -96,7 +96,7 @@ bool KivoraWidget::answerOffer(int id, const QDateTime& begun, QMessageBox::Stan
         case QMessageBox::Save:
             return saveTake(id, begun);
         case QMessageBox::Discard:
-            return takes_->Refuse(id);
+            return controls_->RefuseTake(id);
         default:
             leaveForLater(id);
             return false;
@@ -106,9 +106,10 @@ bool KivoraWidget::answerOffer(int id, const QDateTime& begun, QMessageBox::Stan
 bool KivoraWidget::saveTake(int id, const QDateTime& begun) {
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const bool saved = saveAs(
-        begun, {.hasGrid = takes_->HasGrid(id),
-                .take = [this, id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); },
-                .save = [this, id](const NK::CString& path, bool onGrid) { return takes_->Save(id, path, onGrid); }});
+        begun,
+        {.hasGrid = takes_->HasGrid(id),
+         .take = [this, id] { return std::make_shared<const Kivora::Song>(takes_->GetTake(id)); },
+         .save = [this, id](const NK::CString& path, bool onGrid) { return controls_->SaveTake(id, path, onGrid); }});
     if (!saved) {
         leaveForLater(id);
     }
@@ -139,7 +140,7 @@ void KivoraWidget::offerTakes() {
 void KivoraWidget::tellLostJournals() {
     QString setAside;
     QString unreadable;
-    for (const Kivora::LostJournal& journal : takes_->TakeLost()) {
+    for (const Kivora::LostJournal& journal : controls_->TakeLostJournals()) {
         (journal.isSetAside ? setAside : unreadable) += "\n" + NK::ToQt(journal.path);
     }
     const auto tell = [this](const QString& text) {
@@ -174,13 +175,13 @@ bool KivoraWidget::isReadyToClose() {
         const QScopedValueRollback asking(askingAboutTakes_, true);
         controls_->StopRecording();
     }
-    takes_->WriteOut();
+    controls_->WriteOutTakes();
     if (decideAboutTakes()) {
         return true;
     }
     // What waits is offered again at the next start, if it is there to be offered.
     NK::ForgetFileFailure();
-    takes_->WriteOut();
+    controls_->WriteOutTakes();
     const auto waiting = takes_->GetWaiting();
     if (std::all_of(waiting.begin(), waiting.end(), [](const WaitingTake& take) { return take.isOnDisk; })) {
         return true;
@@ -195,6 +196,6 @@ bool KivoraWidget::isReadyToClose() {
 
 void KivoraWidget::keepTakes() {
     if (takes_ != nullptr) {
-        takes_->WriteOut();
+        controls_->WriteOutTakes();
     }
 }

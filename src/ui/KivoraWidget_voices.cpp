@@ -248,9 +248,8 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
         menu.setLastUsed(extras.patches.GetLastUsed());
         menu.setFavorites(extras.patches.GetFavorites());
     });
-    connect(&menu, &QGMPatchMenu::favoriteChanged, this, [this](int favorite, bool on) {
-        engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.SetFavorite(favorite, on); });
-    });
+    connect(&menu, &QGMPatchMenu::favoriteChanged, this,
+            [this](int favorite, bool on) { controls_->SetFavoritePatch(favorite, on); });
     PatchAudition audition(*controls_, slot);
     connect(&menu, &QGMPatchMenu::programAuditioned, &audition, &PatchAudition::hear);
     menu.setAvoided({display_->mapToGlobal(QPoint()), display_->size()});
@@ -262,7 +261,7 @@ void KivoraWidget::showPatchMenu(int slot, const QWidget* widget, QPoint positio
     if (*choice != engine_->GetPatch(slot)) {
         controls_->SetPatch(*choice, slot);
     }
-    engine_->WithExtras([&](Kivora::EngineExtras& extras) { extras.patches.NoteUse(*choice); });
+    controls_->NotePatch(*choice);
 }
 
 void KivoraWidget::patch1Menu(QPoint position) {

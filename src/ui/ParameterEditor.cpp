@@ -48,9 +48,9 @@ void ParameterEditor::StepUp() {
         case EMode::kTranspose2:
             return controls_->TransposeUp(SecondarySlot());
         case EMode::kVolume1:
-            return controls_->GetEngine().VolumeUp(Kivora::VoiceSlots::kMain);
+            return controls_->VolumeUp(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
-            return controls_->GetEngine().VolumeUp(SecondarySlot());
+            return controls_->VolumeUp(SecondarySlot());
         case EMode::kTempo:
             return controls_->TempoUp();
     }
@@ -70,9 +70,9 @@ void ParameterEditor::StepDown() {
         case EMode::kTranspose2:
             return controls_->TransposeDown(SecondarySlot());
         case EMode::kVolume1:
-            return controls_->GetEngine().VolumeDown(Kivora::VoiceSlots::kMain);
+            return controls_->VolumeDown(Kivora::VoiceSlots::kMain);
         case EMode::kVolume2:
-            return controls_->GetEngine().VolumeDown(SecondarySlot());
+            return controls_->VolumeDown(SecondarySlot());
         case EMode::kTempo:
             return controls_->TempoDown();
     }

@@ -22,7 +22,7 @@ PatchAudition::~PatchAudition() {
 }
 
 void PatchAudition::hear(int patch) {
-    Kivora::CKivora& engine = controls_.GetEngine();
+    const Kivora::CKivora& engine = controls_.GetEngine();
     if (engine.IsRecording()) {
         return;
     }
@@ -30,7 +30,7 @@ void PatchAudition::hear(int patch) {
     controls_.SetPatch(patch, slot_);
     if (!engine.IsArpeggiating()) {
         note_ = noteOfVoice();
-        engine.PlayNoteOn(*note_, engine.GetVelocityNormal());
+        controls_.PlayNoteOn(*note_, engine.GetVelocityNormal());
         end_.start(kNoteMs, this);
     }
 }
@@ -52,7 +52,7 @@ std::uint8_t PatchAudition::noteOfVoice() const {
 void PatchAudition::endNote() {
     end_.stop();
     if (const auto note = std::exchange(note_, std::nullopt)) {
-        controls_.GetEngine().PlayNoteOff(*note);
+        controls_.PlayNoteOff(*note);
     }
 }
 

@@ -55,21 +55,21 @@ NK::CString PresetStore::GetStoredName(const NK::CString& name) {
     return stored;
 }
 
-const NK::CString& PresetStore::GetUserDataDir() {
+const NK::CString& PresetStore::GetUserDataDir() const {
     return CreateOnce(userDataDir_, userDataDirAsked_);
 }
 
-const NK::CString& PresetStore::GetPresetsDir(bool factory) {
+const NK::CString& PresetStore::GetPresetsDir(bool factory) const {
     return factory ? CreateOnce(factoryPresetsDir_, factoryPresetsDirAsked_)
                    : CreateOnce(userPresetsDir_, userPresetsDirAsked_);
 }
 
-NK::CString PresetStore::GetPath(const NK::CString& name, bool factory) {
+NK::CString PresetStore::GetPath(const NK::CString& name, bool factory) const {
     const NK::CString stored = GetStoredName(name);
     return stored.IsEmpty() ? stored : GetPresetsDir(factory) + stored + L"." + kExtension;
 }
 
-void PresetStore::List(NK::CStringArray& names, bool factory) {
+void PresetStore::List(NK::CStringArray& names, bool factory) const {
     const std::wstring ending = std::wstring(L".") + kExtension;
     NK::CStringArray files;
     static_cast<void>(NK::ListFiles(GetPresetsDir(factory), files));
@@ -89,11 +89,11 @@ void PresetStore::List(NK::CStringArray& names, bool factory) {
     SortByName(names);
 }
 
-bool PresetStore::Exists(const NK::CString& name, bool factory) {
+bool PresetStore::Exists(const NK::CString& name, bool factory) const {
     return NK::FileExists(GetPath(name, factory));
 }
 
-bool PresetStore::Read(const NK::CString& name, bool factory, NK::CIniFile& file) {
+bool PresetStore::Read(const NK::CString& name, bool factory, NK::CIniFile& file) const {
     NK::ForgetFileFailure();
     return file.Load(GetPath(name, factory)) && file.SelectSection(kSection);
 }

@@ -23,13 +23,13 @@ public:
     /// "..", and those with control characters or with what is no character.
     static NK::CString GetStoredName(const NK::CString& name);
 
-    const NK::CString& GetUserDataDir();             ///< no "/" at the end
-    const NK::CString& GetPresetsDir(bool factory);  ///< with a "/" at the end
+    const NK::CString& GetUserDataDir() const;             ///< no "/" at the end
+    const NK::CString& GetPresetsDir(bool factory) const;  ///< with a "/" at the end
     /// The names of the presets in one folder in the order of SortByName(); files that no name leads to are left out.
-    void List(NK::CStringArray& names, bool factory);
-    bool Exists(const NK::CString& name, bool factory);
+    void List(NK::CStringArray& names, bool factory) const;
+    bool Exists(const NK::CString& name, bool factory) const;
     /// Reads the file and selects its section; false when there is none to be read.
-    bool Read(const NK::CString& name, bool factory, NK::CIniFile& file);
+    bool Read(const NK::CString& name, bool factory, NK::CIniFile& file) const;
     /// Saves into the user's folder, as SaveOverDamaged() does where the file there is no preset.
     bool Save(const NK::CString& name, NK::CIniFile& file, NK::CString& setAside);
     /// Removes a preset of the user's; false when there is none.
@@ -37,14 +37,14 @@ public:
 
 private:
     /// Empty for a name that is refused.
-    NK::CString GetPath(const NK::CString& name, bool factory);
+    NK::CString GetPath(const NK::CString& name, bool factory) const;
 
     NK::CString userDataDir_;
     NK::CString userPresetsDir_;
     NK::CString factoryPresetsDir_;
-    bool userDataDirAsked_ = false;
-    bool userPresetsDirAsked_ = false;
-    bool factoryPresetsDirAsked_ = false;
+    mutable bool userDataDirAsked_ = false;  ///< these three: whether the folder was created by being asked for
+    mutable bool userPresetsDirAsked_ = false;
+    mutable bool factoryPresetsDirAsked_ = false;
 };
 
 }  // namespace Kivora

@@ -10,7 +10,7 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-#include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "engine/values/ClickSettings.h"
 #include "ui/parts/Mnemonics.h"
 
@@ -44,9 +44,9 @@ Box* Named(Box* box, const char* name) {
 
 }  // namespace
 
-MetronomeSettings::MetronomeSettings(Kivora::CKivora& engine, QWidget* parent)
+MetronomeSettings::MetronomeSettings(Kivora::EngineControls& controls, QWidget* parent)
     : FittedDialog(parent),
-      engine_(engine),
+      controls_(controls),
       form_(new QFormLayout),
       sound_(Named(new QComboBox, "clickSound")),
       barNote_(Named(new QComboBox, "clickBarNote")),
@@ -115,7 +115,7 @@ void MetronomeSettings::fillNotes(QComboBox& combo, int chosen) {
 
 void MetronomeSettings::load() {
     loading_ = true;
-    const ClickSettings click = engine_.GetClick();
+    const ClickSettings click = controls_.GetEngine().GetClick();
     sound_->clear();
     sound_->addItems(
         {tr("None: the lamps alone"), tr("On the chosen synthesizer"), tr("On the built-in synthesizer alone")});
@@ -142,7 +142,7 @@ void MetronomeSettings::store() {
     click.loudness = loudness_->value();
     click.beatsPerBar = beats_->value();
     click.countInBars = countIn_->currentIndex();
-    engine_.SetClick(click);
+    controls_.SetClick(click);
     enable();
 }
 

@@ -9,7 +9,7 @@ class QPushButton;
 class QSpinBox;
 
 namespace Kivora {
-class CKivora;
+class EngineControls;
 }
 
 /// What is changed in it is in force at once. [gui]
@@ -18,7 +18,7 @@ class MetronomeSettings : public FittedDialog {
 
 public:
     /// The engine is not owned.
-    explicit MetronomeSettings(Kivora::CKivora& engine, QWidget* parent = nullptr);
+    explicit MetronomeSettings(Kivora::EngineControls& controls, QWidget* parent = nullptr);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -30,7 +30,7 @@ private:
     void fillNotes(QComboBox& combo, int chosen);
     void enable();
 
-    Kivora::CKivora& engine_;
+    Kivora::EngineControls& controls_;
     bool loading_ = false;
 
     // Qt's parent owns these.

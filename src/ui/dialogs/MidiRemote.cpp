@@ -5,14 +5,12 @@
 #include <QWidget>
 
 #include "engine/EngineControls.h"
-#include "engine/EngineExtras.h"
 #include "engine/values/VoiceSlots.h"
 #include "nk/nk_paths.h"
 #include "nk/qt/nk_qt_string.h"
 
 using Kivora::BoundControls;
 using Kivora::CKivora;
-using Kivora::EngineExtras;
 using Kivora::EPanelFunction;
 using Kivora::VoiceSlots;
 
@@ -53,15 +51,15 @@ MidiRemote::MidiRemote(Kivora::EngineControls& controls, QWidget& panel)
     setAction(EPanelFunction::kPresetUp, [this] { emit presetStepped(presets_.Step(1)); });
     setAction(EPanelFunction::kPresetDown, [this] { emit presetStepped(presets_.Step(-1)); });
     putInForce();
-    engine_.WithExtras([this](EngineExtras& extras) {
-        extras.controls.SetWake([this] { QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection); });
+    controls_.WithBoundControls([this](BoundControls& bound) {
+        bound.SetWake([this] { QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection); });
     });
 }
 
 MidiRemote::~MidiRemote() {
-    engine_.WithExtras([](EngineExtras& extras) {
-        extras.controls.SetWake({});
-        extras.controls.EndLearning();
+    controls_.WithBoundControls([](BoundControls& bound) {
+        bound.SetWake({});
+        bound.EndLearning();
     });
 }
 
@@ -77,7 +75,7 @@ bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change
     for (const Kivora::MidiBinding& binding : file_.Get().GetAll()) {
         if (binding.control.kind == Kivora::MidiControl::Kind::kController &&
             former.Find(binding.device, binding.control) == nullptr) {
-            engine_.RestInputController(binding.control.number);
+            controls_.RestInputController(binding.control.number);
         }
     }
     if (!setAside.IsEmpty()) {
@@ -87,23 +85,23 @@ bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change
 }
 
 void MidiRemote::putInForce() {
-    engine_.WithExtras([this](EngineExtras& extras) { extras.controls.SetBindings(file_.Get()); });
+    controls_.WithBoundControls([this](BoundControls& bound) { bound.SetBindings(file_.Get()); });
 }
 
 void MidiRemote::beginLearning(EPanelFunction function) {
-    engine_.WithExtras([function](EngineExtras& extras) { extras.controls.BeginLearning(function); });
+    controls_.WithBoundControls([function](BoundControls& bound) { bound.BeginLearning(function); });
 }
 
 void MidiRemote::endLearning() {
-    engine_.WithExtras([](EngineExtras& extras) { extras.controls.EndLearning(); });
+    controls_.WithBoundControls([](BoundControls& bound) { bound.EndLearning(); });
 }
 
 void MidiRemote::deliver() {
     // One at a time: what is carried out may open a dialog, in which the next ones come here again.
-    while (const auto deed = engine_.WithExtras([](EngineExtras& extras) { return extras.controls.TakeNext(); })) {
+    while (const auto deed = controls_.WithBoundControls([](BoundControls& bound) { return bound.TakeNext(); })) {
         carryOut(*deed);
     }
-    if (const auto control = engine_.WithExtras([](EngineExtras& extras) { return extras.controls.TakeLearned(); })) {
+    if (const auto control = controls_.WithBoundControls([](BoundControls& bound) { return bound.TakeLearned(); })) {
         emit learned(*control);
     }
 }
@@ -112,7 +110,7 @@ void MidiRemote::carryOut(const BoundControls::Deed& deed) {
     const bool isBlocked = IsPanelBlocked() && deed.function != EPanelFunction::kPanic;
     if (deed.position) {
         if (isBlocked) {
-            engine_.WithExtras([&deed](EngineExtras& extras) { extras.controls.LetGo(deed); });
+            controls_.WithBoundControls([&deed](BoundControls& bound) { bound.LetGo(deed); });
         } else {
             setValue(deed);
         }
@@ -123,23 +121,23 @@ void MidiRemote::carryOut(const BoundControls::Deed& deed) {
 
 void MidiRemote::setValue(const BoundControls::Deed& knob) {
     const auto follow = [&](int current, int least, int greatest) {
-        return engine_.WithExtras(
-            [&](EngineExtras& extras) { return extras.controls.Follow(knob, current, least, greatest); });
+        return controls_.WithBoundControls(
+            [&](BoundControls& bound) { return bound.Follow(knob, current, least, greatest); });
     };
     if (knob.function == EPanelFunction::kTempo) {
         if (const auto tempo = follow(engine_.GetTempo(), CKivora::kMinTempo, CKivora::kMaxTempo)) {
-            engine_.SetTempoInBar(*tempo);
+            controls_.SetTempoInBar(*tempo);
         }
         return;
     }
     const std::optional<int> slot =
         knob.function == EPanelFunction::kVolume1 ? std::optional(VoiceSlots::kMain) : slotOfSecondVoice();
     if (!slot) {
-        engine_.WithExtras([&knob](EngineExtras& extras) { extras.controls.LetGo(knob); });
+        controls_.WithBoundControls([&knob](BoundControls& bound) { bound.LetGo(knob); });
         return;
     }
     if (const auto volume = follow(engine_.GetVolume(*slot), kLeastVolume, kGreatestVolume)) {
-        engine_.SetVolume(*volume, *slot);
+        controls_.SetVolume(*volume, *slot);
     }
 }
 

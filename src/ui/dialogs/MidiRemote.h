@@ -62,7 +62,7 @@ private:
     void putInForce();
 
     Kivora::EngineControls& controls_;
-    Kivora::CKivora& engine_;
+    const Kivora::CKivora& engine_;
     Kivora::MidiBindingsFile file_;
     Kivora::StoredBindings::State state_;
     Kivora::PresetSteps presets_;

@@ -241,7 +241,7 @@ void PlayerWindow::come() {
 }
 
 bool PlayerWindow::askForFile() {
-    NK::CString& folder = controls_.GetEngine().GetLastFolders().takes;
+    NK::CString& folder = controls_.GetLastFolders().takes;
     const QString path = QFileDialog::getOpenFileName(
         isVisible() ? this : parentWidget(), tr("Play a MIDI File"),
         NK::ToQt(NK::FolderExists(folder) ? folder : controls_.GetEngine().GetUserDataDir()),

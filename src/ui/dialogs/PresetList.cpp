@@ -158,8 +158,7 @@ void PresetList::refill() {
 
 void PresetList::orderChosen(int index) {
     if (controls_ != nullptr) {
-        controls_->GetEngine().WithExtras(
-            [index](Kivora::EngineExtras& extras) { extras.presets.sortsByUse = index == kByUse; });
+        controls_->SortPresetsByUse(index == kByUse);
     }
     refill();
 }
@@ -167,8 +166,7 @@ void PresetList::orderChosen(int index) {
 void PresetList::noteUse() {
     const QListWidgetItem* const item = ui_->presetList->currentItem();
     const bool factory = !saveMode_ && item != nullptr && item->data(kFactoryRole).toBool();
-    Kivora::CKivora& engine = controls_->GetEngine();
-    engine.WithExtras([&](Kivora::EngineExtras& extras) { extras.presets.Note(engine.GetPresetName(), factory); });
+    controls_->NotePreset(controls_->GetEngine().GetPresetName(), factory);
 }
 
 bool PresetList::eventFilter(QObject* watched, QEvent* event) {
@@ -234,11 +232,11 @@ void PresetList::savePreset() {
     if (!saveMode_ || controls_ == nullptr || name.trimmed().isEmpty()) {
         return;
     }
-    Kivora::CKivora& engine = controls_->GetEngine();
-    if (engine.PresetExists(FromQt(name), false) && !confirm(tr("Overwrite preset") + " \"" + name + "\"?")) {
+    if (controls_->GetEngine().PresetExists(FromQt(name), false) &&
+        !confirm(tr("Overwrite preset") + " \"" + name + "\"?")) {
         return;
     }
-    if (engine.SavePreset(FromQt(name))) {
+    if (controls_->SavePreset(FromQt(name))) {
         noteUse();
         accept();
     } else {
@@ -255,7 +253,7 @@ void PresetList::deletePreset() {
     if (!confirm(tr("Delete preset") + " \"" + name + "\"?")) {
         return;
     }
-    if (!controls_->GetEngine().DeletePreset(FromQt(name))) {
+    if (!controls_->DeletePreset(FromQt(name))) {
         showError(tr("Failed to delete the preset."));
     }
     const int row = ui_->presetList->currentRow();

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/CKivora.h"
+#include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
 #include "ui/dialogs/VelocityGraph.h"
 #include "ui/parts/Mnemonics.h"
@@ -24,9 +24,9 @@ namespace {
 constexpr int kTouchPeriodMs = 50;
 }
 
-VelocitySettings::VelocitySettings(Kivora::CKivora& engine, QWidget* parent)
+VelocitySettings::VelocitySettings(Kivora::EngineControls& controls, QWidget* parent)
     : FittedDialog(parent),
-      engine_(engine),
+      controls_(controls),
       form_(new QFormLayout),
       shape_(new QComboBox),
       fixed_(addSpin("velocityFixed", VelocityCurve::kLowest, VelocityCurve::kHighest)),
@@ -116,9 +116,10 @@ void VelocitySettings::load() {
     loading_ = true;
     shape_->clear();
     shape_->addItems({tr("Linear"), tr("Soft"), tr("Hard"), tr("Fixed"), tr("Drawn by three points")});
-    showCurve(engine_.WithExtras([](const EngineExtras& extras) { return extras.velocity.GetCurve(); }));
+    showCurve(controls_.GetEngine().WithExtras([](const EngineExtras& extras) { return extras.velocity.GetCurve(); }));
     loading_ = true;
-    height_->setChecked(engine_.WithExtras([](const EngineExtras& extras) { return extras.heightIsVelocity; }));
+    height_->setChecked(
+        controls_.GetEngine().WithExtras([](const EngineExtras& extras) { return extras.heightIsVelocity; }));
     loading_ = false;
     touchesShown_ = 0;
     showTouches();
@@ -157,10 +158,7 @@ void VelocitySettings::store() {
         return;
     }
     const VelocityCurve chosen = curve();
-    engine_.WithExtras([&](EngineExtras& extras) {
-        extras.velocity.SetCurve(chosen);
-        extras.heightIsVelocity = height_->isChecked();
-    });
+    controls_.SetVelocityWays(chosen, height_->isChecked());
     showCurve(chosen);
     graph_->setDots({});
 }
@@ -177,7 +175,7 @@ void VelocitySettings::enable() {
 }
 
 void VelocitySettings::showTouches() {
-    const auto [count, touches] = engine_.WithExtras([](const EngineExtras& extras) {
+    const auto [count, touches] = controls_.GetEngine().WithExtras([](const EngineExtras& extras) {
         return std::pair(extras.velocity.GetTouchCount(), extras.velocity.GetTouches());
     });
     if (count == touchesShown_) {

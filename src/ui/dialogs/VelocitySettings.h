@@ -14,7 +14,7 @@ class QSpinBox;
 class VelocityGraph;
 
 namespace Kivora {
-class CKivora;
+class EngineControls;
 struct VelocityCurve;
 }  // namespace Kivora
 
@@ -24,7 +24,7 @@ class VelocitySettings : public FittedDialog {
 
 public:
     /// The engine is not owned.
-    explicit VelocitySettings(Kivora::CKivora& engine, QWidget* parent = nullptr);
+    explicit VelocitySettings(Kivora::EngineControls& controls, QWidget* parent = nullptr);
 
 public slots:
     /// Shows the touches that have come since.
@@ -42,7 +42,7 @@ private:
     void showCurve(const Kivora::VelocityCurve& curve);
     void enable();
 
-    Kivora::CKivora& engine_;
+    Kivora::EngineControls& controls_;
     bool loading_ = false;
     std::uint64_t touchesShown_ = 0;
     QTimer touchTimer_;

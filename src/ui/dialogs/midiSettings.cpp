@@ -51,7 +51,7 @@ midiSettings::midiSettings(Kivora::EngineControls* controls, QWidget* parent)
       controls_(controls),
       engine_(controls != nullptr ? &controls->GetEngine() : nullptr) {
     ui_->setupUi(this);
-    ui_->synthGroup->setSynth(engine_ != nullptr ? engine_->GetSynth() : nullptr);
+    ui_->synthGroup->setSynth(controls_ != nullptr ? controls_->GetSynth() : nullptr);
     if (ui_->synthGroup->isHidden()) {  // else the right column would be half empty
         ui_->rightLayout->insertWidget(0, ui_->languageGroup);
     }
@@ -217,7 +217,7 @@ void midiSettings::defaultVelocities() {
 
 void midiSettings::onKeyboardColorChanged(int index) {
     if (engine_ != nullptr && !updating) {
-        engine_->SetKeyboardColoring(index == 1 || index == 2 ? index : 0);
+        controls_->SetKeyboardColoring(index == 1 || index == 2 ? index : 0);
     }
 }
 
@@ -254,21 +254,21 @@ void midiSettings::defaultDisp2Color() {
 void midiSettings::bgColorChanged(const QColor& color) {
     bgColor_ = color;
     if (engine_ != nullptr) {
-        engine_->SetUIColor(color);
+        controls_->SetUIColor(color);
     }
     PaintSwatch(*ui_->bgColorDisplay, color);
 }
 void midiSettings::dispColorChanged(const QColor& color) {
     dispColor_ = color;
     if (engine_ != nullptr) {
-        engine_->SetUIDisplayColor(color);
+        controls_->SetUIDisplayColor(color);
     }
     PaintSwatch(*ui_->dispColorDisplay, color);
 }
 void midiSettings::disp2ColorChanged(const QColor& color) {
     disp2Color_ = color;
     if (engine_ != nullptr) {
-        engine_->SetUIDisplay2Color(color);
+        controls_->SetUIDisplay2Color(color);
     }
     PaintSwatch(*ui_->disp2ColorDisplay, color);
 }
@@ -282,8 +282,8 @@ void midiSettings::onWPBrowse() {
     if (!path.isEmpty()) {
         ui_->wpEdit->setText(path);
         if (engine_ != nullptr) {
-            engine_->GetLastFolders().wallpapers = NK::FromQt(QFileInfo(path).absolutePath());
-            engine_->SetWallpaper(path);
+            controls_->GetLastFolders().wallpapers = NK::FromQt(QFileInfo(path).absolutePath());
+            controls_->SetWallpaper(path);
         }
     }
 }
@@ -291,7 +291,7 @@ void midiSettings::onWPBrowse() {
 void midiSettings::onWPClear() {
     ui_->wpEdit->clear();
     if (engine_ != nullptr) {
-        engine_->SetWallpaper(QString());
+        controls_->SetWallpaper(QString());
     }
 }
 
@@ -345,18 +345,16 @@ void midiSettings::closeClicked() {
             attempt(tr("Setting output port failed"),
                     [this] { controls_->SetOutputPortByIndex(ui_->outsCb->currentIndex()); });
         }
-        engine_->SetPCKeyWay(static_cast<NK::Piano::EPCKeyWay>(ui_->pcKeyWayCombo->currentIndex()));
-        engine_->SetVelocityLow(ui_->spinLow->value());
-        engine_->SetVelocityNormal(ui_->spinNormal->value());
-        engine_->SetVelocityHigh(ui_->spinHigh->value());
-        engine_->SetTranslatePatchNames(ui_->translatePatchNames->isChecked());
-        engine_->SetTranslateKeyNames(ui_->translateKeyNames->isChecked());
-        engine_->SetShowNoteNames(ui_->showNoteNames->isChecked());
-        engine_->WithExtras([this](Kivora::EngineExtras& extras) {
-            extras.KeepPlayed(ui_->keepPlayed->isChecked());
-            extras.savesTempo = ui_->writeTempo->isChecked();
-        });
-        if (!engine_->SaveSettings()) {
+        controls_->SetPCKeyWay(static_cast<NK::Piano::EPCKeyWay>(ui_->pcKeyWayCombo->currentIndex()));
+        controls_->SetVelocityLow(ui_->spinLow->value());
+        controls_->SetVelocityNormal(ui_->spinNormal->value());
+        controls_->SetVelocityHigh(ui_->spinHigh->value());
+        controls_->SetTranslatePatchNames(ui_->translatePatchNames->isChecked());
+        controls_->SetTranslateKeyNames(ui_->translateKeyNames->isChecked());
+        controls_->SetShowNoteNames(ui_->showNoteNames->isChecked());
+        controls_->KeepPlayed(ui_->keepPlayed->isChecked());
+        controls_->SetSavesTempo(ui_->writeTempo->isChecked());
+        if (!controls_->SaveSettings()) {
             showError(tr("Failed to save the settings."), SettingsTexts::WhyNotSaved(engine_->GetSettingsFile()));
         }
     }

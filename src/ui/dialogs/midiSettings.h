@@ -85,7 +85,7 @@ private:
     std::function<QString()> explanation_;
     SoundDoctorTools doctor_;
     Kivora::EngineControls* controls_;
-    Kivora::CKivora* engine_;
+    const Kivora::CKivora* engine_;
     QColor bgColor_;
     QColor dispColor_;
     QColor disp2Color_;

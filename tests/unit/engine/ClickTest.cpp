@@ -138,7 +138,7 @@ TEST_F(ClickTest, IsNotInARecordingNorInWhatIsKeptAndCountsAsNoPlaying) {
     EXPECT_EQ(Engine().GetRecordedCount(), captured);
     EXPECT_GE(Engine().GetIdleTime(), 4000);
     EXPECT_FALSE(
-        Kivora::PlayedPassages(Engine().WithExtras([](auto& extras) { return extras.played->Get(); })).IsAny());
+        Kivora::PlayedPassages(Engine().WithExtras([](auto& extras) { return extras.GetPlayed()->Get(); })).IsAny());
 }
 
 TEST_F(ClickTest, CountsInWithTheMetronomeOffAndIsSilentThen) {
@@ -417,7 +417,7 @@ TEST_F(ClickTest, TheEndOfAClickWhoseDeviceWentIsInNoRecording) {
         recorded.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
     });
     EXPECT_EQ(Count(recorded, barOff), 0U);
-    const auto played = Engine().WithExtras([](auto& extras) { return extras.played->Get(); });
+    const auto played = Engine().WithExtras([](auto& extras) { return extras.GetPlayed()->Get(); });
     for (const LibMidi::PlayedEvent& event : played.events) {
         EXPECT_NE(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)), barOff);
     }

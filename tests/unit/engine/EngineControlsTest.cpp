@@ -1,8 +1,11 @@
-// The places where a note could be left hanging, one by one.
+// What the controls of the engine do beside its own rules: places where a note could hang, one by one, and takes.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "engine/EngineControls.h"
+#include "engine/TakeJournal.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
@@ -491,4 +494,48 @@ TEST_F(Controls, SettlingGivesUpWhenThePlayerStandsStill) {
     const std::uint64_t before = rig.time.GetSleptMs();
     EXPECT_FALSE(engine.SettleOutput());
     EXPECT_EQ(rig.time.GetSleptMs() - before, static_cast<std::uint64_t>(Kivora::CKivora::kSettleLimitMs));
+}
+
+TEST_F(Controls, WhatWasPlayedBeforeItIsSavedIsInARecordingThatRuns) {
+    ASSERT_TRUE(controls.StartRecording());
+    rig.RunPlayer();
+    const int captured = engine.GetRecordedCount();
+    engine.PlayNoteOn(60, 100);
+    EXPECT_TRUE(controls.SaveRecording(NK::CString::FromUtf8((rig.folder / "take.mid").native())));
+    EXPECT_FALSE(engine.IsRecording());
+    EXPECT_EQ(engine.GetRecordedCount(), captured + 1);
+}
+
+TEST_F(Controls, ATakeIsKeptUntilItIsSavedOrRefused) {
+    EXPECT_EQ(controls.GetTakes(), nullptr);
+    controls.KeepTakes(NK::CString::FromUtf8((rig.folder / "Takes").native()));
+    const auto record = [this] {
+        controls.StartRecording();
+        engine.PlayNoteOn(60, 100);
+        engine.PlayNoteOff(60);
+        controls.StopRecording();
+        return controls.GetTakes()->GetLatest();
+    };
+    const int saved = record();
+    ASSERT_NE(saved, 0);
+    const std::filesystem::path path = rig.folder / "take.mid";
+    EXPECT_TRUE(controls.SaveTake(saved, NK::CString::FromUtf8(path.native()), false));
+    EXPECT_TRUE(std::filesystem::exists(path));
+    const int refused = record();
+    ASSERT_NE(refused, saved);
+    EXPECT_TRUE(controls.RefuseTake(refused));
+    EXPECT_FALSE(controls.SaveLatestTake(NK::CString::FromUtf8((rig.folder / "none" / "take.mid").native()), false));
+    EXPECT_THAT(controls.GetTakes()->GetWaiting(), IsEmpty());
+}
+
+TEST_F(Controls, TakesThatAreKeptAnewAreThoseThatWaited) {
+    const NK::CString folder = NK::CString::FromUtf8((rig.folder / "Takes").native());
+    controls.KeepTakes(folder);
+    controls.StartRecording();
+    engine.PlayNoteOn(60, 100);
+    controls.StopRecording();
+    controls.KeepTakes(folder);
+    ASSERT_THAT(controls.GetTakes()->GetWaiting(), testing::SizeIs(1));
+    EXPECT_TRUE(controls.GetTakes()->GetWaiting().front().isFromEarlierRun);
+    EXPECT_THAT(controls.TakeLostJournals(), IsEmpty());
 }

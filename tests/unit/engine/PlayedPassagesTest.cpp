@@ -33,7 +33,7 @@ protected:
 
     Kivora::CKivora& Engine() { return *rig.engine; }
     std::shared_ptr<LibMidi::PlayedHistory> History() {
-        return Engine().WithExtras([](Kivora::EngineExtras& extras) { return extras.played; });
+        return Engine().WithExtras([](Kivora::EngineExtras& extras) { return extras.GetPlayed(); });
     }
     PlayedPassages Played() { return PlayedPassages(History()->Get()); }
     /// The player's time does not stand still, but nothing happens.

@@ -131,7 +131,7 @@ TEST_F(Keeper, AKeyboardInAnotherPlaceIsOpenedWhereNothingIsDisturbed) {
     EXPECT_EQ(rig.backend.created, created) << "the output would be closed";
     EXPECT_TRUE(IsSounding());
     EXPECT_TRUE(engine.IsInputLost());
-    controls.GetEngine().CloseOutputPort();
+    engine.CloseOutputPort();
     SetState(kKeyboard, DeviceState::kElsewhere);
     keeper.Look();
     EXPECT_EQ(rig.backend.created, created + 1);

@@ -49,7 +49,7 @@ protected:
     State GetState() { return player->GetStatus().state; }
     int GetMs() { return static_cast<int>(player->GetStatus().positionUs / 1000); }
     bool NeedsTick() {
-        return Engine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.song->NeedsTick(); });
+        return Engine().WithExtras([](const Kivora::EngineExtras& extras) { return extras.song.NeedsTick(); });
     }
     static void ExpectNothingSounds(const SynthModel& synth) {
         EXPECT_FALSE(synth.IsSounding());

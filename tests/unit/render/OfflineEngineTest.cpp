@@ -19,9 +19,9 @@ constexpr int kRandomDirection = NK::MIDI::ArpeggiatorSettings::kRandom;
 
 std::vector<std::string> PlayArpeggio(int direction) {
     RenderRig rig;
-    rig.GetEngine().SetTempo(120);
-    rig.GetEngine().SetArpeggiating(true);
-    rig.GetEngine().WithArpeggiator(0, [direction](NK::MIDI::CArpeggiator1& arpeggiator) {
+    rig.GetControls().SetTempoInBar(120);
+    rig.GetControls().SetArpeggiating(true);
+    rig.GetControls().ChangeArpeggiator(0, [direction](NK::MIDI::CArpeggiator1& arpeggiator) {
         arpeggiator.SetBypassed(false);
         arpeggiator.SetDirection(direction);
         arpeggiator.SetNoteStep(48, 50);  // 125 ms
@@ -40,24 +40,23 @@ TEST(OfflineEngine, PlaysTheNotesAtTheirTimes) {
 
 TEST(OfflineEngine, BeginsWithTheSoundsOfTheVoices) {
     RenderRig rig;
-    rig.GetEngine().SetPatch(19, 0);
+    rig.GetControls().SetPatch(19, 0);
     const std::vector<std::string> lines = List(rig.Play(Piece().Note(5, 60).Off(6, 60)));
     EXPECT_THAT(lines, IsSupersetOf({std::string("0: c0 13"), std::string("0: b0 07 64"), std::string("5: 90 3c 64")}));
 }
 
 TEST(OfflineEngine, SendsTheNotesThroughSplitAndLayers) {
     RenderRig rig;
-    rig.GetEngine().SetDual(true);
-    rig.GetEngine().SetSplit(true);
-    rig.GetEngine().TransposeUp(1);
+    rig.GetControls().SetVoiceMode(true, true);
+    rig.GetControls().TransposeUp(1);
     EXPECT_THAT(ListNotes(rig.Play(Piece().Note(1, 59).Note(2, 60).Off(3, 59).Off(4, 60))),
                 ElementsAre("1: 92 3b 64", "2: 90 3c 64", "2: 91 3d 64", "3: 82 3b 40", "4: 80 3c 40", "4: 81 3d 40"));
 }
 
 TEST(OfflineEngine, SplitsWhereThePlayerPutTheSplitPoint) {
     RenderRig rig;
-    rig.GetEngine().SetSplit(true);
-    rig.GetEngine().SetSplitPoint(64);
+    rig.GetControls().SetVoiceMode(false, true);
+    rig.GetControls().SetSplitPoint(64);
     EXPECT_THAT(ListNotes(rig.Play(Piece().Note(1, 63).Note(2, 64).Off(3, 63).Off(4, 64))),
                 ElementsAre("1: 92 3f 64", "2: 90 40 64", "3: 82 3f 40", "4: 80 40 40"));
 }
@@ -109,11 +108,10 @@ TEST(OfflineEngine, AnEmptyFileEndsAtOnce) {
 }
 
 TEST(OfflineEngine, SendsWhatIsSentWhenTheSameNotesArePlayed) {
-    const auto prepare = [](Kivora::CKivora& engine) {
-        engine.SetDual(true);
-        engine.SetSplit(true);
-        engine.SetPatch(48, 1);
-        engine.TransposeDown(2);
+    const auto prepare = [](Kivora::EngineControls& controls) {
+        controls.SetVoiceMode(true, true);
+        controls.SetPatch(48, 1);
+        controls.TransposeDown(2);
     };
     Piece piece;
     for (std::uint8_t i = 0; i < 60; ++i) {
@@ -130,7 +128,7 @@ TEST(OfflineEngine, SendsWhatIsSentWhenTheSameNotesArePlayed) {
     };
 
     RenderRig rig;
-    prepare(rig.GetEngine());
+    prepare(rig.GetControls());
     const std::vector<std::string> rendered = withoutTimes(rig.Play(piece));
 
     const CTemporaryFolder folder;
@@ -145,7 +143,7 @@ TEST(OfflineEngine, SendsWhatIsSentWhenTheSameNotesArePlayed) {
     Kivora::EngineControls controls(engine);
     engine.SetOutputPortByIndex(0);
     engine.SetInputPortByIndex(0);
-    prepare(engine);
+    prepare(controls);
     controls.StartRecording();
     for (const NK::MIDI::SMFEvent& event : piece.content.events) {
         const int captured = engine.GetRecordedCount();

@@ -31,7 +31,7 @@ public:
 
 /// An engine in an empty folder.
 struct RenderRig {
-    Kivora::CKivora& GetEngine() { return engine.GetControls().GetEngine(); }
+    Kivora::EngineControls& GetControls() { return engine.GetControls(); }
     LibMidi::CaptureStore::View Play(const Piece& piece) { return engine.Play(piece.content); }
 
     CTemporaryFolder folder;

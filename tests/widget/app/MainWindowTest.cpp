@@ -39,6 +39,7 @@
 namespace {
 
 using Kivora::CKivora;
+using Kivora::EngineControls;
 using Kivora::MainWindow;
 
 class MainWindowTest : public testing::Test {
@@ -76,7 +77,7 @@ protected:
     /// A note and the pedal, held.
     void Play(MainWindow& window) {
         window.GetControls()->SetSustain(true);
-        window.GetControls()->GetEngine().PlayNoteOn(60, 100);
+        window.GetControls()->PlayNoteOn(60, 100);
         rig_.TakeWritten();
     }
     static void ExpectSilenceIn(const std::vector<std::string>& written) {
@@ -143,10 +144,10 @@ TEST_F(MainWindowTest, TheSettingsLeadToThePageAboutTheSound) {
 TEST_F(MainWindowTest, AFileThatIsDroppedOnItIsOpened) {
     MainWindow window(RealEngine());
     window.show();
-    CKivora& engine = window.GetControls()->GetEngine();
-    engine.SetPatch(11, 0);
-    ASSERT_TRUE(engine.SavePreset(L"Mine"));
-    engine.SetPatch(3, 0);
+    EngineControls& controls = *window.GetControls();
+    controls.SetPatch(11, 0);
+    ASSERT_TRUE(controls.SavePreset(L"Mine"));
+    controls.SetPatch(3, 0);
     const QUrl preset =
         QUrl::fromLocalFile(QString::fromStdString((rig_.folder / "user/Presets/Mine.kivoraLXPreset").string()));
     const auto drop = [&window](const QList<QUrl>& urls) {
@@ -164,7 +165,7 @@ TEST_F(MainWindowTest, AFileThatIsDroppedOnItIsOpened) {
         return event.isAccepted();
     };
     EXPECT_TRUE(drop({preset}));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return engine.GetPatch(0) == 11; }, 30000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return controls.GetEngine().GetPatch(0) == 11; }, 30000));
     EXPECT_FALSE(drop({preset, preset})) << "two cannot be played";
     EXPECT_FALSE(drop({}));
     EXPECT_FALSE(drop({QUrl("https://example.org/a.kivoraLXPreset")}));
@@ -379,7 +380,7 @@ TEST_F(MainWindowTest, SavesTheSettingsWhenItIsDestroyed) {
     const std::filesystem::path file = rig_.folder / "user" / "Kivora.ini";
     {
         MainWindow window(RealEngine());
-        window.GetControls()->GetEngine().SetShowNoteNames(true);
+        window.GetControls()->SetShowNoteNames(true);
         EXPECT_FALSE(std::filesystem::exists(file));
     }
     std::ifstream stream(file);
@@ -523,14 +524,14 @@ TEST_F(MainWindowTest, QuietItSetsADamagedFileAsideWithoutAWord) {
 
 TEST_F(MainWindowTest, SavesTheSettingsAndKeepsTheTakeWhenItIsToldTo) {
     MainWindow window(RealEngine());
-    CKivora& engine = window.GetControls()->GetEngine();
-    ASSERT_TRUE(window.GetControls()->StartRecording());
-    engine.PlayNoteOn(60, 100);
+    EngineControls& controls = *window.GetControls();
+    ASSERT_TRUE(controls.StartRecording());
+    controls.PlayNoteOn(60, 100);
     rig_.RunPlayer();
     window.Save();
     EXPECT_TRUE(std::filesystem::exists(rig_.folder / "user" / "Kivora.ini"));
     EXPECT_FALSE(std::filesystem::is_empty(rig_.folder / "user" / "Takes"));
-    EXPECT_TRUE(engine.IsRecording()) << "the session may go on";
+    EXPECT_TRUE(controls.GetEngine().IsRecording()) << "the session may go on";
 }
 
 TEST_F(MainWindowTest, WithoutAnEngineThereIsNothingToSave) {
@@ -557,7 +558,7 @@ TEST_F(MainWindowTest, ADamagedSettingsFileIsKeptAsideAndTheUserTold) {
 TEST_F(MainWindowTest, NothingSoundsOnAfterItIsDestroyed) {
     {
         MainWindow window(RealEngine());
-        window.GetControls()->GetEngine().PlayNoteOn(60, 100);
+        window.GetControls()->PlayNoteOn(60, 100);
         rig_.TakeWritten();
         rig_.GetDevice(KivoraTest::kSynth).onWrite = [this](const LibMidi::MIDIEvent& event) {
             last_ = KivoraTest::ToText(event);

@@ -30,7 +30,7 @@ protected:
     }
     /// "output, input" in the settings file after a save.
     std::string GetSavedPorts() {
-        const Kivora::RunPorts::Hidden hidden(ports_, engine_);
+        const Kivora::RunPorts::Hidden hidden(ports_, controls_);
         return engine_.GetOutputPortName().ToUtf8() + ", " + engine_.GetInputPortName().ToUtf8();
     }
 

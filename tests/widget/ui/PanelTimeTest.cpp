@@ -81,7 +81,7 @@ TEST_F(PanelTime, LatchIsSwitchedForBothAndShown) {
 
 TEST_F(PanelTime, TheDialogOfTheMetronomeShowsWhatIsInForceAndSetsItAtOnce) {
     Engine().SetClick({.sound = ClickSettings::Sound::kSynth, .barNote = 50, .loudness = 90, .beatsPerBar = 3});
-    MetronomeSettings dialog(Engine());
+    MetronomeSettings dialog(*controls);
     auto& sound = In<QComboBox>(dialog, "clickSound");
     EXPECT_EQ(sound.currentIndex(), 2);
     EXPECT_EQ(In<QComboBox>(dialog, "clickBarNote").currentText(), "Note 50");

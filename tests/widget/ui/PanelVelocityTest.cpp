@@ -28,7 +28,7 @@ protected:
 
 TEST_F(PanelVelocity, TheDialogShowsWhatIsInForceAndSetsItAtOnce) {
     Engine().WithExtras([](auto& extras) { extras.velocity.SetCurve({.shape = Shape::kHard, .least = 9}); });
-    VelocitySettings dialog(Engine());
+    VelocitySettings dialog(*controls);
     EXPECT_EQ(In<QComboBox>(dialog, "velocityShape").currentText(), "Hard");
     EXPECT_EQ(In<QSpinBox>(dialog, "velocityLeast").value(), 9);
     EXPECT_FALSE(In<QSpinBox>(dialog, "velocityFixed").isEnabled());
@@ -47,7 +47,7 @@ TEST_F(PanelVelocity, TheDialogShowsWhatIsInForceAndSetsItAtOnce) {
 }
 
 TEST_F(PanelVelocity, PointsAreMovedWithTheMouseAndByTheirNumbers) {
-    VelocitySettings dialog(Engine());
+    VelocitySettings dialog(*controls);
     dialog.show();
     QApplication::processEvents();
     In<QComboBox>(dialog, "velocityShape").setCurrentIndex(4);
@@ -74,7 +74,7 @@ TEST_F(PanelVelocity, PointsAreMovedWithTheMouseAndByTheirNumbers) {
 
 TEST_F(PanelVelocity, TheLastNotesAreDots) {
     Engine().SetInputPortByName(kKeyboard);
-    VelocitySettings dialog(Engine());
+    VelocitySettings dialog(*controls);
     auto& graph = In<VelocityGraph>(dialog, "velocityGraph");
     EXPECT_TRUE(graph.dots().empty());
     rig.GetKeyboard().Deliver(0x90, 60, 33);
@@ -90,7 +90,7 @@ TEST_F(PanelVelocity, TheHeightOfAClickIsTheVelocityUnlessItIsSwitchedOff) {
     };
     const std::string soft = click(20);
     EXPECT_NE(soft, click(160));
-    VelocitySettings dialog(Engine());
+    VelocitySettings dialog(*controls);
     auto& height = In<QCheckBox>(dialog, "velocityHeight");
     EXPECT_TRUE(height.isChecked());
     height.setChecked(false);
