@@ -90,7 +90,7 @@ set(KIVORA_HEADERS_ui "ui_[A-Za-z]+.h" "qpa/[a-z]+.h")
 
 set(KIVORA_VOCABULARY
     midi/TMIDIMessage.h midi/MIDIChannels.h midi/MIDIControllers.h
-    midi/MIDINotes.h engine/values/VoiceSlots.h nk/nk_rounding.h)
+    midi/MIDINotes.h midi/MIDIPrograms.h engine/values/VoiceSlots.h nk/nk_rounding.h)
 
 # The leaves that need Qt, themselves or by a leaf that they use; each stands behind those.
 set(KIVORA_QT_LEAVES "")

@@ -1,5 +1,6 @@
 #include "midi/GMNames.h"
 
+#include "midi/MIDIPrograms.h"
 #include "nk/nk_translate.h"
 #include "nk/nk_translation_mark.h"
 
@@ -153,14 +154,14 @@ constexpr const char* kPrograms[] = {
     KIVORA_TR_NOOP("GM", "Applause"),
     KIVORA_TR_NOOP("GM", "Gunshot"),
 };
-static_assert(sizeof(kPrograms) / sizeof(*kPrograms) == 128);
+static_assert(sizeof(kPrograms) / sizeof(*kPrograms) == kProgramCount);
 
-constexpr const char* kDrumKit = KIVORA_TR_NOOP("GM", "Standard Drum Kit");
+constexpr const char* kDrumKitName = KIVORA_TR_NOOP("GM", "Standard Drum Kit");
 
 }  // namespace
 
 const char* GetGMProgramText(int program) noexcept {
-    return program < 0 || program > 127 ? nullptr : kPrograms[program];
+    return program < 0 || program >= kProgramCount ? nullptr : kPrograms[program];
 }
 
 CString GetGMProgramName(int program) {
@@ -169,11 +170,11 @@ CString GetGMProgramName(int program) {
 }
 
 const char* GetDrumKitText() noexcept {
-    return kDrumKit;
+    return kDrumKitName;
 }
 
 CString GetDrumKitName() {
-    return Translate(kGMContext, kDrumKit);
+    return Translate(kGMContext, kDrumKitName);
 }
 
 }  // namespace NK::MIDI

@@ -14,7 +14,7 @@ const char* GetGMProgramText(int program) noexcept;
 /// The name in the context "GM"; outside 0..127 "INVALID PATCH NUMBER: " and the number. [any]
 CString GetGMProgramName(int program);
 
-/// "Standard Drum Kit", the percussion set (program -1 in menus), untranslated and in the context "GM". [any]
+/// "Standard Drum Kit", the percussion set (kDrumKit in menus), untranslated and in the context "GM". [any]
 const char* GetDrumKitText() noexcept;
 CString GetDrumKitName();
 

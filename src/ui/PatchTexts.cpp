@@ -6,9 +6,9 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-#include "engine/values/VoiceSlots.h"
 #include "locale/Locale.h"
 #include "midi/GMNames.h"
+#include "midi/MIDIPrograms.h"
 #include "nk/nk_exception.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
 
@@ -46,7 +46,7 @@ QString Label(int program) {
         return QString::number(program + 1);
     }
     switch (program) {
-        case Kivora::VoiceSlots::kPercussionPatch:
+        case NK::MIDI::kDrumKit:
             return QStringLiteral("DK");
         case kNoSecondVoice:
             return {};

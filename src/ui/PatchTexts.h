@@ -6,7 +6,7 @@
 
 #include <vector>
 
-/// Programs are 0-based; the drum kit is VoiceSlots::kPercussionPatch.
+/// Programs are 0-based; the drum kit is NK::MIDI::kDrumKit.
 namespace PatchTexts {
 
 inline constexpr int kNoSecondVoice = -100000;

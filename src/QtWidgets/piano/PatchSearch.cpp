@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "midi/MIDIPrograms.h"
+
 void PatchSearch::setTexts(const std::vector<QString>& texts) {
     texts_.clear();
     for (const QString& text : texts) {
@@ -22,7 +24,7 @@ std::vector<int> PatchSearch::find(const QString& query) const {
                                                                QString::asprintf("%03d", number).startsWith(word)));
         };
         if (std::all_of(words.begin(), words.end(), has)) {
-            found.push_back(isDrumKit ? kDrumKit : static_cast<int>(i));
+            found.push_back(isDrumKit ? NK::MIDI::kDrumKit : static_cast<int>(i));
         }
     }
     return found;

@@ -5,11 +5,9 @@
 
 #include <vector>
 
-/// Texts of programs, 0-based, and of the drum kit as -1, in which one searches.
+/// Texts of programs, 0-based, and of the drum kit as NK::MIDI::kDrumKit, in which one searches.
 class PatchSearch {
 public:
-    static constexpr int kDrumKit = -1;
-
     /// One for each program, then the drum kit's: all its names, in whatever languages.
     void setTexts(const std::vector<QString>& texts);
 

@@ -8,11 +8,14 @@
 #include <QStyleOptionMenuItem>
 
 #include "midi/GMNames.h"
+#include "midi/MIDIPrograms.h"
 #include "QtWidgets/piano/NoteNamesQt.h"
+
+using NK::MIDI::kDrumKit;
+using NK::MIDI::kProgramCount;
 
 namespace {
 
-constexpr int kProgramCount = 128;
 constexpr int kFamilySize = PatchMenuLayout::kProgramsInFamily;
 constexpr int kFamilyCount = PatchMenuLayout::kFamilies;
 constexpr int kNowhere = -2;

@@ -14,19 +14,17 @@
 class QPainter;
 class QStyleOptionMenuItem;
 
-/// The 128 programs in their sixteen families, then the drum kit. An action's data is its program, 0-based, and -1 for
-/// the drum kit; the current program's action is checked. Shows all families and the programs of one of them, at first
-/// that of the current program; a click or a rest of the pointer on a family shows that one's, and so do the keys: up
-/// and down go from program to program, left and right from family to family. Two more lists are like families: what
-/// was used last, and the favorites, which a click on a star or the key "*" adds to and takes from. What is typed is
-/// searched for, in the place of a family. The accessible description tells how much is found, and what has become a
-/// favorite. [gui]
+/// The 128 programs in their sixteen families, then the drum kit. An action's data is its program, 0-based, and
+/// NK::MIDI::kDrumKit for the drum kit; the current program's action is checked. Shows all families and the programs of
+/// one of them, at first that of the current program; a click or a rest of the pointer on a family shows that one's,
+/// and so do the keys: up and down go from program to program, left and right from family to family. Two more lists are
+/// like families: what was used last, and the favorites, which a click on a star or the key "*" adds to and takes from.
+/// What is typed is searched for, in the place of a family. The accessible description tells how much is found, and
+/// what has become a favorite. [gui]
 class QGMPatchMenu : public QMenu {
     Q_OBJECT
 
 public:
-    static constexpr int kDrumKit = PatchSearch::kDrumKit;
-
     /// The menu for voice slot `voice` (0..2) whose program is `currentProgram`.
     QGMPatchMenu(int voice, int currentProgram, QWidget* parent = nullptr);
 

@@ -3,11 +3,14 @@
 #include <numeric>
 #include <QKeyEvent>
 
+#include "midi/MIDIPrograms.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
+
+using NK::MIDI::kDrumKit;
+using NK::MIDI::kProgramCount;
 
 namespace {
 
-constexpr int kProgramCount = 128;
 constexpr int kFamilySize = PatchMenuLayout::kProgramsInFamily;
 constexpr int kFamilyCount = PatchMenuLayout::kFamilies;
 

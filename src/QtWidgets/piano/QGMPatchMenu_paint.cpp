@@ -6,7 +6,10 @@
 #include <QScreen>
 #include <QStyleOptionMenuItem>
 
+#include "midi/MIDIPrograms.h"
 #include "QtWidgets/piano/QGMPatchMenu.h"
+
+using NK::MIDI::kDrumKit;
 
 namespace {
 

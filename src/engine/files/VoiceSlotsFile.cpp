@@ -27,7 +27,7 @@ VoiceSlots ReadVoiceSlots(const NK::CIniFile& section, const VoiceSlots& current
         const auto number = [&](const wchar_t* key, int defaultValue, int lowest, int highest) {
             return std::clamp(section.GetInt(KeyOfSlot(key, slot), defaultValue), lowest, highest);
         };
-        read.patch[slot] = number(L"Patch", current.patch[slot], VoiceSlots::kPercussionPatch, VoiceSlots::kLastPatch);
+        read.patch[slot] = number(L"Patch", current.patch[slot], VoiceSlots::kFirstPatch, VoiceSlots::kLastPatch);
         read.transpose[slot] = number(L"Transpose", read.transpose[slot], -kHighestTranspose, kHighestTranspose);
         read.velocityPercent[slot] = number(L"VelocityPc", read.velocityPercent[slot], 1, kHighestVelocityPercent);
         read.volume[slot] = number(L"Volume", read.volume[slot], 0, kHighestVolume);

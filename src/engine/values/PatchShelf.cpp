@@ -17,7 +17,7 @@ constexpr const wchar_t* kLastUsedKey = L"LastUsed";
 constexpr const wchar_t* kFavoritesKey = L"Favorites";
 
 bool IsPatch(int patch) {
-    return patch >= VoiceSlots::kPercussionPatch && patch <= VoiceSlots::kLastPatch;
+    return patch >= VoiceSlots::kFirstPatch && patch <= VoiceSlots::kLastPatch;
 }
 
 std::vector<int> ReadPatches(const NK::CIniFile& section, const wchar_t* key) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "midi/MIDINotes.h"
+#include "midi/MIDIPrograms.h"
 
 namespace Kivora {
 
@@ -21,8 +22,8 @@ public:
     static constexpr int kSplitPoint = NK::MIDI::kMiddleC;  ///< of a fresh one
     static constexpr int kLowestSplit = 1;                  ///< so that each of the two has a note
     static constexpr int kHighestSplit = 127;
-    static constexpr int kPercussionPatch = -1;  ///< selects the percussion kit
-    static constexpr int kLastPatch = 127;
+    static constexpr int kFirstPatch = NK::MIDI::kDrumKit;
+    static constexpr int kLastPatch = NK::MIDI::kProgramCount - 1;
 
     /// Any negative patch is the percussion kit.
     static bool IsPercussion(int patch) noexcept { return patch < 0; }
@@ -36,8 +37,8 @@ public:
     std::uint8_t Scale(std::uint8_t velocity, int slot) const;
 
     /// The patch after (before) `patch` in the circle -1, 0 .. 127.
-    static int GetNextPatch(int patch) noexcept { return patch >= kLastPatch ? kPercussionPatch : patch + 1; }
-    static int GetPreviousPatch(int patch) noexcept { return patch <= kPercussionPatch ? kLastPatch : patch - 1; }
+    static int GetNextPatch(int patch) noexcept { return patch >= kLastPatch ? kFirstPatch : patch + 1; }
+    static int GetPreviousPatch(int patch) noexcept { return patch <= kFirstPatch ? kLastPatch : patch - 1; }
 
     void StepVolume(int slot, int by);     ///< clamped to 1..127
     void StepTranspose(int slot, int by);  ///< semitones, clamped to -120..120

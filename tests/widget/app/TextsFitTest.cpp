@@ -52,7 +52,7 @@ TEST_P(TextsFit, CombosShowTheirWholeEntries) {
 }
 
 TEST_P(TextsFit, TheDisplayShowsWholePatchNames) {
-    for (int program = Kivora::VoiceSlots::kPercussionPatch; program < 128; ++program) {
+    for (int program = Kivora::VoiceSlots::kFirstPatch; program <= Kivora::VoiceSlots::kLastPatch; ++program) {
         const PatchTexts::Name name = PatchTexts::NameOf(program, true);
         EXPECT_EQ(PanelText::Fit(PanelText::kPatchName, name.program, kPatchNameWidth).text, name.program);
         EXPECT_EQ(PanelText::Fit(PanelText::kPatchFamily, name.family, kFamilyWidth).text, name.family);
