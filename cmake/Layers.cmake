@@ -39,7 +39,7 @@ set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
 set(KIVORA_LAYER_QtWidgets_skin "")
 set(KIVORA_LAYER_QtWidgets_piano piano midi nk/desktop nk)
 set(KIVORA_LAYER_locale nk/desktop nk/qt nk piano)
-set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano nk/desktop nk/qt nk)
+set(KIVORA_LAYER_ui_parts QtWidgets/skin QtWidgets/piano piano midi nk/desktop nk/qt nk)
 set(KIVORA_LAYER_ui_dialogs
     ui/parts engine engine/values engine/files locale QtWidgets/piano midi/arpeggiator midi/reader libmidi piano
     nk/desktop nk/qt nk)

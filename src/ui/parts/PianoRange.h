@@ -5,6 +5,8 @@
 #include <array>
 #include <cstdint>
 
+#include "midi/MIDINotes.h"
+
 /// A piano of one of the usual sizes. Plain value.
 struct PianoRange {
     static constexpr int kDefaultKeys = 61;
@@ -21,16 +23,15 @@ struct PianoRange {
     /// lower manual of the computer's keys onto it, which begins `octaveShift` semitones above middle C. The one of 61
     /// keys stands still.
     static constexpr PianoRange Of(int keys, int octaveShift) {
-        constexpr int kOctave = 12;
-        constexpr int kHighestNote = 127;
-        constexpr int kManualFirst = 60;
-        constexpr int kManualLast = 76;
+        using NK::MIDI::kOctave;
+        constexpr int kManualFirst = NK::MIDI::kMiddleC;
+        constexpr int kManualLast = kManualFirst + kOctave + 4;
         int first = FirstOf(keys);
         if (keys != kDefaultKeys) {
             while (kManualFirst + octaveShift < first && first >= kOctave) {
                 first -= kOctave;
             }
-            while (kManualLast + octaveShift >= first + keys && first + keys - 1 + kOctave <= kHighestNote) {
+            while (kManualLast + octaveShift >= first + keys && first + keys + kOctave <= NK::MIDI::kNoteCount) {
                 first += kOctave;
             }
         }
@@ -42,7 +43,7 @@ private:
     static constexpr int FirstOf(int keys) {
         switch (keys) {
             case 25:
-                return 60;
+                return NK::MIDI::kMiddleC;
             case 37:
                 return 48;
             case 76:

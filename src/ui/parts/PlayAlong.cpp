@@ -68,8 +68,8 @@ bool PlayAlong::isForPanel(const QKeyEvent& event) const {
     if (isControl(event.key()) || event.modifiers().testFlag(Qt::AltModifier)) {
         return false;
     }
-    const bool isLetter = event.key() >= 0x80 ? !event.text().isEmpty() && event.text().front().isLetter()
-                                              : event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
+    const bool isLetter = event.key() > 0x7F ? !event.text().isEmpty() && event.text().front().isLetter()
+                                             : event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z;
     return isLetter || qobject_cast<const QAbstractSpinBox*>(window_.focusWidget()) == nullptr;
 }
 
