@@ -4,13 +4,12 @@
 Holds what every file under src includes and names against the table of the leaves. With --every-row it also refuses the
 rows of the table that no file needs. Prints a line for each violation, and fails when there is one.
 """
-import argparse
 import collections
 import os
 import re
 import sys
 
-from layer_table import LayerTable
+from layer_table import LayerTable, options, report
 from sources import Source, walk
 
 INCLUDE = re.compile(r"^[ \t]*#[ \t]*include[ \t]*(.*)$", re.M)
@@ -215,22 +214,15 @@ class Check:
 
 
 def main():
-    here = os.path.dirname(os.path.abspath(__file__))
-    parser = argparse.ArgumentParser()
-    parser.add_argument("sources")
-    parser.add_argument("--table", default=os.path.join(here, "../../cmake/Layers.cmake"))
-    parser.add_argument("--cmake", default="cmake")
+    parser = options()
     parser.add_argument("--every-row", action="store_true")
     chosen = parser.parse_args()
     check = Check(chosen.sources, LayerTable(chosen.cmake, chosen.table))
     check.run()
     if chosen.every_row:
         check.check_rows()
-    if check.violations:
-        print(*check.violations, sep="\n")
-        print(f"{len(check.violations)} of the uses or rows of the layers are not allowed.")
-        sys.exit(1)
-    print(f"{len(check.sources)} files keep to the table.")
+    report(check.violations, "of the uses or rows of the layers are not allowed.",
+           f"{len(check.sources)} files keep to the table.")
 
 
 main()

@@ -4,13 +4,11 @@
 A number of the MIDI standard, and any other that the headers of KIVORA_VOCABULARY name, is used by its name: no leaf
 that may use these headers writes a status byte or a controller's number itself or gives it a second name.
 """
-import argparse
 import collections
 import os
 import re
-import sys
 
-from layer_table import LayerTable
+from layer_table import LayerTable, options, report
 from sources import Source, walk
 
 NUMBER = re.compile(r"(0x[0-9A-Fa-f]+|\d+(?:\.\d+)?)[uUlLfF]*$")
@@ -148,19 +146,11 @@ class Check:
 
 
 def main():
-    here = os.path.dirname(os.path.abspath(__file__))
-    parser = argparse.ArgumentParser()
-    parser.add_argument("sources")
-    parser.add_argument("--table", default=os.path.join(here, "../../cmake/Layers.cmake"))
-    parser.add_argument("--cmake", default="cmake")
-    chosen = parser.parse_args()
+    chosen = options().parse_args()
     check = Check(chosen.sources, LayerTable(chosen.cmake, chosen.table))
     check.run()
-    if check.violations:
-        print(*check.violations, sep="\n")
-        print(f"{len(check.violations)} numbers of the vocabulary are written out.")
-        sys.exit(1)
-    print(f"{len(check.files)} files use the {len(check.words)} words of the vocabulary.")
+    report(check.violations, "numbers of the vocabulary are written out.",
+           f"{len(check.files)} files use the {len(check.words)} words of the vocabulary.")
 
 
 main()

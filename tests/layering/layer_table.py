@@ -1,6 +1,8 @@
-"""The table of the leaves, as CMake reads it."""
+"""The table of the leaves, as CMake reads it, and how a check of it begins and ends."""
+import argparse
 import os
 import subprocess
+import sys
 
 
 def identifier(folder):
@@ -62,3 +64,22 @@ class LayerTable:
         for leaf in self.leaves:
             known.update(kind + identifier(leaf) for kind in ("KIVORA_LAYER_", "KIVORA_EXTERNAL_"))
         return sorted(name for name in self._rows if name.startswith(self.KINDS) and name not in known)
+
+
+def options():
+    """The command line of a check: the folder of the sources, the table, and the CMake that reads it."""
+    here = os.path.dirname(os.path.abspath(__file__))
+    parser = argparse.ArgumentParser()
+    parser.add_argument("sources")
+    parser.add_argument("--table", default=os.path.join(here, "../../cmake/Layers.cmake"))
+    parser.add_argument("--cmake", default="cmake")
+    return parser
+
+
+def report(violations, of_violations, of_none):
+    """Prints what a check has found, or that it is nothing, and leaves with the exit code for it."""
+    if violations:
+        print(*violations, sep="\n")
+        print(f"{len(violations)} {of_violations}")
+        sys.exit(1)
+    print(of_none)
