@@ -7,8 +7,11 @@
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Sounding.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::WaitUntil;
 
 class DisplayLost : public testing::TestWithParam<int (InstrumentProcess::*)()> {
 protected:
@@ -18,7 +21,7 @@ protected:
         ASSERT_TRUE(instrument.Xdotool({"key", "alt+n"}));
         ASSERT_TRUE(instrument.Xdotool({"keydown", "space", "keydown", "z", "mousemove", "--window",
                                         instrument.GetWindow(), "30", "480", "mousedown", "1"}));
-        ASSERT_TRUE(WaitFor([&] { return SoundingAfter(instrument.GetMessages()).size() == 5; }));
+        ASSERT_TRUE(WaitUntil([&] { return SoundingAfter(instrument.GetMessages()).size() == 5; }));
         EXPECT_EQ((instrument.*GetParam())(), 1);
         const std::set<std::string> sounding = SoundingAfter(instrument.GetMessages());
         EXPECT_TRUE(sounding.empty()) << *sounding.begin() << " hangs";

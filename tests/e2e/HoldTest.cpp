@@ -11,8 +11,11 @@
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Sounding.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::WaitUntil;
 
 TEST(SoundingAfterTest, FollowsNotesPedalsAndResets) {
     using Names = std::set<std::string>;
@@ -87,7 +90,7 @@ protected:
             ASSERT_TRUE(Run({"mousemove", "--window", "WINDOW", "30", "480", "mousedown", "1"}));
             expected += 1;
         }
-        ASSERT_TRUE(WaitFor([&] { return Sounding().size() == expected; })) << Sounding().size() << " sound";
+        ASSERT_TRUE(WaitUntil([&] { return Sounding().size() == expected; })) << Sounding().size() << " sound";
     }
     void Release(int held) {
         if ((held & kMouse) != 0) {
@@ -106,7 +109,7 @@ protected:
             ASSERT_TRUE(Run(command));
         }
         if (*disturbance.title != 0) {
-            ASSERT_TRUE(WaitFor([&] {
+            ASSERT_TRUE(WaitUntil([&] {
                 return Run({"search", "--onlyvisible", "--name", disturbance.title, "windowfocus"});
             })) << disturbance.title;
         }
@@ -115,13 +118,13 @@ protected:
         for (const QStringList& command : disturbance.end) {
             ASSERT_TRUE(Run(command));
         }
-        ASSERT_TRUE(WaitFor([&] {
+        ASSERT_TRUE(WaitUntil([&] {
             return *disturbance.title == 0 ||
                    instrument.RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", disturbance.title})
                        .trimmed()
                        .isEmpty();
         }));
-        ASSERT_TRUE(WaitFor([&] {
+        ASSERT_TRUE(WaitUntil([&] {
             Run({"windowfocus", "WINDOW"});
             return instrument.RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == instrument.GetWindow();
         }));
@@ -129,11 +132,11 @@ protected:
     /// The panel has the keyboard again once a key plays.
     void ExpectPlayable() {
         const std::size_t before = instrument.GetNoteMessages().size();
-        EXPECT_TRUE(WaitFor([&] {
+        EXPECT_TRUE(WaitUntil([&] {
             Run({"key", "x"});
             return instrument.GetNoteMessages().size() >= before + 2;
         }));
-        EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+        EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
     }
 
     InstrumentProcess instrument;
@@ -152,7 +155,8 @@ TEST_P(Hold, LeavesNothingHanging) {
             Press(held);
             Begin(disturbance);
             if (disturbance.endsHeld) {
-                EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+                EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }, std::chrono::seconds(10)))
+                    << *Sounding().begin() << " hangs";
             }
             if (releasedMeanwhile) {
                 Release(held);
@@ -161,7 +165,8 @@ TEST_P(Hold, LeavesNothingHanging) {
             if (!releasedMeanwhile) {
                 Release(held);
             }
-            EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+            EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }, std::chrono::seconds(10)))
+                << *Sounding().begin() << " hangs";
             ExpectPlayable();
             if (HasFailure()) {
                 return;
@@ -187,14 +192,15 @@ TEST_F(HeldThings, AChangeOfTheLanguageLeavesNothing) {
     for (const bool releasedBetween : {true, false}) {
         Press(kKey | kPedal);
         ASSERT_TRUE(Run(toLanguages + QStringList{"Down", "Return"}));
-        ASSERT_TRUE(WaitFor([&] { return isSaved("ru_RU"); }));
-        EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+        ASSERT_TRUE(WaitUntil([&] { return isSaved("ru_RU"); }));
+        EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }, std::chrono::seconds(10)))
+            << *Sounding().begin() << " hangs";
         if (releasedBetween) {
             Release(kKey | kPedal);
         }
         ExpectPlayable();
         ASSERT_TRUE(Run(toLanguages + QStringList{"Return"}));
-        ASSERT_TRUE(WaitFor([&] { return isSaved("en_US"); }));
+        ASSERT_TRUE(WaitUntil([&] { return isSaved("en_US"); }));
         if (!releasedBetween) {
             Release(kKey | kPedal);
         }
@@ -210,15 +216,15 @@ TEST_F(HeldThings, NothingIsTypedIntoADialogByAHeldKey) {
     };
     Press(kKey | kPedal);
     ASSERT_TRUE(Run({"key", "F3"}));
-    ASSERT_TRUE(WaitFor([&] { return Run({"search", "--onlyvisible", "--name", "^Save Preset$", "windowfocus"}); }));
+    ASSERT_TRUE(WaitUntil([&] { return Run({"search", "--onlyvisible", "--name", "^Save Preset$", "windowfocus"}); }));
     ASSERT_TRUE(Run({"sleep", "1"}));  // in which the server repeats them
     ASSERT_TRUE(Run({"type", "--delay", "50", "name"}));
     ASSERT_TRUE(Run({"key", "Return"}));
-    EXPECT_TRUE(WaitFor([&] { return !presets().isEmpty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !presets().isEmpty(); }));
     ASSERT_EQ(presets().size(), 1);
     EXPECT_TRUE(presets().front().startsWith("name")) << presets().front().toStdString();
     Release(kKey | kPedal);
-    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
 }
 
 TEST_F(HeldThings, ThePedalIsLiftedWhenThePianoGetsTheFocus) {
@@ -226,7 +232,8 @@ TEST_F(HeldThings, ThePedalIsLiftedWhenThePianoGetsTheFocus) {
     Press(kKey | kPedal);
     ASSERT_TRUE(Run({"key", "Tab"}));
     Release(kKey | kPedal);
-    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }, 10000)) << *Sounding().begin() << " hangs";
+    EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }, std::chrono::seconds(10)))
+        << *Sounding().begin() << " hangs";
 }
 
 TEST_F(HeldThings, AValueKeyUnderTheMouseStops) {
@@ -243,7 +250,7 @@ TEST_F(HeldThings, AValueKeyUnderTheMouseStops) {
                           [&](const Disturbance& candidate) { return std::string(candidate.name) == name; });
         const auto before = count();
         ASSERT_TRUE(Run({"mousemove", "--window", "WINDOW", "754", "202", "mousedown", "1"}));
-        ASSERT_TRUE(WaitFor([&] { return count() >= before + 3; }));
+        ASSERT_TRUE(WaitUntil([&] { return count() >= before + 3; }));
         Begin(disturbance);
         ASSERT_TRUE(Run({"mouseup", "1"}));
         End(disturbance);
@@ -266,7 +273,7 @@ protected:
         ASSERT_TRUE(Run({"keydown", key, "sleep", "2", "keyup", key}));
         // The single voice's key, twice "all notes off", shows that everything before it has been played.
         ASSERT_TRUE(Run({"key", "F5"}));
-        ASSERT_TRUE(WaitFor([&] { return count() >= before + messagesOfOne + 2; }));
+        ASSERT_TRUE(WaitUntil([&] { return count() >= before + messagesOfOne + 2; }));
         EXPECT_EQ(count(), before + messagesOfOne + 2);
     }
 };

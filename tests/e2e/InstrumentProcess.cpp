@@ -12,27 +12,19 @@
 #include <iostream>
 #include <memory>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QLibraryInfo>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
-#include <QThread>
 
 #include "nk/desktop/nk_xcb_xkb.h"
+#include "support/FilePath.h"
+#include "support/WaitUntil.h"
 
-bool WaitFor(const std::function<bool()>& condition, int limitMs) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.hasExpired(limitMs)) {
-            return false;
-        }
-        QThread::msleep(10);
-    }
-    return true;
-}
+using KivoraTest::FilePath;
+using KivoraTest::FolderPath;
+using KivoraTest::WaitUntil;
 
 InstrumentProcess::InstrumentProcess() = default;
 
@@ -57,7 +49,7 @@ bool InstrumentProcess::StartServer() {
         return false;
     }
     QByteArray number;
-    WaitFor([&] {
+    WaitUntil([&] {
         server_.waitForReadyRead(10);
         number += server_.readAllStandardOutput();
         return number.endsWith('\n') || server_.state() == QProcess::NotRunning;
@@ -82,7 +74,7 @@ bool InstrumentProcess::StartCompositor() {
     bool ok = false;
     RunOnDisplay("setxkbmap", {"-layout", keyboard_[0], "-variant", keyboard_[1]}, &ok);
     // Keys repeat so soon that a test need not wait for it.
-    QFile settings(dir_.filePath("weston.ini"));
+    QFile settings(FilePath(dir_, "weston.ini"));
     ok = ok && settings.open(QIODevice::WriteOnly) &&
          settings.write("[core]\nidle-time=0\n[keyboard]\nrepeat-delay=20\nrepeat-rate=100\n") > 0;
     settings.close();
@@ -90,17 +82,16 @@ bool InstrumentProcess::StartCompositor() {
         std::cerr << "the compositor's keyboard cannot be set\n";
         return false;
     }
-    QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     variables.remove("WAYLAND_DISPLAY");
-    variables.insert("XDG_RUNTIME_DIR", dir_.path());
+    variables.insert("XDG_RUNTIME_DIR", FolderPath(dir_));
     variables.insert("DISPLAY", display_);
     compositor_.setProcessEnvironment(variables);
     compositor_.setStandardErrorFile(QProcess::nullDevice());
     compositor_.setStandardOutputFile(QProcess::nullDevice());
     compositor_.start("weston", {"--backend=x11-backend.so", "--shell=kiosk-shell.so", "--use-pixman", "--width=1366",
-                                 "--height=768", "--socket=kivora-test", "--config=" + dir_.filePath("weston.ini")});
-    if (!WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); })) {
+                                 "--height=768", "--socket=kivora-test", "--config=" + FilePath(dir_, "weston.ini")});
+    if (!WaitUntil([this] { return QFile::exists(FilePath(dir_, "kivora-test")); })) {
         std::cerr << "the compositor did not start\n";
         return false;
     }
@@ -108,13 +99,12 @@ bool InstrumentProcess::StartCompositor() {
 }
 
 bool InstrumentProcess::StartTouchScreen() {
-    QFile::setPermissions(dir_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-    variables.insert("XDG_RUNTIME_DIR", dir_.path());
+    variables.insert("XDG_RUNTIME_DIR", FolderPath(dir_));
     compositor_.setProcessEnvironment(variables);
     compositor_.setStandardErrorFile(QProcess::nullDevice());
     compositor_.start(KIVORA_TOUCH_SCREEN, {"kivora-test"});
-    if (!WaitFor([this] { return QFile::exists(dir_.filePath("kivora-test")); })) {
+    if (!WaitUntil([this] { return QFile::exists(FilePath(dir_, "kivora-test")); })) {
         std::cerr << "the touch screen did not start\n";
         return false;
     }
@@ -146,11 +136,11 @@ bool InstrumentProcess::FindWindow() {
 }
 
 bool InstrumentProcess::WaitForWindow(const std::function<bool()>& isOutputOpen) {
-    if (!WaitFor([&] { return touches_ ? ReadWindowSize() : FindWindow(); })) {
+    if (!WaitUntil([&] { return touches_ ? ReadWindowSize() : FindWindow(); })) {
         std::cerr << "the program's window did not appear\n";
         return false;
     }
-    if (!WaitFor([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
+    if (!WaitUntil([&] { return isOutputOpen ? isOutputOpen() : IsOutputOpen(); })) {
         std::cerr << "the program opened no output\n";
         return false;
     }
@@ -170,7 +160,7 @@ bool InstrumentProcess::FocusUnderCompositor() {
         MoveKey(code, true);
         MoveKey(code, false);
     };
-    if (!WaitFor([&] {
+    if (!WaitUntil([&] {
             Xdotool({"windowfocus", window_, "mousemove", "640", "20", "click", "1"});
             play(kScanX);
             return ended("80 3E");
@@ -179,14 +169,14 @@ bool InstrumentProcess::FocusUnderCompositor() {
         return false;
     }
     play(kScanC);
-    return WaitFor([&] { return ended("80 40"); });
+    return WaitUntil([&] { return ended("80 40"); });
 }
 
 bool InstrumentProcess::WriteSettings() {
     // An arpeggiator without settings of its own is bypassed.
     const QByteArray settings =
         "[Kivora]\n" + settings_ + "[Kivora_Arpeggiator0]\nBypass=0\n[Kivora_Arpeggiator1]\nBypass=0\n";
-    const QDir folder(dir_.filePath("data/Brennholt/Kivora"));
+    const QDir folder(FilePath(dir_, "data/Brennholt/Kivora"));
     QFile file(folder.filePath("Kivora.ini"));
     return file.exists() || (folder.mkpath(".") && file.open(QIODevice::WriteOnly) && file.write(settings) > 0);
 }
@@ -218,15 +208,15 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     // Without an address libdbus starts a bus that outlives the program.
     variables.insert("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     variables.insert("DISPLAY", display_);
-    variables.insert("XDG_DATA_HOME", dir_.filePath("data"));
-    variables.insert("HOME", dir_.path());
+    variables.insert("XDG_DATA_HOME", FilePath(dir_, "data"));
+    variables.insert("HOME", FolderPath(dir_));
     variables.insert("LANG", "C.UTF-8");
     variables.insert("LD_LIBRARY_PATH", KIVORA_STANDIN_DIR);
     variables.insert("KIVORA_MIDI", "portmidi");  // the stand-in, on a machine with a sequencer too
-    variables.insert("KIVORA_STANDIN_LOG", dir_.filePath("midi.log"));
+    variables.insert("KIVORA_STANDIN_LOG", FilePath(dir_, "midi.log"));
     if (isOnWayland) {
         variables.remove("DISPLAY");
-        variables.insert("XDG_RUNTIME_DIR", dir_.path());
+        variables.insert("XDG_RUNTIME_DIR", FolderPath(dir_));
         variables.insert("WAYLAND_DISPLAY", "kivora-test");
         variables.insert("QT_QPA_PLATFORM", "wayland");
         variables.insert("QT_WAYLAND_DISABLE_WINDOWDECORATION", "1");
@@ -239,7 +229,7 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     program_.setProcessEnvironment(variables);
     if (keepsOutput_) {
         program_.setProcessChannelMode(QProcess::MergedChannels);
-        program_.setStandardOutputFile(dir_.filePath("output"));
+        program_.setStandardOutputFile(FilePath(dir_, "output"));
     } else {
         program_.setProcessChannelMode(QProcess::ForwardedChannels);
     }
@@ -257,7 +247,7 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     if (!keyboard_.isEmpty()) {
         return FocusUnderCompositor();
     }
-    return WaitFor([&] {
+    return WaitUntil([&] {
         Xdotool({"windowfocus", window_});
         return RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
     });
@@ -323,7 +313,7 @@ std::vector<std::string> InstrumentProcess::GetNoteMessages() const {
 
 std::vector<std::string> InstrumentProcess::GetMessages() const {
     std::vector<std::string> messages;
-    std::ifstream log(dir_.filePath("midi.log").toStdString());
+    std::ifstream log(dir_ / "midi.log");
     for (std::string line; std::getline(log, line);) {
         if (line.size() >= 8) {
             messages.push_back(line.substr(0, 8));
@@ -333,11 +323,11 @@ std::vector<std::string> InstrumentProcess::GetMessages() const {
 }
 
 bool InstrumentProcess::WaitForNoteMessages(std::size_t count) const {
-    return WaitFor([&] { return GetNoteMessages().size() >= count; });
+    return WaitUntil([&] { return GetNoteMessages().size() >= count; });
 }
 
 bool InstrumentProcess::WaitForDialog() {
-    return WaitFor([&] {
+    return WaitUntil([&] {
         const QString focused = RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed();
         return focused != window_ &&
                RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."}).split('\n').contains(focused);
@@ -350,7 +340,7 @@ bool InstrumentProcess::FocusAlone() {
         windows = RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "."}).split('\n', Qt::SkipEmptyParts);
         return windows.size() == 1;
     };
-    if (WaitFor([&] {
+    if (WaitUntil([&] {
             return isAlone() && Xdotool({"windowfocus", window_}) &&
                    RunOnDisplay("xdotool", {"getwindowfocus"}).trimmed() == window_;
         })) {
@@ -389,7 +379,7 @@ void InstrumentProcess::KeepOutput() {
 }
 
 QString InstrumentProcess::GetOutput() const {
-    QFile file(dir_.filePath("output"));
+    QFile file(FilePath(dir_, "output"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 

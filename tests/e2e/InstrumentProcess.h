@@ -8,13 +8,14 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <string>
 #include <vector>
 
+#include "support/FilePath.h"
+
 struct xcb_connection_t;
 
-/// Starts the server and the program, and ends both. All waits have a limit of `kLimitMs`.
+/// Starts the server and the program, and ends both. All waits have a limit of a minute.
 class InstrumentProcess {
 public:
     static constexpr int kLimitMs = 60000;
@@ -87,7 +88,7 @@ public:
     int WaitForExitCode();
     QString GetDisplay() const { return display_; }
     QString GetWindow() const { return window_; }
-    QString GetDataDir() const { return dir_.path(); }
+    QString GetDataDir() const { return KivoraTest::FolderPath(dir_); }
 
 private:
     bool StartServer();
@@ -104,7 +105,7 @@ private:
     bool IsOutputOpen() const;
 
     QByteArray settings_;
-    QTemporaryDir dir_;
+    KivoraTest::CTemporaryFolder dir_;
     QProcess server_;
     QProcess compositor_;
     QProcess program_;
@@ -116,6 +117,3 @@ private:
     bool keepsOutput_ = false;
     bool startsFirst_ = false;
 };
-
-/// Polls `condition` until it holds or the limit has passed.
-bool WaitFor(const std::function<bool()>& condition, int limitMs = InstrumentProcess::kLimitMs);

@@ -4,12 +4,17 @@
 #include <filesystem>
 #include <QFile>
 #include <QStringList>
-#include <QTemporaryDir>
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/player/LentDevices.h"
+#include "support/FilePath.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::CTemporaryFolder;
+using KivoraTest::FilePath;
+using KivoraTest::WaitUntil;
 
 constexpr int kPanicRow = 10;
 
@@ -17,9 +22,9 @@ class Learn : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(instrument.Start({},
-                                     {"KIVORA_STANDIN_DEVICES=" + dir.filePath("devices"), "KIVORA_AUDIO_DRIVER=none"},
+                                     {"KIVORA_STANDIN_DEVICES=" + FilePath(dir, "devices"), "KIVORA_AUDIO_DRIVER=none"},
                                      [this] { return devices.IsAnyOutputReached(); }));
-        ASSERT_TRUE(WaitFor([this] { return devices.IsReached(Standin::kInput); }));
+        ASSERT_TRUE(WaitUntil([this] { return devices.IsReached(Standin::kInput); }));
     }
     void Play(std::uint32_t status, std::uint32_t data1, std::uint32_t data2) {
         devices.Play(status | data1 << 8U | data2 << 16U);
@@ -51,8 +56,8 @@ protected:
     bool IsBound(const std::string& line) const { return Bindings().find(line) != std::string::npos; }
 
     std::uint32_t mark = 0;
-    QTemporaryDir dir;
-    Player::LentDevices devices{dir.filePath("devices").toStdString()};
+    CTemporaryFolder dir;
+    Player::LentDevices devices{(dir / "devices").native()};
     InstrumentProcess instrument;
 };
 
@@ -62,12 +67,12 @@ TEST_F(Learn, AKnobMovesTheVolumeAndAPadIsThePanicInAnyDialog) {
     OpenDialog();
     ASSERT_TRUE(Key({"Return"}));
     // Again until it is heard: the dialog listens when it has got the key.
-    ASSERT_TRUE(WaitFor([this] {
+    ASSERT_TRUE(WaitUntil([this] {
         Play(0xB0, 21, 40);
         return IsBound("Controller 21 on channel 1=Volume1");
     }));
     ASSERT_TRUE(Key(QStringList(kPanicRow, "Down") + QStringList{"Return"}));
-    ASSERT_TRUE(WaitFor([this] {
+    ASSERT_TRUE(WaitUntil([this] {
         Play(0x99, 36, 100);
         Play(0x89, 36, 0);
         return IsBound("Note 36 on channel 10=Panic");
@@ -78,9 +83,9 @@ TEST_F(Learn, AKnobMovesTheVolumeAndAPadIsThePanicInAnyDialog) {
     Mark();
     Play(0xB0, 21, 90);
     Play(0x90, 60, 100);
-    ASSERT_TRUE(WaitFor([this] { return WasWritten("90 3C 64"); }));
+    ASSERT_TRUE(WaitUntil([this] { return WasWritten("90 3C 64"); }));
     Play(0xB0, 21, 110);
-    ASSERT_TRUE(WaitFor([this] { return WasWritten("B0 07 6E"); }));
+    ASSERT_TRUE(WaitUntil([this] { return WasWritten("B0 07 6E"); }));
     EXPECT_FALSE(WasWritten("B0 07 5A")) << "the knob had not passed the volume yet";
 
     EXPECT_FALSE(WasWritten("B0 15")) << "a knob that is bound is not heard";
@@ -89,14 +94,14 @@ TEST_F(Learn, AKnobMovesTheVolumeAndAPadIsThePanicInAnyDialog) {
     ASSERT_TRUE(instrument.WaitForDialog());
     Play(0xB0, 21, 120);
     Play(0x99, 36, 100);
-    ASSERT_TRUE(WaitFor([this] { return WasWritten("FF 00 00"); })) << Written();
+    ASSERT_TRUE(WaitUntil([this] { return WasWritten("FF 00 00"); })) << Written();
     Play(0x89, 36, 0);
     CloseDialog();
     EXPECT_FALSE(WasWritten("B0 07 78")) << "the panel was blocked";
     Play(0x80, 60, 0);
     Play(0x90, 62, 100);
     Play(0x80, 62, 0);
-    ASSERT_TRUE(WaitFor([this] { return WasWritten("80 3E"); }));
+    ASSERT_TRUE(WaitUntil([this] { return WasWritten("80 3E"); }));
     EXPECT_FALSE(WasWritten("90 24")) << "nor is a pad";
     EXPECT_EQ(instrument.Close(), 0);
 }

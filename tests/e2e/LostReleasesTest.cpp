@@ -10,8 +10,11 @@
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Sounding.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::WaitUntil;
 
 // Of every PC keyboard under X.
 constexpr std::uint8_t kZ = 52;
@@ -23,14 +26,14 @@ protected:
 
     bool IsSilent() { return SoundingAfter(instrument.GetMessages()).empty(); }
     void ExpectSilence() {
-        EXPECT_TRUE(WaitFor([&] { return IsSilent(); }, 10000))
+        EXPECT_TRUE(WaitUntil([&] { return IsSilent(); }, std::chrono::seconds(10)))
             << *SoundingAfter(instrument.GetMessages()).begin() << " hangs";
     }
     /// Z and the pedal.
     void HoldKeys() {
         instrument.MoveKey(kSpace, true);
         instrument.MoveKey(kZ, true);
-        ASSERT_TRUE(WaitFor([&] { return SoundingAfter(instrument.GetMessages()).size() == 4; }));
+        ASSERT_TRUE(WaitUntil([&] { return SoundingAfter(instrument.GetMessages()).size() == 4; }));
     }
     static void ReleaseKeys(xcb_connection_t* server) {
         for (const std::uint8_t key : {kZ, kSpace}) {
@@ -131,7 +134,8 @@ TEST_F(LostReleases, OfAButtonAfterOneThatWasPressedInADialog) {
                 ASSERT_TRUE(instrument.Xdotool({"mousedown", "1"}));
                 EXPECT_TRUE(instrument.WaitForNoteMessages(before + 1));
                 ASSERT_TRUE(MoveMouse(60, 480));
-                EXPECT_TRUE(WaitFor([&] { return instrument.GetNoteMessages().size() >= before + 3; }, 10000))
+                EXPECT_TRUE(WaitUntil([&] { return instrument.GetNoteMessages().size() >= before + 3; },
+                                      std::chrono::seconds(10)))
                     << "no glissando";
                 ASSERT_TRUE(instrument.Xdotool({"mouseup", "1"}));
                 ExpectSilence();

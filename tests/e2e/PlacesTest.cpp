@@ -8,9 +8,11 @@
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Places.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
+using KivoraTest::WaitUntil;
 using namespace PlaceCodes;
 
 class Places : public PlacesTest {
@@ -158,13 +160,13 @@ TEST_F(Places, TheHintsFollowTheLayout) {
     ASSERT_TRUE(instrument.Start());
     const QImage english = GrabHints();
     const auto becomes = [&](bool like, const QImage& other) {
-        return WaitFor([&] { return (GrabHints() == other) == like; });
+        return WaitUntil([&] { return (GrabHints() == other) == like; });
     };
     UseLayout("fr");
     ASSERT_TRUE(becomes(false, english));
     const QImage french = GrabHints();
     UseLayout("gr");
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(WaitUntil([&] {
         const QImage now = GrabHints();
         return now != english && now != french;
     }));

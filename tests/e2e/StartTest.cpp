@@ -7,12 +7,18 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTemporaryDir>
 
 #include "e2e/InstrumentProcess.h"
+#include "support/FilePath.h"
 #include "support/SilentSocket.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::CTemporaryFolder;
+using KivoraTest::FilePath;
+using KivoraTest::FolderPath;
+using KivoraTest::WaitUntil;
 
 QString Read(const QString& path) {
     QFile file(path);
@@ -23,24 +29,24 @@ QString Read(const QString& path) {
 class FakeDesktop {
 public:
     FakeDesktop() {
-        QFile opener(dir_.filePath("xdg-open"));
+        QFile opener(FilePath(dir_, "xdg-open"));
         if (opener.open(QIODevice::WriteOnly)) {
             opener.write(
                 QString("#!/bin/sh\nprintf %s \"$1\" > '%1.part'\nmv '%1.part' '%1'\n").arg(Result()).toUtf8());
         }
         opener.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-    QString PathVariable() const { return "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH"); }
+    QString PathVariable() const { return "PATH=" + FolderPath(dir_) + ":" + qEnvironmentVariable("PATH"); }
     /// What was opened last; waits for it.
     QString Opened() const {
-        WaitFor([this] { return QFile::exists(Result()); });
+        WaitUntil([this] { return QFile::exists(Result()); });
         return Read(Result());
     }
 
 private:
-    QString Result() const { return dir_.filePath("opened"); }
+    QString Result() const { return FilePath(dir_, "opened"); }
 
-    QTemporaryDir dir_;
+    CTemporaryFolder dir_;
 };
 
 TEST(Start, TakesTheSystemsLanguageAndRemembersIt) {
@@ -97,9 +103,9 @@ TEST(End, OnTheSystemsRequestDoesNotWaitForADialog) {
 }
 
 TEST(Start, TheProgramThatRunsTakesTheFileThatTheDesktopOpens) {
-    const QTemporaryDir runtime;
+    const CTemporaryFolder runtime;
     const QString before = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());  // of all programs that are started here
+    qputenv("XDG_RUNTIME_DIR", FolderPath(runtime).toUtf8());  // of all programs that are started here
     InstrumentProcess instrument;
     ASSERT_TRUE(instrument.Start());
     const QString presets = QFileInfo(KIVORA_PROGRAM).path() + "/Presets/";
@@ -107,7 +113,7 @@ TEST(Start, TheProgramThatRunsTakesTheFileThatTheDesktopOpens) {
     bool isTaken = false;
     instrument.RunOnDisplay(KIVORA_PROGRAM, {presets + "Marimba Octaves.kivoraLXPreset"}, &isTaken);
     EXPECT_TRUE(isTaken) << "and ended with 0";
-    EXPECT_TRUE(WaitFor([&] {
+    EXPECT_TRUE(WaitUntil([&] {
         const std::vector<std::string> messages = instrument.GetMessages();
         return std::any_of(messages.begin() + static_cast<std::ptrdiff_t>(known), messages.end(),
                            [](const std::string& message) { return message.starts_with("C0 0C"); });
@@ -117,12 +123,12 @@ TEST(Start, TheProgramThatRunsTakesTheFileThatTheDesktopOpens) {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     variables.insert("DISPLAY", instrument.GetDisplay());
     variables.insert("QT_QPA_PLATFORM", "xcb");
-    variables.insert("HOME", runtime.path());
-    variables.insert("XDG_DATA_HOME", runtime.path() + "/data");
+    variables.insert("HOME", FolderPath(runtime));
+    variables.insert("XDG_DATA_HOME", FolderPath(runtime) + "/data");
     second.setProcessEnvironment(variables);
     second.setProcessChannelMode(QProcess::ForwardedChannels);
     second.start(KIVORA_PROGRAM, {"--new", presets + "Marimba Octaves.kivoraLXPreset"});
-    EXPECT_TRUE(WaitFor([&] {
+    EXPECT_TRUE(WaitUntil([&] {
         return instrument.RunOnDisplay("xdotool", {"search", "--onlyvisible", "--name", "^Kivora LX$"}).count('\n') ==
                2;
     }));
@@ -130,7 +136,7 @@ TEST(Start, TheProgramThatRunsTakesTheFileThatTheDesktopOpens) {
     EXPECT_TRUE(second.waitForFinished(InstrumentProcess::kLimitMs));
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_EQ(instrument.Close(), 0);
-    EXPECT_TRUE(QDir(runtime.path() + "/kivora").isEmpty(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot));
+    EXPECT_TRUE(QDir(FolderPath(runtime) + "/kivora").isEmpty(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot));
     before.isEmpty() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before.toUtf8());
 }
 

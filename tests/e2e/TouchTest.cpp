@@ -7,8 +7,11 @@
 
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Sounding.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::WaitUntil;
 
 /// The parameter is the toolkit's scale.
 class TouchOnWayland : public testing::TestWithParam<const char*> {
@@ -27,7 +30,7 @@ protected:
     }
     /// The number of keys that sound becomes this.
     bool Sound(std::size_t count) {
-        return WaitFor([&] { return SoundingAfter(instrument.GetMessages()).size() == count; });
+        return WaitUntil([&] { return SoundingAfter(instrument.GetMessages()).size() == count; });
     }
     void Put(const char* deed, int finger, QPointF place) {
         const QSize window = instrument.GetWindowSize();
@@ -67,7 +70,7 @@ TEST_P(TouchOnWayland, AFingerThatSlidesPlaysTheKeyBelowIt) {
     ASSERT_TRUE(Sound(1));
     const std::set<std::string> first = SoundingAfter(instrument.GetMessages());
     Put("move", 0, kRight);
-    EXPECT_TRUE(WaitFor([&] {
+    EXPECT_TRUE(WaitUntil([&] {
         const std::set<std::string> now = SoundingAfter(instrument.GetMessages());
         return now.size() == 1 && now != first;
     }));

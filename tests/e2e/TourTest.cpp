@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "e2e/InstrumentProcess.h"
+#include "support/WaitUntil.h"
 
 namespace {
+
+using KivoraTest::WaitUntil;
 
 using Actions = std::vector<QStringList>;
 
@@ -60,7 +63,7 @@ protected:
     }
 
     bool WaitForMessages(std::size_t from, const std::vector<std::string>& expected) const {
-        return WaitFor(
+        return WaitUntil(
             [&] {
                 std::vector<std::string> messages = instrument_.GetMessages();
                 messages.erase(messages.begin(), messages.begin() + static_cast<std::ptrdiff_t>(from));
@@ -75,7 +78,7 @@ protected:
                     return true;
                 });
             },
-            kStepLimitMs);
+            kStepLimit);
     }
 
     void Walk(const std::vector<Step>& steps) {
@@ -106,7 +109,7 @@ protected:
         return all;
     }
 
-    static constexpr int kStepLimitMs = 10000;
+    static constexpr std::chrono::seconds kStepLimit{10};
 
     InstrumentProcess instrument_;
     int left_ = 0;

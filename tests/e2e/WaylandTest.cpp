@@ -10,9 +10,11 @@
 #include "e2e/InstrumentProcess.h"
 #include "e2e/Places.h"
 #include "e2e/Sounding.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
+using KivoraTest::WaitUntil;
 using namespace PlaceCodes;
 
 constexpr std::uint8_t kSpace = 65;
@@ -102,12 +104,12 @@ TEST_F(OnWayland, FourKeysHeldOverAChangeOfTheLayoutEndWithTheirReleases) {
         for (const std::uint8_t code : kHeld) {
             instrument.MoveKey(code, true);
         }
-        ASSERT_TRUE(WaitFor([&] { return Sounding().size() == 4; }));
+        ASSERT_TRUE(WaitUntil([&] { return Sounding().size() == 4; }));
         instrument.LockLayout(static_cast<std::uint8_t>((first + 1) % 3));
         for (const std::uint8_t code : kHeld) {
             instrument.MoveKey(code, false);
         }
-        ASSERT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+        ASSERT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
     }
     ForgetNotes();
     Move(kX);
@@ -138,28 +140,28 @@ TEST_F(OnWayland, WhatIsHeldEndsWhenTheKeyboardGoesElsewhere) {
     ASSERT_NO_FATAL_FAILURE(Start("us"));
     instrument.MoveKey(kSpace, true);
     instrument.MoveKey(kZ, true);
-    ASSERT_TRUE(WaitFor([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
+    ASSERT_TRUE(WaitUntil([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
     ASSERT_TRUE(instrument.Xdotool({"windowfocus", Root()}));
-    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
 }
 
 TEST_F(OnWayland, TheHintsFollowTheLayout) {
     ASSERT_NO_FATAL_FAILURE(Start("us,fr,gr", ",,"));
     QImage english;
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(WaitUntil([&] {
         const QImage now = GrabHints();
         return std::exchange(english, now) == now;
     })) << "of the key that was played last";
     instrument.LockLayout(1);
-    ASSERT_TRUE(WaitFor([&] { return GrabHints() != english; }));
+    ASSERT_TRUE(WaitUntil([&] { return GrabHints() != english; }));
     const QImage french = GrabHints();
     instrument.LockLayout(2);
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(WaitUntil([&] {
         const QImage now = GrabHints();
         return now != english && now != french;
     }));
     instrument.LockLayout(0);
-    EXPECT_TRUE(WaitFor([&] { return GrabHints() == english; }));
+    EXPECT_TRUE(WaitUntil([&] { return GrabHints() == english; }));
 }
 
 /// Scales between the whole ones.
@@ -170,9 +172,9 @@ TEST_P(OnWaylandScaled, KeysAndMousePlay) {
     Move(kZ);
     ExpectNotes(MessagesOf(60, "50"), kZ);
     ASSERT_TRUE(instrument.Xdotool({"mousemove", "700", "600", "mousedown", "1"}));
-    ASSERT_TRUE(WaitFor([&] { return Sounding().size() == 1; }));
+    ASSERT_TRUE(WaitUntil([&] { return Sounding().size() == 1; }));
     ASSERT_TRUE(instrument.Xdotool({"mouseup", "1"}));
-    EXPECT_TRUE(WaitFor([&] { return Sounding().empty(); }));
+    EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Factors, OnWaylandScaled, testing::Values("1.25", "1.5"));

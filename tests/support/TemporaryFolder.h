@@ -1,21 +1,23 @@
 // A folder for the files of one test.
 #pragma once
 
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <system_error>
 
 namespace KivoraTest {
 
-/// Made empty, and removed with what it holds.
+/// Made empty and for nobody else, and removed with what it holds. Throws std::system_error where it cannot be made.
 class CTemporaryFolder {
 public:
     CTemporaryFolder() {
-        std::random_device random;
-        do {
-            path_ = std::filesystem::temp_directory_path() / ("kivora-test-" + std::to_string(random()));
-        } while (!std::filesystem::create_directory(path_));
+        std::string name = (std::filesystem::temp_directory_path() / "kivora-test-XXXXXX").native();
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::system_error(errno, std::generic_category(), name);
+        }
+        path_ = name;
     }
     ~CTemporaryFolder() {
         std::error_code ignored;

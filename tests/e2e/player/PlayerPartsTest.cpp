@@ -9,10 +9,11 @@
 #include "e2e/player/LentDevices.h"
 #include "e2e/player/Shrinker.h"
 #include "e2e/player/Sounding.h"
-
-#include <QTemporaryDir>
+#include "support/TemporaryFolder.h"
 
 namespace {
+
+using KivoraTest::CTemporaryFolder;
 
 using Player::ActionGenerator;
 using Player::CActions;
@@ -78,8 +79,8 @@ TEST(SoundingTest, OtherMessagesChangeNothing) {
 }
 
 TEST(LentDevicesTest, AnUnpluggedOutputIsSilentAndAnUnpluggedKeyboardMute) {
-    const QTemporaryDir folder;
-    Player::LentDevices devices(folder.filePath("devices").toStdString());
+    const CTemporaryFolder folder;
+    Player::LentDevices devices((folder / "devices").native());
     Sounding sounding;
     sounding.Take(1, 0x90, 60, 80);
     devices.Listen(sounding);

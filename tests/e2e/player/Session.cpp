@@ -1,4 +1,6 @@
 #include "e2e/player/Session.h"
+#include "support/FilePath.h"
+#include "support/WaitUntil.h"
 
 #include <algorithm>
 #include <QDir>
@@ -9,6 +11,10 @@
 namespace Player {
 
 namespace {
+
+using KivoraTest::FilePath;
+using KivoraTest::FolderPath;
+using KivoraTest::WaitUntil;
 
 constexpr int kEscape = 9;
 constexpr int kReturn = 36;
@@ -55,18 +61,18 @@ std::string Join(const std::vector<std::string>& names) {
 
 }  // namespace
 
-Session::Session() : devices_(dir_.filePath("devices").toStdString()) {
+Session::Session() : devices_((dir_ / "devices").native()) {
 }
 
 Session::~Session() = default;
 
 bool Session::Start() {
     // The manual is asked for and goes nowhere.
-    QFile::link("/bin/true", dir_.filePath("xdg-open"));
+    QFile::link("/bin/true", FilePath(dir_, "xdg-open"));
     instrument_.KeepOutput();
     if (!instrument_.Start({},
-                           {"KIVORA_STANDIN_DEVICES=" + dir_.filePath("devices"), "KIVORA_AUDIO_DRIVER=none",
-                            "PATH=" + dir_.path() + ":" + qEnvironmentVariable("PATH")},
+                           {"KIVORA_STANDIN_DEVICES=" + FilePath(dir_, "devices"), "KIVORA_AUDIO_DRIVER=none",
+                            "PATH=" + FolderPath(dir_) + ":" + qEnvironmentVariable("PATH")},
                            [this] { return devices_.IsAnyOutputReached(); })) {
         return false;
     }
@@ -381,7 +387,7 @@ void Session::Prove(int way) {
         return;
     }
     PassRounds(kWrittenByThen);
-    if (!WaitFor([&] { return !IsQuiet() || isInTheWay(); }, kQuietLimitMs)) {
+    if (!WaitUntil([&] { return !IsQuiet() || isInTheWay(); }, std::chrono::milliseconds(kQuietLimitMs))) {
         Fail(TFailure::EKind::kSilent,
              "a key is held and does not sound\nlast written:\n" + devices_.GetLastWritten(10));
     }
@@ -410,7 +416,7 @@ void Session::CheckOutput() {
 void Session::CloseWindow() {
     GoHome();
     bool asked = false;
-    const bool ended = !failure_ && WaitFor(
+    const bool ended = !failure_ && WaitUntil(
                                         [&] {
                                             windows_->Attend();
                                             // What is asked on the way is left; closing may have been refused over it.
@@ -424,7 +430,7 @@ void Session::CloseWindow() {
                                             }
                                             return !instrument_.IsRunning();
                                         },
-                                        kLimitMs);
+                                        std::chrono::milliseconds(kLimitMs));
     if (!ended) {
         Fail(TFailure::EKind::kStuck, "the program does not end");
     }
@@ -446,7 +452,8 @@ void Session::End(int way) {
     if (failure_) {
         return;
     }
-    if (instrument_.IsRunning() && !WaitFor([this] { return !instrument_.IsRunning(); }, kLimitMs)) {
+    if (instrument_.IsRunning() &&
+        !WaitUntil([this] { return !instrument_.IsRunning(); }, std::chrono::milliseconds(kLimitMs))) {
         Fail(TFailure::EKind::kStuck, "the program does not end");
     } else if (way != kByServer) {
         CheckAlive();

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <optional>
-#include <QTemporaryDir>
 #include <set>
 #include <string>
 
@@ -13,6 +12,7 @@
 #include "e2e/player/Sounding.h"
 #include "e2e/player/WindowManager.h"
 #include "e2e/player/XClient.h"
+#include "support/TemporaryFolder.h"
 
 namespace Player {
 
@@ -58,7 +58,7 @@ private:
     void Fail(TFailure::EKind kind, const std::string& text);
     void CheckAlive();
 
-    QTemporaryDir dir_;
+    KivoraTest::CTemporaryFolder dir_;
     LentDevices devices_;
     InstrumentProcess instrument_;
     std::unique_ptr<XClient> client_;

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <mutex>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,34 +12,21 @@
 #include "libmidi/MIDIPlayerQueue.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "support/ChildProcess.h"
+#include "support/Files.h"
+#include "support/TemporaryFolder.h"
 
 namespace {
 
 using namespace LibMidi;
 using KivoraTest::CChildProcess;
+using KivoraTest::ReadFileBytes;
 using KivoraTest::WaitUntil;
 using testing::HasSubstr;
 
 class Sequencer : public testing::Test {
 protected:
-    void SetUp() override {
-        KivoraTest::RequireSequencer();
-        if (KivoraTest::HasSequencer()) {
-            char name[] = "/tmp/kivora-sequencer-XXXXXX";
-            dir_ = mkdtemp(name);
-        }
-    }
-    void TearDown() override {
-        if (!dir_.empty()) {
-            std::filesystem::remove_all(dir_);
-        }
-    }
+    void SetUp() override { KivoraTest::RequireSequencer(); }
     std::string Path(const std::string& name) const { return (dir_ / name).string(); }
-    static std::string Read(const std::string& path) {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
     /// A shell line, so that its output goes to a file.
     static std::vector<std::string> Shell(const std::string& line) { return {"sh", "-c", "exec " + line}; }
     static MIDIOutPort* FindOutput(const PortMIDIImpl& ports, const wchar_t* name) {
@@ -48,7 +34,7 @@ protected:
     }
 
 private:
-    std::filesystem::path dir_;
+    const KivoraTest::CTemporaryFolder dir_;
 };
 
 class Listener : public MIDIPortDataListener {
@@ -88,18 +74,18 @@ TEST_F(Sequencer, WhatThePlayerPlaysIsSeenByAnotherProgram) {
     const int binding = player->AttachOutput(output);
     ASSERT_TRUE(player->Start());
     player->GetSink()->PlayNote(0, 60, 100, 50, 0);
-    const auto holds = [&](const char* text) { return Read(seen).find(text) != std::string::npos; };
+    const auto holds = [&](const char* text) { return ReadFileBytes(seen).find(text) != std::string::npos; };
     // The dump's own output may wait in its buffer until it ends.
     EXPECT_TRUE(WaitUntil([&] { return player->GetSink()->WaitUntilIdle(0); }));
     EXPECT_TRUE(WaitUntil([&] {
         player->GetSink()->PlayNote(0, 61, 1, 1, 0);
-        return holds("Note off") || Read(seen).size() > 200;
+        return holds("Note off") || ReadFileBytes(seen).size() > 200;
     }));
     player->Stop();
     player->DetachOutput(binding);
     EXPECT_EQ(output->Close(), kSuccess);
     dump.End();
-    const std::string text = Read(seen);
+    const std::string text = ReadFileBytes(seen);
     EXPECT_THAT(text, testing::ContainsRegex("Note on +0, note 60, velocity 100"));
     EXPECT_THAT(text, testing::ContainsRegex("Note off +0, note 60"));
 }

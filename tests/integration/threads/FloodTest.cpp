@@ -13,6 +13,7 @@
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
 
 namespace {
@@ -82,9 +83,7 @@ TEST(Flood, EverythingChangesUnderAFloodOfInputAndNothingStops) {
         if (rounds % 8 == 7) {
             ASSERT_TRUE(controls.RescanPorts());
         }
-        while (api.GetFlooded() < floodedBefore + 20) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(KivoraTest::WaitUntil([&] { return api.GetFlooded() >= floodedBefore + 20; }));
     }
     const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
     RecordProperty("messages_a_second", static_cast<int>(api.GetFlooded() / lasted.count()));

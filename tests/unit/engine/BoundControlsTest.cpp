@@ -9,6 +9,7 @@
 #include "engine/EngineExtras.h"
 #include "engine/PresetSteps.h"
 #include "support/AllocationCounter.h"
+#include "support/WaitUntil.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -580,15 +581,11 @@ TEST_F(Bound, IsLearnedBoundAndClearedWhileTheInputPlays) {
     });
     for (int i = 0; i < 300; ++i) {
         Learn(EPanelFunction::kVolume1);
-        while (!TakeLearned()) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(WaitUntil([&] { return TakeLearned().has_value(); }));
         EndLearning();
         Bind(kKnob, EPanelFunction::kVolume1);
         Bind(kPad, EPanelFunction::kPanic);
-        while (CountDeeds() == 0) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(WaitUntil([&] { return CountDeeds() != 0; }));
         Clear();
     }
     stop = true;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <thread>
 
+#include "support/WaitUntil.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -429,9 +430,7 @@ TEST_F(Ports, TheTickThreadRunsOnlyFromTheEndOfConstructionToTheEndOfDestruction
     dependencies.wallClockMs = [&reads] { return static_cast<std::int64_t>(++reads); };
     {
         const Kivora::CKivora engine(std::move(dependencies));
-        while (reads < 5) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(WaitUntil([&] { return reads >= 5; }));
     }
     const int after = reads;
     std::this_thread::yield();

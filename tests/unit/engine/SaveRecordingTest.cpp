@@ -6,10 +6,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include "engine/takes/RecordedTrack.h"
+#include "support/Files.h"
 #include "support/FileSizeLimit.h"
+#include "support/TemporaryFolder.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -36,22 +37,11 @@ std::vector<std::int32_t> TimesOf(const LibMidi::CaptureStore& captured) {
 
 class SaveRecording : public testing::Test {
 protected:
-    SaveRecording() {
-        char name[] = "/tmp/kivora-take-XXXXXX";
-        dir = mkdtemp(name);
-    }
-    ~SaveRecording() override { std::filesystem::remove_all(dir); }
-
     NK::CString Path(const char* name) const { return NK::CString::FromUtf8((dir / name).string()); }
-    std::string Bytes(const char* name) const {
-        std::ifstream file(dir / name, std::ios::binary);
-        std::ostringstream bytes;
-        bytes << file.rdbuf();
-        return bytes.str();
-    }
+    std::string Bytes(const char* name) const { return ReadFileBytes(dir / name); }
     std::vector<CMIDIMessageX> Track() { return TrackOf(rig.player->GetSink()->GetCaptured()); }
 
-    std::filesystem::path dir;
+    const CTemporaryFolder dir;
     EngineRig rig;
     Kivora::CKivora& engine = rig.CreateOpen();
 };
@@ -132,7 +122,7 @@ TEST_F(SaveRecording, ATrackWithoutNotesKeepsItsTimes) {
 
 TEST_F(SaveRecording, WithoutCapturedEventsNothingIsWritten) {
     EXPECT_FALSE(engine.SaveRecording(Path("take.mid")));
-    EXPECT_TRUE(std::filesystem::is_empty(dir));
+    EXPECT_TRUE(std::filesystem::is_empty(dir.GetPath()));
 }
 
 TEST_F(SaveRecording, SavingWhileRecordingStopsTheRecordingFirst) {
@@ -169,7 +159,7 @@ TEST_F(SaveRecording, ADiskThatIsFullAtAnyByteLeavesTheOldFileAndTheTake) {
         ASSERT_FALSE(engine.SaveRecording(Path("take.mid"))) << room;
         ASSERT_EQ(Bytes("take.mid"), "old") << room;
     }
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir), {}), 2) << "no temporary file is left";
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.GetPath()), {}), 2) << "no temporary file is left";
     EXPECT_TRUE(engine.SaveRecording(Path("take.mid")));
     EXPECT_EQ(Bytes("take.mid"), Bytes("whole.mid"));
 }
@@ -219,7 +209,7 @@ TEST_F(SaveRecording, TheFileIsTheGoldenOne) {
     captured.Append({5600, {0xF8, 0, 0, 0}});
     captured.Append({6000, {0xB0, 1, 64, 127}});
     ASSERT_TRUE(Kivora::SaveRecordedTrack(captured.GetView(), Path("take.mid")));
-    std::ifstream golden(KIVORA_GOLDEN_DIR "/smf/recorded_take.mid", std::ios::binary);
-    ASSERT_TRUE(golden.is_open());
-    EXPECT_EQ(Bytes("take.mid"), std::string(std::istreambuf_iterator<char>(golden), {}));
+    const std::string golden = ReadFileBytes(KIVORA_GOLDEN_DIR "/smf/recorded_take.mid");
+    ASSERT_FALSE(golden.empty());
+    EXPECT_EQ(Bytes("take.mid"), golden);
 }

@@ -10,6 +10,7 @@
 #include "libmidi/MIDIPlayer.h"
 #include "nk/nk_thread_role.h"
 #include "support/SynthModel.h"
+#include "support/WaitUntil.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -65,9 +66,7 @@ protected:
     /// Waits until the flood has delivered that many batches more.
     void WaitForFlood(int batches) {
         const int until = delivered + batches;
-        while (delivered < until) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(WaitUntil([&] { return delivered >= until; }));
     }
 
     static constexpr std::uint8_t kLast = 20;  ///< a controller that is sent after everything else
@@ -98,9 +97,7 @@ TEST_F(Threads, TheTickHasItsRole) {
                                                            }});
     ticking.SetOutputPortByIndex(0);
     ticking.StartRecording();
-    while (ticker != NK::ThreadRole::tick) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(WaitUntil([&] { return ticker == NK::ThreadRole::tick; }));
     EXPECT_EQ(NK::GetThreadRole(), NK::ThreadRole::none);
 }
 
@@ -134,9 +131,7 @@ TEST_F(Threads, FloodTickGuiAndPlayerLiveTogether) {
     }
     const int before = written;
     WaitForFlood(50);
-    while (written == before) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(WaitUntil([&] { return written != before; }));
     StopFlood();
     EXPECT_GT(shown, 0);
     EXPECT_FALSE(engine->IsOutputLost());
@@ -168,9 +163,7 @@ TEST_F(Threads, WhatIsSentLastStandsAndWhatIsHeldSounds) {
     }
     player.join();
     port.Deliver(0xB0, kLast, 1);
-    while (lastsWritten < 3) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(WaitUntil([&] { return lastsWritten >= 3; }));
     for (int channel = 0; channel < 3; ++channel) {
         const SynthModel::Controls& sent = synth.GetControls(channel);
         EXPECT_EQ(sent.wheel, 0x2000);
@@ -229,17 +222,13 @@ TEST_F(Threads, APulledOutOutputUnderAFloodIsToldOnceAndAnotherIsOpened) {
     StartFlood(port);
     WaitForFlood(5);
     backend.devices[0]->failsToWrite = true;
-    while (told == 0) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(WaitUntil([&] { return told != 0; }));
     WaitForFlood(20);
     EXPECT_EQ(told, 1);
     EXPECT_TRUE(controls->SetOutputPortByIndex(1));
     StartFlood(*backend.GetIn(kKeyboard));
     const int before = written;
-    while (written == before) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(WaitUntil([&] { return written != before; }));
     StopFlood();
     EXPECT_EQ(told, 1);
 }

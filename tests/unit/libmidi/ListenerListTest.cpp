@@ -1,4 +1,5 @@
 #include "libmidi/ListenerList.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -138,9 +139,7 @@ TEST(ListenerList, RemovingFromAnotherThreadWaitsForTheCallInProgress) {
     a.onCall = [&] {
         inCall = true;
         inCall.notify_all();
-        while (!setup.list.IsRemoving()) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(KivoraTest::WaitUntil([&] { return setup.list.IsRemoving(); }));
         callEnded = true;
     };
     setup.list.Add(&a);

@@ -11,6 +11,7 @@
 #include "libmidi/MIDIPlayerQueue.h"
 #include "support/AllocationCounter.h"
 #include "support/VirtualTime.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -169,9 +170,7 @@ TEST(PlayedHistoryThreads, WhatIsReadWhileItIsWrittenIsWhole) {
                             static_cast<std::uint8_t>(count >> 7 & 0x7F)});
         }
     });
-    while (history.Get().events.size() < 20'000) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(KivoraTest::WaitUntil([&] { return history.Get().events.size() >= 20'000; }));
     for (int i = 0; i < 50; ++i) {
         const PlayedHistory::Content content = history.Get();
         for (std::size_t place = 1; place < content.events.size(); ++place) {

@@ -349,7 +349,7 @@ TEST_F(AbandonedSave, AKilledProgramsIsRemovedADayLater) {
     }
     waitpid(child, nullptr, 0);
     ASSERT_EQ(CountEntries(), 1);
-    const auto left = std::filesystem::directory_iterator(folder_)->path();
+    const auto left = std::filesystem::directory_iterator(folder_.GetPath())->path();
     Save();
     EXPECT_TRUE(std::filesystem::exists(left)) << "too early";
     std::filesystem::last_write_time(left, std::filesystem::file_time_type::clock::now() - kYesterday);

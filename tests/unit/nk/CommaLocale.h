@@ -44,7 +44,7 @@ private:
             "localedef -c -i " + Native("source").string() + " " + Native("comma").string() + " >/dev/null 2>&1";
         // Its exit status tells of the categories that are left out on purpose.
         static_cast<void>(!std::system(command.c_str()));
-        setenv("LOCPATH", folder_.c_str(), 1);
+        setenv("LOCPATH", folder_.GetPath().c_str(), 1);
         std::setlocale(LC_NUMERIC, "comma");
     }
 };

@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "nk/nk_exception.h"
+#include "support/WaitUntil.h"
 
 namespace {
 
@@ -73,9 +74,7 @@ TEST(CriticalSection, TryLockSucceedsWhenTheHolderLetsGoMeanwhile) NK_NO_THREAD_
             section.Unlock();
         }
     });
-    while (!trying) {
-        std::this_thread::yield();
-    }
+    EXPECT_TRUE(KivoraTest::WaitUntil([&] { return trying.load(); }));
     section.Unlock();
     other.join();
     EXPECT_TRUE(taken);

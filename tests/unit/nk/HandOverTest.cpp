@@ -75,12 +75,12 @@ TEST_F(HandingOver, NobodyIsTrustedInAFolderThatOthersWriteTo) {
     const auto listener = CHandOverListener::Listen(Place());
     ASSERT_TRUE(listener);
     for (const mode_t others : {mode_t{S_IWGRP}, mode_t{S_IWOTH}}) {
-        ASSERT_EQ(chmod(folder_.c_str(), S_IRWXU | others), 0);
+        ASSERT_EQ(chmod(folder_.GetPath().c_str(), S_IRWXU | others), 0);
         EXPECT_FALSE(HandOver(Place(), "x", 0));
         EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
         EXPECT_FALSE(CHandOverListener::Listen(Path("another")));
     }
-    ASSERT_EQ(chmod(folder_.c_str(), S_IRWXU), 0);
+    ASSERT_EQ(chmod(folder_.GetPath().c_str(), S_IRWXU), 0);
     std::string taken;
     EXPECT_TRUE(HandAndTake(*listener, "x", taken));
 }
@@ -113,7 +113,7 @@ TEST_F(HandingOver, WhatIsAnotherUsersIsLeftAlone) {
     EXPECT_FALSE(HandOver(Path("folder/socket"), "x", 0));
     EXPECT_FALSE(CHandOverListener::Listen(Path("folder/another")));
     EXPECT_FALSE(IsReadable(listener->GetDescriptor(), 0));
-    ASSERT_EQ(lchown(folder_.c_str(), kAnother, kAnother), 0);
+    ASSERT_EQ(lchown(folder_.GetPath().c_str(), kAnother, kAnother), 0);
     EXPECT_FALSE(CHandOverListener::Listen(Path("new/socket")));
     EXPECT_FALSE(std::filesystem::exists(Native("new"))) << "left in another's folder";
 }

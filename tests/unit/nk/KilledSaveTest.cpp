@@ -33,8 +33,8 @@ TEST_F(KilledSave, LeavesTheOldFileOrTheNewOneWhereverItIsKilled) {
         }
         const std::string found = ReadBytes("a");
         // What the killed save left is looked at by the next, which would have more calls than this one each time.
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directory(folder_);
+        std::filesystem::remove_all(folder_.GetPath());
+        std::filesystem::create_directory(folder_.GetPath());
         ASSERT_TRUE(found == oldText || found == newText) << number;
         ++(found == oldText ? oldFiles : newFiles);
     }

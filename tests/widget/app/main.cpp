@@ -2,13 +2,13 @@
 // that is smaller than the panel, one of two device pixels a logical pixel and one of one and a half.
 #include <QApplication>
 #include <QFile>
-#include <QTemporaryDir>
 
+#include "support/FilePath.h"
 #include "support/QtTestMain.h"
 
 int main(int argc, char** argv) {
-    const QTemporaryDir folder;
-    QFile screens(folder.filePath("screens.json"));
+    const KivoraTest::CTemporaryFolder folder;
+    QFile screens(KivoraTest::FilePath(folder, "screens.json"));
     if (!screens.open(QIODevice::WriteOnly)) {
         return 1;
     }
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
     screens.close();
     // Where whoever starts the program has none, Qt would say so in the middle of what a test reads.
     if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder.path()));
+        qputenv("XDG_RUNTIME_DIR", folder.GetPath().c_str());
     }
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screens.fileName()));
     return KivoraTest::QtTestMain<QApplication>(argc, argv);

@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <QTemporaryDir>
-
 #include "QtWidgets/skin/QMultiPixmapReferencer.h"
 #include "QtWidgets/skin/QPixmapReferencer.h"
+#include "support/FilePath.h"
 #include "widget/skin/Images.h"
 
 namespace {
 
-QString WriteImage(const QTemporaryDir& dir, const QString& name, QColor color) {
-    const QString path = dir.filePath(name);
+QString WriteImage(const KivoraTest::CTemporaryFolder& dir, const QString& name, QColor color) {
+    const QString path = KivoraTest::FilePath(dir, name);
     PlainPixmap(4, 4, color).save(path);
     return path;
 }
@@ -27,7 +26,7 @@ TEST(PixmapReferencer, ACopyOfAHolderThatRefersRefersToTheSamePixmap) {
 }
 
 TEST(PixmapReferencer, ACopyOfAHolderThatOwnsOwnsACopy) {
-    const QTemporaryDir dir;
+    const KivoraTest::CTemporaryFolder dir;
     QPixmapReferencer holder;
     holder.load(WriteImage(dir, "red.png", Qt::red));
     ASSERT_NE(holder.pixmap(), nullptr);
@@ -39,7 +38,7 @@ TEST(PixmapReferencer, ACopyOfAHolderThatOwnsOwnsACopy) {
 }
 
 TEST(PixmapReferencer, AssigningReplacesAnOwnedPixmapByAReference) {
-    const QTemporaryDir dir;
+    const KivoraTest::CTemporaryFolder dir;
     QPixmap pixmap = PlainPixmap(4, 4, Qt::blue);
     QPixmapReferencer referring;
     referring.reference(&pixmap);
@@ -50,7 +49,7 @@ TEST(PixmapReferencer, AssigningReplacesAnOwnedPixmapByAReference) {
 }
 
 TEST(PixmapReferencer, AtMostOneOfTheTwoIsSet) {
-    const QTemporaryDir dir;
+    const KivoraTest::CTemporaryFolder dir;
     QPixmap pixmap = PlainPixmap(4, 4, Qt::blue);
     QPixmapReferencer holder;
     holder.reference(&pixmap);

@@ -15,6 +15,7 @@
 #include "libmidi/alsa/AlsaDeviceInPort.h"
 #include "nk/nk_critical_section.h"
 #include "nk/nk_thread_role.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/alsa/FakeAlsaSeq.h"
 
 namespace {
@@ -100,11 +101,7 @@ TEST_F(AlsaClientThreads, WithoutDescriptorsOrWithOneThatIsGoneNothingArrivesAny
     for (const std::vector<int>& descriptors : {std::vector<int>{-2, 100000}, std::vector<int>(40, descriptor)}) {
         api.descriptors = descriptors;
         const AlsaClient client(api);
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (client.Works() && std::chrono::steady_clock::now() < limit) {
-            NK::SystemSleeper().Sleep(1);
-        }
-        EXPECT_FALSE(client.Works());
+        EXPECT_TRUE(KivoraTest::WaitUntil([&] { return !client.Works(); }));
     }
 }
 
@@ -141,10 +138,7 @@ TEST_F(AlsaClientThreads, ClosingUnderTheListenersLockNeverDeadlocks) {
         const int calls = listener.calls;
         Send(60);
         if (cycle % 4 == 0) {
-            const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-            while (listener.calls == calls && std::chrono::steady_clock::now() < limit) {
-                NK::SystemSleeper().Sleep(1);
-            }
+            EXPECT_TRUE(KivoraTest::WaitUntil([&] { return listener.calls != calls; }));
         }
         if (cycle % 2 == 0) {
             port.RemoveListener(&listener);
@@ -169,10 +163,7 @@ TEST_F(AlsaClientThreads, TheThreadHasItsRole) {
     port.AddListener(&listener);
     ASSERT_EQ(port.Open(), kSuccess);
     Send(60);
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (listener.role != NK::ThreadRole::input && std::chrono::steady_clock::now() < limit) {
-        NK::SystemSleeper().Sleep(1);
-    }
+    EXPECT_TRUE(KivoraTest::WaitUntil([&] { return listener.role == NK::ThreadRole::input; }));
     EXPECT_EQ(listener.role, NK::ThreadRole::input);
     port.Close();
     port.RemoveListener(&listener);

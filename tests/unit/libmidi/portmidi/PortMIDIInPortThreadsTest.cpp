@@ -12,6 +12,7 @@
 #include "nk/nk_critical_section.h"
 #include "nk/nk_thread_role.h"
 #include "support/FatalLog.h"
+#include "support/WaitUntil.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
 
 namespace {
@@ -118,9 +119,7 @@ TEST_F(PortMIDIInPortThreads, ClosingUnderTheListenersLockNeverDeadlocks) {
         if (cycle % 4 == 0) {
             // Until the listener waits for the lock that is held here, or has just given up.
             const int polls = api.GetFlooded();
-            while (api.GetFlooded() < polls + 3) {
-                NK::SystemSleeper().Sleep(1);
-            }
+            EXPECT_TRUE(KivoraTest::WaitUntil([&] { return api.GetFlooded() >= polls + 3; }));
         }
         if (cycle % 2 == 0) {
             port->RemoveListener(&listener);
@@ -163,10 +162,7 @@ TEST_F(PortMIDIInPortThreads, TheThreadsHaveTheirRoles) {
     port->AddListener(&listener);
     ASSERT_EQ(port->Open(), kSuccess);
     api.Receive(0, Pm_Message(0x90, 60, 80));
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (listener.role != NK::ThreadRole::input && std::chrono::steady_clock::now() < limit) {
-        NK::SystemSleeper().Sleep(1);
-    }
+    EXPECT_TRUE(KivoraTest::WaitUntil([&] { return listener.role == NK::ThreadRole::input; }));
     EXPECT_EQ(listener.role, NK::ThreadRole::input);
     EXPECT_EQ(reader, NK::ThreadRole::inputTimer);
     port->Close();

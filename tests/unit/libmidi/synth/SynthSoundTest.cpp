@@ -12,12 +12,14 @@
 #include "support/Pitch.h"
 #include "support/TemporaryFolder.h"
 #include "support/TinySoundFont.h"
+#include "support/WaitUntil.h"
 #include "support/WaveFile.h"
 
 namespace {
 
 using KivoraTest::CFatalLog;
 using KivoraTest::CTemporaryFolder;
+using KivoraTest::WaitUntil;
 using namespace LibMidi;
 using namespace std::chrono_literals;
 
@@ -44,9 +46,8 @@ protected:
     void WaitForSound(std::chrono::milliseconds length) {
         const auto bytes = static_cast<std::uintmax_t>(length.count()) * 48 * 4;
         std::error_code ignored;
-        while (std::filesystem::file_size(environment_.audioFile, ignored) + 1 < bytes + 1) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(
+            WaitUntil([&] { return std::filesystem::file_size(environment_.audioFile, ignored) + 1 >= bytes + 1; }));
     }
 
     CTemporaryFolder folder_;

@@ -370,11 +370,8 @@ TEST_F(SynthesizerTest, InPlaceOfASessionThatFailedAnotherIsBegunBehindTheCaller
     EXPECT_EQ(synthesizer_->LookAtSession(), DeviceState::kLost);
     EXPECT_EQ(synthesizer_->GetLastError(), L"The audio system has stopped.");
     const auto look = [this] { return synthesizer_->LookAtSession(); };
-    DeviceState state = look();
-    while (state == DeviceState::kLost) {
-        std::this_thread::yield();
-        state = look();
-    }
+    DeviceState state = DeviceState::kLost;
+    EXPECT_TRUE(WaitUntil([&] { return (state = look()) != DeviceState::kLost; }));
     EXPECT_EQ(state, DeviceState::kBack);
     EXPECT_FALSE(synthesizer_->Write(NoteEvent(0, 0, 60, 100, 0x90))) << "until the port is opened again";
     synthesizer_->Close();
