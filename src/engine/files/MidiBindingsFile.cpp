@@ -1,7 +1,6 @@
 #include "engine/files/MidiBindingsFile.h"
 
 #include <utility>
-#include <vector>
 
 #include "engine/files/DamagedFile.h"
 #include "nk/nk_file_failure.h"
@@ -13,6 +12,21 @@ NK::CIniFile LinesOf(const MidiBindings& bindings) {
     NK::CIniFile file;
     bindings.Write(file);
     return file;
+}
+
+/// Does to others what has led from `before` to `after`.
+void Repeat(const MidiBindings& before, const MidiBindings& after, MidiBindings& others) {
+    for (const MidiBinding& former : before.GetAll()) {
+        if (after.Find(former.device, former.control) == nullptr) {
+            others.Unbind(former);
+        }
+    }
+    for (const MidiBinding& binding : after.GetAll()) {
+        const MidiBinding* const former = before.Find(binding.device, binding.control);
+        if (former == nullptr || *former != binding) {
+            others.Bind(binding);
+        }
+    }
 }
 }  // namespace
 
@@ -53,7 +67,7 @@ bool WriteBindings(const MidiBindings& bindings, const NK::CString& path) {
 StoredBindings::State MidiBindingsFile::Load() {
     StoredBindings stored = StoredBindings::Read(path_);
     bindings_ = std::move(stored.bindings);
-    isSaved_ = true;
+    inFile_ = bindings_;
     return stored.state;
 }
 
@@ -63,31 +77,33 @@ bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, 
     StoredBindings stored = StoredBindings::Read(path_);
     const bool isUndamaged = stored.state == State::kWhole || stored.state == State::kNewer;
     if (isUndamaged || stored.state == State::kPartly) {
-        const MidiBindings inForce = std::exchange(bindings_, std::move(stored.bindings));
-        for (const MidiBinding& unsaved : isSaved_ ? std::vector<MidiBinding>() : inForce.GetAll()) {
-            bindings_.Bind(unsaved);
-        }
+        const MidiBindings before = std::exchange(inFile_, std::move(stored.bindings));
+        const MidiBindings inForce = std::exchange(bindings_, inFile_);
+        Repeat(before, inForce, bindings_);
     }
     change(bindings_);
     setAside.Clear();
+    bool isSaved = false;
     switch (stored.state) {
         case State::kUnreadable:
-            isSaved_ = false;
             break;
         case State::kPartly:
         case State::kDamaged: {
             NK::CIniFile file = LinesOf(bindings_);
-            isSaved_ = SaveOverDamaged(file, path_, setAside);
+            isSaved = SaveOverDamaged(file, path_, setAside);
             break;
         }
         case State::kWhole:
         case State::kNewer:
         case State::kAbsent:
             bindings_.Write(stored.lines);
-            isSaved_ = stored.lines.Save(path_);
+            isSaved = stored.lines.Save(path_);
             break;
     }
-    return isSaved_;
+    if (isSaved) {
+        inFile_ = bindings_;
+    }
+    return isSaved;
 }
 
 }  // namespace Kivora

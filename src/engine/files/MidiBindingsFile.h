@@ -39,7 +39,7 @@ public:
     const MidiBindings& Get() const { return bindings_; }
     const NK::CString& GetPath() const { return path_; }
 
-    /// Changes what the file holds now and what was in force and could not be saved before. The result is in force,
+    /// Changes what the file holds now, to which is done again what could not be saved before. The result is in force,
     /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). In the file all lines
     /// stay but those that are bound otherwise. One that is damaged in any part is renamed before, see
     /// SaveOverDamaged(): then `setAside` is its new name, else empty.
@@ -48,7 +48,7 @@ public:
 private:
     const NK::CString path_;
     MidiBindings bindings_;
-    bool isSaved_ = true;  ///< what is in force is what the last Change() or Load() left in the file
+    MidiBindings inFile_;  ///< what the file held when it was last read or written; what differs could not be saved
 };
 
 /// False, with the reason in NK::GetFileFailure(), when the file is as it was.

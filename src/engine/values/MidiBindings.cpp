@@ -188,6 +188,10 @@ void MidiBindings::Clear(EPanelFunction function) {
     std::erase_if(bindings_, [function](const MidiBinding& binding) { return binding.function == function; });
 }
 
+void MidiBindings::Unbind(const MidiBinding& binding) {
+    std::erase(bindings_, binding);
+}
+
 void MidiBindings::SetLatching(EPanelFunction function, bool latches) {
     for (MidiBinding& binding : bindings_) {
         if (binding.function == function && binding.control.kind == MidiControl::Kind::kController) {

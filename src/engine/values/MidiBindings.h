@@ -35,6 +35,8 @@ public:
     /// bound: a reserved control, a value to what is no controller, no name, more than kMost.
     bool Bind(MidiBinding binding);
     void Clear(EPanelFunction function);
+    /// Nothing where the control has another function, or none.
+    void Unbind(const MidiBinding& binding);
     void SetLatching(EPanelFunction function, bool latches);
     /// The others' devices are bound as there, as far as kMost allows; what is bound on other devices stays. How many
     /// were taken over.

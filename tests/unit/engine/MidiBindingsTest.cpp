@@ -326,6 +326,32 @@ TEST_F(BindingsFile, WhatCannotBeSavedIsInForceAndSavedLater) {
     EXPECT_EQ(Read().bindings.GetAll().size(), 2U);
 }
 
+TEST_F(BindingsFile, WhatWasClearedWhileItCouldNotBeSavedStaysCleared) {
+    const auto bind = [](std::uint8_t controller, EPanelFunction function) {
+        return [=](MidiBindings& all) { all.Bind(Knob(L"Knobs", controller, function)); };
+    };
+    Kivora::MidiBindingsFile file(path);
+    Kivora::MidiBindingsFile other(path);
+    NK::CString setAside;
+    EXPECT_TRUE(file.Change(bind(1, EPanelFunction::kTempo), setAside));
+    EXPECT_TRUE(file.Change(bind(2, EPanelFunction::kVolume1), setAside));
+    const std::filesystem::path aside = native.string() + ".aside";
+    std::filesystem::rename(native, aside);
+    std::filesystem::create_directory(native);
+    EXPECT_FALSE(file.Change([](auto& all) { all.Clear(EPanelFunction::kTempo); }, setAside));
+    EXPECT_FALSE(file.Change(bind(3, EPanelFunction::kVolume1), setAside));
+    std::filesystem::remove(native);
+    std::filesystem::rename(aside, native);
+    EXPECT_TRUE(other.Change(bind(4, EPanelFunction::kVolume2), setAside));
+    EXPECT_TRUE(file.Change(bind(5, EPanelFunction::kPanic), setAside));
+    MidiBindings expected;
+    bind(4, EPanelFunction::kVolume2)(expected);
+    bind(3, EPanelFunction::kVolume1)(expected);
+    bind(5, EPanelFunction::kPanic)(expected);
+    EXPECT_TRUE(IsSame(file.Get(), expected));
+    EXPECT_TRUE(IsSame(Read().bindings, expected));
+}
+
 TEST_F(BindingsFile, WhatCouldNotBeReadForAWhileStaysBesideWhatWasBoundMeanwhile) {
     std::filesystem::create_directory(native);
     Kivora::MidiBindingsFile file(path);
