@@ -43,6 +43,13 @@ void OpenSounds::Follow(TMIDIMessage message) noexcept {
     }
 }
 
+void OpenSounds::Add(const OpenSounds& others) noexcept {
+    for (std::size_t channel = 0; channel < channels_.size(); ++channel) {
+        channels_[channel].notes |= others.channels_[channel].notes;
+        channels_[channel].pedals |= others.channels_[channel].pedals;
+    }
+}
+
 std::size_t OpenSounds::FindPedal(TMIDIMessage message) noexcept {
     const auto* const pedal = message.status == TMIDIMessage::kControlChange
                                   ? std::find(kPedals.begin(), kPedals.end(), message.data1)

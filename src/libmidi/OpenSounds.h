@@ -19,6 +19,8 @@ public:
     using Visit = std::function<void(NK::MIDI::TMIDIMessage message)>;
 
     void Follow(NK::MIDI::TMIDIMessage message) noexcept;
+    /// What another stream has begun too.
+    void Add(const OpenSounds& others) noexcept;
     bool IsAny() const noexcept;
     bool IsAnyNote() const noexcept;
     /// On any channel, or on one of 0..15; false for a note beyond 127.

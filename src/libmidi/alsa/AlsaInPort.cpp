@@ -42,7 +42,7 @@ AlsaInPort::Sender& AlsaInPort::FindSender(snd_seq_addr_t address, snd_seq_addr_
     senders_.push_back({address,
                         receiver,
                         client_->IsConnected(address, receiver),
-                        ComesTwice(address, receiver),
+                        FindOtherWay(address, receiver).has_value(),
                         false,
                         FindSource(address),
                         {}});
@@ -139,11 +139,14 @@ void AlsaInPort::TakeNews() {
                                      [&](const Sender& sender) { return sender.address == source.address; });
     }
     FollowDevices();
-    for (Sender& sender : senders_) {
-        sender.isConnected = sender.isConnected || client_->IsConnected(sender.address, sender.receiver);
-        if (!sender.isDouble && ComesTwice(sender.address, sender.receiver)) {
-            sender.isDouble = true;
-            sender.held = {};  // its endings come the other way
+    for (std::size_t index = 0; index < senders_.size(); ++index) {  // FindSender() adds to them
+        const Sender& sender = senders_[index];
+        senders_[index].isConnected = sender.isConnected || client_->IsConnected(sender.address, sender.receiver);
+        const auto otherWay = FindOtherWay(sender.address, sender.receiver);
+        if (!sender.isDouble && otherWay) {
+            senders_[index].isDouble = true;
+            const OpenSounds held = std::exchange(senders_[index].held, {});
+            FindSender(sender.address, *otherWay).held.Add(held);  // its endings come that way
         }
     }
 }

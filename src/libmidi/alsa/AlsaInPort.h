@@ -40,8 +40,10 @@ protected:
 
     /// Whether what `sender` sends to `receiver`, a port of ours, is for this port. [input]
     virtual bool IsMeant(snd_seq_addr_t sender, snd_seq_addr_t receiver) const = 0;
-    /// Whether what `sender` sends to `receiver` comes to another port of this one too. [input]
-    virtual bool ComesTwice(snd_seq_addr_t, snd_seq_addr_t) const { return false; }
+    /// The other port of this one to which comes too what `sender` sends to `receiver`. [input]
+    virtual std::optional<snd_seq_addr_t> FindOtherWay(snd_seq_addr_t /*sender*/, snd_seq_addr_t /*receiver*/) const {
+        return std::nullopt;
+    }
     /// Whether what has sent to `receiver` is still connected as it was. [input]
     bool IsStillThere(snd_seq_addr_t sender, snd_seq_addr_t receiver, bool wasConnected) const;
     /// Devices have come or gone; called once when the port is opened. [gui] [input]

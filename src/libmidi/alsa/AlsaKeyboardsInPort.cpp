@@ -32,8 +32,8 @@ bool AlsaKeyboardsInPort::IsMeant(snd_seq_addr_t, snd_seq_addr_t receiver) const
     return receiver == own_ || receiver == GetClient().GetPublicReceiver();
 }
 
-bool AlsaKeyboardsInPort::ComesTwice(snd_seq_addr_t sender, snd_seq_addr_t receiver) const {
-    return !(receiver == own_) && GetClient().IsConnected(sender, own_);
+std::optional<snd_seq_addr_t> AlsaKeyboardsInPort::FindOtherWay(snd_seq_addr_t sender, snd_seq_addr_t receiver) const {
+    return !(receiver == own_) && GetClient().IsConnected(sender, own_) ? std::optional(own_) : std::nullopt;
 }
 
 void AlsaKeyboardsInPort::FollowDevices() {

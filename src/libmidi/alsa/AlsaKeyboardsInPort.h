@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "libmidi/alsa/AlsaInPort.h"
 
@@ -21,7 +22,7 @@ private:
     void CloseDevice() override NK_REQUIRES(deviceLock_);
     bool IsMeant(snd_seq_addr_t sender, snd_seq_addr_t receiver) const override;
     /// A keyboard that somebody has connected to the public port too.
-    bool ComesTwice(snd_seq_addr_t sender, snd_seq_addr_t receiver) const override;
+    std::optional<snd_seq_addr_t> FindOtherWay(snd_seq_addr_t sender, snd_seq_addr_t receiver) const override;
     void FollowDevices() override;
 
     snd_seq_addr_t own_{};  ///< does not change while the port is open

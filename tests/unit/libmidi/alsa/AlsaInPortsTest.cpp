@@ -270,6 +270,22 @@ TEST_F(AlsaInPorts, AKeyboardThatIsConnectedToThePublicPortTooPlaysOnce) {
     EXPECT_EQ(listener.Take(), (Batches{{0x803E00}}));
 }
 
+TEST_F(AlsaInPorts, WhatAKeyboardHeldByThePublicPortAloneEndsWithItWhenItCameBothWaysSince) {
+    ASSERT_EQ(keyboards.Open(), kSuccess);
+    rig.api.Plug(21, "Keys", 0, "Keys", kSending);
+    rig.api.Connect({21, 0}, rig.GetPublicIn());
+    rig.api.SendTo({21, 0}, rig.GetPublicIn(), NoteOn(60));
+    rig.api.SendTo({21, 0}, rig.GetPublicIn(), NoteOn(62));
+    rig.api.SendTo({21, 0}, rig.GetPublicIn(), Pedal(127));
+    rig.client->RunInputRound();
+    rig.api.Announce(SND_SEQ_EVENT_PORT_START, {21, 0});  // it is connected to the port's own too
+    rig.client->RunInputRound();
+    rig.Send(21, NoteOn(62, 0));
+    EXPECT_EQ(listener.Take(), (Batches{{0x903C64, 0x903E64, 0xB0407F}, {0x903E00}}));
+    rig.Unplug(21);
+    EXPECT_EQ(listener.Take(), (Batches{{0x803C00, 0xB04000}}));
+}
+
 TEST_F(AlsaInPorts, WhatALossHasEndedIsNotEndedOnceMore) {
     ASSERT_EQ(keyboards.Open(), kSuccess);
     rig.Send(20, NoteOn(60));
