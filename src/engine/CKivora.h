@@ -102,6 +102,8 @@ public:
     /// A message that is no note, as if it came from the input: a channel's on the channel of every slot, if ready;
     /// shown once.
     void PlayControl(NK::MIDI::TMIDIMessage message);
+    /// A channel message that is no note, on the channel of one slot, if ready; shown to nobody.
+    void SendControl(int slot, NK::MIDI::TMIDIMessage message);
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
     void SetSplit(bool on);
@@ -184,7 +186,9 @@ public:
     }
 
     // MIDI input. Not channel messages: sent on unchanged. Notes and key pressure: as played, with the velocity scaled,
-    // on the slot's channel. Any other channel message: sent once on the channel of every slot, shown once.
+    // on the slot's channel. Any other channel message: sent once on the channel of every slot, shown once. When what a
+    // controller sends is taken out of the stream, what it has done to the voices before is undone: the volumes are
+    // sent, others go to their value of rest, if they have one.
     /// Gives up without sending when the port is being closed; waits for the lock otherwise. [input]
     void OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) override;
     /// Ends the keys and the pedals that the input holds, then InputLost(). [input]
@@ -193,9 +197,6 @@ public:
     void ReleaseInputKeys();
     /// Lifts the sostenuto and the hold 2 pedal that the input port holds; its keys and its sustain pedal stay.
     void LiftInputHolds();
-    /// What the input port has done to the voices by a controller that it will send no more is undone: the volumes are
-    /// sent, others go to their value of rest. Nothing for one that it has not sent, or that has no such value.
-    void RestInputController(std::uint8_t controller);
     /// What the input port holds; what was taken out of its stream is not part of it.
     HeldKeys GetInputKeys() const;
     std::uint32_t GetInputLostCount() const;  ///< losses since the input port was opened; 0 without one
@@ -432,7 +433,8 @@ private:
     [[noreturn]] static void Fail(const char* source, const QString& name = {});
     bool IsReady() const NK_REQUIRES(lock_) { return output_.GetPort() != nullptr && player_ && sink_; }
     void Show(NK::MIDI::TMIDIMessage message) { emit OnMIDIEvent(static_cast<int>(message.ToWord())); }
-    void Send(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_) { sink_->SendMessage(message, 0); }
+    /// Not what would end a note that the song plays too.
+    void Send(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_);
     /// A message on the channel of a slot.
     NK::MIDI::TMIDIMessage OnSlot(int slot, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) const
         NK_REQUIRES(lock_);
@@ -448,6 +450,7 @@ private:
     /// As a hold; EndHold() ends it. False, without one, when the port of the input is being closed.
     bool HoldForInput() NK_TRY_ACQUIRE(true, lock_);
     void ProcessInput(NK::MIDI::TMIDIMessage message) NK_REQUIRES(lock_);
+    void RestController(std::uint8_t controller) NK_REQUIRES(lock_);
     void LiftInputPedal(std::uint8_t controller) NK_REQUIRES(lock_);
 
     void ListPortNames() NK_REQUIRES(lock_);
@@ -460,6 +463,8 @@ private:
     /// The open one, or where none is open the wanted one of a fixed set; null otherwise.
     LibMidi::MIDIOutPort* FindWatchedOutput();
     void AdvanceClock() NK_REQUIRES(lock_);
+    /// The clock goes on otherwise, from its place or from the beginning of a bar: what is played lies on its bars.
+    void NoteClock(bool beginsBar) NK_REQUIRES(lock_);
     /// Whether the tick's thread waits, as there is nothing for it to do: who looks at the clock moves it.
     bool IsTickParked() const NK_REQUIRES(lock_) { return tickTimer_ && !ticking_; }
     /// What the ticks would have done that were left out: they move the clock and play nothing.

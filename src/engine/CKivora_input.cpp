@@ -71,8 +71,12 @@ void CKivora::OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) {
     HeardInput& heard = extras_->heard;
     for (std::int32_t i = 0; i < count; ++i) {
         const bool isTaken = controls.IsActive() && controls.Take(events[i], inputPort_.load(), heard.Holds(events[i]));
-        if (!isTaken && heard.Follow(events[i])) {
-            ProcessInput(events[i].ToMessage());
+        if (isTaken) {
+            if (heard.TakeMoved(events[i])) {
+                RestController(events[i].data1);  // by which it has moved the voices before
+            }
+        } else if (const std::optional<TMIDIMessage> message = heard.Follow(events[i])) {
+            ProcessInput(*message);
         }
     }
     EndHold();
@@ -116,6 +120,13 @@ void CKivora::PlayControl(TMIDIMessage message) {
     Show(message);
 }
 
+void CKivora::SendControl(int slot, TMIDIMessage message) {
+    const Hold hold(*this);
+    if (IsReady()) {
+        Send(OnSlot(slot, message.status, message.data1, message.data2));
+    }
+}
+
 void CKivora::OnMIDIDataLost(std::uint32_t lostCount) {
     NK_ASSERT_THREAD_ROLE(input);
     if (lostCount == 0 || !HoldForInput()) {
@@ -137,7 +148,7 @@ void CKivora::ReleaseInputKeys() {
         LiftInputPedal(pedal);
     }
     inputKeys_.Clear();
-    extras_->heard.ForgetNotes();
+    extras_->heard.ForgetHeld();
     extras_->controls.LetGo();
     extras_->pedal.input = 0;
 }
@@ -153,15 +164,15 @@ void CKivora::LiftInputPedal(std::uint8_t controller) {
         return;
     }
     inputKeys_.LiftPedal(controller);
+    extras_->heard.ForgetPedal(controller);
     if (controller != Controller::kSustain || !extras_->pedal.IsHeldByPanel()) {
         SendController(controller, 0);
     }
 }
 
-void CKivora::RestInputController(std::uint8_t controller) {
-    const Hold hold(*this);
+void CKivora::RestController(std::uint8_t controller) {
     const std::optional<std::uint8_t> rest = RestOf(controller);
-    if (!sink_ || !rest || !extras_->heard.TakeMoved(controller)) {
+    if (!sink_ || !rest) {
         return;
     }
     if (controller == Controller::kVolume) {

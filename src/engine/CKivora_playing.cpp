@@ -13,6 +13,12 @@ TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, 
     return {status, static_cast<std::uint8_t>(voices_.GetChannel(slot) + 1), data1, data2};
 }
 
+void CKivora::Send(TMIDIMessage message) {
+    if (extras_->song.FollowPlayer(message)) {
+        sink_->SendMessage(message, 0);
+    }
+}
+
 void CKivora::PlayNoteOn(std::uint8_t note, std::uint8_t velocity) {
     const Hold hold(*this);
     SendVoiceNote(TMIDIMessage::kNoteOn, note, velocity, voices_.GetSlotOfNote(note));

@@ -113,7 +113,7 @@ void CKivora::SetInputPort(LibMidi::MIDIInPort* port) {
         Fail(QT_TR_NOOP("Failed to open input MIDI port:"), NK::ToQt(port->GetName()));
     }
     inputKeys_.Clear();
-    extras_->heard.ForgetNotes();
+    extras_->heard.ForgetHeld();
     extras_->controls.LetGo();
     extras_->pedal.input = 0;
 }

@@ -8,11 +8,13 @@
 
 namespace Kivora {
 
+using NK::MIDI::TMIDIMessage;
+
 EngineControls::EngineControls(CKivora& engine) : engine_(engine) {
     connection_ = QObject::connect(&engine_, &CKivora::OnMIDIEvent, [this](int word) {
-        const auto message = NK::MIDI::TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
+        const auto message = TMIDIMessage::FromWord(static_cast<std::uint32_t>(word));
         wheels_.Follow(message);
-        if (message.status != NK::MIDI::TMIDIMessage::kControlChange) {
+        if (message.status != TMIDIMessage::kControlChange) {
             return;
         }
         if (message.data1 == NK::MIDI::Controller::kSustain) {
@@ -57,7 +59,10 @@ void EngineControls::HoldPedal(bool PedalHolders::*holder, bool on) {
 }
 
 void EngineControls::ForgetPedal() {
-    engine_.WithExtras([](EngineExtras& extras) { extras.pedal = {}; });
+    engine_.WithExtras([](EngineExtras& extras) {
+        extras.pedal = {};
+        extras.heard.ForgetPedal(NK::MIDI::Controller::kSustain);
+    });
 }
 
 void EngineControls::Restore(const Held& held) {
@@ -124,18 +129,17 @@ void EngineControls::EndSong(const std::function<void(SongPlayback&)>& end) {
 }
 
 void EngineControls::RestoreAfterSong() {
-    const bool hasMovedSostenuto = engine_.WithExtras([this](const EngineExtras& extras) {
-        bool hasMoved = false;
-        for (int slot = 0; slot < CKivora::kSlotCount; ++slot) {
-            hasMoved = hasMoved || extras.song.HasMovedSostenuto(engine_.VoiceChannel(slot));
-        }
-        return hasMoved;
-    });
+    const TMIDIMessage sostenuto = PanelWheels::ToMessage(EWheel::kSostenuto, wheels_.Get(EWheel::kSostenuto));
     Held held = GetHeld();
-    if (!hasMovedSostenuto) {
-        held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
-    }
+    held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
     Restore(held);
+    for (int slot = 0; sostenuto.data2 != 0 && slot < CKivora::kSlotCount; ++slot) {
+        const bool isMoved = engine_.WithExtras(
+            [&](const EngineExtras& extras) { return extras.song.HasMovedSostenuto(engine_.VoiceChannel(slot)); });
+        if (isMoved) {
+            engine_.SendControl(slot, sostenuto);
+        }
+    }
 }
 
 void EngineControls::PauseSong() {

@@ -136,7 +136,6 @@ public:
             return std::forward<Action>(action)(extras.controls);
         });
     }
-    void RestInputController(std::uint8_t controller) { engine_.RestInputController(controller); }
 
     // Takes: what is recorded, from its begin until it is saved or refused.
     /// A pedal that is not at rest gets its value again, in the recording too. Then it is counted in, if the click's

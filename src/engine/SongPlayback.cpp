@@ -22,10 +22,21 @@ bool IsPercussion(TMIDIMessage message) {
     return message.channel == NK::MIDI::kPercussionChannel + 1;
 }
 
+bool EndsNote(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kNoteOff || (message.status == TMIDIMessage::kNoteOn && message.data2 == 0);
+}
+
+bool EndsAllNotes(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kSystemReset ||
+           (message.status == TMIDIMessage::kControlChange &&
+            (message.data1 == Controller::kAllSoundOff || message.data1 >= Controller::kAllNotesOff));
+}
+
 }  // namespace
 
 void SongPlayback::SetQueue(std::shared_ptr<LibMidi::MIDIPlayerQueue> queue) {
     Pause();
+    player_ = {};
     queue_ = std::move(queue);
 }
 
@@ -61,7 +72,16 @@ void SongPlayback::Pause() {
     }
 }
 
+bool SongPlayback::FollowPlayer(TMIDIMessage message) {
+    player_.Follow(message);
+    if (EndsAllNotes(message)) {
+        open_.Follow(message);
+    }
+    return !EndsNote(message) || !open_.IsNoteOpen(message.data1, message.channel - 1);
+}
+
 void SongPlayback::Lose() {
+    player_ = {};  // nothing of it sounds
     if (state_ == State::kPlaying) {
         lost_ = song_;
         Pause();
@@ -69,6 +89,7 @@ void SongPlayback::Lose() {
 }
 
 void SongPlayback::Rest() {
+    player_ = {};
     if (const std::shared_ptr<const Song> lost = std::exchange(lost_, nullptr)) {
         lost->VisitRest([this](TMIDIMessage message) { Set(message); });
     }
@@ -213,7 +234,11 @@ void SongPlayback::EndNote(TMIDIMessage message) {
         return;  // it began before the song was begun here, and was ended
     }
     message.data1 = note;
-    Send(message);
+    if (player_.IsNoteOpen(note, message.channel - 1)) {
+        open_.Follow(message);
+    } else {
+        Send(message);
+    }
     if (IsShown(message) && --shown_[note] == 0) {
         show_(message);
     }

@@ -22,7 +22,8 @@ class Song;
 
 /// Plays a song on its own channels beside what the user plays, as an engine ticks: what it sends is recorded and kept
 /// like everything else. It keeps a list of what it has begun, and ends that and nothing else whenever it stops, pauses
-/// or goes to another place; where it begins, it first sends what the channels have there. Modes (all notes off and the
+/// or goes to another place; where it begins, it first sends what the channels have there. A note that the player holds
+/// too ends with the last of the two. Modes (all notes off and the
 /// like) end its own notes and are not sent, nor is "local control". Plays nothing at first. Guarded by the engine's
 /// lock.
 class SongPlayback {
@@ -82,6 +83,10 @@ public:
     int GetTempo() const { return tempoPercent_; }
     int GetTransposition() const { return transposition_; }
 
+    /// Follows what the player sends. Whether it goes on: not the end of a note that the song has begun on the same
+    /// channel and not ended.
+    bool FollowPlayer(NK::MIDI::TMIDIMessage message);
+
     bool NeedsTick() const { return state_ == State::kPlaying; }
     /// Whether it has moved the sostenuto pedal of a channel, 0..15, since Play().
     bool HasMovedSostenuto(int channel) const { return movedSostenuto_[static_cast<std::size_t>(channel)]; }
@@ -126,7 +131,8 @@ private:
     std::optional<Loop> loop_;
     int tempoPercent_ = 100;
     int transposition_ = 0;
-    LibMidi::OpenSounds open_;  ///< of what was sent
+    LibMidi::OpenSounds open_;    ///< of what was sent, and was not ended by the player at one blow
+    LibMidi::OpenSounds player_;  ///< what the player holds
     std::array<std::array<std::uint8_t, kNotes>, kChannels> sentAs_ = MakeSilent();
     std::array<std::uint16_t, kNotes> shown_{};  ///< how many notes of the song show as this one
 

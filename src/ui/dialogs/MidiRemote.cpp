@@ -68,16 +68,9 @@ void MidiRemote::setAction(EPanelFunction function, Action action) {
 }
 
 bool MidiRemote::change(const std::function<void(Kivora::MidiBindings&)>& change) {
-    const Kivora::MidiBindings former = file_.Get();
     NK::CString setAside;
     const bool isSaved = file_.Change(change, setAside);
     putInForce();
-    for (const Kivora::MidiBinding& binding : file_.Get().GetAll()) {
-        if (binding.control.kind == Kivora::MidiControl::Kind::kController &&
-            former.Find(binding.device, binding.control) == nullptr) {
-            controls_.RestInputController(binding.control.number);
-        }
-    }
     if (!setAside.IsEmpty()) {
         emit damagedFileKept(NK::ToQt(setAside));
     }

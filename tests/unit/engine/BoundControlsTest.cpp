@@ -374,12 +374,17 @@ TEST_F(Bound, AKnobOfAnInputThatWasLostOrClosedCatchesItsValueAnew) {
     EXPECT_EQ(follow(100, 72), std::nullopt);
 }
 
-TEST_F(Bound, AKnobThatHasMovedTheVoicesGivesThemBackWhenItIsBound) {
+TEST_F(Bound, AKnobThatHasMovedTheVoicesGivesThemBackOnceItIsBound) {
     const auto rest = [this](std::uint8_t controller) {
+        Clear();
         Deliver(0xB4, controller, 33);
+        Bind({Kind::kController, 4, controller}, EPanelFunction::kVolume1);
         rig.TakeWritten();
-        engine.RestInputController(controller);
-        return rig.TakeWritten();
+        Deliver(0xB4, controller, 34);
+        const auto written = rig.TakeWritten();
+        Deliver(0xB4, controller, 35);
+        EXPECT_THAT(rig.TakeWritten(), IsEmpty()) << "but once";
+        return written;
     };
     EXPECT_THAT(rest(1), UnorderedElementsAre("b0 01 00", "b1 01 00", "b2 01 00"));
     EXPECT_THAT(rest(11), UnorderedElementsAre("b0 0b 7f", "b1 0b 7f", "b2 0b 7f"));
@@ -393,15 +398,17 @@ TEST_F(Bound, AKnobThatHasMovedTheVoicesGivesThemBackWhenItIsBound) {
     EXPECT_THAT(rest(21), IsEmpty());
 }
 
-TEST_F(Bound, WhatTheInputHasNotMovedStaysAsItIs) {
-    for (std::uint8_t controller = 0; controller < 128; ++controller) {
-        engine.RestInputController(controller);
-    }
+TEST_F(Bound, WhatAnotherKeyboardHasMovedStaysAsItIs) {
+    constexpr const wchar_t* kName = L"Knobs";
+    rig.GetKeyboard().sourceNames = {{1, kName}};
+    DeliverFrom(1, 0xB0, 11, 20);
+    DeliverFrom(2, 0xB0, 11, 30);
+    rig.TakeWritten();
+    Bind({Kind::kController, 0, 11}, EPanelFunction::kVolume1, false, kName);
+    DeliverFrom(1, 0xB0, 11, 5);
     EXPECT_THAT(rig.TakeWritten(), IsEmpty());
-    Bind({Kind::kController, 0, 11}, EPanelFunction::kVolume1);
-    Deliver(0xB0, 11, 5);
-    engine.RestInputController(11);
-    EXPECT_THAT(rig.TakeWritten(), IsEmpty()) << "it was bound, and has moved no voice";
+    DeliverFrom(2, 0xB0, 11, 31);
+    EXPECT_THAT(rig.TakeWritten(), UnorderedElementsAre("b0 0b 1f", "b1 0b 1f", "b2 0b 1f"));
 }
 
 // Learning.

@@ -1,6 +1,7 @@
 // Random playing: no note is ever left hanging, what is held sounds, and what was sent last stands.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstdint>
@@ -137,7 +138,8 @@ private:
 
     void ForgetInput() {
         keyboards_.Forget();
-        externalPedal_ = false;
+        externalPedals_ = {};
+        externalPedalDue_ = false;
         externalSostenuto_ = false;
     }
 
@@ -333,7 +335,8 @@ private:
                 } else if (first == 121) {
                     spaceDue_ = false;
                     panelPedalDue_ = false;
-                    externalPedal_ = false;
+                    externalPedals_ = {};
+                    externalPedalDue_ = false;
                     externalSostenuto_ = false;
                     strip_ = {};
                 }
@@ -341,6 +344,9 @@ private:
             events.emplace_back(0U, status, first, static_cast<std::uint8_t>(Draw(128)));
         }
     }
+
+    /// As the foot has it that holds it most.
+    std::uint8_t GetExternalPedal() const { return *std::max_element(externalPedals_.begin(), externalPedals_.end()); }
 
     void MovePedal() {
         if (Toss() || !HasInput()) {
@@ -361,9 +367,14 @@ private:
             Name("sostenuto", externalSostenuto_ ? 1 : 0);
             PlayInput(0xB7, 66, externalSostenuto_ ? 127 : 0);
         } else {
-            externalPedal_ = !externalPedal_;
-            Name("pedal", externalPedal_ ? 1 : 0);
-            PlayInput(0xB3, 64, externalPedal_ ? DrawVelocity() : 0);
+            const int keyboard = DrawOneOf(GetKeyboards());
+            std::uint8_t& pedal = externalPedals_[static_cast<std::size_t>(keyboard)];
+            pedal = pedal == 0 ? DrawVelocity() : std::uint8_t{0};
+            constexpr std::uint8_t kDown = 64;
+            externalPedalDue_ =
+                !sharesChannels_ && GetExternalPedal() >= kDown && (externalPedalDue_ || pedal >= kDown);
+            Name(keyboard == 0 ? "pedal" : "other pedal", pedal);
+            PlayInput(keyboard, {{0U, 0xB3, 64, pedal}});
         }
     }
 
@@ -509,9 +520,6 @@ private:
     void PauseSong() {
         isSongPaused_ = song_->GetStatus().state == Kivora::SongPlayer::State::kPlaying;
         song_->Pause();
-        if (sharesChannels_) {
-            due_ = {};
-        }
     }
 
     void ActRarely() {
@@ -519,6 +527,7 @@ private:
         due_ = {};
         spaceDue_ = false;
         panelPedalDue_ = false;
+        externalPedalDue_ = false;
         if (choice < 10) {
             Name("preset");
             controls_->ReplaceVoices([this] { return LoadPreset(); });
@@ -762,12 +771,12 @@ private:
                     Fail("a note hangs on channel " + std::to_string(channel) + ": " + hung.to_string());
                 }
             }
-            if (synth.IsPedalDown() && !space_ && !panelPedal_ && !externalPedal_) {
+            if (synth.IsPedalDown() && !space_ && !panelPedal_ && GetExternalPedal() == 0) {
                 Fail("the pedal hangs");
             }
-            if ((spaceDue_ || panelPedalDue_) && i == open && IsWritten() &&
+            if ((spaceDue_ || panelPedalDue_ || externalPedalDue_) && i == open && IsWritten() &&
                 !synth.IsPedalDown(GetEngine().VoiceChannel(0))) {
-                Fail("Space or the panel holds no pedal");
+                Fail("a pedal that is down holds nothing");
             }
             for (const int channel : kVoiceChannels) {
                 const Keys kept = synth.GetKept(channel) & ~mayBeKept_[static_cast<std::size_t>(channel)];
@@ -839,7 +848,9 @@ private:
         computer_.reset();
         due_ = {};
         if (hasInput) {
-            PlayInput(0xB3, 64, 0);
+            for (const int keyboard : GetKeyboards()) {
+                PlayInput(keyboard, {{0U, 0xB3, 64, 0}});
+            }
             PlayInput(0xB7, 66, 0);
         }
         ForgetInput();
@@ -885,7 +896,8 @@ private:
     bool panelPedal_ = false;
     bool panelPedalDue_ = false;
     std::array<Keys, SynthModel::kChannels> mayBeKept_{};  ///< by a sostenuto pedal
-    bool externalPedal_ = false;
+    std::array<std::uint8_t, Studio::kKeyboards> externalPedals_{};
+    bool externalPedalDue_ = false;
     bool externalSostenuto_ = false;
     Kivora::PanelWheels strip_;
     std::bitset<5> isStripKnown_;  ///< which of them the output has been told of

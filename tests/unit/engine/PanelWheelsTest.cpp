@@ -184,7 +184,9 @@ TEST_F(Wheels, TheSostenutoPedalIsPressedAgainAfterASongThatHasMovedIt) {
     playWith(1);
     EXPECT_EQ(Value(0, 66), 127);
     playWith(1, 121);
-    EXPECT_THAT(rig.TakeWritten(), Contains("b0 42 7f")) << "all controllers were reset";
+    const auto written = rig.TakeWritten();
+    EXPECT_THAT(written, Contains("b0 42 7f")) << "all controllers were reset";
+    EXPECT_THAT(written, Not(Contains("b1 42 7f"))) << "where it has moved nothing it would catch other keys";
 }
 
 TEST_F(Wheels, APanicBringsThemToRestAndSoDoesTheEnd) {

@@ -409,6 +409,70 @@ TEST_F(SongPlayback, TheUsersPedalStaysDownWhereTheSongEndsOrLoopsOrDoesNotHoldI
     EXPECT_FALSE(synth.IsPedalDown());
 }
 
+TEST_F(SongPlayback, ANoteThatThePlayerHoldsTooEndsWithTheLastOfTheTwo) {
+    const auto sounds = [this] { return synth.GetPressed(0)[60]; };
+    Engine().PlayNoteOn(60, 90);
+    Play({{10, {0x90, 1, 60, 100}}, {50, {0x80, 1, 60, 0}}}, 2000);
+    EXPECT_THAT(Run(20), Contains("90 3c 64")) << "struck once more";
+    Run(100);
+    EXPECT_TRUE(sounds()) << "the key is down";
+    Engine().PlayNoteOff(60);
+    EXPECT_THAT(rig.TakeWritten(), Contains("80 3c 00"));
+    EXPECT_FALSE(sounds());
+    Play({{10, {0x90, 1, 60, 100}}, {100, {0x80, 1, 60, 0}}}, 2000);
+    Run(20);
+    Engine().PlayNoteOn(60, 90);
+    Engine().PlayNoteOff(60);
+    Run(20);
+    EXPECT_TRUE(sounds()) << "the song plays it";
+    Run(100);
+    EXPECT_FALSE(sounds());
+}
+
+TEST_F(SongPlayback, AHeldKeySoundsThroughAPauseALoopAndAnotherPlace) {
+    Play({{0, {0x90, 1, 60, 100}}, {0, {0xB0, 1, 123, 0}}, {10, {0x90, 1, 60, 100}}}, 2000);
+    Engine().PlayNoteOn(60, 90);
+    Run(20);
+    player->Seek(1'000'000);
+    Run(20);
+    EXPECT_TRUE(synth.GetPressed(0)[60]);
+    player->Seek(0);
+    Run(20);
+    player->Pause();
+    Run(20);
+    EXPECT_TRUE(synth.GetPressed(0)[60]);
+    Engine().PlayNoteOff(60);
+    Run(1);
+    ExpectNothingSounds(synth);
+}
+
+TEST_F(SongPlayback, WhatIsEndedAtOneBlowIsHeldByNobody) {
+    Play({{0, {0x90, 1, 60, 100}}, {100, {0x80, 1, 60, 0}}, {200, {0x90, 1, 60, 100}}, {300, {0x80, 1, 60, 0}}}, 2000);
+    Run(20);
+    Engine().AllNotesOff();
+    Engine().PlayNoteOn(60, 90);
+    Engine().PlayNoteOff(60);
+    Run(1);
+    EXPECT_FALSE(synth.IsSounding()) << "the song's is not to end any more";
+    Engine().PlayNoteOn(60, 90);
+    Engine().AllNotesOff();
+    Run(200);
+    EXPECT_TRUE(synth.IsSounding());
+    Run(100);
+    EXPECT_FALSE(synth.IsSounding()) << "the key's has ended";
+}
+
+TEST_F(SongPlayback, AKeyThatWentUpWithoutAnOutputHoldsNoNote) {
+    Engine().PlayNoteOn(60, 90);
+    Run(1);
+    Engine().CloseOutputPort();
+    Engine().PlayNoteOff(60);
+    front->SetOutputPortByIndex(0);
+    Play({{0, {0x90, 1, 60, 100}}, {50, {0x80, 1, 60, 0}}}, 2000);
+    Run(100);
+    ExpectNothingSounds(synth);
+}
+
 TEST_F(SongPlayback, WhatTheSongHasSetOnADeviceThatFailedOnceIsSetBackWhenItIsOpenAgain) {
     Play({{0, {0xE0, 1, 0, 0x7F}}, {0, {0xB0, 1, 10, 1}}, {500, kOff}}, 10000);
     Run(20);
