@@ -2,6 +2,7 @@
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
+#include "libmidi/PlayedHistory.h"
 #include "nk/nk_thread_role.h"
 
 namespace Kivora {
@@ -27,9 +28,7 @@ void CKivora::SetTempoInBar(int beatsPerMinute) {
         if (!clock_.SetTempoInBar(beatsPerMinute, dependencies_.wallClockMs())) {
             return;
         }
-        if (sink_ && sink_->IsCapturing()) {
-            extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_.Get(), false);
-        }
+        NoteClock(false);
     }
     emit TempoChanged();
 }
@@ -71,8 +70,13 @@ void CKivora::RestartClock() {
     clock_.Restart(dependencies_.wallClockMs());
     extras_->click.Restart();
     arpeggiators_.SyncTo(clock_.Get());
+    NoteClock(true);
+}
+
+void CKivora::NoteClock(bool beginsBar) {
+    extras_->playedGrid.Add(extras_->GetPlayed()->GetTimeMs(), clock_.Get(), beginsBar);
     if (sink_ && sink_->IsCapturing()) {
-        extras_->grid.Add(sink_->GetCaptureTimeMs(), clock_.Get(), true);
+        extras_->grid->Add(sink_->GetCaptureTimeMs(), clock_.Get(), beginsBar);
     }
 }
 

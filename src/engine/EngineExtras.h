@@ -9,7 +9,8 @@
 #include "engine/HeardInput.h"
 #include "engine/PedalHolders.h"
 #include "engine/SongPlayback.h"
-#include "engine/takes/TakeGrid.h"
+#include "engine/takes/PlayedGrid.h"
+#include "engine/takes/RunningGrid.h"
 #include "engine/TapTempo.h"
 #include "engine/values/BendRange.h"
 #include "engine/values/PatchShelf.h"
@@ -40,7 +41,9 @@ struct EngineExtras {
     /// Called when it has ended by itself, with the engine's lock held, to send again what the player holds. [tick]
     std::function<void()> onSongEnd;
 
-    TakeGrid grid;            ///< of the recording that runs, or ran last
+    /// Of the recording that runs, or ran last; never null, and each has its own.
+    std::shared_ptr<RunningGrid> grid = std::make_shared<RunningGrid>();
+    PlayedGrid playedGrid;    ///< of `played`
     bool savesTempo = false;  ///< whether takes are saved on the grid, where nothing else is chosen
 
     Click click;  ///< its settings are set by CKivora::SetClick()

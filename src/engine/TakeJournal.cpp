@@ -66,6 +66,7 @@ struct TakeJournal::Take {
     void Follow() {
         if (source) {
             endMs = source->GetCaptureTimeMs();
+            grid = gridSource->Get();
             events = source->GetCaptured();
             events.Visit(count, [this](const CapturedEvent& event) { Look(event); });
         }
@@ -81,6 +82,7 @@ struct TakeJournal::Take {
     const std::int64_t startedAt;
     const bool isFromEarlierRun;
     std::shared_ptr<const LibMidi::MIDIPlayerQueue> source;  ///< while it is recorded
+    std::shared_ptr<const RunningGrid> gridSource;           ///< while it is recorded
     CaptureStore::View events;
     TakeGrid grid;  ///< empty where it is not known
     LibMidi::OpenSounds open;
@@ -156,13 +158,9 @@ TakeJournal::~TakeJournal() {
     thread_.reset();
     {
         const CLockGuard guard(lock_);
-        EndRecording({});
+        EndRecording();
     }
     WriteOut();
-}
-
-TakeGrid TakeJournal::GetGrid() const {
-    return engine_->WithExtras([](const EngineExtras& extras) { return extras.grid; });
 }
 
 void TakeJournal::TakeUpJournals() {
@@ -174,8 +172,11 @@ void TakeJournal::TakeUpJournals() {
         lost_.push_back({folder_, false});
     }
     for (const CString& name : names) {
-        if (NK::GetFileExtension(name) == JournalFile::kExtension) {
-            if (TakePointer take = TakeUp(NK::JoinPath(folder_, name))) {
+        const CString path = NK::JoinPath(folder_, name);
+        if (NK::GetFileExtension(name) == JournalFile::kGridExtension) {
+            JournalFile::RemoveGridAlone(path);
+        } else if (NK::GetFileExtension(name) == JournalFile::kExtension) {
+            if (TakePointer take = TakeUp(path)) {
                 takes_.push_back(std::move(take));
             }
         }
@@ -210,6 +211,7 @@ TakeJournal::TakePointer TakeJournal::TakeUp(const CString& path) {
         return nullptr;
     }
     take->endMs = content.endMs;
+    take->grid = journal->ReadGrid();
     take->missing = content.missing;
     take->countOnDisk = take->count;
     take->isJournalDamaged = content.isDamaged;
@@ -230,12 +232,13 @@ void TakeJournal::FollowRecording() {
     bool waits = false;
     {
         const bool isRecording = engine_->IsRecording();
-        TakeGrid grid = GetGrid();
+        const auto grid = engine_->WithExtras([](const EngineExtras& extras) { return extras.grid; });
         const CLockGuard guard(lock_);
-        waits = EndRecording(std::move(grid));
+        waits = EndRecording();
         if (isRecording) {
             recorded_ = std::make_shared<Take>(++lastId_, settings_.now(), false);
             recorded_->source = engine_->GetCapture();
+            recorded_->gridSource = grid;
             takes_.push_back(recorded_);
         }
     }
@@ -254,13 +257,13 @@ bool TakeJournal::IsBehind() const {
     });
 }
 
-bool TakeJournal::EndRecording(TakeGrid grid) {
+bool TakeJournal::EndRecording() {
     if (!recorded_ || !recorded_->source) {
         return false;
     }
     recorded_->Follow();
     recorded_->source.reset();
-    recorded_->grid = std::move(grid);
+    recorded_->gridSource.reset();
     if (!recorded_->isPlayed) {
         std::erase(takes_, recorded_);
     }
@@ -383,6 +386,7 @@ void TakeJournal::WriteOut() {
             TakePointer take;
             CaptureStore::View events;
             std::optional<std::uint32_t> markMs;
+            TakeGrid grid;
             bool isLast;  ///< nothing more comes
         };
         std::vector<Behind> behind;
@@ -391,12 +395,12 @@ void TakeJournal::WriteOut() {
             for (const TakePointer& take : takes_) {
                 take->Follow();
                 if (take->isPlayed && !take->isFromEarlierRun) {
-                    behind.push_back({take, take->events, take->GetMark(), take->source == nullptr});
+                    behind.push_back({take, take->events, take->GetMark(), take->grid, take->source == nullptr});
                 }
             }
         }
-        for (const auto& [take, events, markMs, isLast] : behind) {
-            const bool isFailing = !Append(*take, events, markMs);
+        for (const auto& [take, events, markMs, grid, isLast] : behind) {
+            const bool isFailing = !Append(*take, events, markMs, grid);
             const CLockGuard guard(lock_);
             recovered = recovered || (take->isFailing && !isFailing);
             take->isFailing = isFailing;
@@ -421,13 +425,15 @@ QString TakeJournal::GetFailureText() {
     return tr("The recording goes on, but it cannot be kept safe on the disk meanwhile.");
 }
 
-bool TakeJournal::Append(Take& take, const CaptureStore::View& events, std::optional<std::uint32_t> markMs) {
+bool TakeJournal::Append(Take& take, const CaptureStore::View& events, std::optional<std::uint32_t> markMs,
+                         const TakeGrid& grid) {
     if (!take.journal) {
         take.journal = JournalFile::Create(folder_, take.startedAt);
     }
     if (!take.journal || !take.journal->Append(events, markMs)) {
         return false;
     }
+    static_cast<void>(take.journal->KeepGrid(grid));  // without it the take is whole
     const CLockGuard guard(lock_);
     take.countOnDisk = events.GetCount();
     return true;

@@ -86,7 +86,8 @@ public:
     bool Save(int id, const NK::CString& path, bool onGrid = false);
     /// The same for the recording of this run that ended last, whether it waits or not. False while one runs.
     bool SaveLatest(const NK::CString& path, bool onGrid = false);
-    /// Whether it is known to what bars and beats the take was played: not of those of earlier runs.
+    /// Whether it is known to what bars and beats the take was played: of one of an earlier run, where its journal has
+    /// kept it.
     bool HasGrid(int id) const;
     /// The recording of this run that ended last, if it waits; else 0, and while one runs.
     int GetLatest() const;
@@ -123,8 +124,7 @@ private:
     TakePointer TakeUp(const NK::CString& path) NK_REQUIRES(lock_);
     void FollowRecording();
     /// The recording that runs ends. True when it waits from now on.
-    bool EndRecording(TakeGrid grid) NK_REQUIRES(lock_);
-    TakeGrid GetGrid() const;
+    bool EndRecording() NK_REQUIRES(lock_);
     /// Whether a recording runs or one that has ended is not wholly in its journal.
     bool IsBehind() const;
     TakePointer FindWaiting(int id) const;
@@ -132,8 +132,8 @@ private:
     TakePointer FindLatest() const;
     bool Save(const TakePointer& take, const NK::CString& path, bool onGrid);
     void Forget(const TakePointer& take);
-    bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs)
-        NK_REQUIRES(fileLock_);
+    bool Append(Take& take, const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs,
+                const TakeGrid& grid) NK_REQUIRES(fileLock_);
 
     QPointer<const CKivora> engine_;
     const NK::CString folder_;

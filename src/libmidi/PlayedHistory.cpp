@@ -36,6 +36,11 @@ void PlayedHistory::SetTimeSource(NK::CTimeSource* source) {
     clock_.SetSource(source);
 }
 
+std::int64_t PlayedHistory::GetTimeMs() const {
+    const CLockGuard guard(lock_);
+    return clock_.GetElapsedMs();
+}
+
 void PlayedHistory::Append(TMIDIMessage message) {
     if (message.status >= TMIDIMessage::kFirstSystemStatus && message.status != TMIDIMessage::kSystemReset) {
         return;

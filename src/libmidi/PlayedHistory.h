@@ -37,6 +37,8 @@ public:
     /// As CaptureClock::SetSource().
     void SetTimeSource(NK::CTimeSource* source);
 
+    /// Milliseconds by its clock.
+    std::int64_t GetTimeMs() const;
     /// Nothing while it is off, and for other system messages.
     void Append(NK::MIDI::TMIDIMessage message);
 

@@ -65,7 +65,8 @@ void KivoraWidget::savePlayed() {
     releaseHeld();
     const QScopedValueRollback asking(askingAboutTakes_, true);
     const auto history = engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.GetPlayed(); });
-    const PlayedPassages played(history->Get());
+    const PlayedPassages played(
+        history->Get(), engine_->WithExtras([](const Kivora::EngineExtras& extras) { return extras.playedGrid; }));
     if (!played.IsAny()) {
         MessageBoxes::Show(this, QMessageBox::Information, Title(),
                            history->IsOn()
@@ -74,9 +75,10 @@ void KivoraWidget::savePlayed() {
                                : tr("What you play is not kept, since that is switched off in the settings."));
     } else if (const std::optional<Range> range = Ask(this, played)) {
         saveAs(QDateTime::currentDateTime().addMSecs(-played.GetAgeMs(*range)),
-               {.hasGrid = false,
+               {.hasGrid = true,
                 .take = [&played, range] { return std::make_shared<const Kivora::Song>(played.GetTake(*range)); },
-                .save = [&played, range](const NK::CString& path, bool) { return played.Save(*range, path); }});
+                .save = [&played, range](const NK::CString& path,
+                                         bool onGrid) { return played.Save(*range, path, onGrid); }});
     }
     QTimer::singleShot(0, this, &KivoraWidget::offerTakes);
 }

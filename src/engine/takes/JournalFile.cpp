@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/files/DamagedFile.h"
+#include "engine/takes/GridFile.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
 
@@ -23,6 +24,17 @@ constexpr std::size_t kBytesAtOnce = 65536;
 CString ComposeName(std::int64_t startedAt, int number) {
     return CString(L"take-" + std::to_wstring(startedAt) + L"-" + std::to_wstring(number) + L"." +
                    JournalFile::kExtension);
+}
+
+CString WithExtension(const CString& path, const wchar_t* extension) {
+    return NK::JoinPath(NK::GetFolderName(path), NK::GetFileStem(path) + L"." + extension);
+}
+
+void RemoveGridOf(const CString& journal) {
+    const CString path = WithExtension(journal, JournalFile::kGridExtension);
+    if (NK::FileExists(path)) {
+        NK::RemoveFile(path);
+    }
 }
 
 std::int64_t GetPlaceOf(std::uint32_t record) {
@@ -99,11 +111,34 @@ bool JournalFile::Append(const CaptureStore::View& events, std::optional<std::ui
     return true;
 }
 
+bool JournalFile::KeepGrid(const TakeGrid& grid) {
+    if (grid == keptGrid_) {
+        return true;
+    }
+    if (!WriteGrid(grid, WithExtension(GetPath(), kGridExtension))) {
+        return false;
+    }
+    keptGrid_ = grid;
+    return true;
+}
+
+TakeGrid JournalFile::ReadGrid() const {
+    return Kivora::ReadGrid(WithExtension(GetPath(), kGridExtension));
+}
+
+void JournalFile::RemoveGridAlone(const CString& path) {
+    if (!NK::FileExists(WithExtension(path, kExtension))) {
+        NK::RemoveFile(path);
+    }
+}
+
 bool JournalFile::Remove() {
+    RemoveGridOf(GetPath());
     return file_->Remove();
 }
 
 CString JournalFile::SetAside() {
+    RemoveGridOf(GetPath());
     return SetFileAside(GetPath());
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "engine/takes/TakeGrid.h"
 #include "libmidi/CaptureFile.h"
 #include "libmidi/CaptureStore.h"
 #include "nk/nk_file.h"
@@ -35,6 +36,16 @@ public:
     /// Returns once they have reached the disk. False when they could not be written: another call makes it good.
     bool Append(const LibMidi::CaptureStore::View& events, std::optional<std::uint32_t> markMs);
 
+    /// The grid of the take, in a file of its own beside this one: in the journal's own format it has no place, and
+    /// versions that know nothing of it read the take all the same. What was kept last is not written again.
+    bool KeepGrid(const TakeGrid& grid);
+    /// Empty where none was kept.
+    TakeGrid ReadGrid() const;
+    static constexpr const wchar_t* kGridExtension = L"kivgrid";
+    /// Removes the file of a grid whose journal is no more.
+    static void RemoveGridAlone(const NK::CString& path);
+
+    /// With the grid's file.
     bool Remove();
     /// Gives it a name that no journal has, and returns that; empty when it cannot.
     NK::CString SetAside();
@@ -45,6 +56,7 @@ private:
     std::unique_ptr<NK::CLockedFile> file_;
     std::uint32_t written_ = 0;          ///< events
     std::optional<std::uint32_t> mark_;  ///< behind them
+    TakeGrid keptGrid_;
 };
 
 }  // namespace Kivora

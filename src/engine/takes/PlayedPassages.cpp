@@ -24,7 +24,8 @@ bool BeginsNote(TMIDIMessage message) {
 
 }  // namespace
 
-PlayedPassages::PlayedPassages(LibMidi::PlayedHistory::Content content) : content_(std::move(content)) {
+PlayedPassages::PlayedPassages(LibMidi::PlayedHistory::Content content, PlayedGrid grid)
+    : content_(std::move(content)), grid_(std::move(grid)) {
     LibMidi::OpenSounds sounding;
     std::int64_t lastNoteMs = 0;
     for (std::size_t i = 0; i < content_.events.size(); ++i) {
@@ -79,8 +80,9 @@ CaptureStore::View PlayedPassages::GetTake(Range range) const {
     return CloseTake(take.GetView(), static_cast<std::uint32_t>(content_.nowMs - startMs));
 }
 
-bool PlayedPassages::Save(Range range, const NK::CString& path) const {
-    return SaveRecordedTrack(GetTake(range), path);
+bool PlayedPassages::Save(Range range, const NK::CString& path, bool onGrid) const {
+    const TakeGrid grid = onGrid ? grid_.GetFrom(content_.events[GetStart(range)].timeMs) : TakeGrid();
+    return grid.IsEmpty() ? SaveRecordedTrack(GetTake(range), path) : SaveTrackOnGrid(GetTake(range), grid, path);
 }
 
 }  // namespace Kivora

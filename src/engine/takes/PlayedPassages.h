@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "engine/takes/PlayedGrid.h"
 #include "libmidi/CaptureStore.h"
 #include "libmidi/PlayedHistory.h"
 #include "nk/nk_string.h"
@@ -19,7 +20,7 @@ public:
 
     enum class Range { kAll, kSincePause };
 
-    explicit PlayedPassages(LibMidi::PlayedHistory::Content content);
+    explicit PlayedPassages(LibMidi::PlayedHistory::Content content, PlayedGrid grid = {});
 
     /// Whether any note began.
     bool IsAny() const { return !starts_.empty(); }
@@ -31,14 +32,15 @@ public:
     /// As a take: the state of the channels before its first note stands at 0, what a reset of the synthesizer sets
     /// back is set back, and what is held is ended at the moment when the content was taken.
     LibMidi::CaptureStore::View GetTake(Range range) const;
-    /// Writes it as recordings are written. False when the file could not be written: then an older one of that name is
-    /// as it was.
-    bool Save(Range range, const NK::CString& path) const;
+    /// Writes it as recordings are written, on the grid where that is wanted and known. False when the file could not
+    /// be written: then an older one of that name is as it was.
+    bool Save(Range range, const NK::CString& path, bool onGrid = false) const;
 
 private:
     std::size_t GetStart(Range range) const { return range == Range::kAll ? starts_.front() : starts_.back(); }
 
     const LibMidi::PlayedHistory::Content content_;
+    const PlayedGrid grid_;
     std::size_t end_ = 0;              ///< behind the last event that sounds: what was set after it is no part
     std::vector<std::size_t> starts_;  ///< of the first event, and of the one after the last pause if there is one
 };

@@ -14,4 +14,12 @@ void TakeGrid::Add(std::uint32_t timeMs, const NK::MIDI::MusicalClock& clock, bo
     }
 }
 
+bool TakeGrid::Append(const Mark& mark) {
+    if (!marks_.empty() && marks_.back().timeMs >= mark.timeMs) {
+        return false;
+    }
+    marks_.push_back(mark);
+    return true;
+}
+
 }  // namespace Kivora

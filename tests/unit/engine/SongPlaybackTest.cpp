@@ -467,7 +467,7 @@ TEST_F(SongPlayback, AKeyThatWentUpWithoutAnOutputHoldsNoNote) {
     Run(1);
     Engine().CloseOutputPort();
     Engine().PlayNoteOff(60);
-    front->SetOutputPortByIndex(0);
+    controls->SetOutputPortByIndex(0);
     Play({{0, {0x90, 1, 60, 100}}, {50, {0x80, 1, 60, 0}}}, 2000);
     Run(100);
     ExpectNothingSounds(synth);

@@ -59,11 +59,15 @@ protected:
     }
     CKivora& GetEngine() { return *rig->engine; }
     std::filesystem::path GetTakes() const { return folder / "user" / "Takes"; }
+    /// And whatever else is there, but for the grids that belong to journals.
     std::vector<std::filesystem::path> ListJournals() const {
         std::vector<std::filesystem::path> files;
         if (std::filesystem::exists(GetTakes())) {
             for (const auto& entry : std::filesystem::directory_iterator(GetTakes())) {
-                files.push_back(entry.path());
+                std::filesystem::path take = entry.path();
+                if (take.extension() != ".kivgrid" || !exists(take.replace_extension("kivtake"))) {
+                    files.push_back(entry.path());
+                }
             }
         }
         return files;

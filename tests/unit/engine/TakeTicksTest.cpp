@@ -5,13 +5,19 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 
 #include "engine/EngineControls.h"
 #include "engine/EngineExtras.h"
 #include "engine/TakeJournal.h"
+#include "engine/takes/PlayedGrid.h"
+#include "engine/takes/PlayedPassages.h"
 #include "engine/takes/RecordedTrack.h"
 #include "midi/reader/SMFReader.h"
+#include "support/Files.h"
 #include "unit/engine/EngineRig.h"
 
 using namespace KivoraTest;
@@ -168,6 +174,34 @@ protected:
         rig.engine->PlayNoteOff(60);
         rig.Run(1);
     }
+    /// Its number.
+    int RecordTwoTempi() {
+        rig.engine->SetTempo(90);
+        EXPECT_TRUE(controls->StartRecording());
+        PlayFor(500);
+        controls->TempoUp();
+        PlayFor(2000);
+        controls->StopRecording();
+        return journal->GetLatest();
+    }
+    void StartAgain() {
+        journal.reset();
+        journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),
+                                                        Kivora::TakeJournal::Settings{.runThread = false});
+    }
+    std::filesystem::path FindGrid() const {
+        for (const auto& entry : std::filesystem::directory_iterator(rig.folder / "takes")) {
+            if (entry.path().extension() == ".kivgrid") {
+                return entry.path();
+            }
+        }
+        ADD_FAILURE() << "there is none";
+        return {};
+    }
+    int CountFiles() const {
+        const std::filesystem::directory_iterator files(rig.folder / "takes");
+        return static_cast<int>(std::distance(begin(files), end(files)));
+    }
 
     EngineRig rig;
     std::unique_ptr<Kivora::EngineControls> controls;
@@ -247,19 +281,119 @@ TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
     EXPECT_EQ(content->events.size(), NK::MIDI::ReadSMFFile(path("ever.mid"))->events.size());
 }
 
-TEST_F(TakeOnGrid, OfAnEarlierRunTheGridIsNotKnownAndTheTakeIsSavedAsEver) {
-    ASSERT_TRUE(controls->StartRecording());
-    PlayFor(500);
-    controls->StopRecording();
+TEST_F(TakeOnGrid, ATakeOfAnEarlierRunLiesOnTheGridAsItWouldHaveThen) {
+    const int id = RecordTwoTempi();
+    ASSERT_TRUE(Kivora::SaveRecordedTrack(journal->GetTake(id), path("ever.mid")));
+    const auto grid = rig.engine->WithExtras([](const Kivora::EngineExtras& extras) { return extras.grid->Get(); });
+    ASSERT_TRUE(Kivora::SaveTrackOnGrid(journal->GetTake(id), grid, path("then.mid")));
+    RecordTwoTempi();
     journal->WriteOut();
-    journal.reset();
-    journal = std::make_unique<Kivora::TakeJournal>(*rig.engine, path("takes"),
-                                                    Kivora::TakeJournal::Settings{.runThread = false});
+    StartAgain();
     const auto waiting = journal->GetWaiting();
-    ASSERT_EQ(waiting.size(), 1U);
-    EXPECT_FALSE(journal->HasGrid(waiting[0].id));
+    ASSERT_EQ(waiting.size(), 2U);
+    ASSERT_TRUE(journal->HasGrid(waiting[0].id));
     ASSERT_TRUE(journal->Save(waiting[0].id, path("take.mid"), true));
+    EXPECT_EQ(ReadFileBytes(rig.folder / "take.mid"), ReadFileBytes(rig.folder / "then.mid"));
+    EXPECT_EQ(NK::MIDI::ReadSMFFile(path("take.mid"))->tempoMap.GetTicksPerQuarter(), 960U);
+    EXPECT_EQ(CountFiles(), 2) << "the other take's";
+    ASSERT_TRUE(journal->Save(waiting[1].id, path("other.mid")));
+    EXPECT_EQ(NK::MIDI::ReadSMFFile(path("other.mid"))->events.size(),
+              NK::MIDI::ReadSMFFile(path("ever.mid"))->events.size());
+    EXPECT_EQ(CountFiles(), 0);
+}
+
+TEST_F(TakeOnGrid, WithoutItsGridATakeOfAnEarlierRunIsSavedAsEver) {
+    RecordTwoTempi();
+    journal->WriteOut();
+    const std::filesystem::path grid = FindGrid();
+    const std::string whole = ReadFileBytes(grid);
+    const auto isKnown = [this] {
+        StartAgain();
+        const auto waiting = journal->GetWaiting();
+        return waiting.size() == 1 && journal->HasGrid(waiting[0].id);
+    };
+    EXPECT_TRUE(isKnown());
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        std::string damaged = whole;
+        damaged[i] ^= 1;
+        std::ofstream(grid, std::ios::binary) << damaged;
+        EXPECT_FALSE(isKnown()) << "byte " << i;
+        std::ofstream(grid, std::ios::binary) << whole.substr(0, i);
+        EXPECT_FALSE(isKnown()) << "cut at " << i;
+    }
+    std::ofstream(grid, std::ios::binary) << whole;
+    EXPECT_TRUE(isKnown());
+    std::filesystem::remove(grid);
+    EXPECT_FALSE(isKnown());
+    ASSERT_TRUE(journal->Save(journal->GetWaiting()[0].id, path("take.mid"), true));
     EXPECT_EQ(NK::MIDI::ReadSMFFile(path("take.mid"))->tempoMap.GetTicksPerQuarter(), 500U);
+}
+
+TEST_F(TakeOnGrid, AGridWhoseJournalIsGoneIsRemoved) {
+    RecordTwoTempi();
+    journal->WriteOut();
+    const std::filesystem::path grid = FindGrid();
+    std::filesystem::path alone = grid;
+    alone.replace_filename("take-1-1.kivgrid");
+    std::filesystem::copy(grid, alone);
+    StartAgain();
+    EXPECT_TRUE(std::filesystem::exists(grid));
+    EXPECT_FALSE(std::filesystem::exists(alone));
+}
+
+TEST_F(TakeOnGrid, WhatWasPlayedWithoutARecordingLiesOnTheBeatsToo) {
+    rig.engine->SetTempo(90);
+    rig.engine->WithArpeggiator(0, [](auto& arpeggiator) { arpeggiator.SetNoteStep(96, 24); });  // half a beat
+    rig.engine->SetArpeggiating(true);
+    rig.Run(777);
+    rig.engine->PlayNoteOn(60, 100);
+    rig.Run(5000);
+    controls->TempoUp();
+    rig.Run(5000);
+    rig.engine->PlayNoteOff(60);
+    rig.Run(100);
+    const auto [history, grid] = rig.engine->WithExtras(
+        [](const Kivora::EngineExtras& extras) { return std::pair(extras.GetPlayed(), extras.playedGrid); });
+    using Kivora::PlayedPassages;
+    const PlayedPassages played(history->Get(), grid);
+    ASSERT_TRUE(played.Save(PlayedPassages::Range::kAll, path("as-ever.mid")));
+    EXPECT_EQ(NK::MIDI::ReadSMFFile(path("as-ever.mid"))->tempoMap.GetTicksPerQuarter(), 500U);
+    ASSERT_TRUE(played.Save(PlayedPassages::Range::kAll, path("played.mid"), true));
+    const auto content = NK::MIDI::ReadSMFFile(path("played.mid"));
+    ASSERT_TRUE(content && !content->damage);
+    int notes = 0;
+    for (const auto& event : content->events) {
+        if (event.message.status == 0x90 && event.message.data2 > 0) {
+            ++notes;
+            const int off = (static_cast<int>(event.tick) + 240) % 480 - 240;
+            EXPECT_LE(std::abs(off), 6) << "tick " << event.tick << ": 4 ms of the rig's rounds at most";
+        }
+    }
+    EXPECT_GT(notes, 20);
+    EXPECT_EQ(content->tempoMap.GetChanges().size(), 2U);
+}
+
+TEST(PlayedGrid, ATakeBeginsWhereItsTimeStandsInTheBar) {
+    NK::MIDI::MusicalClock clock;  // 4/4, 500 ms a beat
+    Kivora::PlayedGrid grid;
+    EXPECT_TRUE(grid.GetFrom(0).IsEmpty());
+    grid.Add(1000, clock, true);
+    clock.tempo = 60;
+    clock.beat = 1;
+    clock.offset = 250;
+    grid.Add(5250, clock, false);
+    using Mark = Kivora::TakeGrid::Mark;
+    using Marks = std::vector<Mark>;
+    EXPECT_EQ(grid.GetFrom(2750).GetMarks(), (Marks{{0, 120, 4, 3.5, false}, {2500, 60, 4, 1.25, false}}));
+    EXPECT_EQ(grid.GetFrom(5000).GetMarks(), (Marks{{0, 120, 4, 0.0, false}, {250, 60, 4, 1.25, false}}));
+    EXPECT_EQ(grid.GetFrom(8000).GetMarks(), (Marks{{0, 60, 4, 0.0, false}}));
+    EXPECT_EQ(grid.GetFrom(750).GetMarks()[0], (Mark{0, 120, 4, 3.5, false})) << "before all that is known";
+    grid.Add(5250 + LibMidi::PlayedHistory::kKeptMs, clock, true);
+    EXPECT_EQ(grid.GetFrom(5250).GetMarks().size(), 2U) << "what the history still holds";
+    for (std::size_t i = 0; i < 2 * Kivora::PlayedGrid::kMostChanges; ++i) {
+        grid.Add(10'000'000 + static_cast<std::int64_t>(i), clock, false);
+    }
+    EXPECT_EQ(grid.GetFrom(0).GetMarks().size(), Kivora::PlayedGrid::kMostChanges + 1);
 }
 
 TEST_F(TakeOnGrid, TheChoiceIsASettingThatIsWrittenOnlyWhereItIsWanted) {
