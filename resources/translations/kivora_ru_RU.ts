@@ -1651,7 +1651,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>It is kept in memory only, for 15 minutes, and is lost when the program ends.</source>
-        <translation>Это хранится только в памяти, 15 минут, и пропадает с концом программы.</translation>
+        <translation>Сыгранное хранится только в памяти, 15 минут, и пропадёт, когда программа завершит работу.</translation>
     </message>
     <message>
         <source>You have played %1 (minutes and seconds).</source>
@@ -1796,7 +1796,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file will be kept under another name.</source>
-        <translation>Файл назначений для MIDI-клавиатур повреждён. То, что в нём цело, действует; файл будет сохранён под другим именем.</translation>
+        <translation>Файл назначений для MIDI-клавиатур повреждён. То, что в нём уцелело, действует; файл будет сохранён под другим именем.</translation>
     </message>
     <message>
         <source>The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound.</source>
@@ -2571,7 +2571,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The button sends on and off in turn: each is a press</source>
-        <translation>Кнопка по очереди включается и выключается: действует каждый раз</translation>
+        <translation>Кнопка передаёт то включение, то выключение: срабатывает каждое нажатие</translation>
     </message>
     <message>
         <source>Learn</source>
@@ -2611,7 +2611,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>It is needed for playing and cannot be bound. Take another one.</source>
-        <translation>Это нужно для игры, назначить нельзя. Возьмите другое.</translation>
+        <translation>Он нужен для игры, назначить его нельзя. Выберите другой.</translation>
     </message>
     <message>
         <source>It cannot set a value. Move a knob or a fader.</source>
@@ -2672,15 +2672,15 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The file is damaged. Lines that cannot be understood: %1. Take over what is whole: %2?</source>
-        <translation>Файл повреждён. Непонятных строк: %1. Взять целые строки (%2)?</translation>
+        <translation>Файл повреждён. Непонятных строк: %1. Взять уцелевшие (%2)?</translation>
     </message>
     <message>
         <source>Bindings taken over: %1.</source>
-        <translation>Взято назначений: %1.</translation>
+        <translation>Импортировано назначений: %1.</translation>
     </message>
     <message>
         <source>%1: a pitch bend or a pressure cannot be bound. Take another control, or let this one send a controller.</source>
-        <translation>%1: изменение высоты тона и давление назначить нельзя. Возьмите что-нибудь другое или настройте это на контроллер.</translation>
+        <translation>%1: колесо высоты тона и давление назначить нельзя. Выберите другую ручку или включите для этой в настройках клавиатуры передачу контроллера.</translation>
     </message>
     <message>
         <source>Lines of the file that mean nothing to this version: %1. Take over the others: %2?</source>
@@ -3051,7 +3051,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>What is whole of it can be played.</source>
-        <translation>То, что в нём цело, можно воспроизвести.</translation>
+        <translation>То, что в нём уцелело, можно воспроизвести.</translation>
     </message>
     <message>
         <source>Play a MIDI File</source>
@@ -3709,7 +3709,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>On the screen&apos;s piano the height of the click is the velocity</source>
-        <translation>На экранном фортепиано высота щелчка — это сила</translation>
+        <translation>На экранном фортепиано сила зависит от высоты щелчка</translation>
     </message>
     <message>
         <source>Velocity curve</source>
@@ -4234,7 +4234,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>So that it can be saved although it was not recorded. It is lost when the program ends.</source>
-        <translation>Чтобы их можно было сохранить, хотя запись не шла. С концом программы они пропадают.</translation>
+        <translation>Чтобы их можно было сохранить, хотя запись не шла. Они пропадут, когда программа завершит работу.</translation>
     </message>
     <message>
         <source>Write the panel&apos;s tempo</source>
