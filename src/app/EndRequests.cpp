@@ -14,19 +14,13 @@ EndRequests::EndRequests() {
             End();
         });
     }
-    connect(
-        qApp, &QGuiApplication::commitDataRequest, this,
-        [this] {
-            sessionEnds_ = true;
-            emit SaveWanted();
-        },
-        Qt::DirectConnection);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &EndRequests::SaveWanted, Qt::DirectConnection);
     qApp->installEventFilter(this);
 }
 
 bool EndRequests::eventFilter(QObject* watched, QEvent* event) {
-    // Otherwise it comes when the last window was closed, or tries to close them.
-    if (event->type() == QEvent::Quit && watched == qApp && sessionEnds_) {
+    // From the session manager. One that is not from outside comes when the last window was closed, or tries to close them.
+    if (event->type() == QEvent::Quit && watched == qApp && event->spontaneous()) {
         End();
         return true;
     }

@@ -32,7 +32,6 @@ private:
     void End();
 
     NK::CEndRequest request_;
-    bool sessionEnds_ = false;
     bool endWanted_ = false;
 };
 

@@ -2,6 +2,7 @@
 #include "app/EndRequests.h"
 
 #include <gtest/gtest.h>
+#include <qpa/qwindowsysteminterface.h>
 #include <signal.h>
 
 #include <functional>
@@ -45,6 +46,9 @@ protected:
         auto* const manager = qApp->findChild<QSessionManager*>();
         ASSERT_NE(manager, nullptr);
         emit qApp->commitDataRequest(*manager);
+    }
+    static void EndTheSession() {
+        QWindowSystemInterface::handleApplicationTermination<QWindowSystemInterface::SynchronousDelivery>();
     }
     static void AskToQuit() {
         QEvent quit(QEvent::Quit);
@@ -98,12 +102,35 @@ TEST_F(EndRequestsTest, TheEndOfTheSessionSavesFirstAndEndsWhenItComes) {
                   TellOfTheSessionsEnd();
                   EXPECT_EQ(saves_, 1);
                   EXPECT_FALSE(requests_.IsEndWanted()) << "it may go on";
-                  AskToQuit();
+                  EndTheSession();
               }),
               0);
     EXPECT_TRUE(requests_.IsEndWanted());
     EXPECT_EQ(window_.asked, 0);
     EXPECT_EQ(saves_, 1);
+}
+
+TEST_F(EndRequestsTest, ASessionThatEndsWithoutHavingThisSavedAsksNobody) {
+    EXPECT_EQ(Run([this] {
+                  EndTheSession();
+                  if (!requests_.IsEndWanted()) {
+                      QCoreApplication::exit(3);
+                  }
+              }),
+              0);
+    EXPECT_TRUE(requests_.IsEndWanted());
+    EXPECT_EQ(window_.asked, 0);
+}
+
+TEST_F(EndRequestsTest, QuittingAfterASessionThatWentOnAsksTheWindows) {
+    EXPECT_EQ(Run([this] {
+                  TellOfTheSessionsEnd();
+                  AskToQuit();
+                  EXPECT_FALSE(requests_.IsEndWanted());
+                  EXPECT_EQ(window_.asked, 1);
+                  QCoreApplication::exit(3);
+              }),
+              3);
 }
 
 TEST_F(EndRequestsTest, QuittingWithoutTheSessionsEndAsksTheWindows) {
