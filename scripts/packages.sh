@@ -25,7 +25,7 @@ export KIVORA_DISPLAY_PACKAGES=(xvfb)
 # Testing, on top of what building needs and of the display.
 export KIVORA_TEST_PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev locales
-    xdotool x11-xkb-utils x11-xserver-utils dbus alsa-utils midicsv python3 python3-mido
+    libsm-dev xdotool x11-xkb-utils x11-xserver-utils dbus alsa-utils midicsv python3 python3-mido
     pulseaudio pulseaudio-utils
     weston qt6-wayland qt6-wayland-dev qt6-declarative-dev
     desktop-file-utils appstream libxml2-utils groff zsh fish flatpak-builder

@@ -29,7 +29,7 @@ using KivoraTest::WaitUntil;
 InstrumentProcess::InstrumentProcess() = default;
 
 InstrumentProcess::~InstrumentProcess() {
-    for (QProcess* process : {&program_, &compositor_, &server_}) {
+    for (QProcess* process : {&program_, &sessionManager_, &compositor_, &server_}) {
         if (process->state() != QProcess::NotRunning) {
             process->terminate();
             if (!process->waitForFinished(kLimitMs)) {
@@ -109,6 +109,27 @@ bool InstrumentProcess::StartTouchScreen() {
         return false;
     }
     return true;
+}
+
+bool InstrumentProcess::StartSessionManager() {
+    sessionManager_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    sessionManager_.start(KIVORA_SESSION_MANAGER, {});
+    if (!WaitUntil([this] {
+            sessionManager_.waitForReadyRead(10);
+            return sessionManager_.canReadLine() || sessionManager_.state() == QProcess::NotRunning;
+        }) ||
+        !sessionManager_.canReadLine()) {
+        std::cerr << "the session manager did not start\n";
+        return false;
+    }
+    session_ = QString::fromLocal8Bit(sessionManager_.readLine().trimmed());
+    return true;
+}
+
+int InstrumentProcess::TellSession(const char* line) {
+    sessionManager_.write(line);
+    sessionManager_.waitForBytesWritten(kLimitMs);
+    return WaitForExitCode();
 }
 
 void InstrumentProcess::Touch(const QString& deed) {
@@ -194,12 +215,16 @@ bool InstrumentProcess::IsOutputOpen() const {
 bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& environment,
                               const std::function<bool()>& isOutputOpen) {
     const bool isOnWayland = touches_ || !keyboard_.isEmpty();
-    if (!(touches_ ? StartTouchScreen() : StartServer()) || (!keyboard_.isEmpty() && !StartCompositor())) {
+    if (!(touches_ ? StartTouchScreen() : StartServer()) || (!keyboard_.isEmpty() && !StartCompositor()) ||
+        (hasSession_ && !StartSessionManager())) {
         return false;
     }
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-    for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "PULSE_SERVER"}) {
+    for (const char* unwanted : {"WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "PULSE_SERVER", "SESSION_MANAGER"}) {
         variables.remove(unwanted);
+    }
+    if (!session_.isEmpty()) {
+        variables.insert("SESSION_MANAGER", session_);
     }
     if (!startsFirst_ && !WriteSettings()) {
         std::cerr << "the settings cannot be written\n";

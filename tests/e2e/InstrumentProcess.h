@@ -73,6 +73,12 @@ public:
     int Close();
     /// Asks the program to end as the system does, by SIGTERM, and waits for its end; its exit code, or -1.
     int Terminate();
+    /// Before Start(): the program is in a session, of a session manager of X11.
+    void UseSessionManager() { hasSession_ = true; }
+    /// Ends that session, with the program saved before, and waits for the program's end; its exit code, or -1.
+    int EndSession() { return TellSession("end\n"); }
+    /// The same without a warning.
+    int BreakSession() { return TellSession("die\n"); }
     /// Kills the X server and waits for the program's end; its exit code, or -1.
     int KillServer();
     /// Cuts the program's connection to the X server, as xkill does, and waits for its end; its exit code, or -1.
@@ -84,6 +90,7 @@ public:
     /// What the program printed so far, where it is kept.
     QString GetOutput() const;
     bool IsRunning();
+    qint64 GetProcessId() const { return program_.processId(); }
     /// Waits for the program's end, which it came to by itself; its exit code, or -1.
     int WaitForExitCode();
     QString GetDisplay() const { return display_; }
@@ -94,6 +101,8 @@ private:
     bool StartServer();
     bool StartCompositor();
     bool StartTouchScreen();
+    bool StartSessionManager();
+    int TellSession(const char* line);
     bool FocusUnderCompositor();
     /// Waits for the program's window, and for the output that it opens when that has been painted.
     bool WaitForWindow(const std::function<bool()>& isOutputOpen);
@@ -108,12 +117,15 @@ private:
     KivoraTest::CTemporaryFolder dir_;
     QProcess server_;
     QProcess compositor_;
+    QProcess sessionManager_;
+    QString session_;  ///< its address; empty without one
     QProcess program_;
     QString display_;
     QString window_;        ///< with a compositor its own
     QStringList keyboard_;  ///< the compositor's layouts and variants; empty without one
     QSize windowSize_;
     bool touches_ = false;
+    bool hasSession_ = false;
     bool keepsOutput_ = false;
     bool startsFirst_ = false;
 };
