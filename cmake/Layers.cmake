@@ -72,7 +72,7 @@ set(KIVORA_EXTERNAL_locale Qt6::Core)
 set(KIVORA_EXTERNAL_ui_parts Qt6::Widgets Qt6::GuiPrivate)
 set(KIVORA_EXTERNAL_ui_dialogs Qt6::Widgets)
 set(KIVORA_EXTERNAL_ui Qt6::Widgets Qt6::GuiPrivate)
-set(KIVORA_EXTERNAL_app Qt6::Widgets)
+set(KIVORA_EXTERNAL_app Qt6::Widgets Qt6::GuiPrivate)
 
 set(KIVORA_HEADERS "[a-z_]+")
 set(KIVORA_QT_HEADERS "Q[A-Z][A-Za-z0-9]*" "Qt[A-Z][A-Za-z0-9]*(/[A-Za-z0-9_.]+)?" "q[a-z0-9]+.h")

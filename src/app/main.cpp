@@ -12,6 +12,7 @@
 #include "app/EmergencyEnd.h"
 #include "app/EndRequests.h"
 #include "app/HeldInput.h"
+#include "app/LostCompositor.h"
 #include "app/MainWindow.h"
 #include "app/PanelPictures.h"
 #include "app/RunChoices.h"
@@ -124,6 +125,7 @@ int main(int argc, char** argv) {
     window.TellAboutLocaleFile(localeFile, localeFailure);
     QObject::connect(&endRequests, &Kivora::EndRequests::SaveWanted, &window, &Kivora::MainWindow::Save);
     const Kivora::EmergencyEnd emergencyEnd([&window] { window.EndAtOnce(); });
+    const Kivora::LostCompositor lostCompositor;
     const PlacedShortcuts placedShortcuts(&Kivora::GetInputLayout);
     std::optional<Kivora::HeldInput> heldInput;
     if (!demonstration) {  // which plays with keys that nobody holds

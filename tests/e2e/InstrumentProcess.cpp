@@ -439,6 +439,11 @@ int InstrumentProcess::Terminate() {
     return WaitForExitCode();
 }
 
+int InstrumentProcess::KillCompositor() {
+    compositor_.kill();
+    return WaitForExitCode();
+}
+
 int InstrumentProcess::KillServer() {
     server_.kill();
     return WaitForExitCode();

@@ -79,6 +79,8 @@ public:
     int EndSession() { return TellSession("end\n"); }
     /// The same without a warning.
     int BreakSession() { return TellSession("die\n"); }
+    /// Kills the Wayland compositor and waits for the program's end; its exit code, or -1.
+    int KillCompositor();
     /// Kills the X server and waits for the program's end; its exit code, or -1.
     int KillServer();
     /// Cuts the program's connection to the X server, as xkill does, and waits for its end; its exit code, or -1.

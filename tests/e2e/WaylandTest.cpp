@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <QDir>
+#include <QFile>
 #include <set>
 #include <string>
 #include <utility>
@@ -143,6 +145,25 @@ TEST_F(OnWayland, WhatIsHeldEndsWhenTheKeyboardGoesElsewhere) {
     ASSERT_TRUE(WaitUntil([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
     ASSERT_TRUE(instrument.Xdotool({"windowfocus", Root()}));
     EXPECT_TRUE(WaitUntil([&] { return Sounding().empty(); }));
+}
+
+TEST_F(OnWayland, WithoutItsCompositorTheProgramEndsWhatSoundsAndKeepsEverything) {
+    constexpr std::uint8_t kAlt = 64;
+    constexpr std::uint8_t kN = 57;
+    constexpr std::uint8_t kF11 = 95;
+    ASSERT_NO_FATAL_FAILURE(Start("us"));
+    for (const auto& [code, down] : {std::pair(kAlt, true), {kN, true}, {kN, false}, {kAlt, false}, {kF11, true},
+                                     {kF11, false}, {kSpace, true}, {kZ, true}}) {
+        instrument.MoveKey(code, down);
+    }
+    ASSERT_TRUE(WaitUntil([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
+    EXPECT_EQ(instrument.KillCompositor(), 1);
+    EXPECT_EQ(Sounding(), std::set<std::string>());
+    const QDir folder(instrument.GetDataDir() + "/data/Brennholt/Kivora");
+    EXPECT_EQ(QDir(folder.filePath("Takes")).entryList({"*.kivtake"}, QDir::Files).size(), 1);
+    QFile settings(folder.filePath("Kivora.ini"));
+    ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(settings.readAll().contains("\nShowNoteNames=1\n"));
 }
 
 TEST_F(OnWayland, TheHintsFollowTheLayout) {
