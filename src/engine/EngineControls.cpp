@@ -318,6 +318,13 @@ bool EngineControls::ChangeOutput(const std::function<bool()>& change) {
 }
 
 bool EngineControls::SetOutputPortByIndex(int index) {
+    const bool opened = SwitchOutput(index);
+    // What was written last on the former port may have failed, and the same port reach nothing since then.
+    engine_.LookAtOutput();
+    return opened && engine_.IsOutputLost() ? SwitchOutput(index) : opened;
+}
+
+bool EngineControls::SwitchOutput(int index) {
     return engine_.WithLock([&] {
         if (engine_.IsOutputLost()) {
             // Before the pedal is looked at: the input's is not to be pressed again in its place.

@@ -219,6 +219,7 @@ private:
     void ChangeTempo(int tempo);  ///< beats a minute
     bool IsArpeggioPlaying();
     bool ChangeOutput(const std::function<bool()>& change);
+    bool SwitchOutput(int index);
     bool ReplaceLostOutput(int index);
     void OpenRemainingPorts();
     void ChangePatch(int slot, int patch);

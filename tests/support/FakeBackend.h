@@ -75,6 +75,8 @@ public:
     bool failsToOpen = false;
     std::atomic<bool> failsToWrite = false;
     int failedWrites = 0;  ///< so many writes fail, and those after them work
+    /// A port that has failed is reached no more, however often it is opened: a new set has another for the device.
+    bool failsPortsForGood = false;
     /// What a look at the port says while the device is open.
     std::atomic<LibMidi::DeviceState> state = LibMidi::DeviceState::kWorks;
     std::function<void()> onLook;  ///< called when it is looked at
@@ -107,7 +109,9 @@ public:
         device_.closedInVain += result == LibMidi::kNotOpen ? 1 : 0;
         return result;
     }
-    LibMidi::DeviceState LookAtDevice() override { return device_.Look(); }
+    LibMidi::DeviceState LookAtDevice() override {
+        return hasFailed_ && device_.failsPortsForGood ? LibMidi::DeviceState::kElsewhere : device_.Look();
+    }
     bool HadName(const NK::CString& name) const override { return device_.HadName(name); }
 
 protected:
@@ -125,11 +129,16 @@ protected:
         log_("output closed");
         device_.isOpen = false;
     }
-    bool WriteEvent(const LibMidi::MIDIEvent& event) override { return device_.Write(event); }
+    bool WriteEvent(const LibMidi::MIDIEvent& event) override {
+        const bool isWritten = device_.Write(event);
+        hasFailed_ = hasFailed_ || !isWritten;
+        return isWritten;
+    }
 
 private:
     FakeDevice& device_;
     FakeLog log_;
+    std::atomic<bool> hasFailed_ = false;
 };
 
 class FakeInPort : public LibMidi::MIDIInPortImpl {

@@ -232,8 +232,8 @@ TEST_F(Keeper, AnOutputThatGoesWhileNothingIsPlayedIsToldAndPlaysWhenItIsBack) {
 }
 
 TEST_F(Keeper, AnOutputThatOnlyANewSetReachesIsOpenedByTheSet) {
+    rig.GetDevice(kSynth).failsPortsForGood = true;
     FailWhilePlaying(1000);
-    SetState(kSynth, DeviceState::kElsewhere);
     rig.GetDevice(kSynth).failedWrites = 0;
     const int created = rig.backend.created;
     keeper.Look();
@@ -274,6 +274,23 @@ TEST_F(Keeper, ADeviceThatFailsWhileAnotherReplacesItIsSilencedAllTheSame) {
     rig.GetDevice(kSynth).failedWrites = 1;
     EXPECT_TRUE(controls.SetOutputPortByIndex(1));
     EXPECT_FALSE(synth.IsSounding());
+}
+
+TEST_F(Keeper, AnOutputThatFailsWhileItIsChosenAnewIsReachedByANewSetAtOnce) {
+    engine.PlayNoteOn(60, 100);
+    rig.Run(2);
+    rig.GetDevice(kSynth).failsPortsForGood = true;
+    rig.GetDevice(kSynth).failedWrites = 1;
+    EXPECT_TRUE(controls.SetOutputPortByIndex(0));
+    ASSERT_TRUE(controls.StartRecording());  // a new set would end the take
+    for (int look = 0; look < 10; ++look) {
+        keeper.Look();
+    }
+    EXPECT_EQ(engine.GetOutputPortName(), kSynth);
+    EXPECT_EQ(keeper.GetOutputState(), OutputState::kPlays);
+    EXPECT_FALSE(IsSounding());
+    engine.PlayNoteOn(62, 100);
+    EXPECT_TRUE(IsSounding());
 }
 
 TEST_F(Keeper, ADeviceThatIsBusyWhenItIsReplacedIsSilencedAtTheEnd) {
