@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "engine/files/DamagedFile.h"
+#include "nk/nk_damaged_file.h"
 #include "nk/nk_file_failure.h"
 
 namespace Kivora {
@@ -90,7 +90,7 @@ bool MidiBindingsFile::Change(const std::function<void(MidiBindings&)>& change, 
         case State::kPartly:
         case State::kDamaged: {
             NK::CIniFile file = LinesOf(bindings_);
-            isSaved = SaveOverDamaged(file, path_, setAside);
+            isSaved = NK::SaveOverDamaged(file, path_, setAside);
             break;
         }
         case State::kWhole:

@@ -42,7 +42,7 @@ public:
     /// Changes what the file holds now, to which is done again what could not be saved before. The result is in force,
     /// whether or not it could be saved; false when not, with the reason in NK::GetFileFailure(). In the file all lines
     /// stay but those that are bound otherwise. One that is damaged in any part is renamed before, see
-    /// SaveOverDamaged(): then `setAside` is its new name, else empty.
+    /// NK::SaveOverDamaged(): then `setAside` is its new name, else empty.
     bool Change(const std::function<void(MidiBindings& bindings)>& change, NK::CString& setAside);
 
 private:

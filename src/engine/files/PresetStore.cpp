@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "engine/files/DamagedFile.h"
+#include "nk/nk_damaged_file.h"
 #include "engine/files/NameOrder.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_file_failure.h"
@@ -108,7 +108,7 @@ bool PresetStore::Save(const NK::CString& name, NK::CIniFile& file, NK::CString&
     NK::CIniFile former;
     const bool damaged = Exists(name, false) && !Read(name, false, former) &&
                          former.GetLoadResult() != NK::CIniFile::LoadResult::kUnreadable;
-    return damaged ? SaveOverDamaged(file, path, setAside) : file.Save(path);
+    return damaged ? NK::SaveOverDamaged(file, path, setAside) : file.Save(path);
 }
 
 bool PresetStore::Delete(const NK::CString& name) {

@@ -30,7 +30,7 @@ public:
     bool Exists(const NK::CString& name, bool factory) const;
     /// Reads the file and selects its section; false when there is none to be read.
     bool Read(const NK::CString& name, bool factory, NK::CIniFile& file) const;
-    /// Saves into the user's folder, as SaveOverDamaged() does where the file there is no preset.
+    /// Saves into the user's folder, as NK::SaveOverDamaged() does where the file there is no preset.
     bool Save(const NK::CString& name, NK::CIniFile& file, NK::CString& setAside);
     /// Removes a preset of the user's; false when there is none.
     bool Delete(const NK::CString& name);

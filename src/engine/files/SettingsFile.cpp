@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "engine/files/DamagedFile.h"
+#include "nk/nk_damaged_file.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_folder_lock.h"
 #include "nk/nk_paths.h"
@@ -107,7 +107,7 @@ void SettingsFile::MendBeside(NK::CStringArray& setAside) {
         late_ = changes_;
     }
     if (stateBeside_ == State::kDamaged) {
-        const CString name = SetFileAside(GetPathBeside());
+        const CString name = NK::SetFileAside(GetPathBeside());
         if (!name.IsEmpty()) {
             setAside.Push(name);
             stateBeside_ = State::kAbsent;
@@ -149,7 +149,7 @@ bool SettingsFile::Save(const Writer& write, NK::CStringArray& setAside) {
         }
     }
     CString damagedName;
-    if (!(damaged ? SaveOverDamaged(file, path_, damagedName) : file.Save(path_))) {
+    if (!(damaged ? NK::SaveOverDamaged(file, path_, damagedName) : file.Save(path_))) {
         return false;
     }
     if (damaged) {

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "engine/files/DamagedFile.h"
 #include "engine/takes/GridFile.h"
+#include "nk/nk_damaged_file.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_paths.h"
 
@@ -139,7 +139,7 @@ bool JournalFile::Remove() {
 
 CString JournalFile::SetAside() {
     RemoveGridOf(GetPath());
-    return SetFileAside(GetPath());
+    return NK::SetFileAside(GetPath());
 }
 
 }  // namespace Kivora

@@ -4,15 +4,15 @@
 #include "nk/nk_ini_file.h"
 #include "nk/nk_string.h"
 
-namespace Kivora {
+namespace NK {
 
 /// Renames the file at `path` with ".bad" added (".bad2" and so on where that name is taken) and returns its new name;
 /// empty when it cannot be renamed.
-NK::CString SetFileAside(const NK::CString& path);
+CString SetFileAside(const CString& path);
 
 /// Renames the file at `path` with ".bad" added (".bad2" and so on where that name is taken), so that what it holds is
 /// not lost, then saves. `setAside` is the new name. False, the file as it was and `setAside` empty, when it cannot be
 /// renamed or the saving fails.
-bool SaveOverDamaged(NK::CIniFile& file, const NK::CString& path, NK::CString& setAside);
+bool SaveOverDamaged(CIniFile& file, const CString& path, CString& setAside);
 
-}  // namespace Kivora
+}  // namespace NK

@@ -1,4 +1,4 @@
-#include "engine/files/DamagedFile.h"
+#include "nk/nk_damaged_file.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ protected:
 
 TEST_F(DamagedFile, WhatWasThereIsKeptUnderANewName) {
     WriteFileBytes(path, "old");
-    EXPECT_TRUE(Kivora::SaveOverDamaged(file, name, setAside));
+    EXPECT_TRUE(NK::SaveOverDamaged(file, name, setAside));
     EXPECT_EQ(setAside, name + L".bad");
     EXPECT_EQ(ReadFileBytes(path.native() + ".bad"), "old");
     EXPECT_EQ(ReadFileBytes(path), "[New]\n");
@@ -34,7 +34,7 @@ TEST_F(DamagedFile, NoEarlierOneIsOverwritten) {
     WriteFileBytes(folder / "a.ini.bad", "first");
     std::filesystem::create_directory(folder / "a.ini.bad2");
     WriteFileBytes(path, "third");
-    EXPECT_TRUE(Kivora::SaveOverDamaged(file, name, setAside));
+    EXPECT_TRUE(NK::SaveOverDamaged(file, name, setAside));
     EXPECT_EQ(setAside, name + L".bad3");
     EXPECT_EQ(ReadFileBytes(folder / "a.ini.bad"), "first");
     EXPECT_EQ(ReadFileBytes(folder / "a.ini.bad3"), "third");
@@ -46,7 +46,7 @@ TEST_F(DamagedFile, WhereNoNameIsLeftNothingIsSaved) {
         WriteFileBytes(folder / ("a.ini.bad" + std::to_string(number)), "");
     }
     WriteFileBytes(path, "old");
-    EXPECT_FALSE(Kivora::SaveOverDamaged(file, name, setAside));
+    EXPECT_FALSE(NK::SaveOverDamaged(file, name, setAside));
     EXPECT_TRUE(setAside.IsEmpty());
     EXPECT_EQ(ReadFileBytes(path), "old");
 }
@@ -55,7 +55,7 @@ TEST_F(DamagedFile, WhenTheSavingFailsTheFileIsAsItWas) {
     WriteFileBytes(path, "old");
     const std::wstring tooMuch(static_cast<std::size_t>(NK::CIniFile::kMaxBytes), L'x');
     file.SetString(L"Key", std::wstring_view(tooMuch));
-    EXPECT_FALSE(Kivora::SaveOverDamaged(file, name, setAside));
+    EXPECT_FALSE(NK::SaveOverDamaged(file, name, setAside));
     EXPECT_TRUE(setAside.IsEmpty());
     EXPECT_EQ(TakeSnapshot(folder.GetPath()), (std::map<std::string, std::string>{{"a.ini", "old"}}));
 }
