@@ -1,5 +1,6 @@
 #include "locale/LocaleFile.h"
 
+#include "nk/nk_damaged_file.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_ini_file.h"
 #include "nk/nk_paths.h"
@@ -53,13 +54,14 @@ bool SaveLocaleCode(const NK::CString& code) {
     if (state == LocaleFileState::kUnreadable) {
         return false;
     }
-    if (state == LocaleFileState::kDamaged) {
-        NK::RenameFile(path, path + L".bad");
+    const bool isDamaged = state == LocaleFileState::kDamaged;
+    if (isDamaged) {
         file = NK::CIniFile();
     }
     file.SelectOrAddSection(kSection);
     file.SetString(kKey, code);
-    return file.Save(path);
+    NK::CString setAside;
+    return isDamaged ? NK::SaveOverDamaged(file, path, setAside) : file.Save(path);
 }
 
 }  // namespace Kivora

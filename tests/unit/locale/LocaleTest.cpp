@@ -117,6 +117,16 @@ TEST_F(Locale, ADamagedFileIsKeptAsideBeforeTheFirstSave) {
     EXPECT_EQ(std::filesystem::file_size(GetFile().string() + ".bad"), 2U * 1024 * 1024);
 }
 
+TEST_F(Locale, ASecondDamagedFileDoesNotTakeThePlaceOfTheFirst) {
+    SetLocale("en_US", false);
+    Write(std::string(2 * 1024 * 1024, 'x'));
+    EXPECT_TRUE(SetLocale("ru_RU", true));
+    Write(std::string(3 * 1024 * 1024, 'y'));
+    EXPECT_TRUE(SetLocale("en_US", true));
+    EXPECT_EQ(std::filesystem::file_size(GetFile().string() + ".bad"), 2U * 1024 * 1024);
+    EXPECT_EQ(std::filesystem::file_size(GetFile().string() + ".bad2"), 3U * 1024 * 1024);
+}
+
 TEST_F(Locale, ALanguageThatCannotBeSavedIsTakenAllTheSame) {
     SetLocale("en_US", false);
     std::ofstream(folder_ / "Brennholt") << "a file where the folder should be";
