@@ -294,6 +294,7 @@ private:
     void tapClicked();
     void toggleLatch();
     bool isLatched() const;
+    void chooseLanguage(const char* code);
     void showMenu(const QPoint& globalPosition);
 
     // KivoraWidget_strip.cpp

@@ -8,6 +8,7 @@
 #include "engine/EngineControls.h"
 #include "locale/Locale.h"
 #include "midi/arpeggiator/CArpeggiator1.h"
+#include "nk/nk_file_failure.h"
 #include "piano/CPianoColors.h"
 #include "ui/ComputerKeys.h"
 #include "ui/dialogs/KeyboardTest.h"
@@ -17,6 +18,7 @@
 #include "ui/dialogs/VelocitySettings.h"
 #include "ui/KivoraWidget.h"
 #include "ui/PanelLegends.h"
+#include "ui/parts/FailureTexts.h"
 #include "ui/parts/PanelKey.h"
 
 QAction* KivoraWidget::addMenuAction(QMenu& menu, const QString& text, const QKeySequence& shortcut,
@@ -186,8 +188,16 @@ void KivoraWidget::createViewActions() {
         // Queued: the change of language makes this menu anew.
         addMenuState(
             *language, Kivora::LocaleDisplayName(code), {},
-            [this, code] { QTimer::singleShot(0, this, [code] { Kivora::SetLocale(code, true); }); },
+            [this, code] { QTimer::singleShot(0, this, [this, code] { chooseLanguage(code); }); },
             [code] { return Kivora::GetCurrentLocale() == code; }, languages);
+    }
+}
+
+void KivoraWidget::chooseLanguage(const char* code) {
+    NK::ForgetFileFailure();
+    if (!Kivora::SetLocale(code, true)) {
+        notices_.Tell(QMessageBox::Warning, tr("Warning"), tr("Failed to save the settings."),
+                      FailureTexts::OfLastFile());
     }
 }
 

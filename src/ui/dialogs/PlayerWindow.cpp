@@ -212,7 +212,7 @@ void PlayerWindow::openSong(const SongFile& file) {
     song_ = file.song;
     player_.Open(song_);
     title_->setText(file.title);
-    title_->setToolTip(file.title.toHtmlEscaped());
+    title_->setToolTip(file.title);
     damage_ = file.damage.isEmpty() ? QString() : file.damage + ' ' + tr("What is whole of it can be played.");
     say(damage_);
     come();

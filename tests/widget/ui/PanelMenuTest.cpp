@@ -2,6 +2,7 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <QActionGroup>
 #include <QMenu>
 #include <set>
@@ -253,6 +254,18 @@ TEST_F(PanelMenu, TheLanguageIsChangedAndTheMenuWithIt) {
     QApplication::processEvents();
     EXPECT_NE(FindEntry(Menu(), "Quit"), nullptr);
     EXPECT_TRUE(Opens([&] { Type(Qt::Key_F10); }));
+}
+
+TEST_F(PanelMenu, ALanguageThatCannotBeSavedIsTold) {
+    // A folder stands where the file belongs.
+    const std::filesystem::path file = rig.folder / "Brennholt" / "Kivora" / "Locale.ini";
+    std::filesystem::create_directories(file / "full");
+    ModalAnswers answers;
+    answers.Refuse();
+    Choose("Russian");
+    Wait([&] { return answers.AllGiven(); });
+    EXPECT_EQ(Kivora::GetCurrentLocale(), "ru_RU");
+    EXPECT_EQ(answers.seen, std::vector<std::string>{"Предупреждение: Не удалось сохранить настройки."});
 }
 
 TEST_F(PanelMenu, AShortcutWorksAfterAChangeOfTheLanguage) {

@@ -62,6 +62,7 @@ TEST_F(PanelPlayer, PlaysPausesAndStopsAndThePianoFollows) {
     EXPECT_TRUE(Window().isVisible());
     EXPECT_FALSE(Window().isModal());
     EXPECT_EQ(TextIn("songTitle"), "a <b>.mid");
+    EXPECT_EQ(In<QLabel>(Window(), "songTitle").toolTip(), "a <b>.mid") << "as it is: nothing is read as markup";
     EXPECT_EQ(TextIn("songTime"), "00:00 of 01:30");
     ClickIn("songPlayBtn");
     Go(1502);
