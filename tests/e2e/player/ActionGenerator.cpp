@@ -31,6 +31,7 @@ constexpr int kLeft = 113;
 constexpr int kRight = 114;
 constexpr int kDown = 116;
 constexpr int kMenu = 135;
+constexpr int kLetterQ = 24;
 constexpr int kLetterW = 25;
 constexpr int kLetterR = 27;
 constexpr int kLetterS = 39;
@@ -323,7 +324,10 @@ void ActionGenerator::WorkADialog() {
                 Tap(OneOf(kPlayingKeys));
                 break;
             case 3:
-                TapWith(kAlt, OneOf(kPlayingKeys));
+                // Which quits where the dialog is gone.
+                if (const int key = OneOf(kPlayingKeys); key != kLetterQ || end_ != EEnd::kNever) {
+                    TapWith(kAlt, key);
+                }
                 break;
             case 4:
                 Tap(kSpace);
@@ -361,6 +365,8 @@ void ActionGenerator::PressThroughADialog() {
 }
 
 void ActionGenerator::WorkAMenu() {
+    // The last entry of the panel's quits.
+    bool mayChoose = end_ != EEnd::kNever;
     switch (Below(4)) {
         case 0:
             Tap(Chance(50) ? kF10 : kMenu);
@@ -373,6 +379,7 @@ void ActionGenerator::WorkAMenu() {
             const auto [x, y] = OneOf(kPatchNames);
             Add(EAct::kMove, x, y);
             Click(3);
+            mayChoose = true;
             break;
         }
     }
@@ -384,7 +391,7 @@ void ActionGenerator::WorkAMenu() {
             Add(EAct::kMoveOver, Below(1000), Below(1000));
         }
     }
-    switch (Below(4)) {
+    switch (mayChoose ? Below(4) : 3) {
         case 0:
             Tap(kReturn);
             break;
@@ -570,7 +577,9 @@ CActions ActionGenerator::Make(std::size_t count) {
         Chance(50) ? MoveAKey() : PlayMIDIKey();
     }
     MaybeMeet();
-    Add(EAct::kEnd, Chance(60) ? 0 : 1 + Below(2));
+    if (end_ == EEnd::kSomehow) {
+        Add(EAct::kEnd, Chance(60) ? 0 : 1 + Below(2));
+    }
     return actions_;
 }
 

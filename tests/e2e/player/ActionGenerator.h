@@ -13,9 +13,13 @@ namespace Player {
 /// program made of it.
 class ActionGenerator {
 public:
-    explicit ActionGenerator(std::uint32_t seed) : random_(seed) {}
+    enum class EEnd {
+        kSomehow,  ///< the last action ends the program, and others may
+        kNever     ///< no action quits
+    };
+    explicit ActionGenerator(std::uint32_t seed, EEnd end = EEnd::kSomehow) : end_(end), random_(seed) {}
 
-    /// At least `count` actions, waits not counted, and the end of the program.
+    /// At least `count` actions, waits not counted.
     CActions Make(std::size_t count);
 
 private:
@@ -55,6 +59,7 @@ private:
     void Strum();
     void Pause();
 
+    EEnd end_;
     std::mt19937 random_;
     CActions actions_;
     std::vector<int> keys_;

@@ -84,22 +84,51 @@ bool Session::Start() {
     return !failure_;
 }
 
-std::optional<TFailure> Session::Play(const CActions& actions) {
+void Session::Begin() {
     if (!Start()) {
         Fail(TFailure::EKind::kNoStart, "the program did not start");
-        return failure_;
     }
+}
+
+void Session::Carry(const CActions& actions) {
     for (const TAction& action : actions) {
+        if (failure_ || hasEnded_ || windows_->IsGone()) {
+            return;
+        }
         Do(action);
         ++doneCount_;
-        if (failure_ || hasEnded_ || windows_->IsGone()) {
-            break;
-        }
     }
+}
+
+void Session::Finish() {
     if (!failure_ && !hasEnded_) {
         End(kByClosing);
     }
+}
+
+std::optional<TFailure> Session::Play(const CActions& actions) {
+    Begin();
+    Carry(actions);
+    Finish();
     return failure_;
+}
+
+TFootprint Session::GetFootprint() const {
+    const QString folder = "/proc/" + QString::number(instrument_.GetProcessId());
+    TFootprint footprint;
+    for (const QFileInfo& descriptor : QDir(folder + "/fd").entryInfoList(QDir::AllEntries | QDir::System)) {
+        footprint.descriptors += descriptor.isSymLink() && !descriptor.symLinkTarget().endsWith(".kivtake") ? 1 : 0;
+    }
+    footprint.threads = QDir(folder + "/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    QFile status(folder + "/status");
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith("RssAnon:")) {
+                footprint.memoryKB = line.mid(8).replace("kB", "").trimmed().toLongLong();
+            }
+        }
+    }
+    return footprint;
 }
 
 void Session::Do(const TAction& action) {
@@ -291,9 +320,16 @@ void Session::Rest() {
     bool isUnlatched = false;
     do {
         Meet();
-        if (!isUnlatched && timer.hasExpired(kLatchedMs) && windows_->IsPanelAlone()) {
+        if (!isUnlatched && timer.hasExpired(kLatchedMs)) {
+            const bool wasAlone = windows_->IsPanelAlone();
+            GoHome();
+            if (!wasAlone && IsQuiet()) {
+                Fail(TFailure::EKind::kHangs, "something sounded until a dialog was closed");
+                return;
+            }
             EndLatched();
             isUnlatched = true;
+            timer.restart();
         }
         if (IsQuiet()) {
             PassRounds(kQuietRounds);

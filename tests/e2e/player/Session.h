@@ -24,6 +24,13 @@ struct TFailure {
     std::string text;
 };
 
+/// What the program takes of the system.
+struct TFootprint {
+    std::ptrdiff_t memoryKB = 0;  ///< its own, not backed by files
+    std::ptrdiff_t descriptors = 0;  ///< but for those of takes, which stay open until somebody decides about the take
+    std::ptrdiff_t threads = 0;
+};
+
 class Session {
 public:
     Session();
@@ -31,6 +38,13 @@ public:
 
     /// Starts the program, carries out the actions, ends it; what went wrong first, if anything did.
     std::optional<TFailure> Play(const CActions& actions);
+    /// The same in pieces: after Begin() any number of lists, which are left when one fails or ends the program.
+    void Begin();
+    void Carry(const CActions& actions);
+    void Finish();
+    const std::optional<TFailure>& GetFailure() const { return failure_; }
+    TFootprint GetFootprint() const;
+    std::uint32_t GetWrittenCount() const { return devices_.GetWrittenCount(); }
     /// How many of the actions were carried out, and at how many rests it was listened, so far.
     std::size_t GetDoneCount() const { return doneCount_; }
     std::size_t GetRestCount() const { return restCount_; }
