@@ -65,7 +65,9 @@ protected:
         }
         engine.StopRecording();
         recording.WriteOut();
-        file = recording.GetWaiting().empty() ? "" : std::filesystem::directory_iterator(GetTakes())->path();
+        for (const auto& entry : std::filesystem::directory_iterator(GetTakes())) {
+            file = entry.path().extension() == ".kivtake" ? entry.path() : file;  // the grid stands beside it
+        }
         whole = ReadFileBytes(file);
     }
 

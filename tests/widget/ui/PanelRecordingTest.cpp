@@ -494,7 +494,8 @@ TEST_F(PanelRecording, ADamagedTakeIsOfferedWithWhatIsMissingAndItsFileIsKept) {
         EXPECT_TRUE(window->close());
     }
     CreateAgain();
-    const std::filesystem::path journal = std::filesystem::directory_iterator(rig.folder / "user/Takes")->path();
+    std::filesystem::path journal = std::filesystem::directory_iterator(rig.folder / "user/Takes")->path();
+    journal.replace_extension("kivtake");  // the grid stands beside it
     std::string bytes = ReadFileBytes(journal);
     bytes.replace(20 + 8 * 12, 2 * 12, std::string(2 * 12, '?'));
     WriteFileBytes(journal, bytes);
