@@ -152,8 +152,14 @@ TEST_F(OnWayland, WithoutItsCompositorTheProgramEndsWhatSoundsAndKeepsEverything
     constexpr std::uint8_t kN = 57;
     constexpr std::uint8_t kF11 = 95;
     ASSERT_NO_FATAL_FAILURE(Start("us"));
-    for (const auto& [code, down] : {std::pair(kAlt, true), {kN, true}, {kN, false}, {kAlt, false}, {kF11, true},
-                                     {kF11, false}, {kSpace, true}, {kZ, true}}) {
+    for (const auto& [code, down] : {std::pair(kAlt, true),
+                                     {kN, true},
+                                     {kN, false},
+                                     {kAlt, false},
+                                     {kF11, true},
+                                     {kF11, false},
+                                     {kSpace, true},
+                                     {kZ, true}}) {
         instrument.MoveKey(code, down);
     }
     ASSERT_TRUE(WaitUntil([&] { return Sounding().contains("0/60") && Sounding().contains("0/pedal"); }));
