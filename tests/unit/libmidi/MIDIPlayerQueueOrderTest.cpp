@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "libmidi/MIDIPlayerQueue.h"
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::BytesOf;
+using KivoraTest::BytesOf;
 using NK::MIDI::TMIDIMessage;
 
 std::vector<std::uint32_t> TakeAll(MIDIPlayerQueue& queue, std::uint32_t elapsedMs = 0) {

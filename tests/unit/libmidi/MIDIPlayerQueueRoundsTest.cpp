@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "libmidi/MIDIPlayerQueue.h"
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::BytesOf;
+using KivoraTest::BytesOf;
 using NK::CWakeup;
 
 using Bytes = std::vector<std::uint32_t>;

@@ -7,14 +7,14 @@
 
 #include "libmidi/MIDIPortContainer.h"
 #include "support/AllocationCounter.h"
+#include "support/FakePorts.h"
 #include "support/VirtualTime.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
+using KivoraTest::BytesOf;
 using KivoraTest::CVirtualTime;
-using LibMidiTest::BytesOf;
 
 using Bytes = std::vector<std::uint32_t>;
 

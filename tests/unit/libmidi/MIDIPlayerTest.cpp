@@ -5,16 +5,16 @@
 
 #include "libmidi/MIDIPlayerImpl.h"
 #include "support/AllocationCounter.h"
+#include "support/FakePorts.h"
 #include "support/FatalLog.h"
 #include "support/VirtualTime.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
+using KivoraTest::BytesOf;
+using KivoraTest::CFakeOutPort;
 using KivoraTest::CVirtualTime;
-using LibMidiTest::BytesOf;
-using LibMidiTest::CFakeOutPort;
 
 using Bytes = std::vector<std::uint32_t>;
 
@@ -195,7 +195,7 @@ TEST_F(MIDIPlayerRounds, AFailedWriteEndsTheRound) {
     queue.SendMessage({0x90, 1, 60, 80}, 0);
     queue.SendMessage({0x90, 1, 62, 80}, 0);
     int writes = 0;
-    port.onWrite = [&] { port.canWrite = writes++ == 0; };
+    port.device.onWriting = [&] { port.device.failsToWrite = writes++ != 0; };
     EXPECT_FALSE(RoundAfter(1));
     EXPECT_EQ(port.TakeWritten(), (Bytes{0x903C50}));
     EXPECT_EQ(writes, 2);
@@ -203,13 +203,13 @@ TEST_F(MIDIPlayerRounds, AFailedWriteEndsTheRound) {
 
 TEST_F(MIDIPlayerRounds, AFailedWriteInABlockEndsTheRound) {
     queue.Queue(BlockSynthEvent(0, {CtrlEvent(0, 0, 0, 1), PatchEvent(0, 0, 5)}, 0));
-    port.canWrite = false;
+    port.device.failsToWrite = true;
     EXPECT_FALSE(RoundAfter(1));
 }
 
 TEST_F(MIDIPlayerRounds, AFailedWriteToOneOfAllPortsEndsTheRound) {
     player.AttachOutput(&second);
-    second.canWrite = false;
+    second.device.failsToWrite = true;
     queue.Queue(SynthEventBase(CtrlEvent(0, 0, 1, 3), kAllPorts));
     EXPECT_FALSE(RoundAfter(1));
     EXPECT_EQ(port.TakeWritten().size(), 1U);
@@ -248,7 +248,7 @@ TEST_F(MIDIPlayerRounds, ListenersAreToldOneNoteARoundInOrder) {
 TEST_F(MIDIPlayerRounds, ANoteThatCouldNotBeWrittenIsNotTold) {
     CNoteListener listener;
     player.AddListener(&listener);
-    port.canWrite = false;
+    port.device.failsToWrite = true;
     queue.SendMessage({0x90, 1, 60, 80}, 0);
     RoundAfter(1);
     RunEventsRounds(2);
@@ -327,7 +327,7 @@ TEST_F(MIDIPlayerRounds, NothingIsAllocatedOnceWarm) {
     CNoteListener listener;
     listener.notes.reserve(10000);
     player.AddListener(&listener);
-    CFakeOutPort::Reserve(port, 10000);
+    port.device.Reserve(10000);
     const auto play = [&] {
         for (std::uint8_t note = 0; note < 8; ++note) {
             queue.PlayNote(0, note, 80, 3, 0);

@@ -10,16 +10,16 @@
 #include "libmidi/MIDIPlayer.h"
 #include "libmidi/MIDIPlayerQueue.h"
 #include "nk/nk_thread_role.h"
+#include "support/FakePorts.h"
 #include "support/VirtualTime.h"
 #include "support/WaitUntil.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
+using KivoraTest::BytesOf;
+using KivoraTest::CFakeOutPort;
 using KivoraTest::WaitUntil;
-using LibMidiTest::BytesOf;
-using LibMidiTest::CFakeOutPort;
 
 class MIDIPlayerThreads : public testing::Test {
 protected:
@@ -65,14 +65,14 @@ TEST_F(MIDIPlayerThreads, WhatIsQueuedWhileItStandsIsWrittenOnceItRuns) {
 
 TEST_F(MIDIPlayerThreads, AFailedWriteEndsItAndMemoryDoesNotGrow) {
     player->Start();
-    port.canWrite = false;
+    port.device.failsToWrite = true;
     queue->SendMessage({0x90, 1, 60, 80}, 0);
     ASSERT_TRUE(WaitUntil([&] { return !player->IsRunning(); }));
     EXPECT_TRUE(player->HasWriteFailed());
     EXPECT_FALSE(queue->HasWork());
     queue->SendMessage({0x90, 1, 60, 80}, 0);
     EXPECT_FALSE(queue->HasWork());
-    port.canWrite = true;
+    port.device.failsToWrite = false;
     ASSERT_TRUE(player->Start());
     EXPECT_FALSE(player->HasWriteFailed());
     EXPECT_TRUE(player->IsRunning());
@@ -108,7 +108,7 @@ TEST_F(MIDIPlayerThreads, ListenersAreCalledOnAThreadOfTheirOwn) {
         int calls = 0;
     } listener;
     std::thread::id writer;
-    port.onWrite = [&] { writer = std::this_thread::get_id(); };
+    port.device.onWriting = [&] { writer = std::this_thread::get_id(); };
     player->AddListener(&listener);
     player->Start();
     queue->SendMessage({0x90, 1, 60, 80}, 0);
@@ -129,7 +129,7 @@ TEST_F(MIDIPlayerThreads, DetachingWaitsForTheRoundInProgress) {
     const int binding = player->AttachOutput(&other);
     std::atomic<bool> writing{false};
     std::atomic<bool> written{false};
-    other.onWrite = [&] {
+    other.device.onWriting = [&] {
         writing = true;
         writing.notify_all();
         NK::SystemSleeper().Sleep(20);
@@ -148,7 +148,7 @@ TEST_F(MIDIPlayerThreads, AStopBetweenTwoOfAllPortsLeavesTheRestOut) {
     player->AttachOutput(&other);
     std::atomic<bool> writing{false};
     std::thread stopper;
-    port.onWrite = [&] {
+    port.device.onWriting = [&] {
         stopper = std::thread([&] { player->Stop(); });
         WaitUntil([&] { return !player->IsRunning(); });
         writing = true;
@@ -168,7 +168,7 @@ TEST_F(MIDIPlayerThreads, TheThreadsHaveTheirRoles) {
         std::atomic<NK::ThreadRole> role{NK::ThreadRole::none};
     } listener;
     std::atomic<NK::ThreadRole> writer{NK::ThreadRole::none};
-    port.onWrite = [&] { writer = NK::GetThreadRole(); };
+    port.device.onWriting = [&] { writer = NK::GetThreadRole(); };
     player->AddListener(&listener);
     player->Start();
     queue->SendMessage({0x90, 1, 60, 80}, 0);

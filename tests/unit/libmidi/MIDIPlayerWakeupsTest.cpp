@@ -11,14 +11,14 @@
 #include "libmidi/MIDIPlayerQueue.h"
 #include "nk/nk_wakeup.h"
 #include "support/CountingSleeper.h"
+#include "support/FakePorts.h"
 #include "support/WaitUntil.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
+using KivoraTest::CFakeOutPort;
 using KivoraTest::WaitUntil;
-using LibMidiTest::CFakeOutPort;
 
 class MIDIPlayerWakeups : public testing::Test {
 protected:
@@ -74,7 +74,7 @@ TEST_F(MIDIPlayerWakeups, AWriteThatFailsIsTold) {
     std::atomic<bool> told{false};
     EXPECT_TRUE(player->TellOfFailure([&] { told = player->HasWriteFailed(); }));
     player->Start();
-    port.canWrite = false;
+    port.device.failsToWrite = true;
     queue->SendMessage({0x90, 1, 60, 80}, 0);
     EXPECT_TRUE(WaitUntil([&] { return told.load(); }));
 }

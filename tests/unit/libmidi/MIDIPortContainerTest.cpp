@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::CFakeInPort;
-using LibMidiTest::CFakeOutPort;
+using KivoraTest::CFakeInPort;
+using KivoraTest::CFakeOutPort;
 
 template <class Port, class... Args>
 Port* Append(MIDIPortContainerImpl& ports, Args... args) {
@@ -136,7 +136,7 @@ TEST(MIDIPortContainer, ClosingAllClosesEveryOpenPort) {
     ports.CloseAll();
     EXPECT_EQ(in->GetFlags(), std::uint32_t{kInput});
     EXPECT_EQ(out->GetFlags(), std::uint32_t{kOutput});
-    EXPECT_EQ(shut->closed, 0);
+    EXPECT_EQ(shut->device.closeCount, 0);
 }
 
 }  // namespace

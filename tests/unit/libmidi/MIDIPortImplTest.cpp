@@ -4,13 +4,13 @@
 
 #include <array>
 
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::CFakeInPort;
-using LibMidiTest::CFakeOutPort;
+using KivoraTest::CFakeInPort;
+using KivoraTest::CFakeOutPort;
 
 const std::array<MIDIEvent, 3> kEvents{MIDIEvent{0, 0x90, 60, 80}, {0, 0xB0, 7, 100}, {0, 0x80, 60, 0}};
 
@@ -27,27 +27,27 @@ TEST(MIDIPortImpl, OpenAndCloseSetAndClearTheFlag) {
     EXPECT_EQ(port.Open(), kSuccess);
     EXPECT_EQ(port.GetFlags(), kOutput | kOpen);
     EXPECT_EQ(port.Open(), kAlreadyOpen);
-    EXPECT_EQ(port.opened, 1);
+    EXPECT_EQ(port.device.openAttempts, 1);
     EXPECT_EQ(port.Close(), kSuccess);
     EXPECT_EQ(port.GetFlags(), std::uint32_t{kOutput});
     EXPECT_EQ(port.Close(), kNotOpen);
-    EXPECT_EQ(port.closed, 1);
+    EXPECT_EQ(port.device.closeCount, 1);
 }
 
 TEST(MIDIPortImpl, ADeviceThatDoesNotOpenLeavesThePortClosed) {
     CFakeOutPort port;
-    port.canOpen = false;
+    port.device.failsToOpen = true;
     EXPECT_EQ(port.Open(), kDeviceError);
     EXPECT_EQ(port.GetFlags(), std::uint32_t{kOutput});
-    EXPECT_EQ(port.closed, 0);
+    EXPECT_EQ(port.device.closeCount, 0);
 }
 
 TEST(MIDIPortImpl, AnOpeningThatIsTakenBackClosesTheDevice) {
     CFakeInPort port;
-    port.acceptsOpening = false;
+    port.device.takesOpeningBack = true;
     EXPECT_EQ(port.Open(), kDeviceError);
     EXPECT_EQ(port.GetFlags(), std::uint32_t{kInput});
-    EXPECT_EQ(port.closed, 1);
+    EXPECT_EQ(port.device.closeCount, 1);
 }
 
 TEST(MIDIPortImpl, AnUnavailablePortFailsEveryOperationFirst) {
@@ -56,7 +56,7 @@ TEST(MIDIPortImpl, AnUnavailablePortFailsEveryOperationFirst) {
     EXPECT_EQ(port.Close(), kUnavailable);
     EXPECT_EQ(port.Write(nullptr, 1), kUnavailable);
     EXPECT_EQ(port.Write(kEvents.data(), 1), kUnavailable);
-    EXPECT_EQ(port.opened, 0);
+    EXPECT_EQ(port.device.openAttempts, 0);
 }
 
 TEST(MIDIPortImpl, ANullArrayComesBeforeAClosedPort) {
@@ -87,7 +87,7 @@ TEST(MIDIPortImpl, TheFirstFailingWriteEndsTheCallAndEarlierEventsStaySent) {
     CFakeOutPort port;
     port.Open();
     int left = 1;
-    port.onWrite = [&] { port.canWrite = left-- > 0; };
+    port.device.onWriting = [&] { port.device.failsToWrite = left-- <= 0; };
     EXPECT_EQ(port.Write(kEvents.data(), 3), kDeviceError);
     EXPECT_EQ(port.GetWritten(), (std::vector<std::uint32_t>{0x903C50}));
     EXPECT_EQ(left, -1);
@@ -98,7 +98,7 @@ TEST(MIDIPortImpl, ClosingWaitsForAWriteInProgress) {
     port.Open();
     std::atomic<bool> writing{false};
     std::atomic<bool> mayGoOn{false};
-    port.onWrite = [&] {
+    port.device.onWriting = [&] {
         writing = true;
         writing.notify_all();
         mayGoOn.wait(false);
@@ -106,12 +106,12 @@ TEST(MIDIPortImpl, ClosingWaitsForAWriteInProgress) {
     std::thread writer([&] { port.Write(kEvents.data(), 1); });
     writing.wait(false);
     std::thread closer([&] { port.Close(); });
-    EXPECT_EQ(port.closed, 0);
+    EXPECT_EQ(port.device.closeCount, 0);
     mayGoOn = true;
     mayGoOn.notify_all();
     closer.join();
     writer.join();
-    EXPECT_EQ(port.closed, 1);
+    EXPECT_EQ(port.device.closeCount, 1);
     EXPECT_EQ(port.GetWritten().size(), 1U);
 }
 

@@ -4,13 +4,13 @@
 
 #include <string>
 
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::CFakeInPort;
-using LibMidiTest::CFakeOutPort;
+using KivoraTest::CFakeInPort;
+using KivoraTest::CFakeOutPort;
 
 class CFakeSet : public MIDIPortsImpl {
 public:

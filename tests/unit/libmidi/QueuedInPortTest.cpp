@@ -5,13 +5,13 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
+#include "support/FakePorts.h"
 #include "support/VirtualTime.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::BytesOf;
+using KivoraTest::BytesOf;
 
 using Batches = std::vector<std::vector<std::uint32_t>>;
 

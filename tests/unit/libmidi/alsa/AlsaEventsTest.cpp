@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
-#include "unit/libmidi/FakePorts.h"
+#include "support/FakePorts.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::BytesOf;
+using KivoraTest::BytesOf;
 
 using Messages = std::vector<std::uint32_t>;
 

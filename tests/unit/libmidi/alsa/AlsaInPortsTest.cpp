@@ -212,7 +212,7 @@ TEST_F(AlsaInPorts, OfTwoKeyboardsOnlyTheKeysOfTheOneThatIsPulledOutEnd) {
 struct CSourceNumbers : MIDIPortDataListener {
     void OnMIDIData(const MIDIEvent* events, std::int32_t count) override {
         for (std::int32_t index = 0; index < count; ++index) {
-            came.emplace_back(events[index].source, BytesOf(events[index]));
+            came.emplace_back(events[index].source, KivoraTest::BytesOf(events[index]));
         }
     }
     std::vector<std::pair<int, std::uint32_t>> Take() { return std::exchange(came, {}); }

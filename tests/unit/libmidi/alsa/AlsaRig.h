@@ -6,9 +6,9 @@
 
 #include "libmidi/alsa/AlsaClient.h"
 #include "libmidi/MIDIPort.h"
+#include "support/FakePorts.h"
 #include "support/VirtualTime.h"
 #include "unit/libmidi/alsa/FakeAlsaSeq.h"
-#include "unit/libmidi/FakePorts.h"
 
 namespace LibMidiTest {
 
@@ -44,7 +44,7 @@ struct CBatches : LibMidi::MIDIPortDataListener {
     void OnMIDIData(const LibMidi::MIDIEvent* events, std::int32_t count) override {
         std::vector<std::uint32_t> batch;
         for (std::int32_t index = 0; index < count; ++index) {
-            batch.push_back(BytesOf(events[index]));
+            batch.push_back(KivoraTest::BytesOf(events[index]));
         }
         batches.push_back(batch);
     }

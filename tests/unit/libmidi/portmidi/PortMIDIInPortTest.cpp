@@ -8,15 +8,15 @@
 #include "libmidi/portmidi/PortMIDIImpl.h"
 #include "libmidi/portmidi/TickCounter.h"
 #include "support/AllocationCounter.h"
+#include "support/FakePorts.h"
 #include "support/FatalLog.h"
 #include "support/VirtualTime.h"
-#include "unit/libmidi/FakePorts.h"
 #include "unit/libmidi/portmidi/FakePortMidi.h"
 
 namespace {
 
 using namespace LibMidi;
-using LibMidiTest::BytesOf;
+using KivoraTest::BytesOf;
 using LibMidiTest::CFakePortMidi;
 
 using Batches = std::vector<std::vector<std::uint32_t>>;
