@@ -19,7 +19,8 @@ EndRequests::EndRequests() {
 }
 
 bool EndRequests::eventFilter(QObject* watched, QEvent* event) {
-    // From the session manager. One that is not from outside comes when the last window was closed, or tries to close them.
+    // From the session manager. One that is not from outside comes when the last window was closed, or tries to close
+    // them.
     if (event->type() == QEvent::Quit && watched == qApp && event->spontaneous()) {
         End();
         return true;

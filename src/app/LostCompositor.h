@@ -8,11 +8,11 @@ struct wl_display;
 
 namespace Kivora {
 
-/// Qt ends the process by _exit() when the connection to the compositor has failed, on a thread of its own mostly, which
-/// calls nothing of the program; but it prints a warning right before. While this lives, a warning on a connection that
-/// has failed ends the process by exit() on the thread that made this, so that EmergencyEnd acts; the thread that warned
-/// waits for it, some seconds at most. On other displays than Wayland's it does nothing. At most one at a time in a
-/// process; after the application object.
+/// Qt ends the process by _exit() when the connection to the compositor has failed, on a thread of its own mostly,
+/// which calls nothing of the program; but it prints a warning right before. While this lives, a warning on a
+/// connection that has failed ends the process by exit() on the thread that made this, so that EmergencyEnd acts; the
+/// thread that warned waits for it, some seconds at most. On other displays than Wayland's it does nothing. At most one
+/// at a time in a process; after the application object.
 class LostCompositor : public QObject {
     Q_OBJECT
 

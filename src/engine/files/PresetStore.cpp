@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "nk/nk_damaged_file.h"
 #include "engine/files/NameOrder.h"
+#include "nk/nk_damaged_file.h"
 #include "nk/nk_directory.h"
 #include "nk/nk_file_failure.h"
 #include "nk/nk_paths.h"

@@ -36,9 +36,9 @@ public:
     /// After Load(), when it is in force: what is written now is what was loaded.
     void Remember(const Writer& write);
 
-    /// Reads the file anew, writes, and saves. A damaged file is set aside first, see NK::SaveOverDamaged(), and so is a
-    /// damaged one beside it; the new names are added to `setAside`, whatever the result. False when the file could not
-    /// be saved; IsSavedBeside() tells whether what was changed is kept at least.
+    /// Reads the file anew, writes, and saves. A damaged file is set aside first, see NK::SaveOverDamaged(), and so is
+    /// a damaged one beside it; the new names are added to `setAside`, whatever the result. False when the file could
+    /// not be saved; IsSavedBeside() tells whether what was changed is kept at least.
     bool Save(const Writer& write, NK::CStringArray& setAside);
     bool IsSavedBeside() const { return isSavedBeside_; }
     NK::CString GetPathBeside() const { return path_ + L".changes"; }

@@ -26,7 +26,7 @@ struct TFailure {
 
 /// What the program takes of the system.
 struct TFootprint {
-    std::ptrdiff_t memoryKB = 0;  ///< its own, not backed by files
+    std::ptrdiff_t memoryKB = 0;     ///< its own, not backed by files
     std::ptrdiff_t descriptors = 0;  ///< but for those of takes, which stay open until somebody decides about the take
     std::ptrdiff_t threads = 0;
 };

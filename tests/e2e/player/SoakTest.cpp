@@ -100,9 +100,8 @@ TEST(Soak, TakesNoMoreOfTheSystemTheLongerItIsPlayed) {
                                            << " actions: " << session.GetFailure()->text;
         rounds.push_back(session.GetFootprint());
         const TFootprint& now = rounds.back();
-        std::cout << "round " << rounds.size() << ": " << now.memoryKB << " kB, " << now.descriptors
-                  << " descriptors, " << now.threads << " threads, " << session.GetWrittenCount() << " messages"
-                  << std::endl;
+        std::cout << "round " << rounds.size() << ": " << now.memoryKB << " kB, " << now.descriptors << " descriptors, "
+                  << now.threads << " threads, " << session.GetWrittenCount() << " messages" << std::endl;
     }
     const std::chrono::duration<double, std::ratio<3600>> took = steady_clock::now() - start;
     session.Carry({{EAct::kEnd, {1}}});
@@ -110,11 +109,13 @@ TEST(Soak, TakesNoMoreOfTheSystemTheLongerItIsPlayed) {
 
     const auto growth = [&](std::ptrdiff_t TFootprint::*member) {
         const std::size_t third = rounds.size() / 3;
-        return MedianOf(rounds, rounds.size() - third, rounds.size(), member) - MedianOf(rounds, third, 2 * third, member);
+        return MedianOf(rounds, rounds.size() - third, rounds.size(), member) -
+               MedianOf(rounds, third, 2 * third, member);
     };
     EXPECT_EQ(growth(&TFootprint::threads), 0);
     EXPECT_LE(growth(&TFootprint::descriptors), 1) << "one more file may be open at a time";
-    EXPECT_LE(growth(&TFootprint::memoryKB), kSettlingKB + static_cast<std::ptrdiff_t>(kGrowthKBAnHour * took.count() / 3));
+    EXPECT_LE(growth(&TFootprint::memoryKB),
+              kSettlingKB + static_cast<std::ptrdiff_t>(kGrowthKBAnHour * took.count() / 3));
 }
 
 }  // namespace
