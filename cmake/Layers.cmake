@@ -32,7 +32,7 @@ set(KIVORA_LAYER_libmidi_portmidi libmidi midi nk)
 set(KIVORA_LAYER_libmidi_synth libmidi midi nk)
 set(KIVORA_LAYER_engine_values piano libmidi midi nk/qt nk)
 set(KIVORA_LAYER_engine_files engine/values nk/qt nk)
-set(KIVORA_LAYER_engine_takes engine/files libmidi midi nk)
+set(KIVORA_LAYER_engine_takes libmidi midi nk)
 set(KIVORA_LAYER_engine
     engine/values engine/files engine/takes midi/arpeggiator piano midi/reader libmidi midi nk/qt nk)
 set(KIVORA_LAYER_render engine midi/reader libmidi/synth libmidi midi nk)
@@ -87,6 +87,7 @@ set(KIVORA_HEADERS_libmidi_synth fluidsynth.h)
 set(KIVORA_HEADERS_ui_parts "qpa/[a-z]+.h")
 set(KIVORA_HEADERS_ui_dialogs "ui_[A-Za-z]+.h")
 set(KIVORA_HEADERS_ui "ui_[A-Za-z]+.h" "qpa/[a-z]+.h")
+set(KIVORA_HEADERS_app "qpa/[a-z]+.h")
 
 set(KIVORA_VOCABULARY
     midi/TMIDIMessage.h midi/MIDIChannels.h midi/MIDIControllers.h
