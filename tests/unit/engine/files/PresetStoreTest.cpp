@@ -70,6 +70,7 @@ private:
 
 class PresetStoreTest : public testing::Test {
 protected:
+    PresetStoreTest() { std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0755)); }  // for who is nobody
     static NK::CString ToPath(const std::filesystem::path& path) { return NK::CString::FromUtf8(path.native()); }
     std::vector<std::string> List(bool ofFactory = false) {
         NK::CStringArray names;
