@@ -70,7 +70,8 @@ private:
 
 class PresetStoreTest : public testing::Test {
 protected:
-    PresetStoreTest() { std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0755)); }  // for who is nobody
+    // For who is nobody.
+    PresetStoreTest() { std::filesystem::permissions(folder.GetPath(), std::filesystem::perms(0755)); }
     static NK::CString ToPath(const std::filesystem::path& path) { return NK::CString::FromUtf8(path.native()); }
     std::vector<std::string> List(bool ofFactory = false) {
         NK::CStringArray names;
