@@ -262,6 +262,7 @@ TEST_F(PanelMenu, ALanguageThatCannotBeSavedIsTold) {
     std::filesystem::create_directories(file / "full");
     ModalAnswers answers;
     answers.Refuse();
+    panel->notices().Begin();
     Choose("Russian");
     Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(Kivora::GetCurrentLocale(), "ru_RU");
