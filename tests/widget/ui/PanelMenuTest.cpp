@@ -2,6 +2,7 @@
 #include "widget/ui/PanelRig.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <QActionGroup>
 #include <QMenu>
@@ -257,9 +258,9 @@ TEST_F(PanelMenu, TheLanguageIsChangedAndTheMenuWithIt) {
 }
 
 TEST_F(PanelMenu, ALanguageThatCannotBeSavedIsTold) {
+    setenv("XDG_DATA_HOME", rig.folder.GetPath().c_str(), 1);
     // A folder stands where the file belongs.
-    const std::filesystem::path file = rig.folder / "Brennholt" / "Kivora" / "Locale.ini";
-    std::filesystem::create_directories(file / "full");
+    std::filesystem::create_directories(rig.folder / "Brennholt" / "Kivora" / "Locale.ini" / "full");
     ModalAnswers answers;
     answers.Refuse();
     panel->notices().Begin();
@@ -267,6 +268,7 @@ TEST_F(PanelMenu, ALanguageThatCannotBeSavedIsTold) {
     Wait([&] { return answers.AllGiven(); });
     EXPECT_EQ(Kivora::GetCurrentLocale(), "ru_RU");
     EXPECT_EQ(answers.seen, std::vector<std::string>{"Предупреждение: Не удалось сохранить настройки."});
+    unsetenv("XDG_DATA_HOME");
 }
 
 TEST_F(PanelMenu, AShortcutWorksAfterAChangeOfTheLanguage) {
