@@ -33,7 +33,7 @@ export KIVORA_TEST_PACKAGES=(
 )
 
 # The further checks of .ci/run, on top of what testing needs.
-export KIVORA_CHECK_PACKAGES=(clang clang-format clang-tidy libclang-rt-14-dev shellcheck)
+export KIVORA_CHECK_PACKAGES=(clang clang-format clang-tidy libclang-rt-14-dev llvm shellcheck)
 
 # Making the Debian package, on top of what building needs.
 export KIVORA_PACKAGING_PACKAGES=(debhelper dpkg-dev fakeroot lintian)

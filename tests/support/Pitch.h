@@ -50,8 +50,8 @@ inline double EstimatePitch(const std::vector<float>& samples, std::size_t begin
         double product = 0.0;
         double energy = 1e-12;
         for (std::size_t index = begin; index + lag < begin + length; ++index) {
-            const double a = samples[index];
-            const double b = samples[index + lag];
+            const auto a = static_cast<double>(samples[index]);
+            const auto b = static_cast<double>(samples[index + lag]);
             product += a * b;
             energy += a * a + b * b;
         }

@@ -28,7 +28,7 @@ public:
     std::size_t extra = 0;
 
 protected:
-    std::size_t GetQueueSize() const override { return QueuedInPort::GetQueueSize() + extra; }
+    std::size_t GetQueueSize() const NK_REQUIRES(queueLock_) override { return QueuedInPort::GetQueueSize() + extra; }
 
 private:
     bool OpenDevice() override { return true; }

@@ -235,7 +235,7 @@ public:
     std::size_t extra = 0;
 
 protected:
-    std::size_t GetQueueSize() const override { return PortMIDIInPort::GetQueueSize() + extra; }
+    std::size_t GetQueueSize() const NK_REQUIRES(queueLock_) override { return PortMIDIInPort::GetQueueSize() + extra; }
 };
 
 TEST_F(PortMIDIInPortTest, AQueueAboveAHundredMillionEventsIsLeftAloneForAWhile) {
