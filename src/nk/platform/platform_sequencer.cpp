@@ -37,10 +37,9 @@ bool ReadPort(std::string_view line, SequencerPort& port) {
         return false;
     }
     port.name = line.substr(begin + 1, end - begin - 1);
-    const std::string_view rights = line.substr(end);
-    port.sends = rights.find("(R") != std::string_view::npos;
-    const std::size_t bracket = rights.find('(');
-    port.receives = bracket != std::string_view::npos && rights.substr(bracket + 2).starts_with('W');
+    const std::string_view rights = line.substr(std::min(line.find('(', end), line.size()));
+    port.sends = rights.starts_with("(R");
+    port.receives = rights.size() > 2 && rights[2] == 'W';
     return true;
 }
 

@@ -67,6 +67,9 @@ TEST(SequencerListing, WhatIsNoListingHasNoPorts) {
     ASSERT_EQ(cut.size(), 1U);
     EXPECT_FALSE(cut[0].sends || cut[0].receives);
     EXPECT_TRUE(cut[0].listeners.empty());
+    const auto cutInItsRights = ParseSequencerPorts("Client 1 : \"?\"\n  Port 0 : \"a\"(");
+    ASSERT_EQ(cutInItsRights.size(), 1U);
+    EXPECT_FALSE(cutInItsRights[0].sends || cutInItsRights[0].receives);
 }
 
 TEST(SequencerAccess, IsWhatTheSystemLetsOneDo) {
