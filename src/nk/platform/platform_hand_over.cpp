@@ -159,14 +159,20 @@ std::optional<std::string> CHandOverListener::Take() {
         return std::nullopt;
     }
     message.resize(static_cast<std::size_t>(size));
+    const bool isWhole = (parcel.header.msg_flags & MSG_TRUNC) == 0;
     const cmsghdr* const control = CMSG_FIRSTHDR(&parcel.header);
     if (control != nullptr && control->cmsg_level == SOL_SOCKET && control->cmsg_type == SCM_RIGHTS) {
-        int enclosed = -1;
-        std::memcpy(&enclosed, CMSG_DATA(control), sizeof enclosed);
-        const Descriptor sender(enclosed);
-        static_cast<void>(send(sender.Get(), "+", 1, MSG_NOSIGNAL | MSG_DONTWAIT));
+        // The room for one holds two, by its alignment. What lay beyond it the system has closed.
+        for (std::size_t end = CMSG_LEN(sizeof(int)); end <= control->cmsg_len; end += sizeof(int)) {
+            int enclosed = -1;
+            std::memcpy(&enclosed, CMSG_DATA(control) + (end - CMSG_LEN(sizeof enclosed)), sizeof enclosed);
+            const Descriptor sender(enclosed);
+            if (isWhole) {
+                static_cast<void>(send(sender.Get(), "+", 1, MSG_NOSIGNAL | MSG_DONTWAIT));
+            }
+        }
     }
-    return message;
+    return isWhole ? std::optional(std::move(message)) : std::nullopt;
 }
 
 }  // namespace NK

@@ -3,12 +3,16 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "nk/nk_paths.h"
@@ -158,6 +162,72 @@ TEST_F(HandingOver, WhatAKilledProgramLeftIsTakenOver) {
     ASSERT_TRUE(listener);
     std::string taken;
     EXPECT_TRUE(HandAndTake(*listener, "anew", taken));
+}
+
+// What is sent by hand, as no program of this version sends it.
+class HandingOverByHand : public HandingOver {
+protected:
+    void SetUp() override {
+        listener = CHandOverListener::Listen(Place());
+        ASSERT_TRUE(listener);
+        const std::string place = Place().ToUtf8();
+        address.sun_family = AF_UNIX;
+        ASSERT_LT(place.size(), sizeof address.sun_path);
+        std::memcpy(address.sun_path, place.data(), place.size());
+        ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends), 0);
+    }
+    void TearDown() override {
+        close(ends[0]);
+        close(sender);
+    }
+
+    /// With that many copies of ends[1], which is closed here.
+    void Send(std::string message, std::size_t copies) {
+        iovec part{message.data(), message.size()};
+        alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof ends)> control{};
+        msghdr header{};
+        header.msg_name = &address;
+        header.msg_namelen = sizeof address;
+        header.msg_iov = &part;
+        header.msg_iovlen = 1;
+        header.msg_control = control.data();
+        header.msg_controllen = CMSG_SPACE(sizeof(int) * copies);
+        cmsghdr* const enclosed = CMSG_FIRSTHDR(&header);
+        enclosed->cmsg_level = SOL_SOCKET;
+        enclosed->cmsg_type = SCM_RIGHTS;
+        enclosed->cmsg_len = CMSG_LEN(sizeof(int) * copies);
+        const int files[2] = {ends[1], ends[1]};
+        std::memcpy(CMSG_DATA(enclosed), files, sizeof(int) * copies);
+        EXPECT_EQ(sendmsg(sender, &header, 0), static_cast<ssize_t>(message.size()));
+        close(ends[1]);
+    }
+    /// Whether nobody has the other end any more.
+    bool IsClosed() const {
+        char byte = 0;
+        return read(ends[0], &byte, 1) == 0;
+    }
+
+    std::unique_ptr<CHandOverListener> listener;
+    int ends[2] = {-1, -1};
+
+private:
+    sockaddr_un address{};
+    const int sender = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+};
+
+TEST_F(HandingOverByHand, NothingThatLiesInAMessageStaysOpen) {
+    Send("x", 2);
+    EXPECT_EQ(listener->Take(), "x");
+    char answer = 0;
+    EXPECT_EQ(read(ends[0], &answer, 1), 1);
+    EXPECT_EQ(read(ends[0], &answer, 1), 1) << "each is answered";
+    EXPECT_TRUE(IsClosed());
+}
+
+TEST_F(HandingOverByHand, AMessageThatIsTooLongIsNotTakenCutShort) {
+    Send(std::string(kMaxHandOverBytes + 1, 'm'), 1);
+    EXPECT_EQ(listener->Take(), std::nullopt);
+    EXPECT_TRUE(IsClosed()) << "and nobody is told that it was taken";
 }
 
 TEST_F(HandingOver, MeetsInTheRuntimeFolder) {
