@@ -36,8 +36,8 @@ public:
 
     /// Readable while a message waits, for an event loop to wait for; not to be read or closed.
     int GetDescriptor() const noexcept { return descriptor_; }
-    /// The next message, whose sender is told that it was taken; nothing when none waits, or it is longer than a message
-    /// may be. Never waits.
+    /// The next message, whose sender is told that it was taken; nothing when none waits, or it is longer than a
+    /// message may be. Never waits.
     std::optional<std::string> Take();
 
 private:

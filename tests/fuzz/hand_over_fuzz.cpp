@@ -1,5 +1,5 @@
-// Any bytes, with any number of open files beside them, as what a program hands over to the one that runs: it comes out as it
-// went in or not at all, whoever waits is answered, and no file stays open.
+// Any bytes, with any number of open files beside them, as what a program hands over to the one that runs: it comes out
+// as it went in or not at all, whoever waits is answered, and no file stays open.
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
