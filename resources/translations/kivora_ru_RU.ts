@@ -1610,6 +1610,10 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <translation>Файл настроек сейчас не читается. Действуют настройки по умолчанию. Файл оставлен как есть; то, что вы измените, хранится рядом с ним и вступит в силу, когда файл удастся прочитать.</translation>
     </message>
     <message>
+        <source>A file cannot be read. Press here for more.</source>
+        <translation>Файл не читается. Нажмите здесь, чтобы узнать больше.</translation>
+    </message>
+    <message>
         <source>A recording is not safe on the disk. Press here to save it.</source>
         <translation>Запись на диске не сохранена. Нажмите здесь, чтобы сохранить её.</translation>
     </message>

@@ -169,19 +169,16 @@ bool MainWindow::SaveSettings() {
 }
 
 void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failure) {
-    const auto tell = [this](const QString& text, const QString& details) {
-        panel_->notices().Tell(QMessageBox::Warning, tr("Warning"), text, details);
-    };
     if (state == LocaleFileState::kDamaged) {
-        tell(tr("The file that remembers the language is damaged. The system's language is in force. The file was kept "
-                "under another name."),
-             NK::ToQt(GetLocaleFilePath()) + ".bad");
-    } else if (state == LocaleFileState::kUnreadable) {
-        tell(
-            tr("The file that remembers the language cannot be read at present. The system's language is in force, and "
-               "the file is left as it is."),
-            failure);
+        panel_->notices().Tell(QMessageBox::Warning, tr("Warning"),
+                               tr("The file that remembers the language is damaged. The system's language is in force. "
+                                  "The file was kept under another name."),
+                               NK::ToQt(GetLocaleFilePath()) + ".bad");
     }
+    panel_->tellUnreadable(
+        "language", state == LocaleFileState::kUnreadable ? failure : QString(),
+        tr("The file that remembers the language cannot be read at present. The system's language is "
+           "in force, and the file is left as it is."));
 }
 
 void MainWindow::OpenFile(const QString& path) {

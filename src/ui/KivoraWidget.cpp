@@ -137,27 +137,8 @@ void KivoraWidget::loadSettings() {
     connect(takes_, &Kivora::TakeJournal::JournalFailed, this, &KivoraWidget::takeNotKept, Qt::QueuedConnection);
 }
 
-void KivoraWidget::tellAboutSettings() {
-    using State = Kivora::SettingsFile::State;
-    const Kivora::SettingsFile& file = engine_->GetSettingsFile();
-    if (file.GetState() == State::kDamaged) {
-        notices_.Tell(QMessageBox::Warning, tr("Warning"),
-                      tr("The settings file is damaged. The default settings are in force; the file will be kept under "
-                         "another name."));
-    } else if (file.GetState() == State::kUnreadable) {
-        notices_.Tell(QMessageBox::Warning, tr("Warning"),
-                      tr("The settings file cannot be read at present. The default settings are in force. The file is "
-                         "left as it is; what you change is kept beside it and taken over when it can be read."),
-                      FailureTexts::OfFile(file.GetFailure()));
-    }
-}
-
 void KivoraWidget::takeNotKept() {
     updateTakeNotice();
-}
-
-void KivoraWidget::fileSetAside(const QString& path) {
-    notices_.Tell(QMessageBox::Warning, tr("Warning"), tr("A damaged file was kept under another name:") + "\n" + path);
 }
 
 void KivoraWidget::resetClicked() {

@@ -116,6 +116,9 @@ public:
     PlayerWindow& player();
     /// What the user is told in boxes, from when the window is shown.
     Notices& notices() { return notices_; }
+    /// Of a file that cannot be read, `why` and what it means; none with an empty `why`. A box tells it when it begins,
+    /// the display's line at each start from then on, where a press brings the box. `name` tells the files apart.
+    void tellUnreadable(const QString& name, const QString& why, const QString& text);
 
 public slots:
     void loadLanguageFiles();
@@ -319,7 +322,7 @@ private:
 
     void connectEngine();
     void loadSettings();
-    void tellAboutSettings();
+    void tellAboutSettings();  // KivoraWidget_files.cpp
     WallpaperCache wallpaperCache() const;
     /// The path of which the user was told last that its picture cannot be shown; empty for none.
     KeptText wallpaperTold() const;
@@ -361,7 +364,8 @@ private:
     std::set<int> takesForLater_;
     bool shownBefore_ = false;
     Notices notices_{this};
-    BYTE lastVelocity_ = 0;  ///< 0: none yet
+    std::vector<std::function<void()>> unreadable_;  ///< each tells in a box what the display's line stands for
+    BYTE lastVelocity_ = 0;                          ///< 0: none yet
     bool sustainShown_ = false;
     LeftView leftView_ = LeftView::kMetronome;
     RightView rightView_ = RightView::kArpeggiator;

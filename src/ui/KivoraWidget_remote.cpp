@@ -14,22 +14,19 @@ void KivoraWidget::createRemote() {
     using Kivora::EPanelFunction;
     NK::ForgetFileFailure();
     remote_ = new MidiRemote(*controls_, *this);
-    const auto tell = [this](const QString& text, const QString& details) {
-        notices_.Tell(QMessageBox::Warning, tr("Warning"), text, details);
-    };
+    const auto tell = [this](const QString& text) { notices_.Tell(QMessageBox::Warning, tr("Warning"), text); };
     using State = Kivora::StoredBindings::State;
     if (remote_->state() == State::kPartly || remote_->state() == State::kDamaged) {
-        tell(tr("The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file "
-                "will be kept under another name."),
-             {});
+        tell(
+            tr("The file of what is bound on MIDI keyboards is damaged. What is whole in it is in force; the file "
+               "will be kept under another name."));
     } else if (remote_->state() == State::kNewer) {
-        tell(tr("Some of what is bound on MIDI keyboards means nothing to this version. It stays in its file, and "
-                "the rest is in force."),
-             {});
-    } else if (remote_->state() == State::kUnreadable) {
-        tell(tr("The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound."),
-             FailureTexts::OfLastFile());
+        tell(
+            tr("Some of what is bound on MIDI keyboards means nothing to this version. It stays in its file, and "
+               "the rest is in force."));
     }
+    tellUnreadable("bindings", remote_->state() == State::kUnreadable ? FailureTexts::OfLastFile() : QString(),
+                   tr("The file of what is bound on MIDI keyboards cannot be read at present. Nothing is bound."));
     connect(remote_, &MidiRemote::damagedFileKept, this, &KivoraWidget::fileSetAside);
     connect(remote_, &MidiRemote::presetStepped, this, [this](bool loaded) {
         NoticeLine& line = *display_->notice();

@@ -170,6 +170,44 @@ TEST_F(PanelStart, SettingsThatCannotBeReadAreToldWithThePathAndTheReasonOnceThe
     EXPECT_EQ(answers.details, Seen{(rig.folder / "user/Kivora.ini").native() + "\nInput/output error"});
 }
 
+TEST_F(PanelStart, SettingsThatStayUnreadableAreToldInABoxOnceAndInTheLineFromThenOn) {
+    std::filesystem::create_directories(rig.folder / "user");
+    const auto file = rig.folder / "user/Kivora.ini";
+    const auto restart = [this] {
+        CloseWindow();
+        controls->Close();
+        controls.reset();
+        rig.engine.reset();
+        Start();
+    };
+    const auto answerBox = [this] {
+        const std::string text = WaitForBox().text().toStdString();
+        QTest::mouseClick(WaitForBox().button(QMessageBox::Ok), Qt::LeftButton);
+        return text;
+    };
+    std::filesystem::create_symlink("/proc/self/mem", file);
+    Start();
+    const std::string told = answerBox();
+    EXPECT_EQ(Notice(), "");
+
+    restart();
+    EXPECT_EQ(FindUnaskedBox(), nullptr);
+    EXPECT_EQ(Notice(), "A file cannot be read. Press here for more.");
+    QTest::mouseClick(&Find<QLabel>("display-notice"), Qt::LeftButton);
+    EXPECT_EQ(Notice(), "");
+    EXPECT_EQ(answerBox(), told);
+
+    std::filesystem::remove(file);
+    restart();
+    EXPECT_EQ(FindUnaskedBox(), nullptr);
+    EXPECT_EQ(Notice(), "");
+
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink("/proc/self/mem", file);
+    restart();
+    EXPECT_EQ(answerBox(), told) << "it could be read in between";
+}
+
 TEST_F(PanelStart, NoBoxComesBeforeThePanel) {
     rig.GetDevice(kSynth).failsToOpen = true;
     DamageSettings();
