@@ -64,7 +64,6 @@ private:
     CActions actions_;
     std::vector<int> keys_;
     std::vector<std::pair<int, int>> midiKeys_;  ///< channel and note
-    std::size_t count_ = 0;
 };
 
 /// How many of them are a player's, neither waits nor looks.
