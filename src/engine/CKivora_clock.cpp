@@ -156,12 +156,8 @@ void CKivora::OnTimer(std::uint32_t) {
         extras_->click.Play(clock_.Get(), GetClickQueue());
         if (!IsReady()) {
             extras_->song.Pause();  // nobody takes from the queue
-        } else if (extras_->song.Tick(dependencies_.wallClockMs())) {
-            SendPatches();
-            SendVolumes();
-            if (extras_->onSongEnd) {
-                extras_->onSongEnd();
-            }
+        } else {
+            extras_->song.Tick(dependencies_.wallClockMs());
         }
     }
     if (lost) {

@@ -14,8 +14,8 @@ TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, 
 }
 
 void CKivora::Send(TMIDIMessage message) {
-    if (extras_->song.FollowPlayer(message)) {
-        sink_->SendMessage(message, 0);
+    if (const std::optional<TMIDIMessage> sent = extras_->song.FollowPlayer(message)) {
+        sink_->SendMessage(*sent, 0);
     }
 }
 

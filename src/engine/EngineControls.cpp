@@ -23,16 +23,12 @@ EngineControls::EngineControls(CKivora& engine) : engine_(engine) {
             pedal_ = 0;
         }
     });
-    engine_.WithExtras([this](EngineExtras& extras) { extras.onSongEnd = [this] { RestoreAfterSong(); }; });
     engine_.KeepOrder();
 }
 
 EngineControls::~EngineControls() {
     // Under the lock, with which every message is emitted: none is being told to this object.
-    engine_.WithLock([this] {
-        QObject::disconnect(connection_);
-        engine_.WithExtras([](EngineExtras& extras) { extras.onSongEnd = nullptr; });
-    });
+    engine_.WithLock([this] { QObject::disconnect(connection_); });
 }
 
 void EngineControls::Silence() {
@@ -113,41 +109,13 @@ int EngineControls::GetBendRange() const {
     return engine_.WithExtras([](const EngineExtras& extras) { return extras.bendRange.Get(); });
 }
 
-void EngineControls::EndSong(const std::function<void(SongPlayback&)>& end) {
-    engine_.WithLock([&] {
-        const bool played = engine_.WithExtras([&end](EngineExtras& extras) {
-            const bool plays = extras.song.NeedsTick();
-            end(extras.song);
-            return plays;
-        });
-        if (played) {
-            engine_.SendPatches();
-            engine_.SendVolumes();
-            RestoreAfterSong();
-        }
-    });
-}
-
-void EngineControls::RestoreAfterSong() {
-    const TMIDIMessage sostenuto = PanelWheels::ToMessage(EWheel::kSostenuto, wheels_.Get(EWheel::kSostenuto));
-    Held held = GetHeld();
-    held.wheels.Follow(PanelWheels::ToMessage(EWheel::kSostenuto, 0));
-    Restore(held);
-    for (int slot = 0; sostenuto.data2 != 0 && slot < CKivora::kSlotCount; ++slot) {
-        const bool isMoved = engine_.WithExtras(
-            [&](const EngineExtras& extras) { return extras.song.HasMovedSostenuto(engine_.VoiceChannel(slot)); });
-        if (isMoved) {
-            engine_.SendControl(slot, sostenuto);
-        }
-    }
-}
-
 void EngineControls::PauseSong() {
-    EndSong([](SongPlayback& song) { song.Pause(); });
+    // The hold of the engine, at whose end the tick may rest.
+    engine_.WithLock([this] { engine_.WithExtras([](EngineExtras& extras) { extras.song.Pause(); }); });
 }
 
 void EngineControls::StopSong() {
-    EndSong([](SongPlayback& song) { song.Stop(); });
+    engine_.WithLock([this] { engine_.WithExtras([](EngineExtras& extras) { extras.song.Stop(); }); });
 }
 
 void EngineControls::AllNotesOff() {

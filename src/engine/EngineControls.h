@@ -64,8 +64,8 @@ public:
     int GetBendRange() const;
     /// Ends every note; pedals and wheels stay as they are.
     void AllNotesOff();
-    /// Pauses or stops what is played back, if anything is; the panel's voices are as they were before, and so is a
-    /// pedal that is not at rest. SongPlayer has the rest of what is done with a song.
+    /// Pauses or stops what is played back, if anything is; what it has set is as the player had it. SongPlayer has the
+    /// rest of what is done with a song.
     void PauseSong();
     void StopSong();
     /// Stops what is played back, ends every note, lifts the pedal for good and resets the synthesizer, which takes
@@ -211,10 +211,6 @@ private:
     /// Whoever holds the pedal holds it in vain from now on.
     void ForgetPedal();
     void Restore(const Held& held);
-    /// Notes sound on when a song ends: the sostenuto pedal, sent again, would catch keys that it was not meant for. It
-    /// is where the song has moved it.
-    void RestoreAfterSong();
-    void EndSong(const std::function<void(SongPlayback& song)>& end);
     void StepTempo(int by) { ChangeTempo(engine_.GetTempo() + by); }
     void ChangeTempo(int tempo);  ///< beats a minute
     bool IsArpeggioPlaying();

@@ -1,7 +1,6 @@
-// What the instrument offers beyond playing by its rules.
+// What the instrument offers beyond playing by its rules. [owner]
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "engine/BoundControls.h"
@@ -38,8 +37,6 @@ struct EngineExtras {
     void KeepPlayed(bool on);
 
     SongPlayback song;  ///< what is played back; its commands stand in EngineControls and SongPlayer
-    /// Called when it has ended by itself, with the engine's lock held, to send again what the player holds. [tick]
-    std::function<void()> onSongEnd;
 
     /// Of the recording that runs, or ran last; never null, and each has its own.
     std::shared_ptr<RunningGrid> grid = std::make_shared<RunningGrid>();

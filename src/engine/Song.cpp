@@ -48,6 +48,7 @@ void Song::Begin(std::int64_t lengthUs) {
         }
         const TMIDIMessage message = events_[i].message;
         state.Follow(message);
+        parameters_.Follow(message, i);
         if (!ResetsControllers(message)) {  // what was set before stays set here
             ever.Follow(message);
         }
@@ -70,6 +71,14 @@ void Song::VisitState(std::size_t event, const Visit& visit) const {
     }
     state.TakeUnsetFrom(rest_);
     state.VisitAll(visit);
+    parameters_.VisitState(event, visit);
+}
+
+void Song::VisitRest(const LibMidi::ChannelState& others, const Visit& visit) const {
+    LibMidi::ChannelState rest = rest_;
+    rest.ReplaceSetFrom(others);
+    parameters_.VisitRest(visit);
+    rest.VisitAll(visit);
 }
 
 }  // namespace Kivora

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/SongParameters.h"
 #include "libmidi/CaptureStore.h"
 #include "libmidi/ChannelState.h"
 #include "midi/reader/SMFContent.h"
@@ -35,8 +36,9 @@ public:
     /// finds it, apart from notes: whatever the song sets anywhere has the value that was set last before the event, or
     /// the one that devices have after a reset. What the song never sets is not visited.
     void VisitState(std::size_t event, const Visit& visit) const;
-    /// The same for a device that is to play something else: nothing that the song has set is left.
-    void VisitRest(const Visit& visit) const { rest_.VisitAll(visit); }
+    /// The same for a device that is to play something else: what the song sets anywhere has the value of `others`, and
+    /// where they have set none the one that devices have after a reset.
+    void VisitRest(const LibMidi::ChannelState& others, const Visit& visit) const;
 
 private:
     void Begin(std::int64_t lengthUs);
@@ -47,6 +49,7 @@ private:
     std::vector<LibMidi::ChannelState> states_;  ///< before each kEventsPerState-th event
     std::int64_t lengthUs_ = 0;
     LibMidi::ChannelState rest_;  ///< of everything that is set anywhere, after a reset
+    SongParameters parameters_;
 };
 
 }  // namespace Kivora

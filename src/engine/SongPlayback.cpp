@@ -26,6 +26,10 @@ bool EndsNote(TMIDIMessage message) {
     return message.status == TMIDIMessage::kNoteOff || (message.status == TMIDIMessage::kNoteOn && message.data2 == 0);
 }
 
+bool ResetsControllers(TMIDIMessage message) {
+    return message.status == TMIDIMessage::kControlChange && message.data1 == Controller::kResetControllers;
+}
+
 bool EndsAllNotes(TMIDIMessage message) {
     return message.status == TMIDIMessage::kSystemReset ||
            (message.status == TMIDIMessage::kControlChange &&
@@ -36,7 +40,7 @@ bool EndsAllNotes(TMIDIMessage message) {
 
 void SongPlayback::SetQueue(std::shared_ptr<LibMidi::MIDIPlayerQueue> queue) {
     Pause();
-    player_ = {};
+    ForgetPlayer();
     queue_ = std::move(queue);
 }
 
@@ -58,7 +62,6 @@ bool SongPlayback::Play() {
         }
         state_ = State::kPlaying;
         stateDue_ = true;
-        movedSostenuto_.reset();
         lastMs_.reset();
     }
     return true;
@@ -68,20 +71,35 @@ void SongPlayback::Pause() {
     if (state_ == State::kPlaying) {
         state_ = State::kPaused;
         End();
-        song_->VisitRest([this](TMIDIMessage message) { Set(message); });
+        SetBack(*song_);
     }
 }
 
-bool SongPlayback::FollowPlayer(TMIDIMessage message) {
+std::optional<TMIDIMessage> SongPlayback::FollowPlayer(TMIDIMessage message) {
     player_.Follow(message);
+    set_.Follow(message);
     if (EndsAllNotes(message)) {
         open_.Follow(message);
     }
-    return !EndsNote(message) || !open_.IsNoteOpen(message.data1, message.channel - 1);
+    if (ResetsControllers(message)) {
+        pedals_.Lift(message.channel);
+    } else if (message.status == TMIDIMessage::kSystemReset) {
+        pedals_ = {};
+    } else if (SharedPedals::IsPedal(message)) {
+        return pedals_.MoveByPlayer(message);
+    }
+    const bool isSongs = EndsNote(message) && open_.IsNoteOpen(message.data1, message.channel - 1);
+    return isSongs ? std::nullopt : std::optional(message);
+}
+
+void SongPlayback::ForgetPlayer() {
+    player_ = {};
+    set_ = {};
+    pedals_.ForgetPlayer();
 }
 
 void SongPlayback::Lose() {
-    player_ = {};  // nothing of it sounds
+    ForgetPlayer();  // nothing of it sounds
     if (state_ == State::kPlaying) {
         lost_ = song_;
         Pause();
@@ -89,9 +107,9 @@ void SongPlayback::Lose() {
 }
 
 void SongPlayback::Rest() {
-    player_ = {};
+    ForgetPlayer();
     if (const std::shared_ptr<const Song> lost = std::exchange(lost_, nullptr)) {
-        lost->VisitRest([this](TMIDIMessage message) { Set(message); });
+        SetBack(*lost);
     }
 }
 
@@ -134,9 +152,9 @@ void SongPlayback::GoTo(std::int64_t positionUs) {
     next_ = song_ ? song_->FindEvent(positionUs) : 0;
 }
 
-bool SongPlayback::Tick(std::int64_t nowMs) {
+void SongPlayback::Tick(std::int64_t nowMs) {
     if (state_ != State::kPlaying) {
-        return false;
+        return;
     }
     const std::int64_t passedMs = nowMs - std::exchange(lastMs_, nowMs).value_or(nowMs);
     if (std::exchange(stateDue_, false)) {
@@ -148,7 +166,7 @@ bool SongPlayback::Tick(std::int64_t nowMs) {
     }
     if (loop_ && positionUs_ < loop_->endUs && target >= loop_->endUs) {
         if (!PlayBefore(loop_->endUs)) {
-            return false;
+            return;
         }
         End();
         target = loop_->beginUs + (target - loop_->endUs) % (loop_->endUs - loop_->beginUs);
@@ -156,24 +174,30 @@ bool SongPlayback::Tick(std::int64_t nowMs) {
         SendState();
     }
     if (!PlayBefore(target + 1)) {
-        return false;
+        return;
     }
     positionUs_ = target;
-    if (positionUs_ < song_->GetLengthUs()) {
-        return false;
+    if (positionUs_ >= song_->GetLengthUs()) {
+        Stop();
     }
-    Stop();
-    return true;
 }
 
 void SongPlayback::SendState() {
-    song_->VisitState(next_, [this](TMIDIMessage message) { Set(message); });
+    song_->VisitState(next_, [this](TMIDIMessage message) {
+        if (!SharedPedals::IsPedal(message)) {
+            Send(message);
+        } else if (message.data2 != 0 || pedals_.IsHeldBySong(message)) {  // else it is not the song's to lift
+            MovePedal(message);
+        }
+    });
 }
 
-void SongPlayback::Set(TMIDIMessage message) {
-    if (!open_.LiftsNothing(message)) {
-        Send(message);
-    }
+void SongPlayback::SetBack(const Song& song) {
+    song.VisitRest(set_, [this](TMIDIMessage message) {
+        if (!SharedPedals::IsPedal(message)) {  // these are lifted where they are held
+            Send(message);
+        }
+    });
 }
 
 bool SongPlayback::PlayBefore(std::int64_t timeUs) {
@@ -201,7 +225,13 @@ void SongPlayback::PlayEvent(TMIDIMessage message) {
             }
             return;
         case TMIDIMessage::kControlChange:
-            if (message.data1 >= Controller::kFirstMode && message.data1 != Controller::kResetControllers) {
+            if (SharedPedals::IsPedal(message)) {
+                return MovePedal(message);
+            }
+            if (message.data1 == Controller::kResetControllers) {
+                return ResetControllers(message);
+            }
+            if (message.data1 >= Controller::kFirstMode) {
                 return message.data1 != Controller::kLocalControl ? EndNotes(message.channel) : void();
             }
             return Send(message);
@@ -254,8 +284,30 @@ void SongPlayback::End() {
     for (std::uint8_t channel = 1; channel <= kChannels; ++channel) {
         EndNotes(channel);
     }
-    const LibMidi::OpenSounds open = std::exchange(open_, {});
-    open.VisitEnds([this](TMIDIMessage message) { Send(message); });  // pedals
+    open_ = {};
+    for (std::uint8_t channel = 1; channel <= kChannels; ++channel) {
+        pedals_.VisitLifted(channel, [this](TMIDIMessage message) { MovePedal(message); });
+    }
+}
+
+void SongPlayback::MovePedal(TMIDIMessage message) {
+    if (const std::optional<TMIDIMessage> moved = pedals_.MoveBySong(message)) {
+        Send(*moved);
+    }
+}
+
+void SongPlayback::ResetControllers(TMIDIMessage message) {
+    if (pedals_.IsAnyHeldByPlayer(message.channel)) {
+        pedals_.VisitLifted(message.channel, [this](TMIDIMessage lifted) { MovePedal(lifted); });
+        LibMidi::ChannelState::VisitControllersAtRest(message.channel, [this](TMIDIMessage resting) {
+            if (!SharedPedals::IsPedal(resting)) {
+                Send(resting);
+            }
+        });
+    } else {
+        pedals_.Lift(message.channel);
+        Send(message);
+    }
 }
 
 void SongPlayback::Send(TMIDIMessage message) {
@@ -263,10 +315,6 @@ void SongPlayback::Send(TMIDIMessage message) {
         queue_->SendMessage(message, 0);
     }
     open_.Follow(message);
-    if (message.status == TMIDIMessage::kControlChange && (message.data1 == NK::MIDI::Controller::kSostenuto ||
-                                                           message.data1 == NK::MIDI::Controller::kResetControllers)) {
-        movedSostenuto_.set(message.channel - 1U);
-    }
 }
 
 bool SongPlayback::IsShown(TMIDIMessage message) const {

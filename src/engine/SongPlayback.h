@@ -2,13 +2,14 @@
 #pragma once
 
 #include <array>
-#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
 
+#include "engine/SharedPedals.h"
+#include "libmidi/ChannelState.h"
 #include "libmidi/OpenSounds.h"
 #include "midi/TMIDIMessage.h"
 
@@ -22,10 +23,10 @@ class Song;
 
 /// Plays a song on its own channels beside what the user plays, as an engine ticks: what it sends is recorded and kept
 /// like everything else. It keeps a list of what it has begun, and ends that and nothing else whenever it stops, pauses
-/// or goes to another place; where it begins, it first sends what the channels have there. A note that the player holds
-/// too ends with the last of the two. Modes (all notes off and the
-/// like) end its own notes and are not sent, nor is "local control". Plays nothing at first. Guarded by the engine's
-/// lock.
+/// or goes to another place; where it begins, it first sends what the channels have there, and afterwards what the
+/// player had sent there. A note or a pedal that the player holds too ends with the last of the two. Modes (all notes
+/// off and the like) end its own notes and are not sent, nor is "local control". Plays nothing at first. Guarded by the
+/// engine's lock.
 class SongPlayback {
 public:
     enum class State { kStopped, kPlaying, kPaused };
@@ -58,8 +59,8 @@ public:
     void Load(std::shared_ptr<const Song> song);
     /// From the present position on. False when there is nothing to play or no queue.
     bool Play();
-    /// Also brings what the song has set on the device to rest, apart from pedals that it does not hold; the panel's
-    /// voices are to be sent again.
+    /// Also sets back what the song sets anywhere: to what the player has sent last, and to its rest where that is
+    /// nothing.
     void Pause();
     /// The same where the device can take nothing more: Rest() is due when it can.
     void Lose();
@@ -83,16 +84,14 @@ public:
     int GetTempo() const { return tempoPercent_; }
     int GetTransposition() const { return transposition_; }
 
-    /// Follows what the player sends. Whether it goes on: not the end of a note that the song has begun on the same
-    /// channel and not ended.
-    bool FollowPlayer(NK::MIDI::TMIDIMessage message);
+    /// Follows what the player sends. What goes on of it: not the end of a note that the song has begun on the same
+    /// channel and not ended, and of a pedal as much as the two hold it.
+    std::optional<NK::MIDI::TMIDIMessage> FollowPlayer(NK::MIDI::TMIDIMessage message);
 
     bool NeedsTick() const { return state_ == State::kPlaying; }
-    /// Whether it has moved the sostenuto pedal of a channel, 0..15, since Play().
-    bool HasMovedSostenuto(int channel) const { return movedSostenuto_[static_cast<std::size_t>(channel)]; }
-    /// Plays what has come since the last call, by a clock in milliseconds. True when the song has ended and was
-    /// stopped by that, see Stop(). Allocates nothing once warm. [tick]
-    bool Tick(std::int64_t nowMs);
+    /// Plays what has come since the last call, by a clock in milliseconds; a song that has ended is stopped by that,
+    /// see Stop(). Allocates nothing once warm. [tick]
+    void Tick(std::int64_t nowMs);
 
 private:
     static constexpr int kChannels = 16;
@@ -101,9 +100,9 @@ private:
 
     void GoTo(std::int64_t positionUs);
     void SendState();
-    /// One of what the song sets before it is played on, or leaves behind: the player may hold a pedal that it does
-    /// not.
-    void Set(NK::MIDI::TMIDIMessage message);
+    /// Whatever that song sets anywhere.
+    void SetBack(const Song& song);
+    void ForgetPlayer();
     void End();
     void EndNotes(std::uint8_t channel);
     /// All events before that time; false, at the place of the first that is left, when these are too many at once.
@@ -111,6 +110,9 @@ private:
     void PlayEvent(NK::MIDI::TMIDIMessage message);
     void BeginNote(NK::MIDI::TMIDIMessage message);
     void EndNote(NK::MIDI::TMIDIMessage message);
+    void MovePedal(NK::MIDI::TMIDIMessage message);
+    /// "Reset all controllers", but for the pedals that the player holds on that channel.
+    void ResetControllers(NK::MIDI::TMIDIMessage message);
     void Send(NK::MIDI::TMIDIMessage message);
     bool IsShown(NK::MIDI::TMIDIMessage message) const;
     /// What a note of the song sounds as, by its channel 1..16; kSilent while it does not.
@@ -127,12 +129,13 @@ private:
     std::size_t next_ = 0;  ///< the first event that was not played
     std::optional<std::int64_t> lastMs_;
     bool stateDue_ = false;  ///< before the next event
-    std::bitset<kChannels> movedSostenuto_;
     std::optional<Loop> loop_;
     int tempoPercent_ = 100;
     int transposition_ = 0;
-    LibMidi::OpenSounds open_;    ///< of what was sent, and was not ended by the player at one blow
+    LibMidi::OpenSounds open_;    ///< notes that were sent, and were not ended by the player at one blow
     LibMidi::OpenSounds player_;  ///< what the player holds
+    LibMidi::ChannelState set_;   ///< by the player
+    SharedPedals pedals_;
     std::array<std::array<std::uint8_t, kNotes>, kChannels> sentAs_ = MakeSilent();
     std::array<std::uint16_t, kNotes> shown_{};  ///< how many notes of the song show as this one
 

@@ -119,6 +119,36 @@ void ChannelState::Channel::TakeUnsetFrom(const Channel& other) noexcept {
     }
 }
 
+void ChannelState::Channel::ReplaceSetFrom(const Channel& other) noexcept {
+    const auto replace = [](std::uint8_t& value, std::uint8_t otherValue) {
+        value = value == kUnset || otherValue == kUnset ? value : otherValue;
+    };
+    for (std::size_t number = 0; number < kControllers; ++number) {
+        replace(controllers[number], other.controllers[number]);
+    }
+    for (std::size_t parameter = 0; parameter < kParameters; ++parameter) {
+        replace(parameters[parameter][0], other.parameters[parameter][0]);
+        replace(parameters[parameter][1], other.parameters[parameter][1]);
+    }
+    replace(program, other.program);
+    replace(pressure, other.pressure);
+    replace(wheelLow, other.wheelLow);
+    replace(wheelHigh, other.wheelHigh);
+    const bool isAnyParameter = std::any_of(parameters.begin(), parameters.end(), [](const auto& parameter) {
+        return parameter[0] != kUnset || parameter[1] != kUnset;
+    });
+    if (isAnyParameter) {
+        parameterHigh = other.parameterHigh;
+        parameterLow = other.parameterLow;
+    }
+}
+
+void ChannelState::ReplaceSetFrom(const ChannelState& other) noexcept {
+    for (std::size_t i = 0; i < channels_.size(); ++i) {
+        channels_[i].ReplaceSetFrom(other.channels_[i]);
+    }
+}
+
 void ChannelState::TakeUnsetFrom(const ChannelState& other) noexcept {
     for (std::size_t i = 0; i < channels_.size(); ++i) {
         channels_[i].TakeUnsetFrom(other.channels_[i]);
@@ -168,6 +198,18 @@ void ChannelState::VisitReset(const Visit& visit) const {
             VisitChannel(AtReset(channel), number, visit);
         }
     }
+}
+
+void ChannelState::VisitControllersAtRest(std::uint8_t channel, const Visit& visit) {
+    for (const std::uint8_t number : kResting) {
+        visit({TMIDIMessage::kControlChange, channel, number, AfterReset(number)});
+    }
+    visit({TMIDIMessage::kControlChange, channel, Controller::kRegistered, Controller::kNoParameter});
+    visit({TMIDIMessage::kControlChange, channel, Controller::kRegisteredLow, Controller::kNoParameter});
+    visit({TMIDIMessage::kChannelPressure, channel, 0, 0});
+    TMIDIMessage wheel{TMIDIMessage::kPitchWheel, channel, 0, 0};
+    wheel.SetPitchWheel(TMIDIMessage::kPitchWheelCentre);
+    visit(wheel);
 }
 
 void ChannelState::VisitChannel(const Channel& channel, std::uint8_t number, const Visit& visit) {

@@ -21,6 +21,10 @@ public:
     ChannelState GetReset() const noexcept;
     /// Takes from `other` what is not set here.
     void TakeUnsetFrom(const ChannelState& other) noexcept;
+    /// Takes from `other` what is set here and there.
+    void ReplaceSetFrom(const ChannelState& other) noexcept;
+    /// Visits, one by one, what "reset all controllers" does on a channel 1..16, but for the pressures of keys.
+    static void VisitControllersAtRest(std::uint8_t channel, const Visit& visit);
     /// Visits what brings a device that was reset to this state: of each channel the banks before the program, and what
     /// was never set not at all.
     void VisitAll(const Visit& visit) const;
@@ -38,6 +42,7 @@ private:
         void Control(std::uint8_t number, std::uint8_t value) noexcept;
         void ResetControllers() noexcept;
         void TakeUnsetFrom(const Channel& other) noexcept;
+        void ReplaceSetFrom(const Channel& other) noexcept;
         bool HasParameter() const noexcept { return parameterHigh == 0 && parameterLow < kParameters; }
         bool operator==(const Channel&) const = default;
 

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 
 #include "support/AllocationCounter.h"
@@ -407,6 +409,137 @@ TEST_F(SongPlayback, TheUsersPedalStaysDownWhereTheSongEndsOrLoopsOrDoesNotHoldI
     controls->SetSustain(false);
     rig.RunPlayer();
     EXPECT_FALSE(synth.IsPedalDown());
+}
+
+TEST_F(SongPlayback, APedalThatThePlayerHoldsTooGoesUpWithTheLastOfTheTwo) {
+    Engine().SetInputPortByName(kKeyboard);
+    for (const std::uint8_t pedal : std::array<std::uint8_t, 4>{64, 66, 67, 69}) {
+        SCOPED_TRACE(static_cast<int>(pedal));
+        const auto value = [&] { return synth.GetControls(0).controller[pedal]; };
+        const auto press = [&](std::uint8_t to) {
+            rig.GetKeyboard().Deliver(0xB0, pedal, to);
+            rig.RunPlayer();
+        };
+        press(100);
+        Play({{10, {0xB0, 1, pedal, 127}},
+              {20, {0xB0, 1, pedal, 0}},
+              {40, {0xB0, 1, pedal, 90}},
+              {60, {0xB0, 1, 121, 0}},
+              {80, {0xB0, 1, pedal, 80}},
+              {120, {0xB0, 1, pedal, 0}}},
+             2000);
+        Run(15);
+        EXPECT_EQ(value(), 127);
+        Run(15);
+        EXPECT_EQ(value(), 100) << "the song's is up";
+        EXPECT_THAT(Run(20), IsEmpty()) << "below the player's";
+        EXPECT_THAT(Run(20), Not(Contains("b0 79 00")));
+        EXPECT_EQ(value(), 100) << "reset by the song";
+        Run(20);
+        press(0);
+        EXPECT_EQ(value(), 80) << "the song holds it";
+        Run(60);
+        EXPECT_EQ(value(), 0);
+        press(100);
+        player->Stop();
+        Run(1);
+        EXPECT_EQ(value(), 100);
+        press(0);
+        EXPECT_EQ(value(), 0);
+    }
+}
+
+TEST_F(SongPlayback, AResetOfTheSongUnderThePlayersPedalResetsAllElse) {
+    controls->SetSustain(true);
+    Play({{0, {0xE0, 1, 0, 9}},
+          {0, {0xB0, 1, 1, 5}},
+          {0, {0xB0, 1, 11, 6}},
+          {0, {0xD0, 1, 7, 0}},
+          {10, {0xB0, 1, 121, 0}},
+          {100, {0xB0, 2, 1, 5}},
+          {110, {0xB0, 3, 121, 0}}},
+         2000);
+    Run(20);
+    EXPECT_TRUE(synth.IsPedalDown(0));
+    EXPECT_EQ(synth.GetControls(0).wheel, 0x2000);
+    EXPECT_EQ(synth.GetControls(0).controller[1], 0);
+    EXPECT_EQ(synth.GetControls(0).controller[11], 127);
+    EXPECT_EQ(synth.GetControls(0).pressure, 0);
+    controls->SetSustain(false);
+    EXPECT_THAT(Run(100), Contains("b2 79 00")) << "as it is where nobody holds a pedal";
+}
+
+TEST_F(SongPlayback, WhatItHasMovedGoesBackToWhereThePlayerHadItAndNothingElseIsTouched) {
+    Engine().SetInputPortByName(kKeyboard);
+    for (const auto& [status, first, second] :
+         {std::array{0xB0, 1, 33}, {0xB0, 7, 44}, {0xB0, 74, 20}, {0xC0, 5, 0}, {0xE0, 1, 2}, {0xD0, 9, 0}}) {
+        rig.GetKeyboard().Deliver(static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(first),
+                                  static_cast<std::uint8_t>(second));
+    }
+    Run(1);
+    Play({{0, {0xB0, 1, 1, 99}},
+          {0, {0xB0, 1, 7, 98}},
+          {0, {0xB0, 1, 10, 97}},
+          {0, {0xC0, 1, 96, 0}},
+          {0, {0xE0, 1, 0, 95}},
+          {0, {0xD0, 1, 94, 0}}},
+         1000);
+    Run(10);
+    EXPECT_EQ(synth.GetControls(0).controller[1], 99);
+    player->Pause();
+    Run(1);
+    const auto expectAsBefore = [&](const SynthModel::Controls& found) {
+        EXPECT_EQ(found.controller[1], 33);
+        EXPECT_EQ(found.controller[7], 44);
+        EXPECT_EQ(found.controller[10], 64) << "which the player has not moved";
+        EXPECT_EQ(found.controller[74], 20);
+        EXPECT_EQ(found.program, 5);
+        EXPECT_EQ(found.wheel, 1 | 2 << 7);
+        EXPECT_EQ(found.pressure, 9);
+    };
+    expectAsBefore(synth.GetControls(0));
+    player->Play();
+    EXPECT_THAT(Run(2000), Not(Contains(testing::HasSubstr("b0 4a"))));
+    ASSERT_EQ(GetState(), State::kStopped);
+    expectAsBefore(synth.GetControls(0));
+}
+
+TEST_F(SongPlayback, ParametersThatItHasChosenAndSetAreSetBackAndLeft) {
+    Play({{0, {0xB0, 5, 99, 1}},
+          {0, {0xB0, 5, 98, 8}},
+          {1, {0xB0, 5, 6, 70}},
+          {2, {0xB0, 5, 99, 120}},
+          {3, {0xB0, 5, 98, 2}},
+          {4, {0xB0, 5, 38, 3}},
+          {5, {0xB0, 5, 6, 4}},
+          {6, {0xB0, 5, 99, 30}},
+          {7, {0xB0, 5, 98, 40}},
+          {8, {0xB0, 5, 6, 9}},
+          {20, {0xB0, 6, 101, 0}},
+          {21, {0xB0, 6, 100, 5}},
+          {22, {0xB0, 6, 6, 12}},
+          {100, {0xB0, 5, 6, 10}}},
+         1000);
+    Run(200);
+    player->Stop();
+    const auto of = [](const Lines& all, const std::string& status) {
+        std::string text;
+        for (const std::string& line : all) {
+            text += line.starts_with(status) ? line.substr(2) + "," : "";
+        }
+        return text;
+    };
+    const Lines rest = rig.TakeWritten();
+    EXPECT_EQ(of(rest, "b4"), " 63 01, 62 08, 26 00, 06 40, 63 78, 62 02, 26 00, 06 40, 65 7f, 64 7f,")
+        << "nobody knows where 30 rests";
+    EXPECT_EQ(of(rest, "b5"), " 65 00, 64 05, 26 40, 06 00, 65 7f, 64 7f,");
+
+    player->Seek(50'000);
+    player->Play();
+    const Lines there = Run(1);
+    EXPECT_EQ(of(there, "b4"), " 63 01, 62 08, 06 46, 63 1e, 62 28, 06 09, 63 78, 62 02, 26 03, 06 04, 63 1e, 62 28,")
+        << "as the next data expects it";
+    EXPECT_EQ(of(there, "b5"), " 65 00, 64 05, 06 0c, 65 00, 64 05,");
 }
 
 TEST_F(SongPlayback, ANoteThatThePlayerHoldsTooEndsWithTheLastOfTheTwo) {
