@@ -139,7 +139,7 @@ private:
     void ForgetInput() {
         keyboards_.Forget();
         externalPedals_ = {};
-        externalPedalDue_ = false;
+        externalPedalsDue_.reset();
         externalSostenuto_ = false;
     }
 
@@ -336,7 +336,7 @@ private:
                     spaceDue_ = false;
                     panelPedalDue_ = false;
                     externalPedals_ = {};
-                    externalPedalDue_ = false;
+                    externalPedalsDue_.reset();
                     externalSostenuto_ = false;
                     strip_ = {};
                 }
@@ -354,12 +354,12 @@ private:
                 space_ = !space_;
                 Name("space", space_ ? 1 : 0);
                 controls_->SetSustain(space_);
-                spaceDue_ = space_ && !sharesChannels_;  // which a song may lift
+                spaceDue_ = space_;
             } else {
                 panelPedal_ = !panelPedal_;
                 Name("panel's pedal", panelPedal_ ? 1 : 0);
                 controls_->SetPanelSustain(panelPedal_);
-                panelPedalDue_ = panelPedal_ && !sharesChannels_;
+                panelPedalDue_ = panelPedal_;
             }
         } else if (Draw(3) == 0) {
             externalSostenuto_ = !externalSostenuto_;
@@ -371,8 +371,7 @@ private:
             std::uint8_t& pedal = externalPedals_[static_cast<std::size_t>(keyboard)];
             pedal = pedal == 0 ? DrawVelocity() : std::uint8_t{0};
             constexpr std::uint8_t kDown = 64;
-            externalPedalDue_ =
-                !sharesChannels_ && GetExternalPedal() >= kDown && (externalPedalDue_ || pedal >= kDown);
+            externalPedalsDue_.set(static_cast<std::size_t>(keyboard), pedal >= kDown);
             Name(keyboard == 0 ? "pedal" : "other pedal", pedal);
             PlayInput(keyboard, {{0U, 0xB3, 64, pedal}});
         }
@@ -527,7 +526,7 @@ private:
         due_ = {};
         spaceDue_ = false;
         panelPedalDue_ = false;
-        externalPedalDue_ = false;
+        externalPedalsDue_.reset();
         if (choice < 10) {
             Name("preset");
             controls_->ReplaceVoices([this] { return LoadPreset(); });
@@ -774,7 +773,7 @@ private:
             if (synth.IsPedalDown() && !space_ && !panelPedal_ && GetExternalPedal() == 0) {
                 Fail("the pedal hangs");
             }
-            if ((spaceDue_ || panelPedalDue_ || externalPedalDue_) && i == open && IsWritten() &&
+            if ((spaceDue_ || panelPedalDue_ || externalPedalsDue_.any()) && i == open && IsWritten() &&
                 !synth.IsPedalDown(GetEngine().VoiceChannel(0))) {
                 Fail("a pedal that is down holds nothing");
             }
@@ -897,7 +896,7 @@ private:
     bool panelPedalDue_ = false;
     std::array<Keys, SynthModel::kChannels> mayBeKept_{};  ///< by a sostenuto pedal
     std::array<std::uint8_t, Studio::kKeyboards> externalPedals_{};
-    bool externalPedalDue_ = false;
+    std::bitset<Studio::kKeyboards> externalPedalsDue_;  ///< of which nothing has lifted what they hold
     bool externalSostenuto_ = false;
     Kivora::PanelWheels strip_;
     std::bitset<5> isStripKnown_;  ///< which of them the output has been told of
