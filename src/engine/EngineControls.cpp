@@ -279,7 +279,13 @@ bool EngineControls::ChangeOutput(const std::function<bool()>& change) {
     if (!engine_.IsOutputReady()) {
         engine_.DiscardQueued();
     }
-    const bool changed = change();
+    bool changed = false;
+    try {
+        changed = change();
+    } catch (...) {
+        Restore(held);  // for the output that is opened next
+        throw;
+    }
     engine_.EndStrandedNotes();
     Restore(held);
     return changed;

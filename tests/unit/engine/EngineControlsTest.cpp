@@ -181,6 +181,20 @@ TEST_F(Controls, ThePedalPressedAndLiftedWithoutAnOutputIsUpOnTheNextOne) {
     EXPECT_FALSE(otherSynth.IsPedalDown());
 }
 
+TEST_F(Controls, APedalThatIsDownWhereAnOutputDoesNotOpenIsDownOnTheNextOne) {
+    controls.SetSustain(true);
+    controls.SetWheel(Kivora::EWheel::kModulation, 90);
+    rig.GetDevice(kOtherSynth).failsToOpen = true;
+    EXPECT_THROW(controls.SetOutputPortByIndex(1), NK::CException);
+    controls.SetOutputPortByIndex(0);
+    rig.RunPlayer();
+    EXPECT_TRUE(synth.IsPedalDown(0));
+    EXPECT_EQ(synth.GetControls(0).controller[1], 90);
+    controls.SetSustain(false);
+    rig.RunPlayer();
+    EXPECT_FALSE(synth.IsPedalDown());
+}
+
 TEST_F(Controls, ArpeggiatedNotesOnAnyChannelEndBeforeAnOutputIsClosed) {
     controls.SetArpeggiating(true);
     // A half note at 40 beats per minute: longer than all waits of a port change.
