@@ -1,6 +1,7 @@
 #include "app/PresetChoice.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include "app/ConsoleOutput.h"
 #include "engine/CKivora.h"
@@ -23,6 +24,11 @@ bool NamesFile(const QString& nameOrFile) {
            nameOrFile.endsWith('.' + NK::ToQt(PresetStore::kExtension), Qt::CaseInsensitive);
 }
 
+bool IsIn(const NK::CString& folder, const QString& path) {
+    const QString its = QFileInfo(path).canonicalPath();
+    return !its.isEmpty() && its == QFileInfo(NK::ToQt(folder)).canonicalFilePath();
+}
+
 /// `told` is how the user knows the preset.
 PresetResult Apply(EngineControls& controls, const NK::CString& name, bool isRead, NK::CIniFile& file,
                    const QString& told, QString& failure) {
@@ -42,7 +48,13 @@ PresetResult LoadPresetFile(EngineControls& controls, const QString& path, QStri
     NK::CIniFile file;
     NK::ForgetFileFailure();
     const bool isRead = file.Load(name) && file.SelectSection(PresetStore::kSection);
-    return Apply(controls, NK::GetFileStem(name), isRead, file, path, failure);
+    const PresetResult result = Apply(controls, NK::GetFileStem(name), isRead, file, path, failure);
+    for (const bool factory : {false, true}) {
+        if (result == PresetResult::kLoaded && IsIn(controls.GetEngine().GetPresetsDir(factory), path)) {
+            controls.NotePreset(NK::GetFileStem(name), factory);
+        }
+    }
+    return result;
 }
 
 PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFile, QString& failure) {
@@ -59,7 +71,11 @@ PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFil
     NK::CIniFile file;
     NK::ForgetFileFailure();
     const bool isRead = engine.ReadPreset(name, !isOwn, file);
-    return Apply(controls, name, isRead, file, nameOrFile, failure);
+    const PresetResult result = Apply(controls, name, isRead, file, nameOrFile, failure);
+    if (result == PresetResult::kLoaded) {
+        controls.NotePreset(name, !isOwn);
+    }
+    return result;
 }
 
 }  // namespace Kivora

@@ -14,7 +14,8 @@ enum class PresetResult {
 };
 
 /// Loads a preset by its name, the user's own before the factory's, or from a file: what ends as a preset's file does,
-/// or has a "/" in it. `failure` says in a sentence why nothing was loaded. [gui]
+/// or has a "/" in it. What stands in a list of presets counts as used there. `failure` says in a sentence why nothing
+/// was loaded. [gui]
 PresetResult LoadChosenPreset(EngineControls& controls, const QString& nameOrFile, QString& failure);
 /// The same from a file, whatever its name.
 PresetResult LoadPresetFile(EngineControls& controls, const QString& path, QString& failure);
