@@ -102,8 +102,11 @@ public:
     /// A message that is no note, as if it came from the input: a channel's on the channel of every slot, if ready;
     /// shown once.
     void PlayControl(NK::MIDI::TMIDIMessage message);
-    /// A channel message that is no note, on the channel of one slot, if ready; shown to nobody.
-    void SendControl(int slot, NK::MIDI::TMIDIMessage message);
+    /// A note of one slot alone, for a patch that is tried: shown to nobody, passed by the arpeggiators, neither
+    /// recorded nor kept. The former one ends.
+    void HearNote(int slot, std::uint8_t note, std::uint8_t velocity);
+    /// Nothing where somebody plays the same note.
+    void EndHeardNote();
     /// Each stores the flag, changed or not, then AllNotesOff().
     void SetDual(bool on);
     void SetSplit(bool on);
@@ -305,7 +308,8 @@ public:
     void LookAtClick();
     /// Begins a new bar, and counts in from it if the settings say so, until then or StopRecording().
     void BeginCountIn();
-    bool IsCountingIn() const;
+    /// The beats that are left of it, the one that sounds among them; 0 while nothing is counted in.
+    int GetCountIn() const;
     NK::MIDI::MusicalClock GetMusicalClock() const;
     /// Advances the clock and the arpeggiators, which go on from the new position when the wall clock went back. A run
     /// of more than 24 days restarts the clock. [tick]

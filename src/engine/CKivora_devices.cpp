@@ -148,9 +148,7 @@ void CKivora::EndStrandedNotes() {
     if (port == output_.GetPort()) {
         output_.VisitStrandedEnds([&sink = *sink_, &click = extras_->click](NK::MIDI::TMIDIMessage ending) {
             if (click.IsNote(ending)) {
-                LibMidi::SynthEventBase aside(LibMidi::MIDIEvent::FromMessage(ending, 0));
-                aside.isAside = true;
-                sink.Queue(aside);
+                sink.Queue(LibMidi::SynthEventBase::Aside(ending));
             } else {
                 sink.SendMessage(ending, 0);
             }

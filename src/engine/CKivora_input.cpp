@@ -120,13 +120,6 @@ void CKivora::PlayControl(TMIDIMessage message) {
     Show(message);
 }
 
-void CKivora::SendControl(int slot, TMIDIMessage message) {
-    const Hold hold(*this);
-    if (IsReady()) {
-        Send(OnSlot(slot, message.status, message.data1, message.data2));
-    }
-}
-
 void CKivora::OnMIDIDataLost(std::uint32_t lostCount) {
     NK_ASSERT_THREAD_ROLE(input);
     if (lostCount == 0 || !HoldForInput()) {

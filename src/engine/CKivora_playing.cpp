@@ -1,4 +1,6 @@
 // What a key press becomes on its way to the sink.
+#include <utility>
+
 #include "engine/CKivora.h"
 #include "engine/EngineExtras.h"
 #include "engine/SongPlayback.h"
@@ -14,9 +16,7 @@ TMIDIMessage CKivora::OnSlot(int slot, std::uint8_t status, std::uint8_t data1, 
 }
 
 void CKivora::Send(TMIDIMessage message) {
-    if (const std::optional<TMIDIMessage> sent = extras_->song.FollowPlayer(message)) {
-        sink_->SendMessage(*sent, 0);
-    }
+    extras_->song.SendOfPlayer(message);
 }
 
 void CKivora::PlayNoteOn(std::uint8_t note, std::uint8_t velocity) {
@@ -53,6 +53,9 @@ void CKivora::SendVoiceNote(std::uint8_t status, std::uint8_t note, std::uint8_t
 }
 
 void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t velocity, int slot) {
+    if (status == TMIDIMessage::kNoteOn) {
+        extras_->NotePlayed(slot, voices_.patch[static_cast<std::size_t>(slot)]);
+    }
     TMIDIMessage message = OnSlot(slot, status, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
     NK::MIDI::CArpeggiator1& arpeggiator = arpeggiators_.OfSlot(slot);
     if (arpeggiating_ && !arpeggiator.IsBypassed()) {
@@ -61,6 +64,25 @@ void CKivora::DeliverNote(std::uint8_t status, std::uint8_t note, std::uint8_t v
     }
     if (message.status != 0) {
         Send(message);
+    }
+}
+
+void CKivora::HearNote(int slot, std::uint8_t note, std::uint8_t velocity) {
+    const Hold hold(*this);
+    EndHeardNote();
+    if (IsReady()) {
+        const TMIDIMessage message =
+            OnSlot(slot, TMIDIMessage::kNoteOn, voices_.Transpose(note, slot), voices_.Scale(velocity, slot));
+        extras_->heardNote = message;
+        sink_->Queue(LibMidi::SynthEventBase::Aside(message));
+    }
+}
+
+void CKivora::EndHeardNote() {
+    const Hold hold(*this);
+    if (const auto heard = std::exchange(extras_->heardNote, std::nullopt);
+        heard && IsReady() && !extras_->song.IsNoteHeld(heard->data1, heard->channel - 1)) {
+        sink_->Queue(LibMidi::SynthEventBase::Aside({TMIDIMessage::kNoteOff, heard->channel, heard->data1, 0}));
     }
 }
 

@@ -46,7 +46,8 @@ void Click::Play(const NK::MIDI::MusicalClock& clock, LibMidi::MIDIPlayerQueue* 
     LibMidi::NoteSynthEvent event(static_cast<std::uint8_t>(velocity), kDurationMs, 0, kChannel,
                                   static_cast<std::uint8_t>(isAccent ? settings_.barNote : settings_.beatNote),
                                   LibMidi::kFirstPort, LibMidi::SynthEventBase::kDefaultPriority);
-    event.isAside = true;
+    event.isCaptured = false;
+    event.isRemembered = false;
     queue->Queue(event);
 }
 

@@ -155,16 +155,21 @@ void EngineControls::ChangePatch(int slot, int patch) {
     }
 }
 
+void EngineControls::StepPatch(int slot, int patch) {
+    ChangePatch(slot, patch);
+    engine_.WithExtras([=](EngineExtras& extras) { extras.stepped.Step(slot, patch); });
+}
+
 void EngineControls::SetPatch(int patch, int slot) {
     engine_.WithLock([&] { ChangePatch(slot, patch); });
 }
 
 void EngineControls::NextPatch(int slot) {
-    engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetNextPatch(engine_.GetPatch(slot))); });
+    engine_.WithLock([&] { StepPatch(slot, VoiceSlots::GetNextPatch(engine_.GetPatch(slot))); });
 }
 
 void EngineControls::PrevPatch(int slot) {
-    engine_.WithLock([&] { ChangePatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
+    engine_.WithLock([&] { StepPatch(slot, VoiceSlots::GetPreviousPatch(engine_.GetPatch(slot))); });
 }
 
 void EngineControls::TapTempo() {

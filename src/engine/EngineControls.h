@@ -62,6 +62,8 @@ public:
     /// How far the pitch wheel bends all voices; kept in the settings, and told to devices from then on.
     void SetBendRange(int semitones);
     int GetBendRange() const;
+    void HearNote(int slot, std::uint8_t note, std::uint8_t velocity) { engine_.HearNote(slot, note, velocity); }
+    void EndHeardNote() { engine_.EndHeardNote(); }
     /// Ends every note; pedals and wheels stay as they are.
     void AllNotesOff();
     /// Pauses or stops what is played back, if anything is; what it has set is as the player had it. SongPlayer has the
@@ -82,6 +84,7 @@ public:
     void SetVoiceMode(bool dual, bool split);
     void SetSplitPoint(int note) { engine_.SetSplitPoint(note); }
     void SetPatch(int patch, int slot);
+    /// To the next one or the one before. It is used as soon as it is played.
     void NextPatch(int slot);
     void PrevPatch(int slot);
     void VolumeUp(int slot) { engine_.VolumeUp(slot); }
@@ -219,6 +222,7 @@ private:
     bool ReplaceLostOutput(int index);
     void OpenRemainingPorts();
     void ChangePatch(int slot, int patch);
+    void StepPatch(int slot, int patch);
     void RaiseGates();
 
     CKivora& engine_;

@@ -26,6 +26,12 @@ void EngineExtras::KeepPlayed(bool on) {
     played_->SetOn(on);
 }
 
+void EngineExtras::NotePlayed(int slot, int patch) {
+    if (stepped.Play(slot, patch)) {
+        patches.NoteUse(patch);
+    }
+}
+
 void EngineExtras::ReadSettings(NK::CIniFile& file) {
     played_->SetOn(ReadExtraInt(file, {kPlayedSection, kKeep, 1}) != 0);
     velocity.SetCurve(VelocityCurve::Read(file));

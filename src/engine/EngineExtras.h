@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "engine/BoundControls.h"
 #include "engine/Click.h"
@@ -14,6 +15,7 @@
 #include "engine/values/BendRange.h"
 #include "engine/values/PatchShelf.h"
 #include "engine/values/RecentPresets.h"
+#include "engine/values/SteppedPatches.h"
 #include "engine/values/VelocityCurve.h"
 #include "nk/nk_ini_file.h"
 
@@ -35,6 +37,8 @@ struct EngineExtras {
     std::shared_ptr<const LibMidi::PlayedHistory> GetPlayed() const { return played_; }
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
+    /// A voice with that patch begins a note: a patch that was stepped to is used from then on.
+    void NotePlayed(int slot, int patch);
 
     SongPlayback song;  ///< what is played back; its commands stand in EngineControls and SongPlayer
 
@@ -50,6 +54,8 @@ struct EngineExtras {
     VelocityMap velocity;    ///< of the notes of the input port
     PedalHolders pedal;      ///< of the panel they are set by EngineControls
     PatchShelf patches;
+    SteppedPatches stepped;                           ///< by EngineControls
+    std::optional<NK::MIDI::TMIDIMessage> heardNote;  ///< of CKivora::HearNote()
     RecentPresets presets;
     BendRange bendRange;           ///< chosen by EngineControls::SetBendRange()
     bool heightIsVelocity = true;  ///< on the screen's piano; else its notes have the normal velocity

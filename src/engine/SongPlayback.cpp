@@ -44,9 +44,10 @@ void SongPlayback::SetQueue(std::shared_ptr<LibMidi::MIDIPlayerQueue> queue) {
     queue_ = std::move(queue);
 }
 
-void SongPlayback::Load(std::shared_ptr<const Song> song) {
+void SongPlayback::Load(std::shared_ptr<const Song> song, bool isListenedTo) {
     Stop();
     song_ = std::move(song);
+    isListenedTo_ = isListenedTo;
     loop_.reset();
     tempoPercent_ = 100;
     transposition_ = 0;
@@ -73,6 +74,20 @@ void SongPlayback::Pause() {
         End();
         SetBack(*song_);
     }
+}
+
+void SongPlayback::SendOfPlayer(TMIDIMessage message) {
+    const std::optional<TMIDIMessage> sent = FollowPlayer(message);
+    if (sent == message) {
+        return queue_->SendMessage(message, 0);
+    }
+    if (sent) {
+        Queue(*sent);
+    }
+    LibMidi::SynthEventBase played(LibMidi::MIDIEvent::FromMessage(message, 0));
+    played.isWritten = false;
+    played.isCaptured = isListenedTo_;
+    queue_->Queue(played);
 }
 
 std::optional<TMIDIMessage> SongPlayback::FollowPlayer(TMIDIMessage message) {
@@ -312,9 +327,16 @@ void SongPlayback::ResetControllers(TMIDIMessage message) {
 
 void SongPlayback::Send(TMIDIMessage message) {
     if (queue_) {
-        queue_->SendMessage(message, 0);
+        Queue(message);
     }
     open_.Follow(message);
+}
+
+void SongPlayback::Queue(TMIDIMessage message) {
+    LibMidi::SynthEventBase event(LibMidi::MIDIEvent::FromMessage(message, 0));
+    event.isCaptured = !isListenedTo_;
+    event.isRemembered = false;
+    queue_->Queue(event);
 }
 
 bool SongPlayback::IsShown(TMIDIMessage message) const {

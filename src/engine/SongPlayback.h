@@ -21,12 +21,12 @@ namespace Kivora {
 
 class Song;
 
-/// Plays a song on its own channels beside what the user plays, as an engine ticks: what it sends is recorded and kept
-/// like everything else. It keeps a list of what it has begun, and ends that and nothing else whenever it stops, pauses
-/// or goes to another place; where it begins, it first sends what the channels have there, and afterwards what the
-/// player had sent there. A note or a pedal that the player holds too ends with the last of the two. Modes (all notes
-/// off and the like) end its own notes and are not sent, nor is "local control". Plays nothing at first. Guarded by the
-/// engine's lock.
+/// Plays a song on its own channels beside what the user plays, as an engine ticks: what it sends is recorded like
+/// everything else, and is nothing that was played last. It keeps a list of what it has begun, and ends that and
+/// nothing else whenever it stops, pauses or goes to another place; where it begins, it first sends what the channels
+/// have there, and afterwards what the player had sent there. A note or a pedal that the player holds too ends with the
+/// last of the two. Modes (all notes off and the like) end its own notes and are not sent, nor is "local control".
+/// Plays nothing at first. Guarded by the engine's lock.
 class SongPlayback {
 public:
     enum class State { kStopped, kPlaying, kPaused };
@@ -55,8 +55,9 @@ public:
     /// last one. Before anything is played.
     void SetShow(Show show) { show_ = std::move(show); }
 
-    /// Stops; null for none. The loop, the tempo and the transposition go.
-    void Load(std::shared_ptr<const Song> song);
+    /// Stops; null for none. The loop, the tempo and the transposition go. A song that is only listened to is not in a
+    /// take that runs.
+    void Load(std::shared_ptr<const Song> song, bool isListenedTo = false);
     /// From the present position on. False when there is nothing to play or no queue.
     bool Play();
     /// Also sets back what the song sets anywhere: to what the player has sent last, and to its rest where that is
@@ -84,9 +85,13 @@ public:
     int GetTempo() const { return tempoPercent_; }
     int GetTransposition() const { return transposition_; }
 
-    /// Follows what the player sends. What goes on of it: not the end of a note that the song has begun on the same
-    /// channel and not ended, and of a pedal as much as the two hold it.
-    std::optional<NK::MIDI::TMIDIMessage> FollowPlayer(NK::MIDI::TMIDIMessage message);
+    /// Sends what the player plays, but for the end of a note that the song has begun on the same channel and not
+    /// ended, and of a pedal as much as the two hold it. What was played last has it as it was played. Needs the queue.
+    void SendOfPlayer(NK::MIDI::TMIDIMessage message);
+    /// Whether the song or the player holds a note of a channel 0..15.
+    bool IsNoteHeld(std::uint8_t note, int channel) const {
+        return open_.IsNoteOpen(note, channel) || player_.IsNoteOpen(note, channel);
+    }
 
     bool NeedsTick() const { return state_ == State::kPlaying; }
     /// Plays what has come since the last call, by a clock in milliseconds; a song that has ended is stopped by that,
@@ -103,6 +108,8 @@ private:
     /// Whatever that song sets anywhere.
     void SetBack(const Song& song);
     void ForgetPlayer();
+    /// What goes on of what the player sends.
+    std::optional<NK::MIDI::TMIDIMessage> FollowPlayer(NK::MIDI::TMIDIMessage message);
     void End();
     void EndNotes(std::uint8_t channel);
     /// All events before that time; false, at the place of the first that is left, when these are too many at once.
@@ -114,6 +121,8 @@ private:
     /// "Reset all controllers", but for the pedals that the player holds on that channel.
     void ResetControllers(NK::MIDI::TMIDIMessage message);
     void Send(NK::MIDI::TMIDIMessage message);
+    /// Sent by the song, or by the player where that is changed because of the song.
+    void Queue(NK::MIDI::TMIDIMessage message);
     bool IsShown(NK::MIDI::TMIDIMessage message) const;
     /// What a note of the song sounds as, by its channel 1..16; kSilent while it does not.
     std::uint8_t& SentAs(NK::MIDI::TMIDIMessage message) {
@@ -123,6 +132,7 @@ private:
     std::shared_ptr<LibMidi::MIDIPlayerQueue> queue_;
     Show show_;
     std::shared_ptr<const Song> song_;
+    bool isListenedTo_ = false;
     std::shared_ptr<const Song> lost_;  ///< has set what Rest() brings to rest; null for nothing
     State state_ = State::kStopped;
     std::int64_t positionUs_ = 0;

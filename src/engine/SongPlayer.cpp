@@ -21,6 +21,11 @@ void SongPlayer::Open(std::shared_ptr<const Song> song) {
     With([&song](SongPlayback& playback) { playback.Load(std::move(song)); });
 }
 
+void SongPlayer::OpenToListen(std::shared_ptr<const Song> song) {
+    Stop();
+    With([&song](SongPlayback& playback) { playback.Load(std::move(song), true); });
+}
+
 void SongPlayer::OpenAgain(std::shared_ptr<const Song> song, const Status& then) {
     Open(std::move(song));
     SetLoop(then.loop);

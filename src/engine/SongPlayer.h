@@ -33,6 +33,8 @@ public:
 
     /// Stops what is played. Null for nothing.
     void Open(std::shared_ptr<const Song> song);
+    /// The same, to be listened to only: it is not in a take that runs.
+    void OpenToListen(std::shared_ptr<const Song> song);
     /// The same, and it stands as it stood then, stopped.
     void OpenAgain(std::shared_ptr<const Song> song, const Status& then);
     std::shared_ptr<const Song> GetSong() const;

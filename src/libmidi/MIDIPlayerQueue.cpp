@@ -40,7 +40,8 @@ struct SoundingNote {
     std::uint8_t channel;  ///< 0..15
     std::uint8_t note;     ///< 0..127
     int target;
-    bool isAside;
+    bool isCaptured;
+    bool isRemembered;
 };
 
 std::uint32_t TakeSequence() noexcept {
@@ -161,10 +162,10 @@ public:
             BeginNextTurn();
         }
         UpdateWork();
-        if (capturing && !taken.event.isAside) {
+        if (capturing && taken.event.isCaptured) {
             Capture(taken);
         }
-        if (history && !taken.event.isAside) {
+        if (history && taken.event.isRemembered) {
             Remember(taken);
         }
         return taken;
@@ -172,7 +173,10 @@ public:
 
     void TakeReady(std::vector<TakenEvent>& out) NK_REQUIRES(lock) {
         while (!ready.empty()) {
-            out.push_back(Take());
+            TakenEvent taken = Take();
+            if (taken.event.isWritten) {
+                out.push_back(std::move(taken));
+            }
         }
     }
 
@@ -260,13 +264,14 @@ private:
 
     void MakeReady(TakenEvent&& content) NK_REQUIRES(lock) {
         const SynthEventBase event = content.event;
-        if (event.IsNote()) {
+        const bool isNote = event.IsNote() && event.isWritten;
+        if (isNote) {
             EndSounding(event);
         }
         Push(std::move(content), event.IsNoteOff() ? kNoteOff : kOther);
-        if (event.IsNote() && !event.IsNoteOff() && event.duration > 0) {
-            sounding.push_back(
-                {ToRemainingMs(event.duration), ChannelOf(event), NoteOf(event), event.target, event.isAside});
+        if (isNote && !event.IsNoteOff() && event.duration > 0) {
+            sounding.push_back({ToRemainingMs(event.duration), ChannelOf(event), NoteOf(event), event.target,
+                                event.isCaptured, event.isRemembered});
         }
         UpdateWork();
     }
@@ -311,7 +316,8 @@ private:
         const NoteEvent noteOff(time, note.channel, note.note, 0, NK::MIDI::TMIDIMessage::kNoteOff);
         order.MarkPresent(noteOff);
         SynthEventBase event(noteOff, note.target);
-        event.isAside = note.isAside;
+        event.isCaptured = note.isCaptured;
+        event.isRemembered = note.isRemembered;
         Push({event, {}}, eventClass);
     }
 
@@ -383,10 +389,12 @@ void MIDIPlayerQueue::AdvanceAndTake(std::uint32_t elapsedMs, std::vector<TakenE
 
 TakenEvent MIDIPlayerQueue::TakeNext() {
     const CLockGuard guard(state_->lock);
-    if (state_->ready.empty()) {
-        throw CMIDIException(L"MIDI input queue is empty.");
+    while (!state_->ready.empty()) {
+        if (TakenEvent taken = state_->Take(); taken.event.isWritten) {
+            return taken;
+        }
     }
-    return state_->Take();
+    throw CMIDIException(L"MIDI input queue is empty.");
 }
 
 void MIDIPlayerQueue::Advance(std::uint32_t elapsedMs) {

@@ -40,7 +40,7 @@ public:
     void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
                   std::uint32_t time) override;
     /// What both of the above come to. A note first ends its own sounding instance (same target, channel and note).
-    void Queue(const SynthEventBase& event);
+    virtual void Queue(const SynthEventBase& event);
     /// Not queued when empty. Its notes end no sounding ones.
     void Queue(BlockSynthEvent block);
 
@@ -50,9 +50,9 @@ public:
     bool WaitUntilEmpty(std::uint32_t timeOut);
 
     /// One round under one hold of the lock: advances the sounding notes by `elapsedMs`, then takes everything that is
-    /// ready, in heap order, and captures it if a capture runs. Appends to `out`. [player]
+    /// ready, in heap order, and captures it if a capture runs. Appends what is to be written to `out`. [player]
     void AdvanceAndTake(std::uint32_t elapsedMs, std::vector<TakenEvent>& out);
-    /// Takes the next ready event. Throws CMIDIException "MIDI input queue is empty." [player]
+    /// Takes the next ready event that is to be written. Throws CMIDIException "MIDI input queue is empty." [player]
     TakenEvent TakeNext();
     void Advance(std::uint32_t elapsedMs);
     /// Whether anything is ready or sounding; takes no lock.
@@ -96,8 +96,8 @@ public:
     /// that it has reached. A clock that goes back counts as standing still.
     void SetTimeSource(NK::CTimeSource* source);
 
-    /// Capture of every event that leaves the queue, and of a System Reset where queueing is turned off meanwhile: what
-    /// sounded ends there. Start clears what was captured before.
+    /// Capture of every event that leaves the queue and is to be captured, and of a System Reset where queueing is
+    /// turned off meanwhile: what sounded ends there. Start clears what was captured before.
     void StartCapture();
     void StopCapture();
     bool IsCapturing() const;                ///< takes no lock
@@ -112,8 +112,8 @@ public:
     /// Forgets what was captured; a running capture goes on.
     void ClearCaptured();
 
-    /// What is told of every event that leaves the queue, capture or not, and of the end of what sounded where queueing
-    /// is turned off; null for none. It is given the queue's time source.
+    /// What is told of every event that leaves the queue and is to be remembered, capture or not, and of the end of
+    /// what sounded where queueing is turned off; null for none. It is given the queue's time source.
     void SetHistory(std::shared_ptr<PlayedHistory> history);
 
 private:

@@ -21,11 +21,22 @@ struct SynthEventBase {
     int duration = 0;  ///< ms; above 0 a note-on is followed by its note-off
     int target = kFirstPort;
     int priority = kDefaultPriority;
-    bool isAside = false;  ///< written as any other, but neither captured nor remembered, nor is its note-off
+    // Of a note with a duration also for its end.
+    bool isWritten = true;     ///< else nothing but captured and remembered, and no duration counts
+    bool isCaptured = true;    ///< by a capture that runs
+    bool isRemembered = true;  ///< as what was played last
 
     SynthEventBase() = default;
     explicit SynthEventBase(const MIDIEvent& message, int targetPort = kFirstPort)
         : event(message), target(targetPort) {}
+
+    /// Written, and neither captured nor remembered.
+    static SynthEventBase Aside(NK::MIDI::TMIDIMessage message) {
+        SynthEventBase event(MIDIEvent::FromMessage(message, 0));
+        event.isCaptured = false;
+        event.isRemembered = false;
+        return event;
+    }
 
     /// A note-off, or a note-on with velocity 0, which means the same (MIDI 1.0).
     bool IsNoteOff() const noexcept {

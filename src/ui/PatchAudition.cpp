@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <QTimerEvent>
-#include <utility>
 
 #include "engine/EngineControls.h"
 #include "engine/values/VoiceSlots.h"
@@ -29,8 +28,7 @@ void PatchAudition::hear(int patch) {
     endNote();
     controls_.SetPatch(patch, slot_);
     if (!engine.IsArpeggiating()) {
-        note_ = noteOfVoice();
-        controls_.PlayNoteOn(*note_, engine.GetVelocityNormal());
+        controls_.HearNote(slot_, noteOfVoice(), engine.GetVelocityNormal());
         end_.start(kNoteMs, this);
     }
 }
@@ -51,9 +49,7 @@ std::uint8_t PatchAudition::noteOfVoice() const {
 
 void PatchAudition::endNote() {
     end_.stop();
-    if (const auto note = std::exchange(note_, std::nullopt)) {
-        controls_.PlayNoteOff(*note);
-    }
+    controls_.EndHeardNote();
 }
 
 void PatchAudition::timerEvent(QTimerEvent* event) {

@@ -5,7 +5,6 @@
 #include <QObject>
 
 #include <cstdint>
-#include <optional>
 
 namespace Kivora {
 class EngineControls;
@@ -21,7 +20,7 @@ public:
     /// What sounds is ended; the voice keeps the patch that it has.
     ~PatchAudition() override;
 
-    /// Gives the voice that patch and plays a short note with it, if no arpeggiator would take the note.
+    /// Gives the voice that patch and plays a short note with it alone, while nothing is arpeggiated.
     void hear(int patch);
     /// The patch that the voice had comes back.
     void takeBack();
@@ -36,6 +35,5 @@ private:
     Kivora::EngineControls& controls_;
     const int slot_;
     const int patch_;
-    std::optional<std::uint8_t> note_;
     QBasicTimer end_;
 };

@@ -83,18 +83,12 @@ private:
     public:
         ListenedQueue(FakePlayer& player, NK::CSleeper& sleeper) : MIDIPlayerQueue(sleeper), player_(player) {}
 
-        void SendMessage(NK::MIDI::TMIDIMessage message, std::uint32_t time) override {
-            if (player_.onSend) {
-                player_.onSend(LibMidi::MIDIEvent::FromMessage(message, time), false);
+        using MIDIPlayerQueue::Queue;
+        void Queue(const LibMidi::SynthEventBase& event) override {
+            if (player_.onSend && event.isWritten) {
+                player_.onSend(event.event, event.duration > 0);
             }
-            MIDIPlayerQueue::SendMessage(message, time);
-        }
-        void PlayNote(std::uint8_t channel, std::uint8_t note, std::uint8_t velocity, int duration,
-                      std::uint32_t time) override {
-            if (player_.onSend) {
-                player_.onSend(LibMidi::NoteEvent(time, channel, note, velocity, 0x90), duration > 0);
-            }
-            MIDIPlayerQueue::PlayNote(channel, note, velocity, duration, time);
+            MIDIPlayerQueue::Queue(event);
         }
 
     private:

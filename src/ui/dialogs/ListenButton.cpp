@@ -46,7 +46,7 @@ void ListenButton::listen(bool on) {
             former_ = player_.GetSong();
             formerStatus_ = player_.GetStatus();
         }
-        player_.Open(heard_);
+        player_.OpenToListen(heard_);
     }
     const bool plays = on && player_.Play();
     if (!plays && hasTheSong()) {

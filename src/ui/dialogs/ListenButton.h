@@ -8,9 +8,9 @@
 
 #include "engine/SongPlayer.h"
 
-/// Plays a take while it is checked, up to its end, and says why where nothing would be heard. When the button is
-/// hidden or goes, what the player had before is there again as it was, stopped; if another song was opened meanwhile,
-/// that stays. [gui]
+/// Plays a take while it is checked, up to its end, into no take that runs, and says why where nothing would be heard.
+/// When the button is hidden or goes, what the player had before is there again as it was, stopped; if another song was
+/// opened meanwhile, that stays. [gui]
 class ListenButton : public QPushButton {
     Q_OBJECT
 

@@ -5,7 +5,9 @@
 #include <filesystem>
 
 #include "engine/EngineControls.h"
+#include "engine/EngineExtras.h"
 #include "engine/TakeJournal.h"
+#include "libmidi/PlayedHistory.h"
 #include "support/SynthModel.h"
 #include "unit/engine/EngineRig.h"
 
@@ -458,6 +460,68 @@ TEST_F(Controls, WhoHeldThePedalBeforeAPanicHoldsItNoMore) {
     rig.GetKeyboard().Deliver(0xB0, 64, 127);
     rig.RunPlayer();
     EXPECT_TRUE(synth.IsPedalDown(0));
+}
+
+TEST_F(Controls, ANoteThatIsTriedSoundsOnItsVoiceAloneAndEndsNoneThatIsPlayed) {
+    controls.SetVoiceMode(true, false);
+    controls.TransposeUp(1);
+    rig.TakeWritten();
+    controls.HearNote(1, 60, 90);
+    EXPECT_THAT(rig.TakeWritten(), ElementsAre("91 3d 5a"));
+    controls.HearNote(0, 60, 91);
+    EXPECT_THAT(rig.TakeWritten(), testing::UnorderedElementsAre("81 3d 00", "90 3c 5b"));
+    engine.PlayNoteOn(60, 100);
+    rig.TakeWritten();
+    controls.EndHeardNote();
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty()) << "a key is down";
+    engine.PlayNoteOff(60);
+    EXPECT_FALSE(IsSounding());
+    rig.TakeWritten();
+    controls.EndHeardNote();
+    EXPECT_THAT(rig.TakeWritten(), IsEmpty());
+}
+
+TEST_F(Controls, ANoteThatIsTriedIsNothingThatWasPlayed) {
+    ASSERT_TRUE(controls.StartRecording());
+    rig.RunPlayer();
+    const auto countKept = [this] {
+        return engine.WithExtras([](Kivora::EngineExtras& extras) { return extras.GetPlayed(); })->Get().events.size();
+    };
+    const std::size_t kept = countKept();
+    const int recorded = engine.GetRecordedCount();
+    controls.HearNote(0, 60, 90);
+    EXPECT_TRUE(IsSounding());
+    controls.EndHeardNote();
+    EXPECT_FALSE(IsSounding());
+    EXPECT_EQ(countKept(), kept);
+    EXPECT_EQ(engine.GetRecordedCount(), recorded);
+}
+
+TEST_F(Controls, APatchThatWasSteppedToIsUsedAsSoonAsItIsPlayed) {
+    const auto lastUsed = [this] {
+        return engine.WithExtras([](const Kivora::EngineExtras& extras) { return extras.patches.GetLastUsed(); });
+    };
+    const auto play = [this](std::uint8_t note) {
+        engine.PlayNoteOn(note, 90);
+        engine.PlayNoteOff(note);
+    };
+    controls.SetPatch(10, 0);
+    controls.SetPatch(30, 1);
+    play(60);
+    EXPECT_THAT(lastUsed(), IsEmpty());
+    controls.NextPatch(0);
+    controls.NextPatch(0);
+    controls.PrevPatch(1);
+    EXPECT_THAT(lastUsed(), IsEmpty()) << "it may be passed";
+    play(60);
+    EXPECT_THAT(lastUsed(), ElementsAre(12)) << "the second voice is silent";
+    controls.SetVoiceMode(true, false);
+    play(60);
+    EXPECT_THAT(lastUsed(), ElementsAre(29, 12));
+    controls.NextPatch(0);
+    controls.SetPatch(40, 0);
+    play(60);
+    EXPECT_THAT(lastUsed(), ElementsAre(29, 12)) << "another one came in its place";
 }
 
 TEST_F(Controls, QuickPedalMovementsKeepTheirOrder) {

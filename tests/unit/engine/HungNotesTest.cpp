@@ -418,7 +418,7 @@ private:
 
     void ChangeSettings() {
         const int slot = Draw(3);
-        const int choice = Draw(13);
+        const int choice = Draw(16);
         Name("setting", choice);
         if (choice < 3 || (choice > 4 && choice < 8) || choice == 11) {
             due_ = {};  // it may end all notes
@@ -457,6 +457,12 @@ private:
                                              .countInBars = Draw(3)});
             case 11:
                 return controls_->SetSplitPoint(Draw(3) == 0 ? Draw(128) : 48 + Draw(24));
+            case 12:
+                return controls_->HearNote(slot, DrawNote(), DrawVelocity());
+            case 13:
+                return controls_->EndHeardNote();
+            case 14:
+                return controls_->TapTempo();
             default:
                 return Toss() ? GetEngine().VolumeUp(slot) : GetEngine().VolumeDown(slot);
         }
@@ -479,7 +485,7 @@ private:
         Name("song", choice);
         switch (choice) {
             case 0:
-                return song_->Open(DrawSong());
+                return Toss() ? song_->Open(DrawSong()) : song_->OpenToListen(DrawSong());
             case 1:
                 return song_->Pause();
             case 2:
@@ -752,6 +758,7 @@ private:
     void CheckAtRest() {
         Name("rest");
         PauseSong();
+        controls_->EndHeardNote();
         rig_.Run(2);
         GetEngine().EndTimedNotes();
         rig_.RunPlayer();

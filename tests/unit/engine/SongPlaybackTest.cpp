@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 
+#include "libmidi/PlayedHistory.h"
 #include "support/AllocationCounter.h"
 #include "support/Files.h"
 #include "support/SynthModel.h"
@@ -298,6 +300,72 @@ TEST_F(SongPlayback, WhatIsPlayedAndWhatThePlayerPlaysAreInTheTake) {
     EXPECT_THAT(captured, IsSupersetOf({std::string("c4 1e"), kOnLine, kOffLine, std::string("90 48 50"),
                                         std::string("80 48 00")}));
     EXPECT_EQ(GetState(), State::kPlaying);
+}
+
+TEST_F(SongPlayback, WhatItPlaysIsNothingThatWasPlayedLastAndWhatIsPlayedAlongIsThereWhole) {
+    const auto played = [this] {
+        Lines lines;
+        const auto content =
+            Engine().WithExtras([](Kivora::EngineExtras& extras) { return extras.GetPlayed(); })->Get();
+        for (const LibMidi::PlayedEvent& event : content.events) {
+            lines.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
+        }
+        return lines;
+    };
+    Engine().WithExtras([](Kivora::EngineExtras& extras) {
+        extras.KeepPlayed(false);
+        extras.KeepPlayed(true);
+    });
+    Play({{0, {0xC0, 1, 30, 0}},
+          {0, {0xB0, 1, 64, 127}},
+          {10, {0x90, 1, 60, 100}},
+          {50, {0x80, 1, 60, 0}},
+          {60, {0xB0, 1, 64, 0}},
+          {70, {0xB0, 1, 7, 9}}},
+         100);
+    Run(20);
+    Engine().PlayNoteOn(60, 90);
+    controls->SetSustain(true);
+    Engine().PlayNoteOff(60);
+    controls->SetSustain(false);
+    Run(200);
+    EXPECT_EQ(GetState(), State::kStopped);
+    const Lines lines = played();
+    Lines ofVoice;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(ofVoice),
+                 [](const std::string& line) { return line.at(1) == '0'; });
+    EXPECT_THAT(ofVoice, testing::UnorderedElementsAre("90 3c 5a", "80 3c 00", "b0 40 7f", "b0 40 00"));
+    EXPECT_LT(std::find(ofVoice.begin(), ofVoice.end(), "90 3c 5a"),
+              std::find(ofVoice.begin(), ofVoice.end(), "80 3c 00"));
+}
+
+TEST_F(SongPlayback, WhatIsOnlyListenedToIsInNoTakeAndWhatIsPlayedMeanwhileIs) {
+    ASSERT_TRUE(controls->StartRecording());
+    rig.RunPlayer();
+    const std::uint32_t before = Engine().GetCapture()->GetCapturedCount();
+    player->OpenToListen(
+        MakeSong({{0, {0xC0, 1, 30, 0}}, {10, {0x90, 1, 60, 100}}, {50, {0x80, 1, 60, 0}}, {60, kOn}}, 100));
+    ASSERT_TRUE(player->Play());
+    EXPECT_THAT(Run(20), Contains("90 3c 64"));
+    Engine().PlayNoteOn(60, 90);
+    Engine().PlayNoteOff(60);
+    Run(200);
+    ExpectNothingSounds(synth);
+    ASSERT_TRUE(controls->StopRecording());
+    Lines captured;
+    Engine().GetCapture()->VisitCaptured(before, [&captured](const LibMidi::CapturedEvent& event) {
+        captured.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
+    });
+    EXPECT_THAT(captured, ElementsAre("90 3c 5a", "80 3c 00"));
+    player->Open(MakeSong({{0, kOn}}, 100));
+    ASSERT_TRUE(controls->StartRecording());
+    ASSERT_TRUE(player->Play());
+    Run(5);
+    captured.clear();
+    Engine().GetCapture()->VisitCaptured(0, [&captured](const LibMidi::CapturedEvent& event) {
+        captured.push_back(ToText(LibMidi::MIDIEvent::FromMessage(event.message, 0)));
+    });
+    EXPECT_THAT(captured, Contains(kOnLine)) << "the next song is recorded over";
 }
 
 TEST_F(SongPlayback, ARecordingThatBeginsInANoteEndsItAndHoldsTheSongUp) {

@@ -83,6 +83,19 @@ TEST_F(PanelPatchMenu, WhileARecordingRunsNothingIsHeardBeforeItIsChosen) {
     Engine().StopRecording();
 }
 
+TEST_F(PanelPatchMenu, OnlyTheVoiceThatIsChosenIsHeard) {
+    controls->SetVoiceMode(true, false);
+    controls->SetPatch(40, 1);
+    rig.TakeWritten();
+    WithMenu([&](QGMPatchMenu& menu) {
+        QTest::keyClick(&menu, Qt::Key_Down);
+        const auto written = rig.TakeWritten();
+        EXPECT_THAT(written, Contains("90 3c 50"));
+        EXPECT_THAT(written, testing::Not(Contains(testing::StartsWith("91"))));
+        QTest::keyClick(&menu, Qt::Key_Escape);
+    });
+}
+
 TEST_F(PanelPatchMenu, AnArpeggioGetsNoNoteOfIt) {
     controls->SetArpeggiating(true);
     rig.TakeWritten();
