@@ -1610,6 +1610,11 @@ If you are not playing for 30 seconds, recording is stopped.</source>
         <translation>Файл настроек сейчас не читается. Действуют настройки по умолчанию. Файл оставлен как есть; то, что вы измените, хранится рядом с ним и вступит в силу, когда файл удастся прочитать.</translation>
     </message>
     <message>
+        <source>Count-in: %1</source>
+        <comment>beats that are left</comment>
+        <translation>Отсчёт: %1</translation>
+    </message>
+    <message>
         <source>A file cannot be read. Press here for more.</source>
         <translation>Файл не читается. Нажмите здесь, чтобы узнать больше.</translation>
     </message>

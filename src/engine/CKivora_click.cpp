@@ -50,9 +50,9 @@ void CKivora::BeginCountIn() {
     }
 }
 
-bool CKivora::IsCountingIn() const {
+int CKivora::GetCountIn() const {
     const CLockGuard guard(lock_);
-    return extras_->click.IsCountingIn();
+    return extras_->click.GetCountIn(clock_.Get());
 }
 
 LibMidi::MIDIPlayerQueue* CKivora::GetClickQueue() {

@@ -1,6 +1,8 @@
 // The metronome that is heard. [owner]
 #pragma once
 
+#include <algorithm>
+
 #include "engine/values/ClickSettings.h"
 #include "midi/MIDIChannels.h"
 #include "midi/MusicalClock.h"
@@ -29,6 +31,8 @@ public:
     void BeginCountIn(const NK::MIDI::MusicalClock& clock);
     void EndCountIn() { countInEnd_ = 0; }
     bool IsCountingIn() const { return countInEnd_ > 0; }
+    /// The beats that are left, the present one among them; 0 while nothing is counted in.
+    int GetCountIn(const NK::MIDI::MusicalClock& clock) const { return std::max(countInEnd_ - GetBeat(clock), 0); }
     /// Whether Play() is to be called each millisecond.
     bool NeedsTick() const {
         return settings_.sound != ClickSettings::Sound::kSilent && (metronome_ || IsCountingIn());

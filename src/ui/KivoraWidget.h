@@ -256,6 +256,7 @@ private:
     /// Asks where to, until the take is written or the user gives up.
     bool saveAs(const QDateTime& begun, const TakeToSave& take);
     void playLatestTake();
+    void updateCountIn();
     void checkLimits();
     void askAfterStop(const QString& reason);
 

@@ -62,8 +62,19 @@ void KivoraWidget::recordingStateChanged() {
     } else {
         panelTimer_.stop();
     }
+    updateCountIn();
     updateTakeNotice();
     updateNotices();
+}
+
+void KivoraWidget::updateCountIn() {
+    NoticeLine& line = *display_->notice();
+    const int beats = engine_ != nullptr ? engine_->GetCountIn() : 0;
+    if (beats > 0) {
+        line.tell(NoticeLine::Topic::kCountIn, tr("Count-in: %1", "beats that are left").arg(beats));
+    } else {
+        line.withdraw(NoticeLine::Topic::kCountIn);
+    }
 }
 
 void KivoraWidget::onRecord() {
@@ -86,6 +97,7 @@ void KivoraWidget::onStartRecording() {
     if (!controls_->StartRecording()) {
         MessageBoxes::Show(this, QMessageBox::Critical, tr("Error"), tr("Failed to start MIDI recording."));
     }
+    updateCountIn();  // begins after the recording
 }
 
 void KivoraWidget::onStopRecording() {
@@ -150,7 +162,7 @@ PlayerWindow& KivoraWidget::player() {
         return *there;
     }
     auto* const made = new PlayerWindow(*controls_, *this);
-    connect(made, &PlayerWindow::panicAsked, this, &KivoraWidget::resetClicked);
+    made->setPanelActions(actions());
     return *made;
 }
 
@@ -174,6 +186,7 @@ void KivoraWidget::timerTick() {
         return;
     }
     ShowFigure(recordTime_, RecordingTexts::Elapsed(engine_->GetRecordingTime()));
+    updateCountIn();
     checkLimits();
 }
 

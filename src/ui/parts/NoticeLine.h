@@ -16,7 +16,7 @@ class NoticeLine : public QLabel, public PanelScaled {
 
 public:
     /// What a notice is about, the most urgent first; there is one notice for each at a time.
-    enum class Topic { kSound, kRecording, kTakes, kInput, kFiles, kPresets, kHint };
+    enum class Topic { kSound, kRecording, kCountIn, kTakes, kInput, kFiles, kPresets, kHint };
 
     explicit NoticeLine(QWidget* parent = nullptr);
 

@@ -143,13 +143,13 @@ TEST_F(ClickTest, IsNotInARecordingNorInWhatIsKeptAndCountsAsNoPlaying) {
 
 TEST_F(ClickTest, CountsInWithTheMetronomeOffAndIsSilentThen) {
     Hear(Sound::kOutput, 2, 3);
-    EXPECT_FALSE(Engine().IsCountingIn());
+    EXPECT_EQ(Engine().GetCountIn(), 0);
     ASSERT_TRUE(controls->StartRecording());
-    EXPECT_TRUE(Engine().IsCountingIn());
+    EXPECT_EQ(Engine().GetCountIn(), 6);
     EXPECT_TRUE(NeedsTick());
     EXPECT_THAT(Run(7500),
                 ElementsAre(bar, barOff, beat, beatOff, beat, beatOff, bar, barOff, beat, beatOff, beat, beatOff));
-    EXPECT_FALSE(Engine().IsCountingIn());
+    EXPECT_EQ(Engine().GetCountIn(), 0);
     EXPECT_FALSE(NeedsTick());
     EXPECT_TRUE(Engine().IsRecording());
 }
@@ -165,11 +165,11 @@ TEST_F(ClickTest, TheEndOfTheRecordingEndsTheCountIn) {
 TEST_F(ClickTest, WithoutASoundOrACountInNothingCounts) {
     Hear(Sound::kSilent, 2);
     ASSERT_TRUE(controls->StartRecording());
-    EXPECT_FALSE(Engine().IsCountingIn());
+    EXPECT_EQ(Engine().GetCountIn(), 0);
     controls->StopRecording();
     Hear(Sound::kOutput, 0);
     ASSERT_TRUE(controls->StartRecording());
-    EXPECT_FALSE(Engine().IsCountingIn());
+    EXPECT_EQ(Engine().GetCountIn(), 0);
 }
 
 TEST_F(ClickTest, OnTheSynthesizerAloneNothingReachesTheOtherOutput) {

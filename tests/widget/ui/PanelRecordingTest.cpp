@@ -101,6 +101,33 @@ TEST_F(PanelRecording, TheRecordKeyStartsAndShowsIt) {
     EXPECT_FALSE(Button("stop").isEnabled());
 }
 
+TEST_F(PanelRecording, TheDisplayCountsIn) {
+    Engine().SetClick({.sound = Kivora::ClickSettings::Sound::kOutput, .beatsPerBar = 3, .countInBars = 1});
+    Engine().SetTempo(60);
+    const auto line = [this] {
+        QApplication::processEvents();
+        const auto& notice = Find<QLabel>("display-notice");
+        return notice.isVisible() ? notice.text().toStdString() : "";
+    };
+    const auto pass = [this](int milliseconds) {
+        rig.Run(milliseconds);
+        QTest::qWait(250);  // the panel looks each 100 ms
+    };
+    Click("record");
+    EXPECT_EQ(line(), "Count-in: 3");
+    pass(1100);
+    EXPECT_EQ(line(), "Count-in: 2");
+    pass(1000);
+    EXPECT_EQ(line(), "Count-in: 1");
+    pass(1000);
+    EXPECT_EQ(line(), "");
+    Engine().StopRecording();
+    Click("record");
+    EXPECT_EQ(line(), "Count-in: 3");
+    Engine().StopRecording();
+    EXPECT_EQ(line(), "");
+}
+
 TEST_F(PanelRecording, AStartThatFailsIsTold) {
     Engine().ShutdownMidi();
     ModalAnswers answers;
