@@ -16,6 +16,7 @@ inline constexpr int kChevronZone = 20;
 inline constexpr int kIndicator = 17;
 inline constexpr int kMenuCheck = 26;
 inline constexpr int kMenuRight = 18;
+inline constexpr int kMenuGap = 16;  ///< between the longest text and the shortcuts, at least
 inline constexpr int kScrollBar = 13;
 inline constexpr int kShortestScrollHandle = 28;
 inline constexpr int kMark = 40;

@@ -235,7 +235,8 @@ QSize InstrumentStyle::sizeFromContents(ContentsType type, const QStyleOption* o
             if (item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator) {
                 return {contents.width(), 9};
             }
-            return {contents.width() + kMenuCheck + kMenuRight,
+            const bool hasShortcut = item != nullptr && item->text.contains('\t');
+            return {contents.width() + kMenuCheck + kMenuRight + (hasShortcut ? kMenuGap : 0),
                     std::max(contents.height(), option->fontMetrics.height()) + 8};
         }
         case CT_ItemViewItem: {
