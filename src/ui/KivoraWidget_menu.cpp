@@ -94,6 +94,9 @@ void KivoraWidget::createActions() {
     addMenuAction(*menu_, tr("A&bout"), {}, slot(&KivoraWidget::aboutClicked));
     menu_->addSeparator();
     addMenuAction(*menu_, tr("&Quit"), Qt::ALT | Qt::Key_Q, [this] { window()->close(); });
+    if (auto* const player = findChild<PlayerWindow*>(QString(), Qt::FindDirectChildrenOnly)) {
+        player->setPanelActions(actions());
+    }
 }
 
 void KivoraWidget::createTimeActions() {

@@ -23,7 +23,7 @@ bool isShownIn(const QWidget& window, const QObject* object) {
 }
 
 bool triggersAction(const QWidget& window, const QKeySequence& keys) {
-    for (QAction* const action : window.findChildren<QAction*>()) {
+    for (QAction* const action : window.findChildren<QAction*>() + window.actions()) {
         const QList<QObject*> places = action->associatedObjects();
         const bool isShown = std::any_of(places.begin(), places.end(),
                                          [&window](const QObject* place) { return isShownIn(window, place); });

@@ -1,5 +1,6 @@
 #include "ui/dialogs/PlayerWindow.h"
 
+#include <QAction>
 #include <QEvent>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -7,7 +8,6 @@
 #include <QHideEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
@@ -112,9 +112,6 @@ PlayerWindow::PlayerWindow(Kivora::EngineControls& controls, QWidget& panel)
     notice_->hide();
     layOut();
     play_->setCheckable(true);
-    auto* const panic = new QShortcut(Qt::Key_F12, this);
-    connect(panic, &QShortcut::activated, this, &PlayerWindow::panicAsked);
-    connect(panic, &QShortcut::activated, this, &PlayerWindow::look);
     lookTimer_.setParent(this);
     connect(&lookTimer_, &QTimer::timeout, this, &PlayerWindow::look);
     new PlayAlong(*this, panel);
@@ -205,6 +202,14 @@ void PlayerWindow::retranslate() {
     play_->setToolTip(tr("Once more to pause"));
     AssignMnemonics(*this);
     look();
+}
+
+void PlayerWindow::setPanelActions(const QList<QAction*>& actions) {
+    addActions(actions);
+    for (const QAction* action : actions) {
+        connect(action, &QAction::triggered, this, &PlayerWindow::look);  // it may have stopped what plays
+    }
+    AssignMnemonics(*this);
 }
 
 void PlayerWindow::openSong(const SongFile& file) {

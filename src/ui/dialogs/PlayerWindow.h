@@ -7,6 +7,7 @@
 #include "engine/SongPlayer.h"
 #include "ui/parts/FittedDialog.h"
 
+class QAction;
 class QFormLayout;
 class QLabel;
 class QPushButton;
@@ -27,16 +28,14 @@ public:
     /// The controls are not owned; the panel, which gets the keys that mean nothing to the window, is the parent.
     PlayerWindow(Kivora::EngineControls& controls, QWidget& panel);
 
+    /// What acts by its shortcut in this window too; those that go are left out by themselves.
+    void setPanelActions(const QList<QAction*>& actions);
     /// Shows the window with a song that can be played now.
     void openSong(const SongFile& song);
     /// Shows the window; where there is no song yet the user is asked for a file first.
     void present();
     /// Plays or pauses the song, where the window is shown; shows it otherwise.
     void toggle();
-
-signals:
-    /// Everything is to be silenced and reset.
-    void panicAsked();
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -1,6 +1,7 @@
 #include "ui/parts/Mnemonics.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QLabel>
 #include <QMap>
 #include <QSet>
@@ -39,6 +40,17 @@ QString WithMnemonic(QString text, QSet<QChar>& taken) {
     return text;
 }
 
+QSet<QChar> LettersOfActions(const QWidget& dialog) {
+    QSet<QChar> letters;
+    for (const QAction* action : dialog.actions()) {
+        const QKeySequence keys = action->shortcut();
+        if (keys.count() == 1 && keys[0].keyboardModifiers() == Qt::AltModifier) {
+            letters.insert(QChar(static_cast<char16_t>(keys[0].key())).toLower());
+        }
+    }
+    return letters;
+}
+
 }  // namespace
 
 void AssignMnemonics(QWidget& dialog) {
@@ -53,7 +65,7 @@ void AssignMnemonics(QWidget& dialog) {
             ++uses[TextOf(*widget)];
         }
     }
-    QSet<QChar> taken;
+    QSet<QChar> taken = LettersOfActions(dialog);
     for (QWidget* widget : named) {
         const QString text = TextOf(*widget);
         widget->setProperty("text", uses[text] == 1 ? WithMnemonic(text, taken) : text);

@@ -8,8 +8,8 @@ class QKeyEvent;
 class QWidget;
 
 /// Passes on to the panel the keys that mean nothing to a window beside it: all but those that move the focus, work a
-/// control or act with ALT, and those that a spin box takes while it has the focus. A release is passed on unless its
-/// press was the window's: it may have been the panel's. [gui]
+/// control or act with ALT or as a shortcut, and those that a spin box takes while it has the focus. A release is
+/// passed on unless its press was the window's: it may have been the panel's. [gui]
 class PlayAlong : public QObject {
     Q_OBJECT
 

@@ -183,6 +183,38 @@ TEST_F(PanelPlayer, OnePlaysAlongOnTheComputerKeysWhileItHasTheKeyboard) {
     EXPECT_FALSE(Piano().IsPressed(60));
 }
 
+TEST_F(PanelPlayer, TheShortcutsOfThePanelActInItAsWell) {
+    OpenSong();
+    const auto type = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&Window(), key, modifiers);
+        QApplication::processEvents();
+    };
+    type(Qt::Key_F9);
+    EXPECT_TRUE(Engine().IsMetronomeOn());
+    type(Qt::Key_F9);
+    EXPECT_FALSE(Engine().IsMetronomeOn());
+    type(Qt::Key_L, Qt::AltModifier);
+    EXPECT_TRUE(Engine().WithArpeggiator(
+        0, [](const NK::MIDI::CArpeggiator1& arpeggiator) { return arpeggiator.GetSettings().latch; }));
+    EXPECT_EQ(Status().state, Kivora::SongPlayback::State::kStopped);
+    type(Qt::Key_P, Qt::AltModifier);
+    EXPECT_EQ(Status().state, Kivora::SongPlayback::State::kPlaying);
+    type(Qt::Key_F11);
+    EXPECT_TRUE(Engine().IsRecording());
+    type(Qt::Key_F11);
+    EXPECT_FALSE(Engine().IsRecording());
+    Kivora::SetLocale("ru_RU", false);
+    QApplication::processEvents();
+    type(Qt::Key_F9);
+    EXPECT_TRUE(Engine().IsMetronomeOn()) << "its menu was made anew";
+    for (const QPushButton* button : Window().findChildren<QPushButton*>()) {
+        for (const QAction* action : panel->actions()) {
+            EXPECT_TRUE(button->shortcut().isEmpty() || button->shortcut() != action->shortcut())
+                << button->text().toStdString();
+        }
+    }
+}
+
 TEST_F(PanelPlayer, AHeldKeyEndsWhenAnotherProgramsWindowGetsTheKeyboard) {
     OpenSong();
     QTest::keyPress(&In<QPushButton>(Window(), "songPlayBtn"), Qt::Key_Z);
