@@ -6,12 +6,15 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
+#include "ui/dialogs/LatchAndSwing.h"
+#include "ui/dialogs/MetronomeSettings.h"
 #include "ui/dialogs/MidiLearn.h"
 #include "ui/dialogs/MidiRemote.h"
 #include "ui/dialogs/PlayerWindow.h"
 #include "ui/dialogs/PresetList.h"
 #include "ui/dialogs/SongFile.h"
 #include "ui/dialogs/SoundCheck.h"
+#include "ui/dialogs/VelocitySettings.h"
 #include "ui/parts/MessageBoxes.h"
 #include "unit/engine/SongRig.h"
 #include "widget/ui/GoldenWindow.h"
@@ -60,6 +63,18 @@ TEST_F(DialogPictures, ThePresetsLookAsReviewed) {
         ExpectLike(load, "presets_load" + language);
         PresetList save(controls.get(), true);
         ExpectLike(save, "presets_save" + language);
+    });
+}
+
+TEST_F(DialogPictures, TheDialogsOfTimeAndTouchLookAsReviewed) {
+    Engine().SetClick({.sound = Kivora::ClickSettings::Sound::kOutput, .countInBars = 2});
+    InBothLanguages([this](const QString& language) {
+        MetronomeSettings metronome(*controls);
+        ExpectLike(metronome, "metronome" + language);
+        LatchAndSwing arpeggios(*controls);
+        ExpectLike(arpeggios, "latch_and_swing" + language);
+        VelocitySettings velocity(*controls);
+        ExpectLike(velocity, "velocity" + language);
     });
 }
 
