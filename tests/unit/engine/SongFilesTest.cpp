@@ -30,12 +30,85 @@ struct Struck {
     }
 };
 
-/// The notes that midicsv lists, in the order of their ticks, at the millisecond by which they have come.
-std::vector<Struck> List(const std::filesystem::path& file, const std::filesystem::path& folder) {
+/// What of a channel has a value: a key (0 while it is up, whatever it was struck with), a controller and so on.
+struct Part {
+    enum Kind { kKey, kKeyPressure, kController, kProgram, kPressure, kBend };
+    int channel;
+    Kind kind;
+    int number;  ///< of the key or the controller
+    friend auto operator<=>(const Part&, const Part&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Part& part) {
+        return out << "channel " << part.channel << ", kind " << part.kind << ", number " << part.number;
+    }
+};
+
+struct Heard {
+    std::vector<Struck> struck;
+    std::map<Part, std::map<std::int64_t, int>> values;  ///< those that stand when a millisecond is over
+    std::int64_t endMs = 0;
+
+    void Take(std::int64_t ms, const NK::MIDI::TMIDIMessage& message) {
+        const int channel = message.channel - 1;
+        switch (message.status) {
+            case 0x80:
+            case 0x90: {
+                const int velocity = message.status == 0x90 ? message.data2 : 0;
+                if (velocity > 0) {
+                    struck.push_back({ms, channel, message.data1, velocity});
+                }
+                values[{channel, Part::kKey, message.data1}][ms] = velocity > 0 ? 1 : 0;
+                break;
+            }
+            case 0xA0:
+                if (IsDown(channel, message.data1)) {  // else it means nothing
+                    values[{channel, Part::kKeyPressure, message.data1}][ms] = message.data2;
+                }
+                break;
+            case 0xB0:
+                TakeControl(ms, channel, message.data1, message.data2);
+                break;
+            case 0xC0:
+                values[{channel, Part::kProgram, 0}][ms] = message.data1;
+                break;
+            case 0xD0:
+                values[{channel, Part::kPressure, 0}][ms] = message.data1;
+                break;
+            default:
+                values[{channel, Part::kBend, 0}][ms] = message.data2 * 128 + message.data1;
+        }
+    }
+
+private:
+    bool IsDown(int channel, int note) const {
+        const auto key = values.find({channel, Part::kKey, note});
+        return key != values.end() && key->second.rbegin()->second != 0;
+    }
+    void TakeControl(std::int64_t ms, int channel, int number, int value) {
+        constexpr int kFirstMode = 120;
+        constexpr int kReset = 121;
+        constexpr int kLocal = 122;
+        if (number < kFirstMode) {
+            values[{channel, Part::kController, number}][ms] = value;
+        } else if (number != kReset && number != kLocal) {  // ends all notes
+            for (auto& [part, history] : values) {
+                if (part.channel == channel && part.kind == Part::kKey) {
+                    history[ms] = 0;
+                }
+            }
+        }
+    }
+};
+
+/// What midicsv lists, in the order of the ticks, at the millisecond by which it has come.
+Heard List(const std::filesystem::path& file, const std::filesystem::path& folder) {
+    static const std::map<std::string, std::uint8_t> kKinds{{"Note_off_c", 0x80},        {"Note_on_c", 0x90},
+                                                            {"Poly_aftertouch_c", 0xA0}, {"Control_c", 0xB0},
+                                                            {"Program_c", 0xC0},         {"Channel_aftertouch_c", 0xD0},
+                                                            {"Pitch_bend_c", 0xE0}};
     const std::string textPath = (folder / "listed.csv").native();
     EXPECT_EQ(std::system(("midicsv '" + file.native() + "' '" + textPath + "'").c_str()), 0) << "midicsv is missing";
     std::ifstream text(textPath);
-    std::multimap<std::int64_t, Struck> notes;  // of one tick in the order of the tracks
+    std::multimap<std::int64_t, NK::MIDI::TMIDIMessage> messages;  // of one tick in the order of the tracks
     std::map<std::int64_t, std::int64_t> tempi{{0, 500000}};
     std::int64_t division = 480;
     for (std::string line; std::getline(text, line);) {
@@ -48,49 +121,51 @@ std::vector<Struck> List(const std::filesystem::path& file, const std::filesyste
         std::int64_t b = 0;
         std::int64_t c = 0;
         words >> track >> tick >> type >> a >> b >> c;
+        const auto kind = kKinds.find(type);
         if (type == "Header") {
             division = c;
         } else if (type == "Tempo") {
             tempi[tick] = a;
-        } else if (type == "Note_on_c" && c > 0) {
-            notes.insert({tick, {0, static_cast<int>(a), static_cast<int>(b), static_cast<int>(c)}});
+        } else if (kind != kKinds.end()) {
+            const bool isBend = kind->second == 0xE0;
+            messages.insert(
+                {tick,
+                 {kind->second, static_cast<std::uint8_t>(a + 1), static_cast<std::uint8_t>(isBend ? b % 128 : b),
+                  static_cast<std::uint8_t>(isBend ? b / 128 : c)}});
         }
     }
-    std::vector<Struck> listed;
-    for (const auto& [tick, note] : notes) {
+    Heard listed;
+    for (const auto& [tick, message] : messages) {
         std::int64_t time = 0;  // in the division's part of a microsecond
         for (auto tempo = tempi.begin(); tempo != tempi.end() && tempo->first < tick; ++tempo) {
             const std::int64_t end = std::next(tempo) == tempi.end() ? tick : std::min(std::next(tempo)->first, tick);
             time += (end - tempo->first) * tempo->second;
         }
-        listed.push_back(note);
-        listed.back().ms = (time / division + 999) / 1000;
+        listed.Take((time / division + 999) / 1000, message);
     }
     return listed;
 }
 
-/// What the playback strikes, and whether anything sounds at the end.
-std::vector<Struck> Play(const std::filesystem::path& file, bool& leavesSounding) {
+/// What the playback sends, and whether anything sounds at the end.
+Heard Play(const std::filesystem::path& file, bool& leavesSounding) {
     EngineRig rig;
     rig.CreateOpen();
     Kivora::EngineControls controls(*rig.engine);
     Kivora::SongPlayer player(controls);
     SynthModel synth;
-    std::vector<Struck> struck;
-    std::int64_t ms = 0;
+    Heard heard;
     rig.GetDevice(kSynth).keepsWritten = false;
     rig.GetDevice(kSynth).onWrite = [&](const LibMidi::MIDIEvent& event) {
         synth.Play(event);
-        if ((event.status & 0xF0) == 0x90 && event.data2 > 0) {
-            struck.push_back({ms, event.status & 0x0F, event.data1, event.data2});
-        }
+        heard.Take(heard.endMs, {static_cast<std::uint8_t>(event.status & 0xF0),
+                                 static_cast<std::uint8_t>((event.status & 0x0F) + 1), event.data1, event.data2});
     };
     player.Open(std::make_shared<const Kivora::Song>(*NK::MIDI::ReadSMFFile(NK::CString::FromUtf8(file.native()))));
-    for (player.Play(); player.GetStatus().state == Kivora::SongPlayer::State::kPlaying; ++ms) {
+    for (player.Play(); player.GetStatus().state == Kivora::SongPlayer::State::kPlaying; ++heard.endMs) {
         rig.Run(1);
     }
     leavesSounding = synth.IsSounding() || synth.IsPedalDown();
-    return struck;
+    return heard;
 }
 
 /// What is struck in one millisecond may come in any order, as chords do.
@@ -101,16 +176,37 @@ std::vector<Struck> Sort(std::vector<Struck> notes) {
     return notes;
 }
 
+/// Whatever is listed before the end, where everything is set back, stands by then in what was played.
+void ExpectValuesAsListed(const Heard& played, const Heard& listed) {
+    for (const auto& [part, history] : listed.values) {
+        const auto its = played.values.find(part);
+        for (const auto& [ms, value] : history) {
+            if (ms >= played.endMs - 1) {
+                break;
+            }
+            const bool isUp = part.kind == Part::kKey && value == 0;
+            if (its == played.values.end() || its->second.begin()->first > ms) {
+                ASSERT_TRUE(isUp) << part << " at " << ms << " ms";  // the end of what has not begun
+                continue;
+            }
+            ASSERT_EQ(std::prev(its->second.upper_bound(ms))->second, value) << part << " at " << ms << " ms";
+        }
+    }
+}
+
 void ExpectAsListed(const std::filesystem::path& file, const std::filesystem::path& folder) {
     SCOPED_TRACE(file.native());
     bool leavesSounding = true;
-    const std::vector<Struck> played = Sort(Play(file, leavesSounding));
-    const std::vector<Struck> listed = Sort(List(file, folder));
+    const Heard heard = Play(file, leavesSounding);
+    const Heard read = List(file, folder);
     EXPECT_FALSE(leavesSounding);
+    const std::vector<Struck> played = Sort(heard.struck);
+    const std::vector<Struck> listed = Sort(read.struck);
     ASSERT_EQ(played.size(), listed.size());
     for (std::size_t i = 0; i < listed.size(); ++i) {
         ASSERT_EQ(played[i], listed[i]) << "note " << i;
     }
+    ExpectValuesAsListed(heard, read);
 }
 
 }  // namespace
