@@ -57,6 +57,12 @@ TEST(TMIDIMessage, LengthOfARawStatusByteGoesByItsHighNibble) {
     EXPECT_EQ((TMIDIMessage{0xC0, 1, 5, 0}).GetLength(), 2);
 }
 
+TEST(TMIDIMessage, AStatusByteOfAChannelIsToldFromDataAndTheSystems) {
+    for (int byte = 0; byte <= 0xFF; ++byte) {
+        EXPECT_EQ(TMIDIMessage::IsOfChannel(static_cast<std::uint8_t>(byte)), byte >= 0x80 && byte <= 0xEF) << byte;
+    }
+}
+
 TEST(TMIDIMessage, NoteOnForChannelTenPacksAs99) {
     EXPECT_EQ(Pack({0x90, 10, 60, 100}), "\x99\x3C\x64");
 }
