@@ -76,16 +76,17 @@ void SongParameters::Follow(TMIDIMessage message, std::size_t event) {
 
 void SongParameters::VisitState(std::size_t event, const Visit& visit) const {
     for (const auto& [parameter, changes] : set_) {
-        const Data data = FindBefore(changes, event, RestOf(parameter.number));
+        const auto& [channel, number] = parameter;
+        const Data data = FindBefore(changes, event, RestOf(number));
         if (data == Data{kUnset, kUnset}) {
             continue;
         }
-        Choose(parameter.channel, parameter.number, visit);
+        Choose(channel, number, visit);
         if (data[1] != kUnset) {  // first, as devices take both with the high one
-            visit({TMIDIMessage::kControlChange, parameter.channel, Controller::kDataEntryLow, data[1]});
+            visit({TMIDIMessage::kControlChange, channel, Controller::kDataEntryLow, data[1]});
         }
         if (data[0] != kUnset) {
-            visit({TMIDIMessage::kControlChange, parameter.channel, Controller::kDataEntry, data[0]});
+            visit({TMIDIMessage::kControlChange, channel, Controller::kDataEntry, data[0]});
         }
     }
     for (const auto& [channel, changes] : chosen_) {

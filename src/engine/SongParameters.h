@@ -2,11 +2,12 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "midi/MIDIControllers.h"
@@ -34,13 +35,11 @@ private:
         bool isRegistered = true;
         std::uint8_t high = NK::MIDI::Controller::kNoParameter;
         std::uint8_t low = NK::MIDI::Controller::kNoParameter;
-        auto operator<=>(const Number&) const = default;
+        friend bool operator<(const Number& a, const Number& b) {
+            return std::tie(a.isRegistered, a.high, a.low) < std::tie(b.isRegistered, b.high, b.low);
+        }
     };
-    struct Parameter {
-        std::uint8_t channel;  ///< 1..16
-        Number number;
-        auto operator<=>(const Parameter&) const = default;
-    };
+    using Parameter = std::pair<std::uint8_t, Number>;  ///< of a channel 1..16
     /// Data, high and low seven bits; kUnset for what was not set.
     using Data = std::array<std::uint8_t, 2>;
     static constexpr std::uint8_t kUnset = 0xFF;
