@@ -137,8 +137,8 @@ int main(int argc, char** argv) {
     if (!forPictures) {
         receiver.emplace(display);
         QObject::connect(&*receiver, &Kivora::FileReceiver::FileReceived, &window, [&window](const QString& path) {
-            window.OpenFile(path);
             window.ComeToFront();
+            window.OpenFile(path);  // whose player stands over the panel
         });
     }
     if (!commandLine.file.isEmpty()) {
