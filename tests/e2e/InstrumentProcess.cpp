@@ -278,6 +278,19 @@ bool InstrumentProcess::Start(const QStringList& arguments, const QStringList& e
     });
 }
 
+bool InstrumentProcess::OpenFile(const QString& path) const {
+    QProcess opener;
+    opener.setProcessEnvironment(program_.processEnvironment());
+    opener.setProcessChannelMode(QProcess::ForwardedChannels);
+    opener.start(KIVORA_PROGRAM, {path});
+    if (!opener.waitForFinished(kLimitMs)) {
+        opener.kill();
+        opener.waitForFinished(kLimitMs);
+        return false;
+    }
+    return opener.exitStatus() == QProcess::NormalExit && opener.exitCode() == 0;
+}
+
 void InstrumentProcess::BreakOutput() {
     program_.setChildProcessModifier([] {
         int ends[2] = {-1, -1};

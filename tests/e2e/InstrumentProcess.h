@@ -46,6 +46,9 @@ public:
                const std::function<bool()>& isOutputOpen = {});
     /// Nobody reads what the program prints. Before Start().
     void BreakOutput();
+    /// Opens a file as the desktop's file manager does: starts the program with it, which hands it to the one that runs
+    /// and ends. True when it did.
+    bool OpenFile(const QString& path) const;
     /// Runs xdotool on the program's display; true when it succeeded.
     bool Xdotool(const QStringList& arguments);
     /// Calls `action` with a connection to the program's display and waits until the server has done it.

@@ -34,6 +34,7 @@ constexpr TName kNames[] = {
     {EAct::kReturn, "return", 0},
     {EAct::kGrab, "grab", 0},
     {EAct::kUngrab, "ungrab", 0},
+    {EAct::kSong, "song", 0},
     {EAct::kFile, "file", 1},
     {EAct::kMeet, "meet", 0},
     {EAct::kRounds, "rounds", 1},

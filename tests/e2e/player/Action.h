@@ -30,6 +30,7 @@ enum class EAct {
     kReturn,      ///< and comes back
     kGrab,        ///< another program takes all keys, as for a global shortcut
     kUngrab,      ///< and lets them go
+    kSong,        ///< a MIDI file is opened from the file manager: the program's player has it
     kFile,        ///< answers a dialog that asks for a file: 0 leaves it, 1 takes what it offers
     kMeet,        ///< until the program has taken what came before
     kRounds,      ///< as many rounds of its input

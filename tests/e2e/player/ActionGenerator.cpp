@@ -34,7 +34,14 @@ constexpr int kMenu = 135;
 constexpr int kLetterQ = 24;
 constexpr int kLetterW = 25;
 constexpr int kLetterR = 27;
+constexpr int kLetterT = 28;
+constexpr int kLetterO = 32;
+constexpr int kLetterP = 33;
 constexpr int kLetterS = 39;
+constexpr int kLetterH = 43;
+constexpr int kLetterJ = 44;
+constexpr int kLetterL = 46;
+constexpr int kLetterN = 57;
 
 constexpr int FunctionKey(int number) {
     return number < 11 ? kF1 + number - 1 : number == 11 ? kF11 : kF12;
@@ -47,8 +54,12 @@ constexpr std::array kPlayingKeys = {10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
 constexpr std::array kPedals = {64, 64, 66, 69};
 constexpr std::array kPedalValues = {0, 0, 1, 40, 63, 64, 100, 127};
 constexpr std::array kControllers = {1, 7, 10, 11, 0, 32, 91, 120, 121, 123};
-/// The value less, more; the strip of wheels and pedals.
-constexpr std::array kWithAlt = {kMinus, kEquals, kLetterW};
+/// The value less, more; the strip of wheels and pedals, the latch, the names of notes, a file's play and pause.
+constexpr std::array kWithAlt = {kMinus, kEquals, kLetterW, kLetterL, kLetterN, kLetterP};
+/// Of knobs and pads that may be learned; nothing else is played on them.
+constexpr int kFirstKnob = 20;
+constexpr int kFirstPad = 36;
+constexpr int kKnobs = 4;
 constexpr std::array kArrows = {kUp, kDown, kLeft, kRight};
 constexpr int kMostKeys = 6;
 constexpr int kLayoutSets = 4;
@@ -348,6 +359,132 @@ void ActionGenerator::WorkADialog() {
     }
 }
 
+void ActionGenerator::TapTheTempo() {
+    for (int i = Below(5); i >= 0; --i) {
+        TapWith(kAlt, kLetterT);
+        Add(EAct::kRounds, 1 + Below(30));
+    }
+}
+
+void ActionGenerator::MoveTheSplit() {
+    const auto onTheBar = [this] {
+        Add(EAct::kMove, kSplitBar.x + Below(kSplitBar.width), kSplitBar.y + Below(kSplitBar.height));
+    };
+    Tap(FunctionKey(7));
+    Add(EAct::kMeet);
+    for (int i = Below(4); i >= 0; --i) {
+        onTheBar();
+        Add(EAct::kButtonDown, 1);
+        if (Chance(50)) {
+            Chance(50) ? MoveAKey() : PlayMIDIKey();
+        }
+        onTheBar();
+        MaybeMeet();
+        Add(EAct::kButtonUp, 1);
+    }
+}
+
+void ActionGenerator::WorkTheSongPlayer() {
+    switch (Below(4)) {
+        case 0:
+            TapWith(kAlt, kLetterH);
+            break;
+        case 1:
+            TapWith(kAlt, kLetterO);
+            break;
+        default:
+            Add(EAct::kSong);
+            break;
+    }
+    Add(EAct::kMeet);
+    for (int i = Below(12); i >= 0; --i) {
+        switch (Below(9)) {
+            case 0:
+                Tap(kTab);
+                break;
+            case 1:
+                Tap(Chance(50) ? kSpace : OneOf(kArrows));
+                break;
+            case 2:
+                if (const int key = OneOf(kPlayingKeys); key != kLetterQ || end_ != EEnd::kNever) {
+                    TapWith(kAlt, key);
+                }
+                break;
+            case 3:
+                Add(EAct::kMoveOver, Below(1000), Below(1000));
+                Click();
+                Add(EAct::kMeet);
+                Add(EAct::kFile, 0);
+                break;
+            case 4:
+                TapWith(kAlt, kLetterP);
+                break;
+            case 5:
+                Tap(FunctionKey(Chance(50) ? 11 : 12));
+                break;
+            case 6:
+                Add(EAct::kRounds, 1 + Below(100));
+                break;
+            default:
+                Chance(50) ? MoveAKey() : PlayMIDIKey();
+                break;
+        }
+        MaybeMeet();
+    }
+    if (Chance(50)) {
+        Tap(kEscape);
+        MaybeMeet();
+    }
+}
+
+void ActionGenerator::LearnAControl() {
+    constexpr int kController = 0xB0;
+    constexpr int kPadOn = 0x99;
+    constexpr int kPadOff = 0x89;
+    constexpr int kUpToLearn = 5;  // from the menu's end: Quit, About, Help, the keyboard's test, and it
+    const auto moveOne = [this] {
+        if (Chance(50)) {
+            Add(EAct::kMIDI, kController, kFirstKnob + Below(kKnobs), Below(128));
+        } else {
+            const int pad = kFirstPad + Below(kKnobs);
+            Add(EAct::kMIDI, kPadOn, pad, 1 + Below(127));
+            Add(EAct::kMIDI, kPadOff, pad, 0);
+        }
+    };
+    if (Chance(60)) {
+        Add(EAct::kHome);
+        Tap(kF10);
+        Add(EAct::kMeet);
+        for (int i = 0; i < kUpToLearn; ++i) {
+            Tap(kUp);
+        }
+        Tap(kReturn);
+        Add(EAct::kMeet);
+        for (int i = Below(4); i >= 0; --i) {
+            for (int down = Below(12); down > 0; --down) {
+                Tap(kDown);
+            }
+            Tap(kReturn);
+            Add(EAct::kMeet);
+            moveOne();
+            Add(EAct::kRounds, 1 + Below(10));
+        }
+        // What is asked for by an armed dialog is no other hand's.
+        Add(EAct::kHome);
+    }
+    for (int i = Below(6); i >= 0; --i) {
+        moveOne();
+        MaybeMeet();
+    }
+}
+
+void ActionGenerator::SaveWhatWasPlayed() {
+    TapWith(kAlt, kLetterJ);
+    Add(EAct::kMeet);
+    Add(EAct::kFile, Below(2));
+    Add(EAct::kMeet);
+}
+
 void ActionGenerator::PressThroughADialog() {
     Tap(FunctionKey(Chance(50) ? 2 : 4));
     Add(EAct::kMeet);
@@ -536,17 +673,33 @@ CActions ActionGenerator::Make(std::size_t count) {
         Phrase phrase;
     };
     static constexpr TWeighted kPhrases[] = {
-        {240, &ActionGenerator::MoveAKey},        {30, &ActionGenerator::Strum},
-        {120, &ActionGenerator::PlayMIDIKey},     {40, &ActionGenerator::MoveAPedal},
-        {20, &ActionGenerator::TurnWheels},       {8, &ActionGenerator::ChangeProgram},
-        {40, &ActionGenerator::MoveSpace},        {30, &ActionGenerator::MoveAModifier},
-        {90, &ActionGenerator::PlayPianoByMouse}, {60, &ActionGenerator::ClickAControl},
-        {20, &ActionGenerator::DragAControl},     {15, &ActionGenerator::TurnMouseWheel},
-        {40, &ActionGenerator::PressAShortcut},   {10, &ActionGenerator::WorkADialog},
-        {10, &ActionGenerator::WorkAMenu},        {12, &ActionGenerator::Arpeggiate},
-        {4, &ActionGenerator::RecordATake},       {30, &ActionGenerator::Disturb},
-        {6, &ActionGenerator::SwitchLayout},      {8, &ActionGenerator::PullAPlug},
-        {2, &ActionGenerator::LookForPorts},      {20, &ActionGenerator::Pause},
+        {240, &ActionGenerator::MoveAKey},
+        {30, &ActionGenerator::Strum},
+        {120, &ActionGenerator::PlayMIDIKey},
+        {40, &ActionGenerator::MoveAPedal},
+        {20, &ActionGenerator::TurnWheels},
+        {8, &ActionGenerator::ChangeProgram},
+        {40, &ActionGenerator::MoveSpace},
+        {30, &ActionGenerator::MoveAModifier},
+        {90, &ActionGenerator::PlayPianoByMouse},
+        {60, &ActionGenerator::ClickAControl},
+        {20, &ActionGenerator::DragAControl},
+        {15, &ActionGenerator::TurnMouseWheel},
+        {40, &ActionGenerator::PressAShortcut},
+        {10, &ActionGenerator::WorkADialog},
+        {10, &ActionGenerator::WorkAMenu},
+        {6, &ActionGenerator::TapTheTempo},
+        {6, &ActionGenerator::MoveTheSplit},
+        {8, &ActionGenerator::WorkTheSongPlayer},
+        {6, &ActionGenerator::LearnAControl},
+        {2, &ActionGenerator::SaveWhatWasPlayed},
+        {12, &ActionGenerator::Arpeggiate},
+        {4, &ActionGenerator::RecordATake},
+        {30, &ActionGenerator::Disturb},
+        {6, &ActionGenerator::SwitchLayout},
+        {8, &ActionGenerator::PullAPlug},
+        {2, &ActionGenerator::LookForPorts},
+        {20, &ActionGenerator::Pause},
     };
     const int total = std::accumulate(std::begin(kPhrases), std::end(kPhrases), 0,
                                       [](int sum, const TWeighted& phrase) { return sum + phrase.weight; });

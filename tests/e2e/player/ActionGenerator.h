@@ -49,6 +49,11 @@ private:
     void PressAShortcut();
     void WorkADialog();
     void PressThroughADialog();
+    void TapTheTempo();
+    void MoveTheSplit();
+    void WorkTheSongPlayer();
+    void LearnAControl();
+    void SaveWhatWasPlayed();
     void WorkAMenu();
     void Arpeggiate();
     void RecordATake();

@@ -32,10 +32,13 @@ inline constexpr TPoint kControls[] = {
     {960, 132}, {960, 160}, {1100, 132}, {1100, 160}, {960, 239}, {1100, 239}, {940, 96}, {1140, 96},
 };
 
-/// What is dragged: the jog wheel, the two arpeggiators with their gates, the row of parameters,
-/// and where wheels and pedals stand while they are shown.
-inline constexpr TArea kDragged[] = {
-    {732, 66, 112, 112}, {876, 81, 284, 102}, {876, 188, 284, 102}, {330, 220, 366, 66}, {14, 303, 142, 209}};
+/// The bar above the piano, on which the split is dragged.
+inline constexpr TArea kSplitBar{14, 303, 1152, 33};
+
+/// What is dragged: the jog wheel, the two arpeggiators with their gates, the row of parameters, where wheels and
+/// pedals stand while they are shown, and the split.
+inline constexpr TArea kDragged[] = {{732, 66, 112, 112}, {876, 81, 284, 102}, {876, 188, 284, 102},
+                                     {330, 220, 366, 66}, {14, 303, 142, 209}, kSplitBar};
 
 inline constexpr TPoint kTurned[] = {{788, 122},  {639, 235}, {387, 235}, {960, 132},
                                      {1100, 160}, {81, 191},  {478, 420}};

@@ -38,6 +38,21 @@ constexpr int kLetterW = 25;
 /// How the program comes to its end, as actions number it.
 enum EEnd { kByClosing, kBySignal, kByServer };
 
+constexpr const char* kSongName = "song.mid";
+
+/// Two seconds on three channels, with a pedal, a bend and notes that end after it.
+constexpr unsigned char kSong[] = {
+    'M',  'T',  'h',  'd', 0,    0,    0,    6,    0,  0,    0,    1,   0, 96,  // one track, 96 ticks a beat
+    'M',  'T',  'r',  'k', 0,    0,    0,    75,                                //
+    0,    0xC0, 5,    0,   0xC1, 32,   0,    0xB0, 64, 127,                     // programs, pedal down
+    0,    0x90, 60,   100, 0,    0x91, 48,   100,  0,  0x99, 36,   100,         //
+    24,   0xE0, 0,    80,  48,   0x80, 60,   64,   0,  0x91, 52,   80,          // bend
+    96,   0xB0, 64,   0,   0,    0x90, 67,   100,                               // pedal up
+    0x81, 64,   0x80, 67,  64,   0,    0x81, 48,   64, 0,    0x81, 52,  0, 0,  0x89, 36, 0,  //
+    0,    0xE0, 0,    64,  0,    0x90, 72,   90,   48, 0x80, 72,   0,                        //
+    0,    0xFF, 0x2F, 0,                                                                     // the end
+};
+
 constexpr const char* kLayouts[] = {"us,ru,de,fr", "ru,us,gb,fr", "fr,de,us,ru", "gr,br,us,il"};
 
 /// The lines that the program may not say: all but the ones about the missing sound card.
@@ -69,11 +84,18 @@ Session::~Session() = default;
 bool Session::Start() {
     // The manual is asked for and goes nowhere.
     QFile::link("/bin/true", FilePath(dir_, "xdg-open"));
+    QFile song(FilePath(dir_, kSongName));
+    if (!song.open(QIODevice::WriteOnly) ||
+        song.write(reinterpret_cast<const char*>(kSong), sizeof(kSong)) != sizeof(kSong)) {
+        return false;
+    }
+    song.close();
     instrument_.KeepOutput();
-    if (!instrument_.Start({},
-                           {"KIVORA_STANDIN_DEVICES=" + FilePath(dir_, "devices"), "KIVORA_AUDIO_DRIVER=none",
-                            "PATH=" + FolderPath(dir_) + ":" + qEnvironmentVariable("PATH")},
-                           [this] { return devices_.IsAnyOutputReached(); })) {
+    if (!instrument_.Start(
+            {},
+            {"KIVORA_STANDIN_DEVICES=" + FilePath(dir_, "devices"), "KIVORA_AUDIO_DRIVER=none",
+             "XDG_RUNTIME_DIR=" + FolderPath(dir_), "PATH=" + FolderPath(dir_) + ":" + qEnvironmentVariable("PATH")},
+            [this] { return devices_.IsAnyOutputReached(); })) {
         return false;
     }
     client_ = std::make_unique<XClient>(instrument_.GetDisplay().toStdString());
@@ -193,6 +215,9 @@ void Session::Do(const TAction& action) {
         case EAct::kUngrab:
             client_->UngrabKeys();
             break;
+        case EAct::kSong:
+            OpenSong();
+            break;
         case EAct::kFile:
             AnswerFileDialog(first != 0);
             break;
@@ -249,6 +274,13 @@ void Session::SendMIDI(const std::array<int, 3>& message) {
         played_.insert({status, data1});
     }
     devices_.Play(static_cast<std::uint32_t>(status | data1 << 8 | data2 << 16));
+}
+
+void Session::OpenSong() {
+    // Nobody hands a file to a program that is about to end; one that has ended would be started anew.
+    if (instrument_.IsRunning() && !windows_->IsGone() && !instrument_.OpenFile(FilePath(dir_, kSongName))) {
+        Fail(TFailure::EKind::kStuck, "the program takes no file");
+    }
 }
 
 void Session::AnswerFileDialog(bool accepts) {
@@ -321,7 +353,8 @@ void Session::Rest() {
     do {
         Meet();
         if (!isUnlatched && timer.hasExpired(kLatchedMs)) {
-            const bool wasAlone = windows_->IsPanelAlone();
+            // A song in a player that a dialog keeps from closing may play on.
+            const bool wasAlone = windows_->IsPanelAlone() || windows_->HasSongPlayer();
             GoHome();
             if (!wasAlone && IsQuiet()) {
                 Fail(TFailure::EKind::kHangs, "something sounded until a dialog was closed");

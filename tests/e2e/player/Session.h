@@ -55,6 +55,7 @@ private:
     void MoveKey(int code, bool down);
     void MoveButton(int button, bool down);
     void SendMIDI(const std::array<int, 3>& message);
+    void OpenSong();
     void AnswerFileDialog(bool accepts);
     void LetGo();
     void GoHome();

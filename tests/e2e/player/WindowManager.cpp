@@ -165,6 +165,11 @@ void WindowManager::Close(xcb_window_t window) const {
     client_.SendProtocol(window, "WM_DELETE_WINDOW", XCB_CURRENT_TIME);
 }
 
+bool WindowManager::HasSongPlayer() const {
+    return std::any_of(windows_.begin(), windows_.end(),
+                       [](const TWindow& window) { return window.kind == EKind::kSongPlayer; });
+}
+
 void WindowManager::CloseSongPlayer() const {
     for (const TWindow& window : windows_) {
         if (window.kind == EKind::kSongPlayer) {

@@ -32,6 +32,8 @@ public:
     /// The uppermost window; the panel where nothing stands over it.
     const TWindow& GetTop() const { return windows_.back(); }
     bool IsPanelAlone() const { return windows_.size() == 1; }
+    /// Whether the window that plays files and takes is there.
+    bool HasSongPlayer() const;
     bool IsGone() const { return isGone_; }
     xcb_window_t GetPanel() const { return panel_; }
     /// Asks the window to close, as its cross does.
