@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDropEvent>
 #include <QGuiApplication>
@@ -105,6 +106,14 @@ void MainWindow::HoldTestNote(bool isDown) {
     }
 }
 
+bool MainWindow::event(QEvent* event) {
+    if (event->type() == QEvent::WindowUnblocked) {
+        // Once whoever asked has dealt with the answer.
+        QTimer::singleShot(0, this, &MainWindow::OpenWaitingFile);
+    }
+    return QMainWindow::event(event);
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == panel_ && event->type() == QEvent::Paint) {
         panel_->removeEventFilter(this);
@@ -182,6 +191,15 @@ void MainWindow::TellAboutLocaleFile(LocaleFileState state, const QString& failu
 }
 
 void MainWindow::OpenFile(const QString& path) {
+    waitingFile_ = path;
+    OpenWaitingFile();
+}
+
+void MainWindow::OpenWaitingFile() {
+    if (waitingFile_.isEmpty() || QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
+    const QString path = std::exchange(waitingFile_, {});
     const auto play = [this](const SongFile& song) { panel_->player().openSong(song); };
     if (const QString failure = Kivora::OpenFile(controls_.get(), path, play); !failure.isEmpty()) {
         panel_->notices().Tell(QMessageBox::Warning, tr("Cannot Open File"), failure);
@@ -190,8 +208,13 @@ void MainWindow::OpenFile(const QString& path) {
 
 void MainWindow::ComeToFront() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
-    raise();
-    activateWindow();
+    QWidget* const asking = QApplication::activeModalWidget();
+    for (QWidget* part : {static_cast<QWidget*>(this), asking}) {
+        if (part != nullptr) {
+            part->raise();
+            part->activateWindow();
+        }
+    }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -49,9 +49,10 @@ public:
     /// Opens the ports if they are not open yet.
     void OpenPorts();
 
-    /// Opens a file as the desktop does (see OpenFile() in FileOpening.h). What cannot be opened is told in a box.
+    /// Opens a file as the desktop does (see OpenFile() in FileOpening.h), once no dialog keeps the window from being
+    /// worked; of several that come until then, the last. What cannot be opened is told in a box.
     void OpenFile(const QString& path);
-    /// Before the other windows, with the keyboard, as far as the desktop lets it.
+    /// Before the other windows, with the keyboard, as far as the desktop lets it; a dialog in front of it comes along.
     void ComeToFront();
 
     /// Saves the settings, and what is recorded or waits to be saved as it is kept for the next start. A failure is
@@ -70,12 +71,14 @@ signals:
     void PanelReplaced();
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     /// A single file can be dropped on the window.
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void OpenWaitingFile();
     bool SaveSettings();
     /// Why there is none, in the language of the moment; null when there is one now.
     std::function<QString()> CreateEngine();
@@ -93,6 +96,7 @@ private:
     std::unique_ptr<ScreenFit> screenFit_;  // null for a panel as designed
     RunPorts runPorts_;
     std::function<SoundFindings(const CKivora*)> lookAtSound_;
+    QString waitingFile_;            ///< to be opened; empty for none
     KivoraWidget* panel_ = nullptr;  // owned by this window as its child
     bool quiet_ = false;
 };

@@ -27,10 +27,12 @@
 #include <vector>
 
 #include "locale/Locale.h"
+#include "midi/SMFWriter.h"
 #include "support/FakeSynth.h"
 #include "support/FatalLog.h"
 #include "ui/dialogs/About.h"
 #include "ui/dialogs/midiSettings.h"
+#include "ui/dialogs/PlayerWindow.h"
 #include "ui/dialogs/SoundFindings.h"
 #include "ui/KivoraWidget.h"
 #include "unit/engine/EngineRig.h"
@@ -183,6 +185,31 @@ TEST_F(MainWindowTest, WhatCannotBeOpenedAtTheStartIsToldOnceTheWindowIsThere) {
     window.show();
     WaitForBoxes(1);
     EXPECT_EQ(texts_, QStringList("The preset /none cannot be read: No such file or directory."));
+}
+
+TEST_F(MainWindowTest, AFileThatComesWhileADialogAsksIsOpenedAfterIt) {
+    MainWindow window(RealEngine());
+    window.show();
+    const std::string song = (rig_.folder / "song.mid").string();
+    NK::CArray<NK::MIDI::CMIDIMessageX> events;
+    events.Push({{0x90, 1, 60, 100}, 0});
+    events.Push({{0x80, 1, 60, 64}, 500});
+    ASSERT_TRUE(NK::MIDI::WriteMIDIFile(NK::CString::FromUtf8(song), events, 120));
+    const auto isPlayerShown = [&window] {
+        const auto* const player = window.GetPanel()->findChild<PlayerWindow*>();
+        return player != nullptr && player->isVisible();
+    };
+    QDialog dialog(&window);
+    dialog.open();
+    window.OpenFile("/none");
+    window.OpenFile(QString::fromStdString(song));
+    window.ComeToFront();
+    EXPECT_TRUE(QTest::qWaitFor([&dialog] { return dialog.isActiveWindow(); }, 30000));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isPlayerShown()) << "nobody could work it";
+    dialog.close();
+    EXPECT_TRUE(QTest::qWaitFor(isPlayerShown, 30000));
+    EXPECT_EQ(titles_, QStringList()) << "the last one counts";
 }
 
 TEST_F(MainWindowTest, HasItsNameTitleAndParts) {
