@@ -5,11 +5,13 @@
 
 #include <qpa/qplatformwindow.h>
 
+#include <map>
 #include <QAbstractButton>
 #include <QApplication>
 #include <QBackingStore>
 #include <QScreen>
 #include <QTimer>
+#include <QtMath>
 #include <QtTest/QTest>
 #include <QWindow>
 
@@ -242,6 +244,50 @@ TEST_F(ScreenFitTest, AFinerScreenShowsTheSamePanelInMorePixels) {
     MoveTo(*window, Screen("large"));
     ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.0 && shown() == kDesign; }));
     EXPECT_EQ(window->grab().toImage(), coarse) << "as it was";
+}
+
+/// As where text becomes larger on the desktop, or the window is pulled to such a screen, and back.
+TEST_F(ScreenFitTest, AChangeToAScaleBetweenTheWholeOnesShowsTheSamePanelAnew) {
+    const auto window = Open();
+    auto* const lamp = window->findChild<QBlinkingLed*>("midi-led");
+    window->GetPanel()->setWantedScale(0.75);  // has room on either screen
+    WaitUntilCalm(*window);
+    const QSize size = window->size();
+    ASSERT_TRUE(Wait([&] { return !lamp->isLit(); }));
+    const QImage before = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    std::map<const QWidget*, QRect> places;
+    for (const QWidget* part : window->GetPanel()->findChildren<QWidget*>()) {
+        places[part] = part->geometry();
+    }
+    const auto shown = [&] {
+        const auto* const pixels = dynamic_cast<const QImage*>(window->backingStore()->paintDevice());
+        return pixels != nullptr ? pixels->convertToFormat(QImage::Format_RGB32) : QImage();
+    };
+
+    MoveTo(*window, Screen("between"));
+    ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.5; }));
+    WaitUntilCalm(*window);
+    EXPECT_EQ(window->size(), size) << "neither cut nor grown";
+    ASSERT_TRUE(Wait([&] { return window->windowHandle()->size() == size; }));
+    for (const auto& [part, place] : places) {
+        EXPECT_EQ(part->geometry(), place) << part->objectName().toStdString();
+    }
+    const QSize pixels(qCeil(size.width() * 1.5), qCeil(size.height() * 1.5));
+    ASSERT_TRUE(Wait([&] { return shown().size() == pixels && !lamp->isLit(); }));
+    // Painted anew in every part: what is on the screen is what would be painted now.
+    QImage fresh(pixels, QImage::Format_RGB32);
+    fresh.setDevicePixelRatio(1.5);
+    ASSERT_TRUE(Wait([&] {
+        window->render(&fresh);
+        return shown() == fresh;
+    }));
+    EXPECT_NE(fresh, before.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)) << "and not stretched";
+
+    MoveTo(*window, Screen("large"));
+    ASSERT_TRUE(Wait([&] { return window->devicePixelRatioF() == 1.0; }));
+    WaitUntilCalm(*window);
+    EXPECT_EQ(window->size(), size);
+    EXPECT_TRUE(Wait([&] { return shown() == before; })) << "as it was";
 }
 
 TEST_F(ScreenFitTest, APanelOfTwiceTheSizeIsAsSharpAsOneOnAFinerScreen) {
