@@ -2580,7 +2580,7 @@ If you are not playing for 30 seconds, recording is stopped.</source>
     </message>
     <message>
         <source>The button sends on and off in turn: each is a press</source>
-        <translation>Кнопка передаёт то включение, то выключение: срабатывает каждое нажатие</translation>
+        <translation>Кнопка с фиксацией: каждое переключение — нажатие</translation>
     </message>
     <message>
         <source>Learn</source>

@@ -30,8 +30,8 @@ using Kivora::StoredBindings;
 namespace {
 
 constexpr int kFunctionRole = Qt::UserRole;
-constexpr int kListWidth = 560;  // logical pixels, wide enough for a device's name
-constexpr int kListHeight = 330;
+constexpr QSize kListSize(560, 330);  // logical pixels, wide enough for a device's name
+constexpr QSize kLeastListSize(280, 120);
 
 template <class Part>
 Part* Named(Part* part, const char* name) {
@@ -52,30 +52,37 @@ MidiLearn::MidiLearn(MidiRemote& remote, QWidget* parent)
       clearAll_(addButton("learnClearAllBtn", &MidiLearn::clearAll)),
       export_(addButton("learnExportBtn", &MidiLearn::exportBindings)),
       import_(addButton("learnImportBtn", &MidiLearn::importBindings)),
-      close_(addButton("learnCloseBtn", &MidiLearn::accept)) {
+      close_(addButton("learnCloseBtn", &MidiLearn::accept)),
+      buttons_(new QHBoxLayout) {
     setObjectName("MidiLearn");
     learn_->setDefault(true);
     learn_->setCheckable(true);
     list_->setColumnCount(2);
     list_->setRootIsDecorated(false);
     list_->setAllColumnsShowFocus(true);
-    list_->setMinimumSize(kListWidth, kListHeight);
+    list_->setMinimumSize(kListSize);
     list_->header()->setSectionsMovable(false);
     state_->setWordWrap(true);
     state_->setTextFormat(Qt::PlainText);
     state_->setMinimumHeight(2 * state_->fontMetrics().lineSpacing());
     state_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    auto* const buttons = new QHBoxLayout;
-    for (QPushButton* button : {learn_, clear_, clearAll_, export_, import_}) {
-        buttons->addWidget(button);
+    auto* const ofOne = new QHBoxLayout;
+    for (QPushButton* button : {learn_, clear_, clearAll_}) {
+        ofOne->addWidget(button);
     }
-    buttons->addStretch();
-    buttons->addWidget(close_);
+    auto* const ofAll = new QHBoxLayout;
+    for (QPushButton* button : {export_, import_}) {
+        ofAll->addWidget(button);
+    }
+    ofAll->addStretch();
+    ofAll->addWidget(close_);
+    buttons_->addLayout(ofOne);
+    buttons_->addLayout(ofAll, 1);
     auto* const all = new QVBoxLayout(this);
     all->addWidget(list_, 1);
     all->addWidget(latching_);
     all->addWidget(state_);
-    all->addLayout(buttons);
+    all->addLayout(buttons_);
     fillList();
     connect(list_, &QTreeWidget::currentItemChanged, this, &MidiLearn::choose);
     connect(list_, &QTreeWidget::itemDoubleClicked, this, [this] {
@@ -87,6 +94,8 @@ MidiLearn::MidiLearn(MidiRemote& remote, QWidget* parent)
     connect(&remote_, &MidiRemote::learned, this, &MidiLearn::learned);
     retranslate();
     list_->setFocus();
+    resize(sizeHint());
+    list_->setMinimumSize(kLeastListSize);  // where the screen has no room for more
 }
 
 MidiLearn::~MidiLearn() {
@@ -117,6 +126,10 @@ void MidiLearn::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange) {
         retranslate();
     }
+}
+
+void MidiLearn::arrange(int width) {
+    fold(*buttons_, width);
 }
 
 void MidiLearn::retranslate() {

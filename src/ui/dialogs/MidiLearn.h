@@ -6,6 +6,7 @@
 
 class MidiRemote;
 class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QTreeWidget;
@@ -29,6 +30,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void arrange(int width) override;
 
 private:
     QPushButton* addButton(const char* name, void (MidiLearn::*clicked)());
@@ -68,4 +70,5 @@ private:
     QPushButton* export_;
     QPushButton* import_;
     QPushButton* close_;
+    QHBoxLayout* buttons_;
 };

@@ -16,6 +16,7 @@
 #include "engine/EngineExtras.h"
 #include "ui/dialogs/VelocityGraph.h"
 #include "ui/parts/Mnemonics.h"
+#include "ui/parts/ScrolledForm.h"
 
 using Kivora::EngineExtras;
 using Kivora::VelocityCurve;
@@ -28,6 +29,7 @@ VelocitySettings::VelocitySettings(Kivora::EngineControls& controls, QWidget* pa
     : FittedDialog(parent),
       controls_(controls),
       form_(new QFormLayout),
+      columns_(new QHBoxLayout),
       shape_(new QComboBox),
       fixed_(addSpin("velocityFixed", VelocityCurve::kLowest, VelocityCurve::kHighest)),
       least_(addSpin("velocityLeast", VelocityCurve::kLowest, VelocityCurve::kHighest)),
@@ -50,15 +52,21 @@ VelocitySettings::VelocitySettings(Kivora::EngineControls& controls, QWidget* pa
         label->setBuddy(field);
         form_->addRow(label, field);
     }
-    auto* const columns = new QHBoxLayout;
-    columns->addLayout(form_);
-    columns->addWidget(graph_, 1);
+    columns_->addLayout(form_);
+    columns_->addWidget(graph_, 1);
+    auto* const contents = new QWidget;
+    auto* const rows = new QVBoxLayout(contents);
+    rows->setContentsMargins({});
+    rows->addLayout(columns_, 1);
+    rows->addWidget(height_);
+    auto* const form = new ScrolledForm;
+    form->setObjectName("form");
+    form->setWidget(contents);
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(close_);
     auto* const all = new QVBoxLayout(this);
-    all->addLayout(columns, 1);
-    all->addWidget(height_);
+    all->addWidget(form, 1);
     all->addLayout(buttons);
     close_->setDefault(true);
     connect(close_, &QPushButton::clicked, this, &QDialog::accept);
@@ -87,6 +95,10 @@ void VelocitySettings::changeEvent(QEvent* event) {
     if (event->type() == QEvent::LanguageChange) {
         retranslate();
     }
+}
+
+void VelocitySettings::arrange(int width) {
+    fold(*columns_, width);
 }
 
 void VelocitySettings::retranslate() {

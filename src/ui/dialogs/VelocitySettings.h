@@ -9,6 +9,7 @@
 class QCheckBox;
 class QComboBox;
 class QFormLayout;
+class QHBoxLayout;
 class QPushButton;
 class QSpinBox;
 class VelocityGraph;
@@ -32,6 +33,7 @@ public slots:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void arrange(int width) override;
 
 private:
     QSpinBox* addSpin(const char* name, int least, int greatest);
@@ -49,6 +51,7 @@ private:
 
     // Qt's parent owns these.
     QFormLayout* form_;
+    QHBoxLayout* columns_;
     QComboBox* shape_;
     QSpinBox* fixed_;
     QSpinBox* least_;

@@ -149,14 +149,7 @@ void midiSettings::showEvent(QShowEvent* event) {
 }
 
 void midiSettings::arrange(int width) {
-    const auto lay = [this](QBoxLayout::Direction direction) {
-        ui_->columnsLayout->setDirection(direction);
-        ui_->form->updateGeometry();
-    };
-    lay(QBoxLayout::LeftToRight);
-    if (sizeHint().width() > width) {
-        lay(QBoxLayout::TopToBottom);
-    }
+    fold(*ui_->columnsLayout, width);
 }
 
 void midiSettings::fillPorts() {

@@ -1,6 +1,7 @@
 #include "ui/parts/FittedDialog.h"
 
 #include <algorithm>
+#include <QBoxLayout>
 #include <QEvent>
 #include <QScreen>
 #include <QShowEvent>
@@ -17,6 +18,20 @@ FittedDialog::FittedDialog(QWidget* parent) : QDialog(parent) {
 }
 
 void FittedDialog::arrange(int) {
+}
+
+void FittedDialog::fold(QBoxLayout& row, int width) {
+    const auto lay = [this, &row](QBoxLayout::Direction direction) {
+        row.setDirection(direction);
+        for (QWidget* part = row.parentWidget(); part != this; part = part->parentWidget()) {
+            part->updateGeometry();
+        }
+        layout()->invalidate();
+    };
+    lay(QBoxLayout::LeftToRight);
+    if (sizeHint().width() > width) {
+        lay(QBoxLayout::TopToBottom);
+    }
 }
 
 QSize FittedDialog::roomOfScreen() const {

@@ -3,6 +3,8 @@
 
 #include <QDialog>
 
+class QBoxLayout;
+
 /// As large as its contents want, or as its own resize() before it was shown if that is more, and never larger than its
 /// screen has room for; grows when they come to want more, and stays on the screen then. [gui]
 class FittedDialog : public QDialog {
@@ -19,6 +21,8 @@ protected:
     void showEvent(QShowEvent* event) override;
     /// Lays the contents out for a room of that width.
     virtual void arrange(int width);
+    /// Makes a row of the contents a column where the dialog would be wider than that, else a row.
+    void fold(QBoxLayout& row, int width);
 
 private:
     QSize roomOfScreen() const;
