@@ -76,7 +76,7 @@ void CKivora::RestartClock() {
 void CKivora::NoteClock(bool beginsBar) {
     extras_->playedGrid.Add(extras_->GetPlayed()->GetTimeMs(), clock_.Get(), beginsBar);
     if (sink_ && sink_->IsCapturing()) {
-        extras_->grid->Add(sink_->GetCaptureTimeMs(), clock_.Get(), beginsBar);
+        extras_->GetGrid()->Add(sink_->GetCaptureTimeMs(), clock_.Get(), beginsBar);
     }
 }
 

@@ -16,8 +16,8 @@ bool CKivora::StartRecording() {
     SleepAndPlayOut(100);
     sink_->StartCapture();
     AdvanceClock();
-    extras_->grid = std::make_shared<RunningGrid>();
-    extras_->grid->Add(0, clock_.Get(), false);
+    extras_->BeginGrid();
+    extras_->GetGrid()->Add(0, clock_.Get(), false);
     SendPatches();
     SendVolumes();
     emit RecordingStateChanged();

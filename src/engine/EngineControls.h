@@ -175,6 +175,8 @@ public:
     /// At the start, or silence first; then gates of 0 are raised.
     bool LoadSettings();
     bool SaveSettings() { return engine_.SaveSettings(); }
+    /// Any of Settings; who is told of it see CKivora::ChangeSettings().
+    void ChangeSettings(const std::function<void(Settings& settings)>& change) { engine_.ChangeSettings(change); }
     LastFolders& GetLastFolders() { return engine_.GetLastFolders(); }
     void SetVelocityLow(int velocity) { engine_.SetVelocityLow(velocity); }
     void SetVelocityNormal(int velocity) { engine_.SetVelocityNormal(velocity); }

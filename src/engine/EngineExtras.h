@@ -35,6 +35,10 @@ struct EngineExtras {
     /// What was played last, from all players of the engine; never null. On, if the settings do not switch it off.
     std::shared_ptr<LibMidi::PlayedHistory> GetPlayed() { return played_; }
     std::shared_ptr<const LibMidi::PlayedHistory> GetPlayed() const { return played_; }
+    /// Of the recording that runs, or ran last; never null, and each has its own.
+    std::shared_ptr<RunningGrid> GetGrid() { return grid_; }
+    std::shared_ptr<const RunningGrid> GetGrid() const { return grid_; }
+    void BeginGrid() { grid_ = std::make_shared<RunningGrid>(); }
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
     /// A voice with that patch begins a note: a patch that was stepped to is used from then on.
@@ -42,8 +46,6 @@ struct EngineExtras {
 
     SongPlayback song;  ///< what is played back; its commands stand in EngineControls and SongPlayer
 
-    /// Of the recording that runs, or ran last; never null, and each has its own.
-    std::shared_ptr<RunningGrid> grid = std::make_shared<RunningGrid>();
     PlayedGrid playedGrid;    ///< of `played`
     bool savesTempo = false;  ///< whether takes are saved on the grid, where nothing else is chosen
 
@@ -67,6 +69,7 @@ struct EngineExtras {
 
 private:
     const std::shared_ptr<LibMidi::PlayedHistory> played_;
+    std::shared_ptr<RunningGrid> grid_ = std::make_shared<RunningGrid>();
 };
 
 }  // namespace Kivora

@@ -232,7 +232,7 @@ void TakeJournal::FollowRecording() {
     bool waits = false;
     {
         const bool isRecording = engine_->IsRecording();
-        const auto grid = engine_->WithExtras([](const EngineExtras& extras) { return extras.grid; });
+        const auto grid = engine_->WithExtras([](const EngineExtras& extras) { return extras.GetGrid(); });
         const CLockGuard guard(lock_);
         waits = EndRecording();
         if (isRecording) {
