@@ -85,9 +85,11 @@ class Check:
         self.files = [path for path in walk(root) if path not in table.row("KIVORA_VOCABULARY")]
 
     def known(self, path):
-        """The words that the file may use."""
-        leaf = self.table.leaf_of(path)
-        return [word for word in self.words if self.table.leaf_of(word.header) in [leaf] + self.table.layer(leaf)]
+        """The words of the leaves that the file's leaf stands on, by whatever way."""
+        below = [self.table.leaf_of(path)]
+        for leaf in below:
+            below += [lower for lower in self.table.layer(leaf) if lower not in below]
+        return [word for word in self.words if self.table.leaf_of(word.header) in below]
 
     def run(self):
         for path in self.files:

@@ -20,7 +20,8 @@ namespace {
 /// Unicode's end, or U+FFFD, which stands for what could not be decoded.
 bool IsFitForName(wchar_t character) {
     const std::wint_t code = std::char_traits<wchar_t>::to_int_type(character);
-    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+    constexpr std::wint_t kPastC1 = 160;
+    const bool isControl = code < 0x20 || (code >= 0x7F && code < kPastC1);
     return !isControl && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFD && code <= 0x10FFFF;
 }
 
