@@ -52,7 +52,7 @@ public:
     virtual void RemoveListener(MIDIPlayerListener* listener) = 0;  ///< removes the first equal entry. [any]
 };
 
-/// Never null.
+/// Never null. [any]
 std::unique_ptr<MIDIPlayer> CreateMIDIPlayer(NK::CSleeper& sleeper = NK::SystemSleeper());
 
 }  // namespace LibMidi

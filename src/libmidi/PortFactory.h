@@ -9,7 +9,7 @@
 
 namespace LibMidi {
 
-/// The port set of one backend: owns its ports and whatever the backend needs while they exist.
+/// The port set of one backend: owns its ports and whatever the backend needs while they exist. [gui]
 class MIDIPortsImpl {
 public:
     virtual ~MIDIPortsImpl() = default;

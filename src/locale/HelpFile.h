@@ -14,10 +14,10 @@ struct HelpFile {
     bool exists;
 };
 
-/// "index.html" in the folder of the locale's language, else in that of English, under "Help" in the program's folder.
+/// "index.html" in the folder of the locale's language, else of English, under "Help" in the program's folder. [any]
 HelpFile FindHelpFile(const QString& programDir, const QString& localeCode);
 
-/// The folder of the running program, without a slash at the end.
+/// The folder of the running program, without a slash at the end. [any]
 QString GetProgramDir();
 
 /// Opens the manual in the language in force. One that the desktop is still busy with when the opener is destroyed is

@@ -21,10 +21,10 @@ inline constexpr int kMaxLocaleCodeLength = 7;
 QString MatchLocale(const QString& code);
 
 /// The name of a locale's language for the user to choose: English in English, the others in the language in force;
-/// "[Bad locale code]" for a language that is not supported.
+/// "[Bad locale code]" for a language that is not supported. [gui]
 QString LocaleDisplayName(const QString& code);
 
-/// What distinguishes the file names of the language in force, "_ru"; empty where its catalogue names nothing.
+/// What distinguishes the file names of the language in force, "_ru"; empty where its catalogue names nothing. [gui]
 QString LocaleSuffix();
 
 /// The supported code in force; empty before the first SetLocale(). [gui]
@@ -39,7 +39,7 @@ const QString& GetCurrentLocale();
 bool SetLocale(const QString& code, bool save);
 
 /// The program's catalogue of a supported language, whatever language is in force; null where there is none, as for the
-/// language of the sources.
+/// language of the sources. [gui]
 std::unique_ptr<QTranslator> LoadCatalogue(const QString& code);
 
 /// The language for this run: the code in "Locale.ini", else the system's, which is then saved, unless the file is

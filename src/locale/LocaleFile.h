@@ -5,7 +5,7 @@
 
 namespace Kivora {
 
-/// "Locale.ini" in the user's data folder.
+/// "Locale.ini" in the user's data folder. [any]
 NK::CString GetLocaleFilePath();
 
 /// How the file was found: kDamaged is one that is no configuration, kUnreadable one that is there and is not given.

@@ -29,14 +29,14 @@ private:
     std::map<int, char> map_;
 };
 
-/// Whether the keyboard language, as a Windows language number, is neutral, the default or an English one.
+/// Whether the keyboard language, as a Windows language number, is neutral, the default or an English one. [any]
 bool IsUSKeyboardLanguage(std::uint16_t language) noexcept;
 
 /// The US keyboard's character of a Qt key code. Codes below 128 are looked up only with `translate` and while the
-/// keyboard's language is not one of the above; all others always.
+/// keyboard's language is not one of the above; all others always. [gui]
 int KeyToCharacter(const CLocalizedKeyMap& map, int keyCode, bool translate, std::uint16_t language);
 
-/// The same for a key that plays: with translation, and a letter typed without SHIFT taken in lower case first.
+/// The same for a key that plays: with translation, and a letter typed without SHIFT taken in lower case first. [gui]
 int PlayingKeyToCharacter(const CLocalizedKeyMap& map, int keyCode, bool shift, std::uint16_t language);
 
 }  // namespace Kivora

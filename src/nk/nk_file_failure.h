@@ -20,10 +20,10 @@ struct FileFailure {
 /// attempt, and asks after it. [any]
 FileFailure GetFileFailure();
 void ForgetFileFailure() noexcept;
-/// For who carries out an operation on a file.
+/// For who carries out an operation on a file. [any]
 void SetFileFailure(const CString& path, int error) noexcept;
 
-/// In the language of the program, else in that of the system; empty for 0 and kErrorUnknown. Without a full stop.
+/// In the program's language, else in the system's; empty for 0 and kErrorUnknown. Without a full stop. [any]
 CString DescribeFileError(int error);
 
 }  // namespace NK

@@ -48,7 +48,7 @@ private:
 };
 
 /// That of an English or a Russian keyboard by the locale's language, else that of its country's usual keyboard;
-/// kLanguageUnknown for the "C" locale.
+/// kLanguageUnknown for the "C" locale. [any]
 NK::LanguageNumber GetLanguageOfLocale(const QLocale& locale);
 
 }  // namespace Kivora

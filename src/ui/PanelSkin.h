@@ -65,7 +65,7 @@ private:
 };
 
 /// The resource that has a picture finely enough for that many device pixels a pixel of the design, as far as there is
-/// one: at 1x, 2x or 4x.
+/// one: at 1x, 2x or 4x. [any]
 QString SkinPictureFile(const QString& name, double ratio);
-/// The picture itself, its device pixel ratio set.
+/// The picture itself, its device pixel ratio set. [gui]
 QPixmap LoadSkinPicture(const QString& name, double ratio);

@@ -10,7 +10,7 @@
 
 namespace Kivora {
 
-/// What a file of bindings holds.
+/// What a file of bindings holds. Read() [any], the value [owner].
 struct StoredBindings {
     enum class State {
         kWhole,
@@ -51,7 +51,7 @@ private:
     MidiBindings inFile_;  ///< what the file held when it was last read or written; what differs could not be saved
 };
 
-/// False, with the reason in NK::GetFileFailure(), when the file is as it was.
+/// False, with the reason in NK::GetFileFailure(), when the file is as it was. [any]
 bool WriteBindings(const MidiBindings& bindings, const NK::CString& path);
 
 }  // namespace Kivora

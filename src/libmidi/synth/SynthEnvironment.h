@@ -21,12 +21,12 @@ struct SynthEnvironment {
 };
 
 /// The font named by the environment if that is a file; where none is named, "default-GM.sf2" and ".sf3" of the
-/// folders, else the first of the known General MIDI fonts there. Empty if there is none.
+/// folders, else the first of the known General MIDI fonts there. Empty if there is none. [any]
 std::filesystem::path FindSoundFont(const SynthEnvironment& environment);
 
-/// Whether a trace of a JACK server can be seen, or of PipeWire, which can answer in its place.
+/// Whether a trace of a JACK server can be seen, or of PipeWire, which can answer in its place. [any]
 bool IsJackServerLikely(const SynthEnvironment& environment);
-/// Whether the kernel shows any sound device.
+/// Whether the kernel shows any sound device. [any]
 bool HasSoundDevices(const SynthEnvironment& environment);
 
 /// Names the program to PulseAudio ("Kivora LX") and keeps JACK's library from starting a server, by setting

@@ -52,7 +52,7 @@ private:
     std::queue<TRequests> asked_;  ///< the last of them is the one that counts
 };
 
-/// Whether an event of the X server, as XCB has it, tells that a window got the keyboard's focus.
+/// Whether an event of the X server, as XCB has it, tells that a window got the keyboard's focus. [any]
 bool IsFocusIn(const void* xcbEvent) noexcept;
 
 struct TKeyRelease {
@@ -60,7 +60,7 @@ struct TKeyRelease {
     std::uint32_t atMs;  ///< the server's time
 };
 
-/// Of an event of the X server, as XCB has it.
+/// Of an event of the X server, as XCB has it. [any]
 std::optional<TKeyRelease> AsKeyRelease(const void* xcbEvent) noexcept;
 
 }  // namespace NK
