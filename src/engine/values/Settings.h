@@ -9,6 +9,7 @@
 
 #include "nk/nk_ini_file.h"
 #include "nk/nk_string.h"
+#include "piano/CPianoColors.h"
 #include "piano/PCKeyPlaces.h"
 
 namespace Kivora {
@@ -31,7 +32,7 @@ struct Settings {
     bool translateKeyNames = true;
     bool showNoteNames = false;
     NK::Piano::EPCKeyWay pcKeyWay = NK::Piano::EPCKeyWay::kAutomatic;
-    int keyboardColoring = 0;  ///< 0 none, 1 rainbow, 2 Scriabin
+    int keyboardColoring = NK::Piano::kNoColoring;  ///< or kRainbowColoring, kScriabinColoring
     QColor uiColor{110, 112, 93};
     QColor uiDisplayColor{83, 149, 255};
     QColor uiDisplay2Color{83, 255, 149};

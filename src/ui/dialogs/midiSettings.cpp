@@ -11,6 +11,7 @@
 #include "locale/Locale.h"
 #include "nk/nk_exception.h"
 #include "nk/qt/nk_qt_string.h"
+#include "piano/CPianoColors.h"
 #include "ui/dialogs/ColorChooser.h"
 #include "ui/dialogs/SettingsTexts.h"
 #include "ui/dialogs/SoundCheck.h"
@@ -32,6 +33,11 @@ void PaintSwatch(QWidget& swatch, const QColor& color) {
         palette.setColor(group, QPalette::Button, color);
     }
     swatch.setPalette(palette);
+}
+
+/// None for a number that is no coloring.
+int KnownColoring(int number) {
+    return number > NK::Piano::kNoColoring && number < NK::Piano::kColoringCount ? number : NK::Piano::kNoColoring;
 }
 
 void FillCombo(QComboBox& combo, const NK::CStringArray& names, int current) {
@@ -190,7 +196,7 @@ void midiSettings::loadControls() {
         ui_->writeTempo->setChecked(extras.savesTempo);
     });
     const int coloring = engine_->GetKeyboardColoring();
-    ui_->coloringCombo->setCurrentIndex(coloring == 1 || coloring == 2 ? coloring : 0);
+    ui_->coloringCombo->setCurrentIndex(KnownColoring(coloring));
     bgColor_ = engine_->GetUIColor();
     dispColor_ = engine_->GetUIDisplayColor();
     disp2Color_ = engine_->GetUIDisplay2Color();
@@ -210,7 +216,7 @@ void midiSettings::defaultVelocities() {
 
 void midiSettings::onKeyboardColorChanged(int index) {
     if (engine_ != nullptr && !updating) {
-        controls_->SetKeyboardColoring(index == 1 || index == 2 ? index : 0);
+        controls_->SetKeyboardColoring(KnownColoring(index));
     }
 }
 
