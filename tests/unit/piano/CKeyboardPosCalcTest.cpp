@@ -47,6 +47,7 @@ TEST(KeyboardPosCalc, PositionsAccumulateByAddition) {
             edge += calc.GetWhiteKeyWidth();
         }
     }
+    EXPECT_NEAR(edge, 1000.0, 1e-9) << "the white keys fill it";
 }
 
 TEST(KeyboardPosCalc, WhiteKeysAreThoseOfTheSevenPitchClasses) {
