@@ -7,6 +7,10 @@
 #include <QSet>
 #include <QWidget>
 
+#include "nk/nk_translate.h"
+#include "nk/qt/nk_qt_string.h"
+#include "piano/PCKeyTexts.h"
+
 namespace {
 
 /// The place of the letter to underline; -1 when every letter is taken.
@@ -45,7 +49,14 @@ QSet<QChar> LettersOfActions(const QWidget& dialog) {
     for (const QAction* action : dialog.actions()) {
         const QKeySequence keys = action->shortcut();
         if (keys.count() == 1 && keys[0].keyboardModifiers() == Qt::AltModifier) {
-            letters.insert(QChar(static_cast<char16_t>(keys[0].key())).toLower());
+            const QChar letter = QChar(static_cast<char16_t>(keys[0].key())).toLower();
+            letters.insert(letter);
+            // And what the key types in the language in force, since there the actions go by the key's place.
+            const char place[] = {letter.toLatin1(), '\0'};
+            const QString local = NK::ToQt(NK::Translate(NK::Piano::kLocalizedKeyboardContext, place));
+            if (!local.isEmpty()) {
+                letters.insert(local[0].toLower());
+            }
         }
     }
     return letters;

@@ -6,6 +6,8 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
+#include "midi/reader/SMFDamage.h"
+#include "nk/qt/nk_qt_string.h"
 #include "ui/dialogs/LatchAndSwing.h"
 #include "ui/dialogs/MetronomeSettings.h"
 #include "ui/dialogs/MidiLearn.h"
@@ -136,7 +138,7 @@ TEST_F(DialogPictures, ThePlayerLooksAsReviewed) {
     InBothLanguages([this](const QString& language) {
         PlayerWindow& player = panel->player();
         player.openSong({MakeSong({{0, {0x90, 5, 60, 100}}}, 225'000), "Prelude in C.mid",
-                         "It is cut short: it ends at byte 1210, inside a track."});
+                         NK::ToQt(NK::MIDI::Describe({NK::MIDI::SMFDefect::kFileCutShort, 1210}))});
         SongPlayer(*controls).Seek(83'000'000);
         SongPlayer(*controls).SetLoop(SongPlayer::Loop{80'000'000, 96'000'000});
         QEvent look(QEvent::WindowActivate);

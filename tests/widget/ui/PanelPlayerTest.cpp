@@ -183,6 +183,27 @@ TEST_F(PanelPlayer, OnePlaysAlongOnTheComputerKeysWhileItHasTheKeyboard) {
     EXPECT_FALSE(Piano().IsPressed(60));
 }
 
+/// On a Russian layout those of the panel go by the keys' places.
+TEST_F(PanelPlayer, NoUnderlinedLetterLiesOnTheKeyOfAShortcutOfThePanel) {
+    OpenSong();
+    const QString taken[] = {"SJHOPLTWNQ", "ЫОРЩЗДЕЦТЙ"};
+    for (const char* const locale : {"en_US", "ru_RU"}) {
+        Kivora::SetLocale(locale, false);
+        QApplication::processEvents();
+        int underlined = 0;
+        for (const QWidget* part : Window().findChildren<QWidget*>()) {
+            const QKeySequence keys = QKeySequence::mnemonic(part->property("text").toString());
+            if (!keys.isEmpty()) {
+                ++underlined;
+                const QChar letter(static_cast<char16_t>(keys[0].key()));
+                EXPECT_FALSE(taken[0].contains(letter) || taken[1].contains(letter))
+                    << locale << " " << part->objectName().toStdString();
+            }
+        }
+        EXPECT_GE(underlined, 5) << locale;
+    }
+}
+
 TEST_F(PanelPlayer, TheShortcutsOfThePanelActInItAsWell) {
     OpenSong();
     const auto type = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
