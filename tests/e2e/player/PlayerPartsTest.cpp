@@ -32,6 +32,7 @@ TEST(SoundingTest, NamesANoteThatNobodyEnds) {
     EXPECT_THAT(sounding.GetNames(), ElementsAre("output 0, channel 2: note 60"));
     sounding.Take(0, 0x91, 60, 0);
     EXPECT_TRUE(sounding.IsQuiet());
+    EXPECT_EQ(sounding.GetStrikeCount(), 2U);
 }
 
 TEST(SoundingTest, NamesAPedalThatIsDown) {

@@ -27,7 +27,8 @@ struct TFailure {
 /// What the program takes of the system.
 struct TFootprint {
     std::ptrdiff_t memoryKB = 0;     ///< its own, not backed by files
-    std::ptrdiff_t descriptors = 0;  ///< but for those of takes, which stay open until somebody decides about the take
+    std::ptrdiff_t descriptors = 0;  ///< but for takes, which stay open until somebody decides about them,
+                                     ///< and the desktop's caches, which the toolkit keeps once it has asked
     std::ptrdiff_t threads = 0;
 };
 

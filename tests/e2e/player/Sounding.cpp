@@ -25,6 +25,7 @@ void Sounding::Take(int output, std::uint8_t status, std::uint8_t data1, std::ui
         case 0x90:
             if (data2 > 0) {
                 held_.insert(note);
+                ++strikeCount_;
             } else {
                 held_.erase(note);
             }

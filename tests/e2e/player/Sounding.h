@@ -1,6 +1,7 @@
 // What sounds at the other end of the outputs, by what was written to them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -17,6 +18,8 @@ public:
     /// The device is gone, and its sound with it.
     void Forget(int output);
     bool IsQuiet() const { return held_.empty(); }
+    /// How many notes were begun so far.
+    std::size_t GetStrikeCount() const { return strikeCount_; }
     /// "output 0, channel 1: note 60" or "...: pedal 64", in order.
     std::vector<std::string> GetNames() const;
 
@@ -28,6 +31,7 @@ private:
     void EndAll(int output, int channel, EThing thing);
 
     std::set<TKey> held_;
+    std::size_t strikeCount_ = 0;
 };
 
 }  // namespace Player
