@@ -40,6 +40,14 @@
         <translation>Для --render нужно имя файла, который надо записать.</translation>
     </message>
     <message>
+        <source>There is no language &quot;%1&quot; here.</source>
+        <translation>Языка «%1» здесь нет.</translation>
+    </message>
+    <message>
+        <source>No display is found that the instrument&apos;s window could be on: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
+        <translation>Не найден экран для окна инструмента: не заданы ни DISPLAY, ни WAYLAND_DISPLAY.</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; is one argument too many.</source>
         <translation>Аргумент «%1» лишний.</translation>
     </message>

@@ -5,6 +5,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include "locale/Locale.h"
 #include "ui/dialogs/MIDIFileNames.h"
 
 namespace Kivora {
@@ -108,6 +109,12 @@ private:
                 refuse(
                     Tr(QT_TRANSLATE_NOOP("CommandLine", "The value of --%1 is empty.")).arg(option->names().first()));
             }
+        }
+        if (!line.locale.isEmpty() &&
+            std::none_of(kSupportedLocales.begin(), kSupportedLocales.end(), [&line](const char* supported) {
+                return line.locale.startsWith(QString(supported).section('_', 0, 0));
+            })) {
+            refuse(Tr(QT_TRANSLATE_NOOP("CommandLine", "There is no language \"%1\" here.")).arg(line.locale));
         }
         CheckTogether(line, refuse);
         const QStringList others = parser_.positionalArguments();

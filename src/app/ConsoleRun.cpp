@@ -78,6 +78,12 @@ int Run(const CommandLine& line) {
     if (line.action == CommandLine::Action::kVersion) {
         return Print(QCoreApplication::applicationName() + ' ' + QCoreApplication::applicationVersion() + '\n');
     }
+    if (line.action == CommandLine::Action::kPlay) {
+        PrintError(Tr(QT_TRANSLATE_NOOP("CommandLine",
+                                        "No display is found that the instrument's window could be on: neither DISPLAY "
+                                        "nor WAYLAND_DISPLAY is set.")));
+        return kFailureExit;
+    }
     if (const QString failure = line.soundFont.isEmpty() ? QString() : ExplainSoundFont(line.soundFont);
         !failure.isEmpty()) {
         PrintError(failure);

@@ -1,4 +1,4 @@
-// The runs of the program that need no window. [gui]
+// The runs of the program that need no window, or find no display for it. [gui]
 #pragma once
 
 namespace Kivora {

@@ -1,5 +1,7 @@
 #include "app/WindowDisplay.h"
 
+#include <algorithm>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QtGlobal>
 
@@ -34,18 +36,43 @@ QString FindWaylandDisplay() {
     return socket.startsWith(folder) ? socket.mid(folder.size()) : socket;
 }
 
-}  // namespace
-
-QString FindWindowDisplay(const QStringList& arguments) {
+/// The names of what the toolkit tries, in that order.
+QStringList FindPlatforms(const QStringList& arguments) {
     const QString variable = qEnvironmentVariable("QT_QPA_PLATFORM");
     const QString option = FindOption(arguments, "platform");
-    const QString platforms = !option.isEmpty() ? option : !variable.isEmpty() ? variable : "wayland;xcb";
+    QStringList names = (!option.isEmpty() ? option : !variable.isEmpty() ? variable : "wayland;xcb").split(';');
+    for (QString& name : names) {
+        name = name.section(':', 0, 0);
+    }
+    return names;
+}
+
+bool IsOfX(const QString& platform) {
+    return platform == "xcb";
+}
+
+bool IsOfWayland(const QString& platform) {
+    return platform.startsWith("wayland");
+}
+
+}  // namespace
+
+bool HasWindowDisplay(const QStringList& arguments) {
+    const QStringList platforms = FindPlatforms(arguments);
+    return std::any_of(platforms.begin(), platforms.end(), [&](const QString& platform) {
+        return IsOfX(platform)         ? !FindXDisplay(arguments).isEmpty()
+               : IsOfWayland(platform) ? !FindWaylandDisplay().isEmpty() ||
+                                             QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/wayland-0")
+                                       : true;
+    });
+}
+
+QString FindWindowDisplay(const QStringList& arguments) {
     QStringList displays;
-    for (const QString& platform : platforms.split(';')) {
-        const QString name = platform.section(':', 0, 0);
-        const QString display = name == "xcb"                ? FindXDisplay(arguments)
-                                : name.startsWith("wayland") ? FindWaylandDisplay()
-                                                             : QString();
+    for (const QString& platform : FindPlatforms(arguments)) {
+        const QString display = IsOfX(platform)         ? FindXDisplay(arguments)
+                                : IsOfWayland(platform) ? FindWaylandDisplay()
+                                                        : QString();
         if (!display.isEmpty()) {
             displays << display;
         }

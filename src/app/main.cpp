@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
     NK::InstallRealtimeKit();
     const QStringList allArguments = GetAllArguments(argc, argv);
     const Kivora::CommandLine early = Kivora::CommandLine::Parse(allArguments);  // in English
-    if (!IsWindowWanted(early)) {
+    if (!IsWindowWanted(early) || !Kivora::HasWindowDisplay(allArguments)) {
         return Kivora::RunWithoutWindow(argc, argv);
     }
     const QString display = Kivora::FindWindowDisplay(allArguments);

@@ -93,6 +93,19 @@ TEST_F(ConsoleRun, TellsItsVersionAndItsOptions) {
     EXPECT_NE(output_.find("Виртуальная MIDI-клавиатура"), std::string::npos) << output_;
 }
 
+TEST_F(ConsoleRun, WithoutADisplayThereIsASentenceAndNoWindow) {
+    variables_.remove("XDG_RUNTIME_DIR");
+    for (const QStringList& arguments : {QStringList{}, {"--preset", "Nope"}, {"/none.mid"}, {"--new"}}) {
+        EXPECT_EQ(Run(arguments), 1);
+        EXPECT_EQ(error_,
+                  "kivora: No display is found that the instrument's window could be on: neither DISPLAY nor "
+                  "WAYLAND_DISPLAY is set.\n");
+        EXPECT_EQ(output_, "");
+    }
+    EXPECT_EQ(Run({"--locale", "ru_RU"}), 1);
+    EXPECT_EQ(error_, "kivora: Не найден экран для окна инструмента: не заданы ни DISPLAY, ни WAYLAND_DISPLAY.\n");
+}
+
 TEST_F(ConsoleRun, WrongOptionsAreASentenceAndExitCode2) {
     EXPECT_EQ(Run({"--nonsense"}), 2);
     EXPECT_EQ(error_, "kivora: Unknown option 'nonsense'. kivora --help lists the options.\n");

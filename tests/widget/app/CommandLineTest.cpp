@@ -98,5 +98,9 @@ TEST(CommandLine, SaysWhatIsWrong) {
               "The file to write, \"b.ogg\", ends neither in .wav nor in .mid.");
     EXPECT_EQ(GetRefusal({"--render", "a.mid", "b.wav", "--output", "x"}), "--render and --output do not go together.");
     EXPECT_EQ(GetRefusal({"--list-ports", "--preset", "x"}), "--list-ports and --preset do not go together.");
+    EXPECT_EQ(GetRefusal({"--locale", "xx_XX", "--list-ports"}), "There is no language \"xx_XX\" here.");
+    for (const char* known : {"ru", "ru_UA", "en_GB", "en"}) {
+        EXPECT_EQ(GetRefusal({"--locale", known}), "");
+    }
     EXPECT_EQ(GetRefusal({"--demo", "a", "--pictures", "b"}), "--demo and --pictures do not go together.");
 }

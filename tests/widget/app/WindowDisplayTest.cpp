@@ -6,6 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "support/Files.h"
+#include "support/TemporaryFolder.h"
+
 using Kivora::FindWindowDisplay;
 
 namespace {
@@ -78,4 +81,20 @@ TEST_F(WindowDisplay, OneDisplayHasOneName) {
     EXPECT_EQ(FindWindowDisplay({"kivora"}), "wayland-1");
     qputenv("WAYLAND_DISPLAY", "/run/other/wayland-1");
     EXPECT_EQ(FindWindowDisplay({"kivora"}), "/run/other/wayland-1");
+}
+
+TEST_F(WindowDisplay, IsThereWhereOneIsNamedOrNoneIsLookedFor) {
+    using Kivora::HasWindowDisplay;
+    EXPECT_FALSE(HasWindowDisplay({"kivora"}));
+    EXPECT_FALSE(HasWindowDisplay({"kivora", "-platform", "xcb"}));
+    EXPECT_TRUE(HasWindowDisplay({"kivora", "-platform", "offscreen"}));
+    EXPECT_TRUE(HasWindowDisplay({"kivora", "-display", ":8"}));
+    const KivoraTest::CTemporaryFolder folder;
+    qputenv("XDG_RUNTIME_DIR", folder.GetPath().c_str());
+    EXPECT_FALSE(HasWindowDisplay({"kivora"}));
+    KivoraTest::WriteFileBytes(folder / "wayland-0", "");
+    EXPECT_TRUE(HasWindowDisplay({"kivora"})) << "where the toolkit looks when nothing is named";
+    EXPECT_FALSE(HasWindowDisplay({"kivora", "-platform", "xcb"}));
+    qputenv("DISPLAY", ":7");
+    EXPECT_TRUE(HasWindowDisplay({"kivora", "-platform", "xcb"}));
 }
