@@ -27,7 +27,12 @@ OTHERS = {Role.COMBO_BOX, Role.LIST, Role.LIST_ITEM, Role.TEXT, Role.ENTRY, Role
 # How the ways to some dialogs are called.
 ABOUT = {"en_US": "About", "ru_RU": "О программе"}
 SOUND_CHECK = {"en_US": "Sound Check...", "ru_RU": "Проверка звука..."}
-KEYBOARD_TEST = {"en_US": "Test My Keyboard...", "ru_RU": "Проверка клавиатуры..."}
+PITCH_BEND = {"en_US": "Pitch bend", "ru_RU": "Высота тона"}
+OPENED_BY_THE_MENU = {
+    "en_US": ["Test My Keyboard...", "Velocity...", "How the Metronome Sounds...", "Latch and Swing...", "MIDI Learn..."],
+    "ru_RU": ["Проверка клавиатуры...", "Сила нажатия клавиш...", "Как звучит метроном...", "Удержание и свинг...",
+              "Управление с MIDI-клавиатуры..."],
+}
 
 
 class Walk:
@@ -198,10 +203,19 @@ def walk(pid, locale):
     walker.check(menu, locale)
     if walker.controls - before < 20:
         walker.missing.append(f"{locale}: only {walker.controls - before} entries in the menu")
-    keyboard_test = find(menu, lambda n: n.get_name() == KEYBOARD_TEST[locale])
+    entries = {name: find(menu, lambda n, name=name: n.get_name() == name) for name in OPENED_BY_THE_MENU[locale]}
     press("Escape")
+    for name, entry in entries.items():
+        wait_for("the keyboard's focus", focus)
+        walk_what_opens(entry, name)
     wait_for("the keyboard's focus", focus)
-    walk_what_opens(keyboard_test, "the keyboard's test")
+    before = walker.controls
+    press("alt+w")
+    wait_for("the wheels and pedals", lambda: find(window, lambda n: n.get_name() == PITCH_BEND[locale]
+                                                   and n.get_state_set().contains(State.SHOWING)))
+    walker.check(window, locale)
+    if walker.controls - before <= panel:
+        walker.missing.append(f"{locale}: nothing more on the panel with its wheels and pedals")
     listener.deregister("object:state-changed:focused")
 
     for line in walker.missing:
