@@ -284,7 +284,8 @@ TEST_F(TakeOnGrid, OffTheFileIsAsEver) {
 TEST_F(TakeOnGrid, ATakeOfAnEarlierRunLiesOnTheGridAsItWouldHaveThen) {
     const int id = RecordTwoTempi();
     ASSERT_TRUE(Kivora::SaveRecordedTrack(journal->GetTake(id), path("ever.mid")));
-    const auto grid = rig.engine->WithExtras([](const Kivora::EngineExtras& extras) { return extras.GetGrid()->Get(); });
+    const auto grid =
+        rig.engine->WithExtras([](const Kivora::EngineExtras& extras) { return extras.GetGrid()->Get(); });
     ASSERT_TRUE(Kivora::SaveTrackOnGrid(journal->GetTake(id), grid, path("then.mid")));
     RecordTwoTempi();
     journal->WriteOut();
