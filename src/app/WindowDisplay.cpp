@@ -47,6 +47,12 @@ QStringList FindPlatforms(const QStringList& arguments) {
     return names;
 }
 
+/// Named, handed down as a socket that is open, or the one that is looked for where nothing is said.
+bool HasWaylandDisplay() {
+    return !FindWaylandDisplay().isEmpty() || qEnvironmentVariableIsSet("WAYLAND_SOCKET") ||
+           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/wayland-0");
+}
+
 bool IsOfX(const QString& platform) {
     return platform == "xcb";
 }
@@ -61,8 +67,7 @@ bool HasWindowDisplay(const QStringList& arguments) {
     const QStringList platforms = FindPlatforms(arguments);
     return std::any_of(platforms.begin(), platforms.end(), [&](const QString& platform) {
         return IsOfX(platform)         ? !FindXDisplay(arguments).isEmpty()
-               : IsOfWayland(platform) ? !FindWaylandDisplay().isEmpty() ||
-                                             QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/wayland-0")
+               : IsOfWayland(platform) ? HasWaylandDisplay()
                                        : true;
     });
 }

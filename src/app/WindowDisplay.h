@@ -12,7 +12,8 @@ namespace Kivora {
 /// An application object need not exist.
 QString FindWindowDisplay(const QStringList& arguments);
 
-/// False where the toolkit would look for a display of X11's or Wayland's, and none is named nor has the usual socket.
+/// False where the toolkit would look for a display of X11's or Wayland's, and none is named, handed down or found by
+/// the usual socket.
 bool HasWindowDisplay(const QStringList& arguments);
 
 }  // namespace Kivora

@@ -17,7 +17,8 @@ namespace {
 class WindowDisplay : public testing::Test {
 protected:
     WindowDisplay() {
-        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"}) {
+        for (const char* name :
+             {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR", "WAYLAND_SOCKET"}) {
             former_.emplace_back(name, qgetenv(name));
             qunsetenv(name);
         }
@@ -89,6 +90,9 @@ TEST_F(WindowDisplay, IsThereWhereOneIsNamedOrNoneIsLookedFor) {
     EXPECT_FALSE(HasWindowDisplay({"kivora", "-platform", "xcb"}));
     EXPECT_TRUE(HasWindowDisplay({"kivora", "-platform", "offscreen"}));
     EXPECT_TRUE(HasWindowDisplay({"kivora", "-display", ":8"}));
+    qputenv("WAYLAND_SOCKET", "7");
+    EXPECT_TRUE(HasWindowDisplay({"kivora"})) << "as compositors start programs";
+    qunsetenv("WAYLAND_SOCKET");
     const KivoraTest::CTemporaryFolder folder;
     qputenv("XDG_RUNTIME_DIR", folder.GetPath().c_str());
     EXPECT_FALSE(HasWindowDisplay({"kivora"}));
