@@ -9,8 +9,8 @@
 
 namespace Player {
 
-/// The same seed and length give the same actions everywhere. It knows what it holds down, and nothing of what the
-/// program made of it.
+/// The same seed and length give the same actions, but for compilers that evaluate arguments in another order. It knows
+/// what it holds down, and nothing of what the program made of it.
 class ActionGenerator {
 public:
     enum class EEnd {
