@@ -65,7 +65,7 @@ void ExpectInSight(const QWidget& control, const QWidget& dialog) {
     EXPECT_EQ(control.visibleRegion().boundingRect().size(), control.size()) << name;
 }
 
-/// Of each control that the Tab key reaches: it is in sight then, whole, and told by a name.
+/// Of each control that the Tab key reaches: it is in sight then, whole.
 void ExpectReached(FittedDialog& dialog) {
     QTest::keyClick(&dialog, Qt::Key_Tab);
     const QWidget* const first = QApplication::focusWidget();
