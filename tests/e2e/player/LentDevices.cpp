@@ -93,6 +93,11 @@ bool LentDevices::IsAnyOutputReached() const {
     return false;
 }
 
+bool LentDevices::IsInputStale() const {
+    const std::uint32_t openAs = shared_->openAs[Standin::kInput];
+    return openAs != 0 && openAs != shared_->presence[Standin::kInput];
+}
+
 bool LentDevices::IsInputRead() const {
     return !IsReached(Standin::kInput) ||
            (shared_->read == shared_->played && shared_->overflowsTold == shared_->overflows);

@@ -453,6 +453,11 @@ void Session::Prove(int way) {
     };
     LetGo();
     Meet();
+    // A key of the panel may mean a note that was held on a keyboard whose plug was pulled; it ends when the program
+    // notices.
+    if (!WaitUntil([&] { return !devices_.IsInputStale() || isInTheWay(); }, std::chrono::milliseconds(kLimitMs))) {
+        Fail(TFailure::EKind::kStuck, "the program does not notice that its input is gone");
+    }
     if (isInTheWay() || !IsQuiet() || !HoldAKey(way)) {
         LetGo();
         return;
