@@ -122,7 +122,11 @@ QPushButton* PlayerWindow::addButton(const char* name, void (PlayerWindow::*acti
     auto* const button = new QPushButton;
     button->setObjectName(name);
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, action);
+    connect(button, &QPushButton::clicked, this, [this, action] {
+        if (isVisible()) {  // a button that its letter has pressed clicks a moment later
+            (this->*action)();
+        }
+    });
     return button;
 }
 

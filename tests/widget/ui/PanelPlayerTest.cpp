@@ -292,6 +292,17 @@ TEST_F(PanelPlayer, ClosingAndPanicEndWhatPlays) {
     EXPECT_EQ(Status().state, SongPlayer::State::kPaused);
 }
 
+TEST_F(PanelPlayer, AButtonThatWasPressedByItsLetterDoesNothingOnceTheWindowIsClosed) {
+    OpenSong();
+    In<QPushButton>(Window(), "songPlayBtn").animateClick();  // as its letter does: it clicks a moment later
+    Window().close();
+    constexpr int kUntilItHasClicked = 300;
+    QTest::qWait(kUntilItHasClicked);
+    EXPECT_EQ(Status().state, SongPlayer::State::kStopped);
+    OpenSong();
+    EXPECT_FALSE(In<QPushButton>(Window(), "songPlayBtn").isChecked());
+}
+
 TEST_F(PanelPlayer, WhereNothingWouldBeHeardThatIsSaid) {
     OpenSong();
     Engine().CloseOutputPort();
