@@ -32,8 +32,8 @@ public:
     /// Whether the program has the device open and reaches it, which it does not after a plug was pulled.
     bool IsReached(int device) const;
     bool IsAnyOutputReached() const;
-    /// Whether the program still has the keyboard open as it was before its plug was pulled, and so has not let go yet of
-    /// what was held on it.
+    /// Whether the program still has the keyboard open as it was before its plug was pulled, and so has not let go yet
+    /// of what was held on it.
     bool IsInputStale() const;
     /// Whether everything that was played has been read, or nobody reads.
     bool IsInputRead() const;
