@@ -237,11 +237,18 @@ bool EngineControls::LoadPreset(const NK::CString& name, bool factory) {
 }
 
 bool EngineControls::ApplyPreset(const NK::CString& name, NK::CIniFile& file) {
-    return ReplaceVoices([&] { return engine_.ApplyPreset(name, file); });
+    return ReplaceVoices([&] {
+        engine_.WithExtras([](EngineExtras& extras) { extras.presets.ForgetStepped(); });
+        return engine_.ApplyPreset(name, file);
+    });
 }
 
 void EngineControls::NotePreset(const NK::CString& name, bool factory) {
     engine_.WithExtras([&](EngineExtras& extras) { extras.presets.Note(name, factory); });
+}
+
+void EngineControls::NoteSteppedPreset(const NK::CString& name, bool factory) {
+    engine_.WithExtras([&](EngineExtras& extras) { extras.presets.Step(name, factory); });
 }
 
 void EngineControls::SortPresetsByUse(bool on) {

@@ -169,6 +169,8 @@ public:
     bool DeletePreset(const NK::CString& name) { return engine_.DeletePreset(name); }
     /// It was loaded or saved by the user just now.
     void NotePreset(const NK::CString& name, bool factory);
+    /// It was loaded on the way through the presets: it counts as used once a note is played with it.
+    void NoteSteppedPreset(const NK::CString& name, bool factory);
     void SortPresetsByUse(bool on);
 
     // Settings, which SaveSettings() writes with everything else that is kept.

@@ -30,6 +30,7 @@ void EngineExtras::NotePlayed(int slot, int patch) {
     if (stepped.Play(slot, patch)) {
         patches.NoteUse(patch);
     }
+    presets.Play();
 }
 
 void EngineExtras::ReadSettings(NK::CIniFile& file) {

@@ -41,7 +41,7 @@ struct EngineExtras {
     void BeginGrid() { grid_ = std::make_shared<RunningGrid>(); }
     bool KeepsPlayed() const;
     void KeepPlayed(bool on);
-    /// A voice with that patch begins a note: a patch that was stepped to is used from then on.
+    /// A voice with that patch begins a note: a patch or preset that was stepped to is used from then on.
     void NotePlayed(int slot, int patch);
 
     SongPlayback song;  ///< what is played back; its commands stand in EngineControls and SongPlayer

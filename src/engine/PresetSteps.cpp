@@ -43,7 +43,7 @@ bool PresetSteps::Step(int by) {
         if (controls_.LoadPreset(preset.name, preset.factory)) {
             name_ = preset.name;
             factory_ = preset.factory;
-            controls_.NotePreset(preset.name, preset.factory);
+            controls_.NoteSteppedPreset(preset.name, preset.factory);
             return true;
         }
     }

@@ -14,7 +14,7 @@ public:
     explicit PresetSteps(EngineControls& controls) : controls_(controls) {}
 
     /// Loads the one after the current preset, or before it for -1; the first or the last where none is current. One
-    /// that cannot be loaded is passed over. It counts as used. False where none can be loaded.
+    /// that cannot be loaded is passed over. False where none can be loaded.
     bool Step(int by);
 
 private:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Kivora {
 
@@ -24,6 +25,13 @@ void RecentPresets::Note(const NK::CString& name, bool factory) {
     std::erase(presets_, used);
     presets_.insert(presets_.begin(), used);
     presets_.resize(std::min(presets_.size(), kMost));
+    stepped_.reset();
+}
+
+void RecentPresets::Play() {
+    if (const std::optional<Preset> used = std::exchange(stepped_, std::nullopt)) {
+        Note(used->name, used->factory);
+    }
 }
 
 std::size_t RecentPresets::GetPlace(const NK::CString& name, bool factory) const {
@@ -48,7 +56,7 @@ RecentPresets RecentPresets::Read(NK::CIniFile& file) {
 }
 
 void RecentPresets::Write(NK::CIniFile& file) const {
-    if (*this == RecentPresets() && !file.SelectSection(kSection)) {
+    if (presets_.empty() && !sortsByUse && !file.SelectSection(kSection)) {
         return;
     }
     file.SelectOrAddSection(kSection);

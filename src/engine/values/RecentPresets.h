@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "nk/nk_ini_file.h"
@@ -16,6 +17,12 @@ public:
     static constexpr std::size_t kMost = 100;
 
     void Note(const NK::CString& name, bool factory);
+    /// Whoever steps through the presets passes many: one counts as used as soon as something is played with it.
+    void Step(const NK::CString& name, bool factory) { stepped_ = Preset{name, factory}; }
+    /// Another one has come in its place.
+    void ForgetStepped() { stepped_.reset(); }
+    /// A note has begun.
+    void Play();
     /// 0 for the latest; GetCount() for one that is not known.
     std::size_t GetPlace(const NK::CString& name, bool factory) const;
     std::size_t GetCount() const { return presets_.size(); }
@@ -37,6 +44,7 @@ private:
     };
 
     std::vector<Preset> presets_;
+    std::optional<Preset> stepped_;
 };
 
 }  // namespace Kivora

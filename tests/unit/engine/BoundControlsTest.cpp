@@ -563,15 +563,48 @@ TEST_F(Bound, PresetsAreWalkedThroughAndRoundAgain) {
     EXPECT_EQ(step(-1).first, "Bells");
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 0));
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 19));
-    const auto place = [this](const wchar_t* name, bool isFactorys) {
-        return engine.WithExtras(
-            [&](Kivora::EngineExtras& extras) { return extras.presets.GetPlace(name, isFactorys); });
-    };
-    EXPECT_EQ(place(L"Organ", false), 0U) << "used last";
-    EXPECT_EQ(place(L"Organ", true), 1U);
-    EXPECT_EQ(place(L"Bells", false), 2U);
     std::filesystem::remove(rig.folder / "user" / "Presets" / "Bells.kivoraLXPreset");
     EXPECT_EQ(step(-1), std::pair(std::string("Organ"), 0));
+}
+
+TEST_F(Bound, APresetThatWasSteppedToIsUsedAsSoonAsItIsPlayed) {
+    Kivora::EngineControls controls(engine);
+    Kivora::PresetSteps steps(controls);
+    for (const wchar_t* name : {L"A", L"B", L"C", L"D"}) {
+        ASSERT_TRUE(engine.SavePreset(name));
+    }
+    const auto used = [this] {
+        return engine.WithExtras([](Kivora::EngineExtras& extras) {
+            std::string names;
+            for (std::size_t place = 0; place < extras.presets.GetCount(); ++place) {
+                for (const char* name : {"A", "B", "C", "D"}) {
+                    names += extras.presets.GetPlace(NK::CString::FromUtf8(name), false) == place ? name : "";
+                }
+            }
+            return names;
+        });
+    };
+    const auto play = [this] {
+        engine.PlayNoteOn(60, 90);
+        engine.PlayNoteOff(60);
+    };
+    ASSERT_TRUE(controls.LoadPreset(L"A", false));
+    play();
+    EXPECT_EQ(used(), "");
+    steps.Step(1);
+    steps.Step(1);
+    EXPECT_EQ(used(), "") << "they may be passed";
+    play();
+    play();
+    EXPECT_EQ(used(), "C") << "not what was passed";
+    steps.Step(1);
+    ASSERT_TRUE(controls.LoadPreset(L"A", false));
+    play();
+    EXPECT_EQ(used(), "C") << "another one came in its place";
+    steps.Step(1);
+    controls.NotePreset(L"D", false);  // it was saved under that name
+    play();
+    EXPECT_EQ(used(), "DC");
 }
 
 // Threads.
