@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <mutex>
+#include <new>
 #include <set>
 #include <string>
 
@@ -38,8 +39,13 @@ class CTemporaryName {
 public:
     explicit CTemporaryName(CString path) : path_(std::move(path)) {}
     ~CTemporaryName() {
-        if (!path_.IsEmpty()) {
+        if (path_.IsEmpty()) {
+            return;
+        }
+        try {
             Platform::RemoveFile(path_);
+        } catch (const std::bad_alloc&) {
+            // A save of a later day removes it.
         }
     }
     CTemporaryName(const CTemporaryName&) = delete;
@@ -91,8 +97,11 @@ int Save(const CString& path, const std::function<int(const CString& temporaryPa
     if (!Platform::FlushFileToDisk(temporary.GetPath()) || !temporary.RenameTo(target)) {
         return errno;
     }
-    // The new file is in place; a folder that cannot be flushed makes it no less whole.
-    static_cast<void>(Platform::FlushFolderOf(target));
+    try {
+        static_cast<void>(Platform::FlushFolderOf(target));
+    } catch (const std::bad_alloc&) {
+        // The new file is in place; a folder that cannot be flushed makes it no less whole.
+    }
     return 0;
 }
 

@@ -65,6 +65,8 @@ bool IsOneOf(const CString& text, const wchar_t* const (&words)[kCount]) {
 }  // namespace
 
 bool CIniFile::Load(const CString& fileName) {
+    // What stands if memory runs out.
+    loadResult_ = LoadResult::kUnreadable;
     CDiskFile file(fileName, CDiskFile::kRead);
     if (!file.IsOpen()) {
         Clear();
@@ -85,6 +87,7 @@ bool CIniFile::Load(const CString& fileName) {
 bool CIniFile::Load(CFile& file) {
     Clear();
     cursor_ = -1;
+    loadResult_ = LoadResult::kUnreadable;
     loadResult_ = ReadLines(file);
     return loadResult_ == LoadResult::kLoaded;
 }

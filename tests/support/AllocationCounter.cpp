@@ -5,9 +5,12 @@
 
 namespace {
 thread_local std::uint64_t allocations = 0;
+thread_local std::uint64_t failingAllocation = 0;
 
 void* TryAllocate(std::size_t size) noexcept {
-    ++allocations;
+    if (++allocations == failingAllocation) {
+        return nullptr;
+    }
     return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -21,6 +24,18 @@ void* Allocate(std::size_t size) {
 
 std::uint64_t KivoraTest::GetAllocationCount() {
     return allocations;
+}
+
+KivoraTest::CFailingAllocation::CFailingAllocation(std::uint64_t number) : failing_(allocations + number) {
+    failingAllocation = failing_;
+}
+
+KivoraTest::CFailingAllocation::~CFailingAllocation() {
+    failingAllocation = 0;
+}
+
+bool KivoraTest::CFailingAllocation::HasFailed() const {
+    return allocations >= failing_;
 }
 
 void* operator new(std::size_t size) {

@@ -173,6 +173,8 @@ CString CreateFileBeside(const CString& path) {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         // A name of its own length, so that a target with the longest name that a folder takes can be saved too.
         const std::string name = begin + std::to_string(counter++).append(kTemporaryEnd);
+        // Before the file is there: without memory for its name nobody could remove it.
+        CString answer = CString::FromUtf8(name);
         const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | GetOpenFlags(), 0664);
         if (descriptor >= 0) {
             if (replaces) {
@@ -180,7 +182,7 @@ CString CreateFileBeside(const CString& path) {
                 static_cast<void>(!fchmod(descriptor, status.st_mode & 0777));
             }
             close(descriptor);
-            return CString::FromUtf8(name);
+            return answer;
         }
         if (errno != EEXIST) {
             break;
