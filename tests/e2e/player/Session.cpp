@@ -26,9 +26,9 @@ constexpr int kQuietLimitMs = 8000;
 constexpr int kLatchedMs = 2000;
 constexpr int kThousandths = 1000;
 constexpr int kMiddleC = 60;
-/// Where it is on the panel.
-constexpr int kPianoKeyX = 478;
-constexpr int kPianoKeyY = 500;
+/// Where it is on the panel, in thousandths, as that has any size.
+constexpr int kPianoKeyX = 405;
+constexpr int kPianoKeyY = 960;
 constexpr int kComma = 59;
 constexpr int kAlt = 64;
 constexpr int kLetterL = 46;
@@ -167,13 +167,10 @@ void Session::Do(const TAction& action) {
         case EAct::kMove:
             client_->MovePointer(panel_.x + first, panel_.y + second);
             break;
-        case EAct::kMoveOver: {
+        case EAct::kMoveOver:
             windows_->Attend();
-            const TPlace place = client_->GetPlace(windows_->GetTop().id);
-            client_->MovePointer(place.x + place.width * first / kThousandths,
-                                 place.y + place.height * second / kThousandths);
+            MovePointerOver(windows_->GetTop().id, first, second);
             break;
-        }
         case EAct::kButtonDown:
             MoveButton(first, true);
             break;
@@ -255,6 +252,11 @@ void Session::MoveKey(int code, bool down) {
         client_->MoveKey(code, down);
         down ? static_cast<void>(keys_.insert(code)) : static_cast<void>(keys_.erase(code));
     }
+}
+
+void Session::MovePointerOver(xcb_window_t window, int x, int y) {
+    const TPlace place = client_->GetPlace(window);
+    client_->MovePointer(place.x + place.width * x / kThousandths, place.y + place.height * y / kThousandths);
 }
 
 void Session::MoveButton(int button, bool down) {
@@ -426,7 +428,7 @@ bool Session::HoldAKey(int way) {
     enum { kByMouse, kByMIDI };
     switch (way) {
         case kByMouse:
-            client_->MovePointer(panel_.x + kPianoKeyX, panel_.y + kPianoKeyY);
+            MovePointerOver(windows_->GetPanel(), kPianoKeyX, kPianoKeyY);
             MoveButton(kLeftButton, true);
             return true;
         case kByMIDI:

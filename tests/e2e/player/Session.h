@@ -54,6 +54,8 @@ private:
     bool Start();
     void Do(const TAction& action);
     void MoveKey(int code, bool down);
+    /// In thousandths of its width and height.
+    void MovePointerOver(xcb_window_t window, int x, int y);
     void MoveButton(int button, bool down);
     void SendMIDI(const std::array<int, 3>& message);
     void OpenSong();
