@@ -258,6 +258,60 @@ TEST_P(Tour, WheelsAndPedals) {
     });
 }
 
+TEST_P(Tour, WhatTheMenuOffers) {
+    // Counted from the menu's end, as that is the same in both languages.
+    const auto entry = [](int fromTheEnd) {
+        Actions actions{{"key", "F10"}};
+        actions.insert(actions.end(), static_cast<std::size_t>(fromTheEnd), QStringList{"key", "Up"});
+        actions.push_back({"key", "Return"});
+        return actions;
+    };
+    const auto drag = [this](int from, int to, int y) {
+        return Actions{MoveTo(left_ + from, top_ + y),
+                       {"mousedown", "1"},
+                       MoveTo(left_ + (from + to) / 2, top_ + y),
+                       MoveTo(left_ + to, top_ + y),
+                       {"mouseup", "1"}};
+    };
+    const auto then = [](Actions actions, const Actions& more) {
+        actions.insert(actions.end(), more.begin(), more.end());
+        return actions;
+    };
+    const auto type = [](const QString& text) { return QStringList{"type", "--delay", "20", text}; };
+    Walk({
+        {"note", Key("z"), {"90 3C 50", "80 3C 00"}},
+        {"just-played", Key("alt+j"), {}, Dialog::kOpens},
+        {"just-played-left", Key("Escape"), {}, Dialog::kCloses},
+        {"learn", entry(5), {}, Dialog::kOpens},
+        {"learn-left", Key("Escape"), {}, Dialog::kCloses},
+        {"velocity", entry(6), {}, Dialog::kOpens},
+        {"velocity-left", Key("Escape"), {}, Dialog::kCloses},
+        {"metronome-sound", entry(18), {}, Dialog::kOpens},
+        {"metronome-sound-left", Key("Escape"), {}, Dialog::kCloses},
+        {"latch-and-swing", entry(20), {}, Dialog::kOpens},
+        {"latch-and-swing-left", Key("Escape"), {}, Dialog::kCloses},
+        {"tempo-tapped",
+         {{"key", "alt+t"}, {"sleep", "0.4"}, {"key", "alt+t"}, {"sleep", "0.4"}, {"key", "alt+t"}},
+         {}},
+        {"arpeggio", Key("F8"), kAllNotesOff},
+        {"latched", {{"key", "alt+l"}, {"key", "z"}}, {"90 3C", "80 3C", "90 3C", "80 3C"}},
+        {"another-chord", Key("c"), {"90 40", "80 40", "90 40", "80 40"}},
+        {"let-go", Key("alt+l"), {}},
+        {"arpeggio-off", Key("F8"), kAllNotesOff},
+        {"split", Key("F7"), kAllNotesOff},
+        {"split-lower", drag(462, 238, 333), {}},
+        {"above-the-split", Press(430, 500), {"90 3B", "80 3B 00"}},
+        {"single", Key("F5"), kAllNotesOff},
+        {"eighty-eight-keys", then(entry(12), {{"key", "Up"}, {"key", "Return"}}), {}},
+        {"lowest-key", Press(26, 500), {"90 15", "80 15 00"}},
+        {"patch-search", then(Click(420, 100, 3), {type("41")}), {}},
+        {"patch-found", Key("Return"), {"C0 28"}},
+        {"preset-search", Actions{{"key", "F2"}}, {}, Dialog::kOpens},
+        {"preset-found", {type("organ")}, {}},
+        {"preset-search-left", {{"key", "Escape"}, {"key", "Escape"}}, {}, Dialog::kCloses},
+    });
+}
+
 INSTANTIATE_TEST_SUITE_P(Languages, Tour, testing::Values("en_US", "ru_RU"),
                          [](const auto& language) { return std::string(language.param); });
 
