@@ -1,5 +1,5 @@
-// From a key of the X server to the write to PortMidi, of the program in its window and of the shortest program that
-// does it, both over the stand-in for the library. Needs no sequencer.
+// From a key of the X server to the write to PortMidi, of the program in its window and of the shortest programs that
+// do it, without the toolkit and with it, all over the stand-in for the library. Needs no sequencer.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -92,14 +92,17 @@ void KeyToWrite(benchmark::State& state) {
         CBareSleeper sleeper;
         const std::vector<double> bare =
             PressKeys(keyboard, log, {KIVORA_X11_TO_PORTMIDI, "Software synthesizer"}, "Bare");
+        const std::vector<double> toolkit =
+            PressKeys(keyboard, log, {KIVORA_QT_TO_PORTMIDI, "Software synthesizer"}, "Bare Qt");
         const std::vector<double> key = PressKeys(keyboard, log, {KIVORA_PROGRAM}, "Kivora LX");
-        if (bare.empty() || key.empty()) {
+        if (bare.empty() || toolkit.empty() || key.empty()) {
             state.SkipWithError("notes are missing");
             return;
         }
         constexpr double kOwnShareUs = 300.0;
         const double period = Quantile(sleeper.End(), 0.5);
         Report(state, "bare", bare);
+        Report(state, "toolkit", toolkit);
         Report(state, "key", key);
         state.counters["period_us"] = period;
         state.counters["over_bare_us"] = Quantile(key, 0.5) - Quantile(bare, 0.5);

@@ -123,18 +123,23 @@ void KeyToSequencer(benchmark::State& state) {
             return keyboard.FocusWindow(title) ? PressKeys(keyboard, client) : KeyTimes();
         };
         KeyTimes bare;
+        KeyTimes toolkit;
         KeyTimes ours;
         for (int round = 0; round < 2; ++round) {
             const KeyTimes floor = measure({KIVORA_X11_TO_PORTMIDI, kOutput}, "Bare");
+            const KeyTimes least = measure({KIVORA_QT_TO_PORTMIDI, kOutput}, "Bare Qt");
             const KeyTimes through = measure({KIVORA_PROGRAM}, "Kivora LX");
-            if (floor.presses.empty() || through.presses.empty()) {
-                state.SkipWithError(floor.presses.empty() ? "no notes from the bare program"
-                                                          : "no notes from the program");
+            if (floor.presses.empty() || least.presses.empty() || through.presses.empty()) {
+                state.SkipWithError(through.presses.empty() ? "no notes from the program"
+                                                            : "no notes from a bare program");
                 return;
             }
             bare.Append(floor);
+            toolkit.Append(least);
             ours.Append(through);
         }
+        Report(state, "toolkit_press", toolkit.presses);
+        Report(state, "toolkit_release", toolkit.releases);
         ReportKeys(state, "press", ours.presses, bare.presses);
         ReportKeys(state, "release", ours.releases, bare.releases);
     }

@@ -1,26 +1,14 @@
 // The shortest way from a key of the X server to PortMidi: a window, and a write for each key event. What the program's
 // own way is held against. Usage: x11_to_portmidi <part of the output's name>
-#include <portmidi.h>
 #include <xcb/xcb.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
-namespace {
+#include "BareOutput.h"
 
-PortMidiStream* OpenOutput(const char* name) {
-    Pm_Initialize();
-    for (PmDeviceID device = 0; device < Pm_CountDevices(); ++device) {
-        const PmDeviceInfo* info = Pm_GetDeviceInfo(device);
-        PortMidiStream* stream = nullptr;
-        if (info->output != 0 && std::strstr(info->name, name) != nullptr) {
-            return Pm_OpenOutput(&stream, device, nullptr, 1024, nullptr, nullptr, 0) == pmNoError ? stream : nullptr;
-        }
-    }
-    return nullptr;
-}
+namespace {
 
 void OpenWindow(xcb_connection_t* server) {
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(server)).data;
@@ -38,7 +26,7 @@ void OpenWindow(xcb_connection_t* server) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    PortMidiStream* output = argc > 1 ? OpenOutput(argv[1]) : nullptr;
+    PortMidiStream* output = argc > 1 ? KivoraBench::OpenBareOutput(argv[1]) : nullptr;
     xcb_connection_t* server = xcb_connect(nullptr, nullptr);
     if (output == nullptr || xcb_connection_has_error(server) != 0) {
         return 1;
@@ -50,7 +38,6 @@ int main(int argc, char** argv) {
         if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE) {
             continue;
         }
-        const int note = event->pad0 & 0x7F;  // the key's code
-        Pm_WriteShort(output, 0, Pm_Message(type == XCB_KEY_PRESS ? 0x90 : 0x80, note, 100));
+        KivoraBench::WriteKey(output, type == XCB_KEY_PRESS, event->pad0);  // the key's code
     }
 }
