@@ -307,7 +307,7 @@ TEST_P(Tour, WhatTheMenuOffers) {
         {"patch-search", then(Click(420, 100, 3), {type("41")}), {}},
         {"patch-found", Key("Return"), {"C0 28"}},
         {"preset-search", Actions{{"key", "F2"}}, {}, Dialog::kOpens},
-        {"preset-found", {type("organ")}, {}},
+        {"preset-found", {{"key", "shift+Tab"}, {"key", "shift+Tab"}, type("organ")}, {}},
         {"preset-search-left", {{"key", "Escape"}, {"key", "Escape"}}, {}, Dialog::kCloses},
     });
 }
